@@ -1,0 +1,20 @@
+# Warnings, sanitizers and position independence for everything that this project compiles itself.
+
+add_library(pgmdev_compiler_settings INTERFACE)
+
+target_compile_options(pgmdev_compiler_settings INTERFACE
+  -Wall -Wextra -Wpedantic -Wconversion -Wsign-conversion -Wshadow -Wold-style-cast -Wcast-qual -Wformat=2
+  -Wnon-virtual-dtor -Woverloaded-virtual -Wundef
+  # Reproducible builds: no path of the build machine in what is built.
+  -ffile-prefix-map=${PROJECT_SOURCE_DIR}=.)
+
+if(PGMDEV_WARNINGS_AS_ERRORS)
+  target_compile_options(pgmdev_compiler_settings INTERFACE -Werror)
+endif()
+
+if(PGMDEV_SANITIZE)
+  add_compile_options(-fsanitize=${PGMDEV_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
+  add_link_options(-fsanitize=${PGMDEV_SANITIZE})
+elseif(NOT WIN32)
+  add_link_options(-Wl,--no-undefined)
+endif()

@@ -1,0 +1,37 @@
+# Sourced by the scripts at the root. Everything said here goes to standard error.
+
+say() { printf '%s\n' "$*" >&2; }
+
+# install_packages NEED...: installs the packages of cmake/debian-packages.txt that one of NEED calls for and that are
+# missing. Asks for sudo only when there is something to install and this is not root.
+install_packages() {
+    local list="$root/cmake/debian-packages.txt" wanted missing=() package status
+    wanted=$(awk -v needs=" $* " '!/^#/ && NF == 2 && index(needs, " " $2 " ") { print $1 }' "$list")
+    for package in $wanted; do
+        status=$(dpkg-query -W -f '${Status}' "$package" 2>/dev/null) || status=
+        [ "$status" = "install ok installed" ] || missing+=("$package")
+    done
+    [ ${#missing[@]} -gt 0 ] || return 0
+    say "Installing: ${missing[*]}"
+    local as_root=()
+    [ "$(id -u)" -eq 0 ] || as_root=(sudo)
+    "${as_root[@]}" apt-get update >&2
+    DEBIAN_FRONTEND=noninteractive "${as_root[@]}" apt-get install -y --no-install-recommends "${missing[@]}" >&2
+}
+
+# build_preset PRESET [TARGET...]: configures when that has not been done, then builds. Speaks only when there is work or
+# when it fails.
+build_preset() {
+    local preset=$1 directory="$root/build/$1" log
+    shift
+    mkdir -p "$directory"
+    log="$directory/build.log"
+    if [ ! -f "$directory/build.ninja" ]; then
+        say "Configuring $preset"
+        (cd "$root" && cmake --preset "$preset") >"$log" 2>&1 || { cat "$log" >&2; return 1; }
+    fi
+    if ! ninja -C "$directory" -n "$@" 2>/dev/null | grep -q 'no work to do'; then
+        say "Building $preset"
+        ninja -C "$directory" "$@" >"$log" 2>&1 || { cat "$log" >&2; return 1; }
+    fi
+}

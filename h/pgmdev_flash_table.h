@@ -1,0 +1,63 @@
+#pragma once
+
+/// \file
+/// The serial flash table as its maintainers see it: every row, whatever switch enables it, and everything that is
+/// wrong with a source table at once. Programs that drive devices use PGMDEV_FLASH_MANAGER.
+
+#include <string>
+#include <vector>
+
+#include "fio.h"
+#include "pgmdev_export.h"
+#include "pgmdev_sfl_flash_info.h"
+#include "pgmdev_types.h"
+
+/// Something wrong, or remarkable, in a source table.
+struct PGMDEV_TABLE_FAULT {
+    enum class SEVERITY {
+        FAULT,   ///< the table cannot be compiled, or its database would not work
+        WARNING  ///< it works, but is probably not what was meant
+    };
+
+    SEVERITY severity = SEVERITY::FAULT;
+    DWORD line = 0;         ///< line of the file, from 1; 0: the table as a whole
+    DWORD column = 0;       ///< first character of the cell in its line, from 1; 0: the line as a whole
+    std::string row;        ///< device name of the row; empty outside the data rows
+    std::string member;     ///< member that the cell belongs to; empty: the line as a whole
+    std::string cell;       ///< text of the cell
+    std::string condition;  ///< internal error that compiling or loading reports for it; empty when neither does
+    std::string expected;   ///< what would be accepted, or what is remarkable: a sentence for the table's maintainer
+};
+
+class PGMDEV_EXPORT PGMDEV_FLASH_TABLE {
+public:
+    /// Reads a source table and finds all its faults: in line order, those of the format first, then those of the rows
+    /// as rows (only where the format has none). Reports nothing; a file that cannot be read is a fault.
+    static PGMDEV_FLASH_TABLE from_source(const FIO_PATH& csv_file);
+
+    /// Reads a packed database. A damaged file is reported as an internal error, exactly as by PGMDEV_FLASH_MANAGER; a
+    /// file with another magic is reported and gives an empty table.
+    static PGMDEV_FLASH_TABLE from_database(const FIO_PATH& pcf_file);
+
+    /// One line of text for people: "file:line:column: fault: ..."
+    static std::string describe(const PGMDEV_TABLE_FAULT& fault, const std::string& file_name);
+
+    /// The records in row order; none when the source table has a fault in its format.
+    const std::vector<PGMDEV_SFL_FLASH_INFO>& records() const noexcept { return m_records; }
+
+    /// What is wrong with the source table; empty for a packed database.
+    const std::vector<PGMDEV_TABLE_FAULT>& faults() const noexcept { return m_faults; }
+
+    /// Whether a fault, not only warnings, was found.
+    bool has_faults() const noexcept;
+
+    /// Length in bytes of the uncompressed payload of the packed database.
+    DWORD payload_size() const noexcept { return m_payload_size; }
+
+private:
+    PGMDEV_FLASH_TABLE() = default;
+
+    std::vector<PGMDEV_SFL_FLASH_INFO> m_records;
+    std::vector<PGMDEV_TABLE_FAULT> m_faults;
+    DWORD m_payload_size = 0;
+};

@@ -1,0 +1,73 @@
+#pragma once
+
+/// \file
+/// File I/O: paths, file status, and files that are replaced as a whole.
+///
+/// Path texts are UTF-8 on every system (on systems whose file names are plain bytes, those bytes).
+
+#include <filesystem>
+#include <span>
+#include <string>
+
+#include "host_export.h"
+#include "host_types.h"
+
+/// A path, made absolute when it is constructed.
+class HOST_EXPORT FIO_PATH {
+public:
+    FIO_PATH() = default;
+    FIO_PATH(const std::string& path);  // NOLINT(google-explicit-constructor): callers pass texts
+    FIO_PATH(const char* path);         // NOLINT(google-explicit-constructor)
+
+    /// The absolute path; "" for an empty one.
+    const std::string& fullpath() const noexcept { return m_full_path; }
+
+private:
+    std::string m_full_path;
+};
+
+/// What FIO_FILE_SYSTEM::status tells.
+struct FIO_STATUS {
+    QWORD size = 0;        ///< length of a regular file in bytes, 0 for anything else
+    bool regular = false;  ///< whether it is a regular file (not a directory, pipe or device)
+};
+
+class HOST_EXPORT FIO_FILE_SYSTEM {
+public:
+    /// Whether something of that name exists.
+    static bool exists(const char* path);
+
+    /// Fills `status`; false when the system does not tell.
+    static bool status(const char* path, FIO_STATUS* status);
+};
+
+/// The form of a path to open a stream with: absolute, and on Windows wide and free of the length limit.
+HOST_EXPORT std::filesystem::path fio_get_unc_full_path(const std::string& path);
+
+/// Replaces a file as a whole: at every moment other readers see the old file or the new one, whole.
+///
+/// The contents go into a temporary file in the same directory, which takes the file's name in one step when `commit`
+/// is called, after it has reached the disk. Without a successful commit the old file stays as it was and the temporary
+/// goes with this object. An existing file keeps its permissions; a symbolic link keeps pointing to the file it names;
+/// only regular files can be replaced.
+class HOST_EXPORT FIO_REPLACEMENT {
+public:
+    /// Creates the temporary file, empty.
+    explicit FIO_REPLACEMENT(const FIO_PATH& target);
+    ~FIO_REPLACEMENT();
+    FIO_REPLACEMENT(const FIO_REPLACEMENT&) = delete;
+    FIO_REPLACEMENT& operator=(const FIO_REPLACEMENT&) = delete;
+
+    /// The temporary file; empty when it could not be created.
+    const FIO_PATH& temporary() const noexcept { return m_temporary; }
+
+    /// Writes the whole contents into the temporary file; false when that failed.
+    bool write(std::span<const BYTE> contents);
+
+    /// Flushes the temporary file to the disk and gives it the target's name; false when that failed.
+    bool commit();
+
+private:
+    std::filesystem::path m_target;
+    FIO_PATH m_temporary;
+};

@@ -1,0 +1,35 @@
+#pragma once
+
+/// \file
+/// General utilities: the host tool's directories, and small operations on text.
+///
+/// A directory is looked up in this order: the value set by the program, the environment variable, the place relative
+/// to the installation. It is an absolute UTF-8 path without a trailing separator.
+
+#include <string>
+#include <string_view>
+
+#include "host_export.h"
+
+/// The installation directory. Environment: TESSARY_INSTALL_DIR. Otherwise the nearest directory above this library
+/// that holds "share/tessary", or the parent of this library's directory when there is none.
+HOST_EXPORT std::string gen_get_tessary_path();
+
+/// The device-database directory; the compiled databases are in its subdirectory "programmer". Environment:
+/// TESSARY_DEVICE_DB_DIR. Otherwise "share/tessary/devices" of the installation directory.
+HOST_EXPORT std::string gen_get_device_db_fullpath();
+
+/// The directory of the device-data library. Environment: TESSARY_MODULE_DIR. Otherwise the directory of this library,
+/// which is installed beside it.
+HOST_EXPORT std::string gen_get_module_path();
+
+/// Sets the directory for this process; an empty path returns to the other sources.
+HOST_EXPORT void gen_set_tessary_path(const std::string& directory);
+HOST_EXPORT void gen_set_device_db_fullpath(const std::string& directory);
+HOST_EXPORT void gen_set_module_path(const std::string& directory);
+
+/// Compares two texts byte by byte as if ASCII letters had no case: negative, 0 or positive.
+HOST_EXPORT int gen_stricmp(std::string_view left, std::string_view right);
+
+/// The text without the blanks, tabs, line feeds, carriage returns, vertical tabs and form feeds at its two ends.
+HOST_EXPORT std::string gen_remove_leading_and_trailing_white_spaces(const std::string& text);

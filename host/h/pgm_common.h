@@ -1,0 +1,21 @@
+#pragma once
+
+/// \file
+/// The programmer's common library.
+
+#include <string>
+
+#include "host_export.h"
+#include "host_types.h"
+
+class HOST_EXPORT PGM_COMMON {
+public:
+    /// The number that `text` spells: decimal digits, or hexadecimal digits after "0x" or "0X" when `allow_hex`, up to
+    /// 0xFFFFFFFF. No sign, no blanks, nothing behind the number. An empty text is 0, unless `no_empty` makes it
+    /// invalid.
+    ///
+    /// An invalid text gives 0; `ok`, when given, says which it was, and without `ok` the internal error
+    /// "Invalid string to integer conversion" is reported. `value`, when given, receives the result too.
+    static DWORD convert_string_to_dword(const std::string& text, bool no_empty, bool* ok, DWORD* value,
+                                         bool allow_hex);
+};

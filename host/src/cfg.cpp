@@ -1,0 +1,92 @@
+#include "cfg.h"
+
+#include <array>
+#include <cstdlib>
+#include <fstream>
+#include <map>
+#include <mutex>
+#include <optional>
+#include <string_view>
+
+#include "fio.h"
+#include "gen.h"
+
+namespace {
+
+using VALUES = std::map<std::string, std::string, std::less<>>;
+
+VALUES read_configuration_file() {
+    const char* named = std::getenv("TESSARY_CONFIG_FILE");
+    const std::string path = named != nullptr && *named != '\0' ? named : gen_get_tessary_path() + "/tessary.conf";
+    VALUES values;
+    std::ifstream file(fio_get_unc_full_path(path), std::ios::binary);
+    for (std::string line; std::getline(file, line);) {
+        const std::size_t equals = line.find('=');
+        const std::string key = gen_remove_leading_and_trailing_white_spaces(line.substr(0, equals));
+        if (equals != std::string::npos && !key.empty() && key.front() != '#') {
+            values[key] = gen_remove_leading_and_trailing_white_spaces(line.substr(equals + 1));
+        }
+    }
+    return values;
+}
+
+struct CONFIGURATION {
+    std::mutex mutex;
+    VALUES set_by_program;
+    std::optional<VALUES> file;  ///< empty until the first look-up
+};
+
+CONFIGURATION& configuration() {
+    static CONFIGURATION instance;
+    return instance;
+}
+
+bool is_one_of(const std::string& value, const std::array<std::string_view, 4>& words) {
+    for (const std::string_view word : words) {
+        if (gen_stricmp(value, word) == 0) {
+            return true;
+        }
+    }
+    return false;
+}
+
+constexpr std::array<std::string_view, 4> ON_WORDS{"on", "true", "yes", "1"};
+constexpr std::array<std::string_view, 4> OFF_WORDS{"off", "false", "no", "0"};
+
+}  // namespace
+
+std::string cfg_get_value(const std::string& key) {
+    CONFIGURATION& all = configuration();
+    const std::scoped_lock lock(all.mutex);
+    if (const auto set = all.set_by_program.find(key); set != all.set_by_program.end()) {
+        return set->second;
+    }
+    if (const char* value = std::getenv(key.c_str()); value != nullptr) {
+        return value;
+    }
+    if (!all.file) {
+        all.file = read_configuration_file();
+    }
+    const auto line = all.file->find(key);
+    return line != all.file->end() ? line->second : std::string();
+}
+
+ORVANE_BOOL cfg_is_on(const std::string& key, bool default_value) {
+    const std::string value = cfg_get_value(key);
+    if (is_one_of(value, ON_WORDS)) {
+        return true;
+    }
+    return default_value && !is_one_of(value, OFF_WORDS);
+}
+
+void cfg_set_value(const std::string& key, const std::string& value) {
+    CONFIGURATION& all = configuration();
+    const std::scoped_lock lock(all.mutex);
+    all.set_by_program[key] = value;
+}
+
+void cfg_clear_value(const std::string& key) {
+    CONFIGURATION& all = configuration();
+    const std::scoped_lock lock(all.mutex);
+    all.set_by_program.erase(key);
+}

@@ -1,0 +1,84 @@
+#include <cstdlib>
+#include <filesystem>
+#include <mutex>
+
+#include "gen.h"
+#include "library_path.h"
+#include "utf8_path.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+
+std::mutex g_mutex;
+
+/// One overridable directory.
+struct DIRECTORY {
+    const char* environment;  ///< variable that overrides the place relative to the installation
+    std::string set;          ///< what the program set; empty: nothing
+};
+
+DIRECTORY g_install{"TESSARY_INSTALL_DIR", {}};
+DIRECTORY g_device_db{"TESSARY_DEVICE_DB_DIR", {}};
+DIRECTORY g_module{"TESSARY_MODULE_DIR", {}};
+
+std::string absolute_directory(const fs::path& path) {
+    std::error_code ignored;
+    const fs::path absolute = fs::absolute(path, ignored).lexically_normal();
+    return utf8_from_path(absolute.has_filename() ? absolute : absolute.parent_path());
+}
+
+/// The directory as set or by its environment variable; "" when neither names one.
+std::string overridden(const DIRECTORY& directory) {
+    const std::scoped_lock lock(g_mutex);
+    if (!directory.set.empty()) {
+        return directory.set;
+    }
+    const char* value = std::getenv(directory.environment);
+    return value != nullptr && *value != '\0' ? absolute_directory(path_from_utf8(value)) : std::string();
+}
+
+void set(DIRECTORY& directory, const std::string& path) {
+    const std::scoped_lock lock(g_mutex);
+    directory.set = path.empty() ? path : absolute_directory(path_from_utf8(path));
+}
+
+fs::path found_installation() {
+    const fs::path library = host_library_directory();
+    for (fs::path directory = library; directory.has_relative_path(); directory = directory.parent_path()) {
+        std::error_code ignored;
+        if (fs::is_directory(directory / "share" / "tessary", ignored)) {
+            return directory;
+        }
+    }
+    return library.parent_path();
+}
+
+}  // namespace
+
+std::string gen_get_tessary_path() {
+    const std::string path = overridden(g_install);
+    return path.empty() ? absolute_directory(found_installation()) : path;
+}
+
+std::string gen_get_device_db_fullpath() {
+    const std::string path = overridden(g_device_db);
+    return path.empty() ? gen_get_tessary_path() + "/share/tessary/devices" : path;
+}
+
+std::string gen_get_module_path() {
+    const std::string path = overridden(g_module);
+    return path.empty() ? absolute_directory(host_library_directory()) : path;
+}
+
+void gen_set_tessary_path(const std::string& directory) {
+    set(g_install, directory);
+}
+
+void gen_set_device_db_fullpath(const std::string& directory) {
+    set(g_device_db, directory);
+}
+
+void gen_set_module_path(const std::string& directory) {
+    set(g_module, directory);
+}

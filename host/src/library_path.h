@@ -1,0 +1,6 @@
+#pragma once
+
+#include <filesystem>
+
+/// The directory that this library was loaded from; the current directory when the system does not tell.
+std::filesystem::path host_library_directory();

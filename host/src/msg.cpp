@@ -1,0 +1,98 @@
+#include "msg.h"
+
+#include <cstdarg>
+#include <cstdio>
+#include <utility>
+
+#include "cfg.h"
+#include "pgm_common.h"
+
+namespace {
+
+std::string format_text(const char* format, std::va_list arguments) {
+    std::va_list again;
+    va_copy(again, arguments);
+    const int length = std::vsnprintf(nullptr, 0, format, again);
+    va_end(again);
+    if (length < 0) {
+        return format;  // an encoding error: the bare format says more than nothing
+    }
+    std::string text(static_cast<std::size_t>(length), '\0');
+    std::vsnprintf(text.data(), text.size() + 1, format, arguments);
+    return text;
+}
+
+void log_and_throw(const MSG_INTERNAL_ERROR_REPORT& report) {
+    std::fprintf(stderr, "Internal Error: %s, %s, line %d: %s\n", report.module.c_str(), report.file.c_str(),
+                 report.line, report.condition.c_str());
+    throw MSG_INTERNAL_ERROR_EXCEPTION(report);
+}
+
+// Function-local, so that a report made while other statics are still being built finds them.
+MSG_INTERNAL_ERROR::HANDLER& error_handler() {
+    static MSG_INTERNAL_ERROR::HANDLER handler;
+    return handler;
+}
+
+MSG_DEBUG_SINK& debug_sink() {
+    static MSG_DEBUG_SINK sink;
+    return sink;
+}
+
+void hand_over(const MSG_INTERNAL_ERROR_REPORT& report) {
+    if (error_handler()) {
+        error_handler()(report);
+    } else {
+        log_and_throw(report);
+    }
+}
+
+int debug_level() {
+    bool valid = false;
+    const DWORD level =
+        PGM_COMMON::convert_string_to_dword(cfg_get_value("TESSARY_DEBUG_LEVEL"), true, &valid, nullptr, false);
+    return valid && level <= 9 ? static_cast<int>(level) : 0;
+}
+
+}  // namespace
+
+MSG_INTERNAL_ERROR_EXCEPTION::MSG_INTERNAL_ERROR_EXCEPTION(MSG_INTERNAL_ERROR_REPORT report)
+    : std::runtime_error(report.condition), m_report(std::move(report)) {}
+MSG_INTERNAL_ERROR_EXCEPTION::MSG_INTERNAL_ERROR_EXCEPTION(const MSG_INTERNAL_ERROR_EXCEPTION&) = default;
+MSG_INTERNAL_ERROR_EXCEPTION& MSG_INTERNAL_ERROR_EXCEPTION::operator=(const MSG_INTERNAL_ERROR_EXCEPTION&) = default;
+MSG_INTERNAL_ERROR_EXCEPTION::~MSG_INTERNAL_ERROR_EXCEPTION() = default;
+
+void MSG_INTERNAL_ERROR::report(const char* condition, const char* module, const char* file, int line) {
+    hand_over({condition, module, file, line});
+}
+
+void MSG_INTERNAL_ERROR::report_varg(const char* module, const char* file, int line, const char* format, ...) {
+    std::va_list arguments;
+    va_start(arguments, format);
+    std::string text = format_text(format, arguments);
+    va_end(arguments);
+    hand_over({std::move(text), module, file, line});
+}
+
+MSG_INTERNAL_ERROR::HANDLER MSG_INTERNAL_ERROR::set_handler(HANDLER handler) {
+    return std::exchange(error_handler(), std::move(handler));
+}
+
+void msg_local_vdebug(const char* logger, int level, const char* format, ...) {
+    if (!debug_sink() && level > debug_level()) {
+        return;
+    }
+    std::va_list arguments;
+    va_start(arguments, format);
+    const std::string text = format_text(format, arguments);
+    va_end(arguments);
+    if (debug_sink()) {
+        debug_sink()(logger, level, text);
+    } else {
+        std::fprintf(stderr, "%s debug %d: %s\n", logger, level, text.c_str());
+    }
+}
+
+MSG_DEBUG_SINK msg_set_debug_sink(MSG_DEBUG_SINK sink) {
+    return std::exchange(debug_sink(), std::move(sink));
+}

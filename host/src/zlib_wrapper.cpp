@@ -1,0 +1,25 @@
+#include "zlib_wrapper.h"
+
+#include <zlib.h>
+
+static_assert(ZLIB_OK == Z_OK);
+
+namespace {
+
+template <int (*OPERATION)(Bytef*, uLongf*, const Bytef*, uLong)>
+int run(BYTE* destination, DWORD* destination_length, const BYTE* source, DWORD source_length) {
+    uLongf length = *destination_length;
+    const int result = OPERATION(destination, &length, source, source_length);
+    *destination_length = static_cast<DWORD>(length);  // zlib never lets it grow
+    return result;
+}
+
+}  // namespace
+
+int zlib_compress(BYTE* destination, DWORD* destination_length, const BYTE* source, DWORD source_length) {
+    return run<compress>(destination, destination_length, source, source_length);
+}
+
+int zlib_uncompress(BYTE* destination, DWORD* destination_length, const BYTE* source, DWORD source_length) {
+    return run<uncompress>(destination, destination_length, source, source_length);
+}

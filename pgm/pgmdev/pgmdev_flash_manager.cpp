@@ -1,0 +1,191 @@
+#include "pgmdev_flash_manager.h"
+
+#include <algorithm>
+
+#include "cfg.h"
+#include "gen.h"
+#include "pgmdev_flash_payload.h"
+#include "pgmdev_packed_file.h"
+#include "pgmdev_report.h"
+#include "stl.h"
+
+#include <map>
+
+// Life of a manager, and the loading of its database.
+
+namespace {
+
+constexpr const char* SOURCE = "pgm/pgmdev/pgmdev_flash_manager";
+constexpr const char* DATABASE_FILE = "/programmer/pgm_flash.pcf";
+constexpr const char* ALWAYS_ENABLED = "NONE";
+constexpr const char* ENABLING_SWITCH = "PGM_ALLOW_";
+
+}  // namespace
+
+PGMDEV_FLASH_MANAGER::PGMDEV_FLASH_MANAGER(bool /*unused*/, DWORD device_count, bool empty, bool print_on_load)
+    : m_print_on_load(print_on_load ? 1 : 0), m_device_count(device_count) {
+    if (empty) {
+        return;
+    }
+    initialize_flash_database(FIO_PATH(gen_get_device_db_fullpath() + DATABASE_FILE));
+    PGMDEV_REQUIRE(device_count > 0, "count > 0", SOURCE);
+    auto* map = new DWORD[device_count];
+    std::fill_n(map, device_count, INVALID_DWORD);
+    hold_map(map);
+    m_device_to_flash_map = map;
+}
+
+PGMDEV_FLASH_MANAGER::PGMDEV_FLASH_MANAGER(const PGMDEV_FLASH_MANAGER& other) {
+    *this = other;
+}
+
+PGMDEV_FLASH_MANAGER& PGMDEV_FLASH_MANAGER::operator=(const PGMDEV_FLASH_MANAGER& other) {
+    if (this == &other) {
+        return *this;
+    }
+    hold_database(m_flash_database);
+    hold_map(m_device_to_flash_map);
+    other.hold_database(other.m_flash_database);
+    other.hold_map(other.m_device_to_flash_map);
+    m_database_owner = other.m_database_owner;
+    m_map_owner = other.m_map_owner;
+
+    m_print_on_load = other.m_print_on_load;
+    m_version = other.m_version;
+    m_device_count = other.m_device_count;
+    m_flash_count = other.m_flash_count;
+    m_ini_count = other.m_ini_count;
+    m_type_count = other.m_type_count;
+    m_device_to_flash_map = other.m_device_to_flash_map;
+    m_flash_database = other.m_flash_database;
+    m_ini_flash_info = other.m_ini_flash_info;
+    return *this;
+}
+
+PGMDEV_FLASH_MANAGER::~PGMDEV_FLASH_MANAGER() {
+    hold_database(m_flash_database);
+    hold_map(m_device_to_flash_map);
+}
+
+void PGMDEV_FLASH_MANAGER::hold_database(PGMDEV_SFL_FLASH_INFO* records) const {
+    if (m_database_owner.get() != records) {
+        m_database_owner.reset(records);
+    }
+}
+
+void PGMDEV_FLASH_MANAGER::hold_map(DWORD* map) const {
+    if (m_map_owner.get() != map) {
+        m_map_owner.reset(map);
+    }
+}
+
+void PGMDEV_FLASH_MANAGER::unload() {
+    m_version = 0;
+    m_flash_count = 0;
+    m_ini_count = 0;
+    m_type_count = 0;
+    m_flash_database = nullptr;
+    hold_database(nullptr);
+}
+
+void PGMDEV_FLASH_MANAGER::initialize_flash_database(FIO_PATH flash_file) {
+    const PACKED_BODY body = read_packed_file(flash_file, FLASH_FORMAT);
+    if (body.data != nullptr) {
+        parse_payload(body.data.get(), body.size);
+    }
+}
+
+bool PGMDEV_FLASH_MANAGER::parse_database(BYTE* payload) {
+    parse_payload(payload, PACKED_TRUSTED_SIZE);
+    return false;
+}
+
+void PGMDEV_FLASH_MANAGER::parse_payload(const BYTE* payload, QWORD size) try {
+    DWORD cursor = 0;
+    PACKED_READER reader(payload, size, cursor, FLASH_FORMAT);
+    const FLASH_PAYLOAD_HEAD head = read_flash_head(reader);
+    m_version = head.version;
+    m_flash_count = head.record_count;
+    m_type_count = head.member_count;
+
+    const DWORD extra = m_ini_flash_info.device_name.empty() ? 0 : 1;
+    const QWORD slots = std::min<QWORD>(head.record_count, flash_records_in(size)) + extra;
+    auto* records = new PGMDEV_SFL_FLASH_INFO[slots]();
+    hold_database(records);
+    m_flash_database = records;
+    m_ini_count = extra;
+
+    for (DWORD slot = extra; slot - extra < m_flash_count;) {
+        if (read_record(payload, size, cursor, slot)) {
+            ++slot;
+        } else {
+            null_info_database(&m_flash_database[slot]);
+            --m_flash_count;
+        }
+        reader.confirm_record_end();
+    }
+    reader.confirm_database_end();
+
+    confirm_default_value(extra);
+    if (extra != 0) {
+        copy_ini_database();
+        ++m_flash_count;
+    }
+    m_ini_count = 0;
+    if (m_print_on_load != 0) {
+        for (DWORD i = 0; i < m_flash_count; ++i) {
+            print_database(i);
+        }
+    }
+} catch (...) {
+    unload();
+    throw;
+}
+
+bool PGMDEV_FLASH_MANAGER::get_database(BYTE* payload, DWORD& cursor, DWORD slot) {
+    return read_record(payload, PACKED_TRUSTED_SIZE, cursor, slot);
+}
+
+bool PGMDEV_FLASH_MANAGER::read_record(const BYTE* payload, QWORD size, DWORD& cursor, DWORD slot) {
+    PACKED_READER reader(payload, size, cursor, FLASH_FORMAT);
+    read_flash_members(reader, m_flash_database[slot]);
+    return enable_device(slot);
+}
+
+void PGMDEV_FLASH_MANAGER::null_info_database(PGMDEV_SFL_FLASH_INFO* record) {
+    *record = PGMDEV_SFL_FLASH_INFO();
+}
+
+void PGMDEV_FLASH_MANAGER::copy_ini_database() {
+    PGMDEV_REQUIRE(m_flash_database != nullptr, "m_flash_database != NULL", SOURCE);
+    m_flash_database[0] = m_ini_flash_info;
+}
+
+void PGMDEV_FLASH_MANAGER::confirm_default_value(DWORD first) {
+    PGMDEV_REQUIRE(m_flash_database != nullptr || m_flash_count == 0, "m_flash_database != NULL", SOURCE);
+    const PGMDEV_SFL_FLASH_INFO* const begin = m_flash_database + first;
+    const PGMDEV_SFL_FLASH_INFO* const end = begin + m_flash_count;
+    const auto key = [](const PGMDEV_SFL_FLASH_INFO& record) {
+        std::string name = record.device_name;
+        stl_tolower(name);
+        return name;
+    };
+    std::map<std::string, DWORD> defaults;
+    for (const auto* record = begin; record != end; ++record) {
+        defaults[key(*record)] += record->default_dev ? 1 : 0;
+    }
+    for (const auto* record = begin; record != end;
+         ++record) {  // in record order, so that the first faulty name is reported
+        const DWORD count = defaults[key(*record)];
+        PGMDEV_REQUIRE(count <= 1, "!one_default", SOURCE);
+        PGMDEV_REQUIRE(count == 1, "one_default", SOURCE);
+    }
+}
+
+bool PGMDEV_FLASH_MANAGER::enable_device(DWORD index) {
+    PGMDEV_REQUIRE(m_flash_database != nullptr, "m_flash_database != NULL", SOURCE);
+    PGMDEV_REQUIRE(index < QWORD{m_flash_count} + m_ini_count, "index < (m_flash_count + m_ini_count)", SOURCE);
+    const std::string& ini = m_flash_database[index].ini;
+    PGMDEV_REQUIRE(!ini.empty(), "!ini.empty()", SOURCE);
+    return gen_stricmp(ini, ALWAYS_ENABLED) == 0 || cfg_is_on(ENABLING_SWITCH + ini, false) != 0;
+}

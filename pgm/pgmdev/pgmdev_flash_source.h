@@ -1,0 +1,35 @@
+#pragma once
+
+/// \file
+/// The format of the flash source table: its header lines, and the cells of its rows.
+
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "pgmdev_flash_table.h"
+#include "pgmdev_source_table.h"
+#include "pgmdev_types.h"
+
+/// Lines before the data rows: types, names, and six that the compiler does not read.
+inline constexpr std::size_t FLASH_HEADER_LINES = 8;
+
+/// Receives a fault and the line of the check that found it. It may end the operation, or collect and go on.
+using FAULT_SINK = std::function<void(const PGMDEV_TABLE_FAULT& fault, int check_line)>;
+
+/// What the first pass over a table finds out.
+struct FLASH_LAYOUT {
+    DWORD record_count = 0;
+    QWORD payload_size = 0;  ///< in bytes, uncompressed
+};
+
+/// The first pass: the number of cells in every line, the type row and the name row, and that there is a data row.
+FLASH_LAYOUT check_flash_layout(const std::vector<SOURCE_LINE>& lines, bool readable, const FAULT_SINK& sink);
+
+/// The second pass, for one data row of the right length: every cell against its member's type.
+void check_flash_cells(const SOURCE_LINE& line, const FAULT_SINK& sink);
+
+/// Looks at the rows as rows: geometry, colliding indexes, default rows, rows that are never reached, unusual values.
+/// `records` are what `lines`, the data rows, are compiled to.
+void check_flash_rows(const std::vector<SOURCE_LINE>& lines, const std::vector<PGMDEV_SFL_FLASH_INFO>& records,
+                      const FAULT_SINK& sink);

@@ -1,0 +1,84 @@
+#include "pgmdev_flash_table.h"
+
+#include <algorithm>
+#include <sstream>
+
+#include "pgmdev_flash_payload.h"
+#include "pgmdev_flash_source.h"
+#include "pgmdev_packed_file.h"
+
+PGMDEV_FLASH_TABLE PGMDEV_FLASH_TABLE::from_source(const FIO_PATH& csv_file) {
+    PGMDEV_FLASH_TABLE table;
+    const FAULT_SINK collect = [&table](const PGMDEV_TABLE_FAULT& fault, int) { table.m_faults.push_back(fault); };
+
+    bool readable = false;
+    std::vector<SOURCE_LINE> lines = read_source_table(csv_file, false, readable);
+    const FLASH_LAYOUT layout = check_flash_layout(lines, readable, collect);
+    lines.erase(lines.begin(), lines.begin() + static_cast<std::ptrdiff_t>(std::min(lines.size(), FLASH_HEADER_LINES)));
+    for (const SOURCE_LINE& line : lines) {
+        if (line.cells.size() == PGMDEV_SFL_FLASH_MEMBERS.size()) {
+            check_flash_cells(line, collect);
+        }
+    }
+    if (table.m_faults.empty()) {
+        for (const SOURCE_LINE& line : lines) {
+            table.m_records.push_back(flash_record_of(line.cells));
+        }
+        table.m_payload_size = static_cast<DWORD>(layout.payload_size);
+        check_flash_rows(lines, table.m_records, collect);
+    }
+    std::stable_sort(table.m_faults.begin(), table.m_faults.end(),
+                     [](const PGMDEV_TABLE_FAULT& a, const PGMDEV_TABLE_FAULT& b) { return a.line < b.line; });
+    return table;
+}
+
+PGMDEV_FLASH_TABLE PGMDEV_FLASH_TABLE::from_database(const FIO_PATH& pcf_file) {
+    PGMDEV_FLASH_TABLE table;
+    const PACKED_BODY body = read_packed_file(pcf_file, FLASH_FORMAT);
+    if (body.data == nullptr) {
+        return table;
+    }
+    DWORD index = 0;
+    PACKED_READER reader(body.data.get(), body.size, index, FLASH_FORMAT);
+    const FLASH_PAYLOAD_HEAD head = read_flash_head(reader);
+    for (DWORD i = 0; i < head.record_count; ++i) {
+        read_flash_members(reader, table.m_records.emplace_back());
+        reader.confirm_record_end();
+    }
+    reader.confirm_database_end();
+    table.m_payload_size = body.size;
+    return table;
+}
+
+bool PGMDEV_FLASH_TABLE::has_faults() const noexcept {
+    return std::any_of(m_faults.begin(), m_faults.end(), [](const PGMDEV_TABLE_FAULT& fault) {
+        return fault.severity == PGMDEV_TABLE_FAULT::SEVERITY::FAULT;
+    });
+}
+
+std::string PGMDEV_FLASH_TABLE::describe(const PGMDEV_TABLE_FAULT& fault, const std::string& file_name) {
+    const bool is_fault = fault.severity == PGMDEV_TABLE_FAULT::SEVERITY::FAULT;
+    std::ostringstream text;
+    text << file_name;
+    if (fault.line != 0) {
+        text << ':' << fault.line;
+    }
+    if (fault.column != 0) {
+        text << ':' << fault.column;
+    }
+    text << (is_fault ? ": fault: " : ": warning: ");
+    if (!fault.row.empty()) {
+        text << "row " << fault.row << ": ";
+    }
+    if (!fault.member.empty()) {
+        text << "member " << fault.member << ": ";
+    }
+    if (!fault.cell.empty()) {
+        text << "found \"" << fault.cell << "\", ";
+    }
+    text << (is_fault ? "expected " : "") << fault.expected;
+    if (!fault.condition.empty()) {
+        text << " [" << fault.condition << ']';
+    }
+    return text.str();
+}

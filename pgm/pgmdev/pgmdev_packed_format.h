@@ -1,0 +1,58 @@
+#pragma once
+
+/// \file
+/// What the packed encoding is made of, and what differs between the two databases that use it.
+
+#include <string_view>
+
+#include "pgmdev_manager_type.h"
+#include "pgmdev_types.h"
+
+// The file: magic, stamp, size of the decompressed body, the body as one zlib stream, checksum slot.
+inline constexpr DWORD PACKED_MAGIC_SIZE = 8;
+inline constexpr DWORD PACKED_STAMP_SIZE = 32;
+inline constexpr DWORD PACKED_HEAD_SIZE = PACKED_MAGIC_SIZE + PACKED_STAMP_SIZE + 4;
+inline constexpr DWORD PACKED_CHECKSUM_SIZE = 2;
+
+// The body: version, record count, member count, the records with "END1" behind each, "END2".
+inline constexpr DWORD PACKED_BODY_VERSION = 1;
+inline constexpr DWORD PACKED_BODY_HEAD_SIZE = 3 * 4;
+inline constexpr DWORD PACKED_MARKER_SIZE = 4;
+inline constexpr std::string_view PACKED_RECORD_END = "END1";
+inline constexpr std::string_view PACKED_DATABASE_END = "END2";
+
+/// The longest text that a one-byte length can state.
+inline constexpr std::size_t PACKED_TEXT_MAX = 255;
+
+/// Deflate cannot make a stream shorter than about 1/1032 of its contents: a length and distance pair stands for at
+/// most 258 bytes and takes at least 2 bits.
+inline constexpr QWORD PACKED_LARGEST_RATIO = 1032;
+
+/// Stamps of the source tables that this build's readers were made for. A database is accepted only with the same
+/// stamp.
+inline constexpr std::string_view PGMDEV_FLASH_INFO_CSV_MD5 = "e58bc25311bf5303874d34bcafcaa4c1";
+inline constexpr std::string_view PGMDEV_DEV_INFO_CSV_MD5 = "6d91639bb2165ce50a6e050711c1137f";
+
+/// A set of tags.
+constexpr DWORD tag_set(PGMDEV_MANAGER_TYPE tag) {
+    return DWORD{1} << tag;
+}
+
+/// What differs between the databases.
+struct PACKED_FORMAT {
+    const char* source;  ///< source file that reports name
+
+    std::string_view magic;
+    std::string_view stamp;
+    DWORD dword_tags;   ///< tags accepted before a 4-byte value
+    DWORD string_tags;  ///< tags accepted before a text
+
+    // The texts of the failed checks.
+    const char* missing_file;
+    const char* wrong_magic;
+    const char* wrong_version;
+    const char* wrong_dword_tag;
+    const char* wrong_string_tag;
+};
+
+extern const PACKED_FORMAT FLASH_FORMAT;

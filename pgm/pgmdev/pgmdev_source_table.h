@@ -1,0 +1,22 @@
+#pragma once
+
+/// \file
+/// Source tables as lines of cells that know where they stand.
+
+#include <string>
+#include <vector>
+
+#include "fio.h"
+#include "pgmdev_types.h"
+
+/// A line that holds more than white space.
+struct SOURCE_LINE {
+    DWORD number = 0;                ///< in the file, from 1
+    std::vector<std::string> cells;  ///< without the separators
+    std::vector<DWORD> columns;      ///< where each cell begins in the line, from 1
+};
+
+/// Reads a source table: lines end at line feeds, the last one also without; white space around a line does not count,
+/// lines without anything else are left out. `readable` tells whether the file could be read to its end; an unreadable
+/// one reads as empty. With `keep_empty` every separator ends a cell, otherwise empty cells are dropped.
+std::vector<SOURCE_LINE> read_source_table(const FIO_PATH& path, bool keep_empty, bool& readable);

@@ -1,0 +1,19 @@
+#pragma once
+
+/// \file
+/// The verbs of the noun `flash` that have a file of their own.
+
+#include <string>
+#include <vector>
+
+#include "command.h"
+
+/// Maps one device position per response and shows what was found. "-" stands for one response per line of standard
+/// input.
+void identify_flash(const std::vector<std::string>& responses, bool silicon, COMMAND& command);
+
+/// Shows all faults of a source table.
+void check_flash_table(const std::string& csv_file, COMMAND& command);
+
+/// Checks and compiles a source table, reads the result back, compares, and only then replaces the output.
+void compile_flash_table(const std::string& csv_file, const std::string& pcf_file, COMMAND& command);

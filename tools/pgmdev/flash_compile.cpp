@@ -1,0 +1,85 @@
+#include <fmt/format.h>
+
+#include <stdexcept>
+
+#include "command.h"
+#include "fio.h"
+#include "flash_commands.h"
+#include "pgmdev_flash_manager.h"
+#include "pgmdev_flash_table.h"
+
+namespace {
+
+JSON fault_json(const PGMDEV_TABLE_FAULT& fault) {
+    return {{"severity", fault.severity == PGMDEV_TABLE_FAULT::SEVERITY::FAULT ? "fault" : "warning"},
+            {"line", fault.line},
+            {"column", fault.column},
+            {"device_name", fault.row},
+            {"member", fault.member},
+            {"cell", fault.cell},
+            {"condition", fault.condition},
+            {"expected", fault.expected}};
+}
+
+JSON sizes_json(const PGMDEV_FLASH_TABLE& table) {
+    return {{"records", table.records().size()}, {"payload_size", table.payload_size()}};
+}
+
+void print_faults(const PGMDEV_FLASH_TABLE& table, const std::string& csv_file) {
+    for (const PGMDEV_TABLE_FAULT& fault : table.faults()) {
+        fmt::print(stderr, "{}\n", PGMDEV_FLASH_TABLE::describe(fault, csv_file));
+    }
+}
+
+void print_sizes(const PGMDEV_FLASH_TABLE& table) {
+    fmt::print("{} records, {} bytes of payload\n", table.records().size(), table.payload_size());
+}
+
+}  // namespace
+
+void check_flash_table(const std::string& csv_file, COMMAND& command) {
+    const PGMDEV_FLASH_TABLE table = PGMDEV_FLASH_TABLE::from_source(csv_file);
+    if (table.has_faults()) {
+        command.result = EXIT_INTERNAL_ERROR;
+    }
+    print_faults(table, csv_file);
+    if (command.json) {
+        JSON document = sizes_json(table);
+        document["faults"] = JSON::array();
+        for (const PGMDEV_TABLE_FAULT& fault : table.faults()) {
+            document["faults"].push_back(fault_json(fault));
+        }
+        print_json(document);
+    } else if (!table.has_faults()) {
+        print_sizes(table);
+    }
+}
+
+void compile_flash_table(const std::string& csv_file, const std::string& pcf_file, COMMAND& command) {
+    const PGMDEV_FLASH_TABLE table = PGMDEV_FLASH_TABLE::from_source(csv_file);
+    FIO_REPLACEMENT output(pcf_file);
+    if (table.has_faults()) {
+        print_faults(table, csv_file);
+    }
+    PGMDEV_FLASH_MANAGER compiler(false, 0, true, false);
+    if (table.records().empty()) {
+        // The format is broken: the compiler itself says which condition stops it.
+        compiler.generate_flash_database(csv_file, output.temporary());
+    }
+    if (table.has_faults()) {
+        throw std::runtime_error(csv_file + " has faults: " + pcf_file + " is left as it was");
+    }
+    compiler.generate_flash_database(csv_file, output.temporary());
+    const PGMDEV_FLASH_TABLE read_back = PGMDEV_FLASH_TABLE::from_database(output.temporary());
+    if (read_back.records() != table.records() || read_back.payload_size() != table.payload_size()) {
+        throw std::runtime_error("what was compiled from " + csv_file + " reads back differently");
+    }
+    if (!output.commit()) {
+        throw std::runtime_error(pcf_file + " cannot be replaced");
+    }
+    if (command.json) {
+        print_json(sizes_json(table));
+    } else {
+        print_sizes(table);
+    }
+}

@@ -1,0 +1,100 @@
+#include <fmt/format.h>
+
+#include <algorithm>
+
+#include "command.h"
+#include "flash_commands.h"
+#include "flash_output.h"
+#include "input.h"
+#include "pgmdev_flash_manager.h"
+
+namespace {
+
+/// The flash behind one device position: its response, and the record that it matches.
+struct DEVICE {
+    DWORD position;
+    const std::string& response;
+    DWORD index;                          ///< INVALID_DWORD: not mapped
+    const PGMDEV_SFL_FLASH_INFO* record;  ///< null: not mapped
+};
+
+DEVICE identify(PGMDEV_FLASH_MANAGER& manager, DWORD position, const std::string& response, bool silicon) {
+    ID_RESPONSE bytes = parse_id_response(response);
+    if (manager.get_flash_count() == 0 || !manager.flash_id_database_mapping(silicon, position, bytes.data())) {
+        return {position, response, INVALID_DWORD, nullptr};
+    }
+    const DWORD index = manager.get_flash_mapping_index(position, false);
+    return {position, response, index, manager.get_flash_database() + index};
+}
+
+JSON device_json(DWORD position, const DEVICE& device) {
+    JSON object{{"position", position}, {"mapped", device.record != nullptr}, {"index", nullptr}};
+    if (device.record != nullptr) {
+        object["index"] = device.index;
+        add_members(object, *device.record);
+    }
+    return object;
+}
+
+void print_device(DWORD position, const DEVICE& device) {
+    if (device.record == nullptr) {
+        fmt::print("Device {} ({}): no record matches\n", position, device.response);
+        return;
+    }
+    fmt::print("Device {} ({}): {} {}, record {}\n", position, device.response, device.record->manufacturer_name,
+               device.record->device_name, device.index);
+    print_summary(*device.record);
+}
+
+void identify_batch(bool silicon, COMMAND& command) {
+    PGMDEV_FLASH_MANAGER manager(false, 1, false, false);
+    DWORD line_number = 0;
+    for_each_input_line([&](const std::string& response) {
+        const DEVICE device = identify(manager, 0, response, silicon);
+        if (device.record == nullptr) {
+            command.result = EXIT_NOT_FOUND;
+        }
+        if (command.json) {
+            print_json_line(device_json(line_number, device));
+        } else {
+            print_device(line_number, device);
+        }
+        ++line_number;
+    });
+}
+
+}  // namespace
+
+void identify_flash(const std::vector<std::string>& responses, bool silicon, COMMAND& command) {
+    if (responses.size() == 1 && responses.front() == "-") {
+        identify_batch(silicon, command);
+        return;
+    }
+    PGMDEV_FLASH_MANAGER manager(false, static_cast<DWORD>(responses.size()), false, false);
+    std::vector<DEVICE> devices;
+    for (DWORD position = 0; position < responses.size(); ++position) {
+        devices.push_back(identify(manager, position, responses[position], silicon));
+    }
+    const auto mapped = [](const DEVICE& device) { return device.record != nullptr; };
+    if (!std::all_of(devices.begin(), devices.end(), mapped)) {
+        command.result = EXIT_NOT_FOUND;
+    }
+    JSON longest;  // null when no device is mapped
+    if (std::any_of(devices.begin(), devices.end(), mapped)) {
+        longest = manager.sfl_get_chain_longest_program_utime();
+    }
+    if (command.json) {
+        JSON document{{"devices", JSON::array()}, {"longest_program_utime", longest}};
+        for (const DEVICE& device : devices) {
+            document["devices"].push_back(device_json(device.position, device));
+        }
+        print_json(document);
+        return;
+    }
+    for (const DEVICE& device : devices) {
+        print_device(device.position, device);
+    }
+    if (!longest.is_null()) {
+        fmt::print("Longest program time in the chain: {} us\n", longest.get<DWORD>());
+    }
+}

@@ -1,0 +1,17 @@
+#pragma once
+
+#include <array>
+#include <functional>
+#include <string>
+
+#include "pgmdev_types.h"
+
+/// An identification response, padded with zeros to all the bytes that a record may name.
+using ID_RESPONSE = std::array<BYTE, 256>;
+
+/// The bytes that `text` spells: pairs of hexadecimal digits, which blanks, ':' and '-' may set apart and "0x" may
+/// precede. Anything else, and more bytes than a response has, throws USAGE_ERROR.
+ID_RESPONSE parse_id_response(const std::string& text);
+
+/// Calls `use` for each line of standard input that holds more than white space, without the white space around it.
+void for_each_input_line(const std::function<void(const std::string&)>& use);

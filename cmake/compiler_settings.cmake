@@ -8,6 +8,11 @@ target_compile_options(pgmdev_compiler_settings INTERFACE
   # Reproducible builds: no path of the build machine in what is built.
   -ffile-prefix-map=${PROJECT_SOURCE_DIR}=.)
 
+# GCC 12 warns of overlaps in its own std::string when it inlines operator+ (GCC bug 105651).
+if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION VERSION_LESS 13)
+  target_compile_options(pgmdev_compiler_settings INTERFACE -Wno-restrict)
+endif()
+
 if(PGMDEV_WARNINGS_AS_ERRORS)
   target_compile_options(pgmdev_compiler_settings INTERFACE -Werror)
 endif()

@@ -1,0 +1,58 @@
+#pragma once
+
+/// \file
+/// Files of a test: a directory that goes with the test, and whole files as texts.
+
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <random>
+#include <string>
+
+/// A new empty directory that is removed with everything in it.
+class SCRATCH {
+public:
+    SCRATCH() {
+        static std::atomic<unsigned> counter{0};
+        m_directory = std::filesystem::temp_directory_path() /
+                      ("pgmdev-test-" + std::to_string(std::random_device{}()) + "-" + std::to_string(++counter));
+        std::filesystem::create_directories(m_directory);
+    }
+    ~SCRATCH() {
+        std::error_code ignored;
+        std::filesystem::remove_all(m_directory, ignored);
+    }
+    SCRATCH(const SCRATCH&) = delete;
+    SCRATCH& operator=(const SCRATCH&) = delete;
+
+    const std::filesystem::path& directory() const { return m_directory; }
+    std::string path(const std::string& name) const { return (m_directory / name).string(); }
+
+    /// Writes a file, with the directories above it, and returns its path.
+    std::string write(const std::string& name, const std::string& contents) const {
+        std::filesystem::create_directories((m_directory / name).parent_path());
+        std::ofstream(m_directory / name, std::ios::binary) << contents;
+        return path(name);
+    }
+
+    /// How many files are below the directory: for finding what was left over.
+    std::size_t file_count() const {
+        std::size_t count = 0;
+        for (const auto& entry : std::filesystem::recursive_directory_iterator(m_directory)) {
+            count += entry.is_regular_file() ? 1U : 0U;
+        }
+        return count;
+    }
+
+private:
+    std::filesystem::path m_directory;
+};
+
+inline std::string read_file(const std::filesystem::path& path) {
+    std::ifstream file(path, std::ios::binary);
+    EXPECT_TRUE(file.is_open()) << path;
+    return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+}

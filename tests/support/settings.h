@@ -1,0 +1,30 @@
+#pragma once
+
+/// \file
+/// Settings of the host that last as long as a test needs them.
+
+#include <string>
+
+#include "cfg.h"
+#include "gen.h"
+
+/// A configuration value.
+class SETTING {
+public:
+    SETTING(std::string key, const std::string& value) : m_key(std::move(key)) { cfg_set_value(m_key, value); }
+    ~SETTING() { cfg_clear_value(m_key); }
+    SETTING(const SETTING&) = delete;
+    SETTING& operator=(const SETTING&) = delete;
+
+private:
+    std::string m_key;
+};
+
+/// The device-database directory.
+class DEVICE_DB_DIRECTORY {
+public:
+    explicit DEVICE_DB_DIRECTORY(const std::string& path) { gen_set_device_db_fullpath(path); }
+    ~DEVICE_DB_DIRECTORY() { gen_set_device_db_fullpath(""); }
+    DEVICE_DB_DIRECTORY(const DEVICE_DB_DIRECTORY&) = delete;
+    DEVICE_DB_DIRECTORY& operator=(const DEVICE_DB_DIRECTORY&) = delete;
+};

@@ -181,6 +181,7 @@ private:
     void parse_payload(const BYTE* payload, QWORD size);
     bool read_record(const BYTE* payload, QWORD size, DWORD& cursor, DWORD slot);
     void unload();
+    void make_map();
     void hold_database(PGMDEV_SFL_FLASH_INFO* records) const;
     void hold_map(DWORD* map) const;
 

@@ -1,6 +1,7 @@
 #include "pgmdev_flash_manager.h"
 
 #include <algorithm>
+#include <map>
 
 #include "cfg.h"
 #include "gen.h"
@@ -8,8 +9,6 @@
 #include "pgmdev_packed_file.h"
 #include "pgmdev_report.h"
 #include "stl.h"
-
-#include <map>
 
 // Life of a manager, and the loading of its database.
 
@@ -29,10 +28,7 @@ PGMDEV_FLASH_MANAGER::PGMDEV_FLASH_MANAGER(bool /*unused*/, DWORD device_count, 
     }
     initialize_flash_database(FIO_PATH(gen_get_device_db_fullpath() + DATABASE_FILE));
     PGMDEV_REQUIRE(device_count > 0, "count > 0", SOURCE);
-    auto* map = new DWORD[device_count];
-    std::fill_n(map, device_count, INVALID_DWORD);
-    hold_map(map);
-    m_device_to_flash_map = map;
+    make_map();
 }
 
 PGMDEV_FLASH_MANAGER::PGMDEV_FLASH_MANAGER(const PGMDEV_FLASH_MANAGER& other) {
@@ -79,6 +75,13 @@ void PGMDEV_FLASH_MANAGER::hold_map(DWORD* map) const {
     }
 }
 
+void PGMDEV_FLASH_MANAGER::make_map() {
+    auto* map = new DWORD[m_device_count];
+    std::fill_n(map, m_device_count, INVALID_DWORD);
+    hold_map(map);
+    m_device_to_flash_map = map;
+}
+
 void PGMDEV_FLASH_MANAGER::unload() {
     m_version = 0;
     m_flash_count = 0;
@@ -114,6 +117,9 @@ void PGMDEV_FLASH_MANAGER::parse_payload(const BYTE* payload, QWORD size) try {
     hold_database(records);
     m_flash_database = records;
     m_ini_count = extra;
+    if (m_device_to_flash_map != nullptr) {
+        make_map();  // what it held were indexes of other records
+    }
 
     for (DWORD slot = extra; slot - extra < m_flash_count;) {
         if (read_record(payload, size, cursor, slot)) {

@@ -9,6 +9,8 @@
 
 namespace {
 
+std::string format_text(const char* format, std::va_list arguments) HOST_PRINTF_LIKE(1, 0);
+
 std::string format_text(const char* format, std::va_list arguments) {
     std::va_list again;
     va_copy(again, arguments);

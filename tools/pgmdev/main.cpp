@@ -65,6 +65,7 @@ int main(int argc, char** argv) {
         "Exit codes: 0 done, 1 not found, 2 wrong usage, 3 an internal error was reported or a table was refused.\n"
         "Example: pgmdev flash identify 20BA18");
     app.require_subcommand(1);
+    app.fallthrough();  // global options may stand behind the noun and the verb, too
     add_global_options(app, command);
     add_flash_commands(app, command);
 

@@ -33,3 +33,9 @@ HOST_EXPORT int gen_stricmp(std::string_view left, std::string_view right);
 
 /// The text without the blanks, tabs, line feeds, carriage returns, vertical tabs and form feeds at its two ends.
 HOST_EXPORT std::string gen_remove_leading_and_trailing_white_spaces(const std::string& text);
+
+/// The text with its ASCII letters in upper case; all other bytes stay as they are.
+HOST_EXPORT std::string gen_ascii_toupper(const std::string& text);
+
+/// The number in decimal.
+HOST_EXPORT std::string gen_itoa(int value);

@@ -6,12 +6,12 @@
 
 namespace {
 
-TEST(Version, IsThatOfTheProject) {
+TEST(ver, IsThatOfTheProject) {
     EXPECT_EQ(ver_get_version(), TEST_PROJECT_VERSION);
     EXPECT_EQ(ver_get_current_version_index_number() & 0xFF, 0U) << "no service pack";
 }
 
-TEST(Version, CanBeSetForTheProcess) {
+TEST(ver, CanBeSetForTheProcess) {
     const std::string own = ver_get_version();
     const DWORD own_index = ver_get_current_version_index_number();
     {
@@ -23,13 +23,13 @@ TEST(Version, CanBeSetForTheProcess) {
     EXPECT_EQ(ver_get_current_version_index_number(), own_index);
 }
 
-TEST(Text, UpperCaseChangesAsciiLettersOnly) {
+TEST(gen_ascii_toupper, ChangesAsciiLettersOnly) {
     EXPECT_EQ(gen_ascii_toupper("azAZ09@[`{ \xE4\xFF"), "AZAZ09@[`{ \xE4\xFF");
     EXPECT_EQ(gen_ascii_toupper(std::string("a\0b", 3)), std::string("A\0B", 3));
     EXPECT_EQ(gen_ascii_toupper(""), "");
 }
 
-TEST(Text, NumbersComeOutInDecimal) {
+TEST(gen_itoa, GivesDecimals) {
     EXPECT_EQ(gen_itoa(0), "0");
     EXPECT_EQ(gen_itoa(65535), "65535");
     EXPECT_EQ(gen_itoa(-2147483647 - 1), "-2147483648");

@@ -1,10 +1,17 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <cstdlib>
 #include <nlohmann/json.hpp>
+#include <string>
+#include <vector>
 
 #include "pgmdev/user_flash_reference.h"
-#include "support/command_run.h"
+#include "support/scratch.h"
+
+#if !defined(_WIN32)
+#include <sys/wait.h>
+#endif
 
 namespace {
 
@@ -12,6 +19,34 @@ namespace ref = user_flash_reference;
 using JSON = nlohmann::json;
 using testing::EndsWith;
 using testing::HasSubstr;
+
+/// What one run of the command left.
+struct COMMAND_RUN {
+    int exit_code = -1;
+    std::string output;
+    std::string errors;
+};
+
+/// Runs the command with arguments that hold no quotation marks.
+COMMAND_RUN run_command(const std::vector<std::string>& arguments, const std::string& input = "") {
+    const SCRATCH scratch;
+    std::string line = "\"" TEST_COMMAND "\"";
+    for (const std::string& argument : arguments) {
+        line += " \"" + argument + "\"";
+    }
+    line += " <\"" + scratch.write("input", input) + "\" >\"" + scratch.path("output") + "\" 2>\"" +
+            scratch.path("errors") + "\"";
+    COMMAND_RUN run;
+#if defined(_WIN32)
+    run.exit_code = std::system(("\"" + line + "\"").c_str());
+#else
+    const int status = std::system(line.c_str());
+    run.exit_code = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+#endif
+    run.output = read_file(scratch.path("output"));
+    run.errors = read_file(scratch.path("errors"));
+    return run;
+}
 
 /// A chip that the table does not have, and the answers of its datasheet.
 const std::string ANSWERS =
@@ -23,7 +58,7 @@ std::string defined() {
     return JSON::parse(run.output).at("encoded");
 }
 
-TEST(FlashDefine, PrintsTheDialogueAndTheText) {
+TEST(flash_define, PrintsTheDialogueAndTheText) {
     const COMMAND_RUN run = run_command({"flash", "define"}, ANSWERS);
     EXPECT_EQ(run.exit_code, 0);
     EXPECT_EQ(run.errors, "");
@@ -31,13 +66,13 @@ TEST(FlashDefine, PrintsTheDialogueAndTheText) {
     EXPECT_THAT(run.output, EndsWith("\nINI : " + defined() + "\n"));
 }
 
-TEST(FlashDefine, LeavesStandardOutputToTheDocumentInJson) {
+TEST(flash_define, LeavesStandardOutputToTheDocumentInJson) {
     const COMMAND_RUN run = run_command({"--json", "flash", "define"}, ANSWERS);
     EXPECT_EQ(JSON::parse(run.output).size(), 1U);
     EXPECT_THAT(run.errors, HasSubstr("Device Name : "));
 }
 
-TEST(FlashDefine, EndsCleanlyWhenTheInputDoes) {
+TEST(flash_define, EndsCleanlyWhenTheInputDoes) {
     const COMMAND_RUN run = run_command({"flash", "define"}, ANSWERS.substr(0, 20));
     EXPECT_EQ(run.exit_code, 2);
     EXPECT_THAT(run.output, EndsWith("Invalid input\nInvalid input or too many flash to define\n"));
@@ -45,7 +80,7 @@ TEST(FlashDefine, EndsCleanlyWhenTheInputDoes) {
     EXPECT_EQ(run_command({"flash", "define"}).exit_code, 2);
 }
 
-TEST(FlashDefine, FailsWithoutAFlash) {
+TEST(flash_define, FailsWithoutAFlash) {
     for (const std::string input : {"4\n", "x\n", "1\nNAME\n\nREST\n"}) {
         const COMMAND_RUN run = run_command({"flash", "define"}, input);
         EXPECT_EQ(run.exit_code, 2);
@@ -53,7 +88,7 @@ TEST(FlashDefine, FailsWithoutAFlash) {
     }
 }
 
-TEST(FlashDefine, WarnsOfWhatTheLoaderWillRefuse) {
+TEST(flash_define, WarnsOfWhatTheLoaderWillRefuse) {
     std::string answers = ANSWERS;
     answers.replace(answers.find("\n7\n"), 3, "\n20\n");  // accepted by the dialogue, not by the loader
     const COMMAND_RUN run = run_command({"flash", "define"}, answers);
@@ -62,7 +97,7 @@ TEST(FlashDefine, WarnsOfWhatTheLoaderWillRefuse) {
     EXPECT_THAT(run.errors, HasSubstr("protection_division is 32"));
 }
 
-TEST(FlashDecode, ShowsWhatATextHolds) {
+TEST(flash_decode, ShowsWhatATextHolds) {
     const COMMAND_RUN run = run_command({"--json", "flash", "decode", defined()});
     EXPECT_EQ(run.exit_code, 0) << run.errors;
     const JSON document = JSON::parse(run.output);
@@ -78,7 +113,7 @@ TEST(FlashDecode, ShowsWhatATextHolds) {
     EXPECT_TRUE(document.at("faults").empty());
 }
 
-TEST(FlashDecode, ExplainsARefusal) {
+TEST(flash_decode, ExplainsARefusal) {
     const std::string text = ref::encoded(ref::body({{"die_count", "0"}}) + "#ABCDEFGHIJKLMNOP;");
     const COMMAND_RUN run = run_command({"flash", "decode", text});
     EXPECT_EQ(run.exit_code, 3);
@@ -90,7 +125,7 @@ TEST(FlashDecode, ExplainsARefusal) {
     EXPECT_EQ(nothing.at("plausible"), false);
 }
 
-TEST(FlashDecode, ReadsOneTextPerLine) {
+TEST(flash_decode, ReadsOneTextPerLine) {
     const COMMAND_RUN run = run_command({"--json", "flash", "decode", "-"}, defined() + "\n\nwrong\n");
     EXPECT_EQ(run.exit_code, 3);
     const std::size_t end = run.output.find('\n');
@@ -98,7 +133,7 @@ TEST(FlashDecode, ReadsOneTextPerLine) {
     EXPECT_EQ(JSON::parse(run.output.substr(end + 1)).at("plausible"), false);
 }
 
-TEST(FlashIdentify, TriesADescription) {
+TEST(flash_identify_user, TriesADescription) {
     EXPECT_EQ(run_command({"flash", "identify", "207114"}).exit_code, 1) << "the table does not have the chip";
     const COMMAND_RUN run = run_command({"--json", "flash", "identify", "--user", defined(), "207114", "20BA18"});
     EXPECT_EQ(run.exit_code, 0) << run.errors;
@@ -108,14 +143,14 @@ TEST(FlashIdentify, TriesADescription) {
     EXPECT_EQ(devices.at(1).at("device_name"), "N25Q128A13");
 }
 
-TEST(FlashIdentify, KnowsADescriptionOfTheConfiguration) {
+TEST(flash_identify_user, KnowsADescriptionOfTheConfiguration) {
     const COMMAND_RUN run =
         run_command({"--set", "PGM_USER_SFL_FLASH_INFO=" + defined(), "flash", "identify", "207114"});
     EXPECT_EQ(run.exit_code, 0) << run.errors;
     EXPECT_THAT(run.output, HasSubstr("NUMONYX M25PX80, record 0\n"));
 }
 
-TEST(FlashIdentify, RefusesADescriptionThatWouldNotBeTaken) {
+TEST(flash_identify_user, RefusesADescriptionThatWouldNotBeTaken) {
     for (const std::string text : {"wrong", ""}) {
         const COMMAND_RUN run = run_command({"flash", "identify", "--user", text, "207114"});
         EXPECT_EQ(run.exit_code, 2);
@@ -124,7 +159,7 @@ TEST(FlashIdentify, RefusesADescriptionThatWouldNotBeTaken) {
     }
 }
 
-TEST(FlashHelp, HasAnExampleForEachVerb) {
+TEST(flash_user_help, HasAnExampleForEachVerb) {
     for (const std::string verb : {"define", "decode", "identify"}) {
         const COMMAND_RUN run = run_command({"flash", verb, "--help"});
         EXPECT_EQ(run.exit_code, 0);

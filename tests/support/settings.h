@@ -7,6 +7,7 @@
 
 #include "cfg.h"
 #include "gen.h"
+#include "ver.h"
 
 /// A configuration value.
 class SETTING {
@@ -36,4 +37,15 @@ public:
     ~MODULE_DIRECTORY() { gen_set_module_path(""); }
     MODULE_DIRECTORY(const MODULE_DIRECTORY&) = delete;
     MODULE_DIRECTORY& operator=(const MODULE_DIRECTORY&) = delete;
+};
+
+/// The version of the tool.
+class TOOL_VERSION {
+public:
+    TOOL_VERSION(const std::string& version, DWORD service_pack, DWORD build) {
+        ver_set_version(version, service_pack | build << 8);
+    }
+    ~TOOL_VERSION() { ver_set_version("", 0); }
+    TOOL_VERSION(const TOOL_VERSION&) = delete;
+    TOOL_VERSION& operator=(const TOOL_VERSION&) = delete;
 };

@@ -62,7 +62,8 @@ int main(int argc, char** argv) {
     COMMAND command;
     CLI::App app("The device data of Tessary: look it up, check it, compile it.", "pgmdev");
     app.footer(
-        "Exit codes: 0 done, 1 not found, 2 wrong usage, 3 an internal error was reported or a table was refused.\n"
+        "Exit codes: 0 done, 1 not found, 2 wrong usage, 3 an internal error was reported, or a table or description "
+        "was refused.\n"
         "Example: pgmdev flash identify 20BA18");
     app.require_subcommand(1);
     app.fallthrough();  // global options may stand behind the noun and the verb, too

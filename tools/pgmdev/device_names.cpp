@@ -98,7 +98,7 @@ std::string did_you_mean(std::string name, std::vector<std::string> candidates) 
     std::vector<std::pair<std::size_t, std::string>> near;
     for (std::string& candidate : without_repetitions(std::move(candidates))) {
         const std::size_t distance = edit_distance(name, candidate, limit);
-        if (distance <= limit && !candidate.empty()) {
+        if (distance > 0 && distance <= limit && !candidate.empty()) {
             near.emplace_back(distance, std::move(candidate));
         }
     }

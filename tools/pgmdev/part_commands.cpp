@@ -1,5 +1,6 @@
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <memory>
 #include <optional>
 
@@ -30,12 +31,23 @@ std::vector<std::string> completable_names() {
     return names;
 }
 
+/// Not every programmer-file part has a part: that takes a part whose full name is its programming name.
+std::vector<std::string> programmer_part_names_of_parts() {
+    const PGMDEV_PART_INDEX index;
+    std::vector<std::string> names = programmer_part_names();
+    names.erase(
+        std::remove_if(names.begin(), names.end(),
+                       [&index](const std::string& name) { return index.get_part_name_from_pcf(name).empty(); }),
+        names.end());
+    return names;
+}
+
 const QUESTION QUESTIONS[]{
     {"from-device", "The first part of a device of the device library", "Device name", "no part of a device",
      "pgmdev part from-device OSPREY-8", PGMDEV_MGR::get_part_name_from_dev, nullptr, device_names},
     {"from-pcf", "The first part with a programmer-file part name", "Programmer-file part name",
-     "no part with the programmer-file part name", "pgmdev part from-pcf OSP_10", PGMDEV_MGR::get_part_name_from_pcf,
-     &PGMDEV_PART_INDEX::get_part_name_from_pcf, programmer_part_names},
+     "no part with the programmer-file part name", "pgmdev part from-pcf BLU_R35", PGMDEV_MGR::get_part_name_from_pcf,
+     &PGMDEV_PART_INDEX::get_part_name_from_pcf, programmer_part_names_of_parts},
     {"complete", "The first part that a full, package or programming name denotes", "Name", "no part denoted by",
      "pgmdev part complete OSP8U256", PGMDEV_MGR::get_possible_full_name, &PGMDEV_PART_INDEX::get_possible_full_name,
      completable_names},

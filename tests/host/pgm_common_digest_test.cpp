@@ -23,7 +23,7 @@ DWORD plain_crc(const std::string& data, QWORD first_bit, QWORD bit_count, DWORD
                 bool msb_first) {
     DWORD value = initial;
     for (QWORD bit = first_bit; bit < first_bit + bit_count; ++bit) {
-        const auto byte = static_cast<unsigned char>(data[bit / 8]);
+        const DWORD byte = static_cast<unsigned char>(data[bit / 8]);
         const DWORD input = (msb_first ? byte >> (7 - bit % 8) : byte >> bit % 8) & 1U;
         const DWORD top = value >> 31;
         value <<= 1;

@@ -47,6 +47,20 @@ std::size_t edit_distance(const std::string& left, const std::string& right, std
     return row.back();
 }
 
+/// Ends operations as every handler of ours does, but shows nothing, while it lives.
+class QUIET_REPORTS {
+public:
+    QUIET_REPORTS()
+        : m_previous(MSG_INTERNAL_ERROR::set_handler(
+              [](const MSG_INTERNAL_ERROR_REPORT& report) { throw MSG_INTERNAL_ERROR_EXCEPTION(report); })) {}
+    ~QUIET_REPORTS() { MSG_INTERNAL_ERROR::set_handler(m_previous); }
+    QUIET_REPORTS(const QUIET_REPORTS&) = delete;
+    QUIET_REPORTS& operator=(const QUIET_REPORTS&) = delete;
+
+private:
+    MSG_INTERNAL_ERROR::HANDLER m_previous;
+};
+
 std::vector<std::string> without_repetitions(std::vector<std::string> names) {
     std::sort(names.begin(), names.end());
     names.erase(std::unique(names.begin(), names.end()), names.end());
@@ -112,14 +126,10 @@ std::string did_you_mean(std::string name, std::vector<std::string> candidates) 
 }
 
 std::string ask_quietly(const std::function<std::string()>& operation) {
-    const MSG_INTERNAL_ERROR::HANDLER shown = MSG_INTERNAL_ERROR::set_handler(
-        [](const MSG_INTERNAL_ERROR_REPORT& report) { throw MSG_INTERNAL_ERROR_EXCEPTION(report); });
     try {
-        std::string answer = operation();
-        MSG_INTERNAL_ERROR::set_handler(shown);
-        return answer;
-    } catch (const MSG_INTERNAL_ERROR_EXCEPTION& error) {
-        MSG_INTERNAL_ERROR::set_handler(shown);
+        const QUIET_REPORTS quiet;
+        return operation();
+    } catch (const MSG_INTERNAL_ERROR_EXCEPTION& error) {  // a report that ended the operation
         const MSG_INTERNAL_ERROR_REPORT& report = error.report();
         MSG_INTERNAL_ERROR::report(report.condition.c_str(), report.module.c_str(), report.file.c_str(), report.line);
         throw;

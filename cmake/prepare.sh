@@ -5,11 +5,12 @@ say() { printf '%s\n' "$*" >&2; }
 # install_packages NEED...: installs the packages of cmake/debian-packages.txt that one of NEED calls for and that are
 # missing. Asks for sudo only when there is something to install and this is not root.
 install_packages() {
-    local list="$root/cmake/debian-packages.txt" wanted missing=() package status
+    local list="$root/cmake/debian-packages.txt" wanted installed missing=() package
     wanted=$(awk -v needs=" $* " '!/^#/ && NF == 2 && index(needs, " " $2 " ") { print $1 }' "$list")
+    # shellcheck disable=SC2086  # one word a package
+    installed=$(dpkg-query -W -f '${Package} ${Status}\n' $wanted 2>/dev/null) || true
     for package in $wanted; do
-        status=$(dpkg-query -W -f '${Status}' "$package" 2>/dev/null) || status=
-        [ "$status" = "install ok installed" ] || missing+=("$package")
+        [[ $'\n'$installed$'\n' == *$'\n'"$package install ok installed"$'\n'* ]] || missing+=("$package")
     done
     [ ${#missing[@]} -gt 0 ] || return 0
     say "Installing: ${missing[*]}"

@@ -181,8 +181,9 @@ private:
     void parse_payload(const BYTE* payload, QWORD size);
     bool read_record(const BYTE* payload, QWORD size, DWORD& cursor, DWORD slot);
     void unload();
-    void hold_database(PGMDEV_SFL_FLASH_INFO* records) const;
-    void hold_map(DWORD* map) const;
+    void make_map();
+    void hold_arrays() const;
+    void replace_database(PGMDEV_SFL_FLASH_INFO* records);
 
     // What keeps the two arrays alive. A deriving class may put arrays of its own into the pointers above; they are
     // taken over when the manager is copied or destroyed.

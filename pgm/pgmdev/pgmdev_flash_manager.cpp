@@ -1,6 +1,7 @@
 #include "pgmdev_flash_manager.h"
 
 #include <algorithm>
+#include <map>
 
 #include "cfg.h"
 #include "gen.h"
@@ -8,8 +9,6 @@
 #include "pgmdev_packed_file.h"
 #include "pgmdev_report.h"
 #include "stl.h"
-
-#include <map>
 
 // Life of a manager, and the loading of its database.
 
@@ -29,10 +28,7 @@ PGMDEV_FLASH_MANAGER::PGMDEV_FLASH_MANAGER(bool /*unused*/, DWORD device_count, 
     }
     initialize_flash_database(FIO_PATH(gen_get_device_db_fullpath() + DATABASE_FILE));
     PGMDEV_REQUIRE(device_count > 0, "count > 0", SOURCE);
-    auto* map = new DWORD[device_count];
-    std::fill_n(map, device_count, INVALID_DWORD);
-    hold_map(map);
-    m_device_to_flash_map = map;
+    make_map();
 }
 
 PGMDEV_FLASH_MANAGER::PGMDEV_FLASH_MANAGER(const PGMDEV_FLASH_MANAGER& other) {
@@ -43,10 +39,8 @@ PGMDEV_FLASH_MANAGER& PGMDEV_FLASH_MANAGER::operator=(const PGMDEV_FLASH_MANAGER
     if (this == &other) {
         return *this;
     }
-    hold_database(m_flash_database);
-    hold_map(m_device_to_flash_map);
-    other.hold_database(other.m_flash_database);
-    other.hold_map(other.m_device_to_flash_map);
+    hold_arrays();
+    other.hold_arrays();
     m_database_owner = other.m_database_owner;
     m_map_owner = other.m_map_owner;
 
@@ -63,20 +57,29 @@ PGMDEV_FLASH_MANAGER& PGMDEV_FLASH_MANAGER::operator=(const PGMDEV_FLASH_MANAGER
 }
 
 PGMDEV_FLASH_MANAGER::~PGMDEV_FLASH_MANAGER() {
-    hold_database(m_flash_database);
-    hold_map(m_device_to_flash_map);
+    hold_arrays();
 }
 
-void PGMDEV_FLASH_MANAGER::hold_database(PGMDEV_SFL_FLASH_INFO* records) const {
-    if (m_database_owner.get() != records) {
-        m_database_owner.reset(records);
+void PGMDEV_FLASH_MANAGER::hold_arrays() const {
+    if (m_database_owner.get() != m_flash_database) {
+        m_database_owner.reset(m_flash_database);
+    }
+    if (m_map_owner.get() != m_device_to_flash_map) {
+        m_map_owner.reset(m_device_to_flash_map);
     }
 }
 
-void PGMDEV_FLASH_MANAGER::hold_map(DWORD* map) const {
-    if (m_map_owner.get() != map) {
-        m_map_owner.reset(map);
-    }
+void PGMDEV_FLASH_MANAGER::replace_database(PGMDEV_SFL_FLASH_INFO* records) {
+    hold_arrays();
+    m_database_owner.reset(records);
+    m_flash_database = records;
+}
+
+void PGMDEV_FLASH_MANAGER::make_map() {
+    hold_arrays();
+    m_map_owner.reset(new DWORD[m_device_count]);
+    m_device_to_flash_map = m_map_owner.get();
+    std::fill_n(m_device_to_flash_map, m_device_count, INVALID_DWORD);
 }
 
 void PGMDEV_FLASH_MANAGER::unload() {
@@ -84,8 +87,7 @@ void PGMDEV_FLASH_MANAGER::unload() {
     m_flash_count = 0;
     m_ini_count = 0;
     m_type_count = 0;
-    m_flash_database = nullptr;
-    hold_database(nullptr);
+    replace_database(nullptr);
 }
 
 void PGMDEV_FLASH_MANAGER::initialize_flash_database(FIO_PATH flash_file) {
@@ -110,10 +112,11 @@ void PGMDEV_FLASH_MANAGER::parse_payload(const BYTE* payload, QWORD size) try {
 
     const DWORD extra = m_ini_flash_info.device_name.empty() ? 0 : 1;
     const QWORD slots = std::min<QWORD>(head.record_count, flash_records_in(size)) + extra;
-    auto* records = new PGMDEV_SFL_FLASH_INFO[slots]();
-    hold_database(records);
-    m_flash_database = records;
+    replace_database(new PGMDEV_SFL_FLASH_INFO[slots]());
     m_ini_count = extra;
+    if (m_device_to_flash_map != nullptr) {
+        make_map();  // what it held were indexes of other records
+    }
 
     for (DWORD slot = extra; slot - extra < m_flash_count;) {
         if (read_record(payload, size, cursor, slot)) {

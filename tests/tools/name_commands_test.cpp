@@ -248,25 +248,4 @@ TEST(EnumCommand, SaysWhatIsNotFoundAndWhatIsWrong) {
               (std::vector<JSON>{{{"value", 1}, {"name", "UFM1"}}, {{"value", 9}, {"name", nullptr}}}));
 }
 
-TEST(NameCommands, EveryVerbHasHelpWithAnExample) {
-    const std::vector<std::vector<std::string>> verbs{
-        {"name", "show"}, {"part", "from-device"}, {"part", "from-pcf"}, {"part", "complete"},
-        {"opn", "name"},  {"opn", "index"},        {"opn", "hash"},      {"opn", "from-hash"},
-        {"enum", "name"}, {"enum", "value"},       {"enum", "list"}};
-    for (std::vector<std::string> arguments : verbs) {
-        arguments.emplace_back("--help");
-        const PROCESS_RESULT help = run_command(arguments);
-        EXPECT_EQ(help.exit_code, DONE);
-        const std::string example = "Example: pgmdev ";
-        ASSERT_TRUE(contains(help.output, example)) << arguments[0] << " " << arguments[1];
-        // The example is one that works.
-        std::istringstream words(help.output.substr(help.output.find(example) + example.size()));
-        std::vector<std::string> command;
-        for (std::string word; words >> word;) {
-            command.push_back(word);
-        }
-        EXPECT_NE(run_command(command).exit_code, WRONG_USAGE) << help.output;
-    }
-}
-
 }  // namespace

@@ -69,8 +69,11 @@ int main(int argc, char** argv) {
         "Exit codes: 0 done, 1 not found, 2 wrong usage, 3 an internal error was reported or a table was refused.\n"
         "Example: pgmdev flash identify 20BA18");
     app.require_subcommand(1);
+    app.fallthrough();  // global options may stand behind the noun and the verb, too
     add_global_options(app, command);
     add_flash_commands(app, command);
+    add_hps_commands(app, command);
+    add_params_commands(app, command);
     add_name_commands(app, command);
     add_part_commands(app, command);
     add_opn_commands(app, command);

@@ -1,0 +1,11 @@
+# Runs the README's example program, and checks that the README shows the program as it is.
+execute_process(COMMAND ${EXAMPLE} OUTPUT_VARIABLE output RESULT_VARIABLE result)
+if(NOT result EQUAL 0 OR NOT output STREQUAL "W25Q64JV: 67108864 bits, erased within 100 s\n")
+  message(FATAL_ERROR "the example ended with ${result} and said: ${output}")
+endif()
+file(READ ${SOURCE} source)
+file(READ ${README} readme)
+string(FIND "${readme}" "${source}" place)
+if(place EQUAL -1)
+  message(FATAL_ERROR "the README does not show ${SOURCE} as it is")
+endif()

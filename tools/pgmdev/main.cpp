@@ -58,6 +58,10 @@ void print_json_line(const JSON& document) {
     fmt::print("{}\n", document.dump(-1, ' ', false, JSON::error_handler_t::replace));
 }
 
+void print_json_answer(const JSON& answer, bool batch) {
+    batch ? print_json_line(answer) : print_json(answer);
+}
+
 int main(int argc, char** argv) {
     COMMAND command;
     CLI::App app("The device data of Tessary: look it up, check it, compile it.", "pgmdev");
@@ -71,6 +75,10 @@ int main(int argc, char** argv) {
     add_flash_commands(app, command);
     add_hps_commands(app, command);
     add_params_commands(app, command);
+    add_name_commands(app, command);
+    add_part_commands(app, command);
+    add_opn_commands(app, command);
+    add_enum_commands(app, command);
 
     bool reported = false;
     MSG_INTERNAL_ERROR::set_handler([&reported](const MSG_INTERNAL_ERROR_REPORT& report) {

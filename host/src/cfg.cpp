@@ -2,23 +2,24 @@
 
 #include <algorithm>
 #include <array>
-#include <cstdlib>
 #include <fstream>
 #include <map>
 #include <mutex>
 #include <optional>
 #include <string_view>
 
+#include "environment.h"
 #include "fio.h"
 #include "gen.h"
+#include "static_mutex.h"
 
 namespace {
 
 using VALUES = std::map<std::string, std::string, std::less<>>;
 
 VALUES read_configuration_file() {
-    const char* named = std::getenv("TESSARY_CONFIG_FILE");
-    const std::string path = named != nullptr && *named != '\0' ? named : gen_get_tessary_path() + "/tessary.conf";
+    const std::string named = environment_value("TESSARY_CONFIG_FILE").value_or("");
+    const std::string path = !named.empty() ? named : gen_get_tessary_path() + "/tessary.conf";
     VALUES values;
     std::ifstream file(fio_get_unc_full_path(path), std::ios::binary);
     for (std::string line; std::getline(file, line);) {
@@ -32,7 +33,7 @@ VALUES read_configuration_file() {
 }
 
 struct CONFIGURATION {
-    std::mutex mutex;
+    STATIC_MUTEX mutex;
     VALUES set_by_program;
     std::optional<VALUES> file;  ///< empty until the first look-up
 };
@@ -58,8 +59,8 @@ std::string cfg_get_value(const std::string& key) {
     if (const auto set = all.set_by_program.find(key); set != all.set_by_program.end()) {
         return set->second;
     }
-    if (const char* value = std::getenv(key.c_str()); value != nullptr) {
-        return value;
+    if (const auto value = environment_value(key)) {
+        return *value;
     }
     if (!all.file) {
         all.file = read_configuration_file();

@@ -54,8 +54,8 @@ FIO_REPLACEMENT::FIO_REPLACEMENT(const FIO_PATH& target) {
         return;
     }
     m_target = fio_get_unc_full_path(target.fullpath());
-    std::error_code error;
-    if (fs::exists(m_target, error) && !fs::is_regular_file(m_target, error)) {
+    FIO_STATUS existing;
+    if (FIO_FILE_SYSTEM::status(target.fullpath().c_str(), &existing) && !existing.regular) {
         return;
     }
     static std::atomic<unsigned> counter{0};

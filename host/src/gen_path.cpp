@@ -1,16 +1,17 @@
-#include <cstdlib>
 #include <filesystem>
 #include <mutex>
 
+#include "environment.h"
 #include "gen.h"
 #include "library_path.h"
+#include "static_mutex.h"
 #include "utf8_path.h"
 
 namespace {
 
 namespace fs = std::filesystem;
 
-std::mutex g_mutex;
+STATIC_MUTEX g_mutex;
 
 /// One overridable directory.
 struct DIRECTORY {
@@ -25,9 +26,10 @@ DIRECTORY g_module{"TESSARY_MODULE_DIR", {}};
 /// Absolute, without "." and "..", links followed as far as the directory exists, without a trailing separator.
 std::string absolute_directory(const fs::path& path) {
     std::error_code error;
-    fs::path directory = fs::weakly_canonical(fs::absolute(path, error), error);
+    const fs::path absolute = fs::absolute(path, error);
+    fs::path directory = fs::weakly_canonical(absolute, error);
     if (error) {
-        directory = path;
+        directory = absolute.lexically_normal();
     }
     return utf8_from_path(directory.has_filename() ? directory : directory.parent_path());
 }
@@ -38,8 +40,8 @@ std::string overridden(const DIRECTORY& directory) {
     if (!directory.set.empty()) {
         return directory.set;
     }
-    const char* value = std::getenv(directory.environment);
-    return value != nullptr && *value != '\0' ? absolute_directory(path_from_utf8(value)) : std::string();
+    const std::string value = environment_value(directory.environment).value_or("");
+    return !value.empty() ? absolute_directory(path_from_utf8(value)) : value;
 }
 
 void set(DIRECTORY& directory, const std::string& path) {

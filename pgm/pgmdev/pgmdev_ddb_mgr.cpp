@@ -6,6 +6,7 @@
 
 #include "gen.h"
 #include "pgmdev_report.h"
+#include "static_mutex.h"
 #include "stl.h"
 
 namespace {
@@ -32,7 +33,7 @@ public:
 
 private:
     std::atomic<const STORE*> m_store{nullptr};
-    std::mutex m_building;
+    STATIC_MUTEX m_building;
 };
 
 constinit STORE_ON_DEMAND<GRAMMAR_STORE> grammar_store;

@@ -7,6 +7,7 @@
 #include <type_traits>
 
 #include "pgmdev_hps_tables.h"
+#include "static_mutex.h"
 
 // The HPS managers: three singletons. The two flash managers differ only in their records.
 
@@ -16,7 +17,7 @@ constexpr DWORD STAMP_SIZE = 32;
 static_assert(PGMDEV_HPS_NAND_STAMP.size() == STAMP_SIZE && PGMDEV_HPS_SPI_STAMP.size() == STAMP_SIZE);
 
 /// Guards the creation and destruction of all three.
-std::mutex g_mutex;
+STATIC_MUTEX g_mutex;
 
 template <class RECORD>
 constexpr std::nullptr_t MEMBERS = nullptr;

@@ -12,8 +12,10 @@
 #include <string>
 
 #include "cfg.h"
+#include "fio.h"
 #include "gen.h"
 #include "msg.h"
+#include "program.h"
 
 namespace {
 
@@ -47,7 +49,7 @@ const std::map<std::string, std::function<void(ARGUMENTS&)>> OPERATIONS{
     {"write-file",
      [](ARGUMENTS& a) {
          const std::string path = next(a);
-         std::ofstream(path, std::ios::binary) << next(a);
+         std::ofstream(fio_get_unc_full_path(path), std::ios::binary) << next(a);
      }},
     {"debug",
      [](ARGUMENTS& a) {
@@ -69,7 +71,8 @@ const std::map<std::string, std::function<void(ARGUMENTS&)>> OPERATIONS{
 }  // namespace
 
 int main(int argc, char** argv) {
-    ARGUMENTS arguments(argv + 1, argv + argc);
+    const PROGRAM program(argc, argv);
+    ARGUMENTS arguments(program.arguments().begin(), program.arguments().end());
     while (!arguments.empty()) {
         OPERATIONS.at(next(arguments))(arguments);
     }

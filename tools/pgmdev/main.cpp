@@ -10,6 +10,7 @@
 #include "command.h"
 #include "gen.h"
 #include "msg.h"
+#include "program.h"
 
 namespace {
 
@@ -63,6 +64,7 @@ void print_json_answer(const JSON& answer, bool batch) {
 }
 
 int main(int argc, char** argv) {
+    const PROGRAM program(argc, argv);
     COMMAND command;
     CLI::App app("The device data of Tessary: look it up, check it, compile it.", "pgmdev");
     app.footer(
@@ -70,6 +72,7 @@ int main(int argc, char** argv) {
         "was refused.\n"
         "Example: pgmdev flash identify 20BA18");
     app.require_subcommand(1);
+    app.allow_windows_style_options(false);  // "/a/path" is a path on every system
     app.fallthrough();  // global options may stand behind the noun and the verb, too
     add_global_options(app, command);
     add_flash_commands(app, command);
@@ -87,7 +90,7 @@ int main(int argc, char** argv) {
         throw MSG_INTERNAL_ERROR_EXCEPTION(report);
     });
     try {
-        app.parse(argc, argv);
+        app.parse(std::vector<std::string>(program.arguments().rbegin(), program.arguments().rend()));
     } catch (const CLI::ParseError& error) {
         return app.exit(error) == 0 ? EXIT_DONE : EXIT_USAGE;
     } catch (const USAGE_ERROR& error) {

@@ -1,5 +1,6 @@
 # Runs the README's example program, and checks that the README shows the program as it is.
-execute_process(COMMAND ${EXAMPLE} OUTPUT_VARIABLE output RESULT_VARIABLE result)
+execute_process(COMMAND ${EMULATOR} ${EXAMPLE} OUTPUT_VARIABLE output RESULT_VARIABLE result)
+string(REPLACE "\r\n" "\n" output "${output}")
 if(NOT result EQUAL 0 OR NOT output STREQUAL "W25Q64JV: 67108864 bits, erased within 100 s\n")
   message(FATAL_ERROR "the example ended with ${result} and said: ${output}")
 endif()

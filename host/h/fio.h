@@ -48,8 +48,8 @@ HOST_EXPORT std::filesystem::path fio_get_unc_full_path(const std::string& path)
 ///
 /// The contents go into a temporary file in the same directory, which takes the file's name in one step when `commit`
 /// is called, after it has reached the disk. Without a successful commit the old file stays as it was and the temporary
-/// goes with this object. An existing file keeps its permissions; a symbolic link keeps pointing to the file it names;
-/// only regular files can be replaced.
+/// goes with this object. An existing file keeps its permissions (on Windows it takes those of its directory); a
+/// symbolic link keeps pointing to the file it names; only regular files can be replaced.
 class HOST_EXPORT FIO_REPLACEMENT {
 public:
     /// Creates the temporary file, empty.

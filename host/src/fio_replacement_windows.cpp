@@ -47,6 +47,24 @@ bool write_all(HANDLE file, std::span<const BYTE> contents) {
     return true;
 }
 
+/// Gives the file the other's name. A reader that has the other one open keeps it from being replaced, and programs
+/// that look through every new file are such readers; they are soon done.
+bool take_place_of(const fs::path& file, const fs::path& other) {
+    constexpr int ATTEMPTS = 100;
+    constexpr DWORD PAUSE = 10;  // milliseconds
+    for (int i = 0; i < ATTEMPTS; ++i) {
+        if (MoveFileExW(file.c_str(), other.c_str(), MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH) != 0) {
+            return true;
+        }
+        const DWORD error = GetLastError();
+        if (error != ERROR_SHARING_VIOLATION && error != ERROR_ACCESS_DENIED) {
+            return false;
+        }
+        Sleep(PAUSE);
+    }
+    return false;
+}
+
 }  // namespace
 
 FIO_REPLACEMENT::FIO_REPLACEMENT(const FIO_PATH& target) {
@@ -58,14 +76,15 @@ FIO_REPLACEMENT::FIO_REPLACEMENT(const FIO_PATH& target) {
     if (FIO_FILE_SYSTEM::status(target.fullpath().c_str(), &existing) && !existing.regular) {
         return;
     }
+    const fs::path directory = path_from_utf8(target.fullpath()).parent_path();
     static std::atomic<unsigned> counter{0};
     for (int attempt = 0; attempt < 100; ++attempt) {
         const std::wstring name =
             L".tessary-" + std::to_wstring(GetCurrentProcessId()) + L"-" + std::to_wstring(++counter);
-        const fs::path temporary = m_target.parent_path() / name;
-        const HANDLE_OWNER file(open_for_writing(temporary, CREATE_NEW));
+        const FIO_PATH temporary(utf8_from_path(directory / name));
+        const HANDLE_OWNER file(open_for_writing(fio_get_unc_full_path(temporary.fullpath()), CREATE_NEW));
         if (file) {
-            m_temporary = FIO_PATH(utf8_from_path(temporary));
+            m_temporary = temporary;
             return;
         }
         if (GetLastError() != ERROR_FILE_EXISTS) {
@@ -100,7 +119,7 @@ bool FIO_REPLACEMENT::commit() {
             return false;
         }
     }
-    if (MoveFileExW(temporary.c_str(), m_target.c_str(), MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH) == 0) {
+    if (!take_place_of(temporary, m_target)) {
         return false;
     }
     m_temporary = FIO_PATH();

@@ -1,6 +1,7 @@
 #include <filesystem>
 #include <mutex>
 
+#include "absolute_path.h"
 #include "environment.h"
 #include "gen.h"
 #include "library_path.h"
@@ -25,12 +26,7 @@ DIRECTORY g_module{"TESSARY_MODULE_DIR", {}};
 
 /// Absolute, without "." and "..", links followed as far as the directory exists, without a trailing separator.
 std::string absolute_directory(const fs::path& path) {
-    std::error_code error;
-    const fs::path absolute = fs::absolute(path, error);
-    fs::path directory = fs::weakly_canonical(absolute, error);
-    if (error) {
-        directory = absolute.lexically_normal();
-    }
+    const fs::path directory = resolved_path(path);
     return utf8_from_path(directory.has_filename() ? directory : directory.parent_path());
 }
 

@@ -95,7 +95,7 @@ namespace {
 std::string installed_probe(const fs::path& root) {
     fs::create_directories(root / "bin");
     fs::create_directories(root / "lib");
-    fs::copy_file(TEST_HOST_LIBRARY, root / "lib" / TEST_HOST_LIBRARY_SONAME);
+    fs::copy_file(TEST_HOST_LIBRARY, root / "lib" / TEST_HOST_LIBRARY_NAME);
     fs::copy_file(TEST_HOST_PROBE, root / "bin" / "probe");
     return (root / "bin" / "probe").string();
 }

@@ -84,7 +84,7 @@ TEST(zlib_wrapper, UnpacksAKnownStream) {
 TEST(zlib_wrapper, CompressRefusesASmallDestination) {
     const BYTES plain = sample(5000);
     const auto needed = static_cast<DWORD>(packed(plain).size());
-    for (const DWORD capacity : {0U, 1U, 2U, 10U, needed / 2, needed - 1}) {
+    for (const DWORD capacity : std::initializer_list<DWORD>{0, 1, 2, 10, needed / 2, needed - 1}) {
         EXPECT_NE(run(zlib_compress, plain, capacity).code, ZLIB_OK) << capacity;
     }
     EXPECT_EQ(run(zlib_compress, plain, needed).code, ZLIB_OK);

@@ -1,7 +1,5 @@
 #include <gtest/gtest.h>
-#include <openssl/sha.h>
 
-#include <array>
 #include <set>
 
 #include "catalog_reference.h"
@@ -9,6 +7,7 @@
 #include "pgmdev_mgr.h"
 #include "pgmdev_part_index.h"
 #include "support/reports.h"
+#include "support/sha256.h"
 
 namespace {
 
@@ -17,8 +16,7 @@ namespace cat = catalog_reference;
 constexpr QWORD NO_HASH = 0xFFFFFFFFFFFFFFFF;
 
 QWORD hash_of(const std::string& name) {
-    std::array<unsigned char, 32> digest{};
-    SHA256(reinterpret_cast<const unsigned char*>(name.data()), name.size(), digest.data());
+    const auto digest = independent_sha256(name);
     QWORD hash = 0;
     for (std::size_t i = 6; i-- > 0;) {
         hash = hash << 8 | digest[i];

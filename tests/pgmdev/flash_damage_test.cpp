@@ -63,15 +63,15 @@ TEST_F(FlashDamage, EveryByteOfTheMagicLoadsNothing) {
 }
 
 TEST_F(FlashDamage, APayloadSizeThatLies) {
-    const auto stating = [&](unsigned long size) {
+    const auto stating = [&](unsigned long long size) {
         return ref::MAGIC + ref::STAMP + ref::le32(size) + m_file.substr(44);
     };
     EXPECT_EQ(load(stating(m_payload.size())), "(no report)");
     EXPECT_EQ(load(stating(0)), "decompressed_count > 0 && original_count > 0");
-    for (const unsigned long size : {1UL, 12UL, m_payload.size() - 1}) {
+    for (const std::size_t size : std::initializer_list<std::size_t>{1, 12, m_payload.size() - 1}) {
         EXPECT_EQ(load(stating(size)), STREAM_FAILED) << size;
     }
-    for (const unsigned long size : {m_payload.size() + 1, 1UL << 20, 1UL << 31, 0xFFFFFFFFUL}) {
+    for (const QWORD size : {QWORD{m_payload.size() + 1}, QWORD{1} << 20, QWORD{1} << 31, QWORD{0xFFFFFFFF}}) {
         EXPECT_EQ(load(stating(size)), "new_dcmp_size == original_count") << size;
     }
 }

@@ -17,7 +17,7 @@ namespace flash_reference {
 inline const std::string MAGIC = "PGMIO_FM";
 inline const std::string STAMP = "e58bc25311bf5303874d34bcafcaa4c1";
 
-inline std::string le32(unsigned long value) {
+inline std::string le32(unsigned long long value) {
     std::string bytes;
     for (int i = 0; i < 4; ++i) {
         bytes += static_cast<char>(value >> (8 * i) & 0xFF);
@@ -34,7 +34,7 @@ inline std::string tagged_bool(bool value) {
 inline std::string tagged_byte(unsigned value) {
     return {'\4', static_cast<char>(value)};
 }
-inline std::string tagged_dword(unsigned long value) {
+inline std::string tagged_dword(unsigned long long value) {
     return '\6' + le32(value);
 }
 
@@ -70,10 +70,10 @@ inline std::string payload(const std::vector<PGMDEV_SFL_FLASH_INFO>& records) {
 }
 
 inline std::string deflated(const std::string& bytes) {
-    uLongf length = compressBound(bytes.size());
+    uLongf length = compressBound(static_cast<uLong>(bytes.size()));
     std::string stream(length, '\0');
     if (compress(reinterpret_cast<Bytef*>(stream.data()), &length, reinterpret_cast<const Bytef*>(bytes.data()),
-                 bytes.size()) != Z_OK) {
+                 static_cast<uLong>(bytes.size())) != Z_OK) {
         throw std::runtime_error("compress");
     }
     stream.resize(length);
@@ -82,9 +82,9 @@ inline std::string deflated(const std::string& bytes) {
 
 inline std::string inflated(const std::string& stream, std::size_t size) {
     std::string bytes(size, '\0');
-    uLongf length = size;
+    auto length = static_cast<uLongf>(size);
     if (uncompress(reinterpret_cast<Bytef*>(bytes.data()), &length, reinterpret_cast<const Bytef*>(stream.data()),
-                   stream.size()) != Z_OK ||
+                   static_cast<uLong>(stream.size())) != Z_OK ||
         length != size) {
         throw std::runtime_error("uncompress");
     }

@@ -21,7 +21,7 @@ namespace ini_reference {
 
 using BLOCKS = std::array<std::optional<std::string>, 3>;
 
-inline std::string le32(unsigned long value) {
+inline std::string le32(unsigned long long value) {
     std::string bytes;
     for (int i = 0; i < 4; ++i) {
         bytes += static_cast<char>(value >> (8 * i) & 0xFF);

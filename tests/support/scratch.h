@@ -29,7 +29,7 @@ public:
     SCRATCH& operator=(const SCRATCH&) = delete;
 
     const std::filesystem::path& directory() const { return m_directory; }
-    std::string path(const std::string& name) const { return (m_directory / name).string(); }
+    std::string path(const std::string& name) const { return (m_directory / name).make_preferred().string(); }
 
     /// Writes a file, with the directories above it, and returns its path.
     std::string write(const std::string& name, const std::string& contents) const {

@@ -230,7 +230,7 @@ TEST(flash_dump, DamagedDatabases) {
     const auto with = [&](std::size_t position, const std::string& bytes) {
         return good.substr(0, position) + bytes + good.substr(position + bytes.size());
     };
-    const auto with_size = [&](unsigned long size) { return with(40, flash_reference::le32(size)); };
+    const auto with_size = [&](unsigned long long size) { return with(40, flash_reference::le32(size)); };
     const std::string no_zlib =
         "zlib_uncompress(decompressed_data, &new_dcmp_size, data, decompressed_count) == ZLIB_OK";
     const std::vector<std::pair<std::string, std::string>> cases{

@@ -72,8 +72,8 @@ int main(int argc, char** argv) {
         "was refused.\n"
         "Example: pgmdev flash identify 20BA18");
     app.require_subcommand(1);
+    app.fallthrough();                       // global options may stand behind the noun and the verb, too
     app.allow_windows_style_options(false);  // "/a/path" is a path on every system
-    app.fallthrough();  // global options may stand behind the noun and the verb, too
     add_global_options(app, command);
     add_flash_commands(app, command);
     add_hps_commands(app, command);

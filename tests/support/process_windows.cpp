@@ -1,0 +1,151 @@
+#include <stdexcept>
+#include <string_view>
+
+#include <windows.h>
+
+#include "process.h"
+
+namespace {
+
+std::wstring wide(const std::string& utf8) {
+    return std::filesystem::path(std::u8string(utf8.begin(), utf8.end())).native();
+}
+
+/// A handle of the system that is closed when it goes.
+class HANDLE_OWNER {
+public:
+    explicit HANDLE_OWNER(HANDLE handle) : m_handle(handle) {}
+    ~HANDLE_OWNER() { CloseHandle(m_handle); }
+    HANDLE_OWNER(const HANDLE_OWNER&) = delete;
+    HANDLE_OWNER& operator=(const HANDLE_OWNER&) = delete;
+
+    HANDLE get() const { return m_handle; }
+
+private:
+    HANDLE m_handle;
+};
+
+HANDLE create_temporary() {
+    wchar_t directory[MAX_PATH + 1];
+    wchar_t name[MAX_PATH + 1];
+    SECURITY_ATTRIBUTES inherited{sizeof(SECURITY_ATTRIBUTES), nullptr, TRUE};
+    if (GetTempPathW(MAX_PATH + 1, directory) == 0 || GetTempFileNameW(directory, L"tst", 0, name) == 0) {
+        throw std::runtime_error("no name for a temporary file");
+    }
+    const HANDLE file =
+        CreateFileW(name, GENERIC_READ | GENERIC_WRITE | DELETE, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
+                    &inherited, CREATE_ALWAYS, FILE_ATTRIBUTE_TEMPORARY | FILE_FLAG_DELETE_ON_CLOSE, nullptr);
+    if (file == INVALID_HANDLE_VALUE) {
+        throw std::runtime_error("no temporary file");
+    }
+    return file;
+}
+
+/// A temporary file for a program to read or write. Files, unlike pipes, never fill up, so nobody has to read and write
+/// at the same time.
+class STREAM {
+public:
+    STREAM() : m_file(create_temporary()) {}
+
+    HANDLE handle() const { return m_file.get(); }
+
+    void fill(const std::string& contents) {
+        DWORD written = 0;
+        if (WriteFile(handle(), contents.data(), static_cast<DWORD>(contents.size()), &written, nullptr) == 0 ||
+            written != contents.size()) {
+            throw std::runtime_error("the input cannot be written");
+        }
+        rewind();
+    }
+
+    std::string contents() {
+        rewind();
+        std::string text(GetFileSize(handle(), nullptr), '\0');
+        DWORD count = 0;
+        if (ReadFile(handle(), text.data(), static_cast<DWORD>(text.size()), &count, nullptr) == 0 ||
+            count != text.size()) {
+            throw std::runtime_error("the output cannot be read");
+        }
+        return text;
+    }
+
+private:
+    void rewind() const { SetFilePointer(handle(), 0, nullptr, FILE_BEGIN); }
+
+    HANDLE_OWNER m_file;
+};
+
+/// One argument, so quoted that the program finds it as it is: backslashes are doubled before a quotation mark only.
+std::wstring quoted(const std::string& argument) {
+    std::wstring text = L"\"";
+    std::size_t backslashes = 0;
+    for (const wchar_t c : wide(argument)) {
+        if (c == L'"') {
+            text.append(backslashes + 1, L'\\');
+        }
+        backslashes = c == L'\\' ? backslashes + 1 : 0;
+        text += c;
+    }
+    return text.append(backslashes, L'\\') + L"\"";
+}
+
+std::wstring command_line(const std::vector<std::string>& command) {
+    std::wstring line;
+    for (const std::string& argument : command) {
+        line += (line.empty() ? L"" : L" ") + quoted(argument);
+    }
+    return line;
+}
+
+/// The variables as "NAME=value", each with a zero behind it, and a zero behind them all.
+std::wstring environment_for(const PROCESS& process) {
+    std::map<std::wstring, std::wstring> variables;
+    wchar_t* const own = GetEnvironmentStringsW();
+    for (const wchar_t* entry = own; *entry != L'\0'; entry += std::wstring_view(entry).size() + 1) {
+        const std::wstring text = entry;
+        const std::wstring name = text.substr(0, text.find(L'=', 1));  // "=C:" names the directory of a drive
+        if (!name.starts_with(L"TESSARY_") && !name.starts_with(L"PGM")) {
+            variables[name] = text.substr(name.size() + 1);
+        }
+    }
+    FreeEnvironmentStringsW(own);
+    for (const auto& [name, value] : process.environment) {
+        variables[wide(name)] = wide(value);
+    }
+    std::wstring block;
+    for (const auto& [name, value] : variables) {
+        block += name + L"=" + value + L'\0';
+    }
+    return block + L'\0';
+}
+
+}  // namespace
+
+PROCESS_RESULT run_process(const PROCESS& process) {
+    STREAM input;
+    STREAM output;
+    STREAM errors;
+    input.fill(process.input);
+    STARTUPINFOW startup{};
+    startup.cb = sizeof(startup);
+    startup.dwFlags = STARTF_USESTDHANDLES;
+    startup.hStdInput = input.handle();
+    startup.hStdOutput = output.handle();
+    startup.hStdError = errors.handle();
+    std::wstring line = command_line(process.command);
+    std::wstring environment = environment_for(process);
+    PROCESS_INFORMATION started{};
+    if (CreateProcessW(std::filesystem::path(process.command.front()).make_preferred().c_str(), line.data(), nullptr,
+                       nullptr, TRUE, CREATE_UNICODE_ENVIRONMENT, environment.data(),
+                       process.directory.empty() ? nullptr : process.directory.c_str(), &startup, &started) == 0) {
+        throw std::runtime_error(process.command.front() + " cannot be started");
+    }
+    const HANDLE_OWNER thread(started.hThread);
+    const HANDLE_OWNER program(started.hProcess);
+    DWORD exit_code = 0;
+    if (WaitForSingleObject(program.get(), INFINITE) != WAIT_OBJECT_0 ||
+        GetExitCodeProcess(program.get(), &exit_code) == 0) {
+        throw std::runtime_error("the process is lost");
+    }
+    return {static_cast<int>(exit_code), output.contents(), errors.contents()};
+}

@@ -2,11 +2,11 @@
 
 #include <windows.h>
 
-#include "utf8_path.h"
+#include "wide_text.h"
 
 // The narrow functions of the system answer in its code page, in which many names of directories cannot be written.
 std::optional<std::string> environment_value(const std::string& name) {
-    const std::wstring wide_name = path_from_utf8(name).native();
+    const std::wstring wide_name = wide_from_utf8(name);
     std::wstring value;
     for (;;) {
         SetLastError(ERROR_SUCCESS);
@@ -17,7 +17,7 @@ std::optional<std::string> environment_value(const std::string& name) {
         }
         if (length < value.size()) {
             value.resize(length);
-            return utf8_from_path(value);
+            return utf8_from_wide(value);
         }
         value.resize(length);
     }

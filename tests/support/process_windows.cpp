@@ -4,12 +4,9 @@
 #include <windows.h>
 
 #include "process.h"
+#include "wide_text.h"
 
 namespace {
-
-std::wstring wide(const std::string& utf8) {
-    return std::filesystem::path(std::u8string(utf8.begin(), utf8.end())).native();
-}
 
 /// A handle of the system that is closed when it goes.
 class HANDLE_OWNER {
@@ -79,7 +76,7 @@ private:
 std::wstring quoted(const std::string& argument) {
     std::wstring text = L"\"";
     std::size_t backslashes = 0;
-    for (const wchar_t c : wide(argument)) {
+    for (const wchar_t c : wide_from_utf8(argument)) {
         if (c == L'"') {
             text.append(backslashes + 1, L'\\');
         }
@@ -97,9 +94,16 @@ std::wstring command_line(const std::vector<std::string>& command) {
     return line;
 }
 
+/// The order of the names of variables.
+struct IGNORING_CASE {
+    bool operator()(const std::wstring& left, const std::wstring& right) const {
+        return CompareStringOrdinal(left.c_str(), -1, right.c_str(), -1, TRUE) == CSTR_LESS_THAN;
+    }
+};
+
 /// The variables as "NAME=value", each with a zero behind it, and a zero behind them all.
 std::wstring environment_for(const PROCESS& process) {
-    std::map<std::wstring, std::wstring> variables;
+    std::map<std::wstring, std::wstring, IGNORING_CASE> variables;
     wchar_t* const own = GetEnvironmentStringsW();
     for (const wchar_t* entry = own; *entry != L'\0'; entry += std::wstring_view(entry).size() + 1) {
         const std::wstring text = entry;
@@ -110,7 +114,7 @@ std::wstring environment_for(const PROCESS& process) {
     }
     FreeEnvironmentStringsW(own);
     for (const auto& [name, value] : process.environment) {
-        variables[wide(name)] = wide(value);
+        variables[wide_from_utf8(name)] = wide_from_utf8(value);
     }
     std::wstring block;
     for (const auto& [name, value] : variables) {
@@ -135,10 +139,11 @@ PROCESS_RESULT run_process(const PROCESS& process) {
     std::wstring line = command_line(process.command);
     std::wstring environment = environment_for(process);
     PROCESS_INFORMATION started{};
-    if (CreateProcessW(std::filesystem::path(process.command.front()).make_preferred().c_str(), line.data(), nullptr,
-                       nullptr, TRUE, CREATE_UNICODE_ENVIRONMENT, environment.data(),
+    if (CreateProcessW(wide_from_utf8(process.command.front()).c_str(), line.data(), nullptr, nullptr, TRUE,
+                       CREATE_UNICODE_ENVIRONMENT, environment.data(),
                        process.directory.empty() ? nullptr : process.directory.c_str(), &startup, &started) == 0) {
-        throw std::runtime_error(process.command.front() + " cannot be started");
+        throw std::runtime_error(process.command.front() + " cannot be started: error " +
+                                 std::to_string(GetLastError()));
     }
     const HANDLE_OWNER thread(started.hThread);
     const HANDLE_OWNER program(started.hProcess);

@@ -12,7 +12,9 @@
 #include <random>
 #include <string>
 
-/// A new empty directory that is removed with everything in it.
+#include "utf8_path.h"
+
+/// A new empty directory that is removed with everything in it. Names are UTF-8.
 class SCRATCH {
 public:
     SCRATCH() {
@@ -29,12 +31,15 @@ public:
     SCRATCH& operator=(const SCRATCH&) = delete;
 
     const std::filesystem::path& directory() const { return m_directory; }
-    std::string path(const std::string& name) const { return (m_directory / name).make_preferred().string(); }
+    std::string path(const std::string& name) const {
+        return utf8_from_path((m_directory / path_from_utf8(name)).make_preferred());
+    }
 
     /// Writes a file, with the directories above it, and returns its path.
     std::string write(const std::string& name, const std::string& contents) const {
-        std::filesystem::create_directories((m_directory / name).parent_path());
-        std::ofstream(m_directory / name, std::ios::binary) << contents;
+        const std::filesystem::path file = m_directory / path_from_utf8(name);
+        std::filesystem::create_directories(file.parent_path());
+        std::ofstream(file, std::ios::binary) << contents;
         return path(name);
     }
 
@@ -55,4 +60,8 @@ inline std::string read_file(const std::filesystem::path& path) {
     std::ifstream file(path, std::ios::binary);
     EXPECT_TRUE(file.is_open()) << path;
     return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+}
+
+inline std::string read_file(const std::string& path) {
+    return read_file(path_from_utf8(path));
 }

@@ -80,7 +80,7 @@ public:
 
     /// The faults, one in each line, as if told from inside the catalog's directory; "." is the directory itself.
     std::string faults() const {
-        const std::string directory = this->directory();
+        const std::string directory = std::filesystem::path(this->directory()).generic_string();
         std::string errors = check().errors;
         for (std::size_t at = errors.find(directory); at != std::string::npos; at = errors.find(directory, at)) {
             const bool in_it = errors.compare(at + directory.size(), 1, "/") == 0;

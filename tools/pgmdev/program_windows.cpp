@@ -5,23 +5,15 @@
 
 #include <cstdio>
 #include <memory>
-#include <string_view>
 #include <system_error>
 
 #include <windows.h>
 
 #include <shellapi.h>
 
-namespace {
+#include "wide_text.h"
 
-std::string utf8(std::wstring_view text) {
-    const auto convert = [text](char* to, int room) {
-        return WideCharToMultiByte(CP_UTF8, 0, text.data(), static_cast<int>(text.size()), to, room, nullptr, nullptr);
-    };
-    std::string bytes(static_cast<std::size_t>(convert(nullptr, 0)), '\0');
-    convert(bytes.data(), static_cast<int>(bytes.size()));
-    return bytes;
-}
+namespace {
 
 /// The arguments that `main` is given are in the system's code page, in which most names cannot be written.
 std::vector<std::string> wide_arguments() {
@@ -32,7 +24,7 @@ std::vector<std::string> wide_arguments() {
     }
     std::vector<std::string> arguments;
     for (int i = 1; i < count; ++i) {
-        arguments.push_back(utf8(all.get()[i]));
+        arguments.push_back(utf8_from_wide(all.get()[i]));
     }
     return arguments;
 }

@@ -1,0 +1,50 @@
+/// \file
+/// A plug-in that uses every store of the library: what a tool's component does that links the library and is itself
+/// loaded when it is needed.
+
+#include <memory>
+
+#include "cfg.h"
+#include "pgmdev_device_grammar_mgr.h"
+#include "pgmdev_flash_ini.h"
+#include "pgmdev_flash_manager.h"
+#include "pgmdev_hps_mgr.h"
+#include "pgmdev_hps_nand_mgr.h"
+#include "pgmdev_hps_spi_mgr.h"
+#include "pgmdev_mgr.h"
+
+#if defined(_WIN32)
+#define PLUGIN_EXPORT __declspec(dllexport)
+#else
+#define PLUGIN_EXPORT __attribute__((visibility("default")))
+#endif
+
+namespace {
+
+/// Sets the switch that hides some records of the flash database, so that the configuration holds something, too.
+bool loads_flash_database() {
+    cfg_set_value("PGM_ALLOW_NOTHING", "on");
+    PGMDEV_FLASH_MANAGER flash(false, 2, false, false);
+    return flash.get_flash_count() > 0;
+}
+
+bool reads_container() {
+    DWORD size = 1;
+    const std::unique_ptr<BYTE[]> block(PGMDEV_FLASH_INI::read_flash_ini_data(PGMDEV_FLASH_INI_HPS_SPI, size));
+    return (block != nullptr) == (size != 0);
+}
+
+}  // namespace
+
+/// How many of the stores answered as they must. The singletons stay: the library itself has to take them away.
+extern "C" PLUGIN_EXPORT int use_every_store() {
+    int good = 0;
+    good += PGMDEV_MGR::get_opn(INVALID_DWORD).empty();
+    good += PGMDEV_DEVICE_GRAMMAR_MGR::get_family("no such part").empty();
+    good += PGMDEV_HPS_MGR::get_mgr() != nullptr;
+    good += PGMDEV_HPS_NAND_MGR::get_mgr() != nullptr;
+    good += PGMDEV_HPS_SPI_MGR::get_mgr() != nullptr;
+    good += loads_flash_database();
+    good += reads_container();
+    return good;
+}

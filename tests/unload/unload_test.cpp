@@ -1,0 +1,55 @@
+#include <gtest/gtest.h>
+
+#include <array>
+#include <latch>
+#include <thread>
+
+#include "support/loaded_library.h"
+
+// The library comes and goes with a plug-in, in a process that does not link it.
+
+namespace {
+
+constexpr int STORES = 7;
+
+/// Loads the plug-in, makes the first calls from two threads at once, and unloads it.
+void come_and_go() {
+    const LOADED_LIBRARY plugin(TEST_PLUGIN);
+    const LOADED_LIBRARY::FUNCTION use_every_store = plugin.function("use_every_store");
+    ASSERT_NE(use_every_store, nullptr);
+    std::latch start(2);
+    std::array<int, 2> answered{};
+    {
+        std::thread other([&] {
+            start.arrive_and_wait();
+            answered[0] = use_every_store();
+        });
+        start.arrive_and_wait();
+        answered[1] = use_every_store();
+        other.join();
+    }
+    ASSERT_EQ(answered, (std::array{STORES, STORES}));
+    ASSERT_TRUE(is_loaded(TEST_LIBRARY));
+    ASSERT_TRUE(is_loaded(TEST_HOST_LIBRARY));
+}
+
+}  // namespace
+
+TEST(Unload, AThousandTimesNothingIsLeftOver) {
+    constexpr int WARM_UP = 20;  // what the system itself keeps after the first times
+    constexpr int ROUNDS = 1000;
+    constexpr std::size_t MOST_GROWTH = std::size_t{256} * 1024;  // a quarter of a KiB for each round
+    std::size_t handles = 0;
+    std::size_t memory = 0;
+    for (int round = 0; round < ROUNDS; ++round) {
+        if (round == WARM_UP) {
+            handles = open_handles();
+            memory = memory_in_use();
+        }
+        ASSERT_NO_FATAL_FAILURE(come_and_go());
+        ASSERT_FALSE(is_loaded(TEST_LIBRARY)) << "round " << round;
+        ASSERT_FALSE(is_loaded(TEST_HOST_LIBRARY)) << "round " << round;
+    }
+    EXPECT_LE(open_handles(), handles);
+    EXPECT_LE(memory_in_use(), memory + MOST_GROWTH);
+}

@@ -1,0 +1,30 @@
+#pragma once
+
+/// \file
+/// What is wrong with a catalog, and where.
+
+#include <iosfwd>
+#include <string>
+#include <vector>
+
+/// A line of a catalog file. Line 0 is the file as a whole.
+struct SOURCE_PLACE {
+    std::string file;
+    int line = 0;
+};
+
+/// The place as people and editors know it: "file:line", or "file" for a whole file.
+std::string text_of(const SOURCE_PLACE& place);
+
+/// Collects faults, so that one run tells them all.
+class FAULTS {
+public:
+    void add(const SOURCE_PLACE& place, const std::string& text) { m_lines.push_back(text_of(place) + ": " + text); }
+
+    bool empty() const { return m_lines.empty(); }
+    const std::vector<std::string>& lines() const { return m_lines; }
+    void print(std::ostream& output) const;
+
+private:
+    std::vector<std::string> m_lines;
+};

@@ -1,0 +1,161 @@
+#include "host_tables.h"
+
+#include <algorithm>
+#include <bit>
+#include <map>
+#include <stdexcept>
+
+#include "dstr.h"
+
+namespace {
+
+constexpr const char* GENERIC_NAME = "Generic";
+
+class TABLES_BUILDER {
+public:
+    TABLES_BUILDER() { m_tables.rows.emplace_back(); }  // address 0 is the empty text
+
+    /// The address of a text, which is added unless it is there already.
+    std::uint32_t address_of(const std::string& text) {
+        const auto [known, added] = m_addresses.try_emplace(text, m_next);
+        if (!added) {
+            return known->second;
+        }
+        if (m_next % NAME_ROW_SIZE + text.size() + 1 > NAME_ROW_SIZE) {
+            m_next = static_cast<std::uint32_t>(m_tables.rows.size() * NAME_ROW_SIZE);
+        }
+        if (m_next == m_tables.rows.size() * NAME_ROW_SIZE) {
+            m_tables.rows.emplace_back();
+        }
+        std::copy(text.begin(), text.end(), &m_tables.rows.back()[m_next % NAME_ROW_SIZE]);
+        known->second = m_next;
+        m_next += static_cast<std::uint32_t>(text.size()) + 1;
+        return known->second;
+    }
+
+    /// Names by number, and further names with the numbers that they stand for.
+    NAMES names(const std::vector<std::string>& by_number, const std::vector<CATALOG_ALIAS>& aliases,
+                const std::vector<CATALOG_PART>& parts) {
+        NAMES names;
+        std::vector<std::string> texts = by_number;
+        for (const CATALOG_ALIAS& alias : aliases) {
+            texts.push_back(alias.name);
+            names.aliases.push_back(static_cast<std::uint16_t>(parts[alias.part].number));
+        }
+        names.slots.resize(std::bit_ceil(2 * texts.size()));
+        const std::size_t mask = names.slots.size() - 1;
+        for (const std::string& text : texts) {
+            const std::size_t position = names.addresses.size();
+            names.addresses.push_back(text.empty() ? 0 : address_of(text));
+            if (!text.empty()) {
+                std::size_t slot = name_hash(text) & mask;
+                while (names.slots[slot] != 0) {
+                    slot = (slot + 1) & mask;
+                }
+                names.slots[slot] = static_cast<std::uint16_t>(position);
+            }
+        }
+        return names;
+    }
+
+    HOST_TABLES& tables() { return m_tables; }
+
+private:
+    HOST_TABLES m_tables;
+    std::map<std::string, std::uint32_t> m_addresses;
+    std::uint32_t m_next = 1;
+};
+
+/// Fills names of numbered things into a list that ends with the generic one.
+template <typename THINGS>
+std::vector<std::string> names_by_number(const THINGS& things, int generic) {
+    std::vector<std::string> names(static_cast<std::size_t>(generic) + 1);
+    for (const auto& thing : things) {
+        if (thing.number != 0) {
+            names[static_cast<std::size_t>(thing.number)] = thing.name;
+        }
+    }
+    names.back() = GENERIC_NAME;
+    return names;
+}
+
+std::vector<std::uint8_t> device_families(const CATALOG& catalog) {
+    std::vector<std::uint8_t> families(DEV_DEVICE_MAX, DEV_FAMILY_GENERIC);
+    families[DEV_DEVICE_INVALID] = DEV_FAMILY_INVALID;
+    for (const CATALOG_DEVICE& device : catalog.devices) {
+        families[static_cast<std::size_t>(device.number)] =
+            static_cast<std::uint8_t>(catalog.families[device.family].number);
+    }
+    return families;
+}
+
+std::vector<PART_FACTS> part_facts(const CATALOG& catalog) {
+    const auto flag = [](bool set, std::uint8_t value) { return set ? value : 0; };
+    std::vector<PART_FACTS> facts(static_cast<std::size_t>(catalog.last_part) + 2,
+                                  PART_FACTS{DEV_DEVICE_GENERIC, 0, 0, 0});
+    facts[0].device = DEV_DEVICE_INVALID;
+    for (const CATALOG_PART& part : catalog.parts) {
+        if (part.number != 0) {
+            const int flags = PART_IS_REAL | flag(part.ordering_index >= 0, PART_IS_ORDERABLE) |
+                              flag(part.production, PART_IS_PRODUCTION) | flag(part.hidden, PART_IS_HIDDEN);
+            facts[static_cast<std::size_t>(part.number)] = {
+                static_cast<std::uint16_t>(catalog.devices[part.device].number),
+                static_cast<std::uint8_t>(part.package), static_cast<std::uint8_t>(part.grade),
+                static_cast<std::uint8_t>(flags)};
+        }
+    }
+    return facts;
+}
+
+/// Looks up every name by number and every number by name, as the libraries will.
+void prove(const HOST_TABLES& tables, const NAMES& names, const std::vector<std::string>& expected) {
+    const NAME_POOL pool = tables.pool();
+    const NAME_TABLE table = names.table();
+    for (std::size_t number = 0; number < expected.size(); ++number) {
+        if (name_of(pool, table, static_cast<int>(number)) != expected[number] ||
+            (!expected[number].empty() && number_of(pool, table, expected[number]) != static_cast<int>(number))) {
+            throw std::runtime_error("the output does not read back: name \"" + expected[number] + "\"");
+        }
+    }
+}
+
+}  // namespace
+
+NAME_TABLE NAMES::table() const {
+    return {addresses.data(), static_cast<std::uint32_t>(addresses.size() - aliases.size()), aliases.data(),
+            slots.data(), static_cast<std::uint32_t>(slots.size() - 1)};
+}
+
+NAME_POOL HOST_TABLES::pool() const {
+    static_assert(sizeof(rows[0]) == NAME_ROW_SIZE);
+    return {reinterpret_cast<const char(*)[NAME_ROW_SIZE]>(rows.data())};
+}
+
+HOST_TABLES build_host_tables(const CATALOG& catalog) {
+    const std::vector<std::string> families = names_by_number(catalog.families, DEV_FAMILY_GENERIC);
+    const std::vector<std::string> devices = names_by_number(catalog.devices, DEV_DEVICE_GENERIC);
+    const std::vector<std::string> parts = names_by_number(catalog.parts, catalog.last_part + 1);
+
+    TABLES_BUILDER builder;
+    HOST_TABLES& tables = builder.tables();
+    tables.families = builder.names(families, {}, {});
+    tables.devices = builder.names(devices, {}, {});
+    tables.parts = builder.names(parts, catalog.aliases, catalog.parts);
+    tables.device_families = device_families(catalog);
+    tables.part_facts = part_facts(catalog);
+    for (const CATALOG_PACKAGE& package : catalog.packages) {
+        tables.packages.push_back({builder.address_of(package.type), builder.address_of(package.pins)});
+    }
+    for (const CATALOG_GRADE& grade : catalog.grades) {
+        tables.grades.push_back({builder.address_of(grade.speed), builder.address_of(grade.temperature)});
+    }
+    prove(tables, tables.families, families);
+    prove(tables, tables.devices, devices);
+    prove(tables, tables.parts, parts);
+    for (const CATALOG_ALIAS& alias : catalog.aliases) {
+        if (number_of(tables.pool(), tables.parts.table(), alias.name) != catalog.parts[alias.part].number) {
+            throw std::runtime_error("the output does not read back: alias \"" + alias.name + "\"");
+        }
+    }
+    return std::move(tables);
+}

@@ -1,0 +1,106 @@
+#include "source_rows.h"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <fstream>
+#include <sstream>
+#include <string_view>
+
+#include "ascii.h"
+
+namespace {
+
+constexpr char COMMENT = '#';
+
+/// Words with which names would be confused: the filter that does not restrict, and what stands for any device.
+constexpr std::array<std::string_view, 3> RESERVED_NAMES{"ANY", "GENERIC", "NONE"};
+
+bool is_name_character(char c) {
+    return (c >= '0' && c <= '9') || (ascii_upper(c) >= 'A' && ascii_upper(c) <= 'Z') ||
+           std::string_view("_-.+").find(c) != std::string_view::npos;
+}
+
+std::vector<std::string> cells_of(const std::string& line) {
+    std::istringstream stream(line.substr(0, line.find(COMMENT)));
+    std::vector<std::string> cells;
+    for (std::string cell; stream >> cell;) {
+        cells.push_back(std::move(cell));
+    }
+    return cells;
+}
+
+}  // namespace
+
+std::vector<SOURCE_ROW> read_rows(const std::filesystem::path& path, FAULTS& faults) {
+    std::vector<SOURCE_ROW> rows;
+    SOURCE_PLACE place{path.generic_string(), 0};
+    std::ifstream input(path, std::ios::binary);
+    for (std::string line; std::getline(input, line);) {
+        ++place.line;
+        std::vector<std::string> cells = cells_of(line);
+        if (!cells.empty()) {
+            rows.push_back({place, std::move(cells)});
+        }
+    }
+    if (!input.is_open() || !input.eof() || input.bad()) {
+        faults.add({place.file, 0}, "cannot be read");
+        return {};
+    }
+    return rows;
+}
+
+bool has_columns(const SOURCE_ROW& row, const std::string& columns, FAULTS& faults) {
+    const auto expected = 1 + static_cast<std::size_t>(std::count(columns.begin(), columns.end(), ' '));
+    if (row.cells.size() == expected) {
+        return true;
+    }
+    faults.add(row.place, "expected " + std::to_string(expected) + " columns (" + columns + "), found " +
+                              std::to_string(row.cells.size()));
+    return false;
+}
+
+std::optional<int> read_number(const SOURCE_ROW& row, std::size_t cell, const char* what, int lowest, int highest,
+                               FAULTS& faults) {
+    const std::string& text = row.cells[cell];
+    int number = 0;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+    if (error == std::errc() && end == text.data() + text.size() && number >= lowest && number <= highest) {
+        return number;
+    }
+    faults.add(row.place, std::string(what) + " \"" + text + "\" is not a number from " + std::to_string(lowest) +
+                              " to " + std::to_string(highest));
+    return std::nullopt;
+}
+
+bool check_name(const SOURCE_PLACE& place, const std::string& name, const char* what, FAULTS& faults) {
+    const auto refuse = [&](const std::string& reason) {
+        faults.add(place, std::string(what) + " \"" + name + "\" " + reason);
+        return false;
+    };
+    if (name.empty() || !std::all_of(name.begin(), name.end(), is_name_character)) {
+        return refuse("must consist of letters, digits and _ - . +");
+    }
+    if (name.size() > MAX_NAME_LENGTH) {
+        return refuse("is longer than " + std::to_string(MAX_NAME_LENGTH) + " characters");
+    }
+    if (std::find(RESERVED_NAMES.begin(), RESERVED_NAMES.end(), upper_case(name)) != RESERVED_NAMES.end()) {
+        return refuse("has a meaning of its own and cannot be used as a name");
+    }
+    return true;
+}
+
+std::vector<std::string> split_list(const std::string& text) {
+    std::vector<std::string> items;
+    std::size_t begin = 0;
+    for (std::size_t comma = 0; comma != std::string::npos; begin = comma + 1) {
+        comma = text.find(',', begin);
+        items.push_back(text.substr(begin, comma - begin));
+    }
+    return items;
+}
+
+std::string upper_case(std::string text) {
+    std::transform(text.begin(), text.end(), text.begin(), ascii_upper);
+    return text;
+}

@@ -1,0 +1,19 @@
+#pragma once
+
+/// \file
+/// The texts that the generator writes.
+
+#include <string>
+
+#include "catalog.h"
+#include "data_set.h"
+#include "host_tables.h"
+
+/// C++ source that defines the data compiled into the library.
+std::string data_source(const DATA_SET& grammar, const DATA_SET& ordering_codes);
+
+/// C++ source that defines the tables behind the host's device libraries.
+std::string host_source(const HOST_TABLES& tables);
+
+/// The part list for the profile compiler: one line for each part, ascending by number.
+std::string part_list(const CATALOG& catalog);

@@ -105,7 +105,7 @@ bool PGMDEV_FLASH_MANAGER::parse_database(BYTE* payload) {
 void PGMDEV_FLASH_MANAGER::parse_payload(const BYTE* payload, QWORD size) try {
     DWORD cursor = 0;
     PACKED_READER reader(payload, size, cursor, FLASH_FORMAT);
-    const FLASH_PAYLOAD_HEAD head = read_flash_head(reader);
+    const PACKED_BODY_HEAD head = reader.body_head();
     m_version = head.version;
     m_flash_count = head.record_count;
     m_type_count = head.member_count;

@@ -41,7 +41,7 @@ std::vector<SOURCE_LINE> read_source_table(const FIO_PATH& path, bool keep_empty
         }
         std::vector<std::string> cells = tokenizer.tokenize(line);
         std::vector<DWORD> columns = columns_of(line, cells, raw.find(line), keep_empty);
-        lines.push_back({number, std::move(cells), std::move(columns)});
+        lines.push_back({number, raw.size(), std::move(cells), std::move(columns)});
     }
     readable = input.is_open() && input.eof() && !input.bad();
     return lines;

@@ -29,3 +29,4 @@ void print_json(const JSON& document);
 void print_json_line(const JSON& document);
 
 void add_flash_commands(CLI::App& app, COMMAND& command);
+void add_profile_commands(CLI::App& app, COMMAND& command);

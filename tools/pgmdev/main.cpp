@@ -68,6 +68,7 @@ int main(int argc, char** argv) {
     app.fallthrough();  // global options may stand behind the noun and the verb, too
     add_global_options(app, command);
     add_flash_commands(app, command);
+    add_profile_commands(app, command);
 
     bool reported = false;
     MSG_INTERNAL_ERROR::set_handler([&reported](const MSG_INTERNAL_ERROR_REPORT& report) {

@@ -14,7 +14,7 @@
 #include "host_export.h"
 
 /// The host's boolean-like answer; only its truth value means anything.
-typedef int ORVANE_BOOL;
+using ORVANE_BOOL = int;
 
 /// Whether the switch is on. On is "on", "true", "yes" or "1", off is "off", "false", "no" or "0", ignoring case; a key
 /// without a value, or with any other one, gives `default_value`.

@@ -3,8 +3,9 @@
 /// \file
 /// The device-string library: names and numbers of families, devices and parts.
 ///
-/// Names are looked up without regard to ASCII case. No operation reports: a name that is not known gives the invalid
-/// number, a number that is not known gives "".
+/// Names are looked up without regard to ASCII case, but as they are given: white space is not removed. No operation
+/// reports: a name that is not known, or a null pointer, gives the invalid number; a number that is not known gives "".
+/// A part may have further names; looking one up gives the part's number, whose display name is another.
 
 #include <string>
 
@@ -32,7 +33,7 @@ HOST_EXPORT extern const int DEV_PART_INVALID;  ///< no part
 HOST_EXPORT extern const int DEV_PART_GENERIC;  ///< stands for any part; above all real ones
 HOST_EXPORT extern const int DEV_PART_MAX;      ///< above all part numbers
 
-/// The display name of a family, device or part.
+/// The display name of a family, device or part; "Generic" for the generic ones.
 HOST_EXPORT std::string dstr_get_user_string(DEV_FAMILY_ENUM family);
 HOST_EXPORT std::string dstr_get_user_string(DEV_DEVICE_ENUM device);
 HOST_EXPORT std::string dstr_get_user_string(int part);

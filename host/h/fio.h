@@ -64,10 +64,11 @@ public:
     /// Writes the whole contents into the temporary file; false when that failed.
     bool write(std::span<const BYTE> contents);
 
-    /// Flushes the temporary file to the disk and gives it the target's name; false when that failed.
+    /// Flushes the temporary file to the disk and gives it the target's name; false when that, or a write, failed.
     bool commit();
 
 private:
     std::filesystem::path m_target;
     FIO_PATH m_temporary;
+    bool m_failed = false;  ///< the last write did not succeed
 };

@@ -10,6 +10,7 @@
 #include <string_view>
 
 #include "host_export.h"
+#include "host_types.h"
 
 /// The installation directory. Environment: TESSARY_INSTALL_DIR. Otherwise the nearest directory above this library
 /// that holds "share/tessary", or the parent of this library's directory when there is none.
@@ -33,3 +34,8 @@ HOST_EXPORT int gen_stricmp(std::string_view left, std::string_view right);
 
 /// The text without the blanks, tabs, line feeds, carriage returns, vertical tabs and form feeds at its two ends.
 HOST_EXPORT std::string gen_remove_leading_and_trailing_white_spaces(const std::string& text);
+
+/// The number that the digits of `text` spell in `base` (2 to 36), whatever the locale; an empty text is 0. `valid`,
+/// when given, receives whether there is nothing but digits and the number fits into 64 bits; otherwise the result is
+/// 0.
+HOST_EXPORT QWORD gen_local_strtoQWORD(const std::string& text, int base, bool* valid);

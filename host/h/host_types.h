@@ -7,13 +7,13 @@
 
 #include <cstdint>
 
-typedef unsigned char BYTE;   ///< 8 bits
-typedef unsigned short WORD;  ///< 16 bits
+using BYTE = unsigned char;   ///< 8 bits
+using WORD = unsigned short;  ///< 16 bits
 #if defined(_WIN32)
-typedef unsigned long DWORD;  ///< 32 bits (long is 32 bits wide on Windows)
+using DWORD = unsigned long;  ///< 32 bits (long is 32 bits wide on Windows)
 #else
-typedef std::uint32_t DWORD;  ///< 32 bits
+using DWORD = std::uint32_t;  ///< 32 bits
 #endif
-typedef std::uint64_t QWORD;  ///< 64 bits
+using QWORD = std::uint64_t;  ///< 64 bits
 
 static_assert(sizeof(BYTE) == 1 && sizeof(WORD) == 2 && sizeof(DWORD) == 4 && sizeof(QWORD) == 8);

@@ -1,5 +1,6 @@
 #include "cfg.h"
 
+#include <algorithm>
 #include <array>
 #include <cstdlib>
 #include <fstream>
@@ -42,12 +43,8 @@ CONFIGURATION& configuration() {
 }
 
 bool is_one_of(const std::string& value, const std::array<std::string_view, 4>& words) {
-    for (const std::string_view word : words) {
-        if (gen_stricmp(value, word) == 0) {
-            return true;
-        }
-    }
-    return false;
+    return std::any_of(words.begin(), words.end(),
+                       [&](const std::string_view word) { return gen_stricmp(value, word) == 0; });
 }
 
 constexpr std::array<std::string_view, 4> ON_WORDS{"on", "true", "yes", "1"};
@@ -73,10 +70,8 @@ std::string cfg_get_value(const std::string& key) {
 
 ORVANE_BOOL cfg_is_on(const std::string& key, bool default_value) {
     const std::string value = cfg_get_value(key);
-    if (is_one_of(value, ON_WORDS)) {
-        return true;
-    }
-    return default_value && !is_one_of(value, OFF_WORDS);
+    const bool on = is_one_of(value, ON_WORDS) || (default_value && !is_one_of(value, OFF_WORDS));
+    return on ? 1 : 0;
 }
 
 void cfg_set_value(const std::string& key, const std::string& value) {

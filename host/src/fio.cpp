@@ -10,7 +10,7 @@ FIO_PATH::FIO_PATH(const std::string& path) {
     }
     std::error_code error;
     const fs::path absolute = fs::absolute(path_from_utf8(path), error);
-    m_full_path = error ? path : utf8_from_path(absolute.lexically_normal());
+    m_full_path = error ? path : utf8_from_path(absolute);
 }
 
 FIO_PATH::FIO_PATH(const char* path) : FIO_PATH(std::string(path)) {}

@@ -2,8 +2,9 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <atomic>
 #include <cerrno>
-#include <cstdlib>
+#include <string>
 
 #include "fio.h"
 #include "utf8_path.h"
@@ -44,34 +45,51 @@ bool write_all(int descriptor, std::span<const BYTE> contents) {
     return true;
 }
 
-/// The permissions of the file that `target` names, or those that a new file gets.
-mode_t permissions_for(const fs::path& target) {
-    struct stat existing {};
-    if (::stat(target.c_str(), &existing) == 0) {
-        return existing.st_mode & 07777;
+/// The file that `path` names once symbolic links are followed, whether it exists or not; empty for links in a circle.
+fs::path follow_links(fs::path path) {
+    constexpr int LONGEST_CHAIN = 40;  // as the system itself allows
+    for (int i = 0; i < LONGEST_CHAIN; ++i) {
+        std::error_code error;
+        if (!fs::is_symlink(fs::symlink_status(path, error))) {
+            return path;
+        }
+        const fs::path target = fs::read_symlink(path, error);
+        if (error) {
+            return {};
+        }
+        path = path.parent_path() / target;
     }
-    const mode_t mask = ::umask(0);
-    ::umask(mask);
-    return 0666 & ~mask;
+    return {};
+}
+
+/// Creates a new empty file in the directory; empty when that cannot be done.
+fs::path create_temporary(const fs::path& directory) {
+    static std::atomic<unsigned> counter{0};
+    constexpr int ATTEMPTS = 100;
+    for (int i = 0; i < ATTEMPTS; ++i) {
+        const fs::path path = directory / (".tessary-" + std::to_string(::getpid()) + "-" + std::to_string(++counter));
+        if (DESCRIPTOR(::open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666))) {
+            return path;
+        }
+        if (errno != EEXIST) {
+            return {};
+        }
+    }
+    return {};
 }
 
 }  // namespace
 
-FIO_REPLACEMENT::FIO_REPLACEMENT(const FIO_PATH& target) : m_target(fio_get_unc_full_path(target.fullpath())) {
+FIO_REPLACEMENT::FIO_REPLACEMENT(const FIO_PATH& target) {
+    if (target.fullpath().empty()) {
+        return;
+    }
+    m_target = follow_links(fio_get_unc_full_path(target.fullpath()));
     std::error_code error;
-    if (const fs::path linked = fs::weakly_canonical(m_target, error); !error) {
-        m_target = linked;
-    }
-    if (fs::exists(m_target, error) && !fs::is_regular_file(m_target, error)) {
+    if (m_target.empty() || (fs::exists(m_target, error) && !fs::is_regular_file(m_target, error))) {
         return;
     }
-    std::string name = (m_target.parent_path() / ".tessary-XXXXXX").string();
-    const DESCRIPTOR file(::mkstemp(name.data()));
-    if (!file) {
-        return;
-    }
-    m_temporary = FIO_PATH(name);
-    ::fchmod(file.number(), permissions_for(m_target));
+    m_temporary = FIO_PATH(utf8_from_path(create_temporary(m_target.parent_path())));
 }
 
 FIO_REPLACEMENT::~FIO_REPLACEMENT() {
@@ -85,16 +103,20 @@ bool FIO_REPLACEMENT::write(std::span<const BYTE> contents) {
         return false;
     }
     const DESCRIPTOR file(::open(m_temporary.fullpath().c_str(), O_WRONLY | O_TRUNC | O_CLOEXEC));
-    return file && write_all(file.number(), contents);
+    m_failed = !file || !write_all(file.number(), contents);
+    return !m_failed;
 }
 
 bool FIO_REPLACEMENT::commit() {
-    if (m_temporary.fullpath().empty()) {
+    if (m_temporary.fullpath().empty() || m_failed) {
         return false;
     }
     {
         const DESCRIPTOR file(::open(m_temporary.fullpath().c_str(), O_WRONLY | O_CLOEXEC));
-        if (!file || ::fsync(file.number()) != 0) {
+        struct stat existing {};
+        const bool replaces = ::stat(m_target.c_str(), &existing) == 0;
+        if (!file || (replaces && ::fchmod(file.number(), existing.st_mode & 07777) != 0) ||
+            ::fsync(file.number()) != 0) {
             return false;
         }
     }

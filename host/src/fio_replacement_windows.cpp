@@ -49,7 +49,11 @@ bool write_all(HANDLE file, std::span<const BYTE> contents) {
 
 }  // namespace
 
-FIO_REPLACEMENT::FIO_REPLACEMENT(const FIO_PATH& target) : m_target(fio_get_unc_full_path(target.fullpath())) {
+FIO_REPLACEMENT::FIO_REPLACEMENT(const FIO_PATH& target) {
+    if (target.fullpath().empty()) {
+        return;
+    }
+    m_target = fio_get_unc_full_path(target.fullpath());
     std::error_code error;
     if (fs::exists(m_target, error) && !fs::is_regular_file(m_target, error)) {
         return;
@@ -81,11 +85,12 @@ bool FIO_REPLACEMENT::write(std::span<const BYTE> contents) {
         return false;
     }
     const HANDLE_OWNER file(open_for_writing(fio_get_unc_full_path(m_temporary.fullpath()), TRUNCATE_EXISTING));
-    return file && write_all(file.get(), contents);
+    m_failed = !file || !write_all(file.get(), contents);
+    return !m_failed;
 }
 
 bool FIO_REPLACEMENT::commit() {
-    if (m_temporary.fullpath().empty()) {
+    if (m_temporary.fullpath().empty() || m_failed) {
         return false;
     }
     const fs::path temporary = fio_get_unc_full_path(m_temporary.fullpath());

@@ -22,10 +22,14 @@ DIRECTORY g_install{"TESSARY_INSTALL_DIR", {}};
 DIRECTORY g_device_db{"TESSARY_DEVICE_DB_DIR", {}};
 DIRECTORY g_module{"TESSARY_MODULE_DIR", {}};
 
+/// Absolute, without "." and "..", links followed as far as the directory exists, without a trailing separator.
 std::string absolute_directory(const fs::path& path) {
-    std::error_code ignored;
-    const fs::path absolute = fs::absolute(path, ignored).lexically_normal();
-    return utf8_from_path(absolute.has_filename() ? absolute : absolute.parent_path());
+    std::error_code error;
+    fs::path directory = fs::weakly_canonical(fs::absolute(path, error), error);
+    if (error) {
+        directory = path;
+    }
+    return utf8_from_path(directory.has_filename() ? directory : directory.parent_path());
 }
 
 /// The directory as set or by its environment variable; "" when neither names one.
@@ -44,7 +48,7 @@ void set(DIRECTORY& directory, const std::string& path) {
 }
 
 fs::path found_installation() {
-    const fs::path library = host_library_directory();
+    const fs::path library = path_from_utf8(absolute_directory(host_library_directory()));
     for (fs::path directory = library; directory.has_relative_path(); directory = directory.parent_path()) {
         std::error_code ignored;
         if (fs::is_directory(directory / "share" / "tessary", ignored)) {

@@ -1,5 +1,7 @@
 #include "msg.h"
 
+#include <algorithm>
+#include <climits>
 #include <cstdarg>
 #include <cstdio>
 #include <utility>
@@ -51,9 +53,9 @@ void hand_over(const MSG_INTERNAL_ERROR_REPORT& report) {
 
 int debug_level() {
     bool valid = false;
-    const DWORD level =
-        PGM_COMMON::convert_string_to_dword(cfg_get_value("TESSARY_DEBUG_LEVEL"), true, &valid, nullptr, false);
-    return valid && level <= 9 ? static_cast<int>(level) : 0;
+    const std::string text = cfg_get_value("TESSARY_DEBUG_LEVEL");
+    const DWORD level = PGM_COMMON::convert_string_to_dword(text, true, &valid, nullptr, false);
+    return valid ? static_cast<int>(std::min<DWORD>(level, INT_MAX)) : 0;
 }
 
 }  // namespace

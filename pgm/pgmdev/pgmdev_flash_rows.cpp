@@ -229,18 +229,27 @@ void check_reachable(const std::vector<ROW>& rows, const FAULT_SINK& sink) {
     }
 }
 
-}  // namespace
-
-void check_flash_rows(const std::vector<SOURCE_LINE>& lines, const std::vector<PGMDEV_SFL_FLASH_INFO>& records,
-                      const FAULT_SINK& sink) {
+std::vector<ROW> rows_of(const std::vector<SOURCE_LINE>& lines, const std::vector<RECORD>& records) {
     std::vector<ROW> rows;
     for (std::size_t i = 0; i < records.size(); ++i) {
         rows.push_back({lines[i], records[i]});
     }
-    for (const ROW& row : rows) {
+    return rows;
+}
+
+}  // namespace
+
+void check_flash_rows(const std::vector<SOURCE_LINE>& lines, const std::vector<PGMDEV_SFL_FLASH_INFO>& records,
+                      const FAULT_SINK& sink) {
+    for (const ROW& row : rows_of(lines, records)) {
         check_cells_fit(row, sink);
         check_values(row, sink);
     }
+}
+
+void check_flash_rows_together(const std::vector<SOURCE_LINE>& lines, const std::vector<PGMDEV_SFL_FLASH_INFO>& records,
+                               const FAULT_SINK& sink) {
+    const std::vector<ROW> rows = rows_of(lines, records);
     check_defaults(rows, sink);
     check_reachable(rows, sink);
 }

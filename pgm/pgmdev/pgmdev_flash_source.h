@@ -26,7 +26,11 @@ FLASH_LAYOUT check_flash_layout(const std::vector<SOURCE_LINE>& lines, bool read
 /// The second pass, for one data row of the right length: every cell against its member's type.
 void check_flash_cells(const SOURCE_LINE& line, const FAULT_SINK& sink);
 
-/// Looks at the rows as rows: geometry, colliding indexes, default rows, rows that are never reached, unusual values.
-/// `records` are what `lines`, the data rows, are compiled to.
+/// Looks at each row as a row: geometry, colliding indexes, cells that do not fit, unusual values. `records` are what
+/// `lines`, sound data rows, are compiled to.
 void check_flash_rows(const std::vector<SOURCE_LINE>& lines, const std::vector<PGMDEV_SFL_FLASH_INFO>& records,
                       const FAULT_SINK& sink);
+
+/// Looks at all rows together: default rows, rows that are never reached. A missing row would mislead it.
+void check_flash_rows_together(const std::vector<SOURCE_LINE>& lines, const std::vector<PGMDEV_SFL_FLASH_INFO>& records,
+                               const FAULT_SINK& sink);

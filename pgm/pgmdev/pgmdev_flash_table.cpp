@@ -14,17 +14,24 @@ PGMDEV_FLASH_TABLE PGMDEV_FLASH_TABLE::from_source(const FIO_PATH& csv_file) {
     std::vector<SOURCE_LINE> lines = read_source_table(csv_file, false, readable);
     const FLASH_LAYOUT layout = check_flash_layout(lines, readable, collect);
     lines.erase(lines.begin(), lines.begin() + static_cast<std::ptrdiff_t>(std::min(lines.size(), FLASH_HEADER_LINES)));
-    for (const SOURCE_LINE& line : lines) {
+    std::vector<SOURCE_LINE> sound;
+    for (SOURCE_LINE& line : lines) {
+        const std::size_t before = table.m_faults.size();
         if (line.cells.size() == PGMDEV_SFL_FLASH_MEMBERS.size()) {
             check_flash_cells(line, collect);
+            if (table.m_faults.size() == before) {
+                table.m_records.push_back(flash_record_of(line.cells));
+                sound.push_back(std::move(line));
+            }
         }
     }
-    if (table.m_faults.empty()) {
-        for (const SOURCE_LINE& line : lines) {
-            table.m_records.push_back(flash_record_of(line.cells));
-        }
+    const bool well_formed = table.m_faults.empty();
+    check_flash_rows(sound, table.m_records, collect);
+    if (well_formed) {
+        check_flash_rows_together(sound, table.m_records, collect);
         table.m_payload_size = static_cast<DWORD>(layout.payload_size);
-        check_flash_rows(lines, table.m_records, collect);
+    } else {
+        table.m_records.clear();
     }
     sort_faults(table.m_faults);
     return table;

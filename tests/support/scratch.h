@@ -42,7 +42,7 @@ public:
     std::size_t file_count() const {
         std::size_t count = 0;
         for (const auto& entry : std::filesystem::recursive_directory_iterator(m_directory)) {
-            count += entry.is_regular_file() ? 1U : 0U;
+            count += std::filesystem::is_regular_file(entry.symlink_status()) ? 1U : 0U;
         }
         return count;
     }

@@ -28,3 +28,12 @@ public:
     DEVICE_DB_DIRECTORY(const DEVICE_DB_DIRECTORY&) = delete;
     DEVICE_DB_DIRECTORY& operator=(const DEVICE_DB_DIRECTORY&) = delete;
 };
+
+/// The directory of the device-data library.
+class MODULE_DIRECTORY {
+public:
+    explicit MODULE_DIRECTORY(const std::string& path) { gen_set_module_path(path); }
+    ~MODULE_DIRECTORY() { gen_set_module_path(""); }
+    MODULE_DIRECTORY(const MODULE_DIRECTORY&) = delete;
+    MODULE_DIRECTORY& operator=(const MODULE_DIRECTORY&) = delete;
+};

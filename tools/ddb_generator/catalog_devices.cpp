@@ -89,8 +89,8 @@ bool CATALOG_READER::read_status(const SOURCE_ROW& row, CATALOG_PART& part) {
         part.hidden = true;
         words.pop_back();
     }
-    const auto* status = std::find_if(STATUSES.begin(), STATUSES.end(),
-                                      [&](const STATUS& candidate) { return candidate.name == words[0]; });
+    const auto status = std::find_if(STATUSES.begin(), STATUSES.end(),
+                                     [&](const STATUS& candidate) { return candidate.name == words[0]; });
     if (words.size() != 1 || status == STATUSES.end()) {
         m_faults.add(row.place, "status \"" + row.cells[5] +
                                     "\" is not production, sample, announced or discontinued, followed by \",hidden\" "

@@ -52,10 +52,13 @@ void CATALOG_READER::read_families(const std::filesystem::path& path) {
 
 void CATALOG_READER::read_packages(const std::filesystem::path& path) {
     for (const SOURCE_ROW& row : read_rows(path, m_faults)) {
-        if (has_columns(row, "CODE TYPE PINS", m_faults) && check(row, 0, "package") && check(row, 1, "package type") &&
-            read_number(row, 2, "number of pins", 1, MAX_PINS, m_faults) &&
+        if (!has_columns(row, "CODE TYPE PINS", m_faults)) {
+            continue;
+        }
+        const auto pins = read_number(row, 2, "number of pins", 1, MAX_PINS, m_faults);
+        if (check(row, 0, "package") && check(row, 1, "package type") && pins &&
             m_package_codes.add(row.cells[0], m_catalog.packages.size(), row.place, m_faults)) {
-            m_catalog.packages.push_back({row.cells[0], row.cells[1], row.cells[2]});
+            m_catalog.packages.push_back({row.cells[0], row.cells[1], std::to_string(*pins)});
         }
     }
     if (m_catalog.packages.size() > MAX_CODES) {

@@ -4,7 +4,6 @@
 /// Reads the catalog's files, in the order in which they build on each other.
 
 #include <optional>
-#include <set>
 #include <string>
 #include <vector>
 
@@ -52,7 +51,6 @@ private:
     NAME_REGISTRY m_device_names{"device"};
     NAME_REGISTRY m_ordering_names{"ordering name"};  ///< index of the part; aliases too
     std::vector<SOURCE_PLACE> m_part_places;          ///< by part number; line 0: not yet given
-    std::optional<SOURCE_ROW> m_entries_row;
     int m_previous_device = 0;
     int m_previous_ordering_index = -1;
     bool m_in_device = false;  ///< the device that the present lines belong to was read without fault

@@ -124,7 +124,7 @@ std::string host_source(const HOST_TABLES& tables) {
     source += part_facts_source(tables.part_facts);
     source += facts_source("const FACT_TEXTS PACKAGES[]", tables.packages);
     source += facts_source("const FACT_TEXTS GRADES[]", tables.grades);
-    source += "\n}  // namespace\n\nconst DSTR_CATALOG DSTR_TABLES = {\n    {NAMES},\n";
+    source += "\n}  // namespace\n\nconstinit const DSTR_CATALOG DSTR_TABLES = {\n    {NAMES},\n";
     source += names_initialiser("FAMILY", tables.families);
     source += names_initialiser("DEVICE", tables.devices);
     source += names_initialiser("PART", tables.parts);

@@ -29,4 +29,6 @@ void print_json(const JSON& document);
 void print_json_line(const JSON& document);
 
 void add_flash_commands(CLI::App& app, COMMAND& command);
+void add_hps_commands(CLI::App& app, COMMAND& command);
+void add_params_commands(CLI::App& app, COMMAND& command);
 void add_profile_commands(CLI::App& app, COMMAND& command);

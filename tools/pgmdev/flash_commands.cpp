@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <memory>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -11,18 +12,12 @@
 #include "flash_output.h"
 #include "gen.h"
 #include "input.h"
-#include "pgmdev_flash_manager.h"
 #include "pgmdev_flash_table.h"
 
 namespace {
 
-/// Opens the database for a command that asks about records, not about devices of a chain.
-PGMDEV_FLASH_MANAGER open_database() {
-    return {false, 1, false, false};
-}
-
 void list(COMMAND& command) {
-    const PGMDEV_FLASH_MANAGER manager = open_database();
+    const PGMDEV_FLASH_MANAGER manager = open_flash_database(1);
     print_records(manager.get_flash_database(), manager.get_flash_count(), command);
 }
 
@@ -65,7 +60,7 @@ void show_one(const PGMDEV_FLASH_MANAGER& manager, const std::string& name, bool
 }
 
 void show(const std::string& name, COMMAND& command) {
-    const PGMDEV_FLASH_MANAGER manager = open_database();
+    const PGMDEV_FLASH_MANAGER manager = open_flash_database(1);
     if (name != "-") {
         show_one(manager, name, false, command);
         return;
@@ -80,6 +75,9 @@ void show(const std::string& name, COMMAND& command) {
 
 void dump(const std::string& file, bool csv, const COMMAND& command) {
     const PGMDEV_FLASH_TABLE table = PGMDEV_FLASH_TABLE::from_database(file);
+    if (table.records().empty()) {
+        throw std::runtime_error(file + " is no flash database");
+    }
     if (csv) {
         print_source_table(table.records());
     } else {
@@ -98,6 +96,14 @@ struct FLASH_OPTIONS {
 };
 
 }  // namespace
+
+PGMDEV_FLASH_MANAGER open_flash_database(DWORD device_count) {
+    PGMDEV_FLASH_MANAGER manager(false, device_count, false, false);
+    if (manager.get_flash_database() == nullptr) {
+        throw std::runtime_error("the flash database was not loaded");
+    }
+    return manager;
+}
 
 void add_flash_commands(CLI::App& app, COMMAND& command) {
     const auto options = std::make_shared<FLASH_OPTIONS>();  // lives as long as the callbacks that read it

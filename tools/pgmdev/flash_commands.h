@@ -7,6 +7,11 @@
 #include <vector>
 
 #include "command.h"
+#include "pgmdev_flash_manager.h"
+
+/// Loads the flash database for that many device positions. A file of another kind, which loads nothing, throws
+/// std::runtime_error.
+PGMDEV_FLASH_MANAGER open_flash_database(DWORD device_count);
 
 /// Maps one device position per response and shows what was found. "-" stands for one response per line of standard
 /// input.

@@ -6,7 +6,6 @@
 #include "flash_commands.h"
 #include "flash_output.h"
 #include "input.h"
-#include "pgmdev_flash_manager.h"
 
 namespace {
 
@@ -47,7 +46,7 @@ void print_device(DWORD position, const DEVICE& device) {
 }
 
 void identify_batch(bool silicon, COMMAND& command) {
-    PGMDEV_FLASH_MANAGER manager(false, 1, false, false);
+    PGMDEV_FLASH_MANAGER manager = open_flash_database(1);
     DWORD line_number = 0;
     for_each_input_line([&](const std::string& response) {
         const DEVICE device = identify(manager, 0, response, silicon);
@@ -70,7 +69,7 @@ void identify_flash(const std::vector<std::string>& responses, bool silicon, COM
         identify_batch(silicon, command);
         return;
     }
-    PGMDEV_FLASH_MANAGER manager(false, static_cast<DWORD>(responses.size()), false, false);
+    PGMDEV_FLASH_MANAGER manager = open_flash_database(static_cast<DWORD>(responses.size()));
     std::vector<DEVICE> devices;
     for (DWORD position = 0; position < responses.size(); ++position) {
         devices.push_back(identify(manager, position, responses[position], silicon));

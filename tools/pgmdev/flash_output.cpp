@@ -82,7 +82,7 @@ bool fits_in_cell(const std::string& text) {
 
 }  // namespace
 
-std::string size_text(DWORD bits) {
+std::string size_text(QWORD bits) {
     constexpr DWORD MBIT = 1024 * 1024;
     constexpr DWORD KBIT = 1024;
     if (bits != 0 && bits % MBIT == 0) {

@@ -29,4 +29,4 @@ void print_records(const PGMDEV_SFL_FLASH_INFO* records, DWORD count, const COMM
 void print_source_table(const std::vector<PGMDEV_SFL_FLASH_INFO>& records);
 
 /// The default row of each name in columns of readable width, "128 Mbit" for a size in bits.
-std::string size_text(DWORD bits);
+std::string size_text(QWORD bits);

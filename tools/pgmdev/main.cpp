@@ -68,6 +68,8 @@ int main(int argc, char** argv) {
     app.fallthrough();  // global options may stand behind the noun and the verb, too
     add_global_options(app, command);
     add_flash_commands(app, command);
+    add_hps_commands(app, command);
+    add_params_commands(app, command);
     add_profile_commands(app, command);
 
     bool reported = false;

@@ -1,0 +1,132 @@
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <string>
+
+#include "gen.h"
+#include "host_probe.h"
+#include "support/scratch.h"
+
+namespace fs = std::filesystem;
+
+namespace {
+
+/// One of the directories, with its three ways of being given.
+struct DIRECTORY {
+    const char* variable;
+    const char* set;
+    const char* get;
+};
+
+class DIRECTORIES : public testing::TestWithParam<DIRECTORY> {};
+
+std::string line(const fs::path& path) {
+    return path.string() + "\n";
+}
+
+}  // namespace
+
+TEST_P(DIRECTORIES, ProgramComesBeforeEnvironmentBeforeInstallation) {
+    const auto [variable, set, get] = GetParam();
+    const SCRATCH scratch;
+    const fs::path a = scratch.directory() / "a";
+    const fs::path b = scratch.directory() / "b";
+    const std::string installed = host_answers({get});
+    EXPECT_NE(installed, line(a));
+    EXPECT_EQ(host_answers({get}, {{variable, a.string()}}), line(a));
+    EXPECT_EQ(host_answers({set, b.string(), get}, {{variable, a.string()}}), line(b));
+    EXPECT_EQ(host_answers({set, b.string(), get, set, "", get}, {{variable, a.string()}}), line(b) + line(a));
+    EXPECT_EQ(host_answers({set, b.string(), set, "", get}), installed);
+}
+
+TEST_P(DIRECTORIES, EmptyEnvironmentIsNone) {
+    const auto [variable, set, get] = GetParam();
+    EXPECT_EQ(host_answers({get}, {{variable, ""}}), host_answers({get}));
+}
+
+TEST_P(DIRECTORIES, AreAbsoluteWithoutTrailingSeparator) {
+    const auto [variable, set, get] = GetParam();
+    const SCRATCH scratch;
+    const std::string expected = line(scratch.directory() / "a b");
+    for (const char* spelling : {"a b", "a b/", "./a b//", "a b/"}) {
+        const std::string full = (scratch.directory() / spelling).string();
+        EXPECT_EQ(host_answers({get}, {{variable, full}}), expected) << spelling;
+        EXPECT_EQ(host_answers({set, full, get}), expected) << spelling;
+    }
+    const std::string relative = line(fs::current_path() / "below");
+    EXPECT_EQ(host_answers({get}, {{variable, "below/"}}), relative);
+    EXPECT_EQ(host_answers({set, "below", get}), relative);
+}
+
+TEST_P(DIRECTORIES, KeepNonAsciiNames) {
+    const auto [variable, set, get] = GetParam();
+    const std::string name = "Ger\xC3\xA4te \xE6\x97\xA5";
+    EXPECT_EQ(host_answers({set, name, get}), line(fs::current_path() / name));
+    EXPECT_EQ(host_answers({get}, {{variable, name}}), line(fs::current_path() / name));
+}
+
+INSTANTIATE_TEST_SUITE_P(gen, DIRECTORIES,
+                         testing::Values(DIRECTORY{"TESSARY_INSTALL_DIR", "set-install", "install"},
+                                         DIRECTORY{"TESSARY_DEVICE_DB_DIR", "set-device-db", "device-db"},
+                                         DIRECTORY{"TESSARY_MODULE_DIR", "set-module", "module"}),
+                         [](const auto& test) {
+                             std::string name = test.param.get;
+                             std::erase(name, '-');
+                             return name;
+                         });
+
+TEST(gen_path, DeviceDatabasesAreBelowTheInstallation) {
+    const SCRATCH scratch;
+    const std::string install = scratch.directory().string();
+    const std::string expected = install + "/share/tessary/devices\n";
+    EXPECT_EQ(host_answers({"device-db"}, {{"TESSARY_INSTALL_DIR", install}}), expected);
+    EXPECT_EQ(host_answers({"set-install", install, "device-db"}), expected);
+}
+
+TEST(gen_path, BuildTreeIsLaidOutAsAnInstallation) {
+    EXPECT_EQ(host_answers({"install"}), std::string(TEST_BUILD_DIR) + "\n");
+    EXPECT_EQ(host_answers({"device-db"}), std::string(TEST_DEVICES_DIR) + "\n");
+    EXPECT_EQ(host_answers({"module"}), line(fs::path(TEST_HOST_LIBRARY).parent_path()));
+}
+
+namespace {
+
+/// A copy of the host library and of the probe: "bin" and "lib" below the root of an installation.
+std::string installed_probe(const fs::path& root) {
+    fs::create_directories(root / "bin");
+    fs::create_directories(root / "lib");
+    fs::copy_file(TEST_HOST_LIBRARY, root / "lib" / TEST_HOST_LIBRARY_SONAME);
+    fs::copy_file(TEST_HOST_PROBE, root / "bin" / "probe");
+    return (root / "bin" / "probe").string();
+}
+
+}  // namespace
+
+TEST(gen_path, InstallationMovesWithItsFiles) {
+    const SCRATCH scratch;
+    const fs::path root = scratch.directory() / "a moved \xC3\xBC installation";
+    const std::string probe = installed_probe(root);
+    fs::create_directories(root / "share" / "tessary");
+    EXPECT_EQ(host_answers({"install", "device-db", "module"}, {}, probe),
+              line(root) + line(root / "share/tessary/devices") + line(root / "lib"));
+}
+
+TEST(gen_path, NearestDirectoryWithTheDataWins) {
+    const SCRATCH scratch;
+    const fs::path root = scratch.directory() / "outer" / "inner";
+    const std::string probe = installed_probe(root);
+    fs::create_directories(scratch.directory() / "outer" / "share" / "tessary");
+    EXPECT_EQ(host_answers({"install"}, {}, probe), line(scratch.directory() / "outer"));
+    fs::create_directories(root / "share" / "tessary");
+    EXPECT_EQ(host_answers({"install"}, {}, probe), line(root));
+    fs::create_directories(root / "lib" / "share" / "tessary");
+    EXPECT_EQ(host_answers({"install"}, {}, probe), line(root / "lib"));
+}
+
+TEST(gen_path, WithoutDataTheInstallationIsAboveTheLibrary) {
+    const SCRATCH scratch;
+    const fs::path root = scratch.directory() / "somewhere";
+    const std::string probe = installed_probe(root);
+    scratch.write("somewhere/share/tessary", "a file, not a directory");
+    EXPECT_EQ(host_answers({"install", "module"}, {}, probe), line(root) + line(root / "lib"));
+}

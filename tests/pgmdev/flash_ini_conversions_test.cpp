@@ -1,0 +1,371 @@
+#include <gtest/gtest.h>
+
+#include <array>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "pgmdev_flash_ini.h"
+#include "support/reports.h"
+
+// Texts to numbers and back.
+
+namespace {
+
+constexpr QWORD MOST = 0xFFFFFFFFFFFFFFFF;
+
+/// The number that a text spells, written plainly: digit by digit, with an explicit test before each step.
+std::optional<QWORD> reference_number(const std::string& text) {
+    const bool hex = text.substr(0, 2) == "0x";
+    const QWORD base = hex ? 16 : 10;
+    QWORD number = 0;
+    for (std::size_t i = hex ? 2 : 0; i < text.size(); ++i) {
+        const std::string digits = "0123456789ABCDEFabcdef";
+        std::size_t digit = digits.find(text[i]);
+        if (digit == std::string::npos || (!hex && digit >= 10)) {
+            return std::nullopt;
+        }
+        digit = digit >= 16 ? digit - 6 : digit;
+        if (number > (MOST - digit) / base) {
+            return std::nullopt;
+        }
+        number = number * base + digit;
+    }
+    return number;
+}
+
+const std::vector<std::string> TEXTS{
+    "",
+    "0",
+    "1",
+    "2",
+    "7",
+    "9",
+    "10",
+    "16",
+    "127",
+    "128",
+    "200",
+    "254",
+    "255",
+    "256",
+    "257",
+    "32768",
+    "65534",
+    "65535",
+    "65536",
+    "4294967294",
+    "4294967295",
+    "4294967296",
+    "9223372036854775808",
+    "18446744073709551614",
+    "18446744073709551615",
+    "18446744073709551616",
+    "18446744073709551620",
+    "99999999999999999999",
+    "00000000000000000000000000000000000017",
+    "0x",
+    "0x0",
+    "0x1",
+    "0xF",
+    "0xf",
+    "0xFf",
+    "0x100",
+    "0xFFFF",
+    "0x10000",
+    "0xDeadBeef",
+    "0xFFFFFFFF",
+    "0x100000000",
+    "0xFFFFFFFFFFFFFFFF",
+    "0x10000000000000000",
+    "0x00000000000000000000001",
+    "-1",
+    "-2",
+    "-",
+    "+1",
+    " 1",
+    "1 ",
+    "1 2",
+    "1x",
+    "x1",
+    "0X1",
+    "0x1G",
+    "0xG",
+    "0x 1",
+    "00x1",
+    "0x0x1",
+    "1A",
+    "A",
+    "a",
+    "F",
+    "1.0",
+    "1e3",
+    "12\n",
+    "1\xC2\xB2",
+    std::string("1\0", 2),
+    std::string("\0", 1),
+    "/",
+    ":",
+    "0x@",
+    "0x`",
+    "0xg",
+    "12",
+    "0x12",
+    "not a number",
+};
+
+TEST(FlashIniConversions, TextToNumber) {
+    for (const std::string& text : TEXTS) {
+        const std::optional<QWORD> expected = reference_number(text);
+        bool valid = !expected.has_value();
+        EXPECT_EQ(PGMDEV_FLASH_INI::convert_string_to_qword(text, false, &valid), expected.value_or(0)) << text;
+        EXPECT_EQ(valid, expected.has_value()) << text;
+        if (expected) {
+            EXPECT_EQ(PGMDEV_FLASH_INI::convert_string_to_qword(text, false, nullptr), *expected);
+        } else {
+            EXPECT_REPORT(PGMDEV_FLASH_INI::convert_string_to_qword(text, false, nullptr),
+                          "Invalid string to integer conversion");
+        }
+        if (!text.empty()) {
+            EXPECT_EQ(PGMDEV_FLASH_INI::convert_string_to_qword(text, true, &valid), expected.value_or(0));
+        }
+    }
+}
+
+TEST(FlashIniConversions, EmptyTextThatMustNotBe) {
+    bool valid = false;
+    const std::string condition = "!no_empty || !string.empty()";
+    EXPECT_REPORT(PGMDEV_FLASH_INI::convert_string_to_qword("", true, &valid), condition);
+    EXPECT_REPORT(PGMDEV_FLASH_INI::convert_string_to_qword("", true, nullptr), condition);
+    EXPECT_EQ(PGMDEV_FLASH_INI::convert_string_to_qword("0x", true, &valid), 0U);  // is not empty
+    EXPECT_TRUE(valid);
+}
+
+/// What a user's editor asks for. The members are the arguments of the checked conversion.
+struct REQUEST {
+    PGMDEV_PARAM_TYPE type = PGMDEV_PARAM_DWORD;
+    std::string text;
+    bool hex = false;
+    bool power_of_two = false;
+    std::vector<DWORD> ranges = {};  ///< with its count; empty: not given
+    std::vector<DWORD> hits = {};    ///< with its count; empty: not given
+    bool exponent = false;
+    DWORD multiple = 1;
+};
+
+struct ANSWER {
+    bool good = false;
+    QWORD value = 0;
+    std::string error;
+
+    bool operator==(const ANSWER&) const = default;
+};
+
+ANSWER convert(const REQUEST& request) {
+    ANSWER answer{false, 4711, "from before"};
+    answer.good = PGMDEV_FLASH_INI::convert_string_to_qword(
+        request.type, answer.value, request.hex, request.text, request.power_of_two,
+        request.ranges.empty() ? nullptr : request.ranges.data(), request.hits.empty() ? nullptr : request.hits.data(),
+        request.exponent, request.multiple, answer.error);
+    return answer;
+}
+
+ANSWER good(QWORD value) {
+    return {true, value, ""};
+}
+
+/// The error text; "" for success.
+std::string error_of(const REQUEST& request) {
+    const ANSWER answer = convert(request);
+    EXPECT_EQ(answer.good, answer.error.empty());
+    return answer.error;
+}
+
+/// The steps of the checked conversion, each written on its own.
+ANSWER reference_answer(const REQUEST& r) {
+    if (r.type == PGMDEV_PARAM_STRING || r.type == PGMDEV_PARAM_BOOL) {
+        return good(0);
+    }
+    const unsigned bits = r.type == PGMDEV_PARAM_BYTE    ? 8
+                          : r.type == PGMDEV_PARAM_WORD  ? 16
+                          : r.type == PGMDEV_PARAM_DWORD ? 32
+                                                         : 64;
+    const QWORD maximum = bits == 64 ? MOST : (QWORD{1} << bits) - 1;
+    QWORD value = maximum;
+    if (r.text != "-1") {
+        const auto number = reference_number(r.hex && r.text.substr(0, 2) != "0x" ? "0x" + r.text : r.text);
+        if (!number) {
+            return {false, 0, "Invalid QWORD conversion"};
+        }
+        value = *number;
+        if (value > maximum) {
+            return {false, value, "Conversion overflow compare to type"};
+        }
+    }
+    if (r.power_of_two) {
+        unsigned set = 0;
+        for (unsigned bit = 0; bit < bits; ++bit) {
+            set += (value >> bit & 1) != 0 ? 1U : 0U;
+        }
+        if (set != 1) {
+            return {false, value, "Input must be power of 2"};
+        }
+    }
+    if (!r.ranges.empty()) {
+        bool inside = false;
+        for (std::size_t i = 1; i < r.ranges.size(); i += 2) {
+            const QWORD low = value & 0xFFFFFFFF;
+            inside = inside || (low >= (r.ranges[i] & maximum) && low <= (r.ranges[i + 1] & maximum));
+        }
+        if (!inside) {
+            return {false, value, "Input is out of range"};
+        }
+    }
+    for (std::size_t i = 1; i < r.hits.size(); i += 2) {
+        if ((value & r.hits[i] & maximum) == (r.hits[i + 1] & maximum)) {
+            return {false, value, "Input is invalid (hit)"};
+        }
+    }
+    if (r.exponent && value != maximum) {
+        return good(QWORD{1} << (value % 64));
+    }
+    value *= r.multiple;
+    if (value > maximum) {
+        return {false, value, "Calculation overflow compare to type"};
+    }
+    return good(value);
+}
+
+TEST(FlashIniConversions, CheckedAgainstTheReference) {
+    const std::vector<std::vector<DWORD>> ranges{{}, {0}, {1, 0, 255}, {2, 0, 0, 0x100, 0x1FFFF}, {1, 9, 0xFFFFFFFF}};
+    const std::vector<std::vector<DWORD>> hits{{}, {0}, {1, 0xFF, 0}, {2, 0xFFFFFFFF, 7, 1, 1}};
+    unsigned successes = 0;
+    for (const auto type : {PGMDEV_PARAM_STRING, PGMDEV_PARAM_BOOL, PGMDEV_PARAM_BYTE, PGMDEV_PARAM_WORD,
+                            PGMDEV_PARAM_DWORD, PGMDEV_PARAM_QWORD}) {
+        for (const std::string& text : TEXTS) {
+            for (const auto& range : ranges) {
+                for (const auto& hit : hits) {
+                    for (int flags = 0; flags < 8; ++flags) {
+                        for (const DWORD multiple : {DWORD{1}, DWORD{2}, DWORD{0xFFFFFFFF}}) {
+                            const REQUEST request{type,  text, (flags & 1) != 0, (flags & 2) != 0,
+                                                  range, hit,  (flags & 4) != 0, multiple};
+                            const ANSWER answer = convert(request);
+                            const ANSWER expected = reference_answer(request);
+                            ASSERT_EQ(answer.error, expected.error) << text << " as type " << type;
+                            ASSERT_EQ(answer.good, expected.good) << text << " as type " << type;
+                            if (expected.good) {
+                                ASSERT_EQ(answer.value, expected.value) << text << " as type " << type;
+                                ++successes;
+                            }
+                        }
+                    }
+                }
+            }
+        }
+    }
+    EXPECT_GT(successes, 10000U);
+}
+
+TEST(FlashIniConversions, LargestValueOfAType) {
+    EXPECT_EQ(convert({PGMDEV_PARAM_BYTE, "-1"}), good(0xFF));
+    EXPECT_EQ(convert({PGMDEV_PARAM_WORD, "-1"}), good(0xFFFF));
+    EXPECT_EQ(convert({PGMDEV_PARAM_DWORD, "-1"}), good(0xFFFFFFFF));
+    EXPECT_EQ(convert({PGMDEV_PARAM_QWORD, "-1"}), good(MOST));
+    EXPECT_EQ(error_of({.type = PGMDEV_PARAM_WORD, .text = "-1", .multiple = 2}),
+              "Calculation overflow compare to type");
+    EXPECT_EQ(convert({.type = PGMDEV_PARAM_BYTE, .text = "-1", .exponent = true}), good(0xFF));
+    EXPECT_EQ(error_of({.type = PGMDEV_PARAM_BYTE, .text = "-1", .power_of_two = true}), "Input must be power of 2");
+}
+
+TEST(FlashIniConversions, OverflowOfTheType) {
+    EXPECT_EQ(convert({PGMDEV_PARAM_BYTE, "255"}), good(255));
+    EXPECT_EQ(error_of({PGMDEV_PARAM_BYTE, "256"}), "Conversion overflow compare to type");
+    EXPECT_EQ(error_of({PGMDEV_PARAM_WORD, "0x10000"}), "Conversion overflow compare to type");
+    EXPECT_EQ(error_of({PGMDEV_PARAM_DWORD, "4294967296"}), "Conversion overflow compare to type");
+    EXPECT_EQ(convert({PGMDEV_PARAM_QWORD, "18446744073709551615"}), good(MOST));
+    EXPECT_EQ(error_of({PGMDEV_PARAM_QWORD, "18446744073709551616"}), "Invalid QWORD conversion");
+}
+
+TEST(FlashIniConversions, Hexadecimal) {
+    EXPECT_EQ(convert({.text = "12", .hex = true}), good(0x12));
+    EXPECT_EQ(convert({.text = "0x12", .hex = true}), good(0x12));
+    EXPECT_EQ(convert({.text = "0x12"}), good(0x12));
+    EXPECT_EQ(convert({.text = "", .hex = true}), good(0));
+    EXPECT_EQ(error_of({.text = "0X12", .hex = true}), "Invalid QWORD conversion");
+    EXPECT_EQ(error_of({.text = "0x1G"}), "Invalid QWORD conversion");
+}
+
+TEST(FlashIniConversions, RangesLookAtTheLowHalf) {
+    EXPECT_EQ(convert({.type = PGMDEV_PARAM_QWORD, .text = "0x500000007", .ranges = {1, 7, 7}}), good(0x500000007));
+    EXPECT_EQ(error_of({.type = PGMDEV_PARAM_QWORD, .text = "0x700000000", .ranges = {1, 7, 7}}),
+              "Input is out of range");
+    EXPECT_EQ(error_of({.text = "7", .ranges = {0}}), "Input is out of range");
+    // The bounds are cut to the type: 0x107 is 7 for a byte.
+    EXPECT_EQ(convert({.type = PGMDEV_PARAM_BYTE, .text = "7", .ranges = {1, 0x107, 0x107}}), good(7));
+}
+
+TEST(FlashIniConversions, InvalidHits) {
+    EXPECT_EQ(error_of({.text = "0x13", .hits = {2, 0xFF, 0x14, 0x0F, 0x03}}), "Input is invalid (hit)");
+    EXPECT_EQ(convert({.text = "0x13", .hits = {1, 0xFF, 0x14}}), good(0x13));
+    // A mask has 32 bits: the high half of a QWORD never counts.
+    EXPECT_EQ(error_of({.type = PGMDEV_PARAM_QWORD, .text = "0x500000001", .hits = {1, 0xFFFFFFFF, 1}}),
+              "Input is invalid (hit)");
+}
+
+TEST(FlashIniConversions, Exponent) {
+    EXPECT_EQ(convert({.text = "4", .exponent = true, .multiple = 0}), good(16));
+    EXPECT_EQ(convert({.text = "64", .exponent = true}), good(1));
+    EXPECT_EQ(convert({.text = "95", .exponent = true}), good(0x80000000));
+    EXPECT_EQ(convert({.type = PGMDEV_PARAM_BYTE, .text = "8", .exponent = true}), good(256));  // not held to the type
+}
+
+TEST(FlashIniConversions, Multiple) {
+    EXPECT_EQ(convert({.text = "12", .multiple = 1000}), good(12000));
+    EXPECT_EQ(error_of({.text = "0x10000", .multiple = 0x10000}), "Calculation overflow compare to type");
+    // Multiplication wraps at 64 bits.
+    EXPECT_EQ(convert({.type = PGMDEV_PARAM_QWORD, .text = "0x8000000000000001", .multiple = 2}), good(2));
+    EXPECT_REPORT(convert({.text = "1", .multiple = 0}), "multiple != 0");
+    EXPECT_REPORT(convert({.text = "-1", .exponent = true, .multiple = 0}), "multiple != 0");
+}
+
+TEST(FlashIniConversions, StringsAndBoolsAreNotChecked) {
+    for (const auto type : {PGMDEV_PARAM_STRING, PGMDEV_PARAM_BOOL}) {
+        EXPECT_EQ(convert({.type = type, .text = "anything", .power_of_two = true, .ranges = {0}, .multiple = 0}),
+                  good(0));
+    }
+}
+
+TEST(FlashIniConversions, UnknownTypesAreReported) {
+    for (const DWORD type : {DWORD{0}, DWORD{7}, DWORD{0xFFFFFFFF}}) {
+        EXPECT_REPORT(convert({static_cast<PGMDEV_PARAM_TYPE>(type), "1"}), "Unsupport param type");
+    }
+}
+
+TEST(FlashIniConversions, NumberToText) {
+    EXPECT_EQ(PGMDEV_FLASH_INI::convert_qword_to_string(0), "0");
+    EXPECT_EQ(PGMDEV_FLASH_INI::convert_qword_to_string(1234567890123456789), "1234567890123456789");
+    EXPECT_EQ(PGMDEV_FLASH_INI::convert_qword_to_string(MOST), "18446744073709551615");
+}
+
+TEST(FlashIniConversions, NumberToHexadecimalText) {
+    EXPECT_EQ(PGMDEV_FLASH_INI::convert_dword_to_hex_string(0x123, 2, true), "0x23");
+    EXPECT_EQ(PGMDEV_FLASH_INI::convert_qword_to_hex_string(0x123, 2, true), "0x23");
+    const std::string digits = "FEDCBA9876543210";
+    for (DWORD count = 1; count <= 16; ++count) {
+        const std::string last = digits.substr(16 - count);
+        EXPECT_EQ(PGMDEV_FLASH_INI::convert_qword_to_hex_string(0xFEDCBA9876543210, count, false), last);
+        EXPECT_EQ(PGMDEV_FLASH_INI::convert_qword_to_hex_string(0xFEDCBA9876543210, count, true), "0x" + last);
+        if (count <= 8) {
+            EXPECT_EQ(PGMDEV_FLASH_INI::convert_dword_to_hex_string(0x76543210, count, false), last);
+        }
+    }
+    EXPECT_EQ(PGMDEV_FLASH_INI::convert_dword_to_hex_string(10, 8, false), "0000000A");
+    for (const DWORD count : {DWORD{0}, DWORD{17}, DWORD{0xFFFFFFFF}}) {
+        EXPECT_REPORT(PGMDEV_FLASH_INI::convert_qword_to_hex_string(1, count, true), "count != 0 && count <= 16");
+    }
+    for (const DWORD count : {DWORD{0}, DWORD{9}, DWORD{0xFFFFFFFF}}) {
+        EXPECT_REPORT(PGMDEV_FLASH_INI::convert_dword_to_hex_string(1, count, false), "count != 0 && count <= 8");
+    }
+}
+
+}  // namespace

@@ -1,0 +1,49 @@
+#include <filesystem>
+
+#include "command_fixture.h"
+#include "flash_source.h"
+
+// What only exists on systems with links, permissions and a device that is always full.
+
+namespace {
+
+namespace fs = std::filesystem;
+
+/// Runs the command by a line of the shell.
+PROCESS_RESULT run_shell(const std::string& line) {
+    return run_process({{"/bin/sh", "-c", "exec \"" TEST_COMMAND "\" " + line}, "", {}, {}});
+}
+
+}  // namespace
+
+TEST(command_posix, OutputThatCannotBeWrittenIsAnError) {
+    for (const char* arguments : {"flash list", "--json flash list", "flash show W25Q64JV", "flash identify EF7017"}) {
+        const PROCESS_RESULT result = run_shell(std::string(arguments) + " >/dev/full");
+        EXPECT_EQ(result.exit_code, INTERNAL_ERROR) << arguments;
+        EXPECT_NE(result.errors, "") << arguments;
+    }
+}
+
+TEST(command_posix, CompileFollowsALink) {
+    const SCRATCH scratch;
+    const std::string csv = scratch.write("table.csv", FLASH_SOURCE().row().text());
+    scratch.write("real.pcf", "old");
+    fs::create_symlink("real.pcf", scratch.path("link.pcf"));
+    ASSERT_EQ(run_command({"flash", "compile", csv, scratch.path("link.pcf")}).exit_code, DONE);
+    EXPECT_TRUE(fs::is_symlink(scratch.path("link.pcf")));
+    EXPECT_EQ(read_file(scratch.path("real.pcf")).substr(0, 8), flash_reference::MAGIC);
+    EXPECT_EQ(scratch.file_count(), 3U);
+}
+
+TEST(command_posix, CompileIntoADevice) {
+    const SCRATCH scratch;
+    const std::string csv = scratch.write("table.csv", FLASH_SOURCE().row().text());
+    expect_failure(run_command({"flash", "compile", csv, "/dev/null"}), INTERNAL_ERROR, {});
+    EXPECT_TRUE(fs::is_character_file("/dev/null"));
+}
+
+TEST(command_posix, CheckReadsThroughADescriptor) {
+    const SCRATCH scratch;
+    const std::string csv = scratch.write("table.csv", FLASH_SOURCE().row().text());
+    EXPECT_EQ(run_shell("flash check /dev/stdin < '" + csv + "'").exit_code, DONE);
+}

@@ -1,0 +1,163 @@
+#include <algorithm>
+#include <filesystem>
+
+#include "command_fixture.h"
+
+// The command line itself: help, exit codes, what goes where.
+
+namespace {
+
+/// The subcommands that a help text lists.
+std::vector<std::string> subcommands(const std::string& help) {
+    std::vector<std::string> names;
+    bool listing = false;
+    for (const std::string& line : lines_of(help)) {
+        if (line == "Subcommands:") {
+            listing = true;
+        } else if (line.empty()) {
+            listing = false;
+        } else if (listing && line.starts_with("  ") && line[2] != ' ') {
+            names.push_back(line.substr(2, line.find(' ', 2) - 2));
+        }
+    }
+    return names;
+}
+
+std::vector<std::string> examples(const std::string& help) {
+    const std::string mark = "Example: pgmdev ";
+    std::vector<std::string> found;
+    for (const std::string& line : lines_of(help)) {
+        if (line.starts_with(mark)) {
+            found.push_back(line.substr(mark.size()));
+        }
+    }
+    return found;
+}
+
+/// Splits a command line as a shell does, as far as the examples need it.
+std::vector<std::string> arguments_of(const std::string& line) {
+    std::vector<std::string> arguments;
+    bool quoted = false;
+    bool open = false;
+    for (const char c : line) {
+        if (c == '"') {
+            quoted = !quoted;
+        } else if (c == ' ' && !quoted) {
+            open = false;
+        } else {
+            if (!open) {
+                arguments.emplace_back();
+                open = true;
+            }
+            arguments.back() += c;
+        }
+    }
+    return arguments;
+}
+
+std::string help_of(std::vector<std::string> path) {
+    path.emplace_back("--help");
+    const PROCESS_RESULT result = run_command(path);
+    EXPECT_EQ(result.exit_code, DONE);
+    EXPECT_EQ(result.errors, "");
+    return result.output;
+}
+
+}  // namespace
+
+TEST(usage, EveryNounAndVerbHasHelpWithAnExample) {
+    const std::string top = help_of({});
+    EXPECT_EQ(examples(top).size(), 1U);
+    const std::vector<std::string> nouns = subcommands(top);
+    EXPECT_NE(std::find(nouns.begin(), nouns.end(), "flash"), nouns.end());
+    for (const std::string& noun : nouns) {
+        const std::string help = help_of({noun});
+        EXPECT_GE(examples(help).size(), 1U) << noun;
+        const std::vector<std::string> verbs = subcommands(help);
+        EXPECT_FALSE(verbs.empty()) << noun;
+        for (const std::string& verb : verbs) {
+            const std::vector<std::string> found = examples(help_of({noun, verb}));
+            EXPECT_GE(found.size(), 1U) << noun << " " << verb;
+            for (const std::string& example : found) {
+                EXPECT_TRUE(contains(" " + example + " ", " " + noun + " " + verb + " ")) << example;
+            }
+        }
+    }
+}
+
+TEST(usage, HelpTellsTheExitCodes) {
+    const std::string help = help_of({});
+    for (const char* part : {"0 done", "1 not found", "2 wrong usage", "3 an internal error"}) {
+        EXPECT_TRUE(contains(help, part)) << part;
+    }
+    for (const char* option : {"--json", "--db-dir", "--install-dir", "--module-dir", "--set"}) {
+        EXPECT_TRUE(contains(help, option)) << option;
+    }
+}
+
+TEST(usage, FlashHasItsVerbs) {
+    const std::vector<std::string> verbs = subcommands(help_of({"flash"}));
+    for (const char* verb : {"list", "show", "identify", "check", "compile", "dump"}) {
+        EXPECT_NE(std::find(verbs.begin(), verbs.end(), verb), verbs.end()) << verb;
+    }
+}
+
+TEST(usage, ExamplesOfFlashRun) {
+    const SCRATCH scratch;
+    std::filesystem::create_directories(scratch.directory() / "data");
+    std::filesystem::copy(std::filesystem::path(TEST_DATA_DIR) / "flash", scratch.directory() / "data" / "flash");
+    for (const char* verb :
+         {"list", "show", "identify", "check", "compile", "dump"}) {  // dump reads what compile wrote
+        for (const std::string& example : examples(help_of({"flash", verb}))) {
+            PROCESS process{arguments_of(example), "", {}, scratch.directory()};
+            process.command.insert(process.command.begin(), TEST_COMMAND);
+            const PROCESS_RESULT result = run_process(process);
+            EXPECT_EQ(result.exit_code, DONE) << example << ": " << result.errors;
+            EXPECT_NE(result.output, "") << example;
+        }
+    }
+}
+
+TEST(usage, WrongUsage) {
+    const std::vector<std::vector<std::string>> wrong{
+        {},
+        {"flash"},
+        {"nonsense"},
+        {"flash", "nonsense"},
+        {"list"},
+        {"--nonsense"},
+        {"--nonsense", "flash", "list"},
+        {"flash", "list", "too-much"},
+        {"flash", "list", "--nonsense"},
+        {"flash", "show"},
+        {"flash", "show", "ONE", "TWO"},
+        {"flash", "identify"},
+        {"flash", "identify", "--silicon"},
+        {"flash", "check"},
+        {"flash", "check", "a", "b"},
+        {"flash", "compile"},
+        {"flash", "compile", "only.csv"},
+        {"flash", "compile", "a", "b", "c"},
+        {"flash", "dump"},
+        {"flash", "dump", "--csv"},
+        {"flash", "dump", "a", "b"},
+        {"--db-dir"},
+        {"--set", "flash"},
+        {"--set", "KEY", "flash", "list"},
+        {"--set", "=value", "flash", "list"},
+        {"--set", "", "flash", "list"},
+    };
+    for (const auto& arguments : wrong) {
+        SCOPED_TRACE(testing::PrintToString(arguments));
+        expect_failure(run_command(arguments), WRONG_USAGE, {});
+    }
+}
+
+TEST(usage, SetMayBeGivenManyTimes) {
+    const FLASH_DATABASE database({flash_reference::sample()});
+    const PROCESS_RESULT result = database.run({"--set", "A=1", "--set", "B=", "--set", "C=x=y", "--set",
+                                                "TESSARY_DEBUG_LEVEL=2", "flash", "identify", "20BA18"});
+    EXPECT_EQ(result.exit_code, DONE) << result.errors;
+    EXPECT_TRUE(contains(result.errors, "Found Device 1 device id at index 0")) << result.errors;
+    EXPECT_TRUE(contains(result.output, "SAMPLE"));
+}

@@ -10,7 +10,7 @@
 #include "pgmdev_part_list.h"
 #include "stl.h"
 
-// The checks that look at rows as rows. The format is right when they run.
+// The checks that look at rows as rows. The format of the rows is right when they run.
 
 namespace {
 
@@ -168,6 +168,10 @@ void check_dev_info_rows(const std::vector<SOURCE_LINE>& lines, const std::vecto
         check_sizes(lines[i], sink);
         check_values(lines[i], records[i], sink);
     }
+}
+
+void check_dev_info_rows_together(const std::vector<SOURCE_LINE>& lines, const std::vector<RECORD>& records,
+                                  const FAULT_SINK& sink) {
     check_keys(lines, sink);
     check_families(lines, records, sink);
     check_programmer_files(lines, sink);

@@ -34,7 +34,12 @@ void check_dev_info_cells(const SOURCE_LINE& line, const FAULT_SINK& sink);
 /// How faults call a row: its key.
 std::string dev_info_row_name(const SOURCE_LINE& line);
 
-/// Looks at the rows as rows: keys that stand twice or reach nothing, families without a row, values that contradict
-/// each other or do not fit. `records` are what `lines`, the data rows, are compiled to.
+/// Looks at each row as a row: values that contradict each other or do not fit. `records` are what `lines`, sound data
+/// rows, are compiled to.
 void check_dev_info_rows(const std::vector<SOURCE_LINE>& lines, const std::vector<PGMDEV_DEVICE_INFO>& records,
                          const FAULT_SINK& sink);
+
+/// Looks at all rows together: keys that stand twice or reach nothing, families without a row. A missing row would
+/// mislead it.
+void check_dev_info_rows_together(const std::vector<SOURCE_LINE>& lines, const std::vector<PGMDEV_DEVICE_INFO>& records,
+                                  const FAULT_SINK& sink);

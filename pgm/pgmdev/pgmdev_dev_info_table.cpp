@@ -38,17 +38,24 @@ PGMDEV_DEV_INFO_TABLE PGMDEV_DEV_INFO_TABLE::from_source(const FIO_PATH& csv_fil
     }
     lines.erase(lines.begin(),
                 lines.begin() + static_cast<std::ptrdiff_t>(std::min(lines.size(), DEV_INFO_HEADER_LINES)));
-    for (const SOURCE_LINE& line : lines) {
+    std::vector<SOURCE_LINE> sound;
+    for (SOURCE_LINE& line : lines) {
+        const std::size_t before = table.m_faults.size();
         if (line.cells.size() == PGMDEV_DEVICE_INFO_MEMBERS.size()) {
             check_dev_info_cells(line, collect);
+            if (table.m_faults.size() == before) {
+                table.m_records.push_back(dev_info_record_of(line.cells));
+                sound.push_back(std::move(line));
+            }
         }
     }
-    if (table.m_faults.empty()) {
-        for (const SOURCE_LINE& line : lines) {
-            table.m_records.push_back(dev_info_record_of(line.cells));
-        }
+    const bool well_formed = table.m_faults.empty();
+    check_dev_info_rows(sound, table.m_records, collect);
+    if (well_formed) {
+        check_dev_info_rows_together(sound, table.m_records, collect);
         table.m_payload_size = static_cast<DWORD>(size) + LOADER().get_table_size();
-        check_dev_info_rows(lines, table.m_records, collect);
+    } else {
+        table.m_records.clear();
     }
     sort_faults(table.m_faults);
     return table;

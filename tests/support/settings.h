@@ -37,3 +37,12 @@ public:
     MODULE_DIRECTORY(const MODULE_DIRECTORY&) = delete;
     MODULE_DIRECTORY& operator=(const MODULE_DIRECTORY&) = delete;
 };
+
+/// The installation directory.
+class INSTALL_DIRECTORY {
+public:
+    explicit INSTALL_DIRECTORY(const std::string& path) { gen_set_tessary_path(path); }
+    ~INSTALL_DIRECTORY() { gen_set_tessary_path(""); }
+    INSTALL_DIRECTORY(const INSTALL_DIRECTORY&) = delete;
+    INSTALL_DIRECTORY& operator=(const INSTALL_DIRECTORY&) = delete;
+};

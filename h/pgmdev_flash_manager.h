@@ -6,11 +6,10 @@
 /// Conventions of this class:
 /// - A device position is the place of a device in the caller's scan chain, counted from 0.
 /// - A violated precondition or a damaged file is reported as an internal error (msg.h) with the module "PGMDEV" and
-/// the
-///   source file "pgm/pgmdev/pgmdev_flash_manager"; the operation ends there, by exception, and leaks nothing.
+///   the source file "pgm/pgmdev/pgmdev_flash_manager"; the operation ends there, by exception, and leaks nothing.
 ///   Not found is a result, never an error.
 /// - A manager is used by one thread at a time. Different managers are independent, except that copies share their
-/// arrays.
+///   arrays.
 
 #include <array>
 #include <memory>

@@ -6,11 +6,10 @@
 /// Conventions of this class:
 /// - A device position is the place of a device in the caller's scan chain, counted from 0.
 /// - A violated precondition or a damaged file is reported as an internal error (msg.h) with the module "PGMDEV" and
-/// the
-///   source file "pgm/pgmdev/pgmdev_flash_manager"; the operation ends there, by exception, and leaks nothing.
+///   the source file "pgm/pgmdev/pgmdev_flash_manager"; the operation ends there, by exception, and leaks nothing.
 ///   Not found is a result, never an error.
 /// - A manager is used by one thread at a time. Different managers are independent, except that copies share their
-/// arrays.
+///   arrays.
 
 #include <array>
 #include <memory>
@@ -107,6 +106,10 @@ public:
     /// the debug channel (level 1) and PGMDEV_FLASH_TABLE say where.
     void generate_flash_database(FIO_PATH csv_file, FIO_PATH pcf_file);
 
+    /// The console dialogue, on standard input and output, in which a user describes up to three flash devices and
+    /// receives them as one encoded text for the configuration value that pgmdev_user_flash.h names.
+    void gen_flash_ini();
+
 protected:
     // For integrators who derive from this class. Operations that take a bare pointer trust that the buffer behind it
     // holds what is read, or has room for what is written; `index` runs on from call to call. Loading and compiling
@@ -129,6 +132,17 @@ protected:
     void copy_ini_database();                                     ///< copies m_ini_flash_info into record 0
     void confirm_default_value(DWORD first);  ///< checks that each name among m_flash_count records has one default row
     bool enable_device(DWORD index);          ///< whether a record is enabled, by its `ini`
+
+    // The user's own flash. The messages that these operations write go to standard output.
+    std::string encode_ini(std::string text);        ///< packed into printable characters; "" and a message on failure
+    std::string decode_ini(std::string encoded);     ///< the way back; "" and a message on failure
+    std::string gen_ini_password(std::string text);  ///< the 16 letters that this build signs with
+    bool cmp_ini_password(std::string text, std::string password);  ///< whether this build signed that text
+    void parse_ext_flash_info();  ///< takes m_ini_flash_info from the configuration; cleared when that gives none
+    bool get_string_from_ini(std::string text, std::string* value, QWORD& position);  ///< the next '@'-delimited value
+    bool assign_ini(std::string* values);       ///< m_ini_flash_info from 33 values, up to the first that is refused
+    void print_ini_database();                  ///< lists m_ini_flash_info on the debug channel
+    bool prompt_flash_info(std::string& body);  ///< asks for one flash; `body` changes only on success
 
     // Compiling.
     DWORD check_flash_file(FIO_PATH csv_file, DWORD& device_count);  ///< checks the layout; the payload's size in bytes
@@ -178,6 +192,7 @@ protected:
 private:
     const PGMDEV_SFL_FLASH_INFO& mapped_record(DWORD device) const;
     void require_mapping(DWORD device) const;
+    bool accept_ext_flash_info();
     void parse_payload(const BYTE* payload, QWORD size);
     bool read_record(const BYTE* payload, QWORD size, DWORD& cursor, DWORD slot);
     void unload();

@@ -39,3 +39,9 @@ HOST_EXPORT std::string gen_remove_leading_and_trailing_white_spaces(const std::
 /// when given, receives whether there is nothing but digits and the number fits into 64 bits; otherwise the result is
 /// 0.
 HOST_EXPORT QWORD gen_local_strtoQWORD(const std::string& text, int base, bool* valid);
+
+/// The text with its ASCII letters in upper case; all other bytes stay as they are.
+HOST_EXPORT std::string gen_ascii_toupper(const std::string& text);
+
+/// The number in decimal.
+HOST_EXPORT std::string gen_itoa(int value);

@@ -20,6 +20,24 @@ public:
     static DWORD convert_string_to_dword(const std::string& text, bool no_empty, bool* ok, DWORD* value,
                                          bool allow_hex);
 
+    /// Runs bits of `data` through a 32-bit CRC register that is shifted towards its most significant bit, and returns
+    /// what the register holds then, neither reflected nor complemented.
+    ///
+    /// `first_bit` and `bit_count` choose the bits; `data` covers all of them. The bits of a byte are numbered and
+    /// taken from the most significant one on when `msb_first`, otherwise from the least significant one. `initial` is
+    /// the register's preset, `polynomial` its polynomial without the leading bit. With 0xFFFFFFFF and 0x04C11DB7,
+    /// `msb_first`, the complement of the result is the CRC-32/BZIP2.
+    static DWORD msb_calculate_crc32(const BYTE* data, QWORD first_bit, QWORD bit_count, DWORD initial,
+                                     DWORD polynomial, bool msb_first);
+
+    /// The digest of `length` bytes at `data`: SHA-256 for a `digest_size` of 32, the only size there is; another one
+    /// is reported with "digest_size == 32". The result is allocated with new BYTE[]; the caller frees it with
+    /// delete[].
+    static BYTE* get_block_sha(const void* data, QWORD length, DWORD digest_size);
+
+    /// Whether two texts are equal, byte by byte; with `ignore_case` as if ASCII letters had no case.
+    static bool compare_string(const std::string& left, const std::string& right, bool ignore_case);
+
     /// Sends a message to the people behind recipient codes; false when that failed.
     ///
     /// The reference host has no network. It writes the message as a file into an outbox, from which the site may send

@@ -22,3 +22,13 @@ std::string gen_remove_leading_and_trailing_white_spaces(const std::string& text
     }
     return text.substr(first, text.find_last_not_of(ASCII_WHITE_SPACE) - first + 1);
 }
+
+std::string gen_ascii_toupper(const std::string& text) {
+    std::string upper = text;
+    std::transform(upper.begin(), upper.end(), upper.begin(), ascii_upper);
+    return upper;
+}
+
+std::string gen_itoa(int value) {
+    return std::to_string(value);
+}

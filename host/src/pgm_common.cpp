@@ -2,6 +2,7 @@
 
 #include <charconv>
 
+#include "gen.h"
 #include "msg.h"
 
 namespace {
@@ -32,4 +33,8 @@ DWORD PGM_COMMON::convert_string_to_dword(const std::string& text, bool no_empty
                                    __LINE__);
     }
     return result;
+}
+
+bool PGM_COMMON::compare_string(const std::string& left, const std::string& right, bool ignore_case) {
+    return ignore_case ? gen_stricmp(left, right) == 0 : left == right;
 }

@@ -109,6 +109,7 @@ void PGMDEV_FLASH_MANAGER::parse_payload(const BYTE* payload, QWORD size) try {
     m_version = head.version;
     m_flash_count = head.record_count;
     m_type_count = head.member_count;
+    parse_ext_flash_info();
 
     const DWORD extra = m_ini_flash_info.device_name.empty() ? 0 : 1;
     const QWORD slots = std::min<QWORD>(head.record_count, flash_records_in(size)) + extra;

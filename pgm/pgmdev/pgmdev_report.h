@@ -3,6 +3,9 @@
 /// \file
 /// Reporting internal errors from within the library.
 
+/// The module that reports name.
+inline constexpr const char* PGMDEV_MODULE = "PGMDEV";
+
 /// A check that ends the operation: reports `condition` with the source file `source` and the line of the check, unless
 /// `holds`.
 #define PGMDEV_REQUIRE(holds, condition, source) ((holds) ? void() : pgmdev_report(condition, source, __LINE__))
@@ -13,3 +16,13 @@
 
 /// Reports through the host, absorbs the way in which the host ends operations, and goes on.
 void pgmdev_report_soft(const char* condition, const char* source, int line);
+
+/// The same for a `report` of another form, such as MSG_INTERNAL_ERROR::report_varg.
+template <class REPORT>
+void pgmdev_soften(REPORT report) {
+    try {
+        report();
+    } catch (...) {
+        // Whatever the host throws is its way of ending an operation; this one is not to end.
+    }
+}

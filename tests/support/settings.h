@@ -7,6 +7,7 @@
 
 #include "cfg.h"
 #include "gen.h"
+#include "ver.h"
 
 /// A configuration value.
 class SETTING {
@@ -45,4 +46,15 @@ public:
     ~INSTALL_DIRECTORY() { gen_set_tessary_path(""); }
     INSTALL_DIRECTORY(const INSTALL_DIRECTORY&) = delete;
     INSTALL_DIRECTORY& operator=(const INSTALL_DIRECTORY&) = delete;
+};
+
+/// The version of the tool.
+class TOOL_VERSION {
+public:
+    TOOL_VERSION(const std::string& version, DWORD service_pack, DWORD build) {
+        ver_set_version(version, service_pack | build << 8);
+    }
+    ~TOOL_VERSION() { ver_set_version("", 0); }
+    TOOL_VERSION(const TOOL_VERSION&) = delete;
+    TOOL_VERSION& operator=(const TOOL_VERSION&) = delete;
 };

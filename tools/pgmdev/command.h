@@ -27,8 +27,14 @@ class USAGE_ERROR : public std::runtime_error {
 void print_json(const JSON& document);
 /// One JSON document on one line, for batches.
 void print_json_line(const JSON& document);
+/// An answer in JSON: a line of a batch, or a document of its own.
+void print_json_answer(const JSON& answer, bool batch);
 
 void add_flash_commands(CLI::App& app, COMMAND& command);
 void add_hps_commands(CLI::App& app, COMMAND& command);
 void add_params_commands(CLI::App& app, COMMAND& command);
 void add_profile_commands(CLI::App& app, COMMAND& command);
+void add_name_commands(CLI::App& app, COMMAND& command);
+void add_part_commands(CLI::App& app, COMMAND& command);
+void add_opn_commands(CLI::App& app, COMMAND& command);
+void add_enum_commands(CLI::App& app, COMMAND& command);

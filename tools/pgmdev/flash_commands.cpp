@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <memory>
+#include <optional>
 #include <stdexcept>
 #include <string>
 #include <vector>
@@ -91,6 +92,8 @@ struct FLASH_OPTIONS {
     std::vector<std::string> responses;
     std::string csv_file;
     std::string pcf_file;
+    std::optional<std::string> user;  ///< an encoded description
+    std::string encoded;
     bool silicon = false;
     bool csv = false;
 };
@@ -127,8 +130,25 @@ void add_flash_commands(CLI::App& app, COMMAND& command) {
                      "What the flash behind each device position answered, in hexadecimal, missing bytes taken as 0; "
                      "- reads one response per line")
         ->required();
+    verb->add_option("--user", options->user, "Try this encoded description, as flash define prints it, as record 0");
     verb->footer("Example: pgmdev flash identify 20BA18 \"EF 70 17\"");
-    verb->callback([options, &command] { identify_flash(options->responses, options->silicon, command); });
+    verb->callback([options, &command] {
+        if (options->user) {
+            use_user_flash(*options->user);
+        }
+        identify_flash(options->responses, options->silicon, command);
+    });
+
+    verb = flash->add_subcommand("define", "Describe a flash of your own by answering questions");
+    verb->footer(
+        "What is printed behind \"INI : \" is the value for the configuration key PGM_USER_SFL_FLASH_INFO.\n"
+        "Example: pgmdev flash define < answers.txt");
+    verb->callback([&command] { define_flash(command); });
+
+    verb = flash->add_subcommand("decode", "What an encoded description holds, and why it would be refused");
+    verb->add_option("TEXT", options->encoded, "The encoded description; - reads one per line")->required();
+    verb->footer("Example: pgmdev flash decode \"$PGM_USER_SFL_FLASH_INFO\"");
+    verb->callback([options, &command] { decode_flash(options->encoded, command); });
 
     verb = flash->add_subcommand("check", "Find everything that is wrong with a source table");
     verb->add_option("CSV", options->csv_file, "Source table")->required();

@@ -22,3 +22,15 @@ void check_flash_table(const std::string& csv_file, COMMAND& command);
 
 /// Checks and compiles a source table, reads the result back, compares, and only then replaces the output.
 void compile_flash_table(const std::string& csv_file, const std::string& pcf_file, COMMAND& command);
+
+/// Holds the dialogue that describes a user's own flash, on standard input and output. In JSON the prompts go to
+/// standard error.
+void define_flash(COMMAND& command);
+
+/// Shows what an encoded description holds, and why it would be refused. "-" stands for one text per line of standard
+/// input.
+void decode_flash(const std::string& text, COMMAND& command);
+
+/// Makes the databases that are opened from now on take their record 0 from an encoded description. One that they would
+/// pass over throws USAGE_ERROR.
+void use_user_flash(const std::string& text);

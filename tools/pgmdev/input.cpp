@@ -61,3 +61,11 @@ void for_each_input_line(const std::function<void(const std::string&)>& use) {
         }
     }
 }
+
+void for_each_item(const std::string& argument, const std::function<void(const std::string&, bool)>& use) {
+    if (argument == "-") {
+        for_each_input_line([&use](const std::string& line) { use(line, true); });
+    } else {
+        use(argument, false);
+    }
+}

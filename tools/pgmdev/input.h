@@ -15,3 +15,7 @@ ID_RESPONSE parse_id_response(const std::string& text);
 
 /// Calls `use` for each line of standard input that holds more than white space, without the white space around it.
 void for_each_input_line(const std::function<void(const std::string&)>& use);
+
+/// Calls `use` for the argument, or for each line of standard input, as above, when the argument is "-". `batch` says
+/// which.
+void for_each_item(const std::string& argument, const std::function<void(const std::string& item, bool batch)>& use);

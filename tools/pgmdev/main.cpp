@@ -58,11 +58,16 @@ void print_json_line(const JSON& document) {
     fmt::print("{}\n", document.dump(-1, ' ', false, JSON::error_handler_t::replace));
 }
 
+void print_json_answer(const JSON& answer, bool batch) {
+    batch ? print_json_line(answer) : print_json(answer);
+}
+
 int main(int argc, char** argv) {
     COMMAND command;
     CLI::App app("The device data of Tessary: look it up, check it, compile it.", "pgmdev");
     app.footer(
-        "Exit codes: 0 done, 1 not found, 2 wrong usage, 3 an internal error was reported or a table was refused.\n"
+        "Exit codes: 0 done, 1 not found, 2 wrong usage, 3 an internal error was reported, or a table or description "
+        "was refused.\n"
         "Example: pgmdev flash identify 20BA18");
     app.require_subcommand(1);
     app.fallthrough();  // global options may stand behind the noun and the verb, too
@@ -71,6 +76,10 @@ int main(int argc, char** argv) {
     add_hps_commands(app, command);
     add_params_commands(app, command);
     add_profile_commands(app, command);
+    add_name_commands(app, command);
+    add_part_commands(app, command);
+    add_opn_commands(app, command);
+    add_enum_commands(app, command);
 
     bool reported = false;
     MSG_INTERNAL_ERROR::set_handler([&reported](const MSG_INTERNAL_ERROR_REPORT& report) {

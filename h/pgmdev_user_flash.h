@@ -1,0 +1,54 @@
+#pragma once
+
+/// \file
+/// A user's own serial flash, as one encoded text: made from a dialogue, and explained.
+///
+/// The text is the value of a configuration key. PGMDEV_FLASH_MANAGER makes the flash that it describes record 0, or
+/// silently goes on without it; this class says why.
+
+#include <iosfwd>
+#include <string>
+#include <vector>
+
+#include "pgmdev_export.h"
+#include "pgmdev_sfl_flash_info.h"
+
+class PGMDEV_EXPORT PGMDEV_USER_FLASH {
+public:
+    /// The configuration key that carries the encoded text. The switch of this name with "_DEBUG" behind it makes the
+    /// manager write what it finds in the text to standard output.
+    static constexpr const char* CONFIGURATION_KEY = "PGM_USER_SFL_FLASH_INFO";
+
+    /// Decodes a text and finds everything for which a manager would refuse it. Reports and prints nothing. Of a text
+    /// with several descriptions the first one counts, as it does for the manager.
+    static PGMDEV_USER_FLASH from_encoded(const std::string& encoded);
+
+    /// Holds the dialogue of PGMDEV_FLASH_MANAGER::gen_flash_ini on these streams. The encoded text; "" when the
+    /// dialogue ended without one.
+    static std::string define(std::istream& answers, std::ostream& prompts);
+
+    const std::string& body() const noexcept { return m_body; }          ///< the values; "" when nothing decodes
+    const std::string& password() const noexcept { return m_password; }  ///< as the text has it
+    bool password_valid() const noexcept { return m_password_valid; }    ///< whether this build signed the body
+
+    /// Whether all 33 values were accepted, and stand in `record`; where not, those before the first refused one do.
+    bool complete() const noexcept { return m_complete; }
+    bool plausible() const noexcept { return m_plausible; }  ///< complete, with values that a flash can have
+    const PGMDEV_SFL_FLASH_INFO& record() const noexcept { return m_record; }
+
+    /// Why a manager does not take the flash, a sentence each; empty when it does.
+    const std::vector<std::string>& faults() const noexcept { return m_faults; }
+
+private:
+    PGMDEV_USER_FLASH() = default;
+    void take_values();
+    void check_rules();
+
+    std::string m_body;
+    std::string m_password;
+    bool m_password_valid = false;
+    bool m_complete = false;
+    bool m_plausible = false;
+    PGMDEV_SFL_FLASH_INFO m_record;
+    std::vector<std::string> m_faults;
+};

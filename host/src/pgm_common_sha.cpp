@@ -1,0 +1,33 @@
+#include <gcrypt.h>
+
+#include <memory>
+
+#include "msg.h"
+#include "pgm_common.h"
+
+namespace {
+
+constexpr DWORD SHA256_SIZE = 32;
+
+/// Makes the digest library ready, unless the program has done so for its own purposes.
+bool initialize_digests() {
+    if (gcry_control(GCRYCTL_INITIALIZATION_FINISHED_P) == 0) {
+        gcry_check_version(nullptr);
+        gcry_control(GCRYCTL_DISABLE_SECMEM, 0);  // digests of names are no secrets
+        gcry_control(GCRYCTL_INITIALIZATION_FINISHED, 0);
+    }
+    return true;
+}
+
+}  // namespace
+
+BYTE* PGM_COMMON::get_block_sha(const void* data, QWORD length, DWORD digest_size) {
+    if (digest_size != SHA256_SIZE) {
+        MSG_INTERNAL_ERROR::report("digest_size == 32", "PGM_COMMON", "host/src/pgm_common", __LINE__);
+        return nullptr;
+    }
+    [[maybe_unused]] static const bool ready = initialize_digests();
+    auto digest = std::make_unique<BYTE[]>(SHA256_SIZE);
+    gcry_md_hash_buffer(GCRY_MD_SHA256, digest.get(), data, length);
+    return digest.release();
+}

@@ -1,0 +1,61 @@
+#pragma once
+
+/// \file
+/// The host's parts, as the operations on part names go through them.
+
+#include <array>
+#include <string>
+#include <vector>
+
+#include "dev.h"
+#include "dstr.h"
+
+inline bool is_usable_part(int part) {
+    return part != DEV_PART_INVALID && part != DEV_PART_GENERIC && part < DEV_PART_MAX;
+}
+
+/// Upper-case display name of a part.
+std::string upper_part_name(int part);
+
+/// The first characters of a name that shares at least as many with its package name and programming name; with any
+/// other name a part is not compared, but for equality.
+inline constexpr std::size_t PART_PREFIX_SIZE = 5;
+
+/// Whether both names are at least that long and begin alike.
+bool share_part_prefix(const std::string& left, const std::string& right);
+
+/// Which parts a pass over the part list sees.
+struct PART_PASS {
+    bool orderable_only;
+    bool production_only;
+};
+inline constexpr std::array PART_PASSES{PART_PASS{true, true}, PART_PASS{true, false}, PART_PASS{false, true},
+                                        PART_PASS{false, false}};
+
+/// Calls `visit(part)` for every part, in ascending order, until it returns true.
+template <class VISIT>
+void for_each_part(VISIT visit) {
+    for (int part = DEV_PART_INVALID + 1; part != DEV_PART_GENERIC && part != DEV_PART_MAX; ++part) {
+        if (visit(part)) {
+            return;
+        }
+    }
+}
+
+/// Calls `visit(part)` for the parts of a family ("ANY": all), pass by pass, until it returns true.
+template <class VISIT>
+void for_each_preferred_part(const DEV_PART_MANAGER& manager, const std::string& family, VISIT visit) {
+    std::vector<int> parts;
+    for (const PART_PASS& pass : PART_PASSES) {
+        parts.clear();
+        if (!manager.filter_part_list(&parts, family, "ANY", "ANY", "ANY", "ANY", pass.orderable_only,
+                                      pass.production_only, false, "any")) {
+            continue;
+        }
+        for (const int part : parts) {
+            if (visit(part)) {
+                return;
+            }
+        }
+    }
+}

@@ -1,0 +1,170 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <nlohmann/json.hpp>
+#include <string>
+#include <vector>
+
+#include "pgmdev/user_flash_reference.h"
+#include "support/scratch.h"
+
+#if !defined(_WIN32)
+#include <sys/wait.h>
+#endif
+
+namespace {
+
+namespace ref = user_flash_reference;
+using JSON = nlohmann::json;
+using testing::EndsWith;
+using testing::HasSubstr;
+
+/// What one run of the command left.
+struct COMMAND_RUN {
+    int exit_code = -1;
+    std::string output;
+    std::string errors;
+};
+
+/// Runs the command with arguments that hold no quotation marks.
+COMMAND_RUN run_command(const std::vector<std::string>& arguments, const std::string& input = "") {
+    const SCRATCH scratch;
+    std::string line = "\"" TEST_COMMAND "\"";
+    for (const std::string& argument : arguments) {
+        line += " \"" + argument + "\"";
+    }
+    line += " <\"" + scratch.write("input", input) + "\" >\"" + scratch.path("output") + "\" 2>\"" +
+            scratch.path("errors") + "\"";
+    COMMAND_RUN run;
+#if defined(_WIN32)
+    run.exit_code = std::system(("\"" + line + "\"").c_str());
+#else
+    const int status = std::system(line.c_str());
+    run.exit_code = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+#endif
+    run.output = read_file(scratch.path("output"));
+    run.errors = read_file(scratch.path("errors"));
+    return run;
+}
+
+/// A chip that the table does not have, and the answers of its datasheet.
+const std::string ANSWERS =
+    "1\nNumonyx\nM25PX80\n14\n2\n71\n1\n20\n0\nN\nN\nN\nN\nN\nN\n1\n8\n64\n80\n3\n5000\n1C\n1C\n0\n7\n5\nN\n3.3V\n";
+
+std::string defined() {
+    const COMMAND_RUN run = run_command({"--json", "flash", "define"}, ANSWERS);
+    EXPECT_EQ(run.exit_code, 0) << run.errors;
+    return JSON::parse(run.output).at("encoded");
+}
+
+TEST(flash_define, PrintsTheDialogueAndTheText) {
+    const COMMAND_RUN run = run_command({"flash", "define"}, ANSWERS);
+    EXPECT_EQ(run.exit_code, 0);
+    EXPECT_EQ(run.errors, "");
+    EXPECT_THAT(run.output, testing::StartsWith("Number of 3rd party flash to define (max 3) : Manufacture Name : "));
+    EXPECT_THAT(run.output, EndsWith("\nINI : " + defined() + "\n"));
+}
+
+TEST(flash_define, LeavesStandardOutputToTheDocumentInJson) {
+    const COMMAND_RUN run = run_command({"--json", "flash", "define"}, ANSWERS);
+    EXPECT_EQ(JSON::parse(run.output).size(), 1U);
+    EXPECT_THAT(run.errors, HasSubstr("Device Name : "));
+}
+
+TEST(flash_define, EndsCleanlyWhenTheInputDoes) {
+    const COMMAND_RUN run = run_command({"flash", "define"}, ANSWERS.substr(0, 20));
+    EXPECT_EQ(run.exit_code, 2);
+    EXPECT_THAT(run.output, EndsWith("Invalid input\nInvalid input or too many flash to define\n"));
+    EXPECT_EQ(run.errors, "pgmdev: the input ended before the last question was answered\n");
+    EXPECT_EQ(run_command({"flash", "define"}).exit_code, 2);
+}
+
+TEST(flash_define, FailsWithoutAFlash) {
+    for (const std::string input : {"4\n", "x\n", "1\nNAME\n\nREST\n"}) {
+        const COMMAND_RUN run = run_command({"flash", "define"}, input);
+        EXPECT_EQ(run.exit_code, 2);
+        EXPECT_EQ(run.errors, "pgmdev: no flash was defined\n");
+    }
+}
+
+TEST(flash_define, WarnsOfWhatTheLoaderWillRefuse) {
+    std::string answers = ANSWERS;
+    answers.replace(answers.find("\n7\n"), 3, "\n20\n");  // accepted by the dialogue, not by the loader
+    const COMMAND_RUN run = run_command({"flash", "define"}, answers);
+    EXPECT_EQ(run.exit_code, 3);
+    EXPECT_THAT(run.output, HasSubstr("INI : "));
+    EXPECT_THAT(run.errors, HasSubstr("protection_division is 32"));
+}
+
+TEST(flash_decode, ShowsWhatATextHolds) {
+    const COMMAND_RUN run = run_command({"--json", "flash", "decode", defined()});
+    EXPECT_EQ(run.exit_code, 0) << run.errors;
+    const JSON document = JSON::parse(run.output);
+    EXPECT_EQ(
+        document.at("body"),
+        "@NUMONYX@M25PX80@0@20@2@113@1@32@0@32@1@NONE@0@0@0@0@0@0@1@8388608@65536@0@0@80@3@5000@28@28@0@7@5@0@3.3V@");
+    EXPECT_EQ(document.at("password").get<std::string>().size(), 16U);
+    EXPECT_EQ(document.at("password_valid"), true);
+    EXPECT_EQ(document.at("plausible"), true);
+    EXPECT_EQ(document.at("record").size(), 33U);
+    EXPECT_EQ(document.at("record").at("device_name"), "M25PX80");
+    EXPECT_EQ(document.at("record").at("program_utime"), 5000);
+    EXPECT_TRUE(document.at("faults").empty());
+}
+
+TEST(flash_decode, ExplainsARefusal) {
+    const std::string text = ref::encoded(ref::body({{"die_count", "0"}}) + "#ABCDEFGHIJKLMNOP;");
+    const COMMAND_RUN run = run_command({"flash", "decode", text});
+    EXPECT_EQ(run.exit_code, 3);
+    EXPECT_THAT(run.output, HasSubstr("ABCDEFGHIJKLMNOP, does not fit this build"));
+    EXPECT_THAT(run.errors, HasSubstr("die_count is 0, expected 1 or more"));
+    EXPECT_THAT(run.errors, HasSubstr("the password does not fit"));
+    const JSON nothing = JSON::parse(run_command({"--json", "flash", "decode", "nothing"}).output);
+    EXPECT_TRUE(nothing.at("record").is_null());
+    EXPECT_EQ(nothing.at("plausible"), false);
+}
+
+TEST(flash_decode, ReadsOneTextPerLine) {
+    const COMMAND_RUN run = run_command({"--json", "flash", "decode", "-"}, defined() + "\n\nwrong\n");
+    EXPECT_EQ(run.exit_code, 3);
+    const std::size_t end = run.output.find('\n');
+    EXPECT_EQ(JSON::parse(run.output.substr(0, end)).at("plausible"), true);
+    EXPECT_EQ(JSON::parse(run.output.substr(end + 1)).at("plausible"), false);
+}
+
+TEST(flash_identify_user, TriesADescription) {
+    EXPECT_EQ(run_command({"flash", "identify", "207114"}).exit_code, 1) << "the table does not have the chip";
+    const COMMAND_RUN run = run_command({"--json", "flash", "identify", "--user", defined(), "207114", "20BA18"});
+    EXPECT_EQ(run.exit_code, 0) << run.errors;
+    const JSON devices = JSON::parse(run.output).at("devices");
+    EXPECT_EQ(devices.at(0).at("index"), 0);
+    EXPECT_EQ(devices.at(0).at("device_name"), "M25PX80");
+    EXPECT_EQ(devices.at(1).at("device_name"), "N25Q128A13");
+}
+
+TEST(flash_identify_user, KnowsADescriptionOfTheConfiguration) {
+    const COMMAND_RUN run =
+        run_command({"--set", "PGM_USER_SFL_FLASH_INFO=" + defined(), "flash", "identify", "207114"});
+    EXPECT_EQ(run.exit_code, 0) << run.errors;
+    EXPECT_THAT(run.output, HasSubstr("NUMONYX M25PX80, record 0\n"));
+}
+
+TEST(flash_identify_user, RefusesADescriptionThatWouldNotBeTaken) {
+    for (const std::string text : {"wrong", ""}) {
+        const COMMAND_RUN run = run_command({"flash", "identify", "--user", text, "207114"});
+        EXPECT_EQ(run.exit_code, 2);
+        EXPECT_THAT(run.errors, HasSubstr("the description is refused: "));
+        EXPECT_EQ(run.output, "");
+    }
+}
+
+TEST(flash_user_help, HasAnExampleForEachVerb) {
+    for (const std::string verb : {"define", "decode", "identify"}) {
+        const COMMAND_RUN run = run_command({"flash", verb, "--help"});
+        EXPECT_EQ(run.exit_code, 0);
+        EXPECT_THAT(run.output, HasSubstr("Example: pgmdev flash " + verb));
+    }
+}
+
+}  // namespace

@@ -1,0 +1,85 @@
+#include <fmt/format.h>
+
+#include <iostream>
+
+#include "cfg.h"
+#include "command.h"
+#include "flash_commands.h"
+#include "flash_output.h"
+#include "input.h"
+#include "pgmdev_user_flash.h"
+
+namespace {
+
+/// A description that the library would pass over ends the command as a refused table does.
+void show_faults(const PGMDEV_USER_FLASH& flash, COMMAND& command) {
+    for (const std::string& fault : flash.faults()) {
+        fmt::print(stderr, "pgmdev: the description is refused: {}\n", fault);
+        command.result = EXIT_INTERNAL_ERROR;
+    }
+}
+
+JSON description_json(const PGMDEV_USER_FLASH& flash) {
+    JSON record;  // null unless all values were accepted
+    if (flash.complete()) {
+        add_members(record, flash.record());
+    }
+    return {{"body", flash.body()},
+            {"password", flash.password()},
+            {"password_valid", flash.password_valid()},
+            {"plausible", flash.plausible()},
+            {"record", record},
+            {"faults", flash.faults()}};
+}
+
+void print_description(const PGMDEV_USER_FLASH& flash) {
+    fmt::print("{:<20}  {}\n", "body", flash.body());
+    fmt::print("{:<20}  {}, {}\n", "password", flash.password(),
+               flash.password_valid() ? "fits this build" : "does not fit this build");
+    fmt::print("{:<20}  {}\n", "plausible", flash.plausible() ? "yes" : "no");
+    if (flash.complete()) {
+        print_members(0, flash.record());
+    }
+}
+
+void decode_one(const std::string& text, bool batch, COMMAND& command) {
+    const PGMDEV_USER_FLASH flash = PGMDEV_USER_FLASH::from_encoded(text);
+    show_faults(flash, command);
+    if (!command.json) {
+        print_description(flash);
+    } else if (batch) {
+        print_json_line(description_json(flash));
+    } else {
+        print_json(description_json(flash));
+    }
+}
+
+}  // namespace
+
+void define_flash(COMMAND& command) {
+    const std::string encoded = PGMDEV_USER_FLASH::define(std::cin, command.json ? std::cerr : std::cout);
+    if (encoded.empty()) {
+        throw USAGE_ERROR(std::cin.fail() ? "the input ended before the last question was answered"
+                                          : "no flash was defined");
+    }
+    if (command.json) {
+        print_json({{"encoded", encoded}});
+    }
+    show_faults(PGMDEV_USER_FLASH::from_encoded(encoded), command);
+}
+
+void decode_flash(const std::string& text, COMMAND& command) {
+    if (text != "-") {
+        decode_one(text, false, command);
+        return;
+    }
+    for_each_input_line([&](const std::string& line) { decode_one(line, true, command); });
+}
+
+void use_user_flash(const std::string& text) {
+    const PGMDEV_USER_FLASH flash = PGMDEV_USER_FLASH::from_encoded(text);
+    if (!flash.faults().empty()) {
+        throw USAGE_ERROR("the description is refused: " + flash.faults().front());
+    }
+    cfg_set_value(PGMDEV_USER_FLASH::CONFIGURATION_KEY, text);
+}

@@ -52,7 +52,7 @@ public:
     ~PGMDEV_DEV_INFO_MANAGER();
 
     /// The records, which belong to the manager; null when nothing is loaded.
-    const PGMDEV_DEVICE_INFO* get_device_database() const;
+    const PGMDEV_DEVICE_INFO* get_device_database();
 
     /// A copy of the profile that governs the family, device or part; null when none does. The caller deletes it.
     PGMDEV_DEVICE_INFO* get_db_by_family(DEV_FAMILY_ENUM family);
@@ -72,20 +72,14 @@ protected:
     // whole files use the same code with the buffer's bounds.
 
     /// The names of the members in record order.
-    static constexpr std::array<std::string_view, TOTAL_DEVICE_DATABASE_MEMBER> m_db_name_list = [] {
-        std::array<std::string_view, TOTAL_DEVICE_DATABASE_MEMBER> names;
-        for (std::size_t i = 0; i < names.size(); ++i) {
-            names[i] = PGMDEV_DEVICE_INFO_MEMBERS[i].name;
-        }
-        return names;
-    }();
+    static const std::array<std::string, TOTAL_DEVICE_DATABASE_MEMBER> m_db_name_list;
 
     // Loading.
     void initialize_device_database(FIO_PATH device_file);      ///< loads a packed database; after a report, nothing
     bool parse_database(unsigned char* data, bool generating);  ///< parses an uncompressed body; always false
     void get_database(const BYTE* data, DWORD& index, DWORD record);  ///< reads the members of one record
     void get_table(const BYTE* data, DWORD& index);                   ///< reads the three index tables
-    DWORD get_table_size() const;                                     ///< their size in bytes
+    DWORD get_table_size();                                           ///< their size in bytes
     PGMDEV_DEVICE_INFO* copy_database();                  ///< a copy of record m_index; the caller deletes it
     void print_database(DWORD record, std::string name);  ///< lists one record on the debug channel
 

@@ -23,6 +23,14 @@ enum DEBUG_MODE : DWORD { LIST_RECORDS = 1, LIST_FAMILIES = 2, LIST_DEVICES = 3,
 
 }  // namespace
 
+const std::array<std::string, PGMDEV_DEV_INFO_MANAGER::TOTAL_DEVICE_DATABASE_MEMBER>
+    PGMDEV_DEV_INFO_MANAGER::m_db_name_list = [] {
+        std::array<std::string, TOTAL_DEVICE_DATABASE_MEMBER> names;
+        std::transform(PGMDEV_DEVICE_INFO_MEMBERS.begin(), PGMDEV_DEVICE_INFO_MEMBERS.end(), names.begin(),
+                       [](const auto& member) { return std::string(member.name); });
+        return names;
+    }();
+
 PGMDEV_DEV_INFO_MANAGER::PGMDEV_DEV_INFO_MANAGER(bool no_load, DWORD debug_mode) : m_debug_mode(debug_mode) {
     make_tables();
     if (!no_load) {
@@ -177,7 +185,7 @@ void PGMDEV_DEV_INFO_MANAGER::read_tables(const BYTE* data, QWORD size, DWORD& i
     }
 }
 
-DWORD PGMDEV_DEV_INFO_MANAGER::get_table_size() const {
+DWORD PGMDEV_DEV_INFO_MANAGER::get_table_size() {
     DWORD size = 0;
     for (const DWORD count : index_table_counts()) {
         size += 1 + 4 + count * 4;  // marker, count, entries
@@ -185,7 +193,7 @@ DWORD PGMDEV_DEV_INFO_MANAGER::get_table_size() const {
     return size;
 }
 
-const PGMDEV_DEVICE_INFO* PGMDEV_DEV_INFO_MANAGER::get_device_database() const {
+const PGMDEV_DEVICE_INFO* PGMDEV_DEV_INFO_MANAGER::get_device_database() {
     return m_device_database;
 }
 

@@ -59,7 +59,6 @@ void PGMDEV_FLASH_MANAGER::dump_to_database(BYTE** buffer, DWORD& index, std::ve
 
 void PGMDEV_FLASH_MANAGER::print_database(DWORD index) {
     PGMDEV_REQUIRE(m_flash_database != nullptr, "m_flash_database != NULL", SOURCE);
-    PGMDEV_REQUIRE(index < QWORD{m_flash_count} + m_ini_count, "index < (m_flash_count + m_ini_count)", SOURCE);
     std::ostringstream line;
     line << "Flash Manager Debug " << index << "\n\t";
     const char* separator = "";

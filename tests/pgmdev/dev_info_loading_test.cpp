@@ -78,7 +78,7 @@ TEST_F(DevInfoLoading, AnEmptyManager) {
 TEST_F(DevInfoLoading, TheConstructorLoadsTheDatabaseOfTheDirectory) {
     write(ref::file(body()));
     const DEVICE_DB_DIRECTORY directory(m_scratch.directory().string());
-    const DEV_INFO_PROBE manager(false);
+    DEV_INFO_PROBE manager(false);
     EXPECT_EQ(manager.m_version, 1U);
     EXPECT_EQ(manager.m_device_count, 78U);
     EXPECT_EQ(manager.m_type_count, 86U);
@@ -260,10 +260,10 @@ TEST_F(DevInfoLoading, ArraysOfADerivingClassAreTakenOver) {
     manager.m_family_table = new DWORD[73]{};
     manager.m_pgm_parts = {new PGMDEV_PGM_PART{1, static_cast<DEV_DEVICE_ENUM>(2), "x"},
                            new PGMDEV_PGM_PART{2, static_cast<DEV_DEVICE_ENUM>(3), "y"}};
-    const DEV_INFO_PROBE copy(manager);
+    DEV_INFO_PROBE copy(manager);
     std::swap(manager.m_pgm_parts[0], manager.m_pgm_parts[1]);
     manager.m_pgm_parts.push_back(new PGMDEV_PGM_PART);
-    const DEV_INFO_PROBE second(manager);
+    DEV_INFO_PROBE second(manager);
     EXPECT_EQ(copy.m_pgm_parts[1], second.m_pgm_parts[0]);
     EXPECT_TRUE(manager.search_family(DEV_FAMILY_HERON, false));
     EXPECT_EQ(manager.m_index, 3U);
@@ -351,7 +351,7 @@ TEST_F(DevInfoLoading, DebugModesListOnTheDebugChannel) {
     const std::vector<std::pair<DWORD, std::size_t>> modes{{0, 0}, {1, 78}, {2, 2}, {3, 2}, {4, 1}, {5, 0}};
     for (const auto& [mode, count] : modes) {
         const DEBUG_CHANNEL channel;
-        const DEV_INFO_PROBE manager(false, mode);
+        DEV_INFO_PROBE manager(false, mode);
         EXPECT_EQ(channel.messages().size(), count) << mode;
         for (const std::string& message : channel.messages()) {
             EXPECT_EQ(message.substr(0, 9), "PGMDEV 2 ");

@@ -2,6 +2,8 @@
 
 #include <fmt/format.h>
 
+#include "text_table.h"
+
 JSON fault_json(const PGMDEV_TABLE_FAULT& fault, const std::string& row_key) {
     return {{"severity", fault.severity == PGMDEV_TABLE_FAULT::SEVERITY::FAULT ? "fault" : "warning"},
             {"line", fault.line},
@@ -24,6 +26,6 @@ JSON faults_json(const std::vector<PGMDEV_TABLE_FAULT>& faults, const std::strin
 void print_faults(const std::vector<PGMDEV_TABLE_FAULT>& faults, const std::string& csv_file,
                   std::string (*describe)(const PGMDEV_TABLE_FAULT&, const std::string&)) {
     for (const PGMDEV_TABLE_FAULT& fault : faults) {
-        fmt::print(stderr, "{}\n", describe(fault, csv_file));
+        fmt::print(stderr, "{}\n", printable(describe(fault, csv_file)));
     }
 }

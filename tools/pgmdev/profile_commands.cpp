@@ -19,7 +19,7 @@ struct PROFILE_OPTIONS {
 };
 
 void list(const COMMAND& command) {
-    const PROFILE_DATABASE database;
+    PROFILE_DATABASE database;
     print_records({database.get_device_database(), database.count()}, command);
 }
 

@@ -4,6 +4,7 @@
 #include <memory>
 
 #include "dev.h"
+#include "device_names.h"
 #include "input.h"
 #include "profile_commands.h"
 #include "profile_output.h"
@@ -15,21 +16,32 @@ struct QUESTION {
     const char* noun;
     int (*number)(const std::string& name);
     PGMDEV_DEVICE_INFO* (*look_up)(PROFILE_DATABASE& database, int number);
+    std::vector<std::string> (*names)();
 };
+
+std::vector<std::string> family_names() {
+    std::vector<std::string> names;
+    for (int family = DEV_FAMILY_INVALID + 1; family < DEV_FAMILY_MAX; ++family) {
+        names.push_back(dstr_get_user_string(static_cast<DEV_FAMILY_ENUM>(family)));
+    }
+    return names;
+}
 
 constexpr std::array QUESTIONS{
     QUESTION{"family",
              [](const std::string& name) { return static_cast<int>(dstr_get_dev_family_enum_by_string(name.c_str())); },
              [](PROFILE_DATABASE& database, int number) {
                  return database.get_db_by_family(static_cast<DEV_FAMILY_ENUM>(number));
-             }},
+             },
+             family_names},
     QUESTION{"device",
              [](const std::string& name) { return static_cast<int>(dstr_get_dev_device_enum_by_string(name.c_str())); },
              [](PROFILE_DATABASE& database, int number) {
                  return database.get_db_by_device(static_cast<DEV_DEVICE_ENUM>(number));
-             }},
+             },
+             device_names},
     QUESTION{"part", [](const std::string& name) { return dstr_get_dev_part_enum_by_string(name.c_str()); },
-             [](PROFILE_DATABASE& database, int number) { return database.get_db_by_part(number); }},
+             [](PROFILE_DATABASE& database, int number) { return database.get_db_by_part(number); }, part_names},
 };
 
 /// What was found for one name.
@@ -96,7 +108,8 @@ void show_one(PROFILE_DATABASE& database, PROFILE_KEY key, const std::string& na
     if (answer.record == nullptr) {
         command.result = EXIT_NOT_FOUND;
         fmt::print(stderr, "pgmdev: {}\n",
-                   number == 0 ? fmt::format("no {} is named \"{}\"", question.noun, name)
+                   number == 0 ? fmt::format("no {} is named \"{}\"{}", question.noun, name,
+                                             did_you_mean(name, question.names()))
                                : fmt::format("no profile governs {} {}", question.noun, name));
         if (command.json && batch) {
             print_json_line({{"index", nullptr}, {"rule", nullptr}, {question.noun, name}});
@@ -106,7 +119,7 @@ void show_one(PROFILE_DATABASE& database, PROFILE_KEY key, const std::string& na
     if (command.json) {
         JSON object{{"index", answer.index}, {"rule", answer.rule}};
         add_members(object, *answer.record);
-        (batch ? print_json_line : print_json)(object);
+        print_json_answer(object, batch);
         return;
     }
     print_members(*answer.record, fmt::format("{} {}: record {}, keyed by {}, found {}", question.noun, name,

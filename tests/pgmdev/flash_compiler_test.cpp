@@ -255,7 +255,9 @@ TEST_F(FlashCompiler, PrintsARecordOfADerivingClass) {
     testing::internal::CaptureStdout();
     m_manager.print_database(0);
     EXPECT_EQ(testing::internal::GetCapturedStdout(),
-              "Flash Manager Debug 0\n\t  0 0 0 0 0 0 0 0 0  0 0 0 0 0 0 0 0 0 0 0 0 0 0 0 0 0 0 0 0 0 \n");
+              "Flash Manager Debug 0\n"
+              "\t  0 0 0 0 0 0 0 0 0"                           // two names, members 3 to 11
+              "  0 0 0 0 0 0 0 0 0 0 0 0 0 0 0 0 0 0 0 0 \n");  // the switch, members 13 to 32, the voltage
 }
 
 }  // namespace

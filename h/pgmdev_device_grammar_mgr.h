@@ -12,8 +12,7 @@
 ///
 /// Conventions of this class:
 /// - Every operation trims the name that it is given and converts it to upper case, in the caller's own string,
-/// although
-///   it is declared constant. Do not pass an object that is defined const, nor one string from two threads, unless it
+///   although it is declared constant. Do not pass an object that is defined const, nor one string from two threads, unless it
 ///   is normal already: then it is not written to.
 /// - A name that is not found gives "" and no message.
 /// - All data is compiled into the library. The first call of any operation opens it; if that data is damaged, every

@@ -92,13 +92,11 @@ public:
     ///   out. "Invalid QWORD conversion", "Conversion overflow compare to type".
     /// - With `power_of_two`: "Input must be power of 2".
     /// - `ranges`, unless null, holds a count and as many pairs (lowest, highest). The low 32 bits of the value must
-    /// lie
-    ///   in one of them: "Input is out of range".
+    ///   lie in one of them: "Input is out of range".
     /// - `invalid_hits`, unless null, holds a count and as many pairs (mask, pattern). The value must match none of
     ///   them: "Input is invalid (hit)".
     /// - With `exponent` the value, unless it is the type's largest, becomes 2 to its power (modulo 64), and that is
-    /// the
-    ///   result. Otherwise it is multiplied by `multiple`, which must not be 0 ("multiple != 0" is reported):
+    ///   the result. Otherwise it is multiplied by `multiple`, which must not be 0 ("multiple != 0" is reported):
     ///   "Calculation overflow compare to type".
     static bool convert_string_to_qword(PGMDEV_PARAM_TYPE type, QWORD& value, bool hex, std::string text,
                                         bool power_of_two, const DWORD* ranges, const DWORD* invalid_hits,

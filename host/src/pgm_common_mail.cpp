@@ -1,0 +1,67 @@
+#include <cstdint>
+
+#include "cfg.h"
+#include "fio.h"
+#include "gen.h"
+#include "pgm_common.h"
+#include "utf8_path.h"
+
+namespace {
+
+constexpr const char* OUTBOX_KEY = "TESSARY_OUTBOX_DIR";
+constexpr const char* OUTBOX_NAME = "/outbox";
+
+std::string outbox_directory() {
+    const std::string configured = cfg_get_value(OUTBOX_KEY);
+    return configured.empty() ? gen_get_tessary_path() + OUTBOX_NAME : configured;
+}
+
+/// Creates the directory and what is missing above it. Not std::filesystem::create_directories, which on Windows knows
+/// no paths beyond the length limit.
+bool make_directory(const std::filesystem::path& path) {
+    FIO_STATUS existing;
+    if (FIO_FILE_SYSTEM::status(utf8_from_path(path).c_str(), &existing)) {
+        return !existing.regular;
+    }
+    if (!path.has_relative_path() || !make_directory(path.parent_path())) {
+        return false;
+    }
+    std::error_code error;
+    std::filesystem::create_directory(fio_get_unc_full_path(utf8_from_path(path)), error);
+    return !error;
+}
+
+std::string message_of(const std::string& title, const std::string& text, const std::vector<int>& recipients) {
+    std::string message = "To: ";
+    for (std::size_t i = 0; i < recipients.size(); ++i) {
+        message += (i == 0 ? "" : ", ") + std::to_string(recipients[i]);
+    }
+    return message + "\nSubject: " + title + "\n\n" + text;
+}
+
+/// "message-" and the FNV-1a hash of the message in hexadecimal.
+std::string file_name_of(const std::string& message) {
+    std::uint64_t hash = 14695981039346656037U;
+    for (const char c : message) {
+        hash = (hash ^ static_cast<unsigned char>(c)) * 1099511628211U;
+    }
+    constexpr const char* DIGITS = "0123456789abcdef";
+    std::string name = "message-";
+    for (int shift = 60; shift >= 0; shift -= 4) {
+        name += DIGITS[hash >> shift & 0xF];
+    }
+    return name + ".txt";
+}
+
+}  // namespace
+
+bool PGM_COMMON::send_auto_email_file(const std::string& title, const std::string& text,
+                                      const std::vector<int>& recipients) {
+    const std::string directory = FIO_PATH(outbox_directory()).fullpath();
+    if (!make_directory(path_from_utf8(directory))) {
+        return false;
+    }
+    const std::string message = message_of(title, text, recipients);
+    FIO_REPLACEMENT file(directory + "/" + file_name_of(message));
+    return file.write({reinterpret_cast<const BYTE*>(message.data()), message.size()}) && file.commit();
+}

@@ -44,12 +44,15 @@ public:
 /// The form of a path to open a stream with: absolute, and on Windows wide and free of the length limit.
 HOST_EXPORT std::filesystem::path fio_get_unc_full_path(const std::string& path);
 
-/// Replaces a file as a whole: at every moment other readers see the old file or the new one, whole.
+/// Replaces a file as a whole: at every moment other readers see the old file or the new one, whole. On Windows a reader
+/// that opens the file in the very moment of the change is refused with a sharing violation and may try again; a reader
+/// that has the file open delays the change for up to a second, then the commit fails.
 ///
 /// The contents go into a temporary file in the same directory, which takes the file's name in one step when `commit`
 /// is called, after it has reached the disk. Without a successful commit the old file stays as it was and the temporary
-/// goes with this object. An existing file keeps its permissions (on Windows it takes those of its directory); a
-/// symbolic link keeps pointing to the file it names; only regular files can be replaced.
+/// goes with this object. An existing file keeps its permissions and a symbolic link keeps pointing to the file it names
+/// (on Windows the file takes the permissions of its directory, and the link itself is replaced); only regular files can
+/// be replaced.
 class HOST_EXPORT FIO_REPLACEMENT {
 public:
     /// Creates the temporary file, empty.

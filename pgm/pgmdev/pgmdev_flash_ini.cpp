@@ -10,6 +10,7 @@
 #include "gen.h"
 #include "pgmdev_flash_ini_number.h"
 #include "pgmdev_report.h"
+#include "replaced_file.h"
 
 // The container file: a head of magic and entry count, a table of blocks, and the blocks back to back.
 
@@ -140,7 +141,7 @@ BYTE* PGMDEV_FLASH_INI::read_flash_ini_data(PGMDEV_FLASH_INI_ENUM which, DWORD& 
         status.size < SMALLEST_FILE) {
         return nullptr;
     }
-    std::ifstream file(fio_get_unc_full_path(path), std::ios::binary | std::ios::ate);
+    std::ifstream file = open_replaced_file(fio_get_unc_full_path(path), std::ios::ate);
     if (!file.is_open()) {
         return nullptr;
     }

@@ -8,6 +8,7 @@
 
 #include "pgmdev_packed_codec.h"
 #include "pgmdev_report.h"
+#include "replaced_file.h"
 #include "zlib_wrapper.h"
 
 namespace {
@@ -61,7 +62,7 @@ PACKED_BODY read_packed_file(const FIO_PATH& path, const PACKED_FORMAT& format) 
         format.missing_file, format.source);
     std::ifstream input;
     if (status.regular) {  // a directory or a pipe would open, too
-        input.open(fio_get_unc_full_path(path.fullpath()), std::ios::binary);
+        input = open_replaced_file(fio_get_unc_full_path(path.fullpath()));
     }
     PGMDEV_REQUIRE(status.regular && input.good(), "input.good()", format.source);
     PGMDEV_REQUIRE(status.size > PACKED_HEAD_SIZE + PACKED_CHECKSUM_SIZE, "file_size > (8 + 32 + 4 + 2)",

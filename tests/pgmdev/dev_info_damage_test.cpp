@@ -86,10 +86,10 @@ TEST_F(DevInfoDamage, EveryByteOfTheStamp) {
 
 TEST_F(DevInfoDamage, TheStatedSize) {
     const std::string stream = m_file.substr(44);
-    const auto stating = [&](unsigned long size) { return m_file.substr(0, 40) + ref::le32(size) + stream; };
+    const auto stating = [&](std::size_t size) { return m_file.substr(0, 40) + ref::le32(size) + stream; };
     EXPECT_EQ(load(stating(0)), "decompressed_count > 0 && original_count > 0");
     EXPECT_EQ(load(stating(1)), STREAM_FAILED);
-    for (const unsigned long size : {m_records.size() + m_tables.size() + 1, 1UL << 31, 0xFFFFFFFFUL}) {
+    for (const std::size_t size : {m_records.size() + m_tables.size() + 1, std::size_t{1} << 31, std::size_t{0xFFFFFFFF}}) {
         EXPECT_EQ(load(stating(size)), "new_dcmp_size == original_count") << size;
     }
 }

@@ -63,7 +63,7 @@ constexpr unsigned long NONE = 0xFFFFFFFF;
 unsigned long row_with(const std::vector<ref::CELLS>& rows, std::size_t key, const std::string& value) {
     for (std::size_t i = 0; i < rows.size(); ++i) {
         if (!value.empty() && ref::in_capitals(rows[i][key]) == ref::in_capitals(value)) {
-            return i;
+            return static_cast<unsigned long>(i);
         }
     }
     return NONE;

@@ -12,6 +12,7 @@
 #include <random>
 #include <string>
 
+#include "replaced_file.h"
 #include "utf8_path.h"
 
 /// A new empty directory that is removed with everything in it. Names are UTF-8.
@@ -57,7 +58,7 @@ private:
 };
 
 inline std::string read_file(const std::filesystem::path& path) {
-    std::ifstream file(path, std::ios::binary);
+    std::ifstream file = open_replaced_file(path);
     EXPECT_TRUE(file.is_open()) << path;
     return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
 }

@@ -5,6 +5,8 @@
 #include <memory>
 
 #include "cfg.h"
+#include "pgm_common.h"
+#include "pgmdev_dev_info_manager.h"
 #include "pgmdev_device_grammar_mgr.h"
 #include "pgmdev_flash_ini.h"
 #include "pgmdev_flash_manager.h"
@@ -36,6 +38,15 @@ bool reads_container() {
 
 }  // namespace
 
+bool loads_profile_database() {
+    PGMDEV_DEV_INFO_MANAGER profiles;
+    return std::unique_ptr<PGMDEV_DEVICE_INFO>(profiles.get_db_by_device(DEV_DEVICE_GENERIC)) != nullptr;
+}
+
+bool makes_digests() {
+    return std::unique_ptr<BYTE[]>(PGM_COMMON::get_block_sha("abc", 3, 32))[0] == 0xBA;
+}
+
 /// How many of the stores answered as they must. The singletons stay: the library itself has to take them away.
 extern "C" PLUGIN_EXPORT int use_every_store() {
     int good = 0;
@@ -45,6 +56,8 @@ extern "C" PLUGIN_EXPORT int use_every_store() {
     good += PGMDEV_HPS_NAND_MGR::get_mgr() != nullptr;
     good += PGMDEV_HPS_SPI_MGR::get_mgr() != nullptr;
     good += loads_flash_database();
+    good += loads_profile_database();
     good += reads_container();
+    good += makes_digests();
     return good;
 }

@@ -10,7 +10,7 @@
 
 namespace {
 
-constexpr int STORES = 7;
+constexpr int STORES = 9;
 
 /// Loads the plug-in, makes the first calls from two threads at once, and unloads it.
 void come_and_go() {

@@ -47,15 +47,18 @@ void set(DIRECTORY& directory, const std::string& path) {
     directory.set = path.empty() ? path : absolute_directory(path_from_utf8(path));
 }
 
+/// Where the data are installed, from the prefix of the installation.
+constexpr const char* DATA = "share/tessary";
+
 fs::path found_installation() {
     const fs::path library = path_from_utf8(absolute_directory(host_library_directory()));
     for (fs::path directory = library; directory.has_relative_path(); directory = directory.parent_path()) {
         std::error_code ignored;
-        if (fs::is_directory(directory / "share" / "tessary", ignored)) {
-            return directory;
+        if (fs::is_directory(directory / DATA, ignored)) {
+            return directory / DATA;
         }
     }
-    return library.parent_path();
+    return library.parent_path() / DATA;
 }
 
 }  // namespace
@@ -67,7 +70,7 @@ std::string gen_get_tessary_path() {
 
 std::string gen_get_device_db_fullpath() {
     const std::string path = overridden(g_device_db);
-    return path.empty() ? gen_get_tessary_path() + "/share/tessary/devices" : path;
+    return path.empty() ? gen_get_tessary_path() + "/devices" : path;
 }
 
 std::string gen_get_module_path() {

@@ -78,13 +78,13 @@ INSTANTIATE_TEST_SUITE_P(gen, DIRECTORIES,
 TEST(gen_path, DeviceDatabasesAreBelowTheInstallation) {
     const SCRATCH scratch;
     const std::string install = scratch.directory().string();
-    const std::string expected = install + "/share/tessary/devices\n";
+    const std::string expected = install + "/devices\n";
     EXPECT_EQ(host_answers({"device-db"}, {{"TESSARY_INSTALL_DIR", install}}), expected);
     EXPECT_EQ(host_answers({"set-install", install, "device-db"}), expected);
 }
 
 TEST(gen_path, BuildTreeIsLaidOutAsAnInstallation) {
-    EXPECT_EQ(host_answers({"install"}), std::string(TEST_BUILD_DIR) + "\n");
+    EXPECT_EQ(host_answers({"install"}), std::string(TEST_INSTALL_DIR) + "\n");
     EXPECT_EQ(host_answers({"device-db"}), std::string(TEST_DEVICES_DIR) + "\n");
     EXPECT_EQ(host_answers({"module"}), line(fs::path(TEST_HOST_LIBRARY).parent_path()));
 }
@@ -108,7 +108,7 @@ TEST(gen_path, InstallationMovesWithItsFiles) {
     const std::string probe = installed_probe(root);
     fs::create_directories(root / "share" / "tessary");
     EXPECT_EQ(host_answers({"install", "device-db", "module"}, {}, probe),
-              line(root) + line(root / "share/tessary/devices") + line(root / "lib"));
+              line(root / "share/tessary") + line(root / "share/tessary/devices") + line(root / "lib"));
 }
 
 TEST(gen_path, NearestDirectoryWithTheDataWins) {
@@ -116,17 +116,17 @@ TEST(gen_path, NearestDirectoryWithTheDataWins) {
     const fs::path root = scratch.directory() / "outer" / "inner";
     const std::string probe = installed_probe(root);
     fs::create_directories(scratch.directory() / "outer" / "share" / "tessary");
-    EXPECT_EQ(host_answers({"install"}, {}, probe), line(scratch.directory() / "outer"));
+    EXPECT_EQ(host_answers({"install"}, {}, probe), line(scratch.directory() / "outer/share/tessary"));
     fs::create_directories(root / "share" / "tessary");
-    EXPECT_EQ(host_answers({"install"}, {}, probe), line(root));
+    EXPECT_EQ(host_answers({"install"}, {}, probe), line(root / "share/tessary"));
     fs::create_directories(root / "lib" / "share" / "tessary");
-    EXPECT_EQ(host_answers({"install"}, {}, probe), line(root / "lib"));
+    EXPECT_EQ(host_answers({"install"}, {}, probe), line(root / "lib/share/tessary"));
 }
 
-TEST(gen_path, WithoutDataTheInstallationIsAboveTheLibrary) {
+TEST(gen_path, WithoutDataTheInstallationIsWhereTheyWouldBe) {
     const SCRATCH scratch;
     const fs::path root = scratch.directory() / "somewhere";
     const std::string probe = installed_probe(root);
     scratch.write("somewhere/share/tessary", "a file, not a directory");
-    EXPECT_EQ(host_answers({"install", "module"}, {}, probe), line(root) + line(root / "lib"));
+    EXPECT_EQ(host_answers({"install", "module"}, {}, probe), line(root / "share/tessary") + line(root / "lib"));
 }

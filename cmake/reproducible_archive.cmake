@@ -1,10 +1,9 @@
-# Run by cpack when it has packed: packs archives again, with their files in the order of their names and of no owner in
-# particular. cpack takes files as the file system lists them. Debian's packages are in order already.
+# Run by cpack when it has packed: packs archives again, with their files in the order of their names, of one time, and of
+# no owner in particular. cpack takes files as the file system lists them. Debian's packages are in order already.
 
 set(ENV{TZ} UTC)  # zip files have local times
 string(TIMESTAMP time "%Y-%m-%d %H:%M:%S UTC" UTC)  # that of SOURCE_DATE_EPOCH
 cmake_path(GET CPACK_TEMPORARY_DIRECTORY PARENT_PATH above)
-cmake_path(GET CPACK_TEMPORARY_DIRECTORY FILENAME top)
 file(GLOB_RECURSE files RELATIVE ${above} ${CPACK_TEMPORARY_DIRECTORY}/*)
 list(SORT files)
 list(JOIN files "\n" lines)
@@ -19,7 +18,10 @@ foreach(package IN LISTS CPACK_PACKAGE_FILES)
   elseif(package MATCHES "\\.zip$")
     file(REMOVE ${package})
     execute_process(
-      COMMAND ${CMAKE_COMMAND} -E tar cf ${package} --format=zip --mtime=${time} --files-from=files.txt
+      COMMAND touch --date=${time} ${files}
       WORKING_DIRECTORY ${above} COMMAND_ERROR_IS_FATAL ANY)
+    execute_process(
+      COMMAND zip -q -X -@ ${package}
+      WORKING_DIRECTORY ${above} INPUT_FILE ${above}/files.txt COMMAND_ERROR_IS_FATAL ANY)
   endif()
 endforeach()

@@ -32,7 +32,7 @@ BENCHMARK(ReadAndInflate);
 void Load(benchmark::State& state) {
     gen_set_device_db_fullpath(DEVICES_DIR);
     for ([[maybe_unused]] auto _ : state) {
-        const PGMDEV_FLASH_MANAGER manager(false, 1, false, false);
+        PGMDEV_FLASH_MANAGER manager(false, 1, false, false);
         benchmark::DoNotOptimize(manager.get_flash_database());
     }
 }
@@ -41,7 +41,7 @@ BENCHMARK(Load);
 /// The limit for identifying: walk an array of nothing but the compared bytes.
 void WalkBareArray(benchmark::State& state) {
     gen_set_device_db_fullpath(DEVICES_DIR);
-    const PGMDEV_FLASH_MANAGER manager(false, 1, false, false);
+    PGMDEV_FLASH_MANAGER manager(false, 1, false, false);
     struct KEY {
         bool silicon;
         BYTE id, id_index, type, type_index, mfc, mfc_index;

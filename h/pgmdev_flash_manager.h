@@ -14,7 +14,6 @@
 #include <array>
 #include <memory>
 #include <string>
-#include <string_view>
 #include <vector>
 
 #include "fio.h"
@@ -49,57 +48,57 @@ public:
 
     /// The record index that a device is mapped to. An unmapped device gives INVALID_DWORD when `allow_invalid`, and is
     /// reported otherwise.
-    DWORD get_flash_mapping_index(DWORD device, bool allow_invalid) const;
+    DWORD get_flash_mapping_index(DWORD device, bool allow_invalid);
 
     /// Maps a device to a record of the caller's choice.
     void set_flash_mapping_index(DWORD device, DWORD index);
 
     /// The first default record of that device name, without regard to case; null when there is none. The record
     /// belongs to the manager.
-    const PGMDEV_SFL_FLASH_INFO* get_default_flash(std::string device_name) const;
+    const PGMDEV_SFL_FLASH_INFO* get_default_flash(std::string device_name);
 
     /// The number of records, and the records themselves, which belong to the manager; 0 and null when empty.
-    DWORD get_flash_count() const;
-    const PGMDEV_SFL_FLASH_INFO* get_flash_database() const;
+    DWORD get_flash_count();
+    const PGMDEV_SFL_FLASH_INFO* get_flash_database();
 
     /// The members of the record that a device is mapped to (pgmdev_sfl_flash_info.h says what each one means). Asking
     /// for an unmapped device is reported.
-    std::string sfl_get_manufacturer_name(DWORD device) const;
-    std::string sfl_get_device_name(DWORD device) const;
-    bool sfl_get_silicon_id(DWORD device) const;
-    BYTE sfl_get_memory_id(DWORD device) const;
-    BYTE sfl_get_memory_id_index(DWORD device) const;
-    BYTE sfl_get_memory_type(DWORD device) const;
-    BYTE sfl_get_memory_type_index(DWORD device) const;
-    BYTE sfl_get_mfc_id(DWORD device) const;
-    BYTE sfl_get_mfc_id_index(DWORD device) const;
-    BYTE sfl_get_orvane_id(DWORD device) const;
-    bool sfl_get_default_dev(DWORD device) const;
-    std::string sfl_get_ini(DWORD device) const;
-    bool sfl_get_extended_mode(DWORD device) const;
-    bool sfl_get_micron_flow(DWORD device) const;
-    bool sfl_get_spansion_flow(DWORD device) const;
-    bool sfl_get_startup_protected(DWORD device) const;
-    bool sfl_get_aai_mode(DWORD device) const;
-    bool sfl_get_flag_status(DWORD device) const;
-    BYTE sfl_get_die_count(DWORD device) const;
-    DWORD sfl_get_device_bit_size(DWORD device) const;
-    DWORD sfl_get_device_sector_byte(DWORD device) const;
-    bool sfl_get_half_size(DWORD device) const;
-    bool sfl_get_byte4_addressing(DWORD device) const;
-    DWORD sfl_get_bulk_erase_time(DWORD device) const;
-    DWORD sfl_get_sec_erase_time(DWORD device) const;
-    DWORD sfl_get_program_utime(DWORD device) const;
-    BYTE sfl_get_protection_mask(DWORD device) const;
-    BYTE sfl_get_protection_value(DWORD device) const;
-    BYTE sfl_get_unprotect_value(DWORD device) const;
-    BYTE sfl_get_protection_division(DWORD device) const;
-    BYTE sfl_get_bottom_value(DWORD device) const;
-    bool sfl_get_sdm_support(DWORD device) const;
-    std::string sfl_get_asc_voltage(DWORD device) const;
+    std::string sfl_get_manufacturer_name(DWORD device);
+    std::string sfl_get_device_name(DWORD device);
+    bool sfl_get_silicon_id(DWORD device);
+    BYTE sfl_get_memory_id(DWORD device);
+    BYTE sfl_get_memory_id_index(DWORD device);
+    BYTE sfl_get_memory_type(DWORD device);
+    BYTE sfl_get_memory_type_index(DWORD device);
+    BYTE sfl_get_mfc_id(DWORD device);
+    BYTE sfl_get_mfc_id_index(DWORD device);
+    BYTE sfl_get_orvane_id(DWORD device);
+    bool sfl_get_default_dev(DWORD device);
+    std::string sfl_get_ini(DWORD device);
+    bool sfl_get_extended_mode(DWORD device);
+    bool sfl_get_micron_flow(DWORD device);
+    bool sfl_get_spansion_flow(DWORD device);
+    bool sfl_get_startup_protected(DWORD device);
+    bool sfl_get_aai_mode(DWORD device);
+    bool sfl_get_flag_status(DWORD device);
+    BYTE sfl_get_die_count(DWORD device);
+    DWORD sfl_get_device_bit_size(DWORD device);
+    DWORD sfl_get_device_sector_byte(DWORD device);
+    bool sfl_get_half_size(DWORD device);
+    bool sfl_get_byte4_addressing(DWORD device);
+    DWORD sfl_get_bulk_erase_time(DWORD device);
+    DWORD sfl_get_sec_erase_time(DWORD device);
+    DWORD sfl_get_program_utime(DWORD device);
+    BYTE sfl_get_protection_mask(DWORD device);
+    BYTE sfl_get_protection_value(DWORD device);
+    BYTE sfl_get_unprotect_value(DWORD device);
+    BYTE sfl_get_protection_division(DWORD device);
+    BYTE sfl_get_bottom_value(DWORD device);
+    bool sfl_get_sdm_support(DWORD device);
+    std::string sfl_get_asc_voltage(DWORD device);
 
     /// The largest `program_utime`, in microseconds, over all mapped devices. None mapped is reported.
-    DWORD sfl_get_chain_longest_program_utime() const;
+    DWORD sfl_get_chain_longest_program_utime();
 
     /// Compiles a source table into a packed database. The output is written only when everything has succeeded, and
     /// replaces an existing file in one step. A table that is refused is reported with the condition that it breaks;
@@ -116,13 +115,7 @@ protected:
     // whole files use the same code with the buffer's bounds.
 
     /// The names of the members in record order.
-    static constexpr std::array<std::string_view, TOTAL_DATABASE_MEMBER> m_name_list = [] {
-        std::array<std::string_view, TOTAL_DATABASE_MEMBER> names;
-        for (std::size_t i = 0; i < names.size(); ++i) {
-            names[i] = PGMDEV_SFL_FLASH_MEMBERS[i].name;
-        }
-        return names;
-    }();
+    static const std::array<std::string, TOTAL_DATABASE_MEMBER> m_name_list;
 
     // Loading.
     void initialize_flash_database(FIO_PATH flash_file);  ///< loads a packed database; after a report nothing is loaded
@@ -190,7 +183,8 @@ protected:
     PGMDEV_SFL_FLASH_INFO m_ini_flash_info;             ///< the user's own flash; an empty device_name: none
 
 private:
-    const PGMDEV_SFL_FLASH_INFO& mapped_record(DWORD device) const;
+    const PGMDEV_SFL_FLASH_INFO& mapped_record(DWORD device);
+    const PGMDEV_SFL_FLASH_INFO& record_at(DWORD index) const;
     void require_mapping(DWORD device) const;
     bool accept_ext_flash_info();
     void parse_payload(const BYTE* payload, QWORD size);
@@ -200,8 +194,9 @@ private:
     void hold_arrays() const;
     void replace_database(PGMDEV_SFL_FLASH_INFO* records);
 
-    // What keeps the two arrays alive. A deriving class may put arrays of its own into the pointers above; they are
-    // taken over when the manager is copied or destroyed.
+    // What keeps the two arrays alive. A deriving class may assign arrays of its own (new[]) to the pointers above, over
+    // the old ones, which it must not delete: they are taken over, and the old ones freed, when the manager loads again,
+    // is copied, or is destroyed.
     mutable std::shared_ptr<PGMDEV_SFL_FLASH_INFO[]> m_database_owner;
     mutable std::shared_ptr<DWORD[]> m_map_owner;
 };

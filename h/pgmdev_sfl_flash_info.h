@@ -52,7 +52,7 @@ struct PGMDEV_SFL_FLASH_INFO {
     BYTE protection_value = 0;     ///< these bits when all is protected
     BYTE unprotect_value = 0;      ///< these bits when nothing is protected
     BYTE protection_division = 0;  ///< granularity of the protection; 255: not known
-    BYTE bottom_value = 0;         ///< status-register bits that count the protection from the bottom
+    BYTE bottom_value = 0;         ///< number of the status-register bit that protects from the bottom; 255: none
     bool sdm_support = false;      ///< a secure device manager can boot from it
     std::string asc_voltage;       ///< supply voltage, as text
 

@@ -4,6 +4,7 @@
 /// The programmer's common library.
 
 #include <string>
+#include <vector>
 
 #include "host_export.h"
 #include "host_types.h"
@@ -36,4 +37,13 @@ public:
 
     /// Whether two texts are equal, byte by byte; with `ignore_case` as if ASCII letters had no case.
     static bool compare_string(const std::string& left, const std::string& right, bool ignore_case);
+
+    /// Sends a message to the people behind recipient codes; false when that failed.
+    ///
+    /// The reference host has no network. It writes the message as a file into an outbox, from which the site may send
+    /// it: the directory in the configuration value "TESSARY_OUTBOX_DIR", otherwise "outbox" in the installation
+    /// directory, created when it does not exist. The file is text: "To: " and the codes, "Subject: " and the title, an
+    /// empty line, the message. Its name depends on what it says, so that a message that is repeated replaces itself.
+    static bool send_auto_email_file(const std::string& title, const std::string& text,
+                                     const std::vector<int>& recipients);
 };

@@ -2,7 +2,6 @@
 #include <sstream>
 #include <type_traits>
 
-#include "msg.h"
 #include "pgmdev_flash_manager.h"
 #include "pgmdev_flash_payload.h"
 #include "pgmdev_flash_source.h"
@@ -14,14 +13,9 @@
 namespace {
 
 constexpr const char* SOURCE = "pgm/pgmdev/pgmdev_flash_manager";
-constexpr int REFUSAL_DEBUG_LEVEL = 1;
-
 /// Refuses a table at its first fault.
 FAULT_SINK refuse(const FIO_PATH& csv_file) {
-    return [file = csv_file.fullpath()](const PGMDEV_TABLE_FAULT& fault, int check_line) {
-        msg_local_vdebug("PGMDEV", REFUSAL_DEBUG_LEVEL, "%s", PGMDEV_FLASH_TABLE::describe(fault, file).c_str());
-        pgmdev_report(fault.condition.c_str(), SOURCE, check_line);
-    };
+    return refusing_sink(csv_file, SOURCE);
 }
 
 }  // namespace
@@ -47,13 +41,7 @@ void PGMDEV_FLASH_MANAGER::generate_flash_database(FIO_PATH csv_file, FIO_PATH p
     const BYTE_BUFFER image(new BYTE[memory_size]());
     DWORD index = 0;
     PACKED_WRITER writer(image.get(), memory_size, index, FLASH_FORMAT);
-    writer.put_text(FLASH_FORMAT.magic);
-    PGMDEV_REQUIRE(FLASH_FORMAT.stamp.size() == PACKED_STAMP_SIZE, "PGMDEV_FLASH_INFO_CSV_MD5.size() == 32", SOURCE);
-    writer.put_text(FLASH_FORMAT.stamp);
-    writer.put_untagged_dword(static_cast<DWORD>(layout.payload_size));
-    writer.put_untagged_dword(PACKED_BODY_VERSION);
-    writer.put_untagged_dword(layout.record_count);
-    writer.put_untagged_dword(TOTAL_DATABASE_MEMBER);
+    writer.put_heads(static_cast<DWORD>(layout.payload_size), layout.record_count, TOTAL_DATABASE_MEMBER);
     for (std::size_t row = FLASH_HEADER_LINES; row < lines.size(); ++row) {
         check_flash_cells(lines[row], refuse(csv_file));
         write_flash_members(writer, lines[row].cells);
@@ -71,7 +59,6 @@ void PGMDEV_FLASH_MANAGER::dump_to_database(BYTE** buffer, DWORD& index, std::ve
 
 void PGMDEV_FLASH_MANAGER::print_database(DWORD index) {
     PGMDEV_REQUIRE(m_flash_database != nullptr, "m_flash_database != NULL", SOURCE);
-    PGMDEV_REQUIRE(index < QWORD{m_flash_count} + m_ini_count, "index < (m_flash_count + m_ini_count)", SOURCE);
     std::ostringstream line;
     line << "Flash Manager Debug " << index << "\n\t";
     const char* separator = "";

@@ -21,6 +21,13 @@ constexpr const char* ENABLING_SWITCH = "PGM_ALLOW_";
 
 }  // namespace
 
+const std::array<std::string, PGMDEV_FLASH_MANAGER::TOTAL_DATABASE_MEMBER> PGMDEV_FLASH_MANAGER::m_name_list = [] {
+    std::array<std::string, TOTAL_DATABASE_MEMBER> names;
+    std::transform(PGMDEV_SFL_FLASH_MEMBERS.begin(), PGMDEV_SFL_FLASH_MEMBERS.end(), names.begin(),
+                   [](const PGMDEV_SFL_FLASH_MEMBER& member) { return std::string(member.name); });
+    return names;
+}();
+
 PGMDEV_FLASH_MANAGER::PGMDEV_FLASH_MANAGER(bool /*unused*/, DWORD device_count, bool empty, bool print_on_load)
     : m_print_on_load(print_on_load ? 1 : 0), m_device_count(device_count) {
     if (empty) {
@@ -91,6 +98,7 @@ void PGMDEV_FLASH_MANAGER::unload() {
 }
 
 void PGMDEV_FLASH_MANAGER::initialize_flash_database(FIO_PATH flash_file) {
+    unload();
     const PACKED_BODY body = read_packed_file(flash_file, FLASH_FORMAT);
     if (body.data != nullptr) {
         parse_payload(body.data.get(), body.size);
@@ -105,7 +113,7 @@ bool PGMDEV_FLASH_MANAGER::parse_database(BYTE* payload) {
 void PGMDEV_FLASH_MANAGER::parse_payload(const BYTE* payload, QWORD size) try {
     DWORD cursor = 0;
     PACKED_READER reader(payload, size, cursor, FLASH_FORMAT);
-    const FLASH_PAYLOAD_HEAD head = read_flash_head(reader);
+    const PACKED_BODY_HEAD head = reader.body_head();
     m_version = head.version;
     m_flash_count = head.record_count;
     m_type_count = head.member_count;
@@ -115,9 +123,6 @@ void PGMDEV_FLASH_MANAGER::parse_payload(const BYTE* payload, QWORD size) try {
     const QWORD slots = std::min<QWORD>(head.record_count, flash_records_in(size)) + extra;
     replace_database(new PGMDEV_SFL_FLASH_INFO[slots]());
     m_ini_count = extra;
-    if (m_device_to_flash_map != nullptr) {
-        make_map();  // what it held were indexes of other records
-    }
 
     for (DWORD slot = extra; slot - extra < m_flash_count;) {
         if (read_record(payload, size, cursor, slot)) {

@@ -17,17 +17,6 @@ DWORD number_in(const std::string& cell, bool& valid) {
 
 }  // namespace
 
-FLASH_PAYLOAD_HEAD read_flash_head(PACKED_READER& reader) {
-    FLASH_PAYLOAD_HEAD head;
-    head.version = reader.untagged_dword();
-    PGMDEV_REQUIRE(head.version == PACKED_BODY_VERSION, FLASH_FORMAT.wrong_version, FLASH_FORMAT.source);
-    head.record_count = reader.untagged_dword();
-    head.member_count = reader.untagged_dword();
-    PGMDEV_REQUIRE(head.record_count > 0 && head.member_count > 0, "m_flash_count > 0 && m_type_count > 0",
-                   FLASH_FORMAT.source);
-    return head;
-}
-
 void read_flash_members(PACKED_READER& reader, PGMDEV_SFL_FLASH_INFO& record) {
     for (const PGMDEV_SFL_FLASH_MEMBER& member : PGMDEV_SFL_FLASH_MEMBERS) {
         std::visit(

@@ -20,16 +20,6 @@ inline constexpr DWORD FLASH_RECORD_FIXED_SIZE = [] {
 }();
 static_assert(FLASH_RECORD_FIXED_SIZE == 85);
 
-/// What precedes the records.
-struct FLASH_PAYLOAD_HEAD {
-    DWORD version = 0;
-    DWORD record_count = 0;
-    DWORD member_count = 0;
-};
-
-/// Reads and checks the head.
-FLASH_PAYLOAD_HEAD read_flash_head(PACKED_READER& reader);
-
 /// Reads the members of one record, without the marker behind it.
 void read_flash_members(PACKED_READER& reader, PGMDEV_SFL_FLASH_INFO& record);
 

@@ -57,15 +57,20 @@ void PGMDEV_FLASH_MANAGER::require_mapping(DWORD device) const {
         SOURCE);
 }
 
-DWORD PGMDEV_FLASH_MANAGER::get_flash_mapping_index(DWORD device, bool allow_invalid) const {
+DWORD PGMDEV_FLASH_MANAGER::get_flash_mapping_index(DWORD device, bool allow_invalid) {
     require_mapping(device);
     const DWORD index = m_device_to_flash_map[device];
     PGMDEV_REQUIRE(allow_invalid || index != INVALID_DWORD, "index != INVALID_DWORD", SOURCE);
     return index;
 }
 
-const PGMDEV_SFL_FLASH_INFO& PGMDEV_FLASH_MANAGER::mapped_record(DWORD device) const {
-    return m_flash_database[get_flash_mapping_index(device, false)];
+const PGMDEV_SFL_FLASH_INFO& PGMDEV_FLASH_MANAGER::mapped_record(DWORD device) {
+    return record_at(get_flash_mapping_index(device, false));
+}
+
+const PGMDEV_SFL_FLASH_INFO& PGMDEV_FLASH_MANAGER::record_at(DWORD index) const {
+    PGMDEV_REQUIRE(index < m_flash_count, "index < data_size", SOURCE);  // the map may be older than the records
+    return m_flash_database[index];
 }
 
 void PGMDEV_FLASH_MANAGER::set_flash_mapping_index(DWORD device, DWORD index) {
@@ -77,7 +82,7 @@ void PGMDEV_FLASH_MANAGER::set_flash_mapping_index(DWORD device, DWORD index) {
     m_device_to_flash_map[device] = index;
 }
 
-const PGMDEV_SFL_FLASH_INFO* PGMDEV_FLASH_MANAGER::get_default_flash(std::string device_name) const {
+const PGMDEV_SFL_FLASH_INFO* PGMDEV_FLASH_MANAGER::get_default_flash(std::string device_name) {
     if (m_flash_database == nullptr) {
         return nullptr;
     }
@@ -88,15 +93,15 @@ const PGMDEV_SFL_FLASH_INFO* PGMDEV_FLASH_MANAGER::get_default_flash(std::string
     return found != records.end() ? &*found : nullptr;
 }
 
-DWORD PGMDEV_FLASH_MANAGER::get_flash_count() const {
+DWORD PGMDEV_FLASH_MANAGER::get_flash_count() {
     return m_flash_count;
 }
 
-const PGMDEV_SFL_FLASH_INFO* PGMDEV_FLASH_MANAGER::get_flash_database() const {
+const PGMDEV_SFL_FLASH_INFO* PGMDEV_FLASH_MANAGER::get_flash_database() {
     return m_flash_database;
 }
 
-DWORD PGMDEV_FLASH_MANAGER::sfl_get_chain_longest_program_utime() const {
+DWORD PGMDEV_FLASH_MANAGER::sfl_get_chain_longest_program_utime() {
     PGMDEV_REQUIRE(m_device_count > 0, "m_device_count > 0", SOURCE);
     bool found = false;
     DWORD longest = 0;
@@ -104,7 +109,7 @@ DWORD PGMDEV_FLASH_MANAGER::sfl_get_chain_longest_program_utime() const {
         const DWORD index = get_flash_mapping_index(device, true);
         if (index != INVALID_DWORD) {
             found = true;
-            longest = std::max(longest, m_flash_database[index].program_utime);
+            longest = std::max(longest, record_at(index).program_utime);
         }
     }
     PGMDEV_REQUIRE(found, "found", SOURCE);

@@ -110,6 +110,8 @@ constexpr std::array ROW_CHECKS{
     ROW_CHECK{WARNING, "protection_division",
               [](const RECORD& r) { return r.protection_division != 255 && r.protection_division >= 32; },
               "unusual: below 32, or 255 for not known, is"},
+    ROW_CHECK{WARNING, "bottom_value", [](const RECORD& r) { return r.bottom_value != 255 && r.bottom_value > 7; },
+              "unusual: a bit number from 0 to 7, or 255 for none, is"},
     ROW_CHECK{WARNING, "byte4_addressing",
               [](const RECORD& r) { return !r.byte4_addressing && r.device_bit_size > 128 * 1024 * 1024; },
               "3-byte addresses reach only 128 Mbit of this device"},

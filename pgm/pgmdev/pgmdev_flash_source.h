@@ -3,19 +3,16 @@
 /// \file
 /// The format of the flash source table: its header lines, and the cells of its rows.
 
-#include <functional>
 #include <string>
 #include <vector>
 
 #include "pgmdev_flash_table.h"
+#include "pgmdev_source_header.h"
 #include "pgmdev_source_table.h"
 #include "pgmdev_types.h"
 
 /// Lines before the data rows: types, names, and six that the compiler does not read.
 inline constexpr std::size_t FLASH_HEADER_LINES = 8;
-
-/// Receives a fault and the line of the check that found it. It may end the operation, or collect and go on.
-using FAULT_SINK = std::function<void(const PGMDEV_TABLE_FAULT& fault, int check_line)>;
 
 /// What the first pass over a table finds out.
 struct FLASH_LAYOUT {

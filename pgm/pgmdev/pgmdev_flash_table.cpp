@@ -1,7 +1,6 @@
 #include "pgmdev_flash_table.h"
 
 #include <algorithm>
-#include <sstream>
 
 #include "pgmdev_flash_payload.h"
 #include "pgmdev_flash_source.h"
@@ -34,8 +33,7 @@ PGMDEV_FLASH_TABLE PGMDEV_FLASH_TABLE::from_source(const FIO_PATH& csv_file) {
     } else {
         table.m_records.clear();
     }
-    std::stable_sort(table.m_faults.begin(), table.m_faults.end(),
-                     [](const PGMDEV_TABLE_FAULT& a, const PGMDEV_TABLE_FAULT& b) { return a.line < b.line; });
+    sort_faults(table.m_faults);
     return table;
 }
 
@@ -47,7 +45,7 @@ PGMDEV_FLASH_TABLE PGMDEV_FLASH_TABLE::from_database(const FIO_PATH& pcf_file) {
     }
     DWORD index = 0;
     PACKED_READER reader(body.data.get(), body.size, index, FLASH_FORMAT);
-    const FLASH_PAYLOAD_HEAD head = read_flash_head(reader);
+    const PACKED_BODY_HEAD head = reader.body_head();
     for (DWORD i = 0; i < head.record_count; ++i) {
         read_flash_members(reader, table.m_records.emplace_back());
         reader.confirm_record_end();
@@ -58,34 +56,9 @@ PGMDEV_FLASH_TABLE PGMDEV_FLASH_TABLE::from_database(const FIO_PATH& pcf_file) {
 }
 
 bool PGMDEV_FLASH_TABLE::has_faults() const noexcept {
-    return std::any_of(m_faults.begin(), m_faults.end(), [](const PGMDEV_TABLE_FAULT& fault) {
-        return fault.severity == PGMDEV_TABLE_FAULT::SEVERITY::FAULT;
-    });
+    return has_fault(m_faults);
 }
 
 std::string PGMDEV_FLASH_TABLE::describe(const PGMDEV_TABLE_FAULT& fault, const std::string& file_name) {
-    const bool is_fault = fault.severity == PGMDEV_TABLE_FAULT::SEVERITY::FAULT;
-    std::ostringstream text;
-    text << file_name;
-    if (fault.line != 0) {
-        text << ':' << fault.line;
-    }
-    if (fault.column != 0) {
-        text << ':' << fault.column;
-    }
-    text << (is_fault ? ": fault: " : ": warning: ");
-    if (!fault.row.empty()) {
-        text << "row " << fault.row << ": ";
-    }
-    if (!fault.member.empty()) {
-        text << "member " << fault.member << ": ";
-    }
-    if (!fault.cell.empty()) {
-        text << "found \"" << fault.cell << "\", ";
-    }
-    text << (is_fault ? "expected " : "") << fault.expected;
-    if (!fault.condition.empty()) {
-        text << " [" << fault.condition << ']';
-    }
-    return text.str();
+    return describe_fault(fault, file_name);
 }

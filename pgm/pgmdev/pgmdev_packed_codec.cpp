@@ -35,6 +35,20 @@ DWORD PACKED_READER::untagged_dword() {
     return little_endian(4);
 }
 
+PACKED_BODY_HEAD PACKED_READER::body_head() {
+    PACKED_BODY_HEAD head;
+    head.version = untagged_dword();
+    PGMDEV_REQUIRE(head.version == PACKED_BODY_VERSION, m_format.wrong_version, m_format.source);
+    head.record_count = untagged_dword();
+    head.member_count = untagged_dword();
+    PGMDEV_REQUIRE(head.record_count > 0 && head.member_count > 0, m_format.wrong_counts, m_format.source);
+    return head;
+}
+
+void PACKED_READER::confirm_tag(PGMDEV_MANAGER_TYPE tag, const char* condition) {
+    PGMDEV_REQUIRE(next() == tag, condition, m_format.source);
+}
+
 bool PACKED_READER::get_bool() {
     PGMDEV_REQUIRE(next() == PGMDEV_MANAGER_BOOL, "type == PGMDEV_MANAGER_BOOL", m_format.source);
     const BYTE value = next();
@@ -105,6 +119,19 @@ void PACKED_WRITER::put_untagged_dword(DWORD value) {
     put(value, 4);
 }
 
+void PACKED_WRITER::put_tag(PGMDEV_MANAGER_TYPE tag) {
+    put(tag, 1);
+}
+
+void PACKED_WRITER::put_heads(DWORD body_size, DWORD record_count, DWORD member_count) {
+    put_text(m_format.magic);
+    PGMDEV_REQUIRE(m_format.stamp.size() == PACKED_STAMP_SIZE, m_format.wrong_stamp, m_format.source);
+    put_text(m_format.stamp);
+    for (const DWORD number : {body_size, PACKED_BODY_VERSION, record_count, member_count}) {
+        put_untagged_dword(number);
+    }
+}
+
 void PACKED_WRITER::put_bool(bool value) {
     put(PGMDEV_MANAGER_BOOL, 1);
     put(value ? 1 : 0, 1);
@@ -114,6 +141,11 @@ void PACKED_WRITER::put_number(DWORD value, DWORD count) {
     PGMDEV_REQUIRE(count == 1 || count == 2 || count == 4, "count == 1 || count == 2 || count == 4", m_format.source);
     put(count == 1 ? PGMDEV_MANAGER_BYTE : count == 2 ? PGMDEV_MANAGER_WORD : PGMDEV_MANAGER_DWORD, 1);
     put(value, count);
+}
+
+void PACKED_WRITER::put_enum(DWORD value) {
+    put(PGMDEV_MANAGER_ENUM, 1);
+    put(value, 4);
 }
 
 void PACKED_WRITER::put_string(PGMDEV_MANAGER_TYPE tag, std::string_view text) {

@@ -14,6 +14,13 @@
 /// The size of a buffer that comes as a bare pointer: its owner vouches for it.
 inline constexpr QWORD PACKED_TRUSTED_SIZE = ~QWORD{0};
 
+/// What precedes the records in a body.
+struct PACKED_BODY_HEAD {
+    DWORD version = 0;
+    DWORD record_count = 0;
+    DWORD member_count = 0;
+};
+
 class PACKED_READER {
 public:
     PACKED_READER(const BYTE* data, QWORD size, DWORD& index, const PACKED_FORMAT& format)
@@ -21,6 +28,12 @@ public:
 
     /// Four bytes without a tag.
     DWORD untagged_dword();
+
+    /// The head of a body; another version, or no record or member, is reported.
+    PACKED_BODY_HEAD body_head();
+
+    /// A tag that opens an index table; another one is reported as `condition`.
+    void confirm_tag(PGMDEV_MANAGER_TYPE tag, const char* condition);
 
     // A tag, then a value. Another tag is reported.
     bool get_bool();
@@ -53,10 +66,16 @@ public:
     void put_text(std::string_view text);
     /// Four bytes without a tag.
     void put_untagged_dword(DWORD value);
+    /// A tag that opens an index table.
+    void put_tag(PGMDEV_MANAGER_TYPE tag);
+    /// The head of a file, and that of its body of `body_size` bytes.
+    void put_heads(DWORD body_size, DWORD record_count, DWORD member_count);
 
     void put_bool(bool value);
     /// The low `count` (1, 2 or 4) bytes of a number, tagged as BYTE, WORD or DWORD.
     void put_number(DWORD value, DWORD count);
+    /// The value of an enumerator.
+    void put_enum(DWORD value);
     /// All characters of the text behind the low byte of its length.
     void put_string(PGMDEV_MANAGER_TYPE tag, std::string_view text);
 

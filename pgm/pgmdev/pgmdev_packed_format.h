@@ -50,9 +50,12 @@ struct PACKED_FORMAT {
     // The texts of the failed checks.
     const char* missing_file;
     const char* wrong_magic;
+    const char* wrong_stamp;
     const char* wrong_version;
+    const char* wrong_counts;
     const char* wrong_dword_tag;
     const char* wrong_string_tag;
 };
 
+extern const PACKED_FORMAT DEV_INFO_FORMAT;
 extern const PACKED_FORMAT FLASH_FORMAT;

@@ -12,6 +12,7 @@
 /// A line that holds more than white space.
 struct SOURCE_LINE {
     DWORD number = 0;                ///< in the file, from 1
+    QWORD length = 0;                ///< in characters, with the white space around it
     std::vector<std::string> cells;  ///< without the separators
     std::vector<DWORD> columns;      ///< where each cell begins in the line, from 1
 };

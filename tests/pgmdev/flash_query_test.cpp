@@ -147,7 +147,7 @@ TEST_F(FlashQuery, EachAccessorReturnsItsMember) {
     r.mfc_id_index = 6;
     m_manager.m_flash_database[3] = r;
     m_manager.set_flash_mapping_index(1, 3);
-    const PGMDEV_FLASH_MANAGER& m = m_manager;
+    PGMDEV_FLASH_MANAGER& m = m_manager;
     EXPECT_EQ(m.sfl_get_manufacturer_name(1), "Maker");
     EXPECT_EQ(m.sfl_get_device_name(1), "SAMPLE");
     EXPECT_EQ(m.sfl_get_memory_id(1), 1);
@@ -173,7 +173,7 @@ TEST_F(FlashQuery, EachAccessorReturnsItsMember) {
 
     // Each flag alone: only its own accessor says so.
     using FLAG = bool RECORD::*;
-    using ACCESSOR = bool (PGMDEV_FLASH_MANAGER::*)(DWORD) const;
+    using ACCESSOR = bool (PGMDEV_FLASH_MANAGER::*)(DWORD);
     using M = PGMDEV_FLASH_MANAGER;
     const std::vector<std::pair<FLAG, ACCESSOR>> flags{
         {&RECORD::silicon_id, &M::sfl_get_silicon_id},

@@ -30,7 +30,7 @@ inline const CELLS NAME_ROW{"manufacturer_name",  "device_name",         "silico
 inline const CELLS DATA_ROW{"Maker", "CHIP",      "FALSE", "0x18",  "2",     "0xBA",  "1",     "0x20",  "0",
                             "24",    "TRUE",      "NONE",  "FALSE", "TRUE",  "FALSE", "FALSE", "FALSE", "TRUE",
                             "1",     "134217728", "65536", "FALSE", "FALSE", "250",   "3",     "5000",  "0x5C",
-                            "0x5C",  "0x00",      "15",    "0x20",  "TRUE",  "3.3V"};
+                            "0x5C",  "0x00",      "15",    "5",     "TRUE",  "3.3V"};
 
 inline std::string joined(const CELLS& cells, const std::string& separator = ",") {
     std::string line;

@@ -154,8 +154,9 @@ TEST_F(PackedPrimitives, WritesTextsWithTheLowByteOfTheirLength) {
     };
     EXPECT_EQ(dump("abc"), (BYTES{2, 3, 'a', 'b', 'c'}));
     EXPECT_REPORT(dump(""), "string.size() > 0");
-    BYTES expected{2, 4};  // 260 characters: all of them are written behind a length of 4
-    expected.insert(expected.end(), 260, 'x');
+    BYTES expected(2 + 260, 'x');  // all characters are written behind a length of 4
+    expected[0] = 2;
+    expected[1] = 4;
     EXPECT_EQ(dump(std::string(260, 'x')), expected);
 }
 

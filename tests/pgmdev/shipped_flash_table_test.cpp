@@ -123,10 +123,10 @@ std::vector<std::unique_ptr<SETTING>> all_switches() {
 TEST(ShippedFlashTable, LoadsWithAllSwitchesOffAndOn) {
     const std::vector<ROW> rows = read_source();
     const DEVICE_DB_DIRECTORY directory(TEST_DEVICES_DIR);
-    const FLASH_PROBE off(false, 1, false, false);
+    FLASH_PROBE off(false, 1, false, false);
     EXPECT_LT(off.get_flash_count(), rows.size());
     const auto switches = all_switches();
-    const FLASH_PROBE on(false, 1, false, false);
+    FLASH_PROBE on(false, 1, false, false);
     ASSERT_EQ(on.get_flash_count(), rows.size());
     for (DWORD i = 0; i < on.get_flash_count(); ++i) {
         EXPECT_EQ(on.get_flash_database()[i].device_name, rows[i].at("device_name"));

@@ -152,7 +152,7 @@ TEST_F(UserFlashDialogue, GivesWhatTheLoaderTakes) {
         std::string encoded = output.substr(output.rfind("INI : ") + 6);
         encoded.pop_back();
         const SETTING setting(ref::KEY, encoded);
-        const PGMDEV_FLASH_MANAGER manager(false, 1, false, false);
+        PGMDEV_FLASH_MANAGER manager(false, 1, false, false);
         ASSERT_EQ(manager.get_flash_count(), 2U);
         PGMDEV_SFL_FLASH_INFO expected = ref::record();
         expected.orvane_id = 32;

@@ -348,7 +348,7 @@ TEST_F(UserFlashDatabase, DoesNotCheckTheUsersFlashAgainstTheOthers) {
     write({same_name});
     // Another default row of that name, and a switch that is off: neither counts for record 0.
     const SETTING setting(ref::KEY, ref::encoded(ref::sealed(ref::body({{"ini", "OFF"}}))));
-    const PGMDEV_FLASH_MANAGER manager(false, 1, false, false);
+    PGMDEV_FLASH_MANAGER manager(false, 1, false, false);
     ASSERT_EQ(manager.get_flash_count(), 2U);
     EXPECT_EQ(manager.get_flash_database()[0].ini, "OFF");
 }
@@ -358,7 +358,7 @@ TEST_F(UserFlashDatabase, StandsAloneWhenAllOtherRowsAreDisabled) {
     disabled.ini = "RARE";
     write({disabled, disabled});
     const SETTING setting(ref::KEY, ref::encoded(ref::sealed(ref::body())));
-    const PGMDEV_FLASH_MANAGER manager(false, 1, false, false);
+    PGMDEV_FLASH_MANAGER manager(false, 1, false, false);
     ASSERT_EQ(manager.get_flash_count(), 1U);
     EXPECT_EQ(manager.get_flash_database()[0], ref::record());
 }
@@ -369,7 +369,7 @@ TEST_F(UserFlashDatabase, LoadsWithoutARefusedDescription) {
                                      ref::encoded(ref::sealed(ref::body({{"device_name", ""}})))}) {
         const SETTING setting(ref::KEY, value);
         const CONSOLE console;
-        const PGMDEV_FLASH_MANAGER manager(false, 1, false, false);
+        PGMDEV_FLASH_MANAGER manager(false, 1, false, false);
         ASSERT_EQ(manager.get_flash_count(), 1U);
         EXPECT_EQ(manager.get_flash_database()[0], flash::sample());
     }
@@ -379,7 +379,7 @@ TEST_F(UserFlashDatabase, LeaksNothingWhenTheFileIsDamagedBehindIt) {
     const std::string payload = flash::payload({flash::sample()});
     m_scratch.write("programmer/pgm_flash.pcf", flash::file(payload.substr(0, payload.size() - 1) + "X"));
     const SETTING setting(ref::KEY, ref::encoded(ref::sealed(ref::body())));
-    EXPECT_NE(report_of([] { const PGMDEV_FLASH_MANAGER manager(false, 1, false, false); }), "(no report)");
+    EXPECT_NE(report_of([] { PGMDEV_FLASH_MANAGER manager(false, 1, false, false); }), "(no report)");
 }
 
 TEST_F(UserFlashDatabase, EmptyManagersDoNotLookForIt) {

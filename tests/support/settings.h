@@ -39,6 +39,15 @@ public:
     MODULE_DIRECTORY& operator=(const MODULE_DIRECTORY&) = delete;
 };
 
+/// The installation directory.
+class INSTALL_DIRECTORY {
+public:
+    explicit INSTALL_DIRECTORY(const std::string& path) { gen_set_tessary_path(path); }
+    ~INSTALL_DIRECTORY() { gen_set_tessary_path(""); }
+    INSTALL_DIRECTORY(const INSTALL_DIRECTORY&) = delete;
+    INSTALL_DIRECTORY& operator=(const INSTALL_DIRECTORY&) = delete;
+};
+
 /// The version of the tool.
 class TOOL_VERSION {
 public:

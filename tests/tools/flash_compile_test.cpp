@@ -41,7 +41,7 @@ PGMDEV_SFL_FLASH_INFO sample_row() {
     r.program_utime = 5000;
     r.protection_mask = r.protection_value = 0x5C;
     r.protection_division = 15;
-    r.bottom_value = 0x20;
+    r.bottom_value = 5;
     r.asc_voltage = "3.3V";
     return r;
 }

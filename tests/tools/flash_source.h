@@ -47,7 +47,7 @@ inline constexpr std::array<FLASH_COLUMN, 33> FLASH_COLUMNS{{
     {"protection_value", "BYTE", "0x5C"},
     {"unprotect_value", "BYTE", "0x00"},
     {"protection_division", "BYTE", "15"},
-    {"bottom_value", "BYTE", "0x20"},
+    {"bottom_value", "BYTE", "5"},
     {"sdm_support", "bool", "TRUE"},
     {"asc_voltage", "STL_STRING", "3.3V"},
 }};

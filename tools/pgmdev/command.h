@@ -33,6 +33,7 @@ void print_json_answer(const JSON& answer, bool batch);
 void add_flash_commands(CLI::App& app, COMMAND& command);
 void add_hps_commands(CLI::App& app, COMMAND& command);
 void add_params_commands(CLI::App& app, COMMAND& command);
+void add_profile_commands(CLI::App& app, COMMAND& command);
 void add_name_commands(CLI::App& app, COMMAND& command);
 void add_part_commands(CLI::App& app, COMMAND& command);
 void add_opn_commands(CLI::App& app, COMMAND& command);

@@ -18,12 +18,12 @@
 namespace {
 
 void list(COMMAND& command) {
-    const PGMDEV_FLASH_MANAGER manager = open_flash_database(1);
+    PGMDEV_FLASH_MANAGER manager = open_flash_database(1);
     print_records(manager.get_flash_database(), manager.get_flash_count(), command);
 }
 
 /// Names that a person may have meant: those that begin with what was typed, or are the beginning of it.
-std::string similar_names(const PGMDEV_FLASH_MANAGER& manager, const std::string& name) {
+std::string similar_names(PGMDEV_FLASH_MANAGER& manager, const std::string& name) {
     constexpr int MOST = 8;
     std::string names;
     int count = 0;
@@ -38,7 +38,7 @@ std::string similar_names(const PGMDEV_FLASH_MANAGER& manager, const std::string
     return names;
 }
 
-void show_one(const PGMDEV_FLASH_MANAGER& manager, const std::string& name, bool batch, COMMAND& command) {
+void show_one(PGMDEV_FLASH_MANAGER& manager, const std::string& name, bool batch, COMMAND& command) {
     const PGMDEV_SFL_FLASH_INFO* record = manager.get_default_flash(name);
     if (record == nullptr) {
         command.result = EXIT_NOT_FOUND;
@@ -61,7 +61,7 @@ void show_one(const PGMDEV_FLASH_MANAGER& manager, const std::string& name, bool
 }
 
 void show(const std::string& name, COMMAND& command) {
-    const PGMDEV_FLASH_MANAGER manager = open_flash_database(1);
+    PGMDEV_FLASH_MANAGER manager = open_flash_database(1);
     if (name != "-") {
         show_one(manager, name, false, command);
         return;

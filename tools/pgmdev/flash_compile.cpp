@@ -3,6 +3,7 @@
 #include <stdexcept>
 
 #include "command.h"
+#include "fault_output.h"
 #include "fio.h"
 #include "flash_commands.h"
 #include "pgmdev_flash_manager.h"
@@ -10,25 +11,8 @@
 
 namespace {
 
-JSON fault_json(const PGMDEV_TABLE_FAULT& fault) {
-    return {{"severity", fault.severity == PGMDEV_TABLE_FAULT::SEVERITY::FAULT ? "fault" : "warning"},
-            {"line", fault.line},
-            {"column", fault.column},
-            {"device_name", fault.row},
-            {"member", fault.member},
-            {"cell", fault.cell},
-            {"condition", fault.condition},
-            {"expected", fault.expected}};
-}
-
 JSON sizes_json(const PGMDEV_FLASH_TABLE& table) {
     return {{"records", table.records().size()}, {"payload_size", table.payload_size()}};
-}
-
-void print_faults(const PGMDEV_FLASH_TABLE& table, const std::string& csv_file) {
-    for (const PGMDEV_TABLE_FAULT& fault : table.faults()) {
-        fmt::print(stderr, "{}\n", PGMDEV_FLASH_TABLE::describe(fault, csv_file));
-    }
 }
 
 void print_sizes(const PGMDEV_FLASH_TABLE& table) {
@@ -42,13 +26,10 @@ void check_flash_table(const std::string& csv_file, COMMAND& command) {
     if (table.has_faults()) {
         command.result = EXIT_INTERNAL_ERROR;
     }
-    print_faults(table, csv_file);
+    print_faults(table.faults(), csv_file, PGMDEV_FLASH_TABLE::describe);
     if (command.json) {
         JSON document = sizes_json(table);
-        document["faults"] = JSON::array();
-        for (const PGMDEV_TABLE_FAULT& fault : table.faults()) {
-            document["faults"].push_back(fault_json(fault));
-        }
+        document["faults"] = faults_json(table.faults(), "device_name");
         print_json(document);
     } else if (!table.has_faults()) {
         print_sizes(table);
@@ -59,7 +40,7 @@ void compile_flash_table(const std::string& csv_file, const std::string& pcf_fil
     const PGMDEV_FLASH_TABLE table = PGMDEV_FLASH_TABLE::from_source(csv_file);
     FIO_REPLACEMENT output(pcf_file);
     if (table.has_faults()) {
-        print_faults(table, csv_file);
+        print_faults(table.faults(), csv_file, PGMDEV_FLASH_TABLE::describe);
     }
     PGMDEV_FLASH_MANAGER compiler(false, 0, true, false);
     if (table.records().empty()) {

@@ -6,6 +6,7 @@
 #include "flash_commands.h"
 #include "flash_output.h"
 #include "input.h"
+#include "text_table.h"
 
 namespace {
 
@@ -40,8 +41,8 @@ void print_device(DWORD position, const DEVICE& device) {
         fmt::print("Device {} ({}): no record matches\n", position, device.response);
         return;
     }
-    fmt::print("Device {} ({}): {} {}, record {}\n", position, device.response, device.record->manufacturer_name,
-               device.record->device_name, device.index);
+    fmt::print("Device {} ({}): {} {}, record {}\n", position, device.response,
+               printable(device.record->manufacturer_name), printable(device.record->device_name), device.index);
     print_summary(*device.record);
 }
 

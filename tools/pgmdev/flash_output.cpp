@@ -15,9 +15,8 @@ namespace {
 using RECORD = PGMDEV_SFL_FLASH_INFO;
 
 /// Members that are bit patterns or identifiers, which people write in hexadecimal.
-constexpr std::array<std::string_view, 8> HEXADECIMAL{"memory_id",       "memory_type",     "mfc_id",
-                                                      "orvane_id",       "protection_mask", "protection_value",
-                                                      "unprotect_value", "bottom_value"};
+constexpr std::array<std::string_view, 7> HEXADECIMAL{
+    "memory_id", "memory_type", "mfc_id", "orvane_id", "protection_mask", "protection_value", "unprotect_value"};
 
 constexpr std::array<std::pair<std::string_view, std::string_view>, 5> UNITS{{{"device_bit_size", "bits"},
                                                                               {"device_sector_byte", "bytes"},
@@ -107,7 +106,8 @@ void print_members(DWORD index, const RECORD& record) {
     fmt::print("{:<20}  {}\n", "index", index);
     for (const PGMDEV_SFL_FLASH_MEMBER& member : PGMDEV_SFL_FLASH_MEMBERS) {
         const std::string_view unit = unit_of(member.name);
-        fmt::print("{:<20}  {}{}{}\n", member.name, cell_text(member, record), unit.empty() ? "" : " ", unit);
+        fmt::print("{:<20}  {}{}{}\n", member.name, printable(cell_text(member, record)), unit.empty() ? "" : " ",
+                   unit);
     }
 }
 
@@ -118,7 +118,9 @@ void print_summary(const RECORD& record) {
             features += (features.empty() ? "" : ", ") + std::string(name);
         }
     }
-    const auto line = [](std::string_view label, const std::string& text) { fmt::print("  {:<14}{}\n", label, text); };
+    const auto line = [](std::string_view label, const std::string& text) {
+        fmt::print("  {:<14}{}\n", label, printable(text));
+    };
     line("recognised by", identified_by(record));
     line("size", fmt::format("{}, {} die{}, sectors of {} bytes", size_text(record.device_bit_size), record.die_count,
                              record.die_count == 1 ? "" : "s", record.device_sector_byte));

@@ -8,13 +8,14 @@
 #include "flash_output.h"
 #include "input.h"
 #include "pgmdev_user_flash.h"
+#include "text_table.h"
 
 namespace {
 
 /// A description that the library would pass over ends the command as a refused table does.
 void show_faults(const PGMDEV_USER_FLASH& flash, COMMAND& command) {
     for (const std::string& fault : flash.faults()) {
-        fmt::print(stderr, "pgmdev: the description is refused: {}\n", fault);
+        fmt::print(stderr, "pgmdev: the description is refused: {}\n", printable(fault));
         command.result = EXIT_INTERNAL_ERROR;
     }
 }
@@ -33,8 +34,8 @@ JSON description_json(const PGMDEV_USER_FLASH& flash) {
 }
 
 void print_description(const PGMDEV_USER_FLASH& flash) {
-    fmt::print("{:<20}  {}\n", "body", flash.body());
-    fmt::print("{:<20}  {}, {}\n", "password", flash.password(),
+    fmt::print("{:<20}  {}\n", "body", printable(flash.body()));
+    fmt::print("{:<20}  {}, {}\n", "password", printable(flash.password()),
                flash.password_valid() ? "fits this build" : "does not fit this build");
     fmt::print("{:<20}  {}\n", "plausible", flash.plausible() ? "yes" : "no");
     if (flash.complete()) {

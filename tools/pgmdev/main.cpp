@@ -75,6 +75,7 @@ int main(int argc, char** argv) {
     add_flash_commands(app, command);
     add_hps_commands(app, command);
     add_params_commands(app, command);
+    add_profile_commands(app, command);
     add_name_commands(app, command);
     add_part_commands(app, command);
     add_opn_commands(app, command);

@@ -3,12 +3,15 @@
 #include <string>
 #include <vector>
 
-/// A table for people: columns as wide as their widest cell, two blanks between them.
+/// The text with its control characters shown as \xNN: what comes from a file must not command the terminal.
+std::string printable(const std::string& text);
+
+/// A table for people: columns as wide as their widest cell, two blanks between them, control characters shown as \xNN.
 class TEXT_TABLE {
 public:
     explicit TEXT_TABLE(std::vector<std::string> heading) : m_rows{std::move(heading)} {}
 
-    void add(std::vector<std::string> row) { m_rows.push_back(std::move(row)); }
+    void add(std::vector<std::string> row);
 
     /// Prints the heading and the rows on standard output.
     void print() const;

@@ -1,0 +1,29 @@
+#pragma once
+
+/// \file
+/// The verbs of the noun `profile` that have a file of their own.
+
+#include <string>
+
+#include "command.h"
+#include "pgmdev_dev_info_manager.h"
+
+/// The database with what only deriving classes see.
+class PROFILE_DATABASE : public PGMDEV_DEV_INFO_MANAGER {
+public:
+    DWORD count() const { return m_device_count; }
+    DWORD found_index() const { return m_index; }  ///< of the last look-up; INVALID_DWORD: nothing found
+};
+
+/// What a profile is asked for by.
+enum class PROFILE_KEY { FAMILY, DEVICE, PART };
+
+/// Shows the profile that governs what is named, and which rule found it. "-" stands for one name per line of standard
+/// input.
+void show_profile(PROFILE_KEY key, const std::string& name, COMMAND& command);
+
+/// Shows all faults of a source table.
+void check_profile_table(const std::string& csv_file, COMMAND& command);
+
+/// Checks and compiles a source table, reads the result back, compares, and only then replaces the output.
+void compile_profile_table(const std::string& csv_file, const std::string& pcf_file, COMMAND& command);

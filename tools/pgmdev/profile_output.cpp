@@ -1,0 +1,134 @@
+#include "profile_output.h"
+
+#include <fmt/format.h>
+
+#include <array>
+#include <stdexcept>
+#include <string_view>
+
+#include "pgmdev_dev_info_manager.h"
+#include "pgmdev_dev_info_manager_auto_export.h"
+#include "text_table.h"
+
+namespace {
+
+using RECORD = PGMDEV_DEVICE_INFO;
+
+/// How the type row spells the kinds, by tag.
+constexpr std::array<std::string_view, 8> KIND_NAMES{"DEVID_ENUM", "DEVID_STR", "STL_STRING", "bool",
+                                                     "BYTE",       "WORD",      "DWORD",      "ENUM"};
+
+/// The first four members key a record.
+constexpr std::size_t KEYS = 4;
+
+bool is_named(const PGMDEV_DEVICE_INFO_MEMBER& member) {
+    return member.kind == PGMDEV_MANAGER_DEVID_ENUM || member.kind == PGMDEV_MANAGER_ENUM;
+}
+
+JSON named_value(const PGMDEV_DEVICE_INFO_MEMBER& member, const RECORD& record) {
+    bool nameable = false;
+    const std::string cell = pgmdev_device_info_cell(member, record, nameable);
+    if (!nameable) {
+        return std::stoull(cell);
+    }
+    return cell.empty() ? JSON(nullptr) : JSON(cell);
+}
+
+std::string cell_of(const PGMDEV_DEVICE_INFO_MEMBER& member, const RECORD& record) {
+    bool nameable = false;
+    return pgmdev_device_info_cell(member, record, nameable);
+}
+
+/// The cells of a row, joined; a record that no row can hold throws.
+std::string source_row(std::size_t index, const RECORD& record) {
+    std::string row;
+    std::size_t keys = 0;
+    for (std::size_t i = 0; i < PGMDEV_DEVICE_INFO_MEMBERS.size(); ++i) {
+        const PGMDEV_DEVICE_INFO_MEMBER& member = PGMDEV_DEVICE_INFO_MEMBERS[i];
+        bool nameable = false;
+        const std::string cell = pgmdev_device_info_cell(member, record, nameable);
+        if (!nameable || cell.find_first_of(" \t\n,") != std::string::npos) {
+            throw std::runtime_error(
+                fmt::format("record {}: {} \"{}\" cannot be a cell of a source table", index, member.name, cell));
+        }
+        keys += i < KEYS && !cell.empty() ? 1U : 0U;
+        row += (i == 0 ? "" : ",") + cell;
+    }
+    if (keys != 1) {
+        throw std::runtime_error(fmt::format("record {} has {} keys: a source table takes one", index, keys));
+    }
+    return row;
+}
+
+}  // namespace
+
+void add_members(JSON& object, const RECORD& record) {
+    for (const PGMDEV_DEVICE_INFO_MEMBER& member : PGMDEV_DEVICE_INFO_MEMBERS) {
+        const std::string name(member.name);
+        if (is_named(member)) {
+            object[name] = named_value(member, record);
+        } else {
+            std::visit([&](auto field) { object[name] = record.*field; }, member.field);
+        }
+    }
+}
+
+void print_members(const RECORD& record, const std::string& heading) {
+    fmt::print("{}\n", pgmdev_list_device_info(record, heading));
+}
+
+std::string key_text(const RECORD& record) {
+    for (std::size_t i = 0; i < KEYS; ++i) {
+        const std::string cell = cell_of(PGMDEV_DEVICE_INFO_MEMBERS[i], record);
+        if (!cell.empty()) {
+            return fmt::format("{} {}", PGMDEV_DEVICE_INFO_MEMBERS[i].name, cell);
+        }
+    }
+    return "none";
+}
+
+void print_records(std::span<const RECORD> records, const COMMAND& command) {
+    if (command.json) {
+        JSON array = JSON::array();
+        for (std::size_t i = 0; i < records.size(); ++i) {
+            JSON object{{"index", i}};
+            add_members(object, records[i]);
+            array.push_back(object);
+        }
+        print_json(array);
+        return;
+    }
+    TEXT_TABLE table({"index", "key", "configured by", "flash lines", "JTAG start", "key algorithm", "proposed flash"});
+    for (std::size_t i = 0; i < records.size(); ++i) {
+        const RECORD& record = records[i];
+        const std::string algorithm = pgmdev_enumerator_name(record.ekp_alg_family, true);
+        table.add({std::to_string(i), key_text(record),
+                   record.use_sdm       ? "device manager"
+                   : record.support_asc ? "active serial"
+                                        : "cable",
+                   record.flash_width_bits == 0 ? "-" : std::to_string(record.flash_width_bits),
+                   fmt::format("{} us", record.jtag_program_initialize_microsec), algorithm.empty() ? "-" : algorithm,
+                   record.cfg_dev.empty() ? "-" : record.cfg_dev});
+    }
+    table.print();
+}
+
+void print_source_table(std::span<const RECORD> records) {
+    constexpr DWORD RECORDS = PGMDEV_DEV_INFO_MANAGER::TOTAL_DATABASE_DEVICE;
+    if (records.size() != RECORDS) {
+        throw std::runtime_error(
+            fmt::format("{} records cannot be a source table, which has {}", records.size(), RECORDS));
+    }
+    std::string kinds;
+    std::string names;
+    for (const PGMDEV_DEVICE_INFO_MEMBER& member : PGMDEV_DEVICE_INFO_MEMBERS) {
+        const char* separator = kinds.empty() ? "" : ",";
+        kinds += fmt::format("{}{}", separator, KIND_NAMES[member.kind]);
+        names += fmt::format("{}{}", separator, member.name);
+    }
+    std::string text = kinds + "\n" + names + "\n";
+    for (std::size_t i = 0; i < records.size(); ++i) {
+        text += source_row(i, records[i]) + "\n";
+    }
+    fmt::print("{}", text);
+}

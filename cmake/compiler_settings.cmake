@@ -5,8 +5,9 @@ add_library(pgmdev_compiler_settings INTERFACE)
 target_compile_options(pgmdev_compiler_settings INTERFACE
   -Wall -Wextra -Wpedantic -Wconversion -Wsign-conversion -Wshadow -Wold-style-cast -Wcast-qual -Wformat=2
   -Wnon-virtual-dtor -Woverloaded-virtual -Wundef
-  # Reproducible builds: no path of the build machine in what is built.
-  -ffile-prefix-map=${PROJECT_SOURCE_DIR}=.)
+  # Reproducible builds: no path of the build machine in what is built. The last one that fits wins.
+  -ffile-prefix-map=${PROJECT_SOURCE_DIR}=.
+  -ffile-prefix-map=${PROJECT_BINARY_DIR}=build)
 
 # GCC 12 warns of overlaps in its own std::string when it inlines operator+ (GCC bug 105651).
 if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION VERSION_LESS 13)
@@ -25,4 +26,9 @@ elseif(PGMDEV_SANITIZE)
   add_link_options(-fsanitize=${PGMDEV_SANITIZE})
 elseif(NOT WIN32)
   add_link_options(-Wl,--no-undefined)
+endif()
+
+if(MINGW)
+  # Reproducible builds: no time of day in what is linked.
+  add_link_options(-Wl,--no-insert-timestamp)
 endif()

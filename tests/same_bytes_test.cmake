@@ -18,7 +18,7 @@ file(GLOB_RECURSE made RELATIVE ${NATIVE} ${NATIVE}/share/tessary/*.pcf)
 if(NOT made)
   message(FATAL_ERROR "there are no databases in ${NATIVE}")
 endif()
-foreach(file h/pgm_parts.txt ${made})
+foreach(file share/tessary/h/pgm_parts.txt ${made})
   expect_same(${NATIVE}/${file} ${BUILD}/${file})
 endforeach()
 
@@ -29,7 +29,7 @@ file(MAKE_DIRECTORY ${work}/native ${work}/other)
 function(write_with side)
   cmake_parse_arguments(PARSE_ARGV 1 with "" "" "COMMAND")
   set(pgmdev ${with_COMMAND} --module-dir ${work}/${side})
-  execute_process(COMMAND ${pgmdev} params write 0 ${NATIVE}/h/pgm_parts.txt COMMAND_ERROR_IS_FATAL ANY)
+  execute_process(COMMAND ${pgmdev} params write 0 ${NATIVE}/share/tessary/h/pgm_parts.txt COMMAND_ERROR_IS_FATAL ANY)
   execute_process(COMMAND ${pgmdev} hps add spi --like 26 device_name=MINE COMMAND_ERROR_IS_FATAL ANY
     OUTPUT_FILE ${work}/${side}/added.txt)
   execute_process(COMMAND ${pgmdev} --json flash list COMMAND_ERROR_IS_FATAL ANY

@@ -12,12 +12,13 @@
 #include "host_export.h"
 #include "host_types.h"
 
-/// The installation directory. Environment: TESSARY_INSTALL_DIR. Otherwise the nearest directory above this library
-/// that holds "share/tessary", or the parent of this library's directory when there is none.
+/// The installation directory: it holds the databases, the part list "h/pgm_parts.txt" and "tessary.conf". Environment:
+/// TESSARY_INSTALL_DIR. Otherwise the "share/tessary" nearest above this library, or that of the directory above this
+/// library's when there is none.
 HOST_EXPORT std::string gen_get_tessary_path();
 
 /// The device-database directory; the compiled databases are in its subdirectory "programmer". Environment:
-/// TESSARY_DEVICE_DB_DIR. Otherwise "share/tessary/devices" of the installation directory.
+/// TESSARY_DEVICE_DB_DIR. Otherwise "devices" of the installation directory.
 HOST_EXPORT std::string gen_get_device_db_fullpath();
 
 /// The directory of the device-data library. Environment: TESSARY_MODULE_DIR. Otherwise the directory of this library,

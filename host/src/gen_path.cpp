@@ -46,14 +46,15 @@ void set(DIRECTORY& directory, const std::string& path) {
 }
 
 fs::path found_installation() {
+    const fs::path data = fs::path("share") / "tessary";
     const fs::path library = path_from_utf8(absolute_directory(host_library_directory()));
     for (fs::path directory = library; directory.has_relative_path(); directory = directory.parent_path()) {
         std::error_code ignored;
-        if (fs::is_directory(directory / "share" / "tessary", ignored)) {
-            return directory;
+        if (fs::is_directory(directory / data, ignored)) {
+            return directory / data;
         }
     }
-    return library.parent_path();
+    return library.parent_path() / data;
 }
 
 }  // namespace
@@ -65,7 +66,7 @@ std::string gen_get_tessary_path() {
 
 std::string gen_get_device_db_fullpath() {
     const std::string path = overridden(g_device_db);
-    return path.empty() ? gen_get_tessary_path() + "/share/tessary/devices" : path;
+    return path.empty() ? gen_get_tessary_path() + "/devices" : path;
 }
 
 std::string gen_get_module_path() {

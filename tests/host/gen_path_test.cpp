@@ -78,13 +78,13 @@ INSTANTIATE_TEST_SUITE_P(gen, DIRECTORIES,
 TEST(gen_path, DeviceDatabasesAreBelowTheInstallation) {
     const SCRATCH scratch;
     const std::string install = scratch.directory().string();
-    const std::string expected = install + "/share/tessary/devices\n";
+    const std::string expected = install + "/devices\n";
     EXPECT_EQ(host_answers({"device-db"}, {{"TESSARY_INSTALL_DIR", install}}), expected);
     EXPECT_EQ(host_answers({"set-install", install, "device-db"}), expected);
 }
 
 TEST(gen_path, BuildTreeIsLaidOutAsAnInstallation) {
-    EXPECT_EQ(host_answers({"install"}), line(fs::absolute(TEST_BUILD_DIR)));
+    EXPECT_EQ(host_answers({"install"}), line(fs::absolute(TEST_INSTALL_DIR)));
     std::string device_db = host_answers({"device-db"});
     device_db.pop_back();
     EXPECT_TRUE(fs::equivalent(device_db, TEST_DEVICES_DIR)) << device_db;
@@ -121,9 +121,9 @@ TEST(gen_path, InstallationMovesWithItsFiles) {
     const fs::path root = scratch.directory() / path_from_utf8("a moved \xC3\xBC installation");
     const std::string probe = installed_probe(root);
     fs::create_directories(root / "share" / "tessary");
-    const std::string install = utf8_from_path(root);
+    const fs::path install = root / "share" / "tessary";
     EXPECT_EQ(installed_answers(probe, {"install", "device-db", "module"}),
-              install + "\n" + install + "/share/tessary/devices\n" + line(root / LIBRARIES));
+              line(install) + utf8_from_path(install) + "/devices\n" + line(root / LIBRARIES));
 }
 
 TEST(gen_path, NearestDirectoryWithTheDataWins) {
@@ -131,17 +131,18 @@ TEST(gen_path, NearestDirectoryWithTheDataWins) {
     const fs::path root = scratch.directory() / "outer" / "inner";
     const std::string probe = installed_probe(root);
     fs::create_directories(scratch.directory() / "outer" / "share" / "tessary");
-    EXPECT_EQ(installed_answers(probe, {"install"}), line(scratch.directory() / "outer"));
+    EXPECT_EQ(installed_answers(probe, {"install"}), line(scratch.directory() / "outer" / "share" / "tessary"));
     fs::create_directories(root / "share" / "tessary");
-    EXPECT_EQ(installed_answers(probe, {"install"}), line(root));
+    EXPECT_EQ(installed_answers(probe, {"install"}), line(root / "share" / "tessary"));
     fs::create_directories(root / LIBRARIES / "share" / "tessary");
-    EXPECT_EQ(installed_answers(probe, {"install"}), line(root / LIBRARIES));
+    EXPECT_EQ(installed_answers(probe, {"install"}), line(root / LIBRARIES / "share" / "tessary"));
 }
 
-TEST(gen_path, WithoutDataTheInstallationIsAboveTheLibrary) {
+TEST(gen_path, WithoutDataTheInstallationIsWhereTheyWouldBe) {
     const SCRATCH scratch;
     const fs::path root = scratch.directory() / "somewhere";
     const std::string probe = installed_probe(root);
     scratch.write("somewhere/share/tessary", "a file, not a directory");
-    EXPECT_EQ(installed_answers(probe, {"install", "module"}), line(root) + line(root / LIBRARIES));
+    EXPECT_EQ(installed_answers(probe, {"install", "module"}),
+              line(root / "share" / "tessary") + line(root / LIBRARIES));
 }

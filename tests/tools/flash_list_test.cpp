@@ -121,7 +121,7 @@ TEST(flash_list, FileThatIsNoDatabaseIsReportedByEveryVerb) {
 
 TEST(flash_list, InstallationDirectoryLeadsToTheDatabase) {
     const SCRATCH scratch;
-    scratch.write("share/tessary/devices/programmer/pgm_flash.pcf",
+    scratch.write("devices/programmer/pgm_flash.pcf",
                   flash_reference::file(flash_reference::payload({named("INSTALLED", 1)})));
     const PROCESS_RESULT result =
         run_command({"--install-dir", scratch.directory().string(), "flash", "show", "INSTALLED"});

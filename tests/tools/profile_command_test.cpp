@@ -45,7 +45,7 @@ int row(const std::string& beginning) {
 
 /// A real part of a programmer file, and its device.
 std::pair<std::string, std::string> part_of(const std::string& pcf) {
-    for (const std::string& line : lines_of(read_file(std::string(TEST_DEVICES_DIR) + "/../../../h/pgm_parts.txt"))) {
+    for (const std::string& line : lines_of(read_file(std::string(TEST_DEVICES_DIR) + "/../h/pgm_parts.txt"))) {
         std::istringstream stream(line);
         std::string part;
         std::string device;

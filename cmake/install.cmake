@@ -1,0 +1,67 @@
+# What is installed, in two components: "runtime" is what programs need to run, "development" what building them needs.
+
+include(CMakePackageConfigHelpers)
+
+set(libraries pgmdev)
+set(header_dirs ${PROJECT_SOURCE_DIR}/h/)
+if(TARGET pgmhost)
+  list(APPEND libraries pgmhost)
+  list(APPEND header_dirs ${PROJECT_SOURCE_DIR}/host/h/)
+endif()
+
+install(TARGETS ${libraries}
+  EXPORT pgmdev_targets
+  RUNTIME COMPONENT runtime
+  LIBRARY COMPONENT runtime NAMELINK_COMPONENT development
+  ARCHIVE COMPONENT development)
+install(DIRECTORY ${header_dirs}
+  DESTINATION ${PGMDEV_INSTALL_INCLUDEDIR}
+  COMPONENT development
+  FILES_MATCHING PATTERN "*.h")
+
+if(PGMDEV_BUILD_COMMAND)
+  install(TARGETS pgmdev_command RUNTIME COMPONENT runtime)
+  install(DIRECTORY ${PGMDEV_DEVICES_DIR}/programmer
+    DESTINATION ${PGMDEV_INSTALL_DATADIR}/devices
+    COMPONENT runtime
+    FILES_MATCHING PATTERN "*.pcf")
+endif()
+install(FILES ${PGMDEV_INSTALLATION_DIR}/h/pgm_parts.txt
+  DESTINATION ${PGMDEV_INSTALL_DATADIR}/h
+  COMPONENT runtime)
+install(FILES README.md DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT development)
+install(DIRECTORY docs DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT development)
+
+# The CMake package.
+install(EXPORT pgmdev_targets
+  NAMESPACE pgmdev::
+  FILE pgmdev-targets.cmake
+  DESTINATION ${PGMDEV_INSTALL_CMAKEDIR}
+  COMPONENT development)
+configure_package_config_file(cmake/pgmdev-config.cmake.in ${PROJECT_BINARY_DIR}/package/pgmdev-config.cmake
+  INSTALL_DESTINATION ${PGMDEV_INSTALL_CMAKEDIR}
+  NO_SET_AND_CHECK_MACRO)
+write_basic_package_version_file(${PROJECT_BINARY_DIR}/package/pgmdev-config-version.cmake
+  COMPATIBILITY SameMajorVersion)
+install(FILES
+  ${PROJECT_BINARY_DIR}/package/pgmdev-config.cmake
+  ${PROJECT_BINARY_DIR}/package/pgmdev-config-version.cmake
+  DESTINATION ${PGMDEV_INSTALL_CMAKEDIR}
+  COMPONENT development)
+
+# The pkg-config file.
+set(pc_libraries ${libraries})
+list(TRANSFORM pc_libraries PREPEND -l)
+list(JOIN pc_libraries " " pc_libraries)
+file(RELATIVE_PATH pc_to_prefix
+  ${CMAKE_INSTALL_PREFIX}/${PGMDEV_INSTALL_PKGCONFIGDIR} ${CMAKE_INSTALL_PREFIX})
+string(REGEX REPLACE "/$" "" pc_to_prefix "${pc_to_prefix}")
+configure_file(cmake/pgmdev.pc.in ${PROJECT_BINARY_DIR}/package/pgmdev.pc @ONLY)
+install(FILES ${PROJECT_BINARY_DIR}/package/pgmdev.pc
+  DESTINATION ${PGMDEV_INSTALL_PKGCONFIGDIR}
+  COMPONENT development)
+
+# On Windows, the libraries of the compiler and of others besides, so that a bare machine has all it needs.
+if(WIN32)
+  install(FILES ${PGMDEV_RUNTIME_DLLS} DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT runtime)
+endif()

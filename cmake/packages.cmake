@@ -1,0 +1,45 @@
+# Packages, made by cpack: on Linux a pair for Debian and an archive, for Windows an archive with all it needs.
+
+set(CPACK_PACKAGE_NAME pgmdev)
+set(CPACK_PACKAGE_VENDOR "The makers of Tessary")
+set(CPACK_PACKAGE_CONTACT "The makers of Tessary <pgmdev@tessary.invalid>")
+set(CPACK_PACKAGE_DESCRIPTION_SUMMARY ${PROJECT_DESCRIPTION})
+set(CPACK_PACKAGE_VERSION ${PROJECT_VERSION})
+set(CPACK_COMPONENTS_ALL runtime development)
+set(CPACK_VERBATIM_VARIABLES ON)
+set(CPACK_STRIP_FILES ON)
+set(CPACK_THREADS 1)
+
+# Run by cpack itself, before and after it packs: the same commit gives the same bytes.
+set(CPACK_PROJECT_CONFIG_FILE ${PROJECT_SOURCE_DIR}/cmake/package_time.cmake)
+set(CPACK_POST_BUILD_SCRIPTS ${PROJECT_SOURCE_DIR}/cmake/reproducible_archive.cmake)
+set(CPACK_PGMDEV_SOURCE_DIR ${PROJECT_SOURCE_DIR})
+set(CPACK_INSTALL_DEFAULT_DIRECTORY_PERMISSIONS
+  OWNER_READ OWNER_WRITE OWNER_EXECUTE GROUP_READ GROUP_EXECUTE WORLD_READ WORLD_EXECUTE)
+
+if(WIN32)
+  set(CPACK_GENERATOR ZIP)
+  set(CPACK_SYSTEM_NAME windows-x86_64)
+else()
+  set(CPACK_GENERATOR DEB TGZ)
+  set(CPACK_SYSTEM_NAME linux-${CMAKE_SYSTEM_PROCESSOR})
+endif()
+
+set(CPACK_DEB_COMPONENT_INSTALL ON)
+set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
+set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS ON)
+
+set(CPACK_DEBIAN_RUNTIME_PACKAGE_NAME pgmdev)
+set(CPACK_DEBIAN_RUNTIME_PACKAGE_SECTION electronics)
+set(CPACK_DEBIAN_RUNTIME_PACKAGE_SHLIBDEPS ON)
+set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS ${CMAKE_LIBRARY_OUTPUT_DIRECTORY})
+set(CPACK_DEBIAN_RUNTIME_DESCRIPTION
+  "What an FPGA programming tool has to know about devices and the serial flash\nbeside them: libraries, databases and the command pgmdev.")
+
+set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_NAME pgmdev-dev)
+set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_SECTION libdevel)
+set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_DEPENDS "pgmdev (= ${PROJECT_VERSION})")
+set(CPACK_DEBIAN_DEVELOPMENT_DESCRIPTION
+  "Headers, CMake package, pkg-config file and documents, for building programs\nthat use the device data.")
+
+include(CPack)

@@ -1,0 +1,27 @@
+# Run by cpack when it has packed: packs archives again, with their files in the order of their names, of one time, and of
+# no owner in particular. cpack takes files as the file system lists them. Debian's packages are in order already.
+
+set(ENV{TZ} UTC)  # zip files have local times
+string(TIMESTAMP time "%Y-%m-%d %H:%M:%S UTC" UTC)  # that of SOURCE_DATE_EPOCH
+cmake_path(GET CPACK_TEMPORARY_DIRECTORY PARENT_PATH above)
+file(GLOB_RECURSE files RELATIVE ${above} ${CPACK_TEMPORARY_DIRECTORY}/*)
+list(SORT files)
+list(JOIN files "\n" lines)
+file(WRITE ${above}/files.txt "${lines}\n")
+
+foreach(package IN LISTS CPACK_PACKAGE_FILES)
+  if(package MATCHES "\\.tar\\.gz$")
+    execute_process(
+      COMMAND tar --create --format=gnu --owner=0 --group=0 --numeric-owner --mtime=${time} --files-from=files.txt
+      COMMAND gzip -9n
+      WORKING_DIRECTORY ${above} OUTPUT_FILE ${package} COMMAND_ERROR_IS_FATAL ANY)
+  elseif(package MATCHES "\\.zip$")
+    file(REMOVE ${package})
+    execute_process(
+      COMMAND touch --date=${time} ${files}
+      WORKING_DIRECTORY ${above} COMMAND_ERROR_IS_FATAL ANY)
+    execute_process(
+      COMMAND zip -q -X -@ ${package}
+      WORKING_DIRECTORY ${above} INPUT_FILE ${above}/files.txt COMMAND_ERROR_IS_FATAL ANY)
+  endif()
+endforeach()

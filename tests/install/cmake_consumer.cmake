@@ -1,0 +1,22 @@
+# Someone else's project finds the installation by find_package, is built, and runs.
+include(${CMAKE_CURRENT_LIST_DIR}/common.cmake)
+
+set(binary "${WORK_DIR}/cmake consumer")
+build_project(${SOURCE_DIR}/tests/consumer ${binary} "-Dpgmdev_DIR=${INSTALLED}/${CMAKE_PACKAGE_DIR}")
+
+run(said ${EMULATOR} ${binary}/consumer${SUFFIX})
+expect("the consumer said" "${said}" "${consumer_says}")
+
+run(said ${EMULATOR} ${binary}/host_consumer${SUFFIX})
+if(NOT said MATCHES "a moved installation[/\\]share[/\\]tessary[/\\]devices\n$")
+  message(FATAL_ERROR "the host looks for databases in ${said}")
+endif()
+
+# A version that this one does not stand for is refused, for that reason.
+foreach(version 0.9 1.1 2.0)
+  configure_project("version ${version}" "find_package(pgmdev ${version} CONFIG REQUIRED)"
+    "-Dpgmdev_DIR=${INSTALLED}/${CMAKE_PACKAGE_DIR}")
+  if(configured OR NOT errors MATCHES "compatible[ \n]+with[ \n]+requested")
+    message(FATAL_ERROR "version ${version} was asked for, and this was said:\n${errors}")
+  endif()
+endforeach()

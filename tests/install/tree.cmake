@@ -1,0 +1,52 @@
+# What is installed where, that the command runs there, and that nothing in it tells where it was built.
+include(${CMAKE_CURRENT_LIST_DIR}/common.cmake)
+
+foreach(file ${EXPECTED_FILES})
+  if(NOT EXISTS "${INSTALLED}/${file}")
+    message(FATAL_ERROR "${file} is not installed")
+  endif()
+endforeach()
+
+run(said ${EMULATOR} ${INSTALLED}/bin/pgmdev${SUFFIX} --json flash identify EF7017)
+string(JSON name GET "${said}" devices 0 device_name)
+expect("the command found" "${name}" "W25Q64JV")
+run(said ${EMULATOR} ${INSTALLED}/bin/pgmdev${SUFFIX} --json profile list)
+string(JSON profiles LENGTH "${said}")
+if(profiles EQUAL 0)
+  message(FATAL_ERROR "the command found no profile")
+endif()
+
+# On a bare Windows machine, there is nothing besides the system's own libraries and those installed.
+if(TARGET_IS_WINDOWS)
+  set(CMAKE_GET_RUNTIME_DEPENDENCIES_PLATFORM windows+pe)
+  set(CMAKE_GET_RUNTIME_DEPENDENCIES_TOOL objdump)
+  set(CMAKE_GET_RUNTIME_DEPENDENCIES_COMMAND ${OBJDUMP})
+  file(GET_RUNTIME_DEPENDENCIES
+    UNRESOLVED_DEPENDENCIES_VAR missing
+    RESOLVED_DEPENDENCIES_VAR ignored
+    EXECUTABLES ${INSTALLED}/bin/pgmdev.exe
+    PRE_EXCLUDE_REGEXES [[^(advapi32|bcrypt|kernel32|msvcrt|ntdll|shell32|user32|ws2_32)\.dll$]])
+  if(missing)
+    message(FATAL_ERROR "a bare machine lacks ${missing}")
+  endif()
+endif()
+
+# Every byte of every file. Sanitizers keep the paths of sources; nobody ships those builds.
+if(SANITIZED)
+  return()
+endif()
+string(HEX ${SOURCE_DIR} source)
+string(HEX ${BUILD_DIR} build)
+file(GLOB_RECURSE files ${INSTALLED}/*)
+if(NOT files)
+  message(FATAL_ERROR "nothing is installed")
+endif()
+foreach(file IN LISTS files)
+  file(READ ${file} bytes HEX)
+  foreach(path ${source} ${build})
+    string(FIND "${bytes}" ${path} place)
+    if(NOT place EQUAL -1)
+      message(FATAL_ERROR "${file} has a path of the build machine in it")
+    endif()
+  endforeach()
+endforeach()

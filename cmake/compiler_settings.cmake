@@ -14,6 +14,11 @@ if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION VERSION_L
   target_compile_options(pgmdev_compiler_settings INTERFACE -Wno-restrict)
 endif()
 
+# By default, what must be unique in a process keeps the libraries that have it loaded to the end of the process.
+if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND NOT WIN32)
+  target_compile_options(pgmdev_compiler_settings INTERFACE -fno-gnu-unique)
+endif()
+
 if(PGMDEV_WARNINGS_AS_ERRORS)
   target_compile_options(pgmdev_compiler_settings INTERFACE -Werror)
 endif()

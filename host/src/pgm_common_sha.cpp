@@ -2,6 +2,7 @@
 
 #include <memory>
 
+#include "library_path.h"
 #include "msg.h"
 #include "pgm_common.h"
 
@@ -9,10 +10,11 @@ namespace {
 
 constexpr DWORD SHA256_SIZE = 32;
 
-/// Makes the digest library ready, unless the program has done so for its own purposes.
+/// Makes the digest library ready, unless the program has done so for its own purposes. It has no way to release what
+/// it then allocates: were it unloaded with this library, each time would leave something.
 bool initialize_digests() {
+    keep_library_loaded(gcry_check_version(nullptr));  // a text inside of it
     if (gcry_control(GCRYCTL_INITIALIZATION_FINISHED_P) == 0) {
-        gcry_check_version(nullptr);
         gcry_control(GCRYCTL_DISABLE_SECMEM, 0);  // digests of names are no secrets
         gcry_control(GCRYCTL_INITIALIZATION_FINISHED, 0);
     }

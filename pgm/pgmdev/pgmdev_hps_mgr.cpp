@@ -110,6 +110,15 @@ void destroy_records(std::vector<RECORD*>& list) {
     list.clear();
 }
 
+/// An instance that nobody deleted goes with the library.
+struct CLEAN_UP {
+    ~CLEAN_UP() {
+        PGMDEV_HPS_MGR::delete_mgr();
+        PGMDEV_HPS_NAND_MGR::delete_mgr();
+        PGMDEV_HPS_SPI_MGR::delete_mgr();
+    }
+} clean_up;
+
 }  // namespace
 
 PGMDEV_HPS_MGR* PGMDEV_HPS_MGR::m_mgr = nullptr;

@@ -2,12 +2,12 @@
 
 #include <chrono>
 #include <fstream>
-#include <latch>
 #include <string>
 #include <thread>
 
 #include "fio.h"
 #include "support/scratch.h"
+#include "support/start_line.h"
 
 // Paths and files as only Windows has them.
 
@@ -44,13 +44,13 @@ TEST(fio_windows, EverySpellingOfAPath) {
 TEST(fio_windows, AReplacementWaitsForAReader) {
     const SCRATCH scratch;
     const std::string file = scratch.write("file", "old");
-    std::latch opened(1);
+    START_LINE opened(2);
     std::thread reader([&] {
         const std::ifstream input(fio_get_unc_full_path(file), std::ios::binary);
-        opened.count_down();
+        opened.arrive_and_wait();
         std::this_thread::sleep_for(std::chrono::milliseconds(100));
     });
-    opened.wait();
+    opened.arrive_and_wait();
     FIO_REPLACEMENT replacement(file);
     const std::string contents = "new";
     EXPECT_TRUE(replacement.write({reinterpret_cast<const BYTE*>(contents.data()), contents.size()}));

@@ -1,6 +1,5 @@
 #include <gtest/gtest.h>
 
-#include <latch>
 #include <thread>
 
 #include "ddb_reference.h"
@@ -10,6 +9,7 @@
 #include "pgmdev_device_grammar_mgr.h"
 #include "pgmdev_mgr.h"
 #include "support/reports.h"
+#include "support/start_line.h"
 
 namespace {
 
@@ -72,14 +72,14 @@ TEST(DdbFirstUse, ManyThreadsMayMakeTheFirstCall) {
     for (int round = 0; round < 50; ++round) {
         set_grammar_container(GOOD_GRAMMAR);
         set_opn_container(GOOD_LIST);
-        std::latch start(THREADS);
+        START_LINE line(THREADS);
         std::vector<const GRAMMAR_STORE*> grammars(THREADS);
         std::vector<const OPN_STORE*> lists(THREADS);
         std::vector<std::string> families(THREADS);
         std::vector<std::thread> threads;
         for (std::size_t i = 0; i < THREADS; ++i) {
             threads.emplace_back([&, i] {
-                start.arrive_and_wait();
+                line.arrive_and_wait();
                 families[i] = family_of_example();
                 grammars[i] = get_grammar_store();
                 lists[i] = get_opn_store();
@@ -98,12 +98,12 @@ TEST(DdbFirstUse, ManyThreadsMayFailTogether) {
     constexpr int THREADS = 4;
     const REPORTS quiet;  // builds, and so reports, are made by one thread at a time
     set_grammar_container(SHORT_GRAMMAR);
-    std::latch start(THREADS);
+    START_LINE line(THREADS);
     std::vector<std::string> texts(THREADS);
     std::vector<std::thread> threads;
     for (std::size_t i = 0; i < THREADS; ++i) {
         threads.emplace_back([&, i] {
-            start.arrive_and_wait();
+            line.arrive_and_wait();
             try {
                 family_of_example();
             } catch (const MSG_INTERNAL_ERROR_EXCEPTION& error) {

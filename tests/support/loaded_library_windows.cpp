@@ -1,8 +1,8 @@
+#include <algorithm>
 #include <stdexcept>
+#include <vector>
 
 #include <windows.h>
-
-#include <psapi.h>
 
 #include "loaded_library.h"
 
@@ -33,8 +33,17 @@ std::size_t open_handles() {
 }
 
 std::size_t memory_in_use() {
-    PROCESS_MEMORY_COUNTERS_EX counters{};
-    counters.cb = sizeof(counters);
-    GetProcessMemoryInfo(GetCurrentProcess(), reinterpret_cast<PROCESS_MEMORY_COUNTERS*>(&counters), sizeof(counters));
-    return counters.PrivateUsage;
+    // Block by block: the process's counters tell of pages, which the heaps keep for later.
+    std::vector<HANDLE> heaps(GetProcessHeaps(0, nullptr) + 8);
+    heaps.resize(std::min<std::size_t>(heaps.size(), GetProcessHeaps(static_cast<DWORD>(heaps.size()), heaps.data())));
+    std::size_t bytes = 0;
+    for (const HANDLE heap : heaps) {
+        HeapLock(heap);
+        PROCESS_HEAP_ENTRY entry{};
+        while (HeapWalk(heap, &entry) != 0) {
+            bytes += (entry.wFlags & PROCESS_HEAP_ENTRY_BUSY) != 0 ? entry.cbData : 0;
+        }
+        HeapUnlock(heap);
+    }
+    return bytes;
 }

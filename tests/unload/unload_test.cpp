@@ -1,10 +1,10 @@
 #include <gtest/gtest.h>
 
 #include <array>
-#include <latch>
 #include <thread>
 
 #include "support/loaded_library.h"
+#include "support/start_line.h"
 
 // The library comes and goes with a plug-in, in a process that does not link it.
 
@@ -17,17 +17,15 @@ void come_and_go() {
     const LOADED_LIBRARY plugin(TEST_PLUGIN);
     const LOADED_LIBRARY::FUNCTION use_every_store = plugin.function("use_every_store");
     ASSERT_NE(use_every_store, nullptr);
-    std::latch start(2);
+    START_LINE line(2);
+    const auto call_with_the_other = [&] {
+        line.arrive_and_wait();
+        return use_every_store();
+    };
     std::array<int, 2> answered{};
-    {
-        std::thread other([&] {
-            start.arrive_and_wait();
-            answered[0] = use_every_store();
-        });
-        start.arrive_and_wait();
-        answered[1] = use_every_store();
-        other.join();
-    }
+    std::thread other([&] { answered[0] = call_with_the_other(); });
+    answered[1] = call_with_the_other();
+    other.join();
     ASSERT_EQ(answered, (std::array{STORES, STORES}));
     ASSERT_TRUE(is_loaded(TEST_LIBRARY));
     ASSERT_TRUE(is_loaded(TEST_HOST_LIBRARY));

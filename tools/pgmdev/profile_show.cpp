@@ -6,6 +6,7 @@
 #include "dev.h"
 #include "device_names.h"
 #include "input.h"
+#include "pgmdev_dev_info_manager_auto_export.h"
 #include "profile_commands.h"
 #include "profile_output.h"
 
@@ -22,7 +23,7 @@ struct QUESTION {
 std::vector<std::string> family_names() {
     std::vector<std::string> names;
     for (int family = DEV_FAMILY_INVALID + 1; family < DEV_FAMILY_MAX; ++family) {
-        names.push_back(dstr_get_user_string(static_cast<DEV_FAMILY_ENUM>(family)));
+        names.push_back(pgmdev_family_name(static_cast<DEV_FAMILY_ENUM>(family)));
     }
     return names;
 }

@@ -3,30 +3,10 @@
 #include <memory>
 #include <type_traits>
 
-// The system's own header comes first, with all its macros.
+// The system's own header comes first, with all its macros. (system_types_last_windows.cpp has it last.)
 #include <windows.h>
 
-#include "cfg.h"
-#include "dev.h"
-#include "dstr.h"
-#include "fio.h"
-#include "gen.h"
-#include "msg.h"
-#include "pgm_common.h"
-#include "pgmdev_device_grammar_mgr.h"
-#include "pgmdev_flash_ini.h"
-#include "pgmdev_flash_manager.h"
-#include "pgmdev_flash_table.h"
-#include "pgmdev_hps_mgr.h"
-#include "pgmdev_hps_nand_mgr.h"
-#include "pgmdev_hps_spi_mgr.h"
-#include "pgmdev_mgr.h"
-#include "pgmdev_types.h"
-#include "pgmdev_user_flash.h"
-#include "qtl.h"
-#include "stl.h"
-#include "ver.h"
-#include "zlib_wrapper.h"
+#include "every_header.h"
 
 namespace {
 

@@ -20,5 +20,4 @@ public:
 
 private:
     std::vector<std::string> m_arguments;
-    unsigned m_former_code_page = 0;  ///< of the console, to be given back; 0: none
 };

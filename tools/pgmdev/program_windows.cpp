@@ -15,6 +15,8 @@
 
 namespace {
 
+UINT g_former_code_page = 0;  // of the console, to be given back; 0: there is no console
+
 /// The arguments that `main` is given are in the system's code page, in which most names cannot be written.
 std::vector<std::string> wide_arguments() {
     int count = 0;
@@ -31,17 +33,18 @@ std::vector<std::string> wide_arguments() {
 
 }  // namespace
 
-PROGRAM::PROGRAM(int, char**) : m_arguments(wide_arguments()), m_former_code_page(GetConsoleOutputCP()) {
+PROGRAM::PROGRAM(int, char**) : m_arguments(wide_arguments()) {
+    g_former_code_page = GetConsoleOutputCP();
     _setmode(_fileno(stdout), _O_BINARY);
     _setmode(_fileno(stderr), _O_BINARY);
-    if (m_former_code_page != 0) {
+    if (g_former_code_page != 0) {
         SetConsoleOutputCP(CP_UTF8);
     }
 }
 
 PROGRAM::~PROGRAM() {
     std::fflush(stdout);
-    if (m_former_code_page != 0) {
-        SetConsoleOutputCP(m_former_code_page);
+    if (g_former_code_page != 0) {
+        SetConsoleOutputCP(g_former_code_page);
     }
 }

@@ -1,5 +1,6 @@
 # Run by cpack when it has packed: packs archives again, with their files in the order of their names, of one time, and of
-# no owner in particular. cpack takes files as the file system lists them. Debian's packages are in order already.
+# no owner in particular. cpack takes files as the file system lists them. What is inside of Debian's packages is in order
+# already, but their parts have the umask of whoever packs.
 
 set(ENV{TZ} UTC)  # zip files have local times
 string(TIMESTAMP time "%Y-%m-%d %H:%M:%S UTC" UTC)  # that of SOURCE_DATE_EPOCH
@@ -23,5 +24,13 @@ foreach(package IN LISTS CPACK_PACKAGE_FILES)
     execute_process(
       COMMAND zip -q -X -@ ${package}
       WORKING_DIRECTORY ${above} INPUT_FILE ${above}/files.txt COMMAND_ERROR_IS_FATAL ANY)
+  elseif(package MATCHES "\\.deb$")
+    set(parts ${above}/parts)
+    file(REMOVE_RECURSE ${parts})
+    file(MAKE_DIRECTORY ${parts})
+    execute_process(COMMAND ar x ${package} WORKING_DIRECTORY ${parts} COMMAND_ERROR_IS_FATAL ANY)
+    file(REMOVE ${package})
+    execute_process(COMMAND ar qcD ${package} debian-binary control.tar.gz data.tar.gz
+      WORKING_DIRECTORY ${parts} COMMAND_ERROR_IS_FATAL ANY)
   endif()
 endforeach()

@@ -1,11 +1,14 @@
-# The packages: twice the same bytes, and a command that works after unpacking.
+# The packages: twice the same bytes, whoever packs, and a command that works after unpacking.
 include(${CMAKE_CURRENT_LIST_DIR}/common.cmake)
 
 set(WORK_DIR ${WORK_DIR}-packages)
 file(REMOVE_RECURSE ${WORK_DIR})
 file(MAKE_DIRECTORY ${WORK_DIR}/first ${WORK_DIR}/second)
+set(umask_of_first 022)
+set(umask_of_second 077)
 foreach(round first second)
-  run(ignored ${CPACK} --config ${BUILD_DIR}/CPackConfig.cmake -B ${WORK_DIR}/${round})
+  run(ignored sh -c "umask ${umask_of_${round}} && exec \"$@\"" sh
+    ${CPACK} --config ${BUILD_DIR}/CPackConfig.cmake -B ${WORK_DIR}/${round})
   file(GLOB packages RELATIVE ${WORK_DIR}/${round} ${WORK_DIR}/${round}/*.*)
   list(SORT packages)
   expect("packages" "${packages}" "${EXPECTED_PACKAGES}")

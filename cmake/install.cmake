@@ -61,7 +61,15 @@ install(FILES ${PROJECT_BINARY_DIR}/package/pgmdev.pc
   DESTINATION ${PGMDEV_INSTALL_PKGCONFIGDIR}
   COMPONENT development)
 
-# On Windows, the libraries of the compiler and of others besides, so that a bare machine has all it needs.
+# On Windows, the libraries of the compiler and of others besides, so that a bare machine has all it needs; with their
+# licences, as the packages that they come from tell them.
 if(WIN32)
   install(FILES ${PGMDEV_RUNTIME_DLLS} DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT runtime)
+  foreach(package IN LISTS PGMDEV_RUNTIME_PACKAGES)
+    install(FILES /usr/share/doc/${package}/copyright
+      DESTINATION ${CMAKE_INSTALL_DOCDIR}/licences
+      RENAME ${package}.txt
+      COMPONENT runtime
+      OPTIONAL)
+  endforeach()
 endif()

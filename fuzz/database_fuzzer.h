@@ -1,0 +1,48 @@
+#pragma once
+
+/// \file
+/// Any bytes as the payload of a packed database: loading ends in a report, or in records.
+
+#include <cstddef>
+#include <cstdint>
+#include <filesystem>
+#include <string_view>
+#include <vector>
+
+#include "fio.h"
+#include "msg.h"
+
+/// Packs the payload as a file with that magic and stamp, and loads it through the bounded reader. MANAGER derives from
+/// the database's manager; it starts empty, and makes that manager's `compress_data` and, as `load`, its loading of a
+/// file public.
+template <class MANAGER>
+void load_payload(std::string_view magic_and_stamp, const std::uint8_t* payload, std::size_t size) {
+    static const bool quiet = [] {
+        MSG_INTERNAL_ERROR::set_handler(
+            [](const MSG_INTERNAL_ERROR_REPORT& report) { throw MSG_INTERNAL_ERROR_EXCEPTION(report); });
+        return true;
+    }();
+    if (!quiet || size == 0) {
+        return;
+    }
+    std::vector<BYTE> image(magic_and_stamp.begin(), magic_and_stamp.end());
+    for (unsigned shift = 0; shift < 32; shift += 8) {
+        image.push_back(static_cast<BYTE>(size >> shift));
+    }
+    const auto head = static_cast<DWORD>(image.size());
+    image.insert(image.end(), payload, payload + size);
+    try {
+        MANAGER manager;
+        DWORD length = 0;
+        BYTE* packed = manager.compress_data(image.data(), head, static_cast<DWORD>(image.size()), length);
+        std::vector<BYTE> file(packed, packed + length);
+        delete[] packed;
+        file.resize(file.size() + 2);  // the checksum
+        FIO_REPLACEMENT scratch((std::filesystem::temp_directory_path() / "pgmdev-fuzz.pcf").string());
+        if (scratch.write(file)) {
+            manager.load(scratch.temporary());
+        }
+    } catch (const MSG_INTERNAL_ERROR_EXCEPTION&) {
+        // a report is the right answer to damage
+    }
+}

@@ -1,0 +1,19 @@
+#include "database_fuzzer.h"
+#include "pgmdev_dev_info_manager.h"
+
+namespace {
+
+class LOADER : public PGMDEV_DEV_INFO_MANAGER {
+public:
+    LOADER() : PGMDEV_DEV_INFO_MANAGER(true) {}
+
+    using PGMDEV_DEV_INFO_MANAGER::compress_data;
+    void load(const FIO_PATH& file) { initialize_device_database(file); }
+};
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    load_payload<LOADER>("PGMIO_DM6d91639bb2165ce50a6e050711c1137f", data, size);
+    return 0;
+}

@@ -29,8 +29,8 @@ endif()
 install(FILES ${PGMDEV_INSTALLATION_DIR}/h/pgm_parts.txt
   DESTINATION ${PGMDEV_INSTALL_DATADIR}/h
   COMPONENT runtime)
-install(FILES README.md DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT development)
-install(DIRECTORY docs DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT development)
+install(FILES README.md DESTINATION ${PGMDEV_INSTALL_DOCDIR} COMPONENT development)
+install(DIRECTORY docs DESTINATION ${PGMDEV_INSTALL_DOCDIR} COMPONENT development)
 
 # The CMake package.
 install(EXPORT pgmdev_targets
@@ -67,7 +67,7 @@ if(WIN32)
   install(FILES ${PGMDEV_RUNTIME_DLLS} DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT runtime)
   foreach(package IN LISTS PGMDEV_RUNTIME_PACKAGES)
     install(FILES /usr/share/doc/${package}/copyright
-      DESTINATION ${CMAKE_INSTALL_DOCDIR}/licences
+      DESTINATION ${PGMDEV_INSTALL_DOCDIR}/licences
       RENAME ${package}.txt
       COMPONENT runtime
       OPTIONAL)

@@ -11,11 +11,12 @@ if(CMAKE_CROSSCOMPILING AND NOT PGMDEV_DDB_GENERATOR)
   ExternalProject_Add(native_generator
     SOURCE_DIR ${PROJECT_SOURCE_DIR}
     BINARY_DIR ${native}
-    CMAKE_ARGS -DCMAKE_BUILD_TYPE=Release -DPGMDEV_BUILD_TESTS=OFF
+    CMAKE_ARGS -DCMAKE_BUILD_TYPE=Release -DPGMDEV_BUILD_TESTS=OFF -DPGMDEV_BUILD_COMMAND=OFF
       -DPGMDEV_WARNINGS_AS_ERRORS=${PGMDEV_WARNINGS_AS_ERRORS}
     BUILD_COMMAND ${CMAKE_COMMAND} --build ${native} --target ddb_generator
     BUILD_BYPRODUCTS ${native_generator}
     INSTALL_COMMAND "")
-  file(GLOB sources ${PROJECT_SOURCE_DIR}/tools/ddb_generator/* ${PROJECT_SOURCE_DIR}/host/src/*.h)
+  file(GLOB sources CONFIGURE_DEPENDS
+    ${PROJECT_SOURCE_DIR}/tools/ddb_generator/* ${PROJECT_SOURCE_DIR}/host/h/*.h ${PROJECT_SOURCE_DIR}/host/src/*.h)
   ExternalProject_Add_StepDependencies(native_generator build ${sources})
 endif()

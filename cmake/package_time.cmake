@@ -1,5 +1,5 @@
 # Read by cpack: every file in a package gets the time of the commit, unless SOURCE_DATE_EPOCH already says another.
-# Sources outside of a repository have no commit; theirs is the first second that every archive format can hold.
+# Sources outside of a repository have no commit; theirs is a day that every archive format can hold.
 
 if(NOT DEFINED ENV{SOURCE_DATE_EPOCH})
   execute_process(COMMAND git -C ${CPACK_PGMDEV_SOURCE_DIR} log -1 --format=%ct

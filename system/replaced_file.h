@@ -9,7 +9,7 @@
 #if defined(_WIN32)
 
 /// Opens the file, in binary mode. While a file takes the place of another one, Windows lets nobody open it; this waits
-/// for the end of that, for up to a second.
+/// for the end of that, for a second or two.
 std::ifstream open_replaced_file(const std::filesystem::path& path, std::ios::openmode mode = {});
 
 #else

@@ -8,7 +8,8 @@ std::ifstream open_replaced_file(const std::filesystem::path& path, std::ios::op
     std::ifstream file;
     for (int i = 0; i < ATTEMPTS; ++i) {
         file.open(path, mode | std::ios::binary);
-        if (file.is_open() || GetLastError() != ERROR_SHARING_VIOLATION) {
+        const DWORD error = GetLastError();
+        if (file.is_open() || (error != ERROR_SHARING_VIOLATION && error != ERROR_ACCESS_DENIED)) {
             break;
         }
         file.clear();

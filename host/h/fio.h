@@ -46,7 +46,7 @@ HOST_EXPORT std::filesystem::path fio_get_unc_full_path(const std::string& path)
 
 /// Replaces a file as a whole: at every moment other readers see the old file or the new one, whole. On Windows a reader
 /// that opens the file in the very moment of the change is refused with a sharing violation and may try again; a reader
-/// that has the file open delays the change for up to a second, then the commit fails.
+/// that has the file open delays the change for a second or two, then the commit fails.
 ///
 /// The contents go into a temporary file in the same directory, which takes the file's name in one step when `commit`
 /// is called, after it has reached the disk. Without a successful commit the old file stays as it was and the temporary

@@ -26,9 +26,9 @@ bool make_directory(const std::filesystem::path& path) {
     if (!path.has_relative_path() || !make_directory(path.parent_path())) {
         return false;
     }
-    std::error_code error;
-    std::filesystem::create_directory(fio_get_unc_full_path(utf8_from_path(path)), error);
-    return !error;
+    std::error_code ignored;  // it may be there: made by another process, or the same one with a separator at its end
+    std::filesystem::create_directory(fio_get_unc_full_path(utf8_from_path(path)), ignored);
+    return FIO_FILE_SYSTEM::status(utf8_from_path(path).c_str(), &existing) && !existing.regular;
 }
 
 std::string message_of(const std::string& title, const std::string& text, const std::vector<int>& recipients) {

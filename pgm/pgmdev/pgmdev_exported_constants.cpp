@@ -3,8 +3,8 @@
 #include "pgmdev_mgr.h"
 #include "pgmdev_user_flash.h"
 
-// The constants of the exported classes once more, which makes the library define them. Where a library must say what
-// it exports, programs that take the address of a constant look for it there, and it is there for no other reason.
+// The constants of the exported classes once more, which makes the library define them. On Windows, a program that takes
+// the address of one imports it, and nothing else in the library makes a definition that it could export.
 
 constexpr DWORD PGMDEV_DEV_INFO_MANAGER::TOTAL_DATABASE_DEVICE;
 constexpr DWORD PGMDEV_DEV_INFO_MANAGER::TOTAL_DEVICE_DATABASE_MEMBER;

@@ -131,6 +131,11 @@ FILE_IMAGE build_image(const std::array<BLOCK, PGMDEV_FLASH_INI_MAX>& blocks, QW
     return image;
 }
 
+/// Whether the file is there, and nobody may read it now. What it holds is not to be taken for lost.
+bool is_withheld(const std::string& path) {
+    return FIO_FILE_SYSTEM::exists(path.c_str()) && !open_replaced_file(fio_get_unc_full_path(path)).is_open();
+}
+
 }  // namespace
 
 BYTE* PGMDEV_FLASH_INI::read_flash_ini_data(PGMDEV_FLASH_INI_ENUM which, DWORD& size) {
@@ -166,6 +171,9 @@ bool PGMDEV_FLASH_INI::write_flash_ini_data(PGMDEV_FLASH_INI_ENUM which, BYTE* d
     }
     PGMDEV_REQUIRE(size == 0 || data != nullptr, "data != NULL", FLASH_INI_SOURCE);
     PGMDEV_REQUIRE(size != 0 || data == nullptr, "data == NULL", FLASH_INI_SOURCE);
+    if (is_withheld(container_path())) {
+        return false;
+    }
 
     std::array<BLOCK, PGMDEV_FLASH_INI_MAX> blocks;
     QWORD file_size = HEAD_SIZE + ENTRY_SIZE * PGMDEV_FLASH_INI_MAX;

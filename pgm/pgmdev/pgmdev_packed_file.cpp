@@ -62,11 +62,14 @@ PACKED_BODY read_packed_file(const FIO_PATH& path, const PACKED_FORMAT& format) 
         format.missing_file, format.source);
     std::ifstream input;
     if (status.regular) {  // a directory or a pipe would open, too
-        input = open_replaced_file(fio_get_unc_full_path(path.fullpath()));
+        input = open_replaced_file(fio_get_unc_full_path(path.fullpath()), std::ios::ate);
     }
     PGMDEV_REQUIRE(status.regular && input.good(), "input.good()", format.source);
-    PGMDEV_REQUIRE(status.size > PACKED_HEAD_SIZE + PACKED_CHECKSUM_SIZE, "file_size > (8 + 32 + 4 + 2)",
-                   format.source);
+    // The file may have been replaced since its status was taken. What counts is the one that is open.
+    const std::streamoff end = input.tellg();
+    PGMDEV_REQUIRE(end >= 0 && input.seekg(0), "input.good()", format.source);
+    const auto file_size = static_cast<QWORD>(end);
+    PGMDEV_REQUIRE(file_size > PACKED_HEAD_SIZE + PACKED_CHECKSUM_SIZE, "file_size > (8 + 32 + 4 + 2)", format.source);
 
     std::array<BYTE, PACKED_HEAD_SIZE> head{};
     PGMDEV_REQUIRE(read_bytes(input, head.data(), head.size()), "input.good()", format.source);
@@ -83,7 +86,7 @@ PACKED_BODY read_packed_file(const FIO_PATH& path, const PACKED_FORMAT& format) 
     const DWORD body_size = PACKED_READER(head.data(), head.size(), index, format).untagged_dword();
 
     // No stream of a body below 4 GiB is longer than that; what lies behind the end of the stream is not looked at.
-    const QWORD stored = status.size - PACKED_HEAD_SIZE - PACKED_CHECKSUM_SIZE;
+    const QWORD stored = file_size - PACKED_HEAD_SIZE - PACKED_CHECKSUM_SIZE;
     const auto stream_size = static_cast<DWORD>(std::min<QWORD>(stored, 0xFFFFFFFF));
     const BYTE_BUFFER stream(new BYTE[stream_size]);
     PGMDEV_REQUIRE(read_bytes(input, stream.get(), stream_size), "input.good()", format.source);

@@ -59,6 +59,19 @@ TEST(fio_windows, AReplacementWaitsForAReader) {
     EXPECT_EQ(read_file(file), "new");
 }
 
+TEST(fio_windows, AReplacementGivesUpWhereTheReaderStays) {
+    const SCRATCH scratch;
+    const std::string file = scratch.write("file", "old");
+    const std::ifstream reader(fio_get_unc_full_path(file), std::ios::binary);
+    {
+        FIO_REPLACEMENT replacement(file);
+        EXPECT_TRUE(replacement.write({}));
+        EXPECT_FALSE(replacement.commit());
+    }
+    EXPECT_EQ(read_file(file), "old");
+    EXPECT_EQ(scratch.file_count(), 1U);
+}
+
 TEST(fio_windows, DevicesAreNoFilesToReplace) {
     for (const char* device : {"NUL", R"(\\.\NUL)", R"(\\.\pipe\none)"}) {
         FIO_REPLACEMENT replacement{FIO_PATH(device)};

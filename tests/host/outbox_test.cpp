@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include "fio.h"
 #include "pgm_common.h"
 #include "support/scratch.h"
 #include "support/settings.h"
@@ -28,6 +29,26 @@ TEST(outbox, IsNamedByTheConfigurationAndCreated) {
     EXPECT_TRUE(PGM_COMMON::send_auto_email_file("A title", "Some text.\n", {0, 3, 4}));
     EXPECT_EQ(messages_in(scratch.path("a/b")),
               std::vector<std::string>{"To: 0, 3, 4\nSubject: A title\n\nSome text.\n"});
+}
+
+TEST(outbox, MayEndWithASeparator) {
+    const SCRATCH scratch;
+    const SETTING outbox("TESSARY_OUTBOX_DIR", scratch.path("a/b") + "/");
+    EXPECT_TRUE(PGM_COMMON::send_auto_email_file("", "", {}));
+    EXPECT_EQ(messages_in(scratch.path("a/b")).size(), 1U);
+}
+
+TEST(outbox, MayBeBelowALongPath) {
+    const SCRATCH scratch;
+    std::string path = utf8_from_path(scratch.directory());
+    for (int i = 0; i < 8; ++i) {  // more than 260 characters together
+        path += "/" + std::string(40, static_cast<char>('a' + i));
+    }
+    const SETTING outbox("TESSARY_OUTBOX_DIR", path);
+    EXPECT_TRUE(PGM_COMMON::send_auto_email_file("", "", {}));
+    FIO_STATUS status;
+    EXPECT_TRUE(FIO_FILE_SYSTEM::status(path.c_str(), &status));
+    EXPECT_FALSE(status.regular);
 }
 
 TEST(outbox, IsInTheInstallationOtherwise) {

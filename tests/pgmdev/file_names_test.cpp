@@ -40,10 +40,6 @@ protected:
         }
         m_directory = path;
     }
-    ~FileNames() override {
-        std::error_code ignored;
-        fs::remove_all(fio_get_unc_full_path(utf8_from_path(m_scratch.directory())), ignored);
-    }
 
     std::string path(const std::string& name) const { return m_directory + "/" + name; }
     std::string contents(const std::string& name) const { return read_file(fio_get_unc_full_path(path(name))); }

@@ -1,6 +1,10 @@
 #include <gtest/gtest.h>
 
+#include <array>
+#include <atomic>
+#include <chrono>
 #include <memory>
+#include <thread>
 
 #include "flash_fixture.h"
 #include "flash_probe.h"
@@ -50,6 +54,32 @@ TEST_F(FlashLoading, KeepsEveryMember) {
     EXPECT_EQ(manager.m_ini_count, 0U);
     EXPECT_EQ(manager.m_device_to_flash_map[0], 0xFFFFFFFF);
     EXPECT_EQ(manager.m_device_to_flash_map[1], 0xFFFFFFFF);
+}
+
+TEST_F(FlashLoading, AFileThatIsBeingReplacedIsLoadedWhole) {
+    std::vector<RECORD> many;
+    for (int i = 0; i < 200; ++i) {
+        many.push_back(named("RECORD_" + std::to_string(i * 7919)));
+    }
+    const std::array files{ref::file(ref::payload({ref::sample()})), ref::file(ref::payload(many))};
+    write(files[0]);
+    std::atomic<bool> loaded{false};
+    std::thread writer([&] {
+        for (std::size_t round = 0; !loaded; ++round) {
+            const std::string& file = files[round % 2];
+            FIO_REPLACEMENT replacement(m_scratch.path("programmer/pgm_flash.pcf"));
+            EXPECT_TRUE(replacement.write({reinterpret_cast<const BYTE*>(file.data()), file.size()}));
+            EXPECT_TRUE(replacement.commit());
+            std::this_thread::sleep_for(std::chrono::milliseconds(5));
+        }
+    });
+    for (int round = 0; round < 60; ++round) {
+        DWORD count = 0;
+        EXPECT_EQ(report_of([&] { count = FLASH_PROBE(false, 1, false, false).get_flash_count(); }), "(no report)");
+        EXPECT_TRUE(count == 1 || count == many.size()) << count;
+    }
+    loaded = true;
+    writer.join();
 }
 
 TEST_F(FlashLoading, TheUnusedFlagHasNoEffect) {

@@ -35,6 +35,8 @@ std::vector<std::string> exported_names(const std::string& library) {
         names.push_back(demangled(reinterpret_cast<const char*>(image + offsets[i])));
     }
     // What has only a number has no name to be checked by.
-    names.resize(exports->NumberOfFunctions, "(no name)");
+    if (exports->NumberOfFunctions > names.size()) {
+        names.resize(exports->NumberOfFunctions, "(no name)");
+    }
     return names;
 }

@@ -15,6 +15,9 @@
 #include "replaced_file.h"
 #include "utf8_path.h"
 
+/// Removes the directory with everything in it, paths of any length included.
+void remove_tree(const std::filesystem::path& directory);
+
 /// A new empty directory that is removed with everything in it. Names are UTF-8.
 class SCRATCH {
 public:
@@ -24,10 +27,7 @@ public:
                       ("pgmdev-test-" + std::to_string(std::random_device{}()) + "-" + std::to_string(++counter));
         std::filesystem::create_directories(m_directory);
     }
-    ~SCRATCH() {
-        std::error_code ignored;
-        std::filesystem::remove_all(m_directory, ignored);
-    }
+    ~SCRATCH() { remove_tree(m_directory); }
     SCRATCH(const SCRATCH&) = delete;
     SCRATCH& operator=(const SCRATCH&) = delete;
 

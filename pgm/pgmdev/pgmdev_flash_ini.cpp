@@ -133,7 +133,9 @@ FILE_IMAGE build_image(const std::array<BLOCK, PGMDEV_FLASH_INI_MAX>& blocks, QW
 
 /// Whether the file is there, and nobody may read it now. What it holds is not to be taken for lost.
 bool is_withheld(const std::string& path) {
-    return FIO_FILE_SYSTEM::exists(path.c_str()) && !open_replaced_file(fio_get_unc_full_path(path)).is_open();
+    FIO_STATUS status;
+    return FIO_FILE_SYSTEM::status(path.c_str(), &status) && status.regular &&
+           !open_replaced_file(fio_get_unc_full_path(path)).is_open();
 }
 
 }  // namespace

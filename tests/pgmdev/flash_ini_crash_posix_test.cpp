@@ -1,4 +1,5 @@
 #include <sys/resource.h>
+#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -97,6 +98,33 @@ TEST(FlashIniCrash, NoSpaceLeft) {
     }
     const FILE_SIZE_LIMIT limit(90048);  // exactly enough: 44 + 4 + 90000
     EXPECT_TRUE(directory.write(1, NEW_BLOCK));
+}
+
+TEST(FlashIniCrash, WhatNobodyMayReadIsNotTakenForLost) {
+    constexpr uid_t NOBODY = 65534;
+    const FLASH_INI_DIRECTORY directory;
+    const std::filesystem::path file = directory.scratch().directory() / "pgm_flash.ini";
+    ASSERT_TRUE(FLASH_INI_DIRECTORY::write(1, OLD_BLOCK));
+    const std::string before = directory.file();
+    std::filesystem::permissions(directory.scratch().directory(), std::filesystem::perms::all);
+    std::filesystem::permissions(file, std::filesystem::perms::none);
+    const pid_t child = ::fork();  // somebody whom permissions bind
+    if (child == 0) {
+        ::_exit((::geteuid() != 0 || ::setuid(NOBODY) == 0) && !FLASH_INI_DIRECTORY::write(2, NEW_BLOCK) ? 0 : 1);
+    }
+    int status = -1;
+    ::waitpid(child, &status, 0);
+    EXPECT_EQ(status, 0);
+    std::filesystem::permissions(file, std::filesystem::perms::owner_read);
+    EXPECT_EQ(directory.file(), before);
+    EXPECT_EQ(directory.scratch().file_count(), 1U);
+}
+
+TEST(FlashIniCrash, APipeIsNeitherReadNorReplaced) {
+    const FLASH_INI_DIRECTORY directory;
+    ASSERT_EQ(::mkfifo((directory.scratch().directory() / "pgm_flash.ini").c_str(), 0600), 0);
+    EXPECT_EQ(FLASH_INI_DIRECTORY::read(1), std::nullopt);
+    EXPECT_FALSE(FLASH_INI_DIRECTORY::write(1, NEW_BLOCK));
 }
 
 TEST(FlashIniCrash, ReadersBesideAWriter) {

@@ -38,7 +38,7 @@ public:
     /// The instance. The first call, from whatever thread, creates it, with no kind current.
     static PGMDEV_HPS_MGR* get_mgr();
 
-    /// Destroys the instance, if there is one.
+    /// Destroys the instance, if there is one, as unloading the library does.
     static void delete_mgr();
 
     /// All kinds.

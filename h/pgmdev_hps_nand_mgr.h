@@ -42,7 +42,8 @@ public:
     /// there is none.
     static PGMDEV_HPS_NAND_MGR* get_mgr();
 
-    /// Destroys the instance, if there is one, and its records. The next get_mgr reads the container anew.
+    /// Destroys the instance, if there is one, and its records, as unloading the library does. The next get_mgr reads the
+    /// container anew.
     static void delete_mgr();
 
     /// All records: the user's first, then the built-in ones. They belong to the manager.

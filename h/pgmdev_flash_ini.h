@@ -56,8 +56,7 @@ public:
     ///
     /// The file is replaced in one step: whatever happens, readers find the old file or the new one, whole. False when
     /// the block does not exist, the file is there but may not be read, or it could not be written; it is then as it
-    /// was. `data` and `size` that
-    /// contradict each other are reported as "data != NULL" or "data == NULL".
+    /// was. `data` and `size` that contradict each other are reported as "data != NULL" or "data == NULL".
     static bool write_flash_ini_data(PGMDEV_FLASH_INI_ENUM which, BYTE* data, DWORD size);
 
     // The values of a block. They follow each other without tags, lengths or padding.

@@ -12,8 +12,8 @@
 
 #include "dstr.h"
 #include "gen.h"
-#include "pgmddb_data.h"
-#include "pgmdev_ddb_mgr.h"
+#include "names/compiled_in_data.h"
+#include "names/stores.h"
 #include "pgmdev_device_grammar_mgr.h"
 #include "pgmdev_mgr.h"
 #include "pgmdev_part_index.h"

@@ -11,7 +11,7 @@
 #include <string>
 #include <vector>
 
-#include "pgmdev/flash_fixture.h"
+#include "pgmdev/flash/fixture.h"
 #include "support/process.h"
 #include "support/scratch.h"
 

@@ -10,7 +10,7 @@
 #include <string>
 #include <vector>
 
-#include "pgmddb_data.h"
+#include "names/compiled_in_data.h"
 #include "support/plain_catalog.h"
 
 namespace {

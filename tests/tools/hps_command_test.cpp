@@ -1,5 +1,5 @@
 #include "command_fixture.h"
-#include "pgmdev/flash_ini_fixture.h"
+#include "pgmdev/parameters/fixture.h"
 
 // The nouns `hps` and `params`.
 

@@ -2,7 +2,7 @@
 
 #include "command_fixture.h"
 #include "dstr.h"
-#include "pgmdev/dev_info_fixture.h"
+#include "pgmdev/profiles/fixture.h"
 
 // The noun `profile`.
 

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "pgmdev/user_flash_reference.h"
+#include "pgmdev/user_flash/reference.h"
 #include "support/process.h"
 
 namespace {

@@ -100,8 +100,8 @@ std::string part_line(const CATALOG& catalog, const CATALOG_PART& part) {
 }  // namespace
 
 std::string data_source(const DATA_SET& grammar, const DATA_SET& ordering_codes) {
-    return std::string(BANNER) + "#include \"pgmddb_data.h\"\n\n" + data_set_source("PGMDDB_GRAMMAR", grammar) + "\n" +
-           data_set_source("PGMDDB_OPN", ordering_codes);
+    return std::string(BANNER) + "#include \"names/compiled_in_data.h\"\n\n" +
+           data_set_source("PGMDDB_GRAMMAR", grammar) + "\n" + data_set_source("PGMDDB_OPN", ordering_codes);
 }
 
 std::string host_source(const HOST_TABLES& tables) {

@@ -1,0 +1,200 @@
+#include "pgmdev_flash_manager.h"
+
+#include <algorithm>
+#include <map>
+
+#include "cfg.h"
+#include "flash/records.h"
+#include "gen.h"
+#include "packed/file.h"
+#include "report.h"
+#include "stl.h"
+
+// Life of a manager, and the loading of its database.
+
+namespace {
+
+constexpr const char* SOURCE = "pgm/pgmdev/pgmdev_flash_manager";
+constexpr const char* DATABASE_FILE = "/programmer/pgm_flash.pcf";
+constexpr const char* ALWAYS_ENABLED = "NONE";
+constexpr const char* ENABLING_SWITCH = "PGM_ALLOW_";
+
+}  // namespace
+
+const std::array<std::string, PGMDEV_FLASH_MANAGER::TOTAL_DATABASE_MEMBER> PGMDEV_FLASH_MANAGER::m_name_list = [] {
+    std::array<std::string, TOTAL_DATABASE_MEMBER> names;
+    std::transform(PGMDEV_SFL_FLASH_MEMBERS.begin(), PGMDEV_SFL_FLASH_MEMBERS.end(), names.begin(),
+                   [](const PGMDEV_SFL_FLASH_MEMBER& member) { return std::string(member.name); });
+    return names;
+}();
+
+PGMDEV_FLASH_MANAGER::PGMDEV_FLASH_MANAGER(bool /*unused*/, DWORD device_count, bool empty, bool print_on_load)
+    : m_print_on_load(print_on_load ? 1 : 0), m_device_count(device_count) {
+    if (empty) {
+        return;
+    }
+    initialize_flash_database(FIO_PATH(gen_get_device_db_fullpath() + DATABASE_FILE));
+    PGMDEV_REQUIRE(device_count > 0, "count > 0", SOURCE);
+    make_map();
+}
+
+PGMDEV_FLASH_MANAGER::PGMDEV_FLASH_MANAGER(const PGMDEV_FLASH_MANAGER& other) {
+    *this = other;
+}
+
+PGMDEV_FLASH_MANAGER& PGMDEV_FLASH_MANAGER::operator=(const PGMDEV_FLASH_MANAGER& other) {
+    if (this == &other) {
+        return *this;
+    }
+    hold_arrays();
+    other.hold_arrays();
+    m_database_owner = other.m_database_owner;
+    m_map_owner = other.m_map_owner;
+
+    m_print_on_load = other.m_print_on_load;
+    m_version = other.m_version;
+    m_device_count = other.m_device_count;
+    m_flash_count = other.m_flash_count;
+    m_ini_count = other.m_ini_count;
+    m_type_count = other.m_type_count;
+    m_device_to_flash_map = other.m_device_to_flash_map;
+    m_flash_database = other.m_flash_database;
+    m_ini_flash_info = other.m_ini_flash_info;
+    return *this;
+}
+
+PGMDEV_FLASH_MANAGER::~PGMDEV_FLASH_MANAGER() {
+    hold_arrays();
+}
+
+void PGMDEV_FLASH_MANAGER::hold_arrays() const {
+    if (m_database_owner.get() != m_flash_database) {
+        m_database_owner.reset(m_flash_database);
+    }
+    if (m_map_owner.get() != m_device_to_flash_map) {
+        m_map_owner.reset(m_device_to_flash_map);
+    }
+}
+
+void PGMDEV_FLASH_MANAGER::replace_database(PGMDEV_SFL_FLASH_INFO* records) {
+    hold_arrays();
+    m_database_owner.reset(records);
+    m_flash_database = records;
+}
+
+void PGMDEV_FLASH_MANAGER::make_map() {
+    hold_arrays();
+    m_map_owner.reset(new DWORD[m_device_count]);
+    m_device_to_flash_map = m_map_owner.get();
+    std::fill_n(m_device_to_flash_map, m_device_count, INVALID_DWORD);
+}
+
+void PGMDEV_FLASH_MANAGER::unload() {
+    m_version = 0;
+    m_flash_count = 0;
+    m_ini_count = 0;
+    m_type_count = 0;
+    replace_database(nullptr);
+}
+
+void PGMDEV_FLASH_MANAGER::initialize_flash_database(FIO_PATH flash_file) {
+    unload();
+    const PACKED_BODY body = read_packed_file(flash_file, FLASH_FORMAT);
+    if (body.data != nullptr) {
+        parse_payload(body.data.get(), body.size);
+    }
+}
+
+bool PGMDEV_FLASH_MANAGER::parse_database(BYTE* payload) {
+    parse_payload(payload, PACKED_TRUSTED_SIZE);
+    return false;
+}
+
+void PGMDEV_FLASH_MANAGER::parse_payload(const BYTE* payload, QWORD size) try {
+    DWORD cursor = 0;
+    PACKED_READER reader(payload, size, cursor, FLASH_FORMAT);
+    const PACKED_BODY_HEAD head = reader.body_head();
+    m_version = head.version;
+    m_flash_count = head.record_count;
+    m_type_count = head.member_count;
+    parse_ext_flash_info();
+
+    const DWORD extra = m_ini_flash_info.device_name.empty() ? 0 : 1;
+    const QWORD slots = std::min<QWORD>(head.record_count, flash_records_in(size)) + extra;
+    replace_database(new PGMDEV_SFL_FLASH_INFO[slots]());
+    m_ini_count = extra;
+
+    for (DWORD slot = extra; slot - extra < m_flash_count;) {
+        if (read_record(payload, size, cursor, slot)) {
+            ++slot;
+        } else {
+            null_info_database(&m_flash_database[slot]);
+            --m_flash_count;
+        }
+        reader.confirm_record_end();
+    }
+    reader.confirm_database_end();
+
+    confirm_default_value(extra);
+    if (extra != 0) {
+        copy_ini_database();
+        ++m_flash_count;
+    }
+    m_ini_count = 0;
+    if (m_print_on_load != 0) {
+        for (DWORD i = 0; i < m_flash_count; ++i) {
+            print_database(i);
+        }
+    }
+} catch (...) {
+    unload();
+    throw;
+}
+
+bool PGMDEV_FLASH_MANAGER::get_database(BYTE* payload, DWORD& cursor, DWORD slot) {
+    return read_record(payload, PACKED_TRUSTED_SIZE, cursor, slot);
+}
+
+bool PGMDEV_FLASH_MANAGER::read_record(const BYTE* payload, QWORD size, DWORD& cursor, DWORD slot) {
+    PACKED_READER reader(payload, size, cursor, FLASH_FORMAT);
+    read_flash_members(reader, m_flash_database[slot]);
+    return enable_device(slot);
+}
+
+void PGMDEV_FLASH_MANAGER::null_info_database(PGMDEV_SFL_FLASH_INFO* record) {
+    *record = PGMDEV_SFL_FLASH_INFO();
+}
+
+void PGMDEV_FLASH_MANAGER::copy_ini_database() {
+    PGMDEV_REQUIRE(m_flash_database != nullptr, "m_flash_database != NULL", SOURCE);
+    m_flash_database[0] = m_ini_flash_info;
+}
+
+void PGMDEV_FLASH_MANAGER::confirm_default_value(DWORD first) {
+    PGMDEV_REQUIRE(m_flash_database != nullptr || m_flash_count == 0, "m_flash_database != NULL", SOURCE);
+    const PGMDEV_SFL_FLASH_INFO* const begin = m_flash_database + first;
+    const PGMDEV_SFL_FLASH_INFO* const end = begin + m_flash_count;
+    const auto key = [](const PGMDEV_SFL_FLASH_INFO& record) {
+        std::string name = record.device_name;
+        stl_tolower(name);
+        return name;
+    };
+    std::map<std::string, DWORD> defaults;
+    for (const auto* record = begin; record != end; ++record) {
+        defaults[key(*record)] += record->default_dev ? 1 : 0;
+    }
+    for (const auto* record = begin; record != end;
+         ++record) {  // in record order, so that the first faulty name is reported
+        const DWORD count = defaults[key(*record)];
+        PGMDEV_REQUIRE(count <= 1, "!one_default", SOURCE);
+        PGMDEV_REQUIRE(count == 1, "one_default", SOURCE);
+    }
+}
+
+bool PGMDEV_FLASH_MANAGER::enable_device(DWORD index) {
+    PGMDEV_REQUIRE(m_flash_database != nullptr, "m_flash_database != NULL", SOURCE);
+    PGMDEV_REQUIRE(index < QWORD{m_flash_count} + m_ini_count, "index < (m_flash_count + m_ini_count)", SOURCE);
+    const std::string& ini = m_flash_database[index].ini;
+    PGMDEV_REQUIRE(!ini.empty(), "!ini.empty()", SOURCE);
+    return gen_stricmp(ini, ALWAYS_ENABLED) == 0 || cfg_is_on(ENABLING_SWITCH + ini, false) != 0;
+}

@@ -1,0 +1,142 @@
+#include <array>
+#include <iostream>
+#include <span>
+#include <type_traits>
+
+#include "cfg.h"
+#include "gen.h"
+#include "msg.h"
+#include "pgmdev_flash_manager.h"
+#include "pgmdev_user_flash.h"
+#include "user_flash/codec.h"
+#include "user_flash/dialogue.h"
+#include "user_flash/text.h"
+
+// The user's own flash: from the configuration into the manager.
+
+namespace {
+
+constexpr int USER_FLASH_DEBUG_LEVEL = 2;
+
+/// The text of a coding, whose failure goes to the user.
+std::string printed(USER_FLASH_CODING coding) {
+    if (coding.failure != nullptr) {
+        std::cout << coding.failure << std::flush;
+    }
+    return std::move(coding.text);
+}
+
+}  // namespace
+
+std::string PGMDEV_FLASH_MANAGER::encode_ini(std::string text) {
+    return printed(encode_user_flash(text));
+}
+
+std::string PGMDEV_FLASH_MANAGER::decode_ini(std::string encoded) {
+    return printed(decode_user_flash(encoded));
+}
+
+std::string PGMDEV_FLASH_MANAGER::gen_ini_password(std::string text) {
+    return user_flash_password(text);
+}
+
+bool PGMDEV_FLASH_MANAGER::cmp_ini_password(std::string text, std::string password) {
+    return is_user_flash_password(text, password);
+}
+
+void PGMDEV_FLASH_MANAGER::parse_ext_flash_info() {
+    if (!accept_ext_flash_info()) {
+        null_info_database(&m_ini_flash_info);
+    } else if (m_print_on_load != 0) {
+        print_ini_database();
+    }
+}
+
+/// Whether the configuration has a description that decodes, is plausible and was signed by this build; then it is in
+/// m_ini_flash_info. Only the debug switch makes it say more than what decode_ini says.
+bool PGMDEV_FLASH_MANAGER::accept_ext_flash_info() {
+    const std::string key = PGMDEV_USER_FLASH::CONFIGURATION_KEY;
+    const std::string encoded = cfg_get_value(key);
+    if (encoded.empty()) {
+        return false;
+    }
+    const std::string text = decode_ini(encoded);
+    if (text.empty()) {
+        return false;
+    }
+    const bool debug = cfg_is_on(key + "_DEBUG", false) != 0;
+    const auto say = [debug](std::string_view line) {
+        if (debug) {
+            std::cout << line << '\n' << std::flush;
+        }
+    };
+    say(text);
+    const auto pieces = split_user_flash(text);
+    if (!pieces) {
+        return false;
+    }
+    say(pieces->body);
+    say(pieces->password);
+    if (pieces->body.empty() || pieces->password.empty()) {
+        return false;
+    }
+    std::array<std::string, TOTAL_DATABASE_MEMBER> values;
+    QWORD position = 0;
+    for (std::size_t i = 0; i < values.size(); ++i) {
+        const auto value = next_user_flash_value(pieces->body, position);
+        say("Status " + std::to_string(i) + " : " + (value ? "1" : "0"));
+        if (!value) {
+            return false;
+        }
+        values[i] = gen_ascii_toupper(std::string(*value));
+    }
+    if (!assign_ini(values.data())) {
+        return false;
+    }
+    if (!is_plausible_user_flash(m_ini_flash_info)) {
+        say("Fail to check the validity of the INI");
+        return false;
+    }
+    if (!is_user_flash_password(pieces->body, pieces->password)) {
+        say("Fail to compare INI password");
+        return false;
+    }
+    return true;
+}
+
+bool PGMDEV_FLASH_MANAGER::get_string_from_ini(std::string text, std::string* value, QWORD& position) {
+    const auto found = next_user_flash_value(text, position);
+    *value = found ? gen_ascii_toupper(std::string(*found)) : std::string();
+    return found.has_value();
+}
+
+bool PGMDEV_FLASH_MANAGER::assign_ini(std::string* values) {
+    const std::span<const std::string, TOTAL_DATABASE_MEMBER> all(values, TOTAL_DATABASE_MEMBER);
+    return assign_user_flash(all, m_ini_flash_info) == all.size();
+}
+
+void PGMDEV_FLASH_MANAGER::print_ini_database() {
+    for (const PGMDEV_SFL_FLASH_MEMBER& member : PGMDEV_SFL_FLASH_MEMBERS) {
+        const std::string name(member.name);
+        std::visit(
+            [&](auto field) {
+                const auto& value = m_ini_flash_info.*field;
+                if constexpr (std::is_same_v<std::remove_cvref_t<decltype(value)>, std::string>) {
+                    msg_local_vdebug("PGMDEV", USER_FLASH_DEBUG_LEVEL, "3rd party SPI support - %s : %s", name.c_str(),
+                                     value.c_str());
+                } else {
+                    msg_local_vdebug("PGMDEV", USER_FLASH_DEBUG_LEVEL, "3rd party SPI support - %s : %X", name.c_str(),
+                                     static_cast<unsigned>(value));
+                }
+            },
+            member.field);
+    }
+}
+
+void PGMDEV_FLASH_MANAGER::gen_flash_ini() {
+    define_user_flash(std::cin, std::cout);
+}
+
+bool PGMDEV_FLASH_MANAGER::prompt_flash_info(std::string& body) {
+    return ask_user_flash(std::cin, std::cout, body);
+}

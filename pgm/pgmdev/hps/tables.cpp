@@ -1,0 +1,88 @@
+#include "hps/tables.h"
+
+// clang-format off
+
+constexpr std::array<PGMDEV_HPS_STRUCTURE, 2> HPS_KINDS{{
+    {
+        .id = 0x4BA00477,
+        .name = "HPS 1",
+        .core_count = 2,
+        .spi_selects = 2,
+        .nand_data_bits = 8,
+        .on_chip_ram_base = 0xFFE80000,
+        .on_chip_ram_byte = 0x10000,
+        .clock_manager_base = 0xFFB10000,
+        .reset_manager_base = 0xFFB20000,
+        .pin_multiplex_base = 0xFFB30000,
+        .watchdog_base = 0xFFB80000,
+        .uart_base = 0xFF940000,
+        .spi_controller_base = 0xFF740000,
+        .spi_data_base = 0xFF750000,
+        .nand_controller_base = 0xFF780000,
+        .nand_data_base = 0xFF790000,
+    },
+    {
+        .id = 0x4BA00478,
+        .name = "HPS 2",
+        .core_count = 4,
+        .spi_selects = 4,
+        .nand_data_bits = 16,
+        .on_chip_ram_base = 0xFFE40000,
+        .on_chip_ram_byte = 0x40000,
+        .clock_manager_base = 0xFFC10000,
+        .reset_manager_base = 0xFFC20000,
+        .pin_multiplex_base = 0xFFC40000,
+        .watchdog_base = 0xFFC80000,
+        .uart_base = 0xFF950000,
+        .spi_controller_base = 0xFF740000,
+        .spi_data_base = 0xFF760000,
+        .nand_controller_base = 0xFF7A0000,
+        .nand_data_base = 0xFF7B0000,
+    },
+}};
+
+// manufacturer_id, device_id, device_byte_size
+constexpr std::array<HPS_NAND_ROW, 10> HPS_NAND_ROWS{{
+    {0x2C, 0x68, 0x100000000},
+    {0x2C, 0x48, 0x80000000},
+    {0x2C, 0xA1, 0x40000000},
+    {0x2C, 0xF1, 0x40000000},
+    {0x01, 0xF1, 0x8000000},
+    {0x01, 0xDA, 0x10000000},
+    {0x01, 0xDC, 0x20000000},
+    {0x01, 0xC1, 0x8000000},
+    {0x01, 0xCA, 0x10000000},
+    {0x01, 0xCC, 0x20000000},
+}};
+
+// manufacturer_name, device_name, silicon_id, ext_id, ext_id_mask, device_bit_size, device_sector_byte, page_byte,
+// bulk_erase_time, code_a, code_b, sec_erase_time, die_count, flag_a, erase, program and read opcode
+constexpr std::array<HPS_SPI_ROW, 27> HPS_SPI_ROWS{{
+    {"MICRON",     "QSPI_64",   0x17BA20,  0,   0,  0x4000000, 0x10000, 256, 120, 2,  3, 1000, 1,  true, 0xD8, 0x02, 0x03},
+    {"MICRON",     "QSPI_128",  0x18BA20,  0,   0,  0x8000000, 0x10000, 256, 250, 2,  3, 1000, 1,  true, 0xD8, 0x02, 0x03},
+    {"MICRON",     "QSPI_256",  0x19BA20,  0,   0, 0x10000000, 0x10000, 256, 480, 3,  3, 1000, 1,  true, 0xD8, 0x02, 0x03},
+    {"MICRON",     "QSPI_512",  0x20BA20, 68, 255, 0x20000000, 0x10000, 256, 460, 3,  1, 1000, 1,  true, 0xD8, 0x02, 0x03},
+    {"MICRON",     "QSPI_512",  0x20BA20,  0,   0, 0x20000000, 0x10000, 256, 480, 3,  3, 1000, 2, false, 0xD8, 0x02, 0x03},
+    {"MICRON",     "QSPI_1024", 0x21BA20,  0,   0, 0x40000000, 0x10000, 256, 480, 3,  3, 1000, 4, false, 0xD8, 0x02, 0x03},
+    {"MICRON",     "QSPI_2048", 0x22BA20,  0,   0, 0x80000000, 0x10000, 256, 460, 3,  1, 1000, 4,  true, 0xD8, 0x02, 0x03},
+    {"MICRON",     "QSPI_128",  0x18BB20,  0,   0,  0x8000000, 0x10000, 256, 250, 2,  3, 1000, 1,  true, 0xD8, 0x02, 0x03},
+    {"MICRON",     "QSPI_256",  0x19BB20,  0,   0, 0x10000000, 0x10000, 256, 480, 3,  3, 1000, 1,  true, 0xD8, 0x02, 0x03},
+    {"MICRON",     "QSPI_512",  0x20BB20, 68, 255, 0x20000000, 0x10000, 256, 460, 3,  1, 1000, 1,  true, 0xD8, 0x02, 0x03},
+    {"MICRON",     "QSPI_512",  0x20BB20,  0,   0, 0x20000000, 0x10000, 256, 480, 3,  3, 1000, 2, false, 0xD8, 0x02, 0x03},
+    {"MICRON",     "QSPI_1024", 0x21BB20, 68, 255, 0x40000000, 0x10000, 256, 460, 3,  1, 1000, 2,  true, 0xD8, 0x02, 0x03},
+    {"MICRON",     "QSPI_1024", 0x21BB20,  0,   0, 0x40000000, 0x10000, 256, 480, 3,  3, 1000, 4, false, 0xD8, 0x02, 0x03},
+    {"MICRON",     "QSPI_2048", 0x22BB20,  0,   0, 0x80000000, 0x10000, 256, 460, 3,  1, 1000, 4,  true, 0xD8, 0x02, 0x03},
+    {"MICRON",     "SPI_4",     0x132020,  0,   0,   0x400000, 0x10000, 256,  10, 2,  3, 3000, 1,  true, 0xD8, 0x02, 0x03},
+    {"MICRON",     "SPI_16",    0x152020,  0,   0,  0x1000000, 0x10000, 256,  40, 2,  3, 3000, 1,  true, 0xD8, 0x02, 0x03},
+    {"SPANSION",   "QSPI_128",  0x182001,  1, 255,  0x8000000, 0x10000, 256, 256, 2, 11, 2200, 1,  true, 0xD8, 0x02, 0x03},
+    {"SPANSION",   "QSPI_128",  0x182001,  0, 255,  0x8000000, 0x40000, 256, 256, 2, 11, 2200, 1,  true, 0xD8, 0x02, 0x03},
+    {"SPANSION",   "QSPI_256",  0x190201,  1, 255, 0x10000000, 0x10000, 256, 330, 3, 11, 2200, 1,  true, 0xDC, 0x12, 0x13},
+    {"SPANSION",   "QSPI_256",  0x190201,  0, 255, 0x10000000, 0x40000, 256, 330, 3, 11, 2200, 1,  true, 0xDC, 0x12, 0x13},
+    {"SPANSION",   "QSPI_512",  0x200201,  0, 255, 0x20000000, 0x40000, 512, 460, 3,  3, 2200, 1,  true, 0xDC, 0x12, 0x13},
+    {"MACRONIX",   "QSPI_128",  0x1820C2,  0,   0,  0x8000000, 0x10000, 256,  80, 3,  1, 1500, 1,  true, 0xDC, 0x12, 0x13},
+    {"MACRONIX",   "QSPI_256",  0x1920C2,  0,   0, 0x10000000, 0x10000, 256, 300, 3,  2, 3000, 1,  true, 0xDC, 0x12, 0x13},
+    {"MACRONIX",   "QSPI_512",  0x1A20C2,  0,   0, 0x20000000, 0x10000, 256, 300, 3,  3, 1500, 1,  true, 0xDC, 0x12, 0x13},
+    {"MACRONIX",   "QSPI_512",  0x3A25C2,  0,   0, 0x20000000, 0x10000, 256, 320, 3,  3, 3000, 1,  true, 0xDC, 0x12, 0x13},
+    {"MACRONIX",   "QSPI_1024", 0x1B20C2,  0,   0, 0x40000000, 0x10000, 256, 600, 3,  2, 1000, 1,  true, 0xDC, 0x12, 0x13},
+    {"GIGADEVICE", "QSPI_128",  0x1840C8,  0,   0,  0x8000000, 0x10000, 256, 300, 3,  3, 3000, 1,  true, 0xDC, 0x12, 0x13},
+}};

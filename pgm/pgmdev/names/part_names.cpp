@@ -1,0 +1,84 @@
+#include <utility>
+
+#include "msg.h"
+#include "names/parts.h"
+#include "pgm_common.h"
+#include "pgmdev_device_grammar_mgr.h"
+#include "pgmdev_mgr.h"
+#include "report.h"
+#include "stl.h"
+
+// Parts by less specific names.
+
+namespace {
+
+constexpr const char* SOURCE = "pgm/pgmdev/pgmdev_mgr";
+
+/// Whether `name` is the candidate's name, package name or programming name.
+bool denotes(const std::string& name, const std::string& candidate) {
+    if (candidate == name) {
+        return true;
+    }
+    return share_part_prefix(candidate, name) &&
+           (PGM_COMMON::compare_string(name, PGMDEV_DEVICE_GRAMMAR_MGR::get_package_name(candidate, false), false) ||
+            PGM_COMMON::compare_string(name, PGMDEV_DEVICE_GRAMMAR_MGR::get_pgm_name(candidate, false, false), false));
+}
+
+}  // namespace
+
+std::string PGMDEV_MGR::get_part_name_from_dev(std::string device_name) {
+    const DEV_PART_MANAGER manager;
+    const DEV_DEVICE_ENUM device = dstr_get_dev_device_enum_by_string(device_name.c_str());
+    const DEV_FAMILY_ENUM family = manager.get_family_of(device);
+    if (!dstr_is_valid_dev_device_enum(device) || !dstr_is_valid_dev_family_enum(family)) {
+        pgmdev_report_soft("Device is not valid in DEV database", SOURCE, __LINE__);
+        return {};
+    }
+    std::string result;
+    for_each_preferred_part(manager, dstr_get_user_string(family), [&](int part) {
+        if (manager.get_device_of(part) != device) {
+            return false;
+        }
+        result = dstr_get_user_string(part);
+        return true;
+    });
+    return result;
+}
+
+std::string PGMDEV_MGR::get_part_name_from_pcf(std::string pcf_name) {
+    const DEV_PART_MANAGER manager;
+    stl_toupper(pcf_name);
+    std::string result;
+    for_each_preferred_part(manager, "ANY", [&](int part) {
+        std::string name = dstr_get_user_string(part);
+        const std::string part_pcf = PGMDEV_DEVICE_GRAMMAR_MGR::get_pgm_part_pcf(name);  // converts name to upper case
+        if (!PGM_COMMON::compare_string(pcf_name, part_pcf, false)) {
+            return false;
+        }
+        result = std::move(name);
+        return true;
+    });
+    return result;
+}
+
+std::string PGMDEV_MGR::get_possible_full_name(std::string name) {
+    [[maybe_unused]] const DEV_PART_MANAGER manager;  // the host may load its part list for as long as one lives
+    stl_toupper(name);
+    std::string result;
+    bool found = false;
+    for_each_part([&](int part) {
+        std::string candidate = upper_part_name(part);
+        found = denotes(name, candidate);
+        if (found) {
+            result = std::move(candidate);
+        }
+        return found;
+    });
+    if (!found) {
+        pgmdev_soften([&] {
+            MSG_INTERNAL_ERROR::report_varg(PGMDEV_MODULE, SOURCE, __LINE__,
+                                            "Unable to retrieve full device name from database for %s", name.c_str());
+        });
+    }
+    return result;
+}

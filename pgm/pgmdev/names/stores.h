@@ -1,0 +1,35 @@
+#pragma once
+
+/// \file
+/// The two stores of the data compiled into the library, and the look-ups in them.
+///
+/// Each store is built when it is first needed, by whichever thread comes first, and is only read from then on. A build
+/// that fails is reported and publishes nothing; the next call tries again. The handler of internal errors must not ask
+/// for the store whose build it is told of.
+
+#include <string>
+#include <vector>
+
+#include "names/grammar.h"
+#include "names/ordering_codes.h"
+
+const GRAMMAR_STORE* get_grammar_store();
+const OPN_STORE* get_opn_store();
+
+/// Frees both stores; runs by itself when the library is unloaded. No other thread may be using them.
+void free_ddb_stores();
+
+/// Trims a name and converts it to upper case, in place: callers of the name operations rely on finding their own
+/// string normalised afterwards, although they pass it as a constant. It must not be an object defined const, unless it
+/// is normal already: then it is not written to.
+void normalize_name(const std::string& name);
+
+/// The key of a table whose entries hold `name`, the first in key order; "" when none does. Normalises `name`.
+std::string reverse_lookup(const GRAMMAR_STORE* store, PGMDEV_DDB_GRAMMAR_ENUM type, const std::string& name);
+
+/// The entries of the key `name`. Normalises `name`.
+std::vector<std::string> forward_lookup(const GRAMMAR_STORE* store, PGMDEV_DDB_GRAMMAR_ENUM type,
+                                        const std::string& name);
+
+/// The part numbers by ordering-code index.
+const std::vector<DWORD>& opn_list(const OPN_STORE* store);

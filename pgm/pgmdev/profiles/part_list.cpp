@@ -1,0 +1,33 @@
+#include "profiles/part_list.h"
+
+#include "gen.h"
+#include "source/table.h"
+
+namespace {
+
+constexpr const char* PART_LIST_FILE = "/h/pgm_parts.txt";
+constexpr const char* COMMENT = "//";
+
+// Cells of a line.
+constexpr std::size_t PART_CELL = 0;
+constexpr std::size_t DEVICE_CELL = 1;
+constexpr std::size_t PCF_CELL = 6;
+constexpr std::size_t CELLS = 7;
+
+}  // namespace
+
+const char* read_part_list(std::vector<PGMDEV_PGM_PART>& parts) {
+    bool readable = false;
+    for (const SOURCE_LINE& line : read_source_table(gen_get_tessary_path() + PART_LIST_FILE, false, readable)) {
+        const std::vector<std::string>& cells = line.cells;
+        if (!cells.empty() && cells.front().starts_with(COMMENT)) {
+            continue;
+        }
+        if (cells.size() < CELLS) {
+            return "svec.size() >= 7";
+        }
+        parts.push_back({dstr_get_dev_part_enum_by_string(cells[PART_CELL].c_str()),
+                         dstr_get_dev_device_enum_by_string(cells[DEVICE_CELL].c_str()), cells[PCF_CELL]});
+    }
+    return readable ? nullptr : "status";
+}

@@ -1,0 +1,263 @@
+#include <gtest/gtest.h>
+
+#include "pgmdev/flash/fixture.h"
+#include "pgmdev/flash/probe.h"
+#include "pgmdev/flash/source_fixture.h"
+#include "support/reports.h"
+#include "support/scratch.h"
+
+// Compiling source tables.
+
+namespace {
+
+namespace ref = flash_reference;
+using ref::CELLS;
+
+constexpr const char* COUNT = "DWORD(svec.size()) == TOTAL_DATABASE_MEMBER";
+
+class FlashCompiler : public testing::Test {
+protected:
+    std::string source(const std::string& text) { return m_scratch.write("flash.csv", text); }
+    std::string output() { return m_scratch.path("flash.pcf"); }
+    std::string compile(const std::string& text) {
+        const std::string path = source(text);
+        return report_of([&] { m_manager.generate_flash_database(path, output()); });
+    }
+    std::string compile_lines(const std::vector<std::string>& lines) {
+        std::string text;
+        for (const std::string& line : lines) {
+            text += line + "\n";
+        }
+        return compile(text);
+    }
+    /// The payload of the file that was compiled.
+    std::string payload(std::size_t size) {
+        const std::string file = read_file(output());
+        EXPECT_EQ(file.substr(0, 40), ref::MAGIC + ref::STAMP);
+        EXPECT_EQ(file.substr(40, 4), ref::le32(size));
+        EXPECT_EQ(file.substr(file.size() - 2), std::string(2, '\0'));
+        return ref::inflated(file.substr(44, file.size() - 46), size);
+    }
+
+    SCRATCH m_scratch;
+    FLASH_PROBE m_manager;
+};
+
+TEST_F(FlashCompiler, WritesTheWholeFile) {
+    ASSERT_EQ(compile(ref::table({ref::DATA_ROW})), "(no report)");
+    PGMDEV_SFL_FLASH_INFO r;
+    r.manufacturer_name = "Maker";
+    r.device_name = "CHIP";
+    r.memory_id = 0x18;
+    r.memory_id_index = 2;
+    r.memory_type = 0xBA;
+    r.memory_type_index = 1;
+    r.mfc_id = 0x20;
+    r.orvane_id = 24;
+    r.default_dev = true;
+    r.ini = "NONE";
+    r.micron_flow = r.flag_status = r.sdm_support = true;
+    r.die_count = 1;
+    r.device_bit_size = 134217728;
+    r.device_sector_byte = 65536;
+    r.bulk_erase_time = 250;
+    r.sec_erase_time = 3;
+    r.program_utime = 5000;
+    r.protection_mask = r.protection_value = 0x5C;
+    r.protection_division = 15;
+    r.bottom_value = 5;
+    r.asc_voltage = "3.3V";
+    EXPECT_EQ(payload(101 + 5 + 4 + 4 + 4), ref::payload({r}));
+    m_manager.initialize_flash_database(output());
+    EXPECT_EQ(m_manager.get_flash_database()[0], r);
+}
+
+TEST_F(FlashCompiler, TheFirstPassTellsCountAndSize) {
+    DWORD count = 99;
+    EXPECT_EQ(m_manager.check_flash_file(source(ref::table({ref::DATA_ROW, ref::DATA_ROW})), count),
+              16U + 2 * (85 + 17));
+    EXPECT_EQ(count, 2U);
+    EXPECT_REPORT(m_manager.check_flash_file(source(ref::table({})), count), "status && device_count > 0");
+    EXPECT_EQ(count, 0U);
+}
+
+TEST_F(FlashCompiler, ReportsNameThisClass) {
+    const REPORTS reports;
+    EXPECT_THROW(m_manager.generate_flash_database(source(""), output()), MSG_INTERNAL_ERROR_EXCEPTION);
+    ASSERT_EQ(reports.all().size(), 1U);
+    EXPECT_EQ(reports.all()[0].module, "PGMDEV");
+    EXPECT_EQ(reports.all()[0].file, "pgm/pgmdev/pgmdev_flash_manager");
+    EXPECT_GT(reports.all()[0].line, 0);
+}
+
+TEST_F(FlashCompiler, ASourceWithoutDataRowsOrThatCannotBeReadIsRefused) {
+    EXPECT_EQ(compile(ref::table({})), "status && device_count > 0");
+    EXPECT_EQ(compile(""), "status && device_count > 0");
+    EXPECT_REPORT(m_manager.generate_flash_database(m_scratch.path("missing.csv"), output()),
+                  "status && device_count > 0");
+    EXPECT_REPORT(m_manager.generate_flash_database(m_scratch.directory().string(), output()),
+                  "status && device_count > 0");
+    EXPECT_FALSE(std::filesystem::exists(output()));
+}
+
+TEST_F(FlashCompiler, BlankLinesDoNotCount) {
+    std::string text = "\n \t \r\n";
+    for (const std::string& line : ref::header()) {
+        text += " \t" + line + " \r\n\n\v\f\n";
+    }
+    text += "\n\n" + ref::joined(ref::DATA_ROW);  // the last line without a line feed
+    EXPECT_EQ(compile(text), "(no report)");
+    EXPECT_EQ(payload(118).substr(4, 4), ref::le32(1));
+}
+
+TEST_F(FlashCompiler, BlanksTabsAndCommasSeparateInAnyNumber) {
+    std::vector<std::string> lines = ref::header();
+    lines.push_back(",," + ref::joined(ref::DATA_ROW, " ,\t, ") + ",,");
+    EXPECT_EQ(compile_lines(lines), "(no report)");
+    EXPECT_EQ(payload(118).size(), 118U);
+}
+
+TEST_F(FlashCompiler, TheTypeRowIsComparedExactly) {
+    const std::vector<std::pair<const char*, const char*>> wrong{
+        {"STL_STRING", "stl_string"}, {"bool", "BOOL"}, {"BYTE", "byte"}, {"BYTE", "WORD"}, {"DWORD", "Dword"}};
+    for (const auto& [type, spelling] : wrong) {
+        for (std::size_t i = 0; i < 33; ++i) {
+            if (ref::TYPE_ROW[i] == type) {
+                std::vector<std::string> lines = ref::header();
+                lines[0] = ref::joined(ref::row_with(i, spelling, ref::TYPE_ROW));
+                lines.push_back(ref::joined(ref::DATA_ROW));
+                EXPECT_EQ(compile_lines(lines), std::string("svec.at(i) == \"") + type + "\"") << i;
+            }
+        }
+    }
+}
+
+TEST_F(FlashCompiler, TheNameRowIsComparedWithoutCase) {
+    for (std::size_t i = 0; i < 33; ++i) {
+        std::vector<std::string> lines = ref::header();
+        std::string upper = ref::NAME_ROW[i];
+        for (char& c : upper) {
+            c = static_cast<char>(std::toupper(c));
+        }
+        lines[1] = ref::joined(ref::row_with(i, upper, ref::NAME_ROW));
+        lines.push_back(ref::joined(ref::DATA_ROW));
+        EXPECT_EQ(compile_lines(lines), "(no report)");
+        lines[1] = ref::joined(ref::row_with(i, upper + "X", ref::NAME_ROW));
+        EXPECT_EQ(compile_lines(lines), "temp == m_name_list[i]");
+    }
+}
+
+TEST_F(FlashCompiler, HeaderLinesHaveTheirNumberOfCells) {
+    for (std::size_t line = 0; line < 9; ++line) {
+        for (const std::size_t cells : {1U, 32U, 34U}) {
+            std::vector<std::string> lines = ref::header();
+            lines.push_back(ref::joined(ref::DATA_ROW));
+            lines[line] = ref::joined(CELLS(cells, "x"));
+            const bool is_free = line == 2 || line == 3 || line == 7;
+            EXPECT_EQ(compile_lines(lines), is_free ? "(no report)" : COUNT) << line << " " << cells;
+        }
+    }
+}
+
+TEST_F(FlashCompiler, EachCellIsCheckedByItsType) {
+    for (std::size_t i = 0; i < 33; ++i) {
+        const std::string& type = ref::TYPE_ROW[i];
+        if (type == "bool") {
+            for (const char* cell : {"true", "1", "0", "False", "YES"}) {
+                EXPECT_EQ(compile(ref::table({ref::row_with(i, cell)})), R"(string == "FALSE" || string == "TRUE")");
+            }
+        } else if (type != "STL_STRING") {
+            for (const char* cell : {"x", "-1", "0x", "4294967296", "1.5"}) {
+                EXPECT_EQ(compile(ref::table({ref::row_with(i, cell)})), "Invalid string to integer conversion");
+            }
+        }
+    }
+    EXPECT_FALSE(std::filesystem::exists(output()));
+}
+
+TEST_F(FlashCompiler, TheFirstPassComesFirst) {
+    EXPECT_EQ(compile(ref::table({ref::row_with(2, "maybe"), CELLS(32, "x")})), COUNT);
+    EXPECT_EQ(compile(ref::table({ref::row_with(2, "maybe"), ref::row_with(3, "x")})),
+              R"(string == "FALSE" || string == "TRUE")");
+    EXPECT_EQ(compile(ref::table({ref::row_with(3, "x", ref::row_with(10, "maybe"))})),
+              "Invalid string to integer conversion");
+}
+
+TEST_F(FlashCompiler, NumbersKeepTheirLowBytes) {
+    ASSERT_EQ(compile(ref::table({ref::row_with(3, "0x1FF", ref::row_with(19, "0xFFFFFFFF"))})), "(no report)");
+    m_manager.initialize_flash_database(output());
+    EXPECT_EQ(m_manager.get_flash_database()[0].memory_id, 0xFF);
+    EXPECT_EQ(m_manager.get_flash_database()[0].device_bit_size, 0xFFFFFFFF);
+}
+
+TEST_F(FlashCompiler, ATextOf256CharactersIsWrittenWithTheLowByteOfItsLength) {
+    ASSERT_EQ(compile(ref::table({ref::row_with(0, std::string(260, 'M'))})), "(no report)");
+    EXPECT_EQ(payload(101 + 260 + 12).substr(12, 6), "\2\4MMMM");
+    EXPECT_REPORT(m_manager.initialize_flash_database(output()), "type == PGMDEV_MANAGER_STRING");
+    ASSERT_EQ(compile(ref::table({ref::row_with(0, std::string(255, 'M'))})), "(no report)");
+    m_manager.initialize_flash_database(output());
+    EXPECT_EQ(m_manager.get_flash_database()[0].manufacturer_name, std::string(255, 'M'));
+}
+
+TEST_F(FlashCompiler, LinesMayBeLong) {
+    std::vector<std::string> lines = ref::header();
+    lines[2] = std::string(1'000'000, 'x');
+    lines.push_back(ref::joined(ref::DATA_ROW, std::string(100'000, ' ')));
+    EXPECT_EQ(compile_lines(lines), "(no report)");
+}
+
+TEST_F(FlashCompiler, ARefusedTableLeavesTheOutputAlone) {
+    m_scratch.write("flash.pcf", "old");
+    EXPECT_EQ(compile(ref::table({ref::row_with(2, "maybe")})), R"(string == "FALSE" || string == "TRUE")");
+    EXPECT_EQ(read_file(output()), "old");
+    EXPECT_EQ(m_scratch.file_count(), 2U);  // and nothing beside it
+    EXPECT_EQ(compile(ref::table({ref::DATA_ROW})), "(no report)");
+    EXPECT_EQ(read_file(output()).substr(0, 8), "PGMIO_FM");
+    EXPECT_EQ(m_scratch.file_count(), 2U);
+}
+
+TEST_F(FlashCompiler, AnOutputThatCannotBeWrittenReportsStatus) {
+    const std::string table = source(ref::table({ref::DATA_ROW}));
+    EXPECT_REPORT(m_manager.generate_flash_database(table, m_scratch.path("no/such/directory.pcf")), "status");
+    EXPECT_REPORT(m_manager.generate_flash_database(table, m_scratch.directory().string()), "status");
+    EXPECT_EQ(m_scratch.file_count(), 1U);
+}
+
+TEST_F(FlashCompiler, ARefusalSaysWhereOnTheDebugChannel) {
+    std::vector<std::string> debug;
+    msg_set_debug_sink([&](const std::string& logger, int level, const std::string& text) {
+        debug.push_back(logger + "/" + std::to_string(level) + "/" + text);
+    });
+    const std::string path = source("\n" + ref::table({ref::DATA_ROW, ref::row_with(2, "maybe")}));
+    EXPECT_REPORT(m_manager.generate_flash_database(path, output()), R"(string == "FALSE" || string == "TRUE")");
+    msg_set_debug_sink(nullptr);
+    ASSERT_EQ(debug.size(), 1U);
+    EXPECT_EQ(debug[0], "PGMDEV/1/" + path +
+                            ":11:12: fault: row CHIP: member silicon_id: found \"maybe\", expected TRUE or FALSE "
+                            "[string == \"FALSE\" || string == \"TRUE\"]");
+}
+
+TEST_F(FlashCompiler, WritesOneRowForDerivingClasses) {
+    std::vector<BYTE> buffer(200);
+    BYTE* data = buffer.data();
+    DWORD index = 1;
+    m_manager.dump_to_database(&data, index, ref::DATA_ROW);
+    EXPECT_EQ(index, 1U + 81 + 17);  // 85 without the marker
+    EXPECT_EQ(std::string(buffer.begin() + 1, buffer.begin() + 14), "\2\5Maker\2\4CHIP");
+    EXPECT_REPORT(m_manager.dump_to_database(&data, index, CELLS(32, "x")), "svec.size() == TOTAL_DATABASE_MEMBER");
+    EXPECT_REPORT(m_manager.dump_to_database(&data, index, ref::row_with(1, "")), "string.size() > 0");
+    EXPECT_REPORT(m_manager.dump_to_database(&data, index, ref::row_with(3, "")), "string.size() > 0");
+}
+
+TEST_F(FlashCompiler, PrintsARecordOfADerivingClass) {
+    EXPECT_REPORT(m_manager.print_database(0), "m_flash_database != NULL");
+    m_manager.m_flash_database = new PGMDEV_SFL_FLASH_INFO[1];
+    testing::internal::CaptureStdout();
+    m_manager.print_database(0);
+    EXPECT_EQ(testing::internal::GetCapturedStdout(),
+              "Flash Manager Debug 0\n"
+              "\t  0 0 0 0 0 0 0 0 0"                           // two names, members 3 to 11
+              "  0 0 0 0 0 0 0 0 0 0 0 0 0 0 0 0 0 0 0 0 \n");  // the switch, members 13 to 32, the voltage
+}
+
+}  // namespace

@@ -1,0 +1,210 @@
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+#include "pgmdev/flash/fixture.h"
+#include "pgmdev/flash/source_fixture.h"
+#include "pgmdev_flash_table.h"
+#include "support/reports.h"
+#include "support/scratch.h"
+
+// The table as its maintainers see it: all faults at once, and rows checked as rows.
+
+namespace {
+
+namespace ref = flash_reference;
+using ref::CELLS;
+using SEVERITY = PGMDEV_TABLE_FAULT::SEVERITY;
+
+constexpr std::size_t DEVICE_NAME = 1, SILICON = 2, ID = 3, ID_INDEX = 4, TYPE = 5, TYPE_INDEX = 6, MFC = 7,
+                      MFC_INDEX = 8, DEFAULT = 10, INI = 11, DIES = 18, BITS = 19, SECTOR = 20, BYTE4 = 22, BULK = 23,
+                      SECTOR_TIME = 24, PROGRAM = 25, PROTECT = 27, UNPROTECT = 28, DIVISION = 29;
+
+CELLS chip(const std::string& name, const std::string& id) {
+    return ref::row_with(ID, id, ref::row_with(DEVICE_NAME, name));
+}
+
+class FlashTable : public testing::Test {
+protected:
+    PGMDEV_FLASH_TABLE check(const std::string& text) {
+        return PGMDEV_FLASH_TABLE::from_source(m_scratch.write("flash.csv", text));
+    }
+    PGMDEV_FLASH_TABLE check(const std::vector<CELLS>& rows) { return check(ref::table(rows)); }
+
+    /// "line:member:fault" or "line:member:warning" of everything found.
+    static std::vector<std::string> found(const PGMDEV_FLASH_TABLE& table) {
+        std::vector<std::string> places;
+        for (const PGMDEV_TABLE_FAULT& fault : table.faults()) {
+            places.push_back(std::to_string(fault.line) + ":" + fault.member +
+                             (fault.severity == SEVERITY::FAULT ? ":fault" : ":warning"));
+        }
+        return places;
+    }
+    using PLACES = std::vector<std::string>;
+
+    SCRATCH m_scratch;
+};
+
+TEST_F(FlashTable, ATableWithoutFault) {
+    const PGMDEV_FLASH_TABLE table = check({ref::DATA_ROW});
+    EXPECT_EQ(found(table), PLACES{});
+    EXPECT_FALSE(table.has_faults());
+    EXPECT_EQ(table.payload_size(), 118U);
+    ASSERT_EQ(table.records().size(), 1U);
+    EXPECT_EQ(table.records()[0].memory_type, 0xBA);
+    EXPECT_TRUE(table.records()[0].flag_status);
+}
+
+TEST_F(FlashTable, FindsAllFaultsOfTheFormatInLineOrder) {
+    std::vector<std::string> lines = ref::header();
+    lines[0] = ref::joined(ref::row_with(2, "BOOL", ref::TYPE_ROW));
+    lines[1] = ref::joined(ref::row_with(4, "index", ref::row_with(3, "id", ref::NAME_ROW)));
+    lines[5] = "short";
+    lines.push_back(ref::joined(ref::row_with(SILICON, "no", ref::row_with(ID, "0xGG"))));
+    lines.push_back("too, few");
+    lines.push_back(ref::joined(ref::row_with(MFC, "256,257")));
+    lines.push_back(ref::joined(ref::row_with(PROGRAM, "5ms")));
+    std::string text;
+    for (const std::string& line : lines) {
+        text += line + "\n";
+    }
+    const PGMDEV_FLASH_TABLE table = check(text);
+    EXPECT_EQ(found(table),
+              (PLACES{"1:silicon_id:fault", "2:memory_id:fault", "2:memory_id_index:fault", "6::fault",
+                      "9:silicon_id:fault", "9:memory_id:fault", "10::fault", "11::fault", "12:program_utime:fault"}));
+    EXPECT_TRUE(table.records().empty());
+
+    const PGMDEV_TABLE_FAULT& cell = table.faults()[5];
+    EXPECT_EQ(cell.column, 15U);  // behind "Maker,CHIP,no,"
+    EXPECT_EQ(cell.row, "CHIP");
+    EXPECT_EQ(cell.cell, "0xGG");
+    EXPECT_EQ(cell.condition, "Invalid string to integer conversion");
+    EXPECT_EQ(cell.expected, "a number: decimal, or hexadecimal after 0x; 0 to 255 fit");
+    const PGMDEV_TABLE_FAULT& count = table.faults()[6];
+    EXPECT_EQ(count.condition, "DWORD(svec.size()) == TOTAL_DATABASE_MEMBER");
+    EXPECT_EQ(count.expected, "33 cells, this line has 2 (cells end at blanks, tabs and commas)");
+    EXPECT_EQ(table.faults()[7].expected, "33 cells, this line has 34 (cells end at blanks, tabs and commas)");
+    EXPECT_EQ(table.faults()[0].expected, "the type bool");
+    EXPECT_EQ(table.faults()[1].expected, "the member name memory_id");
+}
+
+TEST_F(FlashTable, ColumnsCountFromTheBeginningOfTheLine) {
+    std::vector<std::string> lines = ref::header();
+    lines.push_back("  " + ref::joined(ref::row_with(SILICON, "no"), ", "));
+    std::string text;
+    for (const std::string& line : lines) {
+        text += line + "\r\n";
+    }
+    const PGMDEV_FLASH_TABLE table = check(text);
+    ASSERT_EQ(table.faults().size(), 1U);
+    EXPECT_EQ(table.faults()[0].column, 16U);  // two blanks, "Maker, ", "CHIP, "
+}
+
+TEST_F(FlashTable, AFileThatCannotBeReadIsAFault) {
+    const PGMDEV_FLASH_TABLE table = PGMDEV_FLASH_TABLE::from_source(m_scratch.path("missing.csv"));
+    ASSERT_EQ(table.faults().size(), 1U);
+    EXPECT_EQ(PGMDEV_FLASH_TABLE::describe(table.faults()[0], "missing.csv"),
+              "missing.csv: fault: expected a file that can be read [status && device_count > 0]");
+    EXPECT_EQ(check(std::vector<CELLS>{}).faults()[0].expected, "eight header lines and at least one data row");
+}
+
+TEST_F(FlashTable, ASectorDividesTheDevice) {
+    EXPECT_EQ(found(check({ref::row_with(SECTOR, "65535")})), PLACES{"9:device_sector_byte:fault"});
+    EXPECT_EQ(found(check({ref::row_with(SECTOR, "0")})), PLACES{"9:device_sector_byte:fault"});
+    EXPECT_EQ(found(check({ref::row_with(SECTOR, "33554432")})), PLACES{"9:device_sector_byte:fault"});
+    EXPECT_EQ(found(check({ref::row_with(BITS, "0")})), PLACES{"9:device_bit_size:fault"});
+    EXPECT_EQ(found(check({ref::row_with(SECTOR, "16777216")})), PLACES{});
+}
+
+TEST_F(FlashTable, IndexesDoNotCollide) {
+    EXPECT_EQ(found(check({ref::row_with(TYPE_INDEX, "2")})), PLACES{"9:memory_type_index:fault"});
+    EXPECT_EQ(found(check({ref::row_with(MFC_INDEX, "2")})), PLACES{"9:mfc_id_index:fault"});
+    EXPECT_EQ(found(check({ref::row_with(MFC_INDEX, "1")})), PLACES{"9:mfc_id_index:fault"});
+    EXPECT_EQ(found(check({ref::row_with(TYPE_INDEX, "255")})), PLACES{});
+    const CELLS silicon = ref::row_with(SILICON, "TRUE", ref::row_with(ID_INDEX, "0"));
+    EXPECT_EQ(found(check({silicon})), PLACES{});  // only its one byte is compared
+}
+
+TEST_F(FlashTable, EveryNameHasOneDefaultRow) {
+    const auto second = [](const std::string& name, const std::string& is_default) {
+        return ref::row_with(DEFAULT, is_default, chip(name, "0x19"));
+    };
+    EXPECT_EQ(found(check({ref::DATA_ROW, second("chip", "FALSE")})), PLACES{});
+    const PGMDEV_FLASH_TABLE two = check({ref::DATA_ROW, second("chip", "TRUE")});
+    EXPECT_EQ(found(two), PLACES{"10:default_dev:fault"});
+    EXPECT_EQ(two.faults()[0].condition, "!one_default");
+    EXPECT_EQ(two.records().size(), 2U);  // the format is right
+    const PGMDEV_FLASH_TABLE none = check({ref::DATA_ROW, second("OTHER", "FALSE")});
+    EXPECT_EQ(found(none), PLACES{"10:default_dev:fault"});
+    EXPECT_EQ(none.faults()[0].condition, "one_default");
+}
+
+TEST_F(FlashTable, ADefaultRowIsEnabledWithTheRowsThatNeedIt) {
+    const CELLS locked = ref::row_with(INI, "LOCKED");
+    const CELLS other = ref::row_with(DEFAULT, "FALSE", chip("CHIP", "0x19"));
+    EXPECT_EQ(found(check({locked, other})), PLACES{"10:ini:fault"});
+    EXPECT_EQ(found(check({locked, ref::row_with(INI, "LOCKED", other)})), PLACES{});
+    EXPECT_EQ(found(check({ref::DATA_ROW, ref::row_with(INI, "LOCKED", other)})), PLACES{});
+}
+
+TEST_F(FlashTable, ARowThatAnEarlierOneAlwaysBeatsIsAWarning) {
+    const PGMDEV_FLASH_TABLE table = check({ref::DATA_ROW, chip("OTHER", "0x18")});
+    EXPECT_EQ(found(table), PLACES{"10:memory_id:warning"});
+    EXPECT_FALSE(table.has_faults());
+    EXPECT_EQ(table.faults()[0].expected,
+              "no response reaches this row: CHIP in line 9 always wins; only its name finds it");
+    // A wildcard beats every type; a more specific row beats nothing.
+    const CELLS any = ref::row_with(TYPE_INDEX, "255");
+    EXPECT_EQ(found(check({any, chip("OTHER", "0x18")})), PLACES{"10:memory_id:warning"});
+    EXPECT_EQ(found(check({chip("OTHER", "0x18"), any})), PLACES{});
+    // Neither does a row that may be switched off, or that is of the other kind.
+    EXPECT_EQ(found(check({ref::row_with(INI, "X"), chip("OTHER", "0x18")})), PLACES{});
+    EXPECT_EQ(found(check({ref::row_with(INI, "X"), ref::row_with(INI, "X", chip("OTHER", "0x18"))})),
+              PLACES{"10:memory_id:warning"});
+    EXPECT_EQ(found(check({ref::row_with(SILICON, "TRUE"), chip("OTHER", "0x18")})), PLACES{});
+    EXPECT_EQ(found(check({ref::row_with(SILICON, "TRUE"), ref::row_with(SILICON, "TRUE", chip("OTHER", "0x18"))})),
+              PLACES{"10:memory_id:warning"});
+}
+
+TEST_F(FlashTable, UnusualValuesAreWarnings) {
+    const std::vector<std::pair<std::size_t, const char*>> unusual{
+        {DIES, "0"},    {BULK, "0"},          {BULK, "901"},      {SECTOR_TIME, "0"},  {SECTOR_TIME, "61"},
+        {PROGRAM, "0"}, {PROGRAM, "1000001"}, {PROTECT, "0x5D"},  {UNPROTECT, "0x80"}, {DIVISION, "32"},
+        {MFC, "0xFF"},  {MFC, "0"},           {MFC_INDEX, "255"}, {TYPE, "300"}};
+    for (const auto& [member, cell] : unusual) {
+        const PGMDEV_FLASH_TABLE table = check({ref::row_with(member, cell)});
+        EXPECT_EQ(found(table), PLACES{"9:" + ref::NAME_ROW[member] + ":warning"}) << cell;
+        EXPECT_EQ(table.faults()[0].row, "CHIP");
+        EXPECT_EQ(table.faults()[0].cell, cell);
+    }
+    EXPECT_EQ(found(check({ref::row_with(DIVISION, "255")})), PLACES{});
+    EXPECT_EQ(found(check({ref::row_with(BITS, "268435456")})), PLACES{"9:byte4_addressing:warning"});
+    EXPECT_EQ(found(check({ref::row_with(BYTE4, "TRUE", ref::row_with(BITS, "268435456"))})), PLACES{});
+    EXPECT_EQ(found(check({ref::row_with(SILICON, "TRUE", ref::row_with(ID, "0xFF"))})), PLACES{"9:memory_id:warning"});
+}
+
+TEST_F(FlashTable, ATextThatNoReaderTakesIsAFault) {
+    EXPECT_EQ(found(check({ref::row_with(0, std::string(256, 'M'))})), PLACES{"9:manufacturer_name:fault"});
+    EXPECT_EQ(found(check({ref::row_with(0, std::string(255, 'M'))})), PLACES{});
+}
+
+TEST_F(FlashTable, ReadsAPackedDatabaseWithItsDisabledRows) {
+    PGMDEV_SFL_FLASH_INFO locked = ref::sample("B");
+    locked.ini = "LOCKED";
+    const std::vector<PGMDEV_SFL_FLASH_INFO> records{ref::sample("A"), locked};
+    const PGMDEV_FLASH_TABLE table =
+        PGMDEV_FLASH_TABLE::from_database(m_scratch.write("flash.pcf", ref::file(ref::payload(records))));
+    EXPECT_EQ(table.records(), records);
+    EXPECT_EQ(table.payload_size(), ref::payload(records).size());
+    EXPECT_TRUE(table.faults().empty());
+}
+
+TEST_F(FlashTable, APackedDatabaseOfAnotherKindIsReportedAndEmpty) {
+    const std::string path =
+        m_scratch.write("flash.pcf", "PGMIO_DM" + ref::file(ref::payload({ref::sample()})).substr(8));
+    const REPORTS reports;
+    EXPECT_TRUE(PGMDEV_FLASH_TABLE::from_database(path).records().empty());
+    EXPECT_EQ(reports.all().size(), 1U);
+}
+
+}  // namespace

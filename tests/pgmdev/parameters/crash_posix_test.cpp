@@ -1,0 +1,152 @@
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <atomic>
+#include <chrono>
+#include <csignal>
+#include <thread>
+
+#include "pgmdev/parameters/fixture.h"
+
+// What a reader finds after a writer was killed, ran out of space, or while it is still at work.
+
+namespace {
+
+namespace ref = ini_reference;
+
+const std::string OLD_BLOCK(3000, 'o');
+const std::string NEW_BLOCK(90000, 'n');
+
+/// Replaces block 1 by turns, without end.
+[[noreturn]] void write_forever() {
+    for (;;) {
+        FLASH_INI_DIRECTORY::write(1, NEW_BLOCK);
+        FLASH_INI_DIRECTORY::write(1, OLD_BLOCK);
+    }
+}
+
+std::size_t temporaries_in(const SCRATCH& scratch) {
+    std::size_t count = 0;
+    for (const auto& entry : std::filesystem::directory_iterator(scratch.directory())) {
+        count += entry.path().filename() != "pgm_flash.ini" ? 1U : 0U;
+    }
+    return count;
+}
+
+TEST(FlashIniCrash, KilledInTheMiddleOfAWrite) {
+    constexpr int KILLS = 300;
+    const FLASH_INI_DIRECTORY directory;
+    const std::string old_file = ref::file(ref::BLOCKS{"kept", OLD_BLOCK, "kept, too"});
+    const std::string new_file = ref::file(ref::BLOCKS{"kept", NEW_BLOCK, "kept, too"});
+    directory.write_file(old_file);
+    for (int i = 0; i < KILLS; ++i) {
+        const pid_t writer = fork();
+        ASSERT_GE(writer, 0);
+        if (writer == 0) {
+            write_forever();
+        }
+        std::this_thread::sleep_for(std::chrono::microseconds(500 + i * 37));
+        ASSERT_EQ(kill(writer, SIGKILL), 0);
+        int status = 0;
+        ASSERT_EQ(waitpid(writer, &status, 0), writer);
+        ASSERT_TRUE(WIFSIGNALED(status)) << "the writer ended by itself";
+
+        const std::string found = directory.file();
+        ASSERT_TRUE(found == old_file || found == new_file) << "kill " << i << ", " << found.size() << " bytes";
+        ASSERT_EQ(directory.read(0), "kept");
+    }
+    // A temporary file that was left behind shows that the writer was killed before it was done.
+    EXPECT_GT(temporaries_in(directory.scratch()), 0U);
+}
+
+/// The largest file that this process may write, as long as it lives.
+class FILE_SIZE_LIMIT {
+public:
+    explicit FILE_SIZE_LIMIT(rlim_t bytes) {
+        EXPECT_EQ(getrlimit(RLIMIT_FSIZE, &m_previous), 0);
+        m_previous_handler = std::signal(SIGXFSZ, SIG_IGN);
+        const rlimit limit{bytes, m_previous.rlim_max};
+        EXPECT_EQ(setrlimit(RLIMIT_FSIZE, &limit), 0);
+    }
+    ~FILE_SIZE_LIMIT() {
+        setrlimit(RLIMIT_FSIZE, &m_previous);
+        std::signal(SIGXFSZ, m_previous_handler);
+    }
+    FILE_SIZE_LIMIT(const FILE_SIZE_LIMIT&) = delete;
+    FILE_SIZE_LIMIT& operator=(const FILE_SIZE_LIMIT&) = delete;
+
+private:
+    rlimit m_previous{};
+    void (*m_previous_handler)(int) = nullptr;
+};
+
+TEST(FlashIniCrash, NoSpaceLeft) {
+    const FLASH_INI_DIRECTORY directory;
+    const std::string old_file = ref::file(ref::BLOCKS{"kept", OLD_BLOCK, std::nullopt});
+    directory.write_file(old_file);
+    for (const rlim_t room : {rlim_t{0}, rlim_t{1}, rlim_t{44}, rlim_t{4096}, rlim_t{90047}}) {
+        bool written = true;
+        {
+            const FILE_SIZE_LIMIT limit(room);
+            written = directory.write(1, NEW_BLOCK);
+        }
+        EXPECT_FALSE(written) << room;
+        EXPECT_EQ(directory.file(), old_file) << room;
+        EXPECT_EQ(directory.scratch().file_count(), 1U) << room;
+    }
+    const FILE_SIZE_LIMIT limit(90048);  // exactly enough: 44 + 4 + 90000
+    EXPECT_TRUE(directory.write(1, NEW_BLOCK));
+}
+
+TEST(FlashIniCrash, WhatNobodyMayReadIsNotTakenForLost) {
+    constexpr uid_t NOBODY = 65534;
+    const FLASH_INI_DIRECTORY directory;
+    const std::filesystem::path file = directory.scratch().directory() / "pgm_flash.ini";
+    ASSERT_TRUE(FLASH_INI_DIRECTORY::write(1, OLD_BLOCK));
+    const std::string before = directory.file();
+    std::filesystem::permissions(directory.scratch().directory(), std::filesystem::perms::all);
+    std::filesystem::permissions(file, std::filesystem::perms::none);
+    const pid_t child = ::fork();  // somebody whom permissions bind
+    if (child == 0) {
+        ::_exit((::geteuid() != 0 || ::setuid(NOBODY) == 0) && !FLASH_INI_DIRECTORY::write(2, NEW_BLOCK) ? 0 : 1);
+    }
+    int status = -1;
+    ::waitpid(child, &status, 0);
+    EXPECT_EQ(status, 0);
+    std::filesystem::permissions(file, std::filesystem::perms::owner_read);
+    EXPECT_EQ(directory.file(), before);
+    EXPECT_EQ(directory.scratch().file_count(), 1U);
+}
+
+TEST(FlashIniCrash, APipeIsNeitherReadNorReplaced) {
+    const FLASH_INI_DIRECTORY directory;
+    ASSERT_EQ(::mkfifo((directory.scratch().directory() / "pgm_flash.ini").c_str(), 0600), 0);
+    EXPECT_EQ(FLASH_INI_DIRECTORY::read(1), std::nullopt);
+    EXPECT_FALSE(FLASH_INI_DIRECTORY::write(1, NEW_BLOCK));
+}
+
+TEST(FlashIniCrash, ReadersBesideAWriter) {
+    constexpr int WRITES = 200;
+    const FLASH_INI_DIRECTORY directory;
+    ASSERT_TRUE(directory.write(1, OLD_BLOCK));
+    std::atomic<bool> done{false};
+    std::atomic<int> wrong{0};
+    std::atomic<int> reads{0};
+    std::thread reader([&] {
+        do {
+            const auto block = directory.read(1);
+            wrong += block == OLD_BLOCK || block == NEW_BLOCK ? 0 : 1;
+            ++reads;
+        } while (!done);
+    });
+    for (int i = 0; i < WRITES; ++i) {
+        EXPECT_TRUE(directory.write(1, i % 2 == 0 ? NEW_BLOCK : OLD_BLOCK));
+    }
+    done = true;
+    reader.join();
+    EXPECT_EQ(wrong, 0) << "of " << reads << " reads";
+}
+
+}  // namespace

@@ -8,11 +8,13 @@
 /// exactly one of its first four members; the other three hold the values of "none".
 
 #include <array>
+#include <stdexcept>
 #include <string>
 #include <string_view>
 #include <variant>
 
 #include "dstr.h"
+#include "pgmdev_cell.h"
 #include "pgmdev_manager_type.h"
 #include "pgmdev_types.h"
 
@@ -64,39 +66,39 @@ struct PGMDEV_DEVICE_INFO {
     bool jtag_program_initialize_in_rti = false;
     /// JTAG releases the auto-programming function before configuring.
     bool issue_apf_disengage = false;
-    /// Time the device needs to clear its memory before it takes data, in us.
+    /// Time the device needs to clear its memory before it takes data.
     DWORD jtag_program_initialize_microsec = 0;
-    /// Idle bits before the bitstream, in bits.
+    /// Idle bits before the bitstream.
     DWORD jtag_configuration_prepad_bits = 0;
-    /// Clock cycles after the bitstream until the device runs, in TCK cycles.
+    /// Clock cycles after the bitstream until the device runs.
     DWORD jtag_program_startup_tck = 0;
-    /// Length of the key fuse register, in bits.
+    /// Length of the key fuse register.
     DWORD aes_n_fuse_bits = 0;
-    /// First key bit in that register, in bit position.
+    /// First key bit in that register.
     DWORD aes_fuse_bit_location = 0;
-    /// Length of a key kept without power, in bits.
+    /// Length of a key kept without power.
     DWORD aes_n_nv_key_bits = 0;
-    /// Length of a key kept on battery, in bits.
+    /// Length of a key kept on battery.
     DWORD aes_n_v_key_bits = 0;
-    /// Length of the answer to a key check, in bits.
+    /// Length of the answer to a key check.
     DWORD aes_n_verify_bits = 0;
-    /// Length of the initialisation vector, in bits.
+    /// Length of the initialisation vector.
     DWORD n_iv_bits = 0;
     /// Family whose key-programming algorithm applies; INVALID_DWORD: none.
     DWORD ekp_alg_family = 0;
-    /// Configuration clocks for each bit of a compressed passive-serial bitstream, in clocks per bit.
+    /// Configuration clocks for each bit of a compressed passive-serial bitstream.
     BYTE ps_cmp_dclk_ratio = 0;
-    /// Configuration clocks for each byte, compressed, 8 bits wide, in clocks per byte.
+    /// Configuration clocks for each byte, compressed, 8 bits wide.
     BYTE fpp_cmp_dclk_ratio = 0;
-    /// Configuration clocks for each word, compressed, 16 bits wide; 0: no such mode, in clocks per word.
+    /// Configuration clocks for each word, compressed, 16 bits wide; 0: no such mode.
     BYTE fppx16_cmp_dclk_ratio = 0;
-    /// Configuration clocks for each word, compressed, 32 bits wide; 0: no such mode, in clocks per word.
+    /// Configuration clocks for each word, compressed, 32 bits wide; 0: no such mode.
     BYTE fppx32_cmp_dclk_ratio = 0;
     /// First block of the bitstream that is compressed; INVALID_DWORD: none.
     DWORD cmp_fbgen_start_block = 0;
     /// Last block that is compressed; INVALID_DWORD: none.
     DWORD cmp_fbgen_end_block = 0;
-    /// Compressed bitstreams are padded to a multiple of this, in bytes.
+    /// Compressed bitstreams are padded to a multiple of this.
     DWORD cmp_end_padding_alignement = 0;
     /// That padding is ones, not zeros.
     bool cmp_end_pad_with_one = false;
@@ -106,7 +108,7 @@ struct PGMDEV_DEVICE_INFO {
     bool need_factory_instr = false;
     /// JTAG configures the pins before boundary scan.
     bool need_config_io_instr = false;
-    /// Clock cycles to wait after that, in TCK cycles.
+    /// Clock cycles to wait after that.
     DWORD n_tck_ticks_after_config_io = 0;
     /// Programmed through packets, not through registers.
     bool advanced_family = false;
@@ -116,39 +118,39 @@ struct PGMDEV_DEVICE_INFO {
     bool as_cb_4byte_addressing = false;
     /// The configuration block reads the header first and the rest from a second address.
     bool as_read_in_two_steps = false;
-    /// Second address of such a read, in bytes.
+    /// Second address of such a read.
     DWORD as_second_offset_addr = 0;
-    /// Bytes to insert before the second address, 1 data line, in bytes.
+    /// Bytes to insert before the second address, 1 data line.
     DWORD asx1_second_offset_extra_bytes = 0;
-    /// Bytes to insert before the second address, 4 data lines, in bytes.
+    /// Bytes to insert before the second address, 4 data lines.
     DWORD asx4_second_offset_extra_bytes = 0;
-    /// Dummy cycles that active serial starts with, in clocks.
+    /// Dummy cycles that active serial starts with.
     BYTE asc_dummy_cycle = 0;
-    /// Dummy clocks of a fast read, 1 data line, up to 128 Mbit, in clocks.
+    /// Dummy clocks of a fast read, 1 data line, up to 128 Mbit.
     BYTE spi_dummy_clk_x1_128mb = 0;
-    /// Dummy clocks of a fast read, 1 data line, from 256 Mbit, in clocks.
+    /// Dummy clocks of a fast read, 1 data line, from 256 Mbit.
     BYTE spi_dummy_clk_x1_256mb = 0;
-    /// Dummy clocks of a fast read, 4 data lines, up to 128 Mbit, in clocks.
+    /// Dummy clocks of a fast read, 4 data lines, up to 128 Mbit.
     BYTE spi_dummy_clk_x4_128mb = 0;
-    /// Dummy clocks of a fast read, 4 data lines, from 256 Mbit, in clocks.
+    /// Dummy clocks of a fast read, 4 data lines, from 256 Mbit.
     BYTE spi_dummy_clk_x4_256mb = 0;
-    /// Flashes that can be chained, in flashes.
+    /// Flashes that can be chained.
     DWORD supported_max_cascaded_asc_count = 0;
-    /// Smallest flash that holds a bitstream; 0: any, in Mbit.
+    /// Smallest flash that holds a bitstream; 0: any.
     DWORD as_minimum_flash_density = 0;
     /// Bitstreams do not pass the block generator.
     bool skip_fbgen = false;
     /// Configuration device that the tool proposes; empty: none.
     std::string cfg_dev;
-    /// Padding behind the pin settings, configuration over PCI Express, in configuration words.
+    /// Padding behind the pin settings, configuration over PCI Express.
     DWORD cvp_post_iocsr_padding_cbws = 0;
-    /// Padding behind the pin settings, configuration by the processor, in configuration words.
+    /// Padding behind the pin settings, configuration by the processor.
     DWORD hps_post_iocsr_padding_cbws = 0;
-    /// Padding before the core, plain, over PCI Express, in configuration words.
+    /// Padding before the core, plain, over PCI Express.
     DWORD cvp_pre_core_padding_cbws = 0;
-    /// Padding before the core, compressed, over PCI Express, in configuration words.
+    /// Padding before the core, compressed, over PCI Express.
     DWORD cvp_pre_cmp_core_padding_cbws = 0;
-    /// Padding before the core, encrypted, over PCI Express, in configuration words.
+    /// Padding before the core, encrypted, over PCI Express.
     DWORD cvp_pre_enc_core_padding_cbws = 0;
     /// Block with which the core begins, over PCI Express; INVALID_DWORD: no such mode.
     DWORD fbgen_cvp_core_start_block = 0;
@@ -164,11 +166,11 @@ struct PGMDEV_DEVICE_INFO {
     bool fi_program_twice = false;
     /// A secure device manager configures it.
     bool use_sdm = false;
-    /// Data lines of its configuration flash, in bits.
+    /// Data lines of its configuration flash.
     DWORD flash_width_bits = 0;
     /// Configuration scheme that the tool proposes; INVALID_DWORD: the scheme of the project.
     DWORD default_prog_mode = 0;
-    /// Block in which the manager's firmware is stored, in bytes.
+    /// Block in which the manager's firmware is stored.
     DWORD cmf_flash_block_size = 0;
     /// Supply voltage of its active-serial pins; empty: not stated.
     std::string asc_voltage;
@@ -194,7 +196,8 @@ struct PGMDEV_DEVICE_INFO {
     bool operator==(const PGMDEV_DEVICE_INFO&) const = default;
 };
 
-/// One member of the record: its name, the kind of its column, and where it is.
+/// One member of the record. Together these are its schema: everything that reads, writes, sizes or lists records goes
+/// over the table below.
 struct PGMDEV_DEVICE_INFO_MEMBER {
     using FIELD = std::variant<DEV_FAMILY_ENUM PGMDEV_DEVICE_INFO::*, DEV_DEVICE_ENUM PGMDEV_DEVICE_INFO::*,
                                int PGMDEV_DEVICE_INFO::*, std::string PGMDEV_DEVICE_INFO::*, bool PGMDEV_DEVICE_INFO::*,
@@ -204,97 +207,117 @@ struct PGMDEV_DEVICE_INFO_MEMBER {
     /// Kind of the column. It says how the member is stored, too, except that identifiers (PGMDEV_MANAGER_DEVID_ENUM)
     /// are stored like enumerators.
     PGMDEV_MANAGER_TYPE kind;
-    FIELD field;
+    FIELD field;              ///< where it is
+    std::string_view unit;    ///< of its numbers; "" when they count nothing
+    PGMDEV_NUMBER_BASE base;  ///< in which people write them
+
+    /// A kind that does not fit the field does not compile.
+    constexpr PGMDEV_DEVICE_INFO_MEMBER(std::string_view member_name, PGMDEV_MANAGER_TYPE member_kind,
+                                        FIELD member_field, std::string_view member_unit,
+                                        PGMDEV_NUMBER_BASE member_base = PGMDEV_NUMBER_BASE::DECIMAL)
+        : name(member_name), kind(member_kind), field(member_field), unit(member_unit), base(member_base) {
+        constexpr std::array FITTING{PGMDEV_MANAGER_DEVID_ENUM, PGMDEV_MANAGER_DEVID_ENUM, PGMDEV_MANAGER_DEVID_ENUM,
+                                     PGMDEV_MANAGER_STRING,     PGMDEV_MANAGER_BOOL,       PGMDEV_MANAGER_BYTE,
+                                     PGMDEV_MANAGER_WORD,       PGMDEV_MANAGER_DWORD};  // by alternative of the field
+        const PGMDEV_MANAGER_TYPE fitting = FITTING[field.index()];
+        if (kind != fitting && !(fitting == PGMDEV_MANAGER_STRING && kind == PGMDEV_MANAGER_DEVID_STR) &&
+            !(fitting == PGMDEV_MANAGER_DWORD && kind == PGMDEV_MANAGER_ENUM)) {
+            throw std::logic_error("the kind of a member does not fit its field");
+        }
+    }
 };
 
 // clang-format off
 /// All members in order: the order of the fields in the packed database, and of the columns of the source table.
-inline constexpr std::array<PGMDEV_DEVICE_INFO_MEMBER, 86> PGMDEV_DEVICE_INFO_MEMBERS{{
-    {"family", PGMDEV_MANAGER_DEVID_ENUM, &PGMDEV_DEVICE_INFO::family},
-    {"pcf", PGMDEV_MANAGER_DEVID_STR, &PGMDEV_DEVICE_INFO::pcf},
-    {"device", PGMDEV_MANAGER_DEVID_ENUM, &PGMDEV_DEVICE_INFO::device},
-    {"part", PGMDEV_MANAGER_DEVID_ENUM, &PGMDEV_DEVICE_INFO::part},
-    {"skip_pof_bitstream_conversion", PGMDEV_MANAGER_BOOL, &PGMDEV_DEVICE_INFO::skip_pof_bitstream_conversion},
-    {"no_flash_option_for_unvm", PGMDEV_MANAGER_BOOL, &PGMDEV_DEVICE_INFO::no_flash_option_for_unvm},
-    {"ini_fbgen_flow", PGMDEV_MANAGER_BOOL, &PGMDEV_DEVICE_INFO::ini_fbgen_flow},
-    {"support_legacy_f2p", PGMDEV_MANAGER_BOOL, &PGMDEV_DEVICE_INFO::support_legacy_f2p},
-    {"support_cpf", PGMDEV_MANAGER_BOOL, &PGMDEV_DEVICE_INFO::support_cpf},
-    {"support_ba_flow", PGMDEV_MANAGER_BOOL, &PGMDEV_DEVICE_INFO::support_ba_flow},
-    {"support_ob", PGMDEV_MANAGER_BOOL, &PGMDEV_DEVICE_INFO::support_ob},
-    {"support_download_mode", PGMDEV_MANAGER_BOOL, &PGMDEV_DEVICE_INFO::support_download_mode},
-    {"support_sld", PGMDEV_MANAGER_BOOL, &PGMDEV_DEVICE_INFO::support_sld},
-    {"support_asc", PGMDEV_MANAGER_BOOL, &PGMDEV_DEVICE_INFO::support_asc},
-    {"support_asc_ini", PGMDEV_MANAGER_STRING, &PGMDEV_DEVICE_INFO::support_asc_ini},
-    {"support_remote_local_update", PGMDEV_MANAGER_BOOL, &PGMDEV_DEVICE_INFO::support_remote_local_update},
-    {"need_quillon_padding_mask", PGMDEV_MANAGER_BOOL, &PGMDEV_DEVICE_INFO::need_quillon_padding_mask},
-    {"support_aes_wo_ini", PGMDEV_MANAGER_BOOL, &PGMDEV_DEVICE_INFO::support_aes_wo_ini},
-    {"unsupported_by_qcd4", PGMDEV_MANAGER_BOOL, &PGMDEV_DEVICE_INFO::unsupported_by_qcd4},
-    {"unsupported_by_quillon", PGMDEV_MANAGER_BOOL, &PGMDEV_DEVICE_INFO::unsupported_by_quillon},
-    {"allow_partial_frame", PGMDEV_MANAGER_BOOL, &PGMDEV_DEVICE_INFO::allow_partial_frame},
-    {"jtag_program_initialize_in_rti", PGMDEV_MANAGER_BOOL, &PGMDEV_DEVICE_INFO::jtag_program_initialize_in_rti},
-    {"issue_apf_disengage", PGMDEV_MANAGER_BOOL, &PGMDEV_DEVICE_INFO::issue_apf_disengage},
-    {"jtag_program_initialize_microsec", PGMDEV_MANAGER_DWORD, &PGMDEV_DEVICE_INFO::jtag_program_initialize_microsec},
-    {"jtag_configuration_prepad_bits", PGMDEV_MANAGER_DWORD, &PGMDEV_DEVICE_INFO::jtag_configuration_prepad_bits},
-    {"jtag_program_startup_tck", PGMDEV_MANAGER_DWORD, &PGMDEV_DEVICE_INFO::jtag_program_startup_tck},
-    {"aes_n_fuse_bits", PGMDEV_MANAGER_DWORD, &PGMDEV_DEVICE_INFO::aes_n_fuse_bits},
-    {"aes_fuse_bit_location", PGMDEV_MANAGER_DWORD, &PGMDEV_DEVICE_INFO::aes_fuse_bit_location},
-    {"aes_n_nv_key_bits", PGMDEV_MANAGER_DWORD, &PGMDEV_DEVICE_INFO::aes_n_nv_key_bits},
-    {"aes_n_v_key_bits", PGMDEV_MANAGER_DWORD, &PGMDEV_DEVICE_INFO::aes_n_v_key_bits},
-    {"aes_n_verify_bits", PGMDEV_MANAGER_DWORD, &PGMDEV_DEVICE_INFO::aes_n_verify_bits},
-    {"n_iv_bits", PGMDEV_MANAGER_DWORD, &PGMDEV_DEVICE_INFO::n_iv_bits},
-    {"ekp_alg_family", PGMDEV_MANAGER_ENUM, &PGMDEV_DEVICE_INFO::ekp_alg_family},
-    {"ps_cmp_dclk_ratio", PGMDEV_MANAGER_BYTE, &PGMDEV_DEVICE_INFO::ps_cmp_dclk_ratio},
-    {"fpp_cmp_dclk_ratio", PGMDEV_MANAGER_BYTE, &PGMDEV_DEVICE_INFO::fpp_cmp_dclk_ratio},
-    {"fppx16_cmp_dclk_ratio", PGMDEV_MANAGER_BYTE, &PGMDEV_DEVICE_INFO::fppx16_cmp_dclk_ratio},
-    {"fppx32_cmp_dclk_ratio", PGMDEV_MANAGER_BYTE, &PGMDEV_DEVICE_INFO::fppx32_cmp_dclk_ratio},
-    {"cmp_fbgen_start_block", PGMDEV_MANAGER_ENUM, &PGMDEV_DEVICE_INFO::cmp_fbgen_start_block},
-    {"cmp_fbgen_end_block", PGMDEV_MANAGER_ENUM, &PGMDEV_DEVICE_INFO::cmp_fbgen_end_block},
-    {"cmp_end_padding_alignement", PGMDEV_MANAGER_DWORD, &PGMDEV_DEVICE_INFO::cmp_end_padding_alignement},
-    {"cmp_end_pad_with_one", PGMDEV_MANAGER_BOOL, &PGMDEV_DEVICE_INFO::cmp_end_pad_with_one},
-    {"support_prpof", PGMDEV_MANAGER_BOOL, &PGMDEV_DEVICE_INFO::support_prpof},
-    {"need_factory_instr", PGMDEV_MANAGER_BOOL, &PGMDEV_DEVICE_INFO::need_factory_instr},
-    {"need_config_io_instr", PGMDEV_MANAGER_BOOL, &PGMDEV_DEVICE_INFO::need_config_io_instr},
-    {"n_tck_ticks_after_config_io", PGMDEV_MANAGER_DWORD, &PGMDEV_DEVICE_INFO::n_tck_ticks_after_config_io},
-    {"advanced_family", PGMDEV_MANAGER_BOOL, &PGMDEV_DEVICE_INFO::advanced_family},
-    {"as_cb_hold_time_issue", PGMDEV_MANAGER_BOOL, &PGMDEV_DEVICE_INFO::as_cb_hold_time_issue},
-    {"as_cb_4byte_addressing", PGMDEV_MANAGER_BOOL, &PGMDEV_DEVICE_INFO::as_cb_4byte_addressing},
-    {"as_read_in_two_steps", PGMDEV_MANAGER_BOOL, &PGMDEV_DEVICE_INFO::as_read_in_two_steps},
-    {"as_second_offset_addr", PGMDEV_MANAGER_DWORD, &PGMDEV_DEVICE_INFO::as_second_offset_addr},
-    {"asx1_second_offset_extra_bytes", PGMDEV_MANAGER_DWORD, &PGMDEV_DEVICE_INFO::asx1_second_offset_extra_bytes},
-    {"asx4_second_offset_extra_bytes", PGMDEV_MANAGER_DWORD, &PGMDEV_DEVICE_INFO::asx4_second_offset_extra_bytes},
-    {"asc_dummy_cycle", PGMDEV_MANAGER_BYTE, &PGMDEV_DEVICE_INFO::asc_dummy_cycle},
-    {"spi_dummy_clk_x1_128mb", PGMDEV_MANAGER_BYTE, &PGMDEV_DEVICE_INFO::spi_dummy_clk_x1_128mb},
-    {"spi_dummy_clk_x1_256mb", PGMDEV_MANAGER_BYTE, &PGMDEV_DEVICE_INFO::spi_dummy_clk_x1_256mb},
-    {"spi_dummy_clk_x4_128mb", PGMDEV_MANAGER_BYTE, &PGMDEV_DEVICE_INFO::spi_dummy_clk_x4_128mb},
-    {"spi_dummy_clk_x4_256mb", PGMDEV_MANAGER_BYTE, &PGMDEV_DEVICE_INFO::spi_dummy_clk_x4_256mb},
-    {"supported_max_cascaded_asc_count", PGMDEV_MANAGER_DWORD, &PGMDEV_DEVICE_INFO::supported_max_cascaded_asc_count},
-    {"as_minimum_flash_density", PGMDEV_MANAGER_DWORD, &PGMDEV_DEVICE_INFO::as_minimum_flash_density},
-    {"skip_fbgen", PGMDEV_MANAGER_BOOL, &PGMDEV_DEVICE_INFO::skip_fbgen},
-    {"cfg_dev", PGMDEV_MANAGER_STRING, &PGMDEV_DEVICE_INFO::cfg_dev},
-    {"cvp_post_iocsr_padding_cbws", PGMDEV_MANAGER_DWORD, &PGMDEV_DEVICE_INFO::cvp_post_iocsr_padding_cbws},
-    {"hps_post_iocsr_padding_cbws", PGMDEV_MANAGER_DWORD, &PGMDEV_DEVICE_INFO::hps_post_iocsr_padding_cbws},
-    {"cvp_pre_core_padding_cbws", PGMDEV_MANAGER_DWORD, &PGMDEV_DEVICE_INFO::cvp_pre_core_padding_cbws},
-    {"cvp_pre_cmp_core_padding_cbws", PGMDEV_MANAGER_DWORD, &PGMDEV_DEVICE_INFO::cvp_pre_cmp_core_padding_cbws},
-    {"cvp_pre_enc_core_padding_cbws", PGMDEV_MANAGER_DWORD, &PGMDEV_DEVICE_INFO::cvp_pre_enc_core_padding_cbws},
-    {"fbgen_cvp_core_start_block", PGMDEV_MANAGER_ENUM, &PGMDEV_DEVICE_INFO::fbgen_cvp_core_start_block},
-    {"fbgen_hps_core_start_block", PGMDEV_MANAGER_ENUM, &PGMDEV_DEVICE_INFO::fbgen_hps_core_start_block},
-    {"support_ru_cvp", PGMDEV_MANAGER_BOOL, &PGMDEV_DEVICE_INFO::support_ru_cvp},
-    {"support_ru_hps", PGMDEV_MANAGER_BOOL, &PGMDEV_DEVICE_INFO::support_ru_hps},
-    {"support_fi", PGMDEV_MANAGER_BOOL, &PGMDEV_DEVICE_INFO::support_fi},
-    {"fi_program_twice", PGMDEV_MANAGER_BOOL, &PGMDEV_DEVICE_INFO::fi_program_twice},
-    {"use_sdm", PGMDEV_MANAGER_BOOL, &PGMDEV_DEVICE_INFO::use_sdm},
-    {"flash_width_bits", PGMDEV_MANAGER_DWORD, &PGMDEV_DEVICE_INFO::flash_width_bits},
-    {"default_prog_mode", PGMDEV_MANAGER_ENUM, &PGMDEV_DEVICE_INFO::default_prog_mode},
-    {"cmf_flash_block_size", PGMDEV_MANAGER_DWORD, &PGMDEV_DEVICE_INFO::cmf_flash_block_size},
-    {"asc_voltage", PGMDEV_MANAGER_STRING, &PGMDEV_DEVICE_INFO::asc_voltage},
-    {"support_sdmmc", PGMDEV_MANAGER_BOOL, &PGMDEV_DEVICE_INFO::support_sdmmc},
-    {"support_vab", PGMDEV_MANAGER_BOOL, &PGMDEV_DEVICE_INFO::support_vab},
-    {"support_sdos", PGMDEV_MANAGER_BOOL, &PGMDEV_DEVICE_INFO::support_sdos},
-    {"use_subidcode", PGMDEV_MANAGER_BOOL, &PGMDEV_DEVICE_INFO::use_subidcode},
-    {"dummy_string", PGMDEV_MANAGER_STRING, &PGMDEV_DEVICE_INFO::dummy_string},
-    {"dummy_byte", PGMDEV_MANAGER_BYTE, &PGMDEV_DEVICE_INFO::dummy_byte},
-    {"dummy_word", PGMDEV_MANAGER_WORD, &PGMDEV_DEVICE_INFO::dummy_word},
-    {"dummy_dword", PGMDEV_MANAGER_DWORD, &PGMDEV_DEVICE_INFO::dummy_dword},
-    {"dummy_bool", PGMDEV_MANAGER_BOOL, &PGMDEV_DEVICE_INFO::dummy_bool},
-}};
+inline constexpr auto PGMDEV_DEVICE_INFO_MEMBERS = [] {
+    using INFO = PGMDEV_DEVICE_INFO;
+    return std::to_array<PGMDEV_DEVICE_INFO_MEMBER>({
+        {"family", PGMDEV_MANAGER_DEVID_ENUM, &INFO::family, ""},
+        {"pcf", PGMDEV_MANAGER_DEVID_STR, &INFO::pcf, ""},
+        {"device", PGMDEV_MANAGER_DEVID_ENUM, &INFO::device, ""},
+        {"part", PGMDEV_MANAGER_DEVID_ENUM, &INFO::part, ""},
+        {"skip_pof_bitstream_conversion", PGMDEV_MANAGER_BOOL, &INFO::skip_pof_bitstream_conversion, ""},
+        {"no_flash_option_for_unvm", PGMDEV_MANAGER_BOOL, &INFO::no_flash_option_for_unvm, ""},
+        {"ini_fbgen_flow", PGMDEV_MANAGER_BOOL, &INFO::ini_fbgen_flow, ""},
+        {"support_legacy_f2p", PGMDEV_MANAGER_BOOL, &INFO::support_legacy_f2p, ""},
+        {"support_cpf", PGMDEV_MANAGER_BOOL, &INFO::support_cpf, ""},
+        {"support_ba_flow", PGMDEV_MANAGER_BOOL, &INFO::support_ba_flow, ""},
+        {"support_ob", PGMDEV_MANAGER_BOOL, &INFO::support_ob, ""},
+        {"support_download_mode", PGMDEV_MANAGER_BOOL, &INFO::support_download_mode, ""},
+        {"support_sld", PGMDEV_MANAGER_BOOL, &INFO::support_sld, ""},
+        {"support_asc", PGMDEV_MANAGER_BOOL, &INFO::support_asc, ""},
+        {"support_asc_ini", PGMDEV_MANAGER_STRING, &INFO::support_asc_ini, ""},
+        {"support_remote_local_update", PGMDEV_MANAGER_BOOL, &INFO::support_remote_local_update, ""},
+        {"need_quillon_padding_mask", PGMDEV_MANAGER_BOOL, &INFO::need_quillon_padding_mask, ""},
+        {"support_aes_wo_ini", PGMDEV_MANAGER_BOOL, &INFO::support_aes_wo_ini, ""},
+        {"unsupported_by_qcd4", PGMDEV_MANAGER_BOOL, &INFO::unsupported_by_qcd4, ""},
+        {"unsupported_by_quillon", PGMDEV_MANAGER_BOOL, &INFO::unsupported_by_quillon, ""},
+        {"allow_partial_frame", PGMDEV_MANAGER_BOOL, &INFO::allow_partial_frame, ""},
+        {"jtag_program_initialize_in_rti", PGMDEV_MANAGER_BOOL, &INFO::jtag_program_initialize_in_rti, ""},
+        {"issue_apf_disengage", PGMDEV_MANAGER_BOOL, &INFO::issue_apf_disengage, ""},
+        {"jtag_program_initialize_microsec", PGMDEV_MANAGER_DWORD, &INFO::jtag_program_initialize_microsec, "us"},
+        {"jtag_configuration_prepad_bits", PGMDEV_MANAGER_DWORD, &INFO::jtag_configuration_prepad_bits, "bits"},
+        {"jtag_program_startup_tck", PGMDEV_MANAGER_DWORD, &INFO::jtag_program_startup_tck, "TCK cycles"},
+        {"aes_n_fuse_bits", PGMDEV_MANAGER_DWORD, &INFO::aes_n_fuse_bits, "bits"},
+        {"aes_fuse_bit_location", PGMDEV_MANAGER_DWORD, &INFO::aes_fuse_bit_location, "bit position"},
+        {"aes_n_nv_key_bits", PGMDEV_MANAGER_DWORD, &INFO::aes_n_nv_key_bits, "bits"},
+        {"aes_n_v_key_bits", PGMDEV_MANAGER_DWORD, &INFO::aes_n_v_key_bits, "bits"},
+        {"aes_n_verify_bits", PGMDEV_MANAGER_DWORD, &INFO::aes_n_verify_bits, "bits"},
+        {"n_iv_bits", PGMDEV_MANAGER_DWORD, &INFO::n_iv_bits, "bits"},
+        {"ekp_alg_family", PGMDEV_MANAGER_ENUM, &INFO::ekp_alg_family, ""},
+        {"ps_cmp_dclk_ratio", PGMDEV_MANAGER_BYTE, &INFO::ps_cmp_dclk_ratio, "clocks per bit"},
+        {"fpp_cmp_dclk_ratio", PGMDEV_MANAGER_BYTE, &INFO::fpp_cmp_dclk_ratio, "clocks per byte"},
+        {"fppx16_cmp_dclk_ratio", PGMDEV_MANAGER_BYTE, &INFO::fppx16_cmp_dclk_ratio, "clocks per word"},
+        {"fppx32_cmp_dclk_ratio", PGMDEV_MANAGER_BYTE, &INFO::fppx32_cmp_dclk_ratio, "clocks per word"},
+        {"cmp_fbgen_start_block", PGMDEV_MANAGER_ENUM, &INFO::cmp_fbgen_start_block, ""},
+        {"cmp_fbgen_end_block", PGMDEV_MANAGER_ENUM, &INFO::cmp_fbgen_end_block, ""},
+        {"cmp_end_padding_alignement", PGMDEV_MANAGER_DWORD, &INFO::cmp_end_padding_alignement, "bytes"},
+        {"cmp_end_pad_with_one", PGMDEV_MANAGER_BOOL, &INFO::cmp_end_pad_with_one, ""},
+        {"support_prpof", PGMDEV_MANAGER_BOOL, &INFO::support_prpof, ""},
+        {"need_factory_instr", PGMDEV_MANAGER_BOOL, &INFO::need_factory_instr, ""},
+        {"need_config_io_instr", PGMDEV_MANAGER_BOOL, &INFO::need_config_io_instr, ""},
+        {"n_tck_ticks_after_config_io", PGMDEV_MANAGER_DWORD, &INFO::n_tck_ticks_after_config_io, "TCK cycles"},
+        {"advanced_family", PGMDEV_MANAGER_BOOL, &INFO::advanced_family, ""},
+        {"as_cb_hold_time_issue", PGMDEV_MANAGER_BOOL, &INFO::as_cb_hold_time_issue, ""},
+        {"as_cb_4byte_addressing", PGMDEV_MANAGER_BOOL, &INFO::as_cb_4byte_addressing, ""},
+        {"as_read_in_two_steps", PGMDEV_MANAGER_BOOL, &INFO::as_read_in_two_steps, ""},
+        {"as_second_offset_addr", PGMDEV_MANAGER_DWORD, &INFO::as_second_offset_addr, "bytes"},
+        {"asx1_second_offset_extra_bytes", PGMDEV_MANAGER_DWORD, &INFO::asx1_second_offset_extra_bytes, "bytes"},
+        {"asx4_second_offset_extra_bytes", PGMDEV_MANAGER_DWORD, &INFO::asx4_second_offset_extra_bytes, "bytes"},
+        {"asc_dummy_cycle", PGMDEV_MANAGER_BYTE, &INFO::asc_dummy_cycle, "clocks"},
+        {"spi_dummy_clk_x1_128mb", PGMDEV_MANAGER_BYTE, &INFO::spi_dummy_clk_x1_128mb, "clocks"},
+        {"spi_dummy_clk_x1_256mb", PGMDEV_MANAGER_BYTE, &INFO::spi_dummy_clk_x1_256mb, "clocks"},
+        {"spi_dummy_clk_x4_128mb", PGMDEV_MANAGER_BYTE, &INFO::spi_dummy_clk_x4_128mb, "clocks"},
+        {"spi_dummy_clk_x4_256mb", PGMDEV_MANAGER_BYTE, &INFO::spi_dummy_clk_x4_256mb, "clocks"},
+        {"supported_max_cascaded_asc_count", PGMDEV_MANAGER_DWORD, &INFO::supported_max_cascaded_asc_count, "flashes"},
+        {"as_minimum_flash_density", PGMDEV_MANAGER_DWORD, &INFO::as_minimum_flash_density, "Mbit"},
+        {"skip_fbgen", PGMDEV_MANAGER_BOOL, &INFO::skip_fbgen, ""},
+        {"cfg_dev", PGMDEV_MANAGER_STRING, &INFO::cfg_dev, ""},
+        {"cvp_post_iocsr_padding_cbws", PGMDEV_MANAGER_DWORD, &INFO::cvp_post_iocsr_padding_cbws, "configuration words"},
+        {"hps_post_iocsr_padding_cbws", PGMDEV_MANAGER_DWORD, &INFO::hps_post_iocsr_padding_cbws, "configuration words"},
+        {"cvp_pre_core_padding_cbws", PGMDEV_MANAGER_DWORD, &INFO::cvp_pre_core_padding_cbws, "configuration words"},
+        {"cvp_pre_cmp_core_padding_cbws", PGMDEV_MANAGER_DWORD, &INFO::cvp_pre_cmp_core_padding_cbws, "configuration words"},
+        {"cvp_pre_enc_core_padding_cbws", PGMDEV_MANAGER_DWORD, &INFO::cvp_pre_enc_core_padding_cbws, "configuration words"},
+        {"fbgen_cvp_core_start_block", PGMDEV_MANAGER_ENUM, &INFO::fbgen_cvp_core_start_block, ""},
+        {"fbgen_hps_core_start_block", PGMDEV_MANAGER_ENUM, &INFO::fbgen_hps_core_start_block, ""},
+        {"support_ru_cvp", PGMDEV_MANAGER_BOOL, &INFO::support_ru_cvp, ""},
+        {"support_ru_hps", PGMDEV_MANAGER_BOOL, &INFO::support_ru_hps, ""},
+        {"support_fi", PGMDEV_MANAGER_BOOL, &INFO::support_fi, ""},
+        {"fi_program_twice", PGMDEV_MANAGER_BOOL, &INFO::fi_program_twice, ""},
+        {"use_sdm", PGMDEV_MANAGER_BOOL, &INFO::use_sdm, ""},
+        {"flash_width_bits", PGMDEV_MANAGER_DWORD, &INFO::flash_width_bits, "bits"},
+        {"default_prog_mode", PGMDEV_MANAGER_ENUM, &INFO::default_prog_mode, ""},
+        {"cmf_flash_block_size", PGMDEV_MANAGER_DWORD, &INFO::cmf_flash_block_size, "bytes"},
+        {"asc_voltage", PGMDEV_MANAGER_STRING, &INFO::asc_voltage, ""},
+        {"support_sdmmc", PGMDEV_MANAGER_BOOL, &INFO::support_sdmmc, ""},
+        {"support_vab", PGMDEV_MANAGER_BOOL, &INFO::support_vab, ""},
+        {"support_sdos", PGMDEV_MANAGER_BOOL, &INFO::support_sdos, ""},
+        {"use_subidcode", PGMDEV_MANAGER_BOOL, &INFO::use_subidcode, ""},
+        {"dummy_string", PGMDEV_MANAGER_STRING, &INFO::dummy_string, ""},
+        {"dummy_byte", PGMDEV_MANAGER_BYTE, &INFO::dummy_byte, ""},
+        {"dummy_word", PGMDEV_MANAGER_WORD, &INFO::dummy_word, ""},
+        {"dummy_dword", PGMDEV_MANAGER_DWORD, &INFO::dummy_dword, ""},
+        {"dummy_bool", PGMDEV_MANAGER_BOOL, &INFO::dummy_bool, ""},
+    });
+}();
 // clang-format on

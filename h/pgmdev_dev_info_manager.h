@@ -13,7 +13,6 @@
 
 #include <array>
 #include <map>
-#include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -22,6 +21,7 @@
 #include "fio.h"
 #include "pgmdev_dev_info.h"
 #include "pgmdev_export.h"
+#include "pgmdev_shares.h"
 #include "pgmdev_types.h"
 
 /// A line of the part list.
@@ -92,7 +92,7 @@ protected:
 
     // Compiling.
     DWORD check_device_file(FIO_PATH csv, DWORD& device_count);  ///< checks the layout; the record section's size
-    void dump_to_database(BYTE** data, DWORD& index, std::vector<std::string> tokens);  ///< writes one row's 86 cells
+    void dump_to_database(BYTE** data, DWORD& index, std::vector<std::string> tokens);  ///< writes one row
     void parse_pgm_parts();                         ///< reads the part list behind what m_pgm_parts holds
     void print_table(BYTE** data, DWORD& index);    ///< computes the index tables, keeps them, and writes them
     DWORD get_dword_from_string(std::string text);  ///< as PGM_COMMON::convert_string_to_dword, empty is 0, with hex
@@ -137,8 +137,6 @@ protected:
     std::vector<PGMDEV_PGM_PART*> m_pgm_parts;        ///< new: the part list, while compiling
 
 private:
-    using PART_OWNERS = std::map<PGMDEV_PGM_PART*, std::shared_ptr<PGMDEV_PGM_PART>>;
-
     PGMDEV_DEVICE_INFO* look_up(const DWORD* table, DWORD entry);
     void parse_body(const BYTE* data, QWORD size, bool generating);
     void read_tables(const BYTE* data, QWORD size, DWORD& index);
@@ -153,12 +151,13 @@ private:
     DWORD part_entry(int part);
     void write_tables(BYTE* data, QWORD size, DWORD& index) const;
     void unload();
-    void make_tables();
-    void hold_arrays() const;
+    void clear_tables();
+    void release() noexcept;
+    std::array<DWORD**, 3> tables();
+    void drop_parts(std::size_t kept) noexcept;
 
-    // What keeps the arrays and the part list alive. A deriving class may put arrays and parts of its own into the
-    // members above; they are taken over when the manager is copied, loads again, or is destroyed.
-    mutable std::shared_ptr<PGMDEV_DEVICE_INFO[]> m_database_owner;
-    mutable std::array<std::shared_ptr<DWORD[]>, 3> m_table_owners;
-    mutable PART_OWNERS m_part_owners;
+    // A deriving class may put arrays (new[]) and parts (new) of its own into the members above, as pgmdev_shares.h says.
+    PGMDEV_SHARES<PGMDEV_DEVICE_INFO[]> m_database_shares;
+    std::array<PGMDEV_SHARES<DWORD[]>, 3> m_table_shares;
+    mutable std::map<PGMDEV_PGM_PART*, PGMDEV_SHARES<PGMDEV_PGM_PART>> m_part_shares;  ///< of those that copies share
 };

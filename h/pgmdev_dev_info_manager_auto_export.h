@@ -12,6 +12,7 @@
 
 #include "dstr.h"
 #include "msg.h"
+#include "pgmdev_cell.h"
 #include "pgmdev_dev_info.h"
 #include "pgmdev_dev_info_enumerators.h"
 #include "stl.h"
@@ -50,11 +51,7 @@ inline std::string pgmdev_device_info_cell(const PGMDEV_DEVICE_INFO_MEMBER& memb
         [&](auto field) -> std::string {
             const auto& value = record.*field;
             using VALUE = std::remove_cvref_t<decltype(value)>;
-            if constexpr (std::is_same_v<VALUE, std::string>) {
-                return value;
-            } else if constexpr (std::is_same_v<VALUE, bool>) {
-                return value ? "TRUE" : "FALSE";
-            } else if constexpr (std::is_same_v<VALUE, DEV_FAMILY_ENUM>) {
+            if constexpr (std::is_same_v<VALUE, DEV_FAMILY_ENUM>) {
                 return named(pgmdev_family_name(value), value == DEV_FAMILY_INVALID, static_cast<DWORD>(value));
             } else if constexpr (std::is_same_v<VALUE, DEV_DEVICE_ENUM>) {
                 return named(value == DEV_DEVICE_GENERIC ? "GENERIC" : "", value == DEV_DEVICE_INVALID,
@@ -62,11 +59,14 @@ inline std::string pgmdev_device_info_cell(const PGMDEV_DEVICE_INFO_MEMBER& memb
             } else if constexpr (std::is_same_v<VALUE, int>) {
                 return named(value == DEV_PART_GENERIC ? "GENERIC" : "", value == DEV_PART_INVALID,
                              static_cast<DWORD>(value));
-            } else if (member.kind == PGMDEV_MANAGER_ENUM) {
-                const bool is_family = member.name == "ekp_alg_family";
-                return named(pgmdev_enumerator_name(value, is_family), value == INVALID_DWORD, value);
             } else {
-                return std::to_string(value);
+                if constexpr (std::is_same_v<VALUE, DWORD>) {
+                    if (member.kind == PGMDEV_MANAGER_ENUM) {
+                        const bool is_family = member.name == "ekp_alg_family";
+                        return named(pgmdev_enumerator_name(value, is_family), value == INVALID_DWORD, value);
+                    }
+                }
+                return pgmdev_cell(value, member.base);
             }
         },
         member.field);
@@ -102,14 +102,14 @@ inline std::string pgmdev_list_device_info(const PGMDEV_DEVICE_INFO& record, con
 /// Record `index` of `count`. An index out of range is reported as `condition`, a null array, too.
 inline const PGMDEV_DEVICE_INFO& pgmdev_device_info_at(const PGMDEV_DEVICE_INFO* records, DWORD index, DWORD count,
                                                        const char* condition) {
-    const auto require = [](bool holds, const char* text) {
+    const auto require = [](bool holds, const char* text, int line) {
         if (!holds) {
-            MSG_INTERNAL_ERROR::report(text, "PGMDEV", PGMDEV_DEV_INFO_AUTO_EXPORT, __LINE__);
-            throw MSG_INTERNAL_ERROR_EXCEPTION({text, "PGMDEV", PGMDEV_DEV_INFO_AUTO_EXPORT, __LINE__});
+            MSG_INTERNAL_ERROR::report(text, "PGMDEV", PGMDEV_DEV_INFO_AUTO_EXPORT, line);
+            throw MSG_INTERNAL_ERROR_EXCEPTION({text, "PGMDEV", PGMDEV_DEV_INFO_AUTO_EXPORT, line});
         }
     };
-    require(index < count, condition);
-    require(records != nullptr, "m_device_database != NULL");
+    require(index < count, condition, __LINE__);
+    require(records != nullptr, "m_device_database != NULL", __LINE__);
     return records[index];
 }
 

@@ -42,6 +42,10 @@ public:
     /// Whether a fault, not only warnings, was found.
     bool has_faults() const noexcept;
 
+    /// The records as a source table that compiles to the same payload. When they cannot be one, the result is empty, and
+    /// `obstacle` says in words which record is in the way.
+    std::string source_text(std::string& obstacle) const;
+
     /// Length in bytes of the uncompressed body of the packed database, with its index tables.
     DWORD payload_size() const noexcept { return m_payload_size; }
 

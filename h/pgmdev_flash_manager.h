@@ -12,13 +12,13 @@
 ///   arrays.
 
 #include <array>
-#include <memory>
 #include <string>
 #include <vector>
 
 #include "fio.h"
 #include "pgmdev_export.h"
 #include "pgmdev_sfl_flash_info.h"
+#include "pgmdev_shares.h"
 #include "pgmdev_types.h"
 
 class PGMDEV_EXPORT PGMDEV_FLASH_MANAGER {
@@ -133,13 +133,13 @@ protected:
     bool cmp_ini_password(std::string text, std::string password);  ///< whether this build signed that text
     void parse_ext_flash_info();  ///< takes m_ini_flash_info from the configuration; cleared when that gives none
     bool get_string_from_ini(std::string text, std::string* value, QWORD& position);  ///< the next '@'-delimited value
-    bool assign_ini(std::string* values);       ///< m_ini_flash_info from 33 values, up to the first that is refused
+    bool assign_ini(std::string* values);       ///< m_ini_flash_info from a value each, up to the first refused one
     void print_ini_database();                  ///< lists m_ini_flash_info on the debug channel
     bool prompt_flash_info(std::string& body);  ///< asks for one flash; `body` changes only on success
 
     // Compiling.
     DWORD check_flash_file(FIO_PATH csv_file, DWORD& device_count);  ///< checks the layout; the payload's size in bytes
-    void dump_to_database(BYTE** buffer, DWORD& index, std::vector<std::string> cells);  ///< writes one row's 33 cells
+    void dump_to_database(BYTE** buffer, DWORD& index, std::vector<std::string> cells);  ///< writes one row
     void print_database(DWORD index);  ///< lists one record on standard output
 
     // Reading packed values.
@@ -191,12 +191,9 @@ private:
     bool read_record(const BYTE* payload, QWORD size, DWORD& cursor, DWORD slot);
     void unload();
     void make_map();
-    void hold_arrays() const;
-    void replace_database(PGMDEV_SFL_FLASH_INFO* records);
+    void release() noexcept;
 
-    // What keeps the two arrays alive. A deriving class may assign arrays of its own (new[]) to the pointers above, over
-    // the old ones, which it must not delete: they are taken over, and the old ones freed, when the manager loads again,
-    // is copied, or is destroyed.
-    mutable std::shared_ptr<PGMDEV_SFL_FLASH_INFO[]> m_database_owner;
-    mutable std::shared_ptr<DWORD[]> m_map_owner;
+    // A deriving class may put arrays of its own (new[]) into the two pointers above, as pgmdev_shares.h says.
+    PGMDEV_SHARES<PGMDEV_SFL_FLASH_INFO[]> m_database_shares;
+    PGMDEV_SHARES<DWORD[]> m_map_shares;
 };

@@ -35,6 +35,10 @@ public:
     /// Whether a fault, not only warnings, was found.
     bool has_faults() const noexcept;
 
+    /// The records as a source table that compiles to the same payload. When they cannot be one, the result is empty, and
+    /// `obstacle` says in words which record is in the way.
+    std::string source_text(std::string& obstacle) const;
+
     /// Length in bytes of the uncompressed payload of the packed database.
     DWORD payload_size() const noexcept { return m_payload_size; }
 

@@ -8,15 +8,20 @@
 /// protected. The figures come from the device's datasheet.
 
 #include <array>
+#include <stdexcept>
 #include <string>
 #include <string_view>
 #include <variant>
 
+#include "pgmdev_cell.h"
 #include "pgmdev_manager_type.h"
 #include "pgmdev_types.h"
 
 /// One serial flash device. A default-constructed record has empty texts, and 0 or false everywhere else.
 struct PGMDEV_SFL_FLASH_INFO {
+    /// No place, where a member names a byte of the response or a bit: it is not compared, does not exist, is not known.
+    static constexpr BYTE NONE = 255;
+
     std::string manufacturer_name;  ///< maker of the flash
     std::string device_name;        ///< name of the flash; compared without regard to case
 
@@ -25,7 +30,7 @@ struct PGMDEV_SFL_FLASH_INFO {
     BYTE memory_id = 0;          ///< expected memory-ID (capacity) byte, or silicon-ID byte
     BYTE memory_id_index = 0;    ///< position of that byte in the response
     BYTE memory_type = 0;        ///< expected memory-type byte
-    BYTE memory_type_index = 0;  ///< position of that byte; 255: the memory type is not compared
+    BYTE memory_type_index = 0;  ///< position of that byte; NONE: the memory type is not compared
     BYTE mfc_id = 0;             ///< expected manufacturer-ID byte (JEDEC JEP106)
     BYTE mfc_id_index = 0;       ///< position of that byte
     BYTE orvane_id = 0;          ///< the tool's own code of the density class
@@ -51,63 +56,109 @@ struct PGMDEV_SFL_FLASH_INFO {
     BYTE protection_mask = 0;      ///< block protect bits in the status register
     BYTE protection_value = 0;     ///< these bits when all is protected
     BYTE unprotect_value = 0;      ///< these bits when nothing is protected
-    BYTE protection_division = 0;  ///< granularity of the protection; 255: not known
-    BYTE bottom_value = 0;         ///< number of the status-register bit that protects from the bottom; 255: none
-    bool sdm_support = false;      ///< a secure device manager can boot from it
-    std::string asc_voltage;       ///< supply voltage, as text
+    BYTE protection_division = 0;  ///< granularity of the protection; NONE: not known
+    BYTE bottom_value = 0;     ///< number of the status-register bit that protects from the bottom; NONE: there is none
+    bool sdm_support = false;  ///< a secure device manager can boot from it
+    std::string asc_voltage;   ///< supply voltage, as text
 
     bool operator==(const PGMDEV_SFL_FLASH_INFO&) const = default;
 };
 
-/// One member of the record: its name, its packed type, and where it is.
+/// How a user who describes a flash of his own is asked for a member.
+struct PGMDEV_SFL_FLASH_QUESTION {
+    enum class ANSWER {
+        GIVEN,            ///< is not asked for: `text` is the value itself
+        NAME,             ///< a text that names the flash, with a message of its own when it is refused
+        TEXT,             ///< a text
+        YES_NO,           ///< Y or N
+        HEX,              ///< hexadecimal
+        HEX_OR_ALL_ONES,  ///< hexadecimal, or FFFFFFFF for 255
+        HEX_OR_NONE,      ///< hexadecimal, or -1 (or FFFFFFFF) for 255
+        NUMBER,           ///< decimal
+        POWER_OF_TWO      ///< decimal, a power of two
+    };
+
+    ANSWER answer;
+    std::string_view text;  ///< the prompt
+    DWORD least = 0;        ///< the range of an answer that is a number
+    DWORD most = 0;
+    DWORD unit = 1;  ///< what a number that is answered is multiplied by to become the member
+};
+
+/// One member of the record. Together these are its schema: everything that reads, writes, sizes, lists or asks for
+/// records goes over the table below.
 struct PGMDEV_SFL_FLASH_MEMBER {
     using FIELD = std::variant<std::string PGMDEV_SFL_FLASH_INFO::*, bool PGMDEV_SFL_FLASH_INFO::*,
                                BYTE PGMDEV_SFL_FLASH_INFO::*, DWORD PGMDEV_SFL_FLASH_INFO::*>;
 
     std::string_view name;
-    FIELD field;
+    PGMDEV_MANAGER_TYPE kind;  ///< how the member is stored; it follows from the type of the field
+    FIELD field;               ///< where it is
+    std::string_view unit;     ///< of its numbers; "" when they count nothing
+    PGMDEV_NUMBER_BASE base;   ///< in which people write them
+    PGMDEV_SFL_FLASH_QUESTION question;
 
-    /// How the member is stored; it follows from the type of the field.
-    constexpr PGMDEV_MANAGER_TYPE type() const {
-        constexpr std::array TYPES{PGMDEV_MANAGER_STRING, PGMDEV_MANAGER_BOOL, PGMDEV_MANAGER_BYTE,
-                                   PGMDEV_MANAGER_DWORD};
-        return TYPES[field.index()];
+    /// A member without a question, or a value that is given instead, does not compile.
+    constexpr PGMDEV_SFL_FLASH_MEMBER(std::string_view member_name, FIELD member_field, std::string_view member_unit,
+                                      PGMDEV_NUMBER_BASE member_base, PGMDEV_SFL_FLASH_QUESTION member_question)
+        : name(member_name),
+          kind(KINDS[member_field.index()]),
+          field(member_field),
+          unit(member_unit),
+          base(member_base),
+          question(member_question) {
+        if (question.text.empty()) {
+            throw std::logic_error("a member has neither a question nor a given value");
+        }
     }
+
+    constexpr PGMDEV_MANAGER_TYPE type() const { return kind; }
+
+private:
+    static constexpr std::array KINDS{PGMDEV_MANAGER_STRING, PGMDEV_MANAGER_BOOL, PGMDEV_MANAGER_BYTE,
+                                      PGMDEV_MANAGER_DWORD};
 };
 
+// clang-format off
 /// All members in order: the order of the fields in the packed database, and of the columns of the source table.
-inline constexpr std::array<PGMDEV_SFL_FLASH_MEMBER, 33> PGMDEV_SFL_FLASH_MEMBERS{{
-    {"manufacturer_name", &PGMDEV_SFL_FLASH_INFO::manufacturer_name},
-    {"device_name", &PGMDEV_SFL_FLASH_INFO::device_name},
-    {"silicon_id", &PGMDEV_SFL_FLASH_INFO::silicon_id},
-    {"memory_id", &PGMDEV_SFL_FLASH_INFO::memory_id},
-    {"memory_id_index", &PGMDEV_SFL_FLASH_INFO::memory_id_index},
-    {"memory_type", &PGMDEV_SFL_FLASH_INFO::memory_type},
-    {"memory_type_index", &PGMDEV_SFL_FLASH_INFO::memory_type_index},
-    {"mfc_id", &PGMDEV_SFL_FLASH_INFO::mfc_id},
-    {"mfc_id_index", &PGMDEV_SFL_FLASH_INFO::mfc_id_index},
-    {"orvane_id", &PGMDEV_SFL_FLASH_INFO::orvane_id},
-    {"default_dev", &PGMDEV_SFL_FLASH_INFO::default_dev},
-    {"ini", &PGMDEV_SFL_FLASH_INFO::ini},
-    {"extended_mode", &PGMDEV_SFL_FLASH_INFO::extended_mode},
-    {"micron_flow", &PGMDEV_SFL_FLASH_INFO::micron_flow},
-    {"spansion_flow", &PGMDEV_SFL_FLASH_INFO::spansion_flow},
-    {"startup_protected", &PGMDEV_SFL_FLASH_INFO::startup_protected},
-    {"aai_mode", &PGMDEV_SFL_FLASH_INFO::aai_mode},
-    {"flag_status", &PGMDEV_SFL_FLASH_INFO::flag_status},
-    {"die_count", &PGMDEV_SFL_FLASH_INFO::die_count},
-    {"device_bit_size", &PGMDEV_SFL_FLASH_INFO::device_bit_size},
-    {"device_sector_byte", &PGMDEV_SFL_FLASH_INFO::device_sector_byte},
-    {"half_size", &PGMDEV_SFL_FLASH_INFO::half_size},
-    {"byte4_addressing", &PGMDEV_SFL_FLASH_INFO::byte4_addressing},
-    {"bulk_erase_time", &PGMDEV_SFL_FLASH_INFO::bulk_erase_time},
-    {"sec_erase_time", &PGMDEV_SFL_FLASH_INFO::sec_erase_time},
-    {"program_utime", &PGMDEV_SFL_FLASH_INFO::program_utime},
-    {"protection_mask", &PGMDEV_SFL_FLASH_INFO::protection_mask},
-    {"protection_value", &PGMDEV_SFL_FLASH_INFO::protection_value},
-    {"unprotect_value", &PGMDEV_SFL_FLASH_INFO::unprotect_value},
-    {"protection_division", &PGMDEV_SFL_FLASH_INFO::protection_division},
-    {"bottom_value", &PGMDEV_SFL_FLASH_INFO::bottom_value},
-    {"sdm_support", &PGMDEV_SFL_FLASH_INFO::sdm_support},
-    {"asc_voltage", &PGMDEV_SFL_FLASH_INFO::asc_voltage},
-}};
+inline constexpr auto PGMDEV_SFL_FLASH_MEMBERS = [] {
+    using A = PGMDEV_SFL_FLASH_QUESTION::ANSWER;
+    using INFO = PGMDEV_SFL_FLASH_INFO;
+    using enum PGMDEV_NUMBER_BASE;
+    return std::to_array<PGMDEV_SFL_FLASH_MEMBER>({
+        {"manufacturer_name", &INFO::manufacturer_name, "", DECIMAL, {A::NAME, "Manufacture Name : "}},
+        {"device_name", &INFO::device_name, "", DECIMAL, {A::NAME, "Device Name : "}},
+        {"silicon_id", &INFO::silicon_id, "", DECIMAL, {A::GIVEN, "0"}},
+        {"memory_id", &INFO::memory_id, "", HEXADECIMAL, {A::HEX, "Memory ID (hex) [1 - FE] : ", 1, 0xFE}},
+        {"memory_id_index", &INFO::memory_id_index, "", DECIMAL, {A::HEX, "Memory ID Index [0/1/2] : ", 0, 2}},
+        {"memory_type", &INFO::memory_type, "", HEXADECIMAL, {A::HEX_OR_ALL_ONES, "Memory Type (hex) [0 - FF] : ", 0, 0xFF}},
+        {"memory_type_index", &INFO::memory_type_index, "", DECIMAL, {A::HEX_OR_NONE, "Memory Type Index [-1/0/1/2] : ", 0, 2}},
+        {"mfc_id", &INFO::mfc_id, "", HEXADECIMAL, {A::HEX, "Manufacturer ID (hex) [1 - FE] : ", 1, 0xFE}},
+        {"mfc_id_index", &INFO::mfc_id_index, "", DECIMAL, {A::HEX, "Manufacturer ID Index [0/1/2] : ", 0, 2}},
+        {"orvane_id", &INFO::orvane_id, "", HEXADECIMAL, {A::GIVEN, "32"}},
+        {"default_dev", &INFO::default_dev, "", DECIMAL, {A::GIVEN, "1"}},
+        {"ini", &INFO::ini, "", DECIMAL, {A::GIVEN, "NONE"}},
+        {"extended_mode", &INFO::extended_mode, "", DECIMAL, {A::YES_NO, "Support Extended Mode [Y/N] : "}},
+        {"micron_flow", &INFO::micron_flow, "", DECIMAL, {A::YES_NO, "Micron flow [Y/N] : "}},
+        {"spansion_flow", &INFO::spansion_flow, "", DECIMAL, {A::YES_NO, "Spansion flow [Y/N] : "}},
+        {"startup_protected", &INFO::startup_protected, "", DECIMAL, {A::YES_NO, "Protected after power-up [Y/N] : "}},
+        {"aai_mode", &INFO::aai_mode, "", DECIMAL, {A::YES_NO, "Is AAI mode [Y/N] : "}},
+        {"flag_status", &INFO::flag_status, "", DECIMAL, {A::YES_NO, "Read flag status [Y/N] : "}},
+        {"die_count", &INFO::die_count, "", DECIMAL, {A::HEX, "Die count [1/2] : ", 1, 2}},
+        {"device_bit_size", &INFO::device_bit_size, "bits", DECIMAL, {A::POWER_OF_TWO, "Memory Density [1 - 2048 Mbit] : ", 1, 2048, 0x100000}},
+        {"device_sector_byte", &INFO::device_sector_byte, "bytes", DECIMAL, {A::POWER_OF_TWO, "Sector Size [1 - 1024 Kbyte] : ", 1, 1024, 0x400}},
+        {"half_size", &INFO::half_size, "", DECIMAL, {A::GIVEN, "0"}},
+        {"byte4_addressing", &INFO::byte4_addressing, "", DECIMAL, {A::GIVEN, "0"}},
+        {"bulk_erase_time", &INFO::bulk_erase_time, "s", DECIMAL, {A::NUMBER, "Bulk Erase time [1 - 900 seconds] : ", 1, 900}},
+        {"sec_erase_time", &INFO::sec_erase_time, "s", DECIMAL, {A::NUMBER, "Sector Erase Time [1 - 60 seconds] : ", 1, 60}},
+        {"program_utime", &INFO::program_utime, "us", DECIMAL, {A::NUMBER, "Page Program Time [1000 - 1000000 microseconds] : ", 1000, 1000000}},
+        {"protection_mask", &INFO::protection_mask, "", HEXADECIMAL, {A::HEX_OR_ALL_ONES, "Protection Mask (hex) [0 - FF] : ", 0, 0xFF}},
+        {"protection_value", &INFO::protection_value, "", HEXADECIMAL, {A::HEX_OR_ALL_ONES, "Protection Value (hex) [0 - FF] : ", 0, 0xFF}},
+        {"unprotect_value", &INFO::unprotect_value, "", HEXADECIMAL, {A::HEX_OR_ALL_ONES, "Unprotect Value (hex) [0 - FF] : ", 0, 0xFF}},
+        {"protection_division", &INFO::protection_division, "", DECIMAL, {A::HEX_OR_NONE, "Protection Divisor (hex) [-1/3 - 20] : ", 3, 0x20}},
+        {"bottom_value", &INFO::bottom_value, "", DECIMAL, {A::HEX_OR_NONE, "Bottom Value (bit location) [-1/0 - 7] : ", 0, 7}},
+        {"sdm_support", &INFO::sdm_support, "", DECIMAL, {A::YES_NO, "SDM Support [Y/N] : "}},
+        {"asc_voltage", &INFO::asc_voltage, "", DECIMAL, {A::TEXT, "AS Configuration Voltage : "}},
+    });
+}();
+// clang-format on

@@ -80,7 +80,7 @@ void dump(const std::string& file, bool csv, const COMMAND& command) {
         throw std::runtime_error(file + " is no flash database");
     }
     if (csv) {
-        print_source_table(table.records());
+        print_source_table(table);
     } else {
         print_records(table.records().data(), static_cast<DWORD>(table.records().size()), command);
     }

@@ -2,10 +2,9 @@
 
 #include <fmt/format.h>
 
-#include <algorithm>
 #include <array>
+#include <stdexcept>
 #include <string_view>
-#include <type_traits>
 #include <utility>
 
 #include "text_table.h"
@@ -13,16 +12,6 @@
 namespace {
 
 using RECORD = PGMDEV_SFL_FLASH_INFO;
-
-/// Members that are bit patterns or identifiers, which people write in hexadecimal.
-constexpr std::array<std::string_view, 7> HEXADECIMAL{
-    "memory_id", "memory_type", "mfc_id", "orvane_id", "protection_mask", "protection_value", "unprotect_value"};
-
-constexpr std::array<std::pair<std::string_view, std::string_view>, 5> UNITS{{{"device_bit_size", "bits"},
-                                                                              {"device_sector_byte", "bytes"},
-                                                                              {"bulk_erase_time", "s"},
-                                                                              {"sec_erase_time", "s"},
-                                                                              {"program_utime", "us"}}};
 
 constexpr std::array<std::pair<std::string_view, bool RECORD::*>, 8> FEATURES{{
     {"flag status register", &RECORD::flag_status},
@@ -35,48 +24,15 @@ constexpr std::array<std::pair<std::string_view, bool RECORD::*>, 8> FEATURES{{
     {"secure device manager", &RECORD::sdm_support},
 }};
 
-std::string_view unit_of(std::string_view member) {
-    for (const auto& [name, unit] : UNITS) {
-        if (name == member) {
-            return unit;
-        }
-    }
-    return "";
-}
-
-/// A member as a cell of a source table.
-std::string cell_text(const PGMDEV_SFL_FLASH_MEMBER& member, const RECORD& record) {
-    return std::visit(
-        [&](auto field) -> std::string {
-            const auto& value = record.*field;
-            using VALUE = std::remove_cvref_t<decltype(value)>;
-            if constexpr (std::is_same_v<VALUE, std::string>) {
-                return value;
-            } else if constexpr (std::is_same_v<VALUE, bool>) {
-                return value ? "TRUE" : "FALSE";
-            } else if (std::find(HEXADECIMAL.begin(), HEXADECIMAL.end(), member.name) != HEXADECIMAL.end()) {
-                return fmt::format("0x{:02X}", value);
-            } else {
-                return fmt::format("{}", value);
-            }
-        },
-        member.field);
-}
-
 std::string identified_by(const RECORD& record) {
     if (record.silicon_id) {
         return fmt::format("silicon ID, byte {} = {:02X}", record.memory_id_index, record.memory_id);
     }
     std::string text = fmt::format("byte {} = {:02X}", record.mfc_id_index, record.mfc_id);
-    if (record.memory_type_index != 255) {
+    if (record.memory_type_index != RECORD::NONE) {
         text += fmt::format(", byte {} = {:02X}", record.memory_type_index, record.memory_type);
     }
     return text + fmt::format(", byte {} = {:02X}", record.memory_id_index, record.memory_id);
-}
-
-/// Whether the compiler would read the text back as one and the same cell.
-bool fits_in_cell(const std::string& text) {
-    return !text.empty() && text.find_first_of(" \t\n,\r\v\f") == std::string::npos;
 }
 
 }  // namespace
@@ -105,9 +61,9 @@ JSON record_json(DWORD index, const RECORD& record) {
 void print_members(DWORD index, const RECORD& record) {
     fmt::print("{:<20}  {}\n", "index", index);
     for (const PGMDEV_SFL_FLASH_MEMBER& member : PGMDEV_SFL_FLASH_MEMBERS) {
-        const std::string_view unit = unit_of(member.name);
-        fmt::print("{:<20}  {}{}{}\n", member.name, printable(cell_text(member, record)), unit.empty() ? "" : " ",
-                   unit);
+        const std::string cell =
+            std::visit([&](auto field) { return pgmdev_cell(record.*field, member.base); }, member.field);
+        fmt::print("{:<20}  {}{}{}\n", member.name, printable(cell), member.unit.empty() ? "" : " ", member.unit);
     }
 }
 
@@ -156,43 +112,11 @@ void print_records(const RECORD* records, DWORD count, const COMMAND& command) {
     table.print();
 }
 
-void print_source_table(const std::vector<RECORD>& records) {
-    constexpr std::array TYPES{"STL_STRING", "bool", "BYTE", "DWORD"};  // in the order of the field's alternatives
-    std::vector<std::vector<std::string>> rows(5);
-    for (const PGMDEV_SFL_FLASH_MEMBER& member : PGMDEV_SFL_FLASH_MEMBERS) {
-        rows[0].emplace_back(TYPES[member.field.index()]);
-        rows[1].emplace_back(member.name);
-        const std::string_view unit = unit_of(member.name);
-        rows[2].emplace_back(unit.empty() ? "-" : unit);
-        rows[3].emplace_back("-");
-        rows[4].emplace_back("-");
+void print_source_table(const PGMDEV_FLASH_TABLE& table) {
+    std::string obstacle;
+    const std::string text = table.source_text(obstacle);
+    if (text.empty()) {
+        throw std::runtime_error(obstacle);
     }
-    for (std::size_t i = 0; i < records.size(); ++i) {
-        std::vector<std::string>& row = rows.emplace_back();
-        for (const PGMDEV_SFL_FLASH_MEMBER& member : PGMDEV_SFL_FLASH_MEMBERS) {
-            row.push_back(cell_text(member, records[i]));
-            if (!fits_in_cell(row.back())) {
-                throw std::runtime_error(
-                    fmt::format("record {}: {} \"{}\" cannot be a cell of a source table", i, member.name, row.back()));
-            }
-        }
-    }
-    std::vector<std::size_t> widths(PGMDEV_SFL_FLASH_MEMBERS.size(), 0);
-    for (const auto& row : rows) {
-        for (std::size_t i = 0; i < row.size(); ++i) {
-            widths[i] = std::max(widths[i], row[i].size());
-        }
-    }
-    for (std::size_t i = 0; i < rows.size(); ++i) {
-        std::string line;
-        for (std::size_t cell = 0; cell + 1 < rows[i].size(); ++cell) {
-            line += fmt::format("{:<{}} ", rows[i][cell] + ",", widths[cell] + 1);
-        }
-        fmt::print("{}{}\n", line, rows[i].back());
-        if (i == 1) {
-            fmt::print("Serial-flash-table\nOne-row-per-flash-and-way-of-recognising-it,the-first-that-matches-wins\n");
-        } else if (i == 4) {
-            fmt::print("-\n");
-        }
-    }
+    fmt::print("{}", text);
 }

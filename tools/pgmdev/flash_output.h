@@ -4,12 +4,12 @@
 /// Serial flash records as JSON, as text for people, and as a source table.
 
 #include <string>
-#include <vector>
 
 #include "command.h"
+#include "pgmdev_flash_table.h"
 #include "pgmdev_sfl_flash_info.h"
 
-/// Adds the 33 members to an object, under their names.
+/// Adds the members to an object, under their names.
 void add_members(JSON& object, const PGMDEV_SFL_FLASH_INFO& record);
 
 /// `index` and the members.
@@ -24,9 +24,8 @@ void print_summary(const PGMDEV_SFL_FLASH_INFO& record);
 /// The records as a table of their most telling members, or as a JSON array.
 void print_records(const PGMDEV_SFL_FLASH_INFO* records, DWORD count, const COMMAND& command);
 
-/// The records as a source table that compiles to them. A record that no source table can hold throws
-/// std::runtime_error.
-void print_source_table(const std::vector<PGMDEV_SFL_FLASH_INFO>& records);
+/// The table as a source table. A record that no source table can hold throws std::runtime_error.
+void print_source_table(const PGMDEV_FLASH_TABLE& table);
 
 /// The default row of each name in columns of readable width, "128 Mbit" for a size in bits.
 std::string size_text(QWORD bits);

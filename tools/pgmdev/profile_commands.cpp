@@ -39,7 +39,7 @@ void show(const CLI::App& verb, const PROFILE_OPTIONS& options, COMMAND& command
 void dump(const std::string& file, bool csv, const COMMAND& command) {
     const PGMDEV_DEV_INFO_TABLE table = PGMDEV_DEV_INFO_TABLE::from_database(file);
     if (csv) {
-        print_source_table(table.records());
+        print_source_table(table);
     } else {
         print_records(table.records(), command);
     }

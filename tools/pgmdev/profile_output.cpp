@@ -2,21 +2,14 @@
 
 #include <fmt/format.h>
 
-#include <array>
 #include <stdexcept>
-#include <string_view>
 
-#include "pgmdev_dev_info_manager.h"
 #include "pgmdev_dev_info_manager_auto_export.h"
 #include "text_table.h"
 
 namespace {
 
 using RECORD = PGMDEV_DEVICE_INFO;
-
-/// How the type row spells the kinds, by tag.
-constexpr std::array<std::string_view, 8> KIND_NAMES{"DEVID_ENUM", "DEVID_STR", "STL_STRING", "bool",
-                                                     "BYTE",       "WORD",      "DWORD",      "ENUM"};
 
 /// The first four members key a record.
 constexpr std::size_t KEYS = 4;
@@ -37,27 +30,6 @@ JSON named_value(const PGMDEV_DEVICE_INFO_MEMBER& member, const RECORD& record) 
 std::string cell_of(const PGMDEV_DEVICE_INFO_MEMBER& member, const RECORD& record) {
     bool nameable = false;
     return pgmdev_device_info_cell(member, record, nameable);
-}
-
-/// The cells of a row, joined; a record that no row can hold throws.
-std::string source_row(std::size_t index, const RECORD& record) {
-    std::string row;
-    std::size_t keys = 0;
-    for (std::size_t i = 0; i < PGMDEV_DEVICE_INFO_MEMBERS.size(); ++i) {
-        const PGMDEV_DEVICE_INFO_MEMBER& member = PGMDEV_DEVICE_INFO_MEMBERS[i];
-        bool nameable = false;
-        const std::string cell = pgmdev_device_info_cell(member, record, nameable);
-        if (!nameable || cell.find_first_of(" \t\n,") != std::string::npos) {
-            throw std::runtime_error(
-                fmt::format("record {}: {} \"{}\" cannot be a cell of a source table", index, member.name, cell));
-        }
-        keys += i < KEYS && !cell.empty() ? 1U : 0U;
-        row += (i == 0 ? "" : ",") + cell;
-    }
-    if (keys != 1) {
-        throw std::runtime_error(fmt::format("record {} has {} keys: a source table takes one", index, keys));
-    }
-    return row;
 }
 
 }  // namespace
@@ -113,22 +85,11 @@ void print_records(std::span<const RECORD> records, const COMMAND& command) {
     table.print();
 }
 
-void print_source_table(std::span<const RECORD> records) {
-    constexpr DWORD RECORDS = PGMDEV_DEV_INFO_MANAGER::TOTAL_DATABASE_DEVICE;
-    if (records.size() != RECORDS) {
-        throw std::runtime_error(
-            fmt::format("{} records cannot be a source table, which has {}", records.size(), RECORDS));
-    }
-    std::string kinds;
-    std::string names;
-    for (const PGMDEV_DEVICE_INFO_MEMBER& member : PGMDEV_DEVICE_INFO_MEMBERS) {
-        const char* separator = kinds.empty() ? "" : ",";
-        kinds += fmt::format("{}{}", separator, KIND_NAMES[member.kind]);
-        names += fmt::format("{}{}", separator, member.name);
-    }
-    std::string text = kinds + "\n" + names + "\n";
-    for (std::size_t i = 0; i < records.size(); ++i) {
-        text += source_row(i, records[i]) + "\n";
+void print_source_table(const PGMDEV_DEV_INFO_TABLE& table) {
+    std::string obstacle;
+    const std::string text = table.source_text(obstacle);
+    if (text.empty()) {
+        throw std::runtime_error(obstacle);
     }
     fmt::print("{}", text);
 }

@@ -8,8 +8,9 @@
 
 #include "command.h"
 #include "pgmdev_dev_info.h"
+#include "pgmdev_dev_info_table.h"
 
-/// Adds the 86 members to an object, under their names. Identifiers and enumerators are names, or null for none, or
+/// Adds the members to an object, under their names. Identifiers and enumerators are names, or null for none, or
 /// numbers where no name is known.
 void add_members(JSON& object, const PGMDEV_DEVICE_INFO& record);
 
@@ -22,5 +23,5 @@ std::string key_text(const PGMDEV_DEVICE_INFO& record);
 /// The records as a table of their most telling members, or as a JSON array.
 void print_records(std::span<const PGMDEV_DEVICE_INFO> records, const COMMAND& command);
 
-/// The records as a source table that compiles to them. Records that no source table can hold throw std::runtime_error.
-void print_source_table(std::span<const PGMDEV_DEVICE_INFO> records);
+/// The table as a source table. Records that no source table can hold throw std::runtime_error.
+void print_source_table(const PGMDEV_DEV_INFO_TABLE& table);

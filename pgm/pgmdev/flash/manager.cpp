@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <map>
+#include <memory>
 
 #include "cfg.h"
 #include "flash/records.h"
@@ -14,7 +15,6 @@
 
 namespace {
 
-constexpr const char* SOURCE = "pgm/pgmdev/pgmdev_flash_manager";
 constexpr const char* DATABASE_FILE = "/programmer/pgm_flash.pcf";
 constexpr const char* ALWAYS_ENABLED = "NONE";
 constexpr const char* ENABLING_SWITCH = "PGM_ALLOW_";
@@ -33,9 +33,14 @@ PGMDEV_FLASH_MANAGER::PGMDEV_FLASH_MANAGER(bool /*unused*/, DWORD device_count, 
     if (empty) {
         return;
     }
-    initialize_flash_database(FIO_PATH(gen_get_device_db_fullpath() + DATABASE_FILE));
-    PGMDEV_REQUIRE(device_count > 0, "count > 0", SOURCE);
-    make_map();
+    try {
+        initialize_flash_database(FIO_PATH(gen_get_device_db_fullpath() + DATABASE_FILE));
+        PGMDEV_REQUIRE(device_count > 0, "count > 0", FLASH_MANAGER_FILE);
+        make_map();
+    } catch (...) {
+        release();
+        throw;
+    }
 }
 
 PGMDEV_FLASH_MANAGER::PGMDEV_FLASH_MANAGER(const PGMDEV_FLASH_MANAGER& other) {
@@ -46,47 +51,36 @@ PGMDEV_FLASH_MANAGER& PGMDEV_FLASH_MANAGER::operator=(const PGMDEV_FLASH_MANAGER
     if (this == &other) {
         return *this;
     }
-    hold_arrays();
-    other.hold_arrays();
-    m_database_owner = other.m_database_owner;
-    m_map_owner = other.m_map_owner;
-
+    PGMDEV_SFL_FLASH_INFO ini_flash_info = other.m_ini_flash_info;
+    other.m_database_shares.prepare(other.m_flash_database);
+    other.m_map_shares.prepare(other.m_device_to_flash_map);
+    // Nothing fails from here on: a copy that fails leaves both managers as they were.
+    m_database_shares.share(other.m_database_shares, m_flash_database);
+    m_map_shares.share(other.m_map_shares, m_device_to_flash_map);
     m_print_on_load = other.m_print_on_load;
     m_version = other.m_version;
     m_device_count = other.m_device_count;
     m_flash_count = other.m_flash_count;
     m_ini_count = other.m_ini_count;
     m_type_count = other.m_type_count;
-    m_device_to_flash_map = other.m_device_to_flash_map;
-    m_flash_database = other.m_flash_database;
-    m_ini_flash_info = other.m_ini_flash_info;
+    m_ini_flash_info = std::move(ini_flash_info);
     return *this;
 }
 
 PGMDEV_FLASH_MANAGER::~PGMDEV_FLASH_MANAGER() {
-    hold_arrays();
+    release();
 }
 
-void PGMDEV_FLASH_MANAGER::hold_arrays() const {
-    if (m_database_owner.get() != m_flash_database) {
-        m_database_owner.reset(m_flash_database);
-    }
-    if (m_map_owner.get() != m_device_to_flash_map) {
-        m_map_owner.reset(m_device_to_flash_map);
-    }
-}
-
-void PGMDEV_FLASH_MANAGER::replace_database(PGMDEV_SFL_FLASH_INFO* records) {
-    hold_arrays();
-    m_database_owner.reset(records);
-    m_flash_database = records;
+void PGMDEV_FLASH_MANAGER::release() noexcept {
+    m_database_shares.release(m_flash_database);
+    m_map_shares.release(m_device_to_flash_map);
 }
 
 void PGMDEV_FLASH_MANAGER::make_map() {
-    hold_arrays();
-    m_map_owner.reset(new DWORD[m_device_count]);
-    m_device_to_flash_map = m_map_owner.get();
-    std::fill_n(m_device_to_flash_map, m_device_count, INVALID_DWORD);
+    auto map = std::make_unique_for_overwrite<DWORD[]>(m_device_count);
+    std::fill_n(map.get(), m_device_count, INVALID_DWORD);
+    m_map_shares.release(m_device_to_flash_map);
+    m_device_to_flash_map = map.release();
 }
 
 void PGMDEV_FLASH_MANAGER::unload() {
@@ -94,7 +88,7 @@ void PGMDEV_FLASH_MANAGER::unload() {
     m_flash_count = 0;
     m_ini_count = 0;
     m_type_count = 0;
-    replace_database(nullptr);
+    m_database_shares.release(m_flash_database);
 }
 
 void PGMDEV_FLASH_MANAGER::initialize_flash_database(FIO_PATH flash_file) {
@@ -120,8 +114,10 @@ void PGMDEV_FLASH_MANAGER::parse_payload(const BYTE* payload, QWORD size) try {
     parse_ext_flash_info();
 
     const DWORD extra = m_ini_flash_info.device_name.empty() ? 0 : 1;
-    const QWORD slots = std::min<QWORD>(head.record_count, flash_records_in(size)) + extra;
-    replace_database(new PGMDEV_SFL_FLASH_INFO[slots]());
+    const QWORD slots = std::min<QWORD>(head.record_count, FLASH_CODEC::most_records_in(size)) + extra;
+    auto records = std::make_unique<PGMDEV_SFL_FLASH_INFO[]>(slots);
+    m_database_shares.release(m_flash_database);
+    m_flash_database = records.release();
     m_ini_count = extra;
 
     for (DWORD slot = extra; slot - extra < m_flash_count;) {
@@ -157,7 +153,7 @@ bool PGMDEV_FLASH_MANAGER::get_database(BYTE* payload, DWORD& cursor, DWORD slot
 
 bool PGMDEV_FLASH_MANAGER::read_record(const BYTE* payload, QWORD size, DWORD& cursor, DWORD slot) {
     PACKED_READER reader(payload, size, cursor, FLASH_FORMAT);
-    read_flash_members(reader, m_flash_database[slot]);
+    FLASH_CODEC::read(reader, m_flash_database[slot]);
     return enable_device(slot);
 }
 
@@ -166,12 +162,12 @@ void PGMDEV_FLASH_MANAGER::null_info_database(PGMDEV_SFL_FLASH_INFO* record) {
 }
 
 void PGMDEV_FLASH_MANAGER::copy_ini_database() {
-    PGMDEV_REQUIRE(m_flash_database != nullptr, "m_flash_database != NULL", SOURCE);
+    PGMDEV_REQUIRE(m_flash_database != nullptr, "m_flash_database != NULL", FLASH_MANAGER_FILE);
     m_flash_database[0] = m_ini_flash_info;
 }
 
 void PGMDEV_FLASH_MANAGER::confirm_default_value(DWORD first) {
-    PGMDEV_REQUIRE(m_flash_database != nullptr || m_flash_count == 0, "m_flash_database != NULL", SOURCE);
+    PGMDEV_REQUIRE(m_flash_database != nullptr || m_flash_count == 0, "m_flash_database != NULL", FLASH_MANAGER_FILE);
     const PGMDEV_SFL_FLASH_INFO* const begin = m_flash_database + first;
     const PGMDEV_SFL_FLASH_INFO* const end = begin + m_flash_count;
     const auto key = [](const PGMDEV_SFL_FLASH_INFO& record) {
@@ -186,15 +182,16 @@ void PGMDEV_FLASH_MANAGER::confirm_default_value(DWORD first) {
     for (const auto* record = begin; record != end;
          ++record) {  // in record order, so that the first faulty name is reported
         const DWORD count = defaults[key(*record)];
-        PGMDEV_REQUIRE(count <= 1, "!one_default", SOURCE);
-        PGMDEV_REQUIRE(count == 1, "one_default", SOURCE);
+        PGMDEV_REQUIRE(count <= 1, "!one_default", FLASH_MANAGER_FILE);
+        PGMDEV_REQUIRE(count == 1, "one_default", FLASH_MANAGER_FILE);
     }
 }
 
 bool PGMDEV_FLASH_MANAGER::enable_device(DWORD index) {
-    PGMDEV_REQUIRE(m_flash_database != nullptr, "m_flash_database != NULL", SOURCE);
-    PGMDEV_REQUIRE(index < QWORD{m_flash_count} + m_ini_count, "index < (m_flash_count + m_ini_count)", SOURCE);
+    PGMDEV_REQUIRE(m_flash_database != nullptr, "m_flash_database != NULL", FLASH_MANAGER_FILE);
+    PGMDEV_REQUIRE(index < QWORD{m_flash_count} + m_ini_count, "index < (m_flash_count + m_ini_count)",
+                   FLASH_MANAGER_FILE);
     const std::string& ini = m_flash_database[index].ini;
-    PGMDEV_REQUIRE(!ini.empty(), "!ini.empty()", SOURCE);
+    PGMDEV_REQUIRE(!ini.empty(), "!ini.empty()", FLASH_MANAGER_FILE);
     return gen_stricmp(ini, ALWAYS_ENABLED) == 0 || cfg_is_on(ENABLING_SWITCH + ini, false) != 0;
 }

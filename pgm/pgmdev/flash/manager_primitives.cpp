@@ -55,20 +55,22 @@ void PGMDEV_FLASH_MANAGER::dump_dword_database(BYTE** data, DWORD& index, DWORD 
 }
 
 void PGMDEV_FLASH_MANAGER::dump_bool_to_database(BYTE** data, DWORD& index, std::string text) {
-    PACKED_WRITER writer = writing(data, index);
-    write_flash_cell(writer, PGMDEV_MANAGER_BOOL, text);
+    bool value = false;
+    const char* condition = take_bool(RECORD_SCHEMA<PGMDEV_SFL_FLASH_INFO>::SYNTAX, text, value);
+    PGMDEV_REQUIRE(condition == nullptr, condition, FLASH_MANAGER_FILE);
+    writing(data, index).put_bool(value);
 }
 
 void PGMDEV_FLASH_MANAGER::dump_value_to_database(BYTE** data, DWORD& index, std::string text, DWORD count) {
-    PGMDEV_REQUIRE(!text.empty(), "string.size() > 0", FLASH_FORMAT.source);
+    PGMDEV_REQUIRE(!text.empty(), "string.size() > 0", FLASH_MANAGER_FILE);
     PGMDEV_REQUIRE(count == 1 || count == 2 || count == 4, "count == 1 || count == 2 || count == 4",
-                   FLASH_FORMAT.source);
+                   FLASH_MANAGER_FILE);
     writing(data, index).put_number(get_dword_from_string(text, nullptr), count);
 }
 
 void PGMDEV_FLASH_MANAGER::dump_string_to_database(BYTE** data, DWORD& index, std::string text) {
-    PACKED_WRITER writer = writing(data, index);
-    write_flash_cell(writer, PGMDEV_MANAGER_STRING, text);
+    PGMDEV_REQUIRE(!text.empty(), "string.size() > 0", FLASH_MANAGER_FILE);
+    writing(data, index).put_string(PGMDEV_MANAGER_STRING, text);
 }
 
 WORD PGMDEV_FLASH_MANAGER::calculate_crc16(const unsigned char* data, unsigned long size) {

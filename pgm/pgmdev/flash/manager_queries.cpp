@@ -12,15 +12,13 @@
 
 namespace {
 
-constexpr const char* SOURCE = "pgm/pgmdev/pgmdev_flash_manager";
-constexpr BYTE TYPE_NOT_COMPARED = 255;
 constexpr int MAPPING_DEBUG_LEVEL = 2;
 
 bool matches(const PGMDEV_SFL_FLASH_INFO& record, bool silicon_id, const BYTE* id_bytes) {
     if (record.silicon_id != silicon_id || id_bytes[record.memory_id_index] != record.memory_id) {
         return false;
     }
-    return silicon_id || ((record.memory_type_index == TYPE_NOT_COMPARED ||
+    return silicon_id || ((record.memory_type_index == PGMDEV_SFL_FLASH_INFO::NONE ||
                            id_bytes[record.memory_type_index] == record.memory_type) &&
                           id_bytes[record.mfc_id_index] == record.mfc_id);
 }
@@ -28,10 +26,10 @@ bool matches(const PGMDEV_SFL_FLASH_INFO& record, bool silicon_id, const BYTE* i
 }  // namespace
 
 bool PGMDEV_FLASH_MANAGER::flash_id_database_mapping(bool silicon_id, DWORD device_index, BYTE* id_bytes) {
-    PGMDEV_REQUIRE(m_device_to_flash_map != nullptr, "m_device_to_flash_map != NULL", SOURCE);
-    PGMDEV_REQUIRE(device_index < m_device_count, "device_index < m_device_count", SOURCE);
+    PGMDEV_REQUIRE(m_device_to_flash_map != nullptr, "m_device_to_flash_map != NULL", FLASH_MANAGER_FILE);
+    PGMDEV_REQUIRE(device_index < m_device_count, "device_index < m_device_count", FLASH_MANAGER_FILE);
     PGMDEV_REQUIRE(m_flash_database != nullptr && m_flash_count > 0, "m_flash_database != NULL && m_flash_count > 0",
-                   SOURCE);
+                   FLASH_MANAGER_FILE);
     DWORD& entry = m_device_to_flash_map[device_index];
     entry = INVALID_DWORD;
     const std::span<const PGMDEV_SFL_FLASH_INFO> records(m_flash_database, m_flash_count);
@@ -46,7 +44,7 @@ bool PGMDEV_FLASH_MANAGER::flash_id_database_mapping(bool silicon_id, DWORD devi
                      static_cast<int>(device_index + 1), silicon_id ? "silicon" : "device", static_cast<int>(entry));
     PGMDEV_REQUIRE(entry < m_flash_count,
                    "m_device_to_flash_map[device_index] >= 0 && m_device_to_flash_map[device_index] < m_flash_count",
-                   SOURCE);
+                   FLASH_MANAGER_FILE);
     return true;
 }
 
@@ -54,13 +52,13 @@ void PGMDEV_FLASH_MANAGER::require_mapping(DWORD device) const {
     PGMDEV_REQUIRE(
         m_device_to_flash_map != nullptr && device < m_device_count && m_flash_database != nullptr && m_flash_count > 0,
         "m_device_to_flash_map != NULL && device < m_device_count && m_flash_database != NULL && m_flash_count > 0",
-        SOURCE);
+        FLASH_MANAGER_FILE);
 }
 
 DWORD PGMDEV_FLASH_MANAGER::get_flash_mapping_index(DWORD device, bool allow_invalid) {
     require_mapping(device);
     const DWORD index = m_device_to_flash_map[device];
-    PGMDEV_REQUIRE(allow_invalid || index != INVALID_DWORD, "index != INVALID_DWORD", SOURCE);
+    PGMDEV_REQUIRE(allow_invalid || index != INVALID_DWORD, "index != INVALID_DWORD", FLASH_MANAGER_FILE);
     return index;
 }
 
@@ -69,7 +67,8 @@ const PGMDEV_SFL_FLASH_INFO& PGMDEV_FLASH_MANAGER::mapped_record(DWORD device) {
 }
 
 const PGMDEV_SFL_FLASH_INFO& PGMDEV_FLASH_MANAGER::record_at(DWORD index) const {
-    PGMDEV_REQUIRE(index < m_flash_count, "index < data_size", SOURCE);  // the map may be older than the records
+    PGMDEV_REQUIRE(index < m_flash_count, "index < data_size",
+                   FLASH_MANAGER_FILE);  // the map may be older than the records
     return m_flash_database[index];
 }
 
@@ -78,7 +77,7 @@ void PGMDEV_FLASH_MANAGER::set_flash_mapping_index(DWORD device, DWORD index) {
                        m_flash_count > 0 && index < m_flash_count,
                    "m_device_to_flash_map != NULL && device < m_device_count && m_flash_database != NULL && "
                    "m_flash_count > 0 && index < m_flash_count",
-                   SOURCE);
+                   FLASH_MANAGER_FILE);
     m_device_to_flash_map[device] = index;
 }
 
@@ -102,7 +101,7 @@ const PGMDEV_SFL_FLASH_INFO* PGMDEV_FLASH_MANAGER::get_flash_database() {
 }
 
 DWORD PGMDEV_FLASH_MANAGER::sfl_get_chain_longest_program_utime() {
-    PGMDEV_REQUIRE(m_device_count > 0, "m_device_count > 0", SOURCE);
+    PGMDEV_REQUIRE(m_device_count > 0, "m_device_count > 0", FLASH_MANAGER_FILE);
     bool found = false;
     DWORD longest = 0;
     for (DWORD device = 0; device < m_device_count; ++device) {
@@ -112,7 +111,7 @@ DWORD PGMDEV_FLASH_MANAGER::sfl_get_chain_longest_program_utime() {
             longest = std::max(longest, record_at(index).program_utime);
         }
     }
-    PGMDEV_REQUIRE(found, "found", SOURCE);
+    PGMDEV_REQUIRE(found, "found", FLASH_MANAGER_FILE);
     return longest;
 }
 

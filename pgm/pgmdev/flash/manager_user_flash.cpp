@@ -1,4 +1,3 @@
-#include <array>
 #include <iostream>
 #include <span>
 #include <type_traits>
@@ -10,6 +9,7 @@
 #include "pgmdev_user_flash.h"
 #include "user_flash/codec.h"
 #include "user_flash/dialogue.h"
+#include "user_flash/examination.h"
 #include "user_flash/text.h"
 
 // The user's own flash: from the configuration into the manager.
@@ -24,6 +24,27 @@ std::string printed(USER_FLASH_CODING coding) {
         std::cout << coding.failure << std::flush;
     }
     return std::move(coding.text);
+}
+
+/// What an examination found, up to where it failed, a line each.
+std::string trace_of(const USER_FLASH_EXAMINATION& examination) {
+    std::string lines = examination.decoded.text + "\n";
+    if (examination.pieces) {
+        lines.append(examination.pieces->body).append("\n").append(examination.pieces->password).append("\n");
+    }
+    if (!examination.has_pieces()) {
+        return lines;
+    }
+    for (std::size_t i = 0; i < examination.values.size(); ++i) {
+        lines += "Status " + std::to_string(i) + " : 1\n";
+    }
+    if (!examination.has_all_values()) {
+        return lines + "Status " + std::to_string(examination.values.size()) + " : 0\n";
+    }
+    if (examination.is_complete() && !examination.plausible) {
+        return lines + "Fail to check the validity of the INI\n";
+    }
+    return lines + (examination.is_complete() && !examination.password_fits ? "Fail to compare INI password\n" : "");
 }
 
 }  // namespace
@@ -60,48 +81,18 @@ bool PGMDEV_FLASH_MANAGER::accept_ext_flash_info() {
     if (encoded.empty()) {
         return false;
     }
-    const std::string text = decode_ini(encoded);
-    if (text.empty()) {
+    USER_FLASH_EXAMINATION examination;
+    examination.decoded.text = decode_ini(encoded);
+    if (examination.decoded.text.empty()) {
         return false;
     }
     const bool debug = cfg_is_on(key + "_DEBUG", false) != 0;
-    const auto say = [debug](std::string_view line) {
-        if (debug) {
-            std::cout << line << '\n' << std::flush;
-        }
-    };
-    say(text);
-    const auto pieces = split_user_flash(text);
-    if (!pieces) {
-        return false;
+    examine_user_flash(examination);
+    if (debug) {
+        std::cout << trace_of(examination) << std::flush;
     }
-    say(pieces->body);
-    say(pieces->password);
-    if (pieces->body.empty() || pieces->password.empty()) {
-        return false;
-    }
-    std::array<std::string, TOTAL_DATABASE_MEMBER> values;
-    QWORD position = 0;
-    for (std::size_t i = 0; i < values.size(); ++i) {
-        const auto value = next_user_flash_value(pieces->body, position);
-        say("Status " + std::to_string(i) + " : " + (value ? "1" : "0"));
-        if (!value) {
-            return false;
-        }
-        values[i] = gen_ascii_toupper(std::string(*value));
-    }
-    if (!assign_ini(values.data())) {
-        return false;
-    }
-    if (!is_plausible_user_flash(m_ini_flash_info)) {
-        say("Fail to check the validity of the INI");
-        return false;
-    }
-    if (!is_user_flash_password(pieces->body, pieces->password)) {
-        say("Fail to compare INI password");
-        return false;
-    }
-    return true;
+    m_ini_flash_info = examination.record;
+    return examination.is_accepted();
 }
 
 bool PGMDEV_FLASH_MANAGER::get_string_from_ini(std::string text, std::string* value, QWORD& position) {

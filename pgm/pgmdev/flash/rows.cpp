@@ -1,13 +1,13 @@
 #include <algorithm>
 #include <array>
 #include <map>
-#include <optional>
 #include <utility>
 
 #include "flash/source.h"
 #include "gen.h"
 #include "packed/format.h"
 #include "pgm_common.h"
+#include "records/row_checks.h"
 #include "stl.h"
 
 // The checks that look at rows as rows. The format is right when they run.
@@ -16,8 +16,9 @@ namespace {
 
 using SEVERITY = PGMDEV_TABLE_FAULT::SEVERITY;
 using RECORD = PGMDEV_SFL_FLASH_INFO;
+using CHECK = ROW_CHECK<RECORD>;
 
-constexpr BYTE NOT_COMPARED = 255;
+constexpr BYTE NONE = RECORD::NONE;
 
 /// A data row: where it stands, and what it is compiled to.
 struct ROW {
@@ -25,32 +26,13 @@ struct ROW {
     const RECORD& record;
 };
 
-std::size_t member_index(std::string_view name) {
-    const auto* const found = std::find_if(PGMDEV_SFL_FLASH_MEMBERS.begin(), PGMDEV_SFL_FLASH_MEMBERS.end(),
-                                           [&](const PGMDEV_SFL_FLASH_MEMBER& member) { return member.name == name; });
-    return static_cast<std::size_t>(found - PGMDEV_SFL_FLASH_MEMBERS.begin());
+consteval std::size_t cell(std::string_view member) {
+    return cell_of<RECORD>(member);
 }
 
-PGMDEV_TABLE_FAULT row_fault(const ROW& row, SEVERITY severity, std::string_view member, std::string expected) {
-    const std::size_t cell = member_index(member);
-    PGMDEV_TABLE_FAULT fault;
-    fault.severity = severity;
-    fault.line = row.line.number;
-    fault.column = row.line.columns[cell];
-    fault.row = row.record.device_name;
-    fault.member = member;
-    fault.cell = row.line.cells[cell];
-    fault.expected = std::move(expected);
-    return fault;
+PGMDEV_TABLE_FAULT fault_in(const ROW& row, SEVERITY severity, std::size_t cell, std::string expected) {
+    return row_fault<FLASH_SOURCE>(row.line, severity, cell, std::move(expected));
 }
-
-/// A check of one row by itself: broken when `broken` says so.
-struct ROW_CHECK {
-    SEVERITY severity;
-    std::string_view member;
-    bool (*broken)(const RECORD&);
-    const char* expected;
-};
 
 bool sector_does_not_divide(const RECORD& r) {
     return r.device_sector_byte == 0 || r.device_bit_size % 8 != 0 || r.device_bit_size / 8 % r.device_sector_byte != 0;
@@ -74,56 +56,49 @@ constexpr auto WARNING = SEVERITY::WARNING;
 
 // The longest plausible times are those that a user's own description of a flash may state.
 constexpr std::array ROW_CHECKS{
-    ROW_CHECK{FAULT, "device_bit_size", [](const RECORD& r) { return r.device_bit_size == 0; }, "a size above 0 bits"},
-    ROW_CHECK{FAULT, "device_sector_byte", sector_does_not_divide,
-              "a sector size that divides the device into whole sectors"},
-    ROW_CHECK{FAULT, "memory_type_index",
-              [](const RECORD& r) { return collides(r, r.memory_type_index, r.memory_id_index); },
-              "another byte of the response than memory_id_index names"},
-    ROW_CHECK{FAULT, "mfc_id_index", [](const RECORD& r) { return collides(r, r.mfc_id_index, r.memory_id_index); },
-              "another byte of the response than memory_id_index names"},
-    ROW_CHECK{FAULT, "mfc_id_index",
-              [](const RECORD& r) {
-                  return r.memory_type_index != NOT_COMPARED && collides(r, r.mfc_id_index, r.memory_type_index);
-              },
-              "another byte of the response than memory_type_index names"},
+    CHECK{FAULT, cell("device_bit_size"), [](const RECORD& r) { return r.device_bit_size == 0; },
+          "a size above 0 bits"},
+    CHECK{FAULT, cell("device_sector_byte"), sector_does_not_divide,
+          "a sector size that divides the device into whole sectors"},
+    CHECK{FAULT, cell("memory_type_index"),
+          [](const RECORD& r) { return collides(r, r.memory_type_index, r.memory_id_index); },
+          "another byte of the response than memory_id_index names"},
+    CHECK{FAULT, cell("mfc_id_index"), [](const RECORD& r) { return collides(r, r.mfc_id_index, r.memory_id_index); },
+          "another byte of the response than memory_id_index names"},
+    CHECK{
+        FAULT, cell("mfc_id_index"),
+        [](const RECORD& r) { return r.memory_type_index != NONE && collides(r, r.mfc_id_index, r.memory_type_index); },
+        "another byte of the response than memory_type_index names"},
 
-    ROW_CHECK{WARNING, "mfc_id_index", [](const RECORD& r) { return !r.silicon_id && r.mfc_id_index == NOT_COMPARED; },
-              "255 is no wildcard here: byte 255 of the response is compared"},
-    ROW_CHECK{WARNING, "memory_id", [](const RECORD& r) { return r.silicon_id && is_idle(r.memory_id); },
-              "an idle bus answers this signature, too"},
-    ROW_CHECK{WARNING, "mfc_id",
-              [](const RECORD& r) { return !r.silicon_id && r.mfc_id_index == 0 && is_idle(r.mfc_id); },
-              "an idle bus answers this manufacturer ID, too"},
-    ROW_CHECK{WARNING, "die_count", [](const RECORD& r) { return r.die_count == 0; }, "unusual: no die"},
-    ROW_CHECK{WARNING, "bulk_erase_time", [](const RECORD& r) { return outside(r.bulk_erase_time, 1, 900); },
-              "unusual: 1 to 900 seconds are"},
-    ROW_CHECK{WARNING, "sec_erase_time", [](const RECORD& r) { return outside(r.sec_erase_time, 1, 60); },
-              "unusual: 1 to 60 seconds are"},
-    ROW_CHECK{WARNING, "program_utime", [](const RECORD& r) { return outside(r.program_utime, 1, 1000000); },
-              "unusual: 1 to 1000000 microseconds are"},
-    ROW_CHECK{WARNING, "protection_value",
-              [](const RECORD& r) { return (r.protection_value & ~r.protection_mask) != 0; },
-              "has bits outside protection_mask"},
-    ROW_CHECK{WARNING, "unprotect_value", [](const RECORD& r) { return (r.unprotect_value & ~r.protection_mask) != 0; },
-              "has bits outside protection_mask"},
-    ROW_CHECK{WARNING, "protection_division",
-              [](const RECORD& r) { return r.protection_division != 255 && r.protection_division >= 32; },
-              "unusual: below 32, or 255 for not known, is"},
-    ROW_CHECK{WARNING, "bottom_value", [](const RECORD& r) { return r.bottom_value != 255 && r.bottom_value > 7; },
-              "unusual: a bit number from 0 to 7, or 255 for none, is"},
-    ROW_CHECK{WARNING, "byte4_addressing",
-              [](const RECORD& r) { return !r.byte4_addressing && r.device_bit_size > 128 * 1024 * 1024; },
-              "3-byte addresses reach only 128 Mbit of this device"},
+    CHECK{WARNING, cell("mfc_id_index"), [](const RECORD& r) { return !r.silicon_id && r.mfc_id_index == NONE; },
+          "255 is no wildcard here: byte 255 of the response is compared"},
+    CHECK{WARNING, cell("memory_id"), [](const RECORD& r) { return r.silicon_id && is_idle(r.memory_id); },
+          "an idle bus answers this signature, too"},
+    CHECK{WARNING, cell("mfc_id"),
+          [](const RECORD& r) { return !r.silicon_id && r.mfc_id_index == 0 && is_idle(r.mfc_id); },
+          "an idle bus answers this manufacturer ID, too"},
+    CHECK{WARNING, cell("die_count"), [](const RECORD& r) { return r.die_count == 0; }, "unusual: no die"},
+    CHECK{WARNING, cell("bulk_erase_time"), [](const RECORD& r) { return outside(r.bulk_erase_time, 1, 900); },
+          "unusual: 1 to 900 seconds are"},
+    CHECK{WARNING, cell("sec_erase_time"), [](const RECORD& r) { return outside(r.sec_erase_time, 1, 60); },
+          "unusual: 1 to 60 seconds are"},
+    CHECK{WARNING, cell("program_utime"), [](const RECORD& r) { return outside(r.program_utime, 1, 1000000); },
+          "unusual: 1 to 1000000 microseconds are"},
+    CHECK{WARNING, cell("protection_value"),
+          [](const RECORD& r) { return (r.protection_value & ~r.protection_mask) != 0; },
+          "has bits outside protection_mask"},
+    CHECK{WARNING, cell("unprotect_value"),
+          [](const RECORD& r) { return (r.unprotect_value & ~r.protection_mask) != 0; },
+          "has bits outside protection_mask"},
+    CHECK{WARNING, cell("protection_division"),
+          [](const RECORD& r) { return r.protection_division != NONE && r.protection_division >= 32; },
+          "unusual: below 32, or 255 for not known, is"},
+    CHECK{WARNING, cell("bottom_value"), [](const RECORD& r) { return r.bottom_value != NONE && r.bottom_value > 7; },
+          "unusual: a bit number from 0 to 7, or 255 for none, is"},
+    CHECK{WARNING, cell("byte4_addressing"),
+          [](const RECORD& r) { return !r.byte4_addressing && r.device_bit_size > 128 * 1024 * 1024; },
+          "3-byte addresses reach only 128 Mbit of this device"},
 };
-
-void check_values(const ROW& row, const FAULT_SINK& sink) {
-    for (const ROW_CHECK& check : ROW_CHECKS) {
-        if (check.broken(row.record)) {
-            sink(row_fault(row, check.severity, check.member, check.expected), __LINE__);
-        }
-    }
-}
 
 /// Cells that the encoding does not keep as they are.
 void check_cells_fit(const ROW& row, const FAULT_SINK& sink) {
@@ -131,18 +106,17 @@ void check_cells_fit(const ROW& row, const FAULT_SINK& sink) {
         const PGMDEV_SFL_FLASH_MEMBER& member = PGMDEV_SFL_FLASH_MEMBERS[i];
         if (const auto* text = std::get_if<std::string RECORD::*>(&member.field)) {
             if ((row.record.**text).size() > PACKED_TEXT_MAX) {
-                sink(row_fault(row, FAULT, member.name,
-                               "at most 255 characters: a longer text makes the database unreadable"),
-                     __LINE__);
+                sink(fault_in(row, FAULT, i, "at most 255 characters: a longer text makes the database unreadable"),
+                     PGMDEV_LINE);
             }
         } else if (member.type() == PGMDEV_MANAGER_BYTE) {
             const auto* byte = std::get_if<BYTE RECORD::*>(&member.field);
             bool valid = false;
             if (PGM_COMMON::convert_string_to_dword(row.line.cells[i], true, &valid, nullptr, true) !=
                 row.record.**byte) {
-                sink(row_fault(row, WARNING, member.name,
-                               "does not fit into a byte: " + std::to_string(row.record.**byte) + " is stored"),
-                     __LINE__);
+                sink(fault_in(row, WARNING, i,
+                              "does not fit into a byte: " + std::to_string(row.record.**byte) + " is stored"),
+                     PGMDEV_LINE);
             }
         }
     }
@@ -167,29 +141,29 @@ void check_defaults(const std::vector<ROW>& rows, const FAULT_SINK& sink) {
         }
         const auto [first, inserted] = default_rows.emplace(folded(row.record.device_name), &row);
         if (!inserted) {
-            PGMDEV_TABLE_FAULT fault = row_fault(
-                row, FAULT, "default_dev",
+            PGMDEV_TABLE_FAULT fault = fault_in(
+                row, FAULT, cell("default_dev"),
                 "FALSE: line " + std::to_string(first->second->line.number) + " is the default row of this name");
             fault.condition = "!one_default";
-            sink(fault, __LINE__);
+            sink(fault, PGMDEV_LINE);
         }
     }
     for (const ROW& row : rows) {
         const auto found = default_rows.find(folded(row.record.device_name));
         if (found == default_rows.end()) {
             PGMDEV_TABLE_FAULT fault =
-                row_fault(row, FAULT, "default_dev", "TRUE in one row of this name: it has no default row");
+                fault_in(row, FAULT, cell("default_dev"), "TRUE in one row of this name: it has no default row");
             fault.condition = "one_default";
-            sink(fault, __LINE__);
+            sink(fault, PGMDEV_LINE);
             default_rows.emplace(folded(row.record.device_name), &row);  // one fault a name is enough
         } else if (const RECORD& standing = found->second->record;
                    !is_always_enabled(standing) && standing.ini != row.record.ini) {
             PGMDEV_TABLE_FAULT fault =
-                row_fault(row, FAULT, "ini",
-                          standing.ini + ", as in line " + std::to_string(found->second->line.number) +
-                              ": without that switch this row is enabled, but its default row is not");
+                fault_in(row, FAULT, cell("ini"),
+                         standing.ini + ", as in line " + std::to_string(found->second->line.number) +
+                             ": without that switch this row is enabled, but its default row is not");
             fault.condition = "one_default";
-            sink(fault, __LINE__);
+            sink(fault, PGMDEV_LINE);
         }
     }
 }
@@ -198,7 +172,7 @@ void check_defaults(const std::vector<ROW>& rows, const FAULT_SINK& sink) {
 std::vector<std::pair<BYTE, BYTE>> comparisons(const RECORD& record) {
     std::vector<std::pair<BYTE, BYTE>> pairs{{record.memory_id_index, record.memory_id}};
     if (!record.silicon_id) {
-        if (record.memory_type_index != NOT_COMPARED) {
+        if (record.memory_type_index != NONE) {
             pairs.emplace_back(record.memory_type_index, record.memory_type);
         }
         pairs.emplace_back(record.mfc_id_index, record.mfc_id);
@@ -223,10 +197,10 @@ void check_reachable(const std::vector<ROW>& rows, const FAULT_SINK& sink) {
         const auto winner = std::find_if(rows.begin(), row,
                                          [&](const ROW& earlier) { return always_wins(earlier.record, row->record); });
         if (winner != row) {
-            sink(row_fault(*row, WARNING, "memory_id",
-                           "no response reaches this row: " + winner->record.device_name + " in line " +
-                               std::to_string(winner->line.number) + " always wins; only its name finds it"),
-                 __LINE__);
+            sink(fault_in(*row, WARNING, cell("memory_id"),
+                          "no response reaches this row: " + winner->record.device_name + " in line " +
+                              std::to_string(winner->line.number) + " always wins; only its name finds it"),
+                 PGMDEV_LINE);
         }
     }
 }
@@ -241,16 +215,16 @@ std::vector<ROW> rows_of(const std::vector<SOURCE_LINE>& lines, const std::vecto
 
 }  // namespace
 
-void check_flash_rows(const std::vector<SOURCE_LINE>& lines, const std::vector<PGMDEV_SFL_FLASH_INFO>& records,
-                      const FAULT_SINK& sink) {
+void FLASH_SOURCE::check_rows(const std::vector<SOURCE_LINE>& lines, const std::vector<RECORD>& records,
+                              const FAULT_SINK& sink) {
     for (const ROW& row : rows_of(lines, records)) {
         check_cells_fit(row, sink);
-        check_values(row, sink);
+        check_row<FLASH_SOURCE>(row.line, row.record, ROW_CHECKS, sink);
     }
 }
 
-void check_flash_rows_together(const std::vector<SOURCE_LINE>& lines, const std::vector<PGMDEV_SFL_FLASH_INFO>& records,
-                               const FAULT_SINK& sink) {
+void FLASH_SOURCE::check_rows_together(const std::vector<SOURCE_LINE>& lines, const std::vector<RECORD>& records,
+                                       const FAULT_SINK& sink) {
     const std::vector<ROW> rows = rows_of(lines, records);
     check_defaults(rows, sink);
     check_reachable(rows, sink);

@@ -12,8 +12,6 @@
 
 namespace {
 
-constexpr const char* SOURCE = "pgm/pgmdev/pgmdev_mgr";
-
 /// Whether `name` is the candidate's name, package name or programming name.
 bool denotes(const std::string& name, const std::string& candidate) {
     if (candidate == name) {
@@ -31,7 +29,7 @@ std::string PGMDEV_MGR::get_part_name_from_dev(std::string device_name) {
     const DEV_DEVICE_ENUM device = dstr_get_dev_device_enum_by_string(device_name.c_str());
     const DEV_FAMILY_ENUM family = manager.get_family_of(device);
     if (!dstr_is_valid_dev_device_enum(device) || !dstr_is_valid_dev_family_enum(family)) {
-        pgmdev_report_soft("Device is not valid in DEV database", SOURCE, __LINE__);
+        pgmdev_report_soft("Device is not valid in DEV database", MGR_FILE, PGMDEV_LINE);
         return {};
     }
     std::string result;
@@ -76,7 +74,7 @@ std::string PGMDEV_MGR::get_possible_full_name(std::string name) {
     });
     if (!found) {
         pgmdev_soften([&] {
-            MSG_INTERNAL_ERROR::report_varg(PGMDEV_MODULE, SOURCE, __LINE__,
+            MSG_INTERNAL_ERROR::report_varg(PGMDEV_MODULE, MGR_FILE, PGMDEV_LINE,
                                             "Unable to retrieve full device name from database for %s", name.c_str());
         });
     }

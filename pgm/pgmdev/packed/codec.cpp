@@ -14,7 +14,7 @@ bool is_in(DWORD tags, BYTE tag) {
 }  // namespace
 
 void PACKED_READER::require_room(QWORD count) const {
-    PGMDEV_REQUIRE(m_index <= m_size && count <= m_size - m_index, "index < data_size", m_format.source);
+    PGMDEV_REQUIRE(m_index <= m_size && count <= m_size - m_index, "index < data_size", m_format.file);
 }
 
 BYTE PACKED_READER::next() {
@@ -38,43 +38,43 @@ DWORD PACKED_READER::untagged_dword() {
 PACKED_BODY_HEAD PACKED_READER::body_head() {
     PACKED_BODY_HEAD head;
     head.version = untagged_dword();
-    PGMDEV_REQUIRE(head.version == PACKED_BODY_VERSION, m_format.wrong_version, m_format.source);
+    PGMDEV_REQUIRE(head.version == PACKED_BODY_VERSION, m_format.wrong_version, m_format.file);
     head.record_count = untagged_dword();
     head.member_count = untagged_dword();
-    PGMDEV_REQUIRE(head.record_count > 0 && head.member_count > 0, m_format.wrong_counts, m_format.source);
+    PGMDEV_REQUIRE(head.record_count > 0 && head.member_count > 0, m_format.wrong_counts, m_format.file);
     return head;
 }
 
 void PACKED_READER::confirm_tag(PGMDEV_MANAGER_TYPE tag, const char* condition) {
-    PGMDEV_REQUIRE(next() == tag, condition, m_format.source);
+    PGMDEV_REQUIRE(next() == tag, condition, m_format.file);
 }
 
 bool PACKED_READER::get_bool() {
-    PGMDEV_REQUIRE(next() == PGMDEV_MANAGER_BOOL, "type == PGMDEV_MANAGER_BOOL", m_format.source);
+    PGMDEV_REQUIRE(next() == PGMDEV_MANAGER_BOOL, "type == PGMDEV_MANAGER_BOOL", m_format.file);
     const BYTE value = next();
-    PGMDEV_REQUIRE(value == 0 || value == 1, "value == 0 || value == 1", m_format.source);
+    PGMDEV_REQUIRE(value == 0 || value == 1, "value == 0 || value == 1", m_format.file);
     return value == 1;
 }
 
 BYTE PACKED_READER::get_byte() {
-    PGMDEV_REQUIRE(next() == PGMDEV_MANAGER_BYTE, "type == PGMDEV_MANAGER_BYTE", m_format.source);
+    PGMDEV_REQUIRE(next() == PGMDEV_MANAGER_BYTE, "type == PGMDEV_MANAGER_BYTE", m_format.file);
     return next();
 }
 
 WORD PACKED_READER::get_word() {
-    PGMDEV_REQUIRE(next() == PGMDEV_MANAGER_WORD, "type == PGMDEV_MANAGER_WORD", m_format.source);
+    PGMDEV_REQUIRE(next() == PGMDEV_MANAGER_WORD, "type == PGMDEV_MANAGER_WORD", m_format.file);
     return static_cast<WORD>(little_endian(2));
 }
 
 DWORD PACKED_READER::get_dword() {
-    PGMDEV_REQUIRE(is_in(m_format.dword_tags, next()), m_format.wrong_dword_tag, m_format.source);
+    PGMDEV_REQUIRE(is_in(m_format.dword_tags, next()), m_format.wrong_dword_tag, m_format.file);
     return little_endian(4);
 }
 
 std::string PACKED_READER::get_string(bool allow_empty) {
-    PGMDEV_REQUIRE(is_in(m_format.string_tags, next()), m_format.wrong_string_tag, m_format.source);
+    PGMDEV_REQUIRE(is_in(m_format.string_tags, next()), m_format.wrong_string_tag, m_format.file);
     const BYTE length = next();
-    PGMDEV_REQUIRE(length > 0 || allow_empty, "allow_empty", m_format.source);
+    PGMDEV_REQUIRE(length > 0 || allow_empty, "allow_empty", m_format.file);
     require_room(length);
     std::string text(reinterpret_cast<const char*>(m_data + m_index), length);
     m_index += length;
@@ -85,7 +85,7 @@ void PACKED_READER::confirm_marker(std::string_view marker) {
     for (const char expected : marker) {
         if (next() != static_cast<BYTE>(expected)) {
             const std::string condition = std::string("data[index++] == '") + expected + "'";
-            pgmdev_report(condition.c_str(), m_format.source, __LINE__);
+            pgmdev_report(condition.c_str(), m_format.file, PGMDEV_LINE);
         }
     }
 }
@@ -99,7 +99,7 @@ void PACKED_READER::confirm_database_end() {
 }
 
 void PACKED_WRITER::require_room(QWORD count) const {
-    PGMDEV_REQUIRE(m_index <= m_size && count <= m_size - m_index, "index < data_size", m_format.source);
+    PGMDEV_REQUIRE(m_index <= m_size && count <= m_size - m_index, "index < data_size", m_format.file);
 }
 
 void PACKED_WRITER::put(DWORD value, DWORD count) {
@@ -125,7 +125,7 @@ void PACKED_WRITER::put_tag(PGMDEV_MANAGER_TYPE tag) {
 
 void PACKED_WRITER::put_heads(DWORD body_size, DWORD record_count, DWORD member_count) {
     put_text(m_format.magic);
-    PGMDEV_REQUIRE(m_format.stamp.size() == PACKED_STAMP_SIZE, m_format.wrong_stamp, m_format.source);
+    PGMDEV_REQUIRE(m_format.stamp.size() == PACKED_STAMP_SIZE, m_format.wrong_stamp, m_format.file);
     put_text(m_format.stamp);
     for (const DWORD number : {body_size, PACKED_BODY_VERSION, record_count, member_count}) {
         put_untagged_dword(number);
@@ -138,7 +138,7 @@ void PACKED_WRITER::put_bool(bool value) {
 }
 
 void PACKED_WRITER::put_number(DWORD value, DWORD count) {
-    PGMDEV_REQUIRE(count == 1 || count == 2 || count == 4, "count == 1 || count == 2 || count == 4", m_format.source);
+    PGMDEV_REQUIRE(count == 1 || count == 2 || count == 4, "count == 1 || count == 2 || count == 4", m_format.file);
     put(count == 1 ? PGMDEV_MANAGER_BYTE : count == 2 ? PGMDEV_MANAGER_WORD : PGMDEV_MANAGER_DWORD, 1);
     put(value, count);
 }

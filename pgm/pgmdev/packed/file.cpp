@@ -26,12 +26,11 @@ WORD packed_checksum(const BYTE* /*data*/, unsigned long /*size*/) {
 
 BYTE_BUFFER packed_compress(const BYTE* data, DWORD offset, DWORD count, DWORD& out_count,
                             const PACKED_FORMAT& format) {
-    PGMDEV_REQUIRE(offset < count, "offset < count", format.source);
+    PGMDEV_REQUIRE(offset < count, "offset < count", format.file);
     DWORD length = count * 10;  // ample for every body: only very short ones grow, by some bytes
     const BYTE_BUFFER scratch(new BYTE[length]);
     PGMDEV_REQUIRE(zlib_compress(scratch.get(), &length, data + offset, count - offset) == ZLIB_OK,
-                   "zlib_compress(new_data, &new_memory_count, &data[offset], count - offset) == ZLIB_OK",
-                   format.source);
+                   "zlib_compress(new_data, &new_memory_count, &data[offset], count - offset) == ZLIB_OK", format.file);
     BYTE_BUFFER result(new BYTE[QWORD{offset} + length]);
     std::copy_n(data, offset, result.get());
     std::copy_n(scratch.get(), length, result.get() + offset);
@@ -42,7 +41,7 @@ BYTE_BUFFER packed_compress(const BYTE* data, DWORD offset, DWORD count, DWORD& 
 BYTE_BUFFER packed_decompress(const BYTE* data, DWORD compressed_size, DWORD original_size,
                               const PACKED_FORMAT& format) {
     PGMDEV_REQUIRE(compressed_size > 0 && original_size > 0, "decompressed_count > 0 && original_count > 0",
-                   format.source);
+                   format.file);
     // The limit leaves room for one match beyond the ratio. A stream that claims more than it can hold thus
     // decompresses as it would into the full size, and is found out by its length.
     const QWORD limit = (QWORD{compressed_size} + 1) * PACKED_LARGEST_RATIO;
@@ -50,8 +49,8 @@ BYTE_BUFFER packed_decompress(const BYTE* data, DWORD compressed_size, DWORD ori
     BYTE_BUFFER result(new BYTE[length]());
     PGMDEV_REQUIRE(zlib_uncompress(result.get(), &length, data, compressed_size) == ZLIB_OK,
                    "zlib_uncompress(decompressed_data, &new_dcmp_size, data, decompressed_count) == ZLIB_OK",
-                   format.source);
-    PGMDEV_REQUIRE(length == original_size, "new_dcmp_size == original_count", format.source);
+                   format.file);
+    PGMDEV_REQUIRE(length == original_size, "new_dcmp_size == original_count", format.file);
     return result;
 }
 
@@ -59,29 +58,29 @@ PACKED_BODY read_packed_file(const FIO_PATH& path, const PACKED_FORMAT& format) 
     FIO_STATUS status;
     PGMDEV_REQUIRE(
         FIO_FILE_SYSTEM::exists(path.fullpath().c_str()) && FIO_FILE_SYSTEM::status(path.fullpath().c_str(), &status),
-        format.missing_file, format.source);
+        format.missing_file, format.file);
     std::ifstream input;
     if (status.regular) {  // a directory or a pipe would open, too
         input = open_replaced_file(fio_get_unc_full_path(path.fullpath()), std::ios::ate);
     }
-    PGMDEV_REQUIRE(status.regular && input.good(), "input.good()", format.source);
+    PGMDEV_REQUIRE(status.regular && input.good(), "input.good()", format.file);
     // The file may have been replaced since its status was taken. What counts is the one that is open.
     const std::streamoff end = input.tellg();
-    PGMDEV_REQUIRE(end >= 0 && input.seekg(0), "input.good()", format.source);
+    PGMDEV_REQUIRE(end >= 0 && input.seekg(0), "input.good()", format.file);
     const auto file_size = static_cast<QWORD>(end);
-    PGMDEV_REQUIRE(file_size > PACKED_HEAD_SIZE + PACKED_CHECKSUM_SIZE, "file_size > (8 + 32 + 4 + 2)", format.source);
+    PGMDEV_REQUIRE(file_size > PACKED_HEAD_SIZE + PACKED_CHECKSUM_SIZE, "file_size > (8 + 32 + 4 + 2)", format.file);
 
     std::array<BYTE, PACKED_HEAD_SIZE> head{};
-    PGMDEV_REQUIRE(read_bytes(input, head.data(), head.size()), "input.good()", format.source);
+    PGMDEV_REQUIRE(read_bytes(input, head.data(), head.size()), "input.good()", format.file);
     const std::string_view text(reinterpret_cast<const char*>(head.data()), head.size());
     if (text.substr(0, PACKED_MAGIC_SIZE) != format.magic) {
-        pgmdev_report_soft(format.wrong_magic, format.source, __LINE__);
+        pgmdev_report_soft(format.wrong_magic, format.file, PGMDEV_LINE);
         return {};
     }
     PGMDEV_REQUIRE(PGMDEV_DEV_INFO_CSV_MD5.size() == PACKED_STAMP_SIZE, "PGMDEV_DEV_INFO_CSV_MD5.size() == 32",
-                   format.source);
+                   format.file);
     PGMDEV_REQUIRE(text.substr(PACKED_MAGIC_SIZE, PACKED_STAMP_SIZE) == format.stamp,
-                   "Mismatch ID between flash file and reader", format.source);
+                   "Mismatch ID between flash file and reader", format.file);
     DWORD index = PACKED_MAGIC_SIZE + PACKED_STAMP_SIZE;
     const DWORD body_size = PACKED_READER(head.data(), head.size(), index, format).untagged_dword();
 
@@ -89,7 +88,7 @@ PACKED_BODY read_packed_file(const FIO_PATH& path, const PACKED_FORMAT& format) 
     const QWORD stored = file_size - PACKED_HEAD_SIZE - PACKED_CHECKSUM_SIZE;
     const auto stream_size = static_cast<DWORD>(std::min<QWORD>(stored, 0xFFFFFFFF));
     const BYTE_BUFFER stream(new BYTE[stream_size]);
-    PGMDEV_REQUIRE(read_bytes(input, stream.get(), stream_size), "input.good()", format.source);
+    PGMDEV_REQUIRE(read_bytes(input, stream.get(), stream_size), "input.good()", format.file);
     return {packed_decompress(stream.get(), stream_size, body_size, format), body_size};
 }
 
@@ -102,5 +101,5 @@ void write_packed_file(const FIO_PATH& path, const BYTE* image, DWORD count, con
     file.push_back(static_cast<BYTE>(checksum >> 8));
 
     FIO_REPLACEMENT replacement(path);
-    PGMDEV_REQUIRE(replacement.write(file) && replacement.commit(), "status", format.source);
+    PGMDEV_REQUIRE(replacement.write(file) && replacement.commit(), "status", format.file);
 }

@@ -1,5 +1,7 @@
 #include "packed/format.h"
 
+#include "report.h"
+
 #define MAGIC_CONDITION(c6, c7)                                                                        \
     "data[index++] == 'P' && data[index++] == 'G' && data[index++] == 'M' && data[index++] == 'I' && " \
     "data[index++] == 'O' && data[index++] == '_' && data[index++] == '" c6 "' && data[index++] == '" c7 "'"
@@ -10,7 +12,7 @@
     "FIO_FILE_SYSTEM::status(" name ".fullpath().c_str(), &stat_info)"
 
 const PACKED_FORMAT DEV_INFO_FORMAT{
-    .source = "pgm/pgmdev/pgmdev_dev_info_manager",
+    .file = DEV_INFO_MANAGER_FILE,
     .magic = "PGMIO_DM",
     .stamp = PGMDEV_DEV_INFO_CSV_MD5,
     .dword_tags = tag_set(PGMDEV_MANAGER_DEVID_ENUM) | tag_set(PGMDEV_MANAGER_DWORD) | tag_set(PGMDEV_MANAGER_ENUM),
@@ -26,7 +28,7 @@ const PACKED_FORMAT DEV_INFO_FORMAT{
 };
 
 const PACKED_FORMAT FLASH_FORMAT{
-    .source = "pgm/pgmdev/pgmdev_flash_manager",
+    .file = FLASH_MANAGER_FILE,
     .magic = "PGMIO_FM",
     .stamp = PGMDEV_FLASH_INFO_CSV_MD5,
     .dword_tags = tag_set(PGMDEV_MANAGER_DWORD),

@@ -40,7 +40,7 @@ constexpr DWORD tag_set(PGMDEV_MANAGER_TYPE tag) {
 
 /// What differs between the databases.
 struct PACKED_FORMAT {
-    const char* source;  ///< source file that reports name
+    const char* file;  ///< that reports name
 
     std::string_view magic;
     std::string_view stamp;

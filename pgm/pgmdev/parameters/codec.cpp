@@ -61,7 +61,7 @@ void PGMDEV_FLASH_INI::calculate_flash_ini_data_size(DWORD& size, PGMDEV_PARAM_T
     } else if (type == PGMDEV_PARAM_BOOL) {
         size += 1;
     } else {
-        PGMDEV_REQUIRE(number_size(type) != 0, UNSUPPORTED_PARAM_TYPE, FLASH_INI_SOURCE);
+        PGMDEV_REQUIRE(number_size(type) != 0, UNSUPPORTED_PARAM_TYPE, FLASH_INI_FILE);
         size += number_size(type);
     }
 }
@@ -75,7 +75,7 @@ void PGMDEV_FLASH_INI::fillup_flash_ini_data(BYTE* buffer, DWORD& position, PGMD
         buffer[position++] = *static_cast<const bool*>(value) ? 1 : 0;
     } else {
         const DWORD size = number_size(type);
-        PGMDEV_REQUIRE(size != 0, UNSUPPORTED_PARAM_TYPE, FLASH_INI_SOURCE);
+        PGMDEV_REQUIRE(size != 0, UNSUPPORTED_PARAM_TYPE, FLASH_INI_FILE);
         const QWORD number = load_number(type, value);
         for (DWORD i = 0; i < size; ++i) {
             buffer[position++] = static_cast<BYTE>(number >> 8 * i);
@@ -91,7 +91,7 @@ std::string PGMDEV_FLASH_INI::print_flash_ini_data(PGMDEV_PARAM_TYPE type, bool 
         return *static_cast<const bool*>(value) ? "True" : "False";
     }
     const DWORD size = number_size(type);
-    PGMDEV_REQUIRE(size != 0, UNSUPPORTED_PARAM_TYPE, FLASH_INI_SOURCE);
+    PGMDEV_REQUIRE(size != 0, UNSUPPORTED_PARAM_TYPE, FLASH_INI_FILE);
     const QWORD number = load_number(type, value);
     return hex ? convert_qword_to_hex_string(number, 2 * size, true) : convert_qword_to_string(number);
 }

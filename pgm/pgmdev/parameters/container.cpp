@@ -93,7 +93,7 @@ public:
 
     void put(std::span<const BYTE> bytes, int line) {
         if (bytes.size() > m_bytes.size() - m_index) {
-            pgmdev_report("file_index < file_size", FLASH_INI_SOURCE, line);
+            pgmdev_report("file_index < file_size", FLASH_INI_FILE, line);
         }
         std::copy(bytes.begin(), bytes.end(), m_bytes.begin() + static_cast<std::ptrdiff_t>(m_index));
         m_index += bytes.size();
@@ -123,11 +123,11 @@ FILE_IMAGE build_image(const std::array<BLOCK, PGMDEV_FLASH_INI_MAX>& blocks, QW
         image.put_dword(block.size, SIZE_LINE);
         offset += block.size;
     }
-    PGMDEV_REQUIRE(image.index() <= file_size, "file_index <= file_size", FLASH_INI_SOURCE);
+    PGMDEV_REQUIRE(image.index() <= file_size, "file_index <= file_size", FLASH_INI_FILE);
     for (const BLOCK& block : blocks) {
-        image.put({block.data, block.size}, __LINE__);
+        image.put({block.data, block.size}, PGMDEV_LINE);
     }
-    PGMDEV_REQUIRE(image.index() == file_size, "file_index == file_size", FLASH_INI_SOURCE);
+    PGMDEV_REQUIRE(image.index() == file_size, "file_index == file_size", FLASH_INI_FILE);
     return image;
 }
 
@@ -171,8 +171,8 @@ bool PGMDEV_FLASH_INI::write_flash_ini_data(PGMDEV_FLASH_INI_ENUM which, BYTE* d
     if (which >= PGMDEV_FLASH_INI_MAX) {
         return false;
     }
-    PGMDEV_REQUIRE(size == 0 || data != nullptr, "data != NULL", FLASH_INI_SOURCE);
-    PGMDEV_REQUIRE(size != 0 || data == nullptr, "data == NULL", FLASH_INI_SOURCE);
+    PGMDEV_REQUIRE(size == 0 || data != nullptr, "data != NULL", FLASH_INI_FILE);
+    PGMDEV_REQUIRE(size != 0 || data == nullptr, "data == NULL", FLASH_INI_FILE);
     if (is_withheld(container_path())) {
         return false;
     }

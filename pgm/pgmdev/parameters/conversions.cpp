@@ -51,7 +51,7 @@ std::string hex_text(QWORD value, DWORD count, bool prefix) {
 }  // namespace
 
 QWORD PGMDEV_FLASH_INI::convert_string_to_qword(std::string text, bool no_empty, bool* valid) {
-    PGMDEV_REQUIRE(!no_empty || !text.empty(), "!no_empty || !string.empty()", FLASH_INI_SOURCE);
+    PGMDEV_REQUIRE(!no_empty || !text.empty(), "!no_empty || !string.empty()", FLASH_INI_FILE);
     int base = 10;
     if (text.starts_with(HEX_PREFIX)) {
         base = 16;
@@ -63,7 +63,7 @@ QWORD PGMDEV_FLASH_INI::convert_string_to_qword(std::string text, bool no_empty,
     if (valid != nullptr) {
         *valid = good;
     } else {
-        PGMDEV_REQUIRE(good, "Invalid string to integer conversion", FLASH_INI_SOURCE);
+        PGMDEV_REQUIRE(good, "Invalid string to integer conversion", FLASH_INI_FILE);
     }
     return good ? value : 0;
 }
@@ -77,7 +77,7 @@ bool PGMDEV_FLASH_INI::convert_string_to_qword(PGMDEV_PARAM_TYPE type, QWORD& va
         return true;
     }
     const DWORD size = number_size(type);
-    PGMDEV_REQUIRE(size != 0, UNSUPPORTED_PARAM_TYPE, FLASH_INI_SOURCE);
+    PGMDEV_REQUIRE(size != 0, UNSUPPORTED_PARAM_TYPE, FLASH_INI_FILE);
     const QWORD maximum = ~QWORD{0} >> (64 - 8 * size);
     const auto fail = [&error](const char* message) {
         error = message;
@@ -117,7 +117,7 @@ bool PGMDEV_FLASH_INI::convert_string_to_qword(PGMDEV_PARAM_TYPE type, QWORD& va
         value = QWORD{1} << value % 64;  // is the result even where the type is too narrow for it
         return true;
     }
-    PGMDEV_REQUIRE(multiple != 0, "multiple != 0", FLASH_INI_SOURCE);
+    PGMDEV_REQUIRE(multiple != 0, "multiple != 0", FLASH_INI_FILE);
     value *= multiple;
     return value <= maximum || fail("Calculation overflow compare to type");
 }
@@ -127,11 +127,11 @@ std::string PGMDEV_FLASH_INI::convert_qword_to_string(QWORD value) {
 }
 
 std::string PGMDEV_FLASH_INI::convert_dword_to_hex_string(DWORD value, DWORD count, bool prefix) {
-    PGMDEV_REQUIRE(count != 0 && count <= DWORD_DIGITS, "count != 0 && count <= 8", FLASH_INI_SOURCE);
+    PGMDEV_REQUIRE(count != 0 && count <= DWORD_DIGITS, "count != 0 && count <= 8", FLASH_INI_FILE);
     return hex_text(value, count, prefix);
 }
 
 std::string PGMDEV_FLASH_INI::convert_qword_to_hex_string(QWORD value, DWORD count, bool prefix) {
-    PGMDEV_REQUIRE(count != 0 && count <= QWORD_DIGITS, "count != 0 && count <= 16", FLASH_INI_SOURCE);
+    PGMDEV_REQUIRE(count != 0 && count <= QWORD_DIGITS, "count != 0 && count <= 16", FLASH_INI_FILE);
     return hex_text(value, count, prefix);
 }

@@ -5,9 +5,6 @@
 
 #include "pgmdev_flash_ini.h"
 
-/// The source file of internal errors.
-inline constexpr const char* FLASH_INI_SOURCE = "pgm/pgmdev/pgmdev_flash_ini";
-
 inline constexpr const char* UNSUPPORTED_PARAM_TYPE = "Unsupport param type";
 
 /// Bytes of a number of that type; 0 when the type is no number.

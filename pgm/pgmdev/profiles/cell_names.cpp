@@ -42,7 +42,7 @@ bool find_enumerator(const std::string& name, DWORD& value) {
     return false;
 }
 
-constexpr std::array<DEV_INFO_NAMES, 4> TABLES{{
+constexpr std::array<CELL_NAMES, 4> TABLES{{
     {"family", find_family},
     {"device", find_device},
     {"part", find_part},
@@ -51,8 +51,14 @@ constexpr std::array<DEV_INFO_NAMES, 4> TABLES{{
 
 }  // namespace
 
-const DEV_INFO_NAMES* find_dev_info_names(const std::string& type_name) {
+const CELL_NAMES* find_cell_names(std::string_view type_name) {
     const auto* const found = std::find_if(TABLES.begin(), TABLES.end(),
-                                           [&](const DEV_INFO_NAMES& table) { return table.type_name == type_name; });
+                                           [&](const CELL_NAMES& table) { return table.type_name == type_name; });
     return found != TABLES.end() ? found : nullptr;
+}
+
+bool find_cell_name(std::string_view member, PGMDEV_MANAGER_TYPE kind, const std::string& cell, DWORD& value) {
+    // Columns of identifiers are called like the table of their names.
+    const CELL_NAMES* names = find_cell_names(kind == PGMDEV_MANAGER_DEVID_ENUM ? member : "");
+    return names != nullptr && names->find(cell, value);
 }

@@ -1,6 +1,7 @@
 #include "pgmdev_dev_info_manager.h"
 
 #include <algorithm>
+#include <memory>
 #include <utility>
 
 #include "gen.h"
@@ -14,7 +15,6 @@
 
 namespace {
 
-constexpr const char* SOURCE = "pgm/pgmdev/pgmdev_dev_info_manager";
 constexpr const char* DATABASE_FILE = "/programmer/pgm_dev_info.pcf";
 constexpr const char* GENERIC = "Generic";
 constexpr int LISTING_DEBUG_LEVEL = 2;
@@ -32,9 +32,14 @@ const std::array<std::string, PGMDEV_DEV_INFO_MANAGER::TOTAL_DEVICE_DATABASE_MEM
     }();
 
 PGMDEV_DEV_INFO_MANAGER::PGMDEV_DEV_INFO_MANAGER(bool no_load, DWORD debug_mode) : m_debug_mode(debug_mode) {
-    make_tables();
-    if (!no_load) {
-        initialize_device_database(FIO_PATH(gen_get_device_db_fullpath() + DATABASE_FILE));
+    try {
+        clear_tables();
+        if (!no_load) {
+            initialize_device_database(FIO_PATH(gen_get_device_db_fullpath() + DATABASE_FILE));
+        }
+    } catch (...) {
+        release();
+        throw;
     }
 }
 
@@ -46,56 +51,79 @@ PGMDEV_DEV_INFO_MANAGER& PGMDEV_DEV_INFO_MANAGER::operator=(const PGMDEV_DEV_INF
     if (this == &other) {
         return *this;
     }
-    hold_arrays();
-    other.hold_arrays();
-    m_database_owner = other.m_database_owner;
-    m_table_owners = other.m_table_owners;
-    m_part_owners = other.m_part_owners;
-
+    std::vector<PGMDEV_PGM_PART*> parts = other.m_pgm_parts;
+    std::map<PGMDEV_PGM_PART*, PGMDEV_SHARES<PGMDEV_PGM_PART>> part_shares;
+    for (PGMDEV_PGM_PART* part : parts) {
+        other.m_part_shares[part].prepare(part);
+        part_shares[part];
+    }
+    other.m_database_shares.prepare(other.m_device_database);
+    const std::array other_tables{other.m_family_table, other.m_device_table, other.m_part_table};
+    for (std::size_t i = 0; i < other_tables.size(); ++i) {
+        other.m_table_shares[i].prepare(other_tables[i]);
+    }
+    // Nothing fails from here on: a copy that fails leaves both managers as they were.
+    for (auto& [part, shares] : part_shares) {
+        PGMDEV_PGM_PART* none = nullptr;
+        shares.share(other.m_part_shares.find(part)->second, none);
+    }
+    drop_parts(0);
+    m_pgm_parts.swap(parts);
+    m_part_shares.swap(part_shares);
+    m_database_shares.share(other.m_database_shares, m_device_database);
+    for (std::size_t i = 0; i < other_tables.size(); ++i) {
+        m_table_shares[i].share(other.m_table_shares[i], *tables()[i]);
+    }
     m_version = other.m_version;
     m_device_count = other.m_device_count;
     m_type_count = other.m_type_count;
     m_index = other.m_index;
     m_csv_memory_size = other.m_csv_memory_size;
-    m_device_database = other.m_device_database;
     m_debug_mode = other.m_debug_mode;
-    m_family_table = other.m_family_table;
-    m_device_table = other.m_device_table;
-    m_part_table = other.m_part_table;
-    m_pgm_parts = other.m_pgm_parts;
     return *this;
 }
 
 PGMDEV_DEV_INFO_MANAGER::~PGMDEV_DEV_INFO_MANAGER() {
-    hold_arrays();
+    release();
 }
 
-void PGMDEV_DEV_INFO_MANAGER::hold_arrays() const {
-    if (m_database_owner.get() != m_device_database) {
-        m_database_owner.reset(m_device_database);
+void PGMDEV_DEV_INFO_MANAGER::release() noexcept {
+    drop_parts(0);
+    m_database_shares.release(m_device_database);
+    for (std::size_t i = 0; i < m_table_shares.size(); ++i) {
+        m_table_shares[i].release(*tables()[i]);
     }
-    const std::array tables{m_family_table, m_device_table, m_part_table};
-    for (std::size_t i = 0; i < tables.size(); ++i) {
-        if (m_table_owners[i].get() != tables[i]) {
-            m_table_owners[i].reset(tables[i]);
+}
+
+std::array<DWORD**, 3> PGMDEV_DEV_INFO_MANAGER::tables() {
+    return {&m_family_table, &m_device_table, &m_part_table};
+}
+
+/// Lets the parts of the part list go, but for the first ones.
+void PGMDEV_DEV_INFO_MANAGER::drop_parts(std::size_t kept) noexcept {
+    while (m_pgm_parts.size() > kept) {
+        PGMDEV_PGM_PART* part = m_pgm_parts.back();
+        m_pgm_parts.pop_back();
+        const auto shares = m_part_shares.find(part);
+        if (shares == m_part_shares.end()) {
+            delete part;
+        } else {
+            shares->second.release(part);
+            m_part_shares.erase(shares);
         }
     }
-    PART_OWNERS owners;
-    for (PGMDEV_PGM_PART* part : m_pgm_parts) {
-        const auto held = m_part_owners.find(part);
-        owners.try_emplace(part, held != m_part_owners.end() ? held->second : std::shared_ptr<PGMDEV_PGM_PART>(part));
-    }
-    m_part_owners.swap(owners);
 }
 
-void PGMDEV_DEV_INFO_MANAGER::make_tables() {
-    hold_arrays();
+/// Tables in which no record governs anything. Those that are there are filled anew in place: copies share them, and
+/// pointers to them stay good.
+void PGMDEV_DEV_INFO_MANAGER::clear_tables() {
     const auto counts = index_table_counts();
-    const std::array tables{&m_family_table, &m_device_table, &m_part_table};
-    for (std::size_t i = 0; i < tables.size(); ++i) {
-        m_table_owners[i].reset(new DWORD[counts[i]]);
-        *tables[i] = m_table_owners[i].get();
-        std::fill_n(*tables[i], counts[i], INVALID_DWORD);
+    for (std::size_t i = 0; i < counts.size(); ++i) {
+        DWORD*& table = *tables()[i];
+        if (table == nullptr) {
+            table = new DWORD[counts[i]];
+        }
+        std::fill_n(table, counts[i], INVALID_DWORD);
     }
 }
 
@@ -104,10 +132,8 @@ void PGMDEV_DEV_INFO_MANAGER::unload() {
     m_device_count = 0;
     m_type_count = 0;
     m_index = 0;
-    hold_arrays();
-    m_database_owner.reset();
-    m_device_database = nullptr;
-    make_tables();
+    m_database_shares.release(m_device_database);
+    clear_tables();
 }
 
 void PGMDEV_DEV_INFO_MANAGER::initialize_device_database(FIO_PATH device_file) {
@@ -116,7 +142,7 @@ void PGMDEV_DEV_INFO_MANAGER::initialize_device_database(FIO_PATH device_file) {
         return;
     }
     const DWORD memory_size = body.size;
-    PGMDEV_REQUIRE(memory_size > get_table_size(), "memory_size > get_table_size()", SOURCE);
+    PGMDEV_REQUIRE(memory_size > get_table_size(), "memory_size > get_table_size()", DEV_INFO_MANAGER_FILE);
     const DWORD previous = std::exchange(m_csv_memory_size, memory_size - get_table_size());
     try {
         parse_body(body.data.get(), memory_size, false);
@@ -135,24 +161,23 @@ void PGMDEV_DEV_INFO_MANAGER::parse_body(const BYTE* data, QWORD size, bool gene
     DWORD index = 0;
     PACKED_READER reader(data, size, index, DEV_INFO_FORMAT);
     const PACKED_BODY_HEAD head = reader.body_head();
-    PGMDEV_REQUIRE(m_device_database == nullptr, "m_device_database == NULL", SOURCE);
+    PGMDEV_REQUIRE(m_device_database == nullptr, "m_device_database == NULL", DEV_INFO_MANAGER_FILE);
     try {
         m_version = head.version;
         m_device_count = head.record_count;
         m_type_count = head.member_count;
 
         // Searches go over all records of a valid database, even if the file has fewer.
-        const QWORD records = std::min<QWORD>(head.record_count, dev_info_records_in(size));
-        make_tables();
-        m_database_owner.reset(new PGMDEV_DEVICE_INFO[std::max<QWORD>(records, TOTAL_DATABASE_DEVICE)]);
-        m_device_database = m_database_owner.get();
+        const QWORD records = std::min<QWORD>(head.record_count, PROFILE_CODEC::most_records_in(size));
+        clear_tables();
+        m_device_database = new PGMDEV_DEVICE_INFO[std::max<QWORD>(records, TOTAL_DATABASE_DEVICE)];
         for (DWORD record = 0; record < m_device_count; ++record) {
-            read_dev_info_members(reader, m_device_database[record]);
+            PROFILE_CODEC::read(reader, m_device_database[record]);
             reader.confirm_record_end();
         }
         reader.confirm_database_end();
         if (!generating) {
-            PGMDEV_REQUIRE(index == m_csv_memory_size, "index == m_csv_memory_size", SOURCE);
+            PGMDEV_REQUIRE(index == m_csv_memory_size, "index == m_csv_memory_size", DEV_INFO_MANAGER_FILE);
             read_tables(data, size, index);
             list_loaded();
         }
@@ -164,7 +189,7 @@ void PGMDEV_DEV_INFO_MANAGER::parse_body(const BYTE* data, QWORD size, bool gene
 
 void PGMDEV_DEV_INFO_MANAGER::get_database(const BYTE* data, DWORD& index, DWORD record) {
     PACKED_READER reader(data, PACKED_TRUSTED_SIZE, index, DEV_INFO_FORMAT);
-    read_dev_info_members(reader, m_device_database[record]);
+    PROFILE_CODEC::read(reader, m_device_database[record]);
 }
 
 void PGMDEV_DEV_INFO_MANAGER::get_table(const BYTE* data, DWORD& index) {
@@ -176,7 +201,7 @@ void PGMDEV_DEV_INFO_MANAGER::read_tables(const BYTE* data, QWORD size, DWORD& i
                        m_part_table != nullptr,
                    "m_device_database != NULL && m_family_table != NULL && m_device_table != NULL && "
                    "m_part_table != NULL",
-                   SOURCE);
+                   DEV_INFO_MANAGER_FILE);
     PACKED_READER reader(data, size, index, DEV_INFO_FORMAT);
     const auto counts = index_table_counts();
     const std::array tables{m_family_table, m_device_table, m_part_table};
@@ -186,11 +211,7 @@ void PGMDEV_DEV_INFO_MANAGER::read_tables(const BYTE* data, QWORD size, DWORD& i
 }
 
 DWORD PGMDEV_DEV_INFO_MANAGER::get_table_size() {
-    DWORD size = 0;
-    for (const DWORD count : index_table_counts()) {
-        size += 1 + 4 + count * 4;  // marker, count, entries
-    }
-    return size;
+    return index_tables_size();
 }
 
 const PGMDEV_DEVICE_INFO* PGMDEV_DEV_INFO_MANAGER::get_device_database() {
@@ -203,25 +224,25 @@ PGMDEV_DEVICE_INFO* PGMDEV_DEV_INFO_MANAGER::look_up(const DWORD* table, DWORD e
         return nullptr;
     }
     PGMDEV_DEVICE_INFO* info = copy_database();
-    PGMDEV_REQUIRE(info != nullptr, "info != NULL", SOURCE);
+    PGMDEV_REQUIRE(info != nullptr, "info != NULL", DEV_INFO_MANAGER_FILE);
     return info;
 }
 
 PGMDEV_DEVICE_INFO* PGMDEV_DEV_INFO_MANAGER::get_db_by_family(DEV_FAMILY_ENUM family) {
     const auto entry = static_cast<DWORD>(family);  // a negative number is out of range, too
-    PGMDEV_REQUIRE(entry < DWORD{DEV_FAMILY_MAX}, "family < DEV_FAMILY_MAX", SOURCE);
+    PGMDEV_REQUIRE(entry < DWORD{DEV_FAMILY_MAX}, "family < DEV_FAMILY_MAX", DEV_INFO_MANAGER_FILE);
     return look_up(m_family_table, entry);
 }
 
 PGMDEV_DEVICE_INFO* PGMDEV_DEV_INFO_MANAGER::get_db_by_device(DEV_DEVICE_ENUM device) {
     const auto entry = static_cast<DWORD>(device);
-    PGMDEV_REQUIRE(entry < DWORD{DEV_DEVICE_MAX}, "device < DEV_DEVICE_MAX", SOURCE);
+    PGMDEV_REQUIRE(entry < DWORD{DEV_DEVICE_MAX}, "device < DEV_DEVICE_MAX", DEV_INFO_MANAGER_FILE);
     return look_up(m_device_table, entry);
 }
 
 PGMDEV_DEVICE_INFO* PGMDEV_DEV_INFO_MANAGER::get_db_by_part(int part) {
     const auto entry = static_cast<DWORD>(part);
-    PGMDEV_REQUIRE(entry < static_cast<DWORD>(DEV_PART_MAX), "part < DEV_PART_MAX", SOURCE);
+    PGMDEV_REQUIRE(entry < static_cast<DWORD>(DEV_PART_MAX), "part < DEV_PART_MAX", DEV_INFO_MANAGER_FILE);
     return look_up(m_part_table, entry);
 }
 

@@ -11,7 +11,6 @@
 
 namespace {
 
-constexpr const char* SOURCE = "pgm/pgmdev/pgmdev_dev_info_manager";
 constexpr const char* NO_ENTRY = "m_index != DWORD(-1) && m_index < TOTAL_DATABASE_DEVICE";
 
 void notify_missing_family(DEV_FAMILY_ENUM family) {
@@ -33,7 +32,7 @@ bool PGMDEV_DEV_INFO_MANAGER::find_record(DWORD identifier, DWORD limit,
                                           DWORD (*identifier_of)(const PGMDEV_DEVICE_INFO&), const char* condition) {
     for (DWORD record = 0; record < TOTAL_DATABASE_DEVICE; ++record) {
         const DWORD id = identifier_of(m_device_database[record]);
-        PGMDEV_REQUIRE(id < limit, condition, SOURCE);
+        PGMDEV_REQUIRE(id < limit, condition, DEV_INFO_MANAGER_FILE);
         if (id == identifier) {
             m_index = record;
             return true;
@@ -49,7 +48,7 @@ bool PGMDEV_DEV_INFO_MANAGER::search_family(DEV_FAMILY_ENUM family, bool allow_i
         m_device_database != nullptr && id < DWORD{DEV_FAMILY_MAX} && (allow_invalid || family != DEV_FAMILY_INVALID),
         "m_device_database != NULL && family < DEV_FAMILY_MAX && "
         "(allow_invalid || family != DEV_FAMILY_INVALID)",
-        SOURCE);
+        DEV_INFO_MANAGER_FILE);
     return find_record(
         id, DEV_FAMILY_MAX, [](const PGMDEV_DEVICE_INFO& info) { return static_cast<DWORD>(info.family); },
         "id < DEV_FAMILY_MAX");
@@ -62,7 +61,7 @@ bool PGMDEV_DEV_INFO_MANAGER::search_device(DEV_DEVICE_ENUM device, bool allow_i
         m_device_database != nullptr && id < DWORD{DEV_DEVICE_MAX} && (allow_invalid || device != DEV_DEVICE_INVALID),
         "m_device_database != NULL && device < DEV_DEVICE_MAX && "
         "(allow_invalid || device != DEV_DEVICE_INVALID)",
-        SOURCE);
+        DEV_INFO_MANAGER_FILE);
     return find_record(
         id, DEV_DEVICE_MAX, [](const PGMDEV_DEVICE_INFO& info) { return static_cast<DWORD>(info.device); },
         "id < DEV_DEVICE_MAX");
@@ -75,7 +74,7 @@ bool PGMDEV_DEV_INFO_MANAGER::search_part(int part, bool allow_invalid) {
     PGMDEV_REQUIRE(m_device_database != nullptr && id < limit && (allow_invalid || part != DEV_PART_INVALID),
                    "m_device_database != NULL && part < DEV_PART_MAX && "
                    "(allow_invalid || part != DEV_PART_INVALID)",
-                   SOURCE);
+                   DEV_INFO_MANAGER_FILE);
     return find_record(
         id, limit, [](const PGMDEV_DEVICE_INFO& info) { return static_cast<DWORD>(info.part); }, "id < DEV_PART_MAX");
 }
@@ -92,7 +91,7 @@ bool PGMDEV_DEV_INFO_MANAGER::find_pcf(const std::string& pcf) {
 
 bool PGMDEV_DEV_INFO_MANAGER::search_pcf_for_device(DEV_DEVICE_ENUM device) {
     PGMDEV_REQUIRE(m_device_database != nullptr && static_cast<DWORD>(device) < DWORD{DEV_DEVICE_MAX},
-                   "m_device_database != NULL && device < DEV_DEVICE_MAX", SOURCE);
+                   "m_device_database != NULL && device < DEV_DEVICE_MAX", DEV_INFO_MANAGER_FILE);
     m_index = INVALID_DWORD;
     for (const PGMDEV_PGM_PART* entry : m_pgm_parts) {
         if (device != DEV_DEVICE_INVALID && entry->device == device) {
@@ -104,7 +103,7 @@ bool PGMDEV_DEV_INFO_MANAGER::search_pcf_for_device(DEV_DEVICE_ENUM device) {
 
 bool PGMDEV_DEV_INFO_MANAGER::search_pcf_for_part(int part) {
     PGMDEV_REQUIRE(m_device_database != nullptr && static_cast<DWORD>(part) < static_cast<DWORD>(DEV_PART_MAX),
-                   "m_device_database != NULL && part < DEV_PART_MAX", SOURCE);
+                   "m_device_database != NULL && part < DEV_PART_MAX", DEV_INFO_MANAGER_FILE);
     m_index = INVALID_DWORD;
     for (const PGMDEV_PGM_PART* entry : m_pgm_parts) {
         if (part != DEV_PART_INVALID && entry->part == part) {
@@ -115,7 +114,7 @@ bool PGMDEV_DEV_INFO_MANAGER::search_pcf_for_part(int part) {
 }
 
 DWORD PGMDEV_DEV_INFO_MANAGER::generic_position(DEV_FAMILY_ENUM family) {
-    PGMDEV_REQUIRE(family != DEV_FAMILY_GENERIC, "DEV_FAMILY_ENUM(i) != DEV_FAMILY_GENERIC", SOURCE);
+    PGMDEV_REQUIRE(family != DEV_FAMILY_GENERIC, "DEV_FAMILY_ENUM(i) != DEV_FAMILY_GENERIC", DEV_INFO_MANAGER_FILE);
     notify_missing_family(family);
     // Whether there is a generic record, taken as a number: that is what existing databases hold, not the position of
     // that record. Source tables therefore keep their generic family in record 1.
@@ -125,7 +124,7 @@ DWORD PGMDEV_DEV_INFO_MANAGER::generic_position(DEV_FAMILY_ENUM family) {
 DWORD PGMDEV_DEV_INFO_MANAGER::family_entry(DEV_FAMILY_ENUM family) {
     if (!search_family(family, false)) {
         m_index = generic_position(family);
-        PGMDEV_REQUIRE(m_index != INVALID_DWORD && m_index < TOTAL_DATABASE_DEVICE, NO_ENTRY, SOURCE);
+        PGMDEV_REQUIRE(m_index != INVALID_DWORD && m_index < TOTAL_DATABASE_DEVICE, NO_ENTRY, DEV_INFO_MANAGER_FILE);
     }
     return m_index;
 }
@@ -134,9 +133,9 @@ DWORD PGMDEV_DEV_INFO_MANAGER::device_entry(DEV_DEVICE_ENUM device) {
     if (!search_device(device, false) && !search_pcf_for_device(device)) {
         const DEV_FAMILY_ENUM family = DEV_PART_MANAGER().get_family_of(device);
         PGMDEV_REQUIRE(family != DEV_FAMILY_INVALID && static_cast<DWORD>(family) < DWORD{DEV_FAMILY_MAX},
-                       "family != DEV_FAMILY_INVALID && family < DEV_FAMILY_MAX", SOURCE);
+                       "family != DEV_FAMILY_INVALID && family < DEV_FAMILY_MAX", DEV_INFO_MANAGER_FILE);
         m_index = m_family_table[family];
-        PGMDEV_REQUIRE(m_index != INVALID_DWORD && m_index < TOTAL_DATABASE_DEVICE, NO_ENTRY, SOURCE);
+        PGMDEV_REQUIRE(m_index != INVALID_DWORD && m_index < TOTAL_DATABASE_DEVICE, NO_ENTRY, DEV_INFO_MANAGER_FILE);
     }
     return m_index;
 }
@@ -145,15 +144,15 @@ DWORD PGMDEV_DEV_INFO_MANAGER::part_entry(int part) {
     if (!search_part(part, false)) {
         const DEV_DEVICE_ENUM device = DEV_PART_MANAGER().get_device_of(part);
         PGMDEV_REQUIRE(device != DEV_DEVICE_INVALID && static_cast<DWORD>(device) < DWORD{DEV_DEVICE_MAX},
-                       "device != DEV_DEVICE_INVALID && device < DEV_DEVICE_MAX", SOURCE);
+                       "device != DEV_DEVICE_INVALID && device < DEV_DEVICE_MAX", DEV_INFO_MANAGER_FILE);
         m_index = m_device_table[device];
-        PGMDEV_REQUIRE(m_index != INVALID_DWORD && m_index < TOTAL_DATABASE_DEVICE, NO_ENTRY, SOURCE);
+        PGMDEV_REQUIRE(m_index != INVALID_DWORD && m_index < TOTAL_DATABASE_DEVICE, NO_ENTRY, DEV_INFO_MANAGER_FILE);
     }
     return m_index;
 }
 
 void PGMDEV_DEV_INFO_MANAGER::compute_tables() {
-    PGMDEV_REQUIRE(m_device_database != nullptr, "m_device_database != NULL", SOURCE);
+    PGMDEV_REQUIRE(m_device_database != nullptr, "m_device_database != NULL", DEV_INFO_MANAGER_FILE);
     // The invalid identifiers are governed by no record: those that hold them are keyed otherwise.
     for (int i = 0; i < DEV_FAMILY_MAX; ++i) {
         const auto family = static_cast<DEV_FAMILY_ENUM>(i);

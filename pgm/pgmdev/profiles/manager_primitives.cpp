@@ -1,8 +1,7 @@
-#include "packed/codec.h"
 #include "packed/file.h"
 #include "pgm_common.h"
 #include "pgmdev_dev_info_manager.h"
-#include "profiles/cell_names.h"
+#include "profiles/records.h"
 #include "report.h"
 
 // The primitives of the packed encoding as this class offers them to deriving classes: buffers come as bare pointers.
@@ -15,12 +14,6 @@ PACKED_READER reading(const BYTE* data, DWORD& index) {
 
 PACKED_WRITER writing(BYTE** data, DWORD& index) {
     return {*data, PACKED_TRUSTED_SIZE, index, DEV_INFO_FORMAT};
-}
-
-void require(bool holds, const char* condition, int line) {
-    if (!holds) {
-        pgmdev_report(condition, DEV_INFO_FORMAT.source, line);
-    }
 }
 
 }  // namespace
@@ -62,9 +55,10 @@ void PGMDEV_DEV_INFO_MANAGER::dump_dword_database(BYTE** data, DWORD& index, DWO
 }
 
 void PGMDEV_DEV_INFO_MANAGER::dump_bool_to_database(BYTE** data, DWORD& index, std::string text) {
-    require(text.empty() || text == "FALSE" || text == "TRUE",
-            R"(string == "" || string == "FALSE" || string == "TRUE")", __LINE__);
-    writing(data, index).put_bool(text == "TRUE");
+    bool value = false;
+    const char* condition = take_bool(RECORD_SCHEMA<PGMDEV_DEVICE_INFO>::SYNTAX, text, value);
+    PGMDEV_REQUIRE(condition == nullptr, condition, DEV_INFO_MANAGER_FILE);
+    writing(data, index).put_bool(value);
 }
 
 DWORD PGMDEV_DEV_INFO_MANAGER::get_dword_from_string(std::string text) {
@@ -72,24 +66,25 @@ DWORD PGMDEV_DEV_INFO_MANAGER::get_dword_from_string(std::string text) {
 }
 
 void PGMDEV_DEV_INFO_MANAGER::dump_value_to_database(BYTE** data, DWORD& index, std::string text, DWORD count) {
-    require(count == 1 || count == 2 || count == 4, "count == 1 || count == 2 || count == 4", __LINE__);
+    PGMDEV_REQUIRE(count == 1 || count == 2 || count == 4, "count == 1 || count == 2 || count == 4",
+                   DEV_INFO_MANAGER_FILE);
     writing(data, index).put_number(get_dword_from_string(text), count);
 }
 
 void PGMDEV_DEV_INFO_MANAGER::dump_string_to_database(BYTE** data, DWORD& index, bool allow_empty, std::string text,
                                                       PGMDEV_MANAGER_TYPE type) {
-    require(!text.empty() || allow_empty, "string.size() > 0 || allow_empty", __LINE__);
-    require(type == PGMDEV_MANAGER_DEVID_STR || type == PGMDEV_MANAGER_STRING, DEV_INFO_FORMAT.wrong_string_tag,
-            __LINE__);
+    PGMDEV_REQUIRE(!text.empty() || allow_empty, "string.size() > 0 || allow_empty", DEV_INFO_MANAGER_FILE);
+    PGMDEV_REQUIRE(type == PGMDEV_MANAGER_DEVID_STR || type == PGMDEV_MANAGER_STRING, DEV_INFO_FORMAT.wrong_string_tag,
+                   DEV_INFO_MANAGER_FILE);
     writing(data, index).put_string(type, text);
 }
 
 void PGMDEV_DEV_INFO_MANAGER::dump_enum_to_database(BYTE** data, DWORD& index, std::string value,
                                                     std::string type_name) {
-    const DEV_INFO_NAMES* names = find_dev_info_names(type_name);
-    require(names != nullptr, "type_name.empty()", __LINE__);
+    const CELL_NAMES* names = find_cell_names(type_name);
+    PGMDEV_REQUIRE(names != nullptr, "type_name.empty()", DEV_INFO_MANAGER_FILE);
     DWORD number = 0;
-    require(names->find(value, number), "found", __LINE__);
+    PGMDEV_REQUIRE(names->find(value, number), "found", DEV_INFO_MANAGER_FILE);
     writing(data, index).put_enum(number);
 }
 

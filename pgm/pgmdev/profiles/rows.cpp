@@ -8,6 +8,7 @@
 #include "pgmdev_dev_info_manager_auto_export.h"
 #include "profiles/part_list.h"
 #include "profiles/source.h"
+#include "records/row_checks.h"
 #include "stl.h"
 
 // The checks that look at rows as rows. The format of the rows is right when they run.
@@ -17,68 +18,48 @@ namespace {
 using SEVERITY = PGMDEV_TABLE_FAULT::SEVERITY;
 using RECORD = PGMDEV_DEVICE_INFO;
 
-constexpr std::size_t PCF_CELL = 1;
+using CHECK = ROW_CHECK<RECORD>;
+
 constexpr std::size_t GENERIC_RECORD = 1;  ///< where families without a row end up
 
-std::size_t cell_of(std::string_view member) {
-    const auto* const found = std::find_if(PGMDEV_DEVICE_INFO_MEMBERS.begin(), PGMDEV_DEVICE_INFO_MEMBERS.end(),
-                                           [&](const PGMDEV_DEVICE_INFO_MEMBER& m) { return m.name == member; });
-    return static_cast<std::size_t>(found - PGMDEV_DEVICE_INFO_MEMBERS.begin());
+consteval std::size_t cell(std::string_view member) {
+    return cell_of<RECORD>(member);
 }
 
 void report_cell(const SOURCE_LINE& line, std::size_t cell, SEVERITY severity, std::string expected,
                  const FAULT_SINK& sink) {
-    PGMDEV_TABLE_FAULT fault = cell_fault(line, cell, PGMDEV_DEVICE_INFO_MEMBERS[cell].name, "", std::move(expected));
-    fault.severity = severity;
-    fault.row = dev_info_row_name(line);
-    sink(fault, __LINE__);
+    sink(row_fault<PROFILE_SOURCE>(line, severity, cell, std::move(expected)), PGMDEV_LINE);
 }
-
-/// A check of one row by itself: remarkable when `broken` says so.
-struct ROW_CHECK {
-    std::string_view member;
-    bool (*broken)(const RECORD&);
-    const char* expected;
-};
 
 constexpr std::array ROW_CHECKS{
-    ROW_CHECK{"support_asc_ini", [](const RECORD& r) { return !r.support_asc_ini.empty() && !r.support_asc; },
-              "a switch without effect: support_asc is FALSE"},
-    ROW_CHECK{"cmp_fbgen_end_block",
-              [](const RECORD& r) {
-                  return (r.cmp_fbgen_start_block == INVALID_DWORD) != (r.cmp_fbgen_end_block == INVALID_DWORD);
-              },
-              "compressed blocks have a first and a last one, or neither"},
-    ROW_CHECK{"aes_fuse_bit_location",
-              [](const RECORD& r) {
-                  return r.aes_n_fuse_bits != 0 &&
-                         QWORD{r.aes_fuse_bit_location} + r.aes_n_nv_key_bits > r.aes_n_fuse_bits;
-              },
-              "the key reaches beyond the fuse register (aes_n_fuse_bits)"},
-    ROW_CHECK{"flash_width_bits",
-              [](const RECORD& r) {
-                  constexpr std::array<DWORD, 5> WIDTHS{0, 1, 4, 8, 16};
-                  return std::find(WIDTHS.begin(), WIDTHS.end(), r.flash_width_bits) == WIDTHS.end();
-              },
-              "unusual: 0, 1, 4, 8 or 16 data lines are"},
-    ROW_CHECK{"fi_program_twice", [](const RECORD& r) { return r.fi_program_twice && !r.support_fi; },
-              "without effect: support_fi is FALSE"},
+    CHECK{SEVERITY::WARNING, cell("support_asc_ini"),
+          [](const RECORD& r) { return !r.support_asc_ini.empty() && !r.support_asc; },
+          "a switch without effect: support_asc is FALSE"},
+    CHECK{SEVERITY::WARNING, cell("cmp_fbgen_end_block"),
+          [](const RECORD& r) {
+              return (r.cmp_fbgen_start_block == INVALID_DWORD) != (r.cmp_fbgen_end_block == INVALID_DWORD);
+          },
+          "compressed blocks have a first and a last one, or neither"},
+    CHECK{SEVERITY::WARNING, cell("aes_fuse_bit_location"),
+          [](const RECORD& r) {
+              return r.aes_n_fuse_bits != 0 && QWORD{r.aes_fuse_bit_location} + r.aes_n_nv_key_bits > r.aes_n_fuse_bits;
+          },
+          "the key reaches beyond the fuse register (aes_n_fuse_bits)"},
+    CHECK{SEVERITY::WARNING, cell("flash_width_bits"),
+          [](const RECORD& r) {
+              constexpr std::array<DWORD, 5> WIDTHS{0, 1, 4, 8, 16};
+              return std::find(WIDTHS.begin(), WIDTHS.end(), r.flash_width_bits) == WIDTHS.end();
+          },
+          "unusual: 0, 1, 4, 8 or 16 data lines are"},
+    CHECK{SEVERITY::WARNING, cell("fi_program_twice"),
+          [](const RECORD& r) { return r.fi_program_twice && !r.support_fi; }, "without effect: support_fi is FALSE"},
 };
-
-void check_values(const SOURCE_LINE& line, const RECORD& record, const FAULT_SINK& sink) {
-    for (const ROW_CHECK& check : ROW_CHECKS) {
-        if (check.broken(record)) {
-            report_cell(line, cell_of(check.member), SEVERITY::WARNING, check.expected, sink);
-        }
-    }
-}
 
 /// Texts that no reader can read back, and numbers of which only the low bits are stored.
 void check_sizes(const SOURCE_LINE& line, const FAULT_SINK& sink) {
     for (std::size_t i = 0; i < line.cells.size(); ++i) {
         const PGMDEV_MANAGER_TYPE kind = PGMDEV_DEVICE_INFO_MEMBERS[i].kind;
-        if ((kind == PGMDEV_MANAGER_DEVID_STR || kind == PGMDEV_MANAGER_STRING) &&
-            line.cells[i].size() > PACKED_TEXT_MAX) {
+        if (is_text(kind) && line.cells[i].size() > PACKED_TEXT_MAX) {
             report_cell(line, i, SEVERITY::FAULT, "a text of at most 255 characters", sink);
         }
         if (kind == PGMDEV_MANAGER_BYTE || kind == PGMDEV_MANAGER_WORD) {
@@ -97,7 +78,7 @@ void check_sizes(const SOURCE_LINE& line, const FAULT_SINK& sink) {
 void check_keys(const std::vector<SOURCE_LINE>& lines, const FAULT_SINK& sink) {
     std::map<std::string, DWORD> first_lines;
     for (const SOURCE_LINE& line : lines) {
-        std::string key = dev_info_row_name(line);
+        std::string key = PROFILE_SOURCE::row_name(line);
         stl_tolower(key);
         const auto [first, is_new] = first_lines.try_emplace(key, line.number);
         if (!is_new) {
@@ -117,7 +98,7 @@ void check_programmer_files(const std::vector<SOURCE_LINE>& lines, const FAULT_S
         PGMDEV_TABLE_FAULT fault;
         fault.condition = condition;
         fault.expected = "a part list, h/pgm_parts.txt, in the installation directory";
-        sink(fault, __LINE__);
+        sink(fault, PGMDEV_LINE);
         return;
     }
     std::set<std::string> known;
@@ -126,10 +107,11 @@ void check_programmer_files(const std::vector<SOURCE_LINE>& lines, const FAULT_S
         known.insert(part.pcf);
     }
     for (const SOURCE_LINE& line : lines) {
-        std::string pcf = line.cells[PCF_CELL];
+        std::string pcf = line.cells[cell("pcf")];
         stl_toupper(pcf);
         if (!pcf.empty() && !known.contains(pcf)) {
-            report_cell(line, PCF_CELL, SEVERITY::WARNING, "no device of the part list has this programmer file", sink);
+            report_cell(line, cell("pcf"), SEVERITY::WARNING, "no device of the part list has this programmer file",
+                        sink);
         }
     }
 }
@@ -143,7 +125,7 @@ void check_families(const std::vector<SOURCE_LINE>& lines, const std::vector<REC
         PGMDEV_TABLE_FAULT fault;
         fault.condition = "DEV_FAMILY_ENUM(i) != DEV_FAMILY_GENERIC";
         fault.expected = "a row for the family GENERIC";
-        sink(fault, __LINE__);
+        sink(fault, PGMDEV_LINE);
         return;
     }
     const bool as_meant = records[GENERIC_RECORD].family == DEV_FAMILY_GENERIC;
@@ -153,25 +135,25 @@ void check_families(const std::vector<SOURCE_LINE>& lines, const std::vector<REC
             fault.severity = SEVERITY::WARNING;
             fault.expected = "family " + pgmdev_family_name(static_cast<DEV_FAMILY_ENUM>(i)) +
                              " has no row: record 1 governs it, the row of " +
-                             dev_info_row_name(lines[GENERIC_RECORD]) +
+                             PROFILE_SOURCE::row_name(lines[GENERIC_RECORD]) +
                              (as_meant ? "" : " (the row of the family GENERIC belongs there)");
-            sink(fault, __LINE__);
+            sink(fault, PGMDEV_LINE);
         }
     }
 }
 
 }  // namespace
 
-void check_dev_info_rows(const std::vector<SOURCE_LINE>& lines, const std::vector<RECORD>& records,
-                         const FAULT_SINK& sink) {
+void PROFILE_SOURCE::check_rows(const std::vector<SOURCE_LINE>& lines, const std::vector<RECORD>& records,
+                                const FAULT_SINK& sink) {
     for (std::size_t i = 0; i < lines.size(); ++i) {
         check_sizes(lines[i], sink);
-        check_values(lines[i], records[i], sink);
+        check_row<PROFILE_SOURCE>(lines[i], records[i], ROW_CHECKS, sink);
     }
 }
 
-void check_dev_info_rows_together(const std::vector<SOURCE_LINE>& lines, const std::vector<RECORD>& records,
-                                  const FAULT_SINK& sink) {
+void PROFILE_SOURCE::check_rows_together(const std::vector<SOURCE_LINE>& lines, const std::vector<RECORD>& records,
+                                         const FAULT_SINK& sink) {
     check_keys(lines, sink);
     check_families(lines, records, sink);
     check_programmer_files(lines, sink);

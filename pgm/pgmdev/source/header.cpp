@@ -2,6 +2,7 @@
 
 #include <array>
 
+#include "report.h"
 #include "stl.h"
 
 namespace {
@@ -24,6 +25,10 @@ constexpr std::array<COLUMN_TYPE, 8> COLUMN_TYPES{{
 }};
 
 }  // namespace
+
+const char* column_type_name(PGMDEV_MANAGER_TYPE type) {
+    return COLUMN_TYPES[type].name;
+}
 
 const char* accepted_cell(PGMDEV_MANAGER_TYPE type) {
     return COLUMN_TYPES[type].accepted;
@@ -50,16 +55,16 @@ bool check_cell_count(const SOURCE_LINE& line, const SOURCE_HEADER& header, cons
     fault.condition = header.wrong_count;
     fault.expected = std::to_string(header.columns.size()) + " cells, this line has " +
                      std::to_string(line.cells.size()) + " (cells end at blanks, tabs and commas)";
-    sink(fault, __LINE__);
+    sink(fault, PGMDEV_LINE);
     return false;
 }
 
 void check_type_row(const SOURCE_LINE& line, const SOURCE_HEADER& header, const FAULT_SINK& sink) {
     for (std::size_t i = 0; i < line.cells.size(); ++i) {
-        const std::string type = COLUMN_TYPES[header.columns[i].type].name;
+        const std::string type = column_type_name(header.columns[i].type);
         if (line.cells[i] != type) {
             sink(cell_fault(line, i, header.columns[i].name, "svec.at(i) == \"" + type + "\"", "the type " + type),
-                 __LINE__);
+                 PGMDEV_LINE);
         }
     }
 }
@@ -70,7 +75,7 @@ void check_name_row(const SOURCE_LINE& line, const SOURCE_HEADER& header, const 
         stl_tolower(name);
         if (name != header.columns[i].name) {
             const std::string expected(header.columns[i].name);
-            sink(cell_fault(line, i, expected, header.wrong_name, "the member name " + expected), __LINE__);
+            sink(cell_fault(line, i, expected, header.wrong_name, "the member name " + expected), PGMDEV_LINE);
         }
     }
 }

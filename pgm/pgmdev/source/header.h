@@ -23,6 +23,9 @@ struct SOURCE_HEADER {
     const char* wrong_name;
 };
 
+/// How the type row spells a type.
+const char* column_type_name(PGMDEV_MANAGER_TYPE type);
+
 /// What a cell of a type may hold, for the table's maintainer.
 const char* accepted_cell(PGMDEV_MANAGER_TYPE type);
 

@@ -13,8 +13,6 @@
 
 namespace {
 
-constexpr const char* SOURCE = "pgm/pgmdev/pgmdev_flash_manager";
-
 constexpr const char* COMPRESSION_FAILURE = "Fail to generate INI because of compression failure\n";
 constexpr const char* INVALID_ENCODING = "Invalid INI encoding\n";
 constexpr const char* INVALID_DECODING = "Invalid INI decoding\n";
@@ -110,7 +108,7 @@ USER_FLASH_CODING encode_user_flash(std::string_view text) {
             waiting_count -= waiting_count < SYMBOL_BITS ? waiting_count : SYMBOL_BITS;
         }
     }
-    PGMDEV_REQUIRE(encoded.size() == encoded_size, "encoded_ini.size() == encoded_size", SOURCE);
+    PGMDEV_REQUIRE(encoded.size() == encoded_size, "encoded_ini.size() == encoded_size", FLASH_MANAGER_FILE);
     return {encoded};
 }
 
@@ -136,7 +134,7 @@ USER_FLASH_CODING decode_user_flash(std::string_view encoded) {
     if (waiting_count > 0) {
         packed.push_back(static_cast<BYTE>(waiting));
     }
-    PGMDEV_REQUIRE(packed.size() == decoded_size, "decoded_index == decoded_size", SOURCE);
+    PGMDEV_REQUIRE(packed.size() == decoded_size, "decoded_index == decoded_size", FLASH_MANAGER_FILE);
 
     const QWORD capacity = DECOMPRESSED_LIMIT * decoded_size;
     if (capacity > DWORD_MAXIMUM) {
@@ -155,9 +153,9 @@ USER_FLASH_CODING decode_user_flash(std::string_view encoded) {
 std::string user_flash_password(std::string_view text) {
     constexpr std::size_t LANES = USER_FLASH_PASSWORD_SIZE / 2;  // two letters each
     const QWORD total_size = text.size();
-    PGMDEV_REQUIRE(total_size > 0, "total_size > 0", SOURCE);
+    PGMDEV_REQUIRE(total_size > 0, "total_size > 0", FLASH_MANAGER_FILE);
     const QWORD sector_size = divide_up(total_size, LANES);
-    PGMDEV_REQUIRE(sector_size > 0, "sector_size > 0", SOURCE);
+    PGMDEV_REQUIRE(sector_size > 0, "sector_size > 0", FLASH_MANAGER_FILE);
 
     WORD seal = 0;
     for (const char c : version_banner()) {

@@ -17,70 +17,12 @@ namespace {
 
 constexpr DWORD MOST_DEVICES = 3;
 constexpr std::size_t LONGEST_TEXT = 19;
-constexpr DWORD MBIT = 0x100000;
-constexpr DWORD KBYTE = 0x400;
 constexpr DWORD THREE_BYTE_ADDRESSES = 0x8000000;  ///< bits that 24-bit addresses reach
-constexpr BYTE NOT_COMPARED = 255;
 
 constexpr const char* NOT_A_DEFINITION = "Invalid input or too many flash to define\n";
 
-/// How the value of a member is found.
-enum class ANSWER {
-    GIVEN,            ///< not asked for
-    NAME,             ///< a text, with a message of its own
-    TEXT,             ///< a text
-    YES_NO,           ///< Y or N
-    HEX,              ///< hexadecimal
-    HEX_OR_ALL_ONES,  ///< hexadecimal, or FFFFFFFF for 255
-    HEX_OR_NONE,      ///< hexadecimal, or -1 (or FFFFFFFF) for 255
-    NUMBER,           ///< decimal
-    POWER_OF_TWO      ///< decimal, a power of two
-};
-
-struct QUESTION {
-    ANSWER answer;
-    const char* text;  ///< the prompt; the value itself where nothing is asked
-    DWORD least = 0;
-    DWORD most = 0;
-    DWORD unit = 1;  ///< what the number is multiplied by
-};
-
-/// One per member, in record order.
-constexpr std::array<QUESTION, USER_FLASH_VALUES> QUESTIONS{{
-    {ANSWER::NAME, "Manufacture Name : "},
-    {ANSWER::NAME, "Device Name : "},
-    {ANSWER::GIVEN, "0"},  // silicon_id
-    {ANSWER::HEX, "Memory ID (hex) [1 - FE] : ", 1, 0xFE},
-    {ANSWER::HEX, "Memory ID Index [0/1/2] : ", 0, 2},
-    {ANSWER::HEX_OR_ALL_ONES, "Memory Type (hex) [0 - FF] : ", 0, 0xFF},
-    {ANSWER::HEX_OR_NONE, "Memory Type Index [-1/0/1/2] : ", 0, 2},
-    {ANSWER::HEX, "Manufacturer ID (hex) [1 - FE] : ", 1, 0xFE},
-    {ANSWER::HEX, "Manufacturer ID Index [0/1/2] : ", 0, 2},
-    {ANSWER::GIVEN, "32"},    // orvane_id
-    {ANSWER::GIVEN, "1"},     // default_dev
-    {ANSWER::GIVEN, "NONE"},  // ini: always enabled
-    {ANSWER::YES_NO, "Support Extended Mode [Y/N] : "},
-    {ANSWER::YES_NO, "Micron flow [Y/N] : "},
-    {ANSWER::YES_NO, "Spansion flow [Y/N] : "},
-    {ANSWER::YES_NO, "Protected after power-up [Y/N] : "},
-    {ANSWER::YES_NO, "Is AAI mode [Y/N] : "},
-    {ANSWER::YES_NO, "Read flag status [Y/N] : "},
-    {ANSWER::HEX, "Die count [1/2] : ", 1, 2},
-    {ANSWER::POWER_OF_TWO, "Memory Density [1 - 2048 Mbit] : ", 1, 2048, MBIT},
-    {ANSWER::POWER_OF_TWO, "Sector Size [1 - 1024 Kbyte] : ", 1, 1024, KBYTE},
-    {ANSWER::GIVEN, "0"},  // half_size
-    {ANSWER::GIVEN, "0"},  // byte4_addressing: follows from the size
-    {ANSWER::NUMBER, "Bulk Erase time [1 - 900 seconds] : ", 1, 900},
-    {ANSWER::NUMBER, "Sector Erase Time [1 - 60 seconds] : ", 1, 60},
-    {ANSWER::NUMBER, "Page Program Time [1000 - 1000000 microseconds] : ", 1000, 1000000},
-    {ANSWER::HEX_OR_ALL_ONES, "Protection Mask (hex) [0 - FF] : ", 0, 0xFF},
-    {ANSWER::HEX_OR_ALL_ONES, "Protection Value (hex) [0 - FF] : ", 0, 0xFF},
-    {ANSWER::HEX_OR_ALL_ONES, "Unprotect Value (hex) [0 - FF] : ", 0, 0xFF},
-    {ANSWER::HEX_OR_NONE, "Protection Divisor (hex) [-1/3 - 20] : ", 3, 0x20},
-    {ANSWER::HEX_OR_NONE, "Bottom Value (bit location) [-1/0 - 7] : ", 0, 7},
-    {ANSWER::YES_NO, "SDM Support [Y/N] : "},
-    {ANSWER::TEXT, "AS Configuration Voltage : "},
-}};
+using QUESTION = PGMDEV_SFL_FLASH_QUESTION;
+using ANSWER = QUESTION::ANSWER;
 
 constexpr std::size_t BYTE4_ADDRESSING = [] {
     std::size_t i = 0;
@@ -90,7 +32,7 @@ constexpr std::size_t BYTE4_ADDRESSING = [] {
     return i;
 }();
 
-std::string read_answer(std::istream& answers, std::ostream& prompts, const char* prompt) {
+std::string read_answer(std::istream& answers, std::ostream& prompts, std::string_view prompt) {
     prompts << prompt << std::flush;
     std::string line;
     std::getline(answers, line);
@@ -126,7 +68,7 @@ std::optional<std::string> number_value(const QUESTION& question, const std::str
 std::optional<std::string> value_of(const QUESTION& question, const std::string& line) {
     switch (question.answer) {
         case ANSWER::GIVEN:
-            return question.text;
+            return std::string(question.text);
         case ANSWER::NAME:
         case ANSWER::TEXT:
             return !line.empty() && line.size() <= LONGEST_TEXT ? std::optional(line) : std::nullopt;
@@ -141,7 +83,7 @@ std::optional<std::string> value_of(const QUESTION& question, const std::string&
 
 bool ask_values(std::istream& answers, std::ostream& prompts, std::array<std::string, USER_FLASH_VALUES>& values) {
     for (std::size_t i = 0; i < values.size(); ++i) {
-        const QUESTION& question = QUESTIONS[i];
+        const QUESTION& question = PGMDEV_SFL_FLASH_MEMBERS[i].question;
         std::string line;
         if (question.answer != ANSWER::GIVEN) {
             line = gen_ascii_toupper(read_answer(answers, prompts, question.text));
@@ -158,7 +100,7 @@ bool ask_values(std::istream& answers, std::ostream& prompts, std::array<std::st
 
 bool indexes_differ(const PGMDEV_SFL_FLASH_INFO& record) {
     const bool type_apart =
-        record.memory_type_index == NOT_COMPARED ||
+        record.memory_type_index == PGMDEV_SFL_FLASH_INFO::NONE ||
         (record.memory_type_index != record.memory_id_index && record.memory_type_index != record.mfc_id_index);
     return type_apart && record.memory_id_index != record.mfc_id_index;
 }

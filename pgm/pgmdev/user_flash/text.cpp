@@ -10,8 +10,7 @@ namespace {
 using RECORD = PGMDEV_SFL_FLASH_INFO;
 
 constexpr DWORD BYTE_MAXIMUM = 255;
-constexpr BYTE NOT_COMPARED = 255;
-constexpr BYTE NOT_KNOWN = 255;
+constexpr BYTE NONE = RECORD::NONE;
 constexpr BYTE RESPONSE_BYTES = 3;
 constexpr DWORD MBIT = 0x100000;
 constexpr DWORD KBYTE = 0x400;
@@ -74,14 +73,13 @@ constexpr std::array<USER_FLASH_RULE, 12> RULES{{
     {"memory_id_index", "0, 1 or 2", [](const RECORD& r) { return r.memory_id_index < RESPONSE_BYTES; }},
     {"memory_type_index", "255 for not compared, or 0, 1 or 2 and not memory_id_index",
      [](const RECORD& r) {
-         return r.memory_type_index == NOT_COMPARED ||
+         return r.memory_type_index == NONE ||
                 (r.memory_type_index < RESPONSE_BYTES && r.memory_type_index != r.memory_id_index);
      }},
     {"mfc_id_index", "255, or 0, 1 or 2 and neither memory_id_index nor memory_type_index",
      [](const RECORD& r) {
-         return r.mfc_id_index == NOT_COMPARED ||
-                (r.mfc_id_index < RESPONSE_BYTES && r.mfc_id_index != r.memory_id_index &&
-                 r.mfc_id_index != r.memory_type_index);
+         return r.mfc_id_index == NONE || (r.mfc_id_index < RESPONSE_BYTES && r.mfc_id_index != r.memory_id_index &&
+                                           r.mfc_id_index != r.memory_type_index);
      }},
     {"orvane_id", "16, 18, 20, 21, 22, 24, 25 or 32",
      [](const RECORD& r) {
@@ -96,7 +94,7 @@ constexpr std::array<USER_FLASH_RULE, 12> RULES{{
     {"sec_erase_time", "1 to 60", [](const RECORD& r) { return is_between(r.sec_erase_time, 1, 60); }},
     {"program_utime", "1000 to 1000000", [](const RECORD& r) { return is_between(r.program_utime, 1000, 1000000); }},
     {"protection_division", "0 to 31, or 255 for not known",
-     [](const RECORD& r) { return r.protection_division < 32 || r.protection_division == NOT_KNOWN; }},
+     [](const RECORD& r) { return r.protection_division < 32 || r.protection_division == NONE; }},
 }};
 
 }  // namespace

@@ -1,7 +1,7 @@
 #pragma once
 
 /// \file
-/// The text of a user's flash description, body#password; where the body holds the 33 members between '@' characters.
+/// The text of a user's flash description, body#password; where the body holds the members between '@' characters.
 
 #include <array>
 #include <cstddef>

@@ -75,7 +75,7 @@ TEST_F(FlashCompiler, WritesTheWholeFile) {
 TEST_F(FlashCompiler, TheFirstPassTellsCountAndSize) {
     DWORD count = 99;
     EXPECT_EQ(m_manager.check_flash_file(source(ref::table({ref::DATA_ROW, ref::DATA_ROW})), count),
-              16U + 2 * (85 + 17));
+              16U + 2 * (flash_reference::empty_record_size() + 17));
     EXPECT_EQ(count, 2U);
     EXPECT_REPORT(m_manager.check_flash_file(source(ref::table({})), count), "status && device_count > 0");
     EXPECT_EQ(count, 0U);
@@ -121,7 +121,7 @@ TEST_F(FlashCompiler, TheTypeRowIsComparedExactly) {
     const std::vector<std::pair<const char*, const char*>> wrong{
         {"STL_STRING", "stl_string"}, {"bool", "BOOL"}, {"BYTE", "byte"}, {"BYTE", "WORD"}, {"DWORD", "Dword"}};
     for (const auto& [type, spelling] : wrong) {
-        for (std::size_t i = 0; i < 33; ++i) {
+        for (std::size_t i = 0; i < flash_reference::MEMBERS; ++i) {
             if (ref::TYPE_ROW[i] == type) {
                 std::vector<std::string> lines = ref::header();
                 lines[0] = ref::joined(ref::row_with(i, spelling, ref::TYPE_ROW));
@@ -133,7 +133,7 @@ TEST_F(FlashCompiler, TheTypeRowIsComparedExactly) {
 }
 
 TEST_F(FlashCompiler, TheNameRowIsComparedWithoutCase) {
-    for (std::size_t i = 0; i < 33; ++i) {
+    for (std::size_t i = 0; i < flash_reference::MEMBERS; ++i) {
         std::vector<std::string> lines = ref::header();
         std::string upper = ref::NAME_ROW[i];
         for (char& c : upper) {
@@ -160,7 +160,7 @@ TEST_F(FlashCompiler, HeaderLinesHaveTheirNumberOfCells) {
 }
 
 TEST_F(FlashCompiler, EachCellIsCheckedByItsType) {
-    for (std::size_t i = 0; i < 33; ++i) {
+    for (std::size_t i = 0; i < flash_reference::MEMBERS; ++i) {
         const std::string& type = ref::TYPE_ROW[i];
         if (type == "bool") {
             for (const char* cell : {"true", "1", "0", "False", "YES"}) {
@@ -242,7 +242,7 @@ TEST_F(FlashCompiler, WritesOneRowForDerivingClasses) {
     BYTE* data = buffer.data();
     DWORD index = 1;
     m_manager.dump_to_database(&data, index, ref::DATA_ROW);
-    EXPECT_EQ(index, 1U + 81 + 17);  // 85 without the marker
+    EXPECT_EQ(index, 1U + flash_reference::empty_record_size() - 4 + 17);  // without the marker
     EXPECT_EQ(std::string(buffer.begin() + 1, buffer.begin() + 14), "\2\5Maker\2\4CHIP");
     EXPECT_REPORT(m_manager.dump_to_database(&data, index, CELLS(32, "x")), "svec.size() == TOTAL_DATABASE_MEMBER");
     EXPECT_REPORT(m_manager.dump_to_database(&data, index, ref::row_with(1, "")), "string.size() > 0");

@@ -111,12 +111,14 @@ TEST_F(FlashDamage, TheCounts) {
     const auto counts = [&](unsigned long record_count, unsigned long members) {
         return load_payload(ref::le32(1) + ref::le32(record_count) + ref::le32(members) + records);
     };
-    EXPECT_EQ(counts(0, 33), "m_flash_count > 0 && m_type_count > 0");
+    EXPECT_EQ(counts(0, flash_reference::MEMBERS), "m_flash_count > 0 && m_type_count > 0");
     EXPECT_EQ(counts(2, 0), "m_flash_count > 0 && m_type_count > 0");
-    EXPECT_EQ(counts(1, 33), "data[index++] == 'E'");                    // a record stands where "END2" should
-    EXPECT_EQ(counts(3, 33), "type == PGMDEV_MANAGER_STRING");           // "END2" stands where a record should
+    EXPECT_EQ(counts(1, flash_reference::MEMBERS), "data[index++] == 'E'");  // a record stands where "END2" should
+    EXPECT_EQ(counts(3, flash_reference::MEMBERS),
+              "type == PGMDEV_MANAGER_STRING");                          // "END2" stands where a record should
     EXPECT_EQ(counts(0xFFFFFFFF, 33), "type == PGMDEV_MANAGER_STRING");  // and no memory is taken for the promise
-    EXPECT_EQ(load_payload(ref::le32(1) + ref::le32(0xFFFFFFFF) + ref::le32(33)), "index < data_size");
+    EXPECT_EQ(load_payload(ref::le32(1) + ref::le32(0xFFFFFFFF) + ref::le32(flash_reference::MEMBERS)),
+              "index < data_size");
 }
 
 TEST_F(FlashDamage, EachOfTheTags) {
@@ -128,7 +130,7 @@ TEST_F(FlashDamage, EachOfTheTags) {
                                : own == 4 ? "type == PGMDEV_MANAGER_BYTE"
                                           : "type == PGMDEV_MANAGER_DWORD";
         for (int tag = 0; tag < 256; ++tag) {
-            std::string payload = ref::le32(1) + ref::le32(1) + ref::le32(33);
+            std::string payload = ref::le32(1) + ref::le32(1) + ref::le32(flash_reference::MEMBERS);
             for (std::size_t i = 0; i < fields.size(); ++i) {
                 payload += i == damaged ? static_cast<char>(tag) + fields[i].substr(1) : fields[i];
             }
@@ -144,7 +146,7 @@ TEST_F(FlashDamage, EachOfTheBools) {
         if (fields[damaged][0] != 3) {
             continue;
         }
-        std::string payload = ref::le32(1) + ref::le32(1) + ref::le32(33);
+        std::string payload = ref::le32(1) + ref::le32(1) + ref::le32(flash_reference::MEMBERS);
         for (std::size_t i = 0; i < fields.size(); ++i) {
             payload += i == damaged ? "\3\2" : fields[i];
         }
@@ -154,7 +156,8 @@ TEST_F(FlashDamage, EachOfTheBools) {
 
 TEST_F(FlashDamage, EachLengthOfATextAtTheEnd) {
     for (int length = 0; length < 256; ++length) {
-        const std::string payload = ref::le32(1) + ref::le32(1) + ref::le32(33) + '\2' + static_cast<char>(length);
+        const std::string payload =
+            ref::le32(1) + ref::le32(1) + ref::le32(flash_reference::MEMBERS) + '\2' + static_cast<char>(length);
         for (const int given : {0, length - 1}) {
             if (given >= 0 && given < length) {
                 EXPECT_EQ(load_payload(payload + std::string(static_cast<std::size_t>(given), 'x')),
@@ -165,7 +168,7 @@ TEST_F(FlashDamage, EachLengthOfATextAtTheEnd) {
 }
 
 TEST_F(FlashDamage, TheMarkers) {
-    const std::string head = ref::le32(1) + ref::le32(1) + ref::le32(33);
+    const std::string head = ref::le32(1) + ref::le32(1) + ref::le32(flash_reference::MEMBERS);
     std::string record = ref::record(ref::sample());
     record.resize(record.size() - 4);
     EXPECT_EQ(load_payload(head + record + "xND1END2"), "data[index++] == 'E'");

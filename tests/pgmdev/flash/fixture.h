@@ -10,6 +10,7 @@
 #include <string>
 #include <vector>
 
+#include "pgmdev/flash/columns.h"
 #include "pgmdev_sfl_flash_info.h"
 
 namespace flash_reference {
@@ -17,40 +18,12 @@ namespace flash_reference {
 inline const std::string MAGIC = "PGMIO_FM";
 inline const std::string STAMP = "e58bc25311bf5303874d34bcafcaa4c1";
 
-inline std::string le32(unsigned long long value) {
-    std::string bytes;
-    for (int i = 0; i < 4; ++i) {
-        bytes += static_cast<char>(value >> (8 * i) & 0xFF);
+inline CELLS fields(const PGMDEV_SFL_FLASH_INFO& r) {
+    CELLS all;
+    for (const COLUMN& column : COLUMNS) {
+        all.push_back(column.field(r));
     }
-    return bytes;
-}
-
-inline std::string tagged_text(const std::string& text) {
-    return std::string(1, '\2') + static_cast<char>(text.size() & 0xFF) + text;
-}
-inline std::string tagged_bool(bool value) {
-    return {'\3', value ? '\1' : '\0'};
-}
-inline std::string tagged_byte(unsigned value) {
-    return {'\4', static_cast<char>(value)};
-}
-inline std::string tagged_dword(unsigned long long value) {
-    return '\6' + le32(value);
-}
-
-/// The 33 members of a record, each spelled out.
-inline std::vector<std::string> fields(const PGMDEV_SFL_FLASH_INFO& r) {
-    return {tagged_text(r.manufacturer_name), tagged_text(r.device_name),      tagged_bool(r.silicon_id),
-            tagged_byte(r.memory_id),         tagged_byte(r.memory_id_index),  tagged_byte(r.memory_type),
-            tagged_byte(r.memory_type_index), tagged_byte(r.mfc_id),           tagged_byte(r.mfc_id_index),
-            tagged_byte(r.orvane_id),         tagged_bool(r.default_dev),      tagged_text(r.ini),
-            tagged_bool(r.extended_mode),     tagged_bool(r.micron_flow),      tagged_bool(r.spansion_flow),
-            tagged_bool(r.startup_protected), tagged_bool(r.aai_mode),         tagged_bool(r.flag_status),
-            tagged_byte(r.die_count),         tagged_dword(r.device_bit_size), tagged_dword(r.device_sector_byte),
-            tagged_bool(r.half_size),         tagged_bool(r.byte4_addressing), tagged_dword(r.bulk_erase_time),
-            tagged_dword(r.sec_erase_time),   tagged_dword(r.program_utime),   tagged_byte(r.protection_mask),
-            tagged_byte(r.protection_value),  tagged_byte(r.unprotect_value),  tagged_byte(r.protection_division),
-            tagged_byte(r.bottom_value),      tagged_bool(r.sdm_support),      tagged_text(r.asc_voltage)};
+    return all;
 }
 
 inline std::string record(const PGMDEV_SFL_FLASH_INFO& r) {
@@ -62,7 +35,7 @@ inline std::string record(const PGMDEV_SFL_FLASH_INFO& r) {
 }
 
 inline std::string payload(const std::vector<PGMDEV_SFL_FLASH_INFO>& records) {
-    std::string bytes = le32(1) + le32(records.size()) + le32(33);
+    std::string bytes = le32(1) + le32(records.size()) + le32(MEMBERS);
     for (const auto& r : records) {
         bytes += record(r);
     }

@@ -78,7 +78,7 @@ const std::vector<std::pair<const char*, const char*>> MEMBERS{
 TEST(ShippedFlashTable, ItsPayloadIsTheSourceCellByCell) {
     const std::vector<ROW> rows = read_source();
     ASSERT_GE(rows.size(), 293U);
-    std::string payload = ref::le32(1) + ref::le32(rows.size()) + ref::le32(33);
+    std::string payload = ref::le32(1) + ref::le32(rows.size()) + ref::le32(ref::MEMBERS);
     for (const ROW& row : rows) {
         ASSERT_EQ(row.size(), 33U);
         for (const auto& [member, type] : MEMBERS) {

@@ -217,20 +217,14 @@ TEST_F(PackedPrimitives, DecompressesWhatDeflateCompressesBest) {
 }
 
 TEST_F(PackedPrimitives, MemberNamesAreThoseOfTheRecordInOrder) {
-    const std::array<const char*, 33> names{
-        "manufacturer_name",  "device_name",         "silicon_id",        "memory_id",
-        "memory_id_index",    "memory_type",         "memory_type_index", "mfc_id",
-        "mfc_id_index",       "orvane_id",           "default_dev",       "ini",
-        "extended_mode",      "micron_flow",         "spansion_flow",     "startup_protected",
-        "aai_mode",           "flag_status",         "die_count",         "device_bit_size",
-        "device_sector_byte", "half_size",           "byte4_addressing",  "bulk_erase_time",
-        "sec_erase_time",     "program_utime",       "protection_mask",   "protection_value",
-        "unprotect_value",    "protection_division", "bottom_value",      "sdm_support",
-        "asc_voltage"};
-    ASSERT_EQ(FLASH_PROBE::TOTAL_DATABASE_MEMBER, 33U);
-    for (std::size_t i = 0; i < names.size(); ++i) {
-        EXPECT_EQ(FLASH_PROBE::m_name_list[i], names[i]);
+    ASSERT_EQ(FLASH_PROBE::TOTAL_DATABASE_MEMBER, flash_reference::MEMBERS);
+    for (std::size_t i = 0; i < flash_reference::MEMBERS; ++i) {
+        EXPECT_EQ(FLASH_PROBE::m_name_list[i], flash_reference::COLUMNS[i].name);
     }
+}
+
+TEST(FlashRecord, TakesEightyFiveBytesAndItsTexts) {
+    EXPECT_EQ(flash_reference::empty_record_size(), 85U);
 }
 
 }  // namespace

@@ -1,7 +1,7 @@
 #pragma once
 
 /// \file
-/// The 86 members of a device profile, spelled out one by one.
+/// The members of a device profile as the tests know them: one list, independent of the library's own.
 
 #include <array>
 #include <string>
@@ -13,194 +13,131 @@ namespace dev_info_reference {
 
 using CELLS = std::vector<std::string>;
 
+inline std::string value_text(const std::string& text) {
+    return text;
+}
+inline std::string value_text(bool flag) {
+    return flag ? "1" : "0";
+}
+template <class NUMBER>
+std::string value_text(NUMBER number) {
+    return std::to_string(static_cast<unsigned>(number));
+}
+
 struct COLUMN {
     const char* name;
     const char* kind;
+    std::string (*value)(const PGMDEV_DEVICE_INFO& record);  ///< numbers in decimal, flags as 0 and 1
 };
 
-// clang-format off
-inline constexpr std::array<COLUMN, 86> COLUMNS{{
-    {"family", "DEVID_ENUM"},
-    {"pcf", "DEVID_STR"},
-    {"device", "DEVID_ENUM"},
-    {"part", "DEVID_ENUM"},
-    {"skip_pof_bitstream_conversion", "bool"},
-    {"no_flash_option_for_unvm", "bool"},
-    {"ini_fbgen_flow", "bool"},
-    {"support_legacy_f2p", "bool"},
-    {"support_cpf", "bool"},
-    {"support_ba_flow", "bool"},
-    {"support_ob", "bool"},
-    {"support_download_mode", "bool"},
-    {"support_sld", "bool"},
-    {"support_asc", "bool"},
-    {"support_asc_ini", "STL_STRING"},
-    {"support_remote_local_update", "bool"},
-    {"need_quillon_padding_mask", "bool"},
-    {"support_aes_wo_ini", "bool"},
-    {"unsupported_by_qcd4", "bool"},
-    {"unsupported_by_quillon", "bool"},
-    {"allow_partial_frame", "bool"},
-    {"jtag_program_initialize_in_rti", "bool"},
-    {"issue_apf_disengage", "bool"},
-    {"jtag_program_initialize_microsec", "DWORD"},
-    {"jtag_configuration_prepad_bits", "DWORD"},
-    {"jtag_program_startup_tck", "DWORD"},
-    {"aes_n_fuse_bits", "DWORD"},
-    {"aes_fuse_bit_location", "DWORD"},
-    {"aes_n_nv_key_bits", "DWORD"},
-    {"aes_n_v_key_bits", "DWORD"},
-    {"aes_n_verify_bits", "DWORD"},
-    {"n_iv_bits", "DWORD"},
-    {"ekp_alg_family", "ENUM"},
-    {"ps_cmp_dclk_ratio", "BYTE"},
-    {"fpp_cmp_dclk_ratio", "BYTE"},
-    {"fppx16_cmp_dclk_ratio", "BYTE"},
-    {"fppx32_cmp_dclk_ratio", "BYTE"},
-    {"cmp_fbgen_start_block", "ENUM"},
-    {"cmp_fbgen_end_block", "ENUM"},
-    {"cmp_end_padding_alignement", "DWORD"},
-    {"cmp_end_pad_with_one", "bool"},
-    {"support_prpof", "bool"},
-    {"need_factory_instr", "bool"},
-    {"need_config_io_instr", "bool"},
-    {"n_tck_ticks_after_config_io", "DWORD"},
-    {"advanced_family", "bool"},
-    {"as_cb_hold_time_issue", "bool"},
-    {"as_cb_4byte_addressing", "bool"},
-    {"as_read_in_two_steps", "bool"},
-    {"as_second_offset_addr", "DWORD"},
-    {"asx1_second_offset_extra_bytes", "DWORD"},
-    {"asx4_second_offset_extra_bytes", "DWORD"},
-    {"asc_dummy_cycle", "BYTE"},
-    {"spi_dummy_clk_x1_128mb", "BYTE"},
-    {"spi_dummy_clk_x1_256mb", "BYTE"},
-    {"spi_dummy_clk_x4_128mb", "BYTE"},
-    {"spi_dummy_clk_x4_256mb", "BYTE"},
-    {"supported_max_cascaded_asc_count", "DWORD"},
-    {"as_minimum_flash_density", "DWORD"},
-    {"skip_fbgen", "bool"},
-    {"cfg_dev", "STL_STRING"},
-    {"cvp_post_iocsr_padding_cbws", "DWORD"},
-    {"hps_post_iocsr_padding_cbws", "DWORD"},
-    {"cvp_pre_core_padding_cbws", "DWORD"},
-    {"cvp_pre_cmp_core_padding_cbws", "DWORD"},
-    {"cvp_pre_enc_core_padding_cbws", "DWORD"},
-    {"fbgen_cvp_core_start_block", "ENUM"},
-    {"fbgen_hps_core_start_block", "ENUM"},
-    {"support_ru_cvp", "bool"},
-    {"support_ru_hps", "bool"},
-    {"support_fi", "bool"},
-    {"fi_program_twice", "bool"},
-    {"use_sdm", "bool"},
-    {"flash_width_bits", "DWORD"},
-    {"default_prog_mode", "ENUM"},
-    {"cmf_flash_block_size", "DWORD"},
-    {"asc_voltage", "STL_STRING"},
-    {"support_sdmmc", "bool"},
-    {"support_vab", "bool"},
-    {"support_sdos", "bool"},
-    {"use_subidcode", "bool"},
-    {"dummy_string", "STL_STRING"},
-    {"dummy_byte", "BYTE"},
-    {"dummy_word", "WORD"},
-    {"dummy_dword", "DWORD"},
-    {"dummy_bool", "bool"},
-}};
+#define MEMBER(name, kind)                                                          \
+    COLUMN {                                                                        \
+#name, kind, [](const PGMDEV_DEVICE_INFO& r) { return value_text(r.name); } \
+    }
 
-/// The members of a record as texts: numbers in decimal, flags as 0 and 1.
-inline CELLS values(const PGMDEV_DEVICE_INFO& r) {
-    const auto number = [](auto value) { return std::to_string(static_cast<unsigned long>(static_cast<unsigned>(value))); };
-    const auto flag = [](bool value) { return std::string(value ? "1" : "0"); };
-    return {
-            number(r.family),
-            r.pcf,
-            number(r.device),
-            number(r.part),
-            flag(r.skip_pof_bitstream_conversion),
-            flag(r.no_flash_option_for_unvm),
-            flag(r.ini_fbgen_flow),
-            flag(r.support_legacy_f2p),
-            flag(r.support_cpf),
-            flag(r.support_ba_flow),
-            flag(r.support_ob),
-            flag(r.support_download_mode),
-            flag(r.support_sld),
-            flag(r.support_asc),
-            r.support_asc_ini,
-            flag(r.support_remote_local_update),
-            flag(r.need_quillon_padding_mask),
-            flag(r.support_aes_wo_ini),
-            flag(r.unsupported_by_qcd4),
-            flag(r.unsupported_by_quillon),
-            flag(r.allow_partial_frame),
-            flag(r.jtag_program_initialize_in_rti),
-            flag(r.issue_apf_disengage),
-            number(r.jtag_program_initialize_microsec),
-            number(r.jtag_configuration_prepad_bits),
-            number(r.jtag_program_startup_tck),
-            number(r.aes_n_fuse_bits),
-            number(r.aes_fuse_bit_location),
-            number(r.aes_n_nv_key_bits),
-            number(r.aes_n_v_key_bits),
-            number(r.aes_n_verify_bits),
-            number(r.n_iv_bits),
-            number(r.ekp_alg_family),
-            number(r.ps_cmp_dclk_ratio),
-            number(r.fpp_cmp_dclk_ratio),
-            number(r.fppx16_cmp_dclk_ratio),
-            number(r.fppx32_cmp_dclk_ratio),
-            number(r.cmp_fbgen_start_block),
-            number(r.cmp_fbgen_end_block),
-            number(r.cmp_end_padding_alignement),
-            flag(r.cmp_end_pad_with_one),
-            flag(r.support_prpof),
-            flag(r.need_factory_instr),
-            flag(r.need_config_io_instr),
-            number(r.n_tck_ticks_after_config_io),
-            flag(r.advanced_family),
-            flag(r.as_cb_hold_time_issue),
-            flag(r.as_cb_4byte_addressing),
-            flag(r.as_read_in_two_steps),
-            number(r.as_second_offset_addr),
-            number(r.asx1_second_offset_extra_bytes),
-            number(r.asx4_second_offset_extra_bytes),
-            number(r.asc_dummy_cycle),
-            number(r.spi_dummy_clk_x1_128mb),
-            number(r.spi_dummy_clk_x1_256mb),
-            number(r.spi_dummy_clk_x4_128mb),
-            number(r.spi_dummy_clk_x4_256mb),
-            number(r.supported_max_cascaded_asc_count),
-            number(r.as_minimum_flash_density),
-            flag(r.skip_fbgen),
-            r.cfg_dev,
-            number(r.cvp_post_iocsr_padding_cbws),
-            number(r.hps_post_iocsr_padding_cbws),
-            number(r.cvp_pre_core_padding_cbws),
-            number(r.cvp_pre_cmp_core_padding_cbws),
-            number(r.cvp_pre_enc_core_padding_cbws),
-            number(r.fbgen_cvp_core_start_block),
-            number(r.fbgen_hps_core_start_block),
-            flag(r.support_ru_cvp),
-            flag(r.support_ru_hps),
-            flag(r.support_fi),
-            flag(r.fi_program_twice),
-            flag(r.use_sdm),
-            number(r.flash_width_bits),
-            number(r.default_prog_mode),
-            number(r.cmf_flash_block_size),
-            r.asc_voltage,
-            flag(r.support_sdmmc),
-            flag(r.support_vab),
-            flag(r.support_sdos),
-            flag(r.use_subidcode),
-            r.dummy_string,
-            number(r.dummy_byte),
-            number(r.dummy_word),
-            number(r.dummy_dword),
-            flag(r.dummy_bool),
-    };
-}
+// clang-format off
+inline constexpr std::array COLUMNS{
+    MEMBER(family, "DEVID_ENUM"),
+    MEMBER(pcf, "DEVID_STR"),
+    MEMBER(device, "DEVID_ENUM"),
+    MEMBER(part, "DEVID_ENUM"),
+    MEMBER(skip_pof_bitstream_conversion, "bool"),
+    MEMBER(no_flash_option_for_unvm, "bool"),
+    MEMBER(ini_fbgen_flow, "bool"),
+    MEMBER(support_legacy_f2p, "bool"),
+    MEMBER(support_cpf, "bool"),
+    MEMBER(support_ba_flow, "bool"),
+    MEMBER(support_ob, "bool"),
+    MEMBER(support_download_mode, "bool"),
+    MEMBER(support_sld, "bool"),
+    MEMBER(support_asc, "bool"),
+    MEMBER(support_asc_ini, "STL_STRING"),
+    MEMBER(support_remote_local_update, "bool"),
+    MEMBER(need_quillon_padding_mask, "bool"),
+    MEMBER(support_aes_wo_ini, "bool"),
+    MEMBER(unsupported_by_qcd4, "bool"),
+    MEMBER(unsupported_by_quillon, "bool"),
+    MEMBER(allow_partial_frame, "bool"),
+    MEMBER(jtag_program_initialize_in_rti, "bool"),
+    MEMBER(issue_apf_disengage, "bool"),
+    MEMBER(jtag_program_initialize_microsec, "DWORD"),
+    MEMBER(jtag_configuration_prepad_bits, "DWORD"),
+    MEMBER(jtag_program_startup_tck, "DWORD"),
+    MEMBER(aes_n_fuse_bits, "DWORD"),
+    MEMBER(aes_fuse_bit_location, "DWORD"),
+    MEMBER(aes_n_nv_key_bits, "DWORD"),
+    MEMBER(aes_n_v_key_bits, "DWORD"),
+    MEMBER(aes_n_verify_bits, "DWORD"),
+    MEMBER(n_iv_bits, "DWORD"),
+    MEMBER(ekp_alg_family, "ENUM"),
+    MEMBER(ps_cmp_dclk_ratio, "BYTE"),
+    MEMBER(fpp_cmp_dclk_ratio, "BYTE"),
+    MEMBER(fppx16_cmp_dclk_ratio, "BYTE"),
+    MEMBER(fppx32_cmp_dclk_ratio, "BYTE"),
+    MEMBER(cmp_fbgen_start_block, "ENUM"),
+    MEMBER(cmp_fbgen_end_block, "ENUM"),
+    MEMBER(cmp_end_padding_alignement, "DWORD"),
+    MEMBER(cmp_end_pad_with_one, "bool"),
+    MEMBER(support_prpof, "bool"),
+    MEMBER(need_factory_instr, "bool"),
+    MEMBER(need_config_io_instr, "bool"),
+    MEMBER(n_tck_ticks_after_config_io, "DWORD"),
+    MEMBER(advanced_family, "bool"),
+    MEMBER(as_cb_hold_time_issue, "bool"),
+    MEMBER(as_cb_4byte_addressing, "bool"),
+    MEMBER(as_read_in_two_steps, "bool"),
+    MEMBER(as_second_offset_addr, "DWORD"),
+    MEMBER(asx1_second_offset_extra_bytes, "DWORD"),
+    MEMBER(asx4_second_offset_extra_bytes, "DWORD"),
+    MEMBER(asc_dummy_cycle, "BYTE"),
+    MEMBER(spi_dummy_clk_x1_128mb, "BYTE"),
+    MEMBER(spi_dummy_clk_x1_256mb, "BYTE"),
+    MEMBER(spi_dummy_clk_x4_128mb, "BYTE"),
+    MEMBER(spi_dummy_clk_x4_256mb, "BYTE"),
+    MEMBER(supported_max_cascaded_asc_count, "DWORD"),
+    MEMBER(as_minimum_flash_density, "DWORD"),
+    MEMBER(skip_fbgen, "bool"),
+    MEMBER(cfg_dev, "STL_STRING"),
+    MEMBER(cvp_post_iocsr_padding_cbws, "DWORD"),
+    MEMBER(hps_post_iocsr_padding_cbws, "DWORD"),
+    MEMBER(cvp_pre_core_padding_cbws, "DWORD"),
+    MEMBER(cvp_pre_cmp_core_padding_cbws, "DWORD"),
+    MEMBER(cvp_pre_enc_core_padding_cbws, "DWORD"),
+    MEMBER(fbgen_cvp_core_start_block, "ENUM"),
+    MEMBER(fbgen_hps_core_start_block, "ENUM"),
+    MEMBER(support_ru_cvp, "bool"),
+    MEMBER(support_ru_hps, "bool"),
+    MEMBER(support_fi, "bool"),
+    MEMBER(fi_program_twice, "bool"),
+    MEMBER(use_sdm, "bool"),
+    MEMBER(flash_width_bits, "DWORD"),
+    MEMBER(default_prog_mode, "ENUM"),
+    MEMBER(cmf_flash_block_size, "DWORD"),
+    MEMBER(asc_voltage, "STL_STRING"),
+    MEMBER(support_sdmmc, "bool"),
+    MEMBER(support_vab, "bool"),
+    MEMBER(support_sdos, "bool"),
+    MEMBER(use_subidcode, "bool"),
+    MEMBER(dummy_string, "STL_STRING"),
+    MEMBER(dummy_byte, "BYTE"),
+    MEMBER(dummy_word, "WORD"),
+    MEMBER(dummy_dword, "DWORD"),
+    MEMBER(dummy_bool, "bool"),
+};
 // clang-format on
+
+#undef MEMBER
+
+inline constexpr std::size_t MEMBERS = COLUMNS.size();
+static_assert(MEMBERS == 86);
+
+/// The members of a record as texts.
+inline CELLS values(const PGMDEV_DEVICE_INFO& r) {
+    CELLS all;
+    for (const COLUMN& column : COLUMNS) {
+        all.push_back(column.value(r));
+    }
+    return all;
+}
 
 }  // namespace dev_info_reference

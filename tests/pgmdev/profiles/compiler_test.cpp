@@ -138,12 +138,12 @@ TEST_F(DevInfoCompiler, EveryRowHasOneKey) {
     rows[3][ref::FAMILY] = "";
     EXPECT_EQ(compile(rows), ROW_COUNT);
     rows = ref::rows();
-    rows.push_back(CELLS(86));
+    rows.push_back(CELLS(ref::MEMBERS));
     EXPECT_EQ(compile(rows), "status");  // 78 rows stand before it
 }
 
 TEST_F(DevInfoCompiler, TheTypeRowIsComparedExactly) {
-    for (std::size_t i = 0; i < 86; ++i) {
+    for (std::size_t i = 0; i < ref::MEMBERS; ++i) {
         CELLS types = ref::type_row();
         types[i] = types[i] == "bool" ? "BOOL" : types[i] == "BYTE" ? "byte" : types[i] + " ";
         if (types[i].back() == ' ') {
@@ -159,7 +159,7 @@ TEST_F(DevInfoCompiler, TheNameRowIsComparedInAnyCase) {
     const std::size_t end = text.find('\n', begin);
     const std::string names = text.substr(begin, end - begin);
     EXPECT_EQ(compile(text.replace(begin, end - begin, ref::in_capitals(names))), "(no report)");
-    for (std::size_t i = 0; i < 86; ++i) {
+    for (std::size_t i = 0; i < ref::MEMBERS; ++i) {
         CELLS wrong = ref::name_row();
         wrong[i] += "_";
         EXPECT_EQ(compile(ref::joined(ref::type_row()) + "\n" + ref::joined(wrong)), "temp == m_db_name_list[i]");
@@ -181,14 +181,14 @@ TEST_F(DevInfoCompiler, EveryLineHas86Cells) {
 TEST_F(DevInfoCompiler, WhiteSpaceAroundLinesAndBlankLinesDoNotCount) {
     std::vector<CELLS> rows = ref::rows();
     for (CELLS& row : rows) {
-        row[85] = "FALSE";  // trimming would take trailing tabs
+        row.back() = "FALSE";  // trimming would take trailing tabs
     }
     std::string text = "\n \t\r\n";
     for (const char c : ref::source(rows)) {
         text += c == '\n' ? " \r\n\v\n" : std::string(1, c);
     }
     EXPECT_EQ(compile(text.substr(0, text.size() - 5)), "(no report)");
-    EXPECT_EQ(body().substr(0, 12), ref::le32(1) + ref::le32(78) + ref::le32(86));
+    EXPECT_EQ(body().substr(0, 12), ref::le32(1) + ref::le32(78) + ref::le32(ref::MEMBERS));
 }
 
 TEST_F(DevInfoCompiler, LinesHaveAtMost10240Characters) {
@@ -323,7 +323,7 @@ TEST_F(DevInfoCompiler, DumpAndPrintTableWriteIntoBareBuffers) {
     DWORD index = 2;
     manager.dump_to_database(&data, index, row);
     EXPECT_EQ(std::string(buffer.begin() + 2, buffer.begin() + index) + "END1", ref::record(row));
-    EXPECT_REPORT(manager.dump_to_database(&data, index, CELLS(85)), CELL_COUNT);
+    EXPECT_REPORT(manager.dump_to_database(&data, index, CELLS(ref::MEMBERS - 1)), CELL_COUNT);
 
     buffer.resize(manager.get_table_size());
     data = buffer.data();

@@ -115,7 +115,7 @@ TEST_F(DevInfoDamage, EveryCutOfTheRecordSection) {
 TEST_F(DevInfoDamage, EveryCutOfTheLastRecordOfABodyWithoutTables) {
     const std::string record = ref::record(ref::sample());
     const std::size_t before = m_tables.size() / record.size() + 1;
-    std::string body = ref::le32(1) + ref::le32(before + 1) + ref::le32(86);
+    std::string body = ref::le32(1) + ref::le32(before + 1) + ref::le32(ref::MEMBERS);
     for (std::size_t i = 0; i < before; ++i) {
         body += record;
     }
@@ -134,23 +134,23 @@ TEST_F(DevInfoDamage, TheHead) {
     for (const unsigned long version : {0UL, 2UL, 256UL, 0xFFFFFFFFUL}) {
         EXPECT_EQ(head(version, 0, 0), "Mismatch version between device file and reader");
     }
-    EXPECT_EQ(head(1, 0, 86), "m_device_count > 0 && m_type_count > 0");
+    EXPECT_EQ(head(1, 0, ref::MEMBERS), "m_device_count > 0 && m_type_count > 0");
     EXPECT_EQ(head(1, 2, 0), "m_device_count > 0 && m_type_count > 0");
     EXPECT_EQ(head(1, 2, 1), "(no report)");  // the member count is not compared
-    EXPECT_EQ(head(1, 1, 86), "data[index++] == 'E'");
+    EXPECT_EQ(head(1, 1, ref::MEMBERS), "data[index++] == 'E'");
     for (const unsigned long count : {3UL, 1UL << 20, 0xFFFFFFFFUL}) {  // and no memory is taken for the promise
-        EXPECT_EQ(head(1, count, 86),
+        EXPECT_EQ(head(1, count, ref::MEMBERS),
                   "type == PGMDEV_MANAGER_DEVID_ENUM || type == PGMDEV_MANAGER_DWORD || type == PGMDEV_MANAGER_ENUM");
     }
 }
 
 TEST_F(DevInfoDamage, EachOfTheTags) {
     const ref::CELLS sample = ref::sample();
-    for (std::size_t damaged = 0; damaged < 86; ++damaged) {
+    for (std::size_t damaged = 0; damaged < ref::MEMBERS; ++damaged) {
         const char own = ref::field(damaged, sample[damaged])[0];
         for (const int tag : {0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 128, 255}) {
-            std::string records = ref::le32(1) + ref::le32(1) + ref::le32(86);
-            for (std::size_t i = 0; i < 86; ++i) {
+            std::string records = ref::le32(1) + ref::le32(1) + ref::le32(ref::MEMBERS);
+            for (std::size_t i = 0; i < ref::MEMBERS; ++i) {
                 const std::string field = ref::field(i, sample[i]);
                 records += i == damaged ? static_cast<char>(tag) + field.substr(1) : field;
             }
@@ -172,7 +172,7 @@ TEST_F(DevInfoDamage, EachOfTheTags) {
 }
 
 TEST_F(DevInfoDamage, TheMarkers) {
-    const std::string head = ref::le32(1) + ref::le32(1) + ref::le32(86);
+    const std::string head = ref::le32(1) + ref::le32(1) + ref::le32(ref::MEMBERS);
     std::string record = ref::record(ref::sample());
     record.resize(record.size() - 4);
     const std::vector<std::pair<const char*, const char*>> markers{

@@ -112,7 +112,7 @@ inline std::string record(const CELLS& cells) {
 
 /// The body up to the index tables.
 inline std::string records(const std::vector<CELLS>& rows) {
-    std::string bytes = le32(1) + le32(rows.size()) + le32(86);
+    std::string bytes = le32(1) + le32(rows.size()) + le32(MEMBERS);
     for (const CELLS& row : rows) {
         bytes += record(row);
     }
@@ -160,7 +160,7 @@ inline CELLS sample(const std::string& family = "KESTREL") {
 
 /// A row with no more than a key.
 inline CELLS bare(std::size_t key, const std::string& cell) {
-    CELLS row(86);
+    CELLS row(MEMBERS);
     row[key] = cell;
     return row;
 }

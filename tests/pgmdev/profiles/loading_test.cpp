@@ -85,7 +85,7 @@ TEST_F(DevInfoLoading, TheConstructorLoadsTheDatabaseOfTheDirectory) {
     EXPECT_EQ(manager.m_csv_memory_size, ref::records(m_rows).size());
     for (std::size_t row = 0; row < m_rows.size(); ++row) {
         const std::vector<std::string> values = ref::values(manager.get_device_database()[row]);
-        for (std::size_t i = 0; i < 86; ++i) {
+        for (std::size_t i = 0; i < ref::MEMBERS; ++i) {
             EXPECT_EQ(values[i], ref::value(i, m_rows[row][i])) << row << " " << ref::COLUMNS[i].name;
         }
     }
@@ -98,7 +98,7 @@ TEST_F(DevInfoLoading, NamesAndKindsOfTheMembers) {
     const std::map<std::string, int> kinds{{"DEVID_ENUM", 0}, {"DEVID_STR", 1}, {"STL_STRING", 2}, {"bool", 3},
                                            {"BYTE", 4},       {"WORD", 5},      {"DWORD", 6},      {"ENUM", 7}};
     ASSERT_EQ(PGMDEV_DEVICE_INFO_MEMBERS.size(), 86U);
-    for (std::size_t i = 0; i < 86; ++i) {
+    for (std::size_t i = 0; i < ref::MEMBERS; ++i) {
         EXPECT_EQ(DEV_INFO_PROBE::m_db_name_list[i], ref::COLUMNS[i].name);
         EXPECT_EQ(PGMDEV_DEVICE_INFO_MEMBERS[i].name, ref::COLUMNS[i].name);
         EXPECT_EQ(PGMDEV_DEVICE_INFO_MEMBERS[i].kind, kinds.at(ref::COLUMNS[i].kind));

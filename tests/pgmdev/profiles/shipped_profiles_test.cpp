@@ -131,7 +131,7 @@ TEST(ShippedProfiles, EveryFamilyDeviceAndPartIsLookedUp) {
     }
     for (std::size_t row = 0; row < rows.size(); ++row) {
         const std::vector<std::string> values = ref::values(manager.get_device_database()[row]);
-        for (std::size_t i = 0; i < 86; ++i) {
+        for (std::size_t i = 0; i < ref::MEMBERS; ++i) {
             EXPECT_EQ(values[i], ref::value(i, rows[row][i])) << row << " " << ref::COLUMNS[i].name;
         }
     }

@@ -100,7 +100,7 @@ TEST_F(UserFlashLoading, RefusesTextsOfAnotherForm) {
 
 TEST_F(UserFlashLoading, NeedsThirtyFourMarks) {
     const std::string body = ref::body();
-    const std::string cut = body.substr(0, body.size() - 1);  // 33 of them
+    const std::string cut = body.substr(0, body.size() - 1);  // one short
     EXPECT_EQ(parse_text(ref::sealed(cut)), CLEARED);
     parse_text(ref::sealed(cut), true);
     EXPECT_NE(m_printed.find("Status 31 : 1\nStatus 32 : 0\n"), std::string::npos);
@@ -194,7 +194,7 @@ TEST_F(UserFlashLoading, RefusesThePasswordOfAnotherBuild) {
 
 std::string statuses() {
     std::string lines;
-    for (int i = 0; i < 33; ++i) {
+    for (int i = 0; i < static_cast<int>(flash_reference::MEMBERS); ++i) {
         lines += "Status " + std::to_string(i) + " : 1\n";
     }
     return lines;
@@ -245,10 +245,10 @@ TEST_F(UserFlashLoading, ListsTheRecordWhenAskedToPrint) {
     }
     const SETTING setting(ref::KEY, ref::encoded(ref::sealed(ref::body())));
     manager.parse_ext_flash_info();
-    EXPECT_EQ(lines, 33);
+    EXPECT_EQ(lines, static_cast<int>(flash_reference::MEMBERS));
     manager.m_print_on_load = 0;
     manager.parse_ext_flash_info();
-    EXPECT_EQ(lines, 33);
+    EXPECT_EQ(lines, static_cast<int>(flash_reference::MEMBERS));
     msg_set_debug_sink(previous);
 }
 

@@ -1,0 +1,144 @@
+#pragma once
+
+/// \file
+/// Records as cells and as bytes: cells become records, records become bytes, and bytes records, all of it as loops over
+/// the record's member table.
+
+#include <algorithm>
+#include <string>
+#include <type_traits>
+#include <variant>
+#include <vector>
+
+#include "packed/codec.h"
+#include "packed/format.h"
+#include "records/cells.h"
+#include "records/fields.h"
+#include "report.h"
+
+/// What is particular to the records of a database; each database specialises it with
+/// - MEMBERS, the member table;
+/// - FORMAT, its packed encoding;
+/// - SYNTAX, that of its cells;
+/// - WRONG_CELL_COUNT, the condition that a row with too few or too many cells breaks.
+template <class RECORD>
+struct RECORD_SCHEMA;
+
+template <class RECORD>
+class RECORD_CODEC {
+    using SCHEMA = RECORD_SCHEMA<RECORD>;
+    static constexpr const auto& MEMBERS = SCHEMA::MEMBERS;
+    using MEMBER = std::remove_cvref_t<decltype(MEMBERS[0])>;
+    static_assert(field_count<RECORD>() == MEMBERS.size(), "a field of the record has no row in the member table");
+
+public:
+    using CELLS = std::vector<std::string>;
+
+    /// Bytes of a record besides the characters of its texts: a tag for each member, the values of fixed size, a length
+    /// byte for each text, and "END1".
+    static constexpr DWORD FIXED_SIZE = [] {
+        constexpr std::array<DWORD, 8> VALUE_SIZES{4, 1, 1, 1, 1, 2, 4, 4};  // by kind
+        DWORD size = PACKED_MARKER_SIZE;
+        for (const MEMBER& member : MEMBERS) {
+            size += 1 + VALUE_SIZES[member.kind];
+        }
+        return size;
+    }();
+
+    /// The most records, the last one possibly cut, that a body of `size` bytes can hold.
+    static QWORD most_records_in(QWORD size) {
+        return size < PACKED_BODY_HEAD_SIZE ? 0 : (size - PACKED_BODY_HEAD_SIZE) / FIXED_SIZE + 1;
+    }
+
+    /// The bytes that a row of cells takes as a record, with the marker behind it.
+    static QWORD packed_size(const CELLS& cells) {
+        QWORD size = FIXED_SIZE;
+        for (std::size_t i = 0; i < MEMBERS.size(); ++i) {
+            size += is_text(MEMBERS[i].kind) ? cells[i].size() : 0;
+        }
+        return size;
+    }
+
+    /// Takes a member from its cell: null, or the condition that the cell breaks.
+    static const char* take(const MEMBER& member, const std::string& cell, RECORD& record) {
+        return std::visit(
+            [&](auto field) -> const char* {
+                auto& value = record.*field;
+                using VALUE = std::remove_reference_t<decltype(value)>;
+                if constexpr (std::is_same_v<VALUE, std::string>) {
+                    return take_text(SCHEMA::SYNTAX, cell, value);
+                } else if constexpr (std::is_same_v<VALUE, bool>) {
+                    return take_bool(SCHEMA::SYNTAX, cell, value);
+                } else {
+                    DWORD number = 0;
+                    const char* condition = is_named(member.kind)
+                                                ? take_name(SCHEMA::SYNTAX, member.name, member.kind, cell, number)
+                                                : take_number(SCHEMA::SYNTAX, cell, number);
+                    value = static_cast<VALUE>(number);
+                    return condition;
+                }
+            },
+            member.field);
+    }
+
+    /// Writes the members of a record, without the marker behind it.
+    static void write(PACKED_WRITER& writer, const RECORD& record) {
+        for (const MEMBER& member : MEMBERS) {
+            write_member(writer, member, record);
+        }
+    }
+
+    /// Writes a row of cells likewise, cell by cell. There must be one for each member; the first that breaks its
+    /// condition is reported.
+    static void write_cells(PACKED_WRITER& writer, const CELLS& cells) {
+        PGMDEV_REQUIRE(cells.size() == MEMBERS.size(), SCHEMA::WRONG_CELL_COUNT, SCHEMA::FORMAT.file);
+        RECORD record;
+        for (std::size_t i = 0; i < cells.size(); ++i) {
+            const char* condition = take(MEMBERS[i], cells[i], record);
+            PGMDEV_REQUIRE(condition == nullptr, condition, SCHEMA::FORMAT.file);
+            write_member(writer, MEMBERS[i], record);
+        }
+    }
+
+    /// Reads the members of a record, without the marker behind it.
+    static void read(PACKED_READER& reader, RECORD& record) {
+        for (const MEMBER& member : MEMBERS) {
+            std::visit(
+                [&](auto field) {
+                    auto& value = record.*field;
+                    using VALUE = std::remove_reference_t<decltype(value)>;
+                    if constexpr (std::is_same_v<VALUE, std::string>) {
+                        value = reader.get_string(true);
+                    } else if constexpr (std::is_same_v<VALUE, bool>) {
+                        value = reader.get_bool();
+                    } else if constexpr (std::is_same_v<VALUE, BYTE>) {
+                        value = reader.get_byte();
+                    } else if constexpr (std::is_same_v<VALUE, WORD>) {
+                        value = reader.get_word();
+                    } else {
+                        value = static_cast<VALUE>(reader.get_dword());
+                    }
+                },
+                member.field);
+        }
+    }
+
+private:
+    static void write_member(PACKED_WRITER& writer, const MEMBER& member, const RECORD& record) {
+        std::visit(
+            [&](auto field) {
+                const auto& value = record.*field;
+                using VALUE = std::remove_cvref_t<decltype(value)>;
+                if constexpr (std::is_same_v<VALUE, std::string>) {
+                    writer.put_string(member.kind, value);
+                } else if constexpr (std::is_same_v<VALUE, bool>) {
+                    writer.put_bool(value);
+                } else if (is_named(member.kind)) {
+                    writer.put_enum(static_cast<DWORD>(value));
+                } else {
+                    writer.put_number(static_cast<DWORD>(value), sizeof(VALUE));
+                }
+            },
+            member.field);
+    }
+};

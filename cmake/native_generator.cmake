@@ -17,6 +17,6 @@ if(CMAKE_CROSSCOMPILING AND NOT PGMDEV_DDB_GENERATOR)
     BUILD_BYPRODUCTS ${native_generator}
     INSTALL_COMMAND "")
   file(GLOB sources CONFIGURE_DEPENDS
-    ${PROJECT_SOURCE_DIR}/tools/ddb_generator/* ${PROJECT_SOURCE_DIR}/host/h/*.h ${PROJECT_SOURCE_DIR}/host/src/*.h)
+    ${PROJECT_SOURCE_DIR}/tools/ddb_generator/* ${PROJECT_SOURCE_DIR}/host/h/*.h ${PROJECT_SOURCE_DIR}/tables/*)
   ExternalProject_Add_StepDependencies(native_generator build ${sources})
 endif()

@@ -9,9 +9,9 @@
 
 #include "catalog.h"
 #include "data_set.h"
+#include "generated_texts.h"
 #include "grammar.h"
 #include "host_tables.h"
-#include "sources.h"
 
 namespace {
 
@@ -80,9 +80,9 @@ void print_summary(const CATALOG& catalog, const GRAMMAR& grammar, std::ostream&
            << " ordering names, " << codes << " ordering codes in " << catalog.ordering_entries
            << " entries\nfree from: part " << catalog.last_part + 1 << ", ordering-code index "
            << catalog.last_ordering_index + 1 << "\ngrammar (keys/entries):";
-    for (std::size_t table = 0; table < GRAMMAR_TABLES; ++table) {
+    for (std::size_t table = 0; table < GRAMMAR_TABLE_COUNT; ++table) {
         output << (table == 0 ? " " : ", ") << grammar[table].size() << "/"
-               << entry_count(grammar, static_cast<GRAMMAR_TABLE>(table));
+               << entry_count(grammar, static_cast<GRAMMAR_TABLE_ID>(table));
     }
     output << '\n';
 }

@@ -1,4 +1,4 @@
-#include "sources.h"
+#include "generated_texts.h"
 
 #include <algorithm>
 #include <cstdio>
@@ -64,16 +64,16 @@ std::string row_literal(const std::array<char, NAME_ROW_SIZE>& row) {
     return literal + "\",\n";
 }
 
-std::string names_source(const std::string& kind, const NAMES& names) {
-    return number_array("const std::uint32_t " + kind + "_NAMES[]", names.addresses) +
-           number_array("const std::uint16_t " + kind + "_ALIASES[]", names.aliases) +
-           number_array("const std::uint16_t " + kind + "_SLOTS[]", names.slots);
+std::string names_source(const std::string& prefix, const NUMBERED_NAMES& names) {
+    return number_array("const std::uint32_t " + prefix + "_NAMES[]", names.addresses) +
+           number_array("const std::uint16_t " + prefix + "_ALIASES[]", names.aliases) +
+           number_array("const std::uint16_t " + prefix + "_SLOTS[]", names.slots);
 }
 
-std::string names_initialiser(const std::string& kind, const NAMES& names) {
+std::string names_initialiser(const std::string& prefix, const NUMBERED_NAMES& names) {
     const NAME_TABLE table = names.table();
-    return "    {" + kind + "_NAMES, " + std::to_string(table.count) + ", " + kind + "_ALIASES, " + kind + "_SLOTS, " +
-           std::to_string(table.slot_mask) + "},\n";
+    return "    {" + prefix + "_NAMES, " + std::to_string(table.count) + ", " + prefix + "_ALIASES, " + prefix +
+           "_SLOTS, " + std::to_string(table.slot_mask) + "},\n";
 }
 
 std::string facts_source(const std::string& declaration, const std::vector<FACT_TEXTS>& facts) {

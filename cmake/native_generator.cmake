@@ -1,4 +1,4 @@
-# The generator of the device catalog runs while building. A cross build makes one for the build machine first, in a
+# The generator of the compiled-in data runs while building. A cross build makes one for the build machine first, in a
 # build tree of its own, unless PGMDEV_DDB_GENERATOR names one.
 
 set(PGMDEV_DDB_GENERATOR "" CACHE FILEPATH
@@ -17,6 +17,7 @@ if(CMAKE_CROSSCOMPILING AND NOT PGMDEV_DDB_GENERATOR)
     BUILD_BYPRODUCTS ${native_generator}
     INSTALL_COMMAND "")
   file(GLOB sources CONFIGURE_DEPENDS
-    ${PROJECT_SOURCE_DIR}/tools/ddb_generator/* ${PROJECT_SOURCE_DIR}/host/h/*.h ${PROJECT_SOURCE_DIR}/host/src/*.h)
+    ${PROJECT_SOURCE_DIR}/tools/ddb_generator/* ${PROJECT_SOURCE_DIR}/tables/* ${PROJECT_SOURCE_DIR}/h/*.h
+    ${PROJECT_SOURCE_DIR}/host/h/*.h)
   ExternalProject_Add_StepDependencies(native_generator build ${sources})
 endif()

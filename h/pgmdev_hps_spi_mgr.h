@@ -31,10 +31,10 @@ struct PGMDEV_EXPORT PGMDEV_HPS_SPI_STRUCTURE {
     QWORD device_bit_size = 0;      ///< capacity in bits
     DWORD device_sector_byte = 0;   ///< erase sector size in bytes
     DWORD page_byte = 0;            ///< program page size in bytes
-    DWORD bulk_erase_time = 0;      ///< erase time of the whole device
+    DWORD bulk_erase_time = 0;      ///< longest erase time of the whole device, in seconds
     DWORD code_a = 0;               ///< passed through to the callers
     DWORD code_b = 0;               ///< passed through to the callers
-    DWORD sec_erase_time = 0;       ///< erase time of a sector
+    DWORD sec_erase_time = 0;       ///< longest erase time of a sector, in milliseconds
     DWORD code_c = 0;               ///< passed through to the callers
     DWORD die_count = 0;            ///< dies in the package
     bool flag_a = false;            ///< passed through to the callers

@@ -13,8 +13,13 @@ TEST(Generator, ExplainsItself) {
     EXPECT_EQ(help.result, 0);
     EXPECT_NE(help.output.find("Usage: ddb_generator --check CATALOG"), std::string::npos);
     EXPECT_EQ(help.errors, "");
-    for (const std::vector<std::string>& arguments :
-         std::vector<std::vector<std::string>>{{}, {"catalog"}, {"--check"}, {"a", "b", "c"}, {"--x", "b", "c", "d"}}) {
+    for (const std::vector<std::string>& arguments : std::vector<std::vector<std::string>>{{},
+                                                                                           {"catalog"},
+                                                                                           {"--check"},
+                                                                                           {"a", "b", "c"},
+                                                                                           {"--x", "b", "c", "d"},
+                                                                                           {"--hps", "b"},
+                                                                                           {"--check-hps", "b", "c"}}) {
         const GENERATOR_RUN wrong = run(arguments);
         EXPECT_EQ(wrong.result, 2);
         EXPECT_EQ(wrong.errors, help.output);

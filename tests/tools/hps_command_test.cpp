@@ -98,22 +98,21 @@ TEST(hps_command, Kinds) {
 TEST(hps_command, BuiltInLists) {
     const HPS_DIRECTORY directory;
     const JSON nand = directory.json({"hps", "nand"});
-    ASSERT_EQ(nand.size(), 10U);
+    ASSERT_GE(nand.size(), 10U);
     EXPECT_EQ(nand[9], (JSON{{"index", 9},
                              {"manufacturer_id", 1},
                              {"device_id", 0xCC},
                              {"device_byte_size", 0x20000000},
                              {"user", false}}));
     const JSON spi = directory.json({"hps", "spi"});
-    ASSERT_EQ(spi.size(), 27U);
-    EXPECT_EQ(keys_of(spi[26]), keys_of(spi_object(0, "")));
-    EXPECT_EQ(spi[26].at("manufacturer_name"), "GIGADEVICE");
-    EXPECT_EQ(spi[26].at("user"), false);
-    EXPECT_EQ(lines_of(directory.run({"hps", "nand"}).output).size(), 11U);
+    EXPECT_EQ(keys_of(spi.at(0)), keys_of(spi_object(0, "")));
+    EXPECT_EQ(spi[0].at("device_name"), "QSPI_64");
+    EXPECT_EQ(spi[0].at("user"), false);
+    EXPECT_EQ(lines_of(directory.run({"hps", "nand"}).output).size(), nand.size() + 1);
     const std::vector<std::string> lines = lines_of(directory.run({"hps", "spi"}).output);
-    ASSERT_EQ(lines.size(), 28U);
-    EXPECT_TRUE(contains(lines[27], "GIGADEVICE"));
-    EXPECT_TRUE(contains(lines[27], "built-in"));
+    ASSERT_EQ(lines.size(), spi.size() + 1);
+    EXPECT_TRUE(contains(lines[1], "QSPI_64"));
+    EXPECT_TRUE(contains(lines[1], "built-in"));
     EXPECT_EQ(directory.scratch().file_count(), 0U);
 }
 
@@ -128,17 +127,18 @@ TEST(hps_command, AddedNandFlash) {
                                                       "79b884d001a0760b19c475920183ef66" + ref::le32(0xEC) +
                                                           ref::le32(0xD3) + ref::le32(0x40000000) + ref::le32(0)}));
     const JSON list = directory.json({"hps", "nand"});
-    ASSERT_EQ(list.size(), 11U);
+    ASSERT_EQ(list.size(), HPS_DIRECTORY().json({"hps", "nand"}).size() + 1);
     EXPECT_EQ(list[0], expected);
     EXPECT_EQ(list[1].at("device_id"), 0x68);
 }
 
 TEST(hps_command, AddedSpiFlashes) {
     const HPS_DIRECTORY directory;
+    const std::size_t built_in = directory.json({"hps", "spi"}).size();
     EXPECT_EQ(directory.json(add_spi("FIRST")), spi_object(0, "FIRST"));
     EXPECT_EQ(directory.json(add_spi("SECOND")), spi_object(1, "SECOND"));
     const JSON list = directory.json({"hps", "spi"});
-    ASSERT_EQ(list.size(), 29U);
+    ASSERT_EQ(list.size(), built_in + 2);
     EXPECT_EQ(list[0], spi_object(0, "FIRST"));
     EXPECT_EQ(list[1], spi_object(1, "SECOND"));
     EXPECT_EQ(list[2].at("user"), false);
@@ -147,7 +147,7 @@ TEST(hps_command, AddedSpiFlashes) {
     EXPECT_EQ(removed.exit_code, DONE) << removed.errors;
     EXPECT_EQ(directory.json({"hps", "spi"})[0], spi_object(0, "SECOND"));
     EXPECT_EQ(directory.json({"hps", "remove", "spi", "0"}), spi_object(0, "SECOND"));
-    EXPECT_EQ(directory.json({"hps", "spi"}).size(), 27U);
+    EXPECT_EQ(directory.json({"hps", "spi"}).size(), built_in);
     EXPECT_EQ(directory.file(), ref::file(ref::BLOCKS{}));
 }
 
@@ -172,7 +172,8 @@ TEST(hps_command, FieldsThatMayBeLeftOut) {
 
 TEST(hps_command, FieldsTakenFromAnotherEntry) {
     const HPS_DIRECTORY directory;
-    JSON expected = directory.json({"hps", "spi"})[26];
+    const JSON built_in = directory.json({"hps", "spi"});
+    JSON expected = built_in.at(26);
     EXPECT_EQ(expected.at("device_name"), "QSPI_128");
     expected["index"] = 0;
     expected["device_name"] = "QSPI_256";
@@ -181,7 +182,8 @@ TEST(hps_command, FieldsTakenFromAnotherEntry) {
     EXPECT_EQ(
         directory.json({"hps", "add", "spi", "--like", "26", "device_name=QSPI_256", "device_bit_size=0x10000000"}),
         expected);
-    expect_failure(directory.run({"hps", "add", "spi", "--like", "28"}), WRONG_USAGE, {"28 entries"});
+    const std::string count = std::to_string(built_in.size() + 1);
+    expect_failure(directory.run({"hps", "add", "spi", "--like", count}), WRONG_USAGE, {count + " entries"});
 }
 
 TEST(hps_command, FieldsAreChecked) {
@@ -210,7 +212,8 @@ TEST(hps_command, FieldsAreChecked) {
 TEST(hps_command, EntriesThatCannotBeRemoved) {
     const HPS_DIRECTORY directory;
     expect_failure(directory.run({"hps", "remove", "nand", "0"}), NOT_FOUND, {"built in"});
-    expect_failure(directory.run({"hps", "remove", "nand", "10"}), NOT_FOUND, {"does not exist"});
+    const std::size_t count = directory.json({"hps", "nand"}).size();
+    expect_failure(directory.run({"hps", "remove", "nand", std::to_string(count)}), NOT_FOUND, {"does not exist"});
     expect_failure(directory.run({"hps", "remove", "nand", "x"}), WRONG_USAGE, {});
     expect_failure(directory.run({"hps", "remove", "nand"}), WRONG_USAGE, {});
 }

@@ -4,25 +4,10 @@
 /// A small correct catalog for tests of the generator, and the generator run on it.
 
 #include <map>
-#include <sstream>
 #include <string>
-#include <vector>
 
-#include "generator.h"
 #include "support/scratch.h"
-
-struct GENERATOR_RUN {
-    int result;
-    std::string output;
-    std::string errors;
-};
-
-inline GENERATOR_RUN run(const std::vector<std::string>& arguments) {
-    std::ostringstream output;
-    std::ostringstream errors;
-    const int result = run_generator(arguments, output, errors);
-    return {result, output.str(), errors.str()};
-}
+#include "tools/generator_run.h"
 
 /// Two families, three devices, eight numbered parts. Part number 5 is not in use.
 class SMALL_CATALOG {
@@ -79,15 +64,7 @@ public:
     }
 
     /// The faults, one in each line, as if told from inside the catalog's directory; "." is the directory itself.
-    std::string faults() const {
-        const std::string directory = std::filesystem::path(this->directory()).generic_string();
-        std::string errors = check().errors;
-        for (std::size_t at = errors.find(directory); at != std::string::npos; at = errors.find(directory, at)) {
-            const bool in_it = errors.compare(at + directory.size(), 1, "/") == 0;
-            errors.replace(at, directory.size() + (in_it ? 1 : 0), in_it ? "" : ".");
-        }
-        return errors;
-    }
+    std::string faults() const { return told_inside(directory(), check().errors); }
 
 private:
     SCRATCH m_scratch;

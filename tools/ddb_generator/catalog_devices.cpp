@@ -29,15 +29,16 @@ constexpr std::array<STATUS, 4> STATUSES{
 
 void CATALOG_READER::read_devices(const std::filesystem::path& path) {
     for (const SOURCE_ROW& row : read_rows(path, m_faults)) {
-        const std::string& kind = row.cells[0];
-        if (kind == "device") {
+        const std::string& keyword = row.cells[0];
+        if (keyword == "device") {
             read_device(row);
-        } else if (kind == "parts") {
+        } else if (keyword == "parts") {
             read_parts(row);
-        } else if (kind == "alias") {
+        } else if (keyword == "alias") {
             read_alias(row);
         } else {
-            m_faults.add(row.place, "a line begins with \"device\", \"parts\" or \"alias\", not with \"" + kind + "\"");
+            m_faults.add(row.place,
+                         "a line begins with \"device\", \"parts\" or \"alias\", not with \"" + keyword + "\"");
         }
     }
 }

@@ -3,7 +3,11 @@
 #include <ostream>
 
 std::string text_of(const SOURCE_PLACE& place) {
-    return place.line == 0 ? place.file : place.file + ":" + std::to_string(place.line);
+    std::string text = place.file;
+    for (const int number : {place.line, place.column}) {
+        text += number == 0 ? "" : ":" + std::to_string(number);
+    }
+    return text;
 }
 
 void FAULTS::print(std::ostream& output) const {

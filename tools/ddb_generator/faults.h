@@ -1,19 +1,20 @@
 #pragma once
 
 /// \file
-/// What is wrong with a catalog, and where.
+/// What is wrong with source files, and where.
 
 #include <iosfwd>
 #include <string>
 #include <vector>
 
-/// A line of a catalog file. Line 0 is the file as a whole.
+/// A place in a source file. Line 0 is the file as a whole, column 0 the line as a whole.
 struct SOURCE_PLACE {
     std::string file;
     int line = 0;
+    int column = 0;
 };
 
-/// The place as people and editors know it: "file:line", or "file" for a whole file.
+/// The place as people and editors know it: "file:line:column", "file:line" for a whole line, "file" for a whole file.
 std::string text_of(const SOURCE_PLACE& place);
 
 /// Collects faults, so that one run tells them all.

@@ -1,17 +1,21 @@
 #include "generator.h"
 
 #include <algorithm>
+#include <array>
 #include <exception>
 #include <filesystem>
 #include <fstream>
+#include <optional>
 #include <ostream>
 #include <stdexcept>
+#include <string_view>
 
+#include "boot_flash.h"
 #include "catalog.h"
 #include "data_set.h"
+#include "generated_texts.h"
 #include "grammar.h"
 #include "host_tables.h"
-#include "sources.h"
 
 namespace {
 
@@ -20,13 +24,18 @@ namespace fs = std::filesystem;
 constexpr const char* USAGE =
     "Usage: ddb_generator --check CATALOG\n"
     "       ddb_generator CATALOG DATA-SOURCE HOST-SOURCE PART-LIST\n"
+    "       ddb_generator --check-hps HPS\n"
+    "       ddb_generator --hps HPS RECORDS-SOURCE\n"
     "\n"
     "Checks the device catalog in the directory CATALOG. Without --check it then writes the source of the data that "
     "is\n"
     "compiled into the library, the source of the tables behind the host's device libraries, and the part list.\n"
+    "With --check-hps and --hps it checks the tables of boot flash in the directory HPS, and writes the source of the\n"
+    "records that are compiled into the library.\n"
     "\n"
-    "Exit codes: 0 done, 1 faults in the catalog, 2 wrong usage, 3 the output cannot be made or written.\n"
-    "Example: ddb_generator --check data/catalog\n";
+    "Exit codes: 0 done, 1 faults in the files read, 2 wrong usage, 3 the output cannot be made or written.\n"
+    "Examples: ddb_generator --check data/catalog\n"
+    "          ddb_generator --check-hps data/hps\n";
 
 /// Replaces a file as a whole, so that a build that is broken off leaves no half a file.
 void write_file(const fs::path& path, const std::string& text) {
@@ -80,50 +89,97 @@ void print_summary(const CATALOG& catalog, const GRAMMAR& grammar, std::ostream&
            << " ordering names, " << codes << " ordering codes in " << catalog.ordering_entries
            << " entries\nfree from: part " << catalog.last_part + 1 << ", ordering-code index "
            << catalog.last_ordering_index + 1 << "\ngrammar (keys/entries):";
-    for (std::size_t table = 0; table < GRAMMAR_TABLES; ++table) {
+    for (std::size_t table = 0; table < GRAMMAR_TABLE_COUNT; ++table) {
         output << (table == 0 ? " " : ", ") << grammar[table].size() << "/"
-               << entry_count(grammar, static_cast<GRAMMAR_TABLE>(table));
+               << entry_count(grammar, static_cast<GRAMMAR_TABLE_ID>(table));
     }
     output << '\n';
 }
 
-int generate(const std::vector<std::string>& arguments, bool check_only, std::ostream& output, std::ostream& errors) {
-    const fs::path directory(arguments[check_only ? 1 : 0]);
-    FAULTS faults;
-    const CATALOG catalog = read_catalog(directory, faults);
-    const GRAMMAR grammar = faults.empty() ? build_grammar(catalog, directory, faults) : GRAMMAR();
+/// What is made of a catalog without fault.
+struct CATALOG_PRODUCTS {
+    CATALOG catalog;
+    GRAMMAR grammar;
+    std::string data;
+    std::string host;
+};
+
+/// Nothing when the catalog has faults.
+std::optional<CATALOG_PRODUCTS> make_products(const fs::path& directory, FAULTS& faults) {
+    CATALOG catalog = read_catalog(directory, faults);
+    GRAMMAR grammar = faults.empty() ? build_grammar(catalog, directory, faults) : GRAMMAR();
     if (!faults.empty()) {
-        faults.print(errors);
-        return GENERATOR_CATALOG_FAULTS;
+        return std::nullopt;
     }
-    const std::string data = data_source(proven_grammar(grammar), proven_ordering_codes(ordering_codes(catalog)));
-    const std::string host = host_source(build_host_tables(catalog));
-    if (check_only) {
-        print_summary(catalog, grammar, output);
-    } else {
-        write_file(arguments[1], data);
-        write_file(arguments[2], host);
-        write_file(arguments[3], part_list(catalog));
-    }
-    return GENERATOR_DONE;
+    std::string data = data_source(proven_grammar(grammar), proven_ordering_codes(ordering_codes(catalog)));
+    std::string host = host_source(build_host_tables(catalog));
+    return CATALOG_PRODUCTS{std::move(catalog), std::move(grammar), std::move(data), std::move(host)};
 }
+
+using ARGUMENTS = std::vector<std::string>;
+
+void check_catalog(const ARGUMENTS& arguments, FAULTS& faults, std::ostream& output) {
+    if (const auto made = make_products(arguments[1], faults)) {
+        print_summary(made->catalog, made->grammar, output);
+    }
+}
+
+void generate_catalog(const ARGUMENTS& arguments, FAULTS& faults, std::ostream& /*output*/) {
+    if (const auto made = make_products(arguments[0], faults)) {
+        write_file(arguments[1], made->data);
+        write_file(arguments[2], made->host);
+        write_file(arguments[3], part_list(made->catalog));
+    }
+}
+
+void check_boot_flash(const ARGUMENTS& arguments, FAULTS& faults, std::ostream& output) {
+    const BOOT_FLASH flash = read_boot_flash(arguments[1], faults);
+    if (faults.empty()) {
+        output << flash.nand.count << " NAND and " << flash.spi.count << " SPI flash devices\n";
+    }
+}
+
+void generate_boot_flash(const ARGUMENTS& arguments, FAULTS& faults, std::ostream& /*output*/) {
+    const BOOT_FLASH flash = read_boot_flash(arguments[1], faults);
+    if (faults.empty()) {
+        write_file(arguments[2], boot_flash_source(flash));
+    }
+}
+
+/// One way to run the generator: the first argument, unless it is a directory, and the number of all.
+struct USE {
+    std::string_view option;
+    std::size_t arguments;
+    void (*run)(const ARGUMENTS& arguments, FAULTS& faults, std::ostream& output);
+};
+
+constexpr std::array<USE, 4> USES{{{"--check", 2, check_catalog},
+                                   {"", 4, generate_catalog},
+                                   {"--check-hps", 2, check_boot_flash},
+                                   {"--hps", 3, generate_boot_flash}}};
 
 }  // namespace
 
 int run_generator(const std::vector<std::string>& arguments, std::ostream& output, std::ostream& errors) {
-    const bool check_only = arguments.size() == 2 && arguments[0] == "--check";
     if (arguments.size() == 1 && arguments[0] == "--help") {
         output << USAGE;
         return GENERATOR_DONE;
     }
-    if (!check_only && (arguments.size() != 4 || arguments[0].starts_with("--"))) {
+    const auto* const use = std::find_if(USES.begin(), USES.end(), [&](const USE& candidate) {
+        return arguments.size() == candidate.arguments &&
+               (candidate.option.empty() ? !arguments[0].starts_with("--") : arguments[0] == candidate.option);
+    });
+    if (use == USES.end()) {
         errors << USAGE;
         return GENERATOR_WRONG_USAGE;
     }
+    FAULTS faults;
     try {
-        return generate(arguments, check_only, output, errors);
+        use->run(arguments, faults, output);
     } catch (const std::exception& error) {
         errors << "ddb_generator: " << error.what() << '\n';
         return GENERATOR_FAILED;
     }
+    faults.print(errors);
+    return faults.empty() ? GENERATOR_DONE : GENERATOR_FAULTS;
 }

@@ -9,14 +9,14 @@ struct TABLE_WORDS {
     const char* entry;
 };
 
-constexpr std::array<TABLE_WORDS, GRAMMAR_TABLES> WORDS{{{"package name", "ordering name"},
-                                                         {"programming name", "package name"},
-                                                         {"programmer part", "programming name"},
-                                                         {"programmer family", "programming name"},
-                                                         {"programmer part", "device"},
-                                                         {"programmer family", "device"},
-                                                         {"programmer family", "family"},
-                                                         {"family", "programmer part"}}};
+constexpr std::array<TABLE_WORDS, GRAMMAR_TABLE_COUNT> WORDS{{{"package name", "ordering name"},
+                                                              {"programming name", "package name"},
+                                                              {"programmer part", "programming name"},
+                                                              {"programmer family", "programming name"},
+                                                              {"programmer part", "device"},
+                                                              {"programmer family", "device"},
+                                                              {"programmer family", "family"},
+                                                              {"family", "programmer part"}}};
 
 class GRAMMAR_BUILDER {
 public:
@@ -24,7 +24,7 @@ public:
 
     /// Puts the entry under the key. That it is there already is fine, under another key not: nobody could tell which
     /// one a reverse lookup should find.
-    void add(GRAMMAR_TABLE table, const std::string& key, const std::string& entry, const SOURCE_PLACE& place) {
+    void add(GRAMMAR_TABLE_ID table, const std::string& key, const std::string& entry, const SOURCE_PLACE& place) {
         const std::string upper_key = upper_case(key);
         const std::string upper_entry = upper_case(entry);
         const auto [owner, added] = m_owners[table].try_emplace(upper_entry, OWNER{upper_key, place});
@@ -47,7 +47,7 @@ private:
 
     FAULTS& m_faults;
     GRAMMAR m_grammar;
-    std::array<std::map<std::string, OWNER>, GRAMMAR_TABLES> m_owners;
+    std::array<std::map<std::string, OWNER>, GRAMMAR_TABLE_COUNT> m_owners;
 };
 
 }  // namespace
@@ -89,7 +89,7 @@ GRAMMAR build_grammar(const CATALOG& catalog, const std::filesystem::path& direc
                        "programmer family \"" + family.programmer_family + "\" has devices but no programming names");
         }
     }
-    for (std::size_t table = 0; table < GRAMMAR_TABLES; ++table) {
+    for (std::size_t table = 0; table < GRAMMAR_TABLE_COUNT; ++table) {
         if (grammar[table].empty()) {
             faults.add({directory.generic_string()}, std::string("no ") + WORDS[table].key + " has a " +
                                                          WORDS[table].entry + ": table " + std::to_string(table) +
@@ -99,7 +99,7 @@ GRAMMAR build_grammar(const CATALOG& catalog, const std::filesystem::path& direc
     return grammar;
 }
 
-std::size_t entry_count(const GRAMMAR& grammar, GRAMMAR_TABLE table) {
+std::size_t entry_count(const GRAMMAR& grammar, GRAMMAR_TABLE_ID table) {
     std::size_t count = 0;
     for (const auto& [key, entries] : grammar[table]) {
         count += entries.size();

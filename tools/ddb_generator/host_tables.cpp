@@ -34,9 +34,9 @@ public:
     }
 
     /// Names by number, and further names with the numbers that they stand for.
-    NAMES names(const std::vector<std::string>& by_number, const std::vector<CATALOG_ALIAS>& aliases,
-                const std::vector<CATALOG_PART>& parts) {
-        NAMES names;
+    NUMBERED_NAMES names(const std::vector<std::string>& by_number, const std::vector<CATALOG_ALIAS>& aliases,
+                         const std::vector<CATALOG_PART>& parts) {
+        NUMBERED_NAMES names;
         std::vector<std::string> texts = by_number;
         for (const CATALOG_ALIAS& alias : aliases) {
             texts.push_back(alias.name);
@@ -108,7 +108,7 @@ std::vector<PART_FACTS> part_facts(const CATALOG& catalog) {
 }
 
 /// Looks up every name by number and every number by name, as the libraries will.
-void prove(const HOST_TABLES& tables, const NAMES& names, const std::vector<std::string>& expected) {
+void prove(const HOST_TABLES& tables, const NUMBERED_NAMES& names, const std::vector<std::string>& expected) {
     const NAME_POOL pool = tables.pool();
     const NAME_TABLE table = names.table();
     for (std::size_t number = 0; number < expected.size(); ++number) {
@@ -121,7 +121,7 @@ void prove(const HOST_TABLES& tables, const NAMES& names, const std::vector<std:
 
 }  // namespace
 
-NAME_TABLE NAMES::table() const {
+NAME_TABLE NUMBERED_NAMES::table() const {
     return {addresses.data(), static_cast<std::uint32_t>(addresses.size() - aliases.size()), aliases.data(),
             slots.data(), static_cast<std::uint32_t>(slots.size() - 1)};
 }

@@ -12,7 +12,7 @@
 #include "dstr_catalog.h"
 
 /// The names of one kind, and the hash table that finds them.
-struct NAMES {
+struct NUMBERED_NAMES {
     std::vector<std::uint32_t> addresses;  ///< by number, then those of the further names
     std::vector<std::uint16_t> aliases;
     std::vector<std::uint16_t> slots;
@@ -22,9 +22,9 @@ struct NAMES {
 
 struct HOST_TABLES {
     std::vector<std::array<char, NAME_ROW_SIZE>> rows;
-    NAMES families;
-    NAMES devices;
-    NAMES parts;
+    NUMBERED_NAMES families;
+    NUMBERED_NAMES devices;
+    NUMBERED_NAMES parts;
     std::vector<std::uint8_t> device_families;
     std::vector<PART_FACTS> part_facts;
     std::vector<FACT_TEXTS> packages;

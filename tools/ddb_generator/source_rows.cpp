@@ -32,20 +32,28 @@ std::vector<std::string> cells_of(const std::string& line) {
 
 }  // namespace
 
-std::vector<SOURCE_ROW> read_rows(const std::filesystem::path& path, FAULTS& faults) {
-    std::vector<SOURCE_ROW> rows;
-    SOURCE_PLACE place{path.generic_string(), 0};
+std::optional<std::vector<std::string>> read_lines(const std::filesystem::path& path, FAULTS& faults) {
+    std::vector<std::string> lines;
     std::ifstream input(path, std::ios::binary);
     for (std::string line; std::getline(input, line);) {
+        lines.push_back(std::move(line));
+    }
+    if (!input.is_open() || !input.eof() || input.bad()) {
+        faults.add({path.generic_string()}, "cannot be read");
+        return std::nullopt;
+    }
+    return lines;
+}
+
+std::vector<SOURCE_ROW> read_rows(const std::filesystem::path& path, FAULTS& faults) {
+    std::vector<SOURCE_ROW> rows;
+    SOURCE_PLACE place{path.generic_string()};
+    for (const std::string& line : read_lines(path, faults).value_or(std::vector<std::string>())) {
         ++place.line;
         std::vector<std::string> cells = cells_of(line);
         if (!cells.empty()) {
             rows.push_back({place, std::move(cells)});
         }
-    }
-    if (!input.is_open() || !input.eof() || input.bad()) {
-        faults.add({place.file, 0}, "cannot be read");
-        return {};
     }
     return rows;
 }

@@ -21,6 +21,9 @@ struct SOURCE_ROW {
     std::vector<std::string> cells;
 };
 
+/// The lines of a file. That it cannot be read is a fault.
+std::optional<std::vector<std::string>> read_lines(const std::filesystem::path& path, FAULTS& faults);
+
 /// The rows of a file. A file that cannot be read is a fault and has none.
 std::vector<SOURCE_ROW> read_rows(const std::filesystem::path& path, FAULTS& faults);
 

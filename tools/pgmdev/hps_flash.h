@@ -7,24 +7,15 @@
 #include <string_view>
 #include <vector>
 
+#include "hps_fields.h"
 #include "pgmdev_hps_nand_mgr.h"
 #include "pgmdev_hps_spi_mgr.h"
-
-/// What a field given by the user must be, besides a number of its type.
-struct FIELD_CHECK {
-    std::string_view name;
-    bool power_of_two;
-    DWORD lowest;
-    DWORD highest;
-};
 
 /// The value of a field that the user may leave out, as the user would write it.
 struct FIELD_DEFAULT {
     std::string_view name;
     std::string_view value;
 };
-
-constexpr DWORD NO_LIMIT = 0xFFFFFFFF;
 
 /// NAND flash.
 struct HPS_NAND {
@@ -33,11 +24,7 @@ struct HPS_NAND {
     static constexpr PGMDEV_FLASH_INI_ENUM BLOCK = PGMDEV_FLASH_INI_HPS_NAND;
     static constexpr std::string_view STAMP = PGMDEV_HPS_NAND_STAMP;
     static constexpr const auto& MEMBERS = PGMDEV_HPS_NAND_MEMBERS;
-    static constexpr std::array CHECKS{
-        FIELD_CHECK{"manufacturer_id", false, 0, 0xFF},
-        FIELD_CHECK{"device_id", false, 0, 0xFF},
-        FIELD_CHECK{"device_byte_size", true, 0, NO_LIMIT},
-    };
+    static constexpr const auto& CHECKS = HPS_NAND_CHECKS;
     static constexpr std::array<FIELD_DEFAULT, 0> DEFAULTS{};
 };
 
@@ -48,19 +35,7 @@ struct HPS_SPI {
     static constexpr PGMDEV_FLASH_INI_ENUM BLOCK = PGMDEV_FLASH_INI_HPS_SPI;
     static constexpr std::string_view STAMP = PGMDEV_HPS_SPI_STAMP;
     static constexpr const auto& MEMBERS = PGMDEV_HPS_SPI_MEMBERS;
-    static constexpr std::array CHECKS{
-        FIELD_CHECK{"silicon_id", false, 1, 0xFFFFFF},
-        FIELD_CHECK{"silicon_id_mask", false, 1, 0xFFFFFF},
-        FIELD_CHECK{"ext_id", false, 0, 0xFF},
-        FIELD_CHECK{"ext_id_mask", false, 0, 0xFF},
-        FIELD_CHECK{"device_bit_size", true, 0, NO_LIMIT},
-        FIELD_CHECK{"device_sector_byte", true, 0, NO_LIMIT},
-        FIELD_CHECK{"page_byte", true, 0, NO_LIMIT},
-        FIELD_CHECK{"die_count", false, 1, 0xFF},
-        FIELD_CHECK{"erase_opcode", false, 0, 0xFF},
-        FIELD_CHECK{"program_opcode", false, 0, 0xFF},
-        FIELD_CHECK{"read_opcode", false, 0, 0xFF},
-    };
+    static constexpr const auto& CHECKS = HPS_SPI_CHECKS;
     static constexpr std::array DEFAULTS{
         FIELD_DEFAULT{"silicon_id_mask", "0xFFFFFF"},
         FIELD_DEFAULT{"ext_id", "0"},

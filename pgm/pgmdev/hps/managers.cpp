@@ -1,12 +1,14 @@
-#include "pgmdev_hps_mgr.h"
-
 #include <algorithm>
 #include <cstddef>
 #include <memory>
 #include <mutex>
 #include <type_traits>
 
-#include "hps/tables.h"
+#include "hps/built_in_records.h"
+#include "hps/kinds.h"
+#include "pgmdev_hps_mgr.h"
+#include "pgmdev_hps_nand_mgr.h"
+#include "pgmdev_hps_spi_mgr.h"
 #include "static_mutex.h"
 
 // The HPS managers: three singletons. The two flash managers differ only in their records.
@@ -42,63 +44,33 @@ void copy_values(const RECORD& from, RECORD& to) {
     }
 }
 
-PGMDEV_HPS_NAND_STRUCTURE record_of(const HPS_NAND_ROW& row) {
-    PGMDEV_HPS_NAND_STRUCTURE record;
-    record.manufacturer_id = row.manufacturer_id;
-    record.device_id = row.device_id;
-    record.device_byte_size = row.device_byte_size;
-    return record;
-}
-
-PGMDEV_HPS_SPI_STRUCTURE record_of(const HPS_SPI_ROW& row) {
-    PGMDEV_HPS_SPI_STRUCTURE record;
-    record.silicon_id = row.silicon_id;
-    record.silicon_id_mask = HPS_SPI_SILICON_ID_MASK;
-    record.ext_id = row.ext_id;
-    record.ext_id_mask = row.ext_id_mask;
-    record.manufacturer_name = row.manufacturer_name;
-    record.device_name = row.device_name;
-    record.device_bit_size = row.device_bit_size;
-    record.device_sector_byte = row.device_sector_byte;
-    record.page_byte = row.page_byte;
-    record.bulk_erase_time = row.bulk_erase_time;
-    record.code_a = row.code_a;
-    record.code_b = row.code_b;
-    record.sec_erase_time = row.sec_erase_time;
-    record.code_c = HPS_SPI_CODE_C;
-    record.die_count = row.die_count;
-    record.flag_a = row.flag_a;
-    record.erase_opcode = row.erase_opcode;
-    record.program_opcode = row.program_opcode;
-    record.read_opcode = row.read_opcode;
-    return record;
-}
-
-/// Appends a copy of the record, and returns it; the list owns it.
+/// Appends a copy of the record; the list owns it.
 template <class RECORD>
-RECORD* append(std::vector<RECORD*>& list, const RECORD& record) {
+void append(std::vector<RECORD*>& list, const RECORD& record) {
     auto copy = std::make_unique<RECORD>(record);
     list.push_back(copy.get());
-    return copy.release();
+    (void)copy.release();
 }
 
-/// Reads the user's records from a block, up to its end or the first that it does not hold whole.
+/// Appends the encoded records from a position on, up to the end or the first that is not there whole.
 template <class RECORD>
-void read_user_records(PGMDEV_FLASH_INI_ENUM which, std::string_view stamp, std::vector<RECORD*>& list,
-                       std::vector<RECORD*>& user_list) {
-    DWORD size = 0;
-    const std::unique_ptr<BYTE[]> block(PGMDEV_FLASH_INI::read_flash_ini_data(which, size));
-    if (block == nullptr || size <= STAMP_SIZE || !std::equal(stamp.begin(), stamp.end(), block.get())) {
-        return;
-    }
+void append_encoded(std::vector<RECORD*>& list, const BYTE* data, DWORD position, DWORD size) {
     RECORD scratch;
     std::array<PGMDEV_PARAM_TYPE, MEMBERS<RECORD>.size()> types{};
     std::transform(MEMBERS<RECORD>.begin(), MEMBERS<RECORD>.end(), types.begin(),
                    [](const auto& member) { return member.type(); });
-    DWORD position = STAMP_SIZE;
-    while (position < size && PGMDEV_FLASH_INI::assign_flash_ini_data(block.get(), position, size, types.size(),
-                                                                      types.data(), scratch.values)) {
-        user_list.push_back(append(list, scratch));
+    while (position < size &&
+           PGMDEV_FLASH_INI::assign_flash_ini_data(data, position, size, types.size(), types.data(), scratch.values)) {
+        append(list, scratch);
+    }
+}
+
+template <class RECORD>
+void append_user_records(std::vector<RECORD*>& list, PGMDEV_FLASH_INI_ENUM which, std::string_view stamp) {
+    DWORD size = 0;
+    const std::unique_ptr<BYTE[]> block(PGMDEV_FLASH_INI::read_flash_ini_data(which, size));
+    if (block != nullptr && size > STAMP_SIZE && std::equal(stamp.begin(), stamp.end(), block.get())) {
+        append_encoded(list, block.get(), STAMP_SIZE, size);
     }
 }
 
@@ -108,6 +80,16 @@ void destroy_records(std::vector<RECORD*>& list) {
         delete record;
     }
     list.clear();
+}
+
+/// The instance, made by the first call.
+template <class MANAGER, class MAKE>
+MANAGER* instance(MANAGER*& manager, MAKE make) {
+    const std::scoped_lock lock(g_mutex);
+    if (manager == nullptr) {
+        manager = make();
+    }
+    return manager;
 }
 
 /// An instance that nobody deleted goes with the library.
@@ -121,23 +103,60 @@ struct CLEAN_UP {
 
 }  // namespace
 
-PGMDEV_HPS_MGR* PGMDEV_HPS_MGR::m_mgr = nullptr;
-PGMDEV_HPS_NAND_MGR* PGMDEV_HPS_NAND_MGR::m_mgr = nullptr;
-PGMDEV_HPS_SPI_MGR* PGMDEV_HPS_SPI_MGR::m_mgr = nullptr;
-
-PGMDEV_HPS_MGR* PGMDEV_HPS_MGR::get_mgr() {
-    const std::scoped_lock lock(g_mutex);
-    if (m_mgr == nullptr) {
-        m_mgr = new PGMDEV_HPS_MGR;
+// What the three managers have in common, defined for one of them: only its own functions may create and delete it.
+// NOLINTBEGIN(bugprone-macro-parentheses): names of types do not stand in parentheses.
+#define SINGLETON(MANAGER)                                  \
+    MANAGER* MANAGER::m_mgr = nullptr;                      \
+    MANAGER* MANAGER::get_mgr() {                           \
+        return instance(m_mgr, [] { return new MANAGER; }); \
+    }                                                       \
+    void MANAGER::delete_mgr() {                            \
+        const std::scoped_lock lock(g_mutex);               \
+        delete m_mgr;                                       \
+        m_mgr = nullptr;                                    \
     }
-    return m_mgr;
-}
+// NOLINTEND(bugprone-macro-parentheses)
 
-void PGMDEV_HPS_MGR::delete_mgr() {
-    const std::scoped_lock lock(g_mutex);
-    delete m_mgr;
-    m_mgr = nullptr;
-}
+// The record and the manager of one kind of flash, NAND or SPI.
+#define FLASH_MANAGER(KIND)                                                                                  \
+    PGMDEV_HPS_##KIND##_STRUCTURE::PGMDEV_HPS_##KIND##_STRUCTURE() {                                         \
+        point_at_own_values(*this);                                                                          \
+    }                                                                                                        \
+    PGMDEV_HPS_##KIND##_STRUCTURE::PGMDEV_HPS_##KIND##_STRUCTURE(const PGMDEV_HPS_##KIND##_STRUCTURE& other) \
+        : PGMDEV_HPS_##KIND##_STRUCTURE() {                                                                  \
+        copy_values(other, *this);                                                                           \
+    }                                                                                                        \
+    PGMDEV_HPS_##KIND##_STRUCTURE& PGMDEV_HPS_##KIND##_STRUCTURE::operator=(                                 \
+        const PGMDEV_HPS_##KIND##_STRUCTURE& other) {                                                        \
+        if (this != &other) {                                                                                \
+            copy_values(other, *this);                                                                       \
+        }                                                                                                    \
+        return *this;                                                                                        \
+    }                                                                                                        \
+    SINGLETON(PGMDEV_HPS_##KIND##_MGR)                                                                       \
+    PGMDEV_HPS_##KIND##_MGR::PGMDEV_HPS_##KIND##_MGR() {                                                     \
+        try {                                                                                                \
+            initialize_ini_file();                                                                           \
+            append_encoded(m_list, HPS_##KIND##_RECORDS, 0, HPS_##KIND##_RECORDS_LENGTH);                    \
+        } catch (...) {                                                                                      \
+            destroy_records(m_list);                                                                         \
+            throw;                                                                                           \
+        }                                                                                                    \
+    }                                                                                                        \
+    PGMDEV_HPS_##KIND##_MGR::~PGMDEV_HPS_##KIND##_MGR() {                                                    \
+        destroy_records(m_list);                                                                             \
+    }                                                                                                        \
+    void PGMDEV_HPS_##KIND##_MGR::initialize_ini_file() {                                                    \
+        append_user_records(m_list, PGMDEV_FLASH_INI_HPS_##KIND, PGMDEV_HPS_##KIND##_STAMP);                 \
+        m_user_list = m_list;                                                                                \
+    }
+
+SINGLETON(PGMDEV_HPS_MGR)
+FLASH_MANAGER(NAND)
+FLASH_MANAGER(SPI)
+
+#undef FLASH_MANAGER
+#undef SINGLETON
 
 std::span<const PGMDEV_HPS_STRUCTURE> PGMDEV_HPS_MGR::get_kinds() {
     return HPS_KINDS;
@@ -156,99 +175,4 @@ bool PGMDEV_HPS_MGR::set_current_hps(DWORD id) {
         }
     }
     return false;
-}
-
-PGMDEV_HPS_NAND_STRUCTURE::PGMDEV_HPS_NAND_STRUCTURE() {
-    point_at_own_values(*this);
-}
-
-PGMDEV_HPS_NAND_STRUCTURE::PGMDEV_HPS_NAND_STRUCTURE(const PGMDEV_HPS_NAND_STRUCTURE& other)
-    : PGMDEV_HPS_NAND_STRUCTURE() {
-    copy_values(other, *this);
-}
-
-PGMDEV_HPS_NAND_STRUCTURE& PGMDEV_HPS_NAND_STRUCTURE::operator=(const PGMDEV_HPS_NAND_STRUCTURE& other) {
-    copy_values(other, *this);
-    return *this;
-}
-
-PGMDEV_HPS_NAND_MGR* PGMDEV_HPS_NAND_MGR::get_mgr() {
-    const std::scoped_lock lock(g_mutex);
-    if (m_mgr == nullptr) {
-        m_mgr = new PGMDEV_HPS_NAND_MGR;
-    }
-    return m_mgr;
-}
-
-void PGMDEV_HPS_NAND_MGR::delete_mgr() {
-    const std::scoped_lock lock(g_mutex);
-    delete m_mgr;
-    m_mgr = nullptr;
-}
-
-PGMDEV_HPS_NAND_MGR::PGMDEV_HPS_NAND_MGR() {
-    try {
-        initialize_ini_file();
-        for (const HPS_NAND_ROW& row : HPS_NAND_ROWS) {
-            append(m_list, record_of(row));
-        }
-    } catch (...) {
-        destroy_records(m_list);
-        throw;
-    }
-}
-
-PGMDEV_HPS_NAND_MGR::~PGMDEV_HPS_NAND_MGR() {
-    destroy_records(m_list);
-}
-
-void PGMDEV_HPS_NAND_MGR::initialize_ini_file() {
-    read_user_records(PGMDEV_FLASH_INI_HPS_NAND, PGMDEV_HPS_NAND_STAMP, m_list, m_user_list);
-}
-
-PGMDEV_HPS_SPI_STRUCTURE::PGMDEV_HPS_SPI_STRUCTURE() {
-    point_at_own_values(*this);
-}
-
-PGMDEV_HPS_SPI_STRUCTURE::PGMDEV_HPS_SPI_STRUCTURE(const PGMDEV_HPS_SPI_STRUCTURE& other) : PGMDEV_HPS_SPI_STRUCTURE() {
-    copy_values(other, *this);
-}
-
-PGMDEV_HPS_SPI_STRUCTURE& PGMDEV_HPS_SPI_STRUCTURE::operator=(const PGMDEV_HPS_SPI_STRUCTURE& other) {
-    copy_values(other, *this);
-    return *this;
-}
-
-PGMDEV_HPS_SPI_MGR* PGMDEV_HPS_SPI_MGR::get_mgr() {
-    const std::scoped_lock lock(g_mutex);
-    if (m_mgr == nullptr) {
-        m_mgr = new PGMDEV_HPS_SPI_MGR;
-    }
-    return m_mgr;
-}
-
-void PGMDEV_HPS_SPI_MGR::delete_mgr() {
-    const std::scoped_lock lock(g_mutex);
-    delete m_mgr;
-    m_mgr = nullptr;
-}
-
-PGMDEV_HPS_SPI_MGR::PGMDEV_HPS_SPI_MGR() {
-    try {
-        initialize_ini_file();
-        for (const HPS_SPI_ROW& row : HPS_SPI_ROWS) {
-            append(m_list, record_of(row));
-        }
-    } catch (...) {
-        destroy_records(m_list);
-        throw;
-    }
-}
-
-PGMDEV_HPS_SPI_MGR::~PGMDEV_HPS_SPI_MGR() {
-    destroy_records(m_list);
-}
-
-void PGMDEV_HPS_SPI_MGR::initialize_ini_file() {
-    read_user_records(PGMDEV_FLASH_INI_HPS_SPI, PGMDEV_HPS_SPI_STAMP, m_list, m_user_list);
 }

@@ -1,16 +1,13 @@
 #include "pgmdev_hps_mgr.h"
 
 #include <algorithm>
-#include <sstream>
 #include <thread>
 #include <vector>
 
-#include "pgmdev/parameters/fixture.h"
-#include "pgmdev_hps_nand_mgr.h"
-#include "pgmdev_hps_spi_mgr.h"
+#include "pgmdev/hps/fixture.h"
 #include "support/reports.h"
 
-// The HPS kinds and the boot flash lists.
+// The HPS kinds, and the boot flash lists with the user's own entries.
 
 namespace {
 
@@ -22,95 +19,6 @@ class PROBE : public MANAGER {
 public:
     using MANAGER::m_mgr;
 };
-
-/// Every test starts and ends without managers.
-class Hps : public testing::Test {
-protected:
-    void SetUp() override { delete_managers(); }
-    void TearDown() override { delete_managers(); }
-
-    static void delete_managers() {
-        PGMDEV_HPS_MGR::delete_mgr();
-        PGMDEV_HPS_NAND_MGR::delete_mgr();
-        PGMDEV_HPS_SPI_MGR::delete_mgr();
-    }
-
-    FLASH_INI_DIRECTORY m_directory;
-};
-
-/// The values of a record as one line of text, read through its own pointer table.
-template <class RECORD, std::size_t COUNT>
-std::string line_of(const RECORD& record, const std::array<PGMDEV_HPS_MEMBER<RECORD>, COUNT>& members) {
-    static_assert(std::size(decltype(record.values){}) == COUNT);
-    std::string line;
-    for (std::size_t i = 0; i < COUNT; ++i) {
-        const std::string text = PGMDEV_FLASH_INI::print_flash_ini_data(members[i].type(), false, record.values[i]);
-        line += (i == 0 ? "" : " ") + text;
-    }
-    return line;
-}
-
-std::string line_of(const PGMDEV_HPS_NAND_STRUCTURE& record) {
-    return line_of(record, PGMDEV_HPS_NAND_MEMBERS);
-}
-std::string line_of(const PGMDEV_HPS_SPI_STRUCTURE& record) {
-    return line_of(record, PGMDEV_HPS_SPI_MEMBERS);
-}
-
-/// A line of a table below as the records print: numbers in decimal, flags as words.
-std::string decimal(const std::string& line, std::size_t flag) {
-    std::istringstream stream(line);
-    std::string text;
-    std::size_t i = 0;
-    for (std::string word; stream >> word; ++i) {
-        if (i == flag) {
-            word = word == "1" ? "True" : "False";
-        } else if (word.substr(0, 2) == "0x") {
-            word = std::to_string(std::stoull(word, nullptr, 16));
-        }
-        text += (text.empty() ? "" : " ") + word;
-    }
-    return text;
-}
-
-const std::vector<std::string> BUILT_IN_NAND{"0x2C 0x68 0x100000000", "0x2C 0x48 0x80000000", "0x2C 0xA1 0x40000000",
-                                             "0x2C 0xF1 0x40000000",  "0x01 0xF1 0x8000000",  "0x01 0xDA 0x10000000",
-                                             "0x01 0xDC 0x20000000",  "0x01 0xC1 0x8000000",  "0x01 0xCA 0x10000000",
-                                             "0x01 0xCC 0x20000000"};
-
-// silicon ID, mask, extended ID, mask, maker, device, bits, sector, page, bulk erase, code a, code b, sector erase,
-// code c, dies, flag a, erase, program, read
-const std::vector<std::string> BUILT_IN_SPI{
-    "0x17BA20 0xFFFFFF 0 0 MICRON QSPI_64 0x4000000 0x10000 256 120 2 3 1000 1 1 1 0xD8 0x02 0x03",
-    "0x18BA20 0xFFFFFF 0 0 MICRON QSPI_128 0x8000000 0x10000 256 250 2 3 1000 1 1 1 0xD8 0x02 0x03",
-    "0x19BA20 0xFFFFFF 0 0 MICRON QSPI_256 0x10000000 0x10000 256 480 3 3 1000 1 1 1 0xD8 0x02 0x03",
-    "0x20BA20 0xFFFFFF 68 255 MICRON QSPI_512 0x20000000 0x10000 256 460 3 1 1000 1 1 1 0xD8 0x02 0x03",
-    "0x20BA20 0xFFFFFF 0 0 MICRON QSPI_512 0x20000000 0x10000 256 480 3 3 1000 1 2 0 0xD8 0x02 0x03",
-    "0x21BA20 0xFFFFFF 0 0 MICRON QSPI_1024 0x40000000 0x10000 256 480 3 3 1000 1 4 0 0xD8 0x02 0x03",
-    "0x22BA20 0xFFFFFF 0 0 MICRON QSPI_2048 0x80000000 0x10000 256 460 3 1 1000 1 4 1 0xD8 0x02 0x03",
-    "0x18BB20 0xFFFFFF 0 0 MICRON QSPI_128 0x8000000 0x10000 256 250 2 3 1000 1 1 1 0xD8 0x02 0x03",
-    "0x19BB20 0xFFFFFF 0 0 MICRON QSPI_256 0x10000000 0x10000 256 480 3 3 1000 1 1 1 0xD8 0x02 0x03",
-    "0x20BB20 0xFFFFFF 68 255 MICRON QSPI_512 0x20000000 0x10000 256 460 3 1 1000 1 1 1 0xD8 0x02 0x03",
-    "0x20BB20 0xFFFFFF 0 0 MICRON QSPI_512 0x20000000 0x10000 256 480 3 3 1000 1 2 0 0xD8 0x02 0x03",
-    "0x21BB20 0xFFFFFF 68 255 MICRON QSPI_1024 0x40000000 0x10000 256 460 3 1 1000 1 2 1 0xD8 0x02 0x03",
-    "0x21BB20 0xFFFFFF 0 0 MICRON QSPI_1024 0x40000000 0x10000 256 480 3 3 1000 1 4 0 0xD8 0x02 0x03",
-    "0x22BB20 0xFFFFFF 0 0 MICRON QSPI_2048 0x80000000 0x10000 256 460 3 1 1000 1 4 1 0xD8 0x02 0x03",
-    "0x132020 0xFFFFFF 0 0 MICRON SPI_4 0x400000 0x10000 256 10 2 3 3000 1 1 1 0xD8 0x02 0x03",
-    "0x152020 0xFFFFFF 0 0 MICRON SPI_16 0x1000000 0x10000 256 40 2 3 3000 1 1 1 0xD8 0x02 0x03",
-    "0x182001 0xFFFFFF 1 255 SPANSION QSPI_128 0x8000000 0x10000 256 256 2 11 2200 1 1 1 0xD8 0x02 0x03",
-    "0x182001 0xFFFFFF 0 255 SPANSION QSPI_128 0x8000000 0x40000 256 256 2 11 2200 1 1 1 0xD8 0x02 0x03",
-    "0x190201 0xFFFFFF 1 255 SPANSION QSPI_256 0x10000000 0x10000 256 330 3 11 2200 1 1 1 0xDC 0x12 0x13",
-    "0x190201 0xFFFFFF 0 255 SPANSION QSPI_256 0x10000000 0x40000 256 330 3 11 2200 1 1 1 0xDC 0x12 0x13",
-    "0x200201 0xFFFFFF 0 255 SPANSION QSPI_512 0x20000000 0x40000 512 460 3 3 2200 1 1 1 0xDC 0x12 0x13",
-    "0x1820C2 0xFFFFFF 0 0 MACRONIX QSPI_128 0x8000000 0x10000 256 80 3 1 1500 1 1 1 0xDC 0x12 0x13",
-    "0x1920C2 0xFFFFFF 0 0 MACRONIX QSPI_256 0x10000000 0x10000 256 300 3 2 3000 1 1 1 0xDC 0x12 0x13",
-    "0x1A20C2 0xFFFFFF 0 0 MACRONIX QSPI_512 0x20000000 0x10000 256 300 3 3 1500 1 1 1 0xDC 0x12 0x13",
-    "0x3A25C2 0xFFFFFF 0 0 MACRONIX QSPI_512 0x20000000 0x10000 256 320 3 3 3000 1 1 1 0xDC 0x12 0x13",
-    "0x1B20C2 0xFFFFFF 0 0 MACRONIX QSPI_1024 0x40000000 0x10000 256 600 3 2 1000 1 1 1 0xDC 0x12 0x13",
-    "0x1840C8 0xFFFFFF 0 0 GIGADEVICE QSPI_128 0x8000000 0x10000 256 300 3 3 3000 1 1 1 0xDC 0x12 0x13",
-};
-constexpr std::size_t SPI_FLAG = 15;
-constexpr std::size_t NO_FLAG = 99;
 
 const std::string NAND_STAMP = "79b884d001a0760b19c475920183ef66";
 const std::string SPI_STAMP = "9095cbfc6f5b69d3eb5d625df882a316";
@@ -130,24 +38,6 @@ std::string spi_bytes(const std::string& name) {
 
 std::string spi_line(const std::string& name) {
     return "1122867 16777215 7 255 MAKER " + name + " 81985529216486895 101 102 103 104 105 106 107 108 True 216 2 3";
-}
-
-TEST_F(Hps, BuiltInNandList) {
-    const auto& manager = *PGMDEV_HPS_NAND_MGR::get_mgr();
-    EXPECT_TRUE(manager.get_user_list().empty());
-    ASSERT_EQ(manager.get_list().size(), 10U);
-    for (std::size_t i = 0; i < 10; ++i) {
-        EXPECT_EQ(line_of(*manager.get_list()[i]), decimal(BUILT_IN_NAND[i], NO_FLAG)) << i;
-    }
-}
-
-TEST_F(Hps, BuiltInSpiList) {
-    const auto& manager = *PGMDEV_HPS_SPI_MGR::get_mgr();
-    EXPECT_TRUE(manager.get_user_list().empty());
-    ASSERT_EQ(manager.get_list().size(), 27U);
-    for (std::size_t i = 0; i < 27; ++i) {
-        EXPECT_EQ(line_of(*manager.get_list()[i]), decimal(BUILT_IN_SPI[i], SPI_FLAG)) << i;
-    }
 }
 
 TEST_F(Hps, MembersAreInTheOrderOfABlock) {
@@ -204,25 +94,26 @@ TEST_F(Hps, UserEntriesComeFirst) {
                                                  NAND_STAMP + nand_bytes(0xEC, 0xD3, 0x40000000, 1)}));
     const auto& spi = *PGMDEV_HPS_SPI_MGR::get_mgr();
     ASSERT_EQ(spi.get_user_list().size(), 2U);
-    ASSERT_EQ(spi.get_list().size(), 29U);
+    ASSERT_EQ(spi.get_list().size(), m_built_in_spi + 2);
     EXPECT_EQ(spi.get_user_list()[0], spi.get_list()[0]);
     EXPECT_EQ(spi.get_user_list()[1], spi.get_list()[1]);
     EXPECT_EQ(line_of(*spi.get_list()[0]), spi_line("ONE"));
     EXPECT_EQ(line_of(*spi.get_list()[1]), spi_line("TWO"));
-    EXPECT_EQ(line_of(*spi.get_list()[2]), decimal(BUILT_IN_SPI[0], SPI_FLAG));
+    EXPECT_EQ(line_of(*spi.get_list()[2]),
+              "1554976 16777215 0 0 MICRON QSPI_64 67108864 65536 256 120 2 3 1000 1 1 True 216 2 3");
     EXPECT_EQ(spi.get_list()[0]->values[4], &spi.get_list()[0]->manufacturer_name);
 
     const auto& nand = *PGMDEV_HPS_NAND_MGR::get_mgr();
     ASSERT_EQ(nand.get_user_list().size(), 1U);
-    ASSERT_EQ(nand.get_list().size(), 11U);
+    ASSERT_EQ(nand.get_list().size(), m_built_in_nand + 1);
     EXPECT_EQ(line_of(*nand.get_list()[0]), "236 211 5368709120");
-    EXPECT_EQ(line_of(*nand.get_list()[1]), decimal(BUILT_IN_NAND[0], NO_FLAG));
+    EXPECT_EQ(line_of(*nand.get_list()[1]), "44 104 4294967296");
 }
 
 TEST_F(Hps, DuplicatesStay) {
     const std::string same = nand_bytes(0x2C, 0x68, 0, 1);
     m_directory.write_file(ref::file(ref::BLOCKS{std::nullopt, std::nullopt, NAND_STAMP + same + same}));
-    EXPECT_EQ(PGMDEV_HPS_NAND_MGR::get_mgr()->get_list().size(), 12U);
+    EXPECT_EQ(PGMDEV_HPS_NAND_MGR::get_mgr()->get_list().size(), m_built_in_nand + 2);
 }
 
 TEST_F(Hps, BlockCutAnywhere) {
@@ -233,7 +124,7 @@ TEST_F(Hps, BlockCutAnywhere) {
         PGMDEV_HPS_SPI_MGR::delete_mgr();
         const std::size_t expected = length < one ? 0 : length < 2 * one - 32 ? 1 : 2;
         ASSERT_EQ(PGMDEV_HPS_SPI_MGR::get_mgr()->get_user_list().size(), expected) << length;
-        ASSERT_EQ(PGMDEV_HPS_SPI_MGR::get_mgr()->get_list().size(), expected + 27) << length;
+        ASSERT_EQ(PGMDEV_HPS_SPI_MGR::get_mgr()->get_list().size(), m_built_in_spi + expected) << length;
     }
 }
 
@@ -257,7 +148,7 @@ TEST_F(Hps, EveryCharacterOfTheStampCounts) {
         m_directory.write_file(ref::file(ref::BLOCKS{std::nullopt, std::nullopt, stamp + nand_bytes(1, 2, 3, 4)}));
         PGMDEV_HPS_NAND_MGR::delete_mgr();
         EXPECT_TRUE(PGMDEV_HPS_NAND_MGR::get_mgr()->get_user_list().empty()) << i;
-        EXPECT_EQ(PGMDEV_HPS_NAND_MGR::get_mgr()->get_list().size(), 10U);
+        EXPECT_EQ(PGMDEV_HPS_NAND_MGR::get_mgr()->get_list().size(), m_built_in_nand);
     }
     // Neither does a list take the other's block.
     m_directory.write_file(ref::file(ref::BLOCKS{std::nullopt, NAND_STAMP + spi_bytes("ONE"), SPI_STAMP + "12345678"}));
@@ -272,8 +163,8 @@ TEST_F(Hps, DamageIsNotReported) {
                                     ref::file(ref::BLOCKS{std::nullopt, SPI_STAMP, NAND_STAMP}) + "tail"}) {
         m_directory.write_file(file);
         delete_managers();
-        EXPECT_EQ(PGMDEV_HPS_SPI_MGR::get_mgr()->get_list().size(), 27U);
-        EXPECT_EQ(PGMDEV_HPS_NAND_MGR::get_mgr()->get_list().size(), 10U);
+        EXPECT_EQ(PGMDEV_HPS_SPI_MGR::get_mgr()->get_list().size(), m_built_in_spi);
+        EXPECT_EQ(PGMDEV_HPS_NAND_MGR::get_mgr()->get_list().size(), m_built_in_nand);
     }
     EXPECT_TRUE(reports.all().empty());
 }

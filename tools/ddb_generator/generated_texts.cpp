@@ -1,4 +1,4 @@
-#include "sources.h"
+#include "generated_texts.h"
 
 #include <algorithm>
 #include <cstdio>
@@ -7,6 +7,7 @@
 namespace {
 
 constexpr const char* BANNER = "// Written by ddb_generator from the device catalog. Do not edit.\n\n";
+constexpr const char* BOOT_FLASH_BANNER = "// Written by ddb_generator from the tables of boot flash. Do not edit.\n\n";
 constexpr std::size_t LINE_LENGTH = 120;
 
 /// Text in lines of bounded length, broken between items.
@@ -64,16 +65,16 @@ std::string row_literal(const std::array<char, NAME_ROW_SIZE>& row) {
     return literal + "\",\n";
 }
 
-std::string names_source(const std::string& kind, const NAMES& names) {
-    return number_array("const std::uint32_t " + kind + "_NAMES[]", names.addresses) +
-           number_array("const std::uint16_t " + kind + "_ALIASES[]", names.aliases) +
-           number_array("const std::uint16_t " + kind + "_SLOTS[]", names.slots);
+std::string names_source(const std::string& prefix, const NUMBERED_NAMES& names) {
+    return number_array("const std::uint32_t " + prefix + "_NAMES[]", names.addresses) +
+           number_array("const std::uint16_t " + prefix + "_ALIASES[]", names.aliases) +
+           number_array("const std::uint16_t " + prefix + "_SLOTS[]", names.slots);
 }
 
-std::string names_initialiser(const std::string& kind, const NAMES& names) {
+std::string names_initialiser(const std::string& prefix, const NUMBERED_NAMES& names) {
     const NAME_TABLE table = names.table();
-    return "    {" + kind + "_NAMES, " + std::to_string(table.count) + ", " + kind + "_ALIASES, " + kind + "_SLOTS, " +
-           std::to_string(table.slot_mask) + "},\n";
+    return "    {" + prefix + "_NAMES, " + std::to_string(table.count) + ", " + prefix + "_ALIASES, " + prefix +
+           "_SLOTS, " + std::to_string(table.slot_mask) + "},\n";
 }
 
 std::string facts_source(const std::string& declaration, const std::vector<FACT_TEXTS>& facts) {
@@ -102,6 +103,15 @@ std::string part_line(const CATALOG& catalog, const CATALOG_PART& part) {
 std::string data_source(const DATA_SET& grammar, const DATA_SET& ordering_codes) {
     return std::string(BANNER) + "#include \"names/compiled_in_data.h\"\n\n" +
            data_set_source("PGMDDB_GRAMMAR", grammar) + "\n" + data_set_source("PGMDDB_OPN", ordering_codes);
+}
+
+std::string boot_flash_source(const BOOT_FLASH& flash) {
+    const auto list_source = [](const std::string& name, const BOOT_FLASH_LIST& list) {
+        return number_array("const BYTE " + name + "_RECORDS[]", list.records) +
+               constant(name + "_RECORDS_LENGTH", list.records.size());
+    };
+    return std::string(BOOT_FLASH_BANNER) + "#include \"hps/built_in_records.h\"\n\n" +
+           list_source("HPS_NAND", flash.nand) + "\n" + list_source("HPS_SPI", flash.spi);
 }
 
 std::string host_source(const HOST_TABLES& tables) {

@@ -5,12 +5,16 @@
 
 #include <string>
 
+#include "boot_flash.h"
 #include "catalog.h"
 #include "data_set.h"
 #include "host_tables.h"
 
 /// C++ source that defines the data compiled into the library.
 std::string data_source(const DATA_SET& grammar, const DATA_SET& ordering_codes);
+
+/// C++ source that defines the built-in lists of boot flash.
+std::string boot_flash_source(const BOOT_FLASH& flash);
 
 /// C++ source that defines the tables behind the host's device libraries.
 std::string host_source(const HOST_TABLES& tables);

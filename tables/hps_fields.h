@@ -1,0 +1,38 @@
+#pragma once
+
+/// \file
+/// What the values of a boot flash must be, besides values of their types: the generator checks the built-in rows by it,
+/// the command what users type. A field that is not listed may have any value.
+
+#include <array>
+#include <cstdint>
+#include <string_view>
+
+inline constexpr std::uint32_t NO_LIMIT = 0xFFFFFFFF;
+
+struct FIELD_CHECK {
+    std::string_view name;
+    bool power_of_two;
+    std::uint32_t lowest;
+    std::uint32_t highest;  ///< NO_LIMIT: what the type holds
+};
+
+inline constexpr std::array HPS_NAND_CHECKS{
+    FIELD_CHECK{"manufacturer_id", false, 0, 0xFF},
+    FIELD_CHECK{"device_id", false, 0, 0xFF},
+    FIELD_CHECK{"device_byte_size", true, 0, NO_LIMIT},
+};
+
+inline constexpr std::array HPS_SPI_CHECKS{
+    FIELD_CHECK{"silicon_id", false, 1, 0xFFFFFF},
+    FIELD_CHECK{"silicon_id_mask", false, 1, 0xFFFFFF},
+    FIELD_CHECK{"ext_id", false, 0, 0xFF},
+    FIELD_CHECK{"ext_id_mask", false, 0, 0xFF},
+    FIELD_CHECK{"device_bit_size", true, 0, NO_LIMIT},
+    FIELD_CHECK{"device_sector_byte", true, 0, NO_LIMIT},
+    FIELD_CHECK{"page_byte", true, 0, NO_LIMIT},
+    FIELD_CHECK{"die_count", false, 1, 0xFF},
+    FIELD_CHECK{"erase_opcode", false, 0, 0xFF},
+    FIELD_CHECK{"program_opcode", false, 0, 0xFF},
+    FIELD_CHECK{"read_opcode", false, 0, 0xFF},
+};

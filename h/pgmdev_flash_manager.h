@@ -119,7 +119,7 @@ protected:
 
     // Loading.
     void initialize_flash_database(FIO_PATH flash_file);  ///< loads a packed database; after a report nothing is loaded
-    bool parse_database(BYTE* payload);  ///< parses an uncompressed payload; the result is always false
+    bool parse_database(BYTE* payload);  ///< parses an uncompressed body; the result is always false
     bool get_database(BYTE* payload, DWORD& cursor, DWORD slot);  ///< reads one record; whether it is enabled
     void null_info_database(PGMDEV_SFL_FLASH_INFO* record);       ///< clears a record
     void copy_ini_database();                                     ///< copies m_ini_flash_info into record 0
@@ -138,7 +138,7 @@ protected:
     bool prompt_flash_info(std::string& body);  ///< asks for one flash; `body` changes only on success
 
     // Compiling.
-    DWORD check_flash_file(FIO_PATH csv_file, DWORD& device_count);  ///< checks the layout; the payload's size in bytes
+    DWORD check_flash_file(FIO_PATH csv_file, DWORD& device_count);  ///< checks the layout; the body's size in bytes
     void dump_to_database(BYTE** buffer, DWORD& index, std::vector<std::string> cells);  ///< writes one row
     void print_database(DWORD index);  ///< lists one record on standard output
 
@@ -173,7 +173,7 @@ protected:
     bool get_boolean_from_string(std::string text, bool& valid);  ///< "1" or "0"
 
     DWORD m_print_on_load = 0;               ///< not 0: list every record after the load
-    DWORD m_version = 0;                     ///< of the loaded payload
+    DWORD m_version = 0;                     ///< of the loaded body
     DWORD m_device_count = 0;                ///< device positions
     DWORD m_flash_count = 0;                 ///< valid records
     DWORD m_ini_count = 0;                   ///< 1 while slot 0 is held back for m_ini_flash_info
@@ -187,8 +187,8 @@ private:
     const PGMDEV_SFL_FLASH_INFO& record_at(DWORD index) const;
     void require_mapping(DWORD device) const;
     bool accept_ext_flash_info();
-    void parse_payload(const BYTE* payload, QWORD size);
-    bool read_record(const BYTE* payload, QWORD size, DWORD& cursor, DWORD slot);
+    void parse_body(const BYTE* body, QWORD size);
+    bool read_record(const BYTE* body, QWORD size, DWORD& cursor, DWORD slot);
     void unload();
     void make_map();
     void release() noexcept;

@@ -95,18 +95,18 @@ void PGMDEV_FLASH_MANAGER::initialize_flash_database(FIO_PATH flash_file) {
     unload();
     const PACKED_BODY body = read_packed_file(flash_file, FLASH_FORMAT);
     if (body.data != nullptr) {
-        parse_payload(body.data.get(), body.size);
+        parse_body(body.data.get(), body.size);
     }
 }
 
 bool PGMDEV_FLASH_MANAGER::parse_database(BYTE* payload) {
-    parse_payload(payload, PACKED_TRUSTED_SIZE);
+    parse_body(payload, PACKED_TRUSTED_SIZE);
     return false;
 }
 
-void PGMDEV_FLASH_MANAGER::parse_payload(const BYTE* payload, QWORD size) try {
+void PGMDEV_FLASH_MANAGER::parse_body(const BYTE* body, QWORD size) try {
     DWORD cursor = 0;
-    PACKED_READER reader(payload, size, cursor, FLASH_FORMAT);
+    PACKED_READER reader(body, size, cursor, FLASH_FORMAT);
     const PACKED_BODY_HEAD head = reader.body_head();
     m_version = head.version;
     m_flash_count = head.record_count;
@@ -121,7 +121,7 @@ void PGMDEV_FLASH_MANAGER::parse_payload(const BYTE* payload, QWORD size) try {
     m_ini_count = extra;
 
     for (DWORD slot = extra; slot - extra < m_flash_count;) {
-        if (read_record(payload, size, cursor, slot)) {
+        if (read_record(body, size, cursor, slot)) {
             ++slot;
         } else {
             null_info_database(&m_flash_database[slot]);
@@ -151,8 +151,8 @@ bool PGMDEV_FLASH_MANAGER::get_database(BYTE* payload, DWORD& cursor, DWORD slot
     return read_record(payload, PACKED_TRUSTED_SIZE, cursor, slot);
 }
 
-bool PGMDEV_FLASH_MANAGER::read_record(const BYTE* payload, QWORD size, DWORD& cursor, DWORD slot) {
-    PACKED_READER reader(payload, size, cursor, FLASH_FORMAT);
+bool PGMDEV_FLASH_MANAGER::read_record(const BYTE* body, QWORD size, DWORD& cursor, DWORD slot) {
+    PACKED_READER reader(body, size, cursor, FLASH_FORMAT);
     FLASH_CODEC::read(reader, m_flash_database[slot]);
     return enable_device(slot);
 }

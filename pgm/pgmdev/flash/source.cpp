@@ -1,13 +1,19 @@
 #include "flash/source.h"
 
+#include <algorithm>
+#include <array>
+
 namespace {
 
 constexpr std::size_t TYPE_ROW = 0;
 constexpr std::size_t NAME_ROW = 1;
 
-/// Lines whose number of cells is free: two for comments, and the one that sets the data rows apart.
-bool is_free(std::size_t line_index) {
-    return line_index == 2 || line_index == 3 || line_index == 7;
+/// Lines of the header that hold what their maintainers like: two comments below the names, one above the data rows.
+/// Those between belong to the columns, so that they must have as many cells.
+constexpr std::array<std::size_t, 3> COMMENT_LINES{2, 3, 7};
+
+bool is_comment(std::size_t line_index) {
+    return std::find(COMMENT_LINES.begin(), COMMENT_LINES.end(), line_index) != COMMENT_LINES.end();
 }
 
 }  // namespace
@@ -15,7 +21,7 @@ bool is_free(std::size_t line_index) {
 void FLASH_SOURCE::check_layout(const std::vector<SOURCE_LINE>& lines, bool readable, SOURCE_LAYOUT& layout,
                                 const FAULT_SINK& sink) {
     for (std::size_t i = 0; i < lines.size(); ++i) {
-        if (is_free(i) || !check_cell_count(lines[i], HEADER, sink)) {
+        if (is_comment(i) || !check_cell_count(lines[i], HEADER, sink)) {
             continue;
         }
         if (i == TYPE_ROW) {

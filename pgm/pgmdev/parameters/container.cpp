@@ -24,7 +24,8 @@ constexpr QWORD SMALLEST_FILE = MAGIC_SIZE + 1;
 constexpr QWORD LARGEST_WRITTEN = 0xFFFFFFFF;  // offsets have 32 bits
 static_assert(MAGIC.size() == MAGIC_SIZE);
 
-/// The lines by which the checks of the written image are known.
+/// The lines that reports state for the checks of the written image, which share a text: fixed, since programs that read
+/// reports tell them apart by these.
 enum IMAGE_LINE { MAGIC_LINE = 256, COUNT_LINE = 265, OFFSET_LINE = 281, SIZE_LINE = 289 };
 
 std::string container_path() {

@@ -3,7 +3,7 @@
 SOURCE_CELLS source_header_cells(const SOURCE_HEADER& header) {
     SOURCE_CELLS rows(2);
     for (const SOURCE_COLUMN& column : header.columns) {
-        rows[0].emplace_back(column_type_name(column.type));
+        rows[0].emplace_back(column_type_name(column.kind));
         rows[1].emplace_back(column.name);
     }
     return rows;

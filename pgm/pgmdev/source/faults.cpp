@@ -12,10 +12,10 @@ constexpr int REFUSAL_DEBUG_LEVEL = 1;
 
 }  // namespace
 
-FAULT_SINK refusing_sink(const FIO_PATH& csv_file, const char* source) {
-    return [file = csv_file.fullpath(), source](const PGMDEV_TABLE_FAULT& fault, int check_line) {
-        msg_local_vdebug("PGMDEV", REFUSAL_DEBUG_LEVEL, "%s", describe_fault(fault, file).c_str());
-        pgmdev_report(fault.condition.c_str(), source, check_line);
+FAULT_SINK refusing_sink(const FIO_PATH& csv_file, const char* file) {
+    return [table = csv_file.fullpath(), file](const PGMDEV_TABLE_FAULT& fault, int check_line) {
+        msg_local_vdebug("PGMDEV", REFUSAL_DEBUG_LEVEL, "%s", describe_fault(fault, table).c_str());
+        pgmdev_report(fault.condition.c_str(), file, check_line);
     };
 }
 

@@ -13,9 +13,9 @@
 /// Receives a fault and the line of the check that found it. It may end the operation, or collect and go on.
 using FAULT_SINK = std::function<void(const PGMDEV_TABLE_FAULT& fault, int check_line)>;
 
-/// Refuses a table at its first fault: the debug channel says where, the fault's condition is reported with the source
-/// file `source`.
-FAULT_SINK refusing_sink(const FIO_PATH& csv_file, const char* source);
+/// Refuses a table at its first fault: the debug channel says where, the fault's condition is reported with the file
+/// `file`.
+FAULT_SINK refusing_sink(const FIO_PATH& csv_file, const char* file);
 
 /// One line of text: "file:line:column: fault: ..."
 std::string describe_fault(const PGMDEV_TABLE_FAULT& fault, const std::string& file_name);

@@ -7,7 +7,7 @@
 
 namespace {
 
-/// A column type, by tag: how the type row spells it, and what its cells may hold.
+/// The kinds of columns, by tag: how the type row spells it, and what its cells may hold.
 struct COLUMN_TYPE {
     const char* name;
     const char* accepted;
@@ -26,12 +26,12 @@ constexpr std::array<COLUMN_TYPE, 8> COLUMN_TYPES{{
 
 }  // namespace
 
-const char* column_type_name(PGMDEV_MANAGER_TYPE type) {
-    return COLUMN_TYPES[type].name;
+const char* column_type_name(PGMDEV_MANAGER_TYPE kind) {
+    return COLUMN_TYPES[kind].name;
 }
 
-const char* accepted_cell(PGMDEV_MANAGER_TYPE type) {
-    return COLUMN_TYPES[type].accepted;
+const char* accepted_cell(PGMDEV_MANAGER_TYPE kind) {
+    return COLUMN_TYPES[kind].accepted;
 }
 
 PGMDEV_TABLE_FAULT cell_fault(const SOURCE_LINE& line, std::size_t cell, std::string_view member, std::string condition,
@@ -61,7 +61,7 @@ bool check_cell_count(const SOURCE_LINE& line, const SOURCE_HEADER& header, cons
 
 void check_type_row(const SOURCE_LINE& line, const SOURCE_HEADER& header, const FAULT_SINK& sink) {
     for (std::size_t i = 0; i < line.cells.size(); ++i) {
-        const std::string type = column_type_name(header.columns[i].type);
+        const std::string type = column_type_name(header.columns[i].kind);
         if (line.cells[i] != type) {
             sink(cell_fault(line, i, header.columns[i].name, "svec.at(i) == \"" + type + "\"", "the type " + type),
                  PGMDEV_LINE);

@@ -7,10 +7,10 @@
 #include <vector>
 
 #include "cfg.h"
-#include "command.h"
 #include "gen.h"
 #include "msg.h"
 #include "program.h"
+#include "terminal/command.h"
 
 namespace {
 

@@ -2,54 +2,56 @@
 
 #include <stdexcept>
 
-#include "fault_output.h"
 #include "fio.h"
-#include "pgmdev_dev_info_table.h"
-#include "profile_commands.h"
+#include "flash/commands.h"
+#include "pgmdev_flash_manager.h"
+#include "pgmdev_flash_table.h"
+#include "terminal/command.h"
+#include "terminal/fault_output.h"
 
 namespace {
 
-JSON sizes_json(const PGMDEV_DEV_INFO_TABLE& table) {
+JSON sizes_json(const PGMDEV_FLASH_TABLE& table) {
     return {{"records", table.records().size()}, {"payload_size", table.payload_size()}};
 }
 
-void print_sizes(const PGMDEV_DEV_INFO_TABLE& table) {
+void print_sizes(const PGMDEV_FLASH_TABLE& table) {
     fmt::print("{} records, {} bytes of payload\n", table.records().size(), table.payload_size());
 }
 
 }  // namespace
 
-void check_profile_table(const std::string& csv_file, COMMAND& command) {
-    const PGMDEV_DEV_INFO_TABLE table = PGMDEV_DEV_INFO_TABLE::from_source(csv_file);
+void check_flash_table(const std::string& csv_file, COMMAND& command) {
+    const PGMDEV_FLASH_TABLE table = PGMDEV_FLASH_TABLE::from_source(csv_file);
     if (table.has_faults()) {
         command.result = EXIT_INTERNAL_ERROR;
     }
-    print_faults(table.faults(), csv_file, PGMDEV_DEV_INFO_TABLE::describe);
+    print_faults(table.faults(), csv_file, PGMDEV_FLASH_TABLE::describe);
     if (command.json) {
         JSON document = sizes_json(table);
-        document["faults"] = faults_json(table.faults(), "row");
+        document["faults"] = faults_json(table.faults(), "device_name");
         print_json(document);
     } else if (!table.has_faults()) {
         print_sizes(table);
     }
 }
 
-void compile_profile_table(const std::string& csv_file, const std::string& pcf_file, COMMAND& command) {
-    const PGMDEV_DEV_INFO_TABLE table = PGMDEV_DEV_INFO_TABLE::from_source(csv_file);
+void compile_flash_table(const std::string& csv_file, const std::string& pcf_file, COMMAND& command) {
+    const PGMDEV_FLASH_TABLE table = PGMDEV_FLASH_TABLE::from_source(csv_file);
     FIO_REPLACEMENT output(pcf_file);
     if (table.has_faults()) {
-        print_faults(table.faults(), csv_file, PGMDEV_DEV_INFO_TABLE::describe);
+        print_faults(table.faults(), csv_file, PGMDEV_FLASH_TABLE::describe);
     }
-    PGMDEV_DEV_INFO_MANAGER compiler(true);
+    PGMDEV_FLASH_MANAGER compiler(false, 0, true, false);
     if (table.records().empty()) {
         // The format is broken: the compiler itself says which condition stops it.
-        compiler.generate_device_database(csv_file, output.temporary());
+        compiler.generate_flash_database(csv_file, output.temporary());
     }
     if (table.has_faults()) {
         throw std::runtime_error(csv_file + " has faults: " + pcf_file + " is left as it was");
     }
-    compiler.generate_device_database(csv_file, output.temporary());
-    const PGMDEV_DEV_INFO_TABLE read_back = PGMDEV_DEV_INFO_TABLE::from_database(output.temporary());
+    compiler.generate_flash_database(csv_file, output.temporary());
+    const PGMDEV_FLASH_TABLE read_back = PGMDEV_FLASH_TABLE::from_database(output.temporary());
     if (read_back.records() != table.records() || read_back.payload_size() != table.payload_size()) {
         throw std::runtime_error("what was compiled from " + csv_file + " reads back differently");
     }

@@ -6,12 +6,12 @@
 #include <string_view>
 #include <utility>
 
-#include "command.h"
-#include "device_names.h"
-#include "input.h"
+#include "names/device_names.h"
 #include "pgmdev_device_grammar_mgr.h"
 #include "pgmdev_mgr.h"
 #include "pgmdev_part_index.h"
+#include "terminal/command.h"
+#include "terminal/input.h"
 
 namespace {
 

@@ -4,12 +4,12 @@
 #include <memory>
 #include <unordered_map>
 
-#include "command.h"
-#include "device_names.h"
-#include "input.h"
+#include "names/device_names.h"
 #include "pgm_common.h"
 #include "pgmdev_mgr.h"
 #include "stl.h"
+#include "terminal/command.h"
+#include "terminal/input.h"
 
 namespace {
 

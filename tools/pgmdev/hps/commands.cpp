@@ -1,12 +1,12 @@
-#include "hps_commands.h"
+#include "hps/commands.h"
 
 #include <fmt/format.h>
 
 #include <memory>
 
-#include "flash_output.h"
+#include "flash/output.h"
 #include "pgmdev_hps_mgr.h"
-#include "text_table.h"
+#include "terminal/text_table.h"
 
 namespace {
 

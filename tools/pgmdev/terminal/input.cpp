@@ -1,12 +1,12 @@
-#include "input.h"
+#include "terminal/input.h"
 
 #include <fmt/format.h>
 
 #include <iostream>
 #include <string_view>
 
-#include "command.h"
 #include "gen.h"
+#include "terminal/command.h"
 
 namespace {
 

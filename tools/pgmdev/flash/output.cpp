@@ -1,4 +1,4 @@
-#include "flash_output.h"
+#include "flash/output.h"
 
 #include <fmt/format.h>
 
@@ -8,7 +8,7 @@
 #include <type_traits>
 #include <utility>
 
-#include "text_table.h"
+#include "terminal/text_table.h"
 
 namespace {
 

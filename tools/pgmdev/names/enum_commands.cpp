@@ -2,12 +2,12 @@
 
 #include <memory>
 
-#include "command.h"
-#include "device_names.h"
-#include "input.h"
+#include "names/device_names.h"
 #include "pgm_common.h"
 #include "pgmdev_mgr.h"
-#include "text_table.h"
+#include "terminal/command.h"
+#include "terminal/input.h"
+#include "terminal/text_table.h"
 
 namespace {
 

@@ -5,7 +5,7 @@
 #include <memory>
 
 #include "gen.h"
-#include "hps_commands.h"
+#include "hps/commands.h"
 
 // The user's boot flash lists: read as the managers read them, and written back whole.
 

@@ -3,12 +3,12 @@
 #include <iostream>
 
 #include "cfg.h"
-#include "command.h"
-#include "flash_commands.h"
-#include "flash_output.h"
-#include "input.h"
+#include "flash/commands.h"
+#include "flash/output.h"
 #include "pgmdev_user_flash.h"
-#include "text_table.h"
+#include "terminal/command.h"
+#include "terminal/input.h"
+#include "terminal/text_table.h"
 
 namespace {
 

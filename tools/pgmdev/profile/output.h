@@ -6,8 +6,8 @@
 #include <span>
 #include <string>
 
-#include "command.h"
 #include "pgmdev_dev_info.h"
+#include "terminal/command.h"
 
 /// Adds the 86 members to an object, under their names. Identifiers and enumerators are names, or null for none, or
 /// numbers where no name is known.

@@ -6,8 +6,8 @@
 #include <string>
 #include <vector>
 
-#include "command.h"
 #include "pgmdev_sfl_flash_info.h"
+#include "terminal/command.h"
 
 /// Adds the 33 members to an object, under their names.
 void add_members(JSON& object, const PGMDEV_SFL_FLASH_INFO& record);

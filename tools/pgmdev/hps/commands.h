@@ -7,8 +7,8 @@
 #include <string>
 #include <vector>
 
-#include "command.h"
-#include "hps_flash.h"
+#include "hps/flash.h"
+#include "terminal/command.h"
 
 /// `index`, the values under their names, and whether the entry is the user's.
 template <class FLASH>

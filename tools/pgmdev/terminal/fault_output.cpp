@@ -1,8 +1,8 @@
-#include "fault_output.h"
+#include "terminal/fault_output.h"
 
 #include <fmt/format.h>
 
-#include "text_table.h"
+#include "terminal/text_table.h"
 
 JSON fault_json(const PGMDEV_TABLE_FAULT& fault, const std::string& row_key) {
     return {{"severity", fault.severity == PGMDEV_TABLE_FAULT::SEVERITY::FAULT ? "fault" : "warning"},

@@ -1,4 +1,4 @@
-#include "flash_commands.h"
+#include "flash/commands.h"
 
 #include <fmt/format.h>
 
@@ -9,11 +9,11 @@
 #include <string>
 #include <vector>
 
-#include "command.h"
-#include "flash_output.h"
+#include "flash/output.h"
 #include "gen.h"
-#include "input.h"
 #include "pgmdev_flash_table.h"
+#include "terminal/command.h"
+#include "terminal/input.h"
 
 namespace {
 

@@ -6,8 +6,8 @@
 #include <string>
 #include <vector>
 
-#include "command.h"
 #include "pgmdev_flash_manager.h"
+#include "terminal/command.h"
 
 /// Loads the flash database for that many device positions. A file of another kind, which loads nothing, throws
 /// std::runtime_error.

@@ -5,8 +5,8 @@
 
 #include <string>
 
-#include "command.h"
 #include "pgmdev_dev_info_manager.h"
+#include "terminal/command.h"
 
 /// The database with what only deriving classes see.
 class PROFILE_DATABASE : public PGMDEV_DEV_INFO_MANAGER {

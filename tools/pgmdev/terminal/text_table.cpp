@@ -1,4 +1,4 @@
-#include "text_table.h"
+#include "terminal/text_table.h"
 
 #include <fmt/format.h>
 

@@ -6,11 +6,11 @@
 #include <span>
 #include <vector>
 
-#include "command.h"
 #include "fio.h"
 #include "gen.h"
 #include "pgmdev_flash_ini.h"
-#include "text_table.h"
+#include "terminal/command.h"
+#include "terminal/text_table.h"
 
 namespace {
 

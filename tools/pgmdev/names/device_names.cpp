@@ -1,4 +1,4 @@
-#include "device_names.h"
+#include "names/device_names.h"
 
 #include <algorithm>
 #include <utility>

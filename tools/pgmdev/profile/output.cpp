@@ -1,4 +1,4 @@
-#include "profile_output.h"
+#include "profile/output.h"
 
 #include <fmt/format.h>
 
@@ -8,7 +8,7 @@
 
 #include "pgmdev_dev_info_manager.h"
 #include "pgmdev_dev_info_manager_auto_export.h"
-#include "text_table.h"
+#include "terminal/text_table.h"
 
 namespace {
 

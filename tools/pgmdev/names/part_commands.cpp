@@ -4,11 +4,11 @@
 #include <memory>
 #include <optional>
 
-#include "command.h"
-#include "device_names.h"
-#include "input.h"
+#include "names/device_names.h"
 #include "pgmdev_mgr.h"
 #include "pgmdev_part_index.h"
+#include "terminal/command.h"
+#include "terminal/input.h"
 
 namespace {
 

@@ -2,11 +2,11 @@
 
 #include <algorithm>
 
-#include "command.h"
-#include "flash_commands.h"
-#include "flash_output.h"
-#include "input.h"
-#include "text_table.h"
+#include "flash/commands.h"
+#include "flash/output.h"
+#include "terminal/command.h"
+#include "terminal/input.h"
+#include "terminal/text_table.h"
 
 namespace {
 

@@ -1,10 +1,10 @@
-#include "profile_commands.h"
+#include "profile/commands.h"
 
 #include <memory>
 #include <string>
 
 #include "pgmdev_dev_info_table.h"
-#include "profile_output.h"
+#include "profile/output.h"
 
 namespace {
 

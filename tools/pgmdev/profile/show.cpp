@@ -4,11 +4,11 @@
 #include <memory>
 
 #include "dev.h"
-#include "device_names.h"
-#include "input.h"
+#include "names/device_names.h"
 #include "pgmdev_dev_info_manager_auto_export.h"
-#include "profile_commands.h"
-#include "profile_output.h"
+#include "profile/commands.h"
+#include "profile/output.h"
+#include "terminal/input.h"
 
 namespace {
 

@@ -1,10 +1,11 @@
-#include <fmt/format.h>
+#include <fmt/core.h>
 
 #include <algorithm>
+#include <optional>
 
-#include "flash/commands.h"
+#include "flash/database.h"
 #include "flash/output.h"
-#include "terminal/command.h"
+#include "flash/verbs.h"
 #include "terminal/input.h"
 #include "terminal/text_table.h"
 
@@ -65,7 +66,12 @@ void identify_batch(bool silicon, COMMAND& command) {
 
 }  // namespace
 
-void identify_flash(const std::vector<std::string>& responses, bool silicon, COMMAND& command) {
+void identify_flash(const ARGUMENTS& given, COMMAND& command) {
+    const std::vector<std::string>& responses = given.texts("HEX");
+    const bool silicon = given.has("--silicon");
+    if (given.has("--user")) {
+        use_user_flash(given.text("--user"));
+    }
     if (responses.size() == 1 && responses.front() == "-") {
         identify_batch(silicon, command);
         return;
@@ -79,22 +85,22 @@ void identify_flash(const std::vector<std::string>& responses, bool silicon, COM
     if (!std::all_of(devices.begin(), devices.end(), mapped)) {
         command.result = EXIT_NOT_FOUND;
     }
-    JSON longest;  // null when no device is mapped
+    std::optional<DWORD> longest;  // of the devices that are mapped
     if (std::any_of(devices.begin(), devices.end(), mapped)) {
         longest = manager.sfl_get_chain_longest_program_utime();
     }
     if (command.json) {
-        JSON document{{"devices", JSON::array()}, {"longest_program_utime", longest}};
+        JSON array = JSON::array();
         for (const DEVICE& device : devices) {
-            document["devices"].push_back(device_json(device.position, device));
+            array.push_back(device_json(device.position, device));
         }
-        print_json(document);
+        print_json({{"devices", array}, {"longest_program_utime", longest}});
         return;
     }
     for (const DEVICE& device : devices) {
         print_device(device.position, device);
     }
-    if (!longest.is_null()) {
-        fmt::print("Longest program time in the chain: {} us\n", longest.get<DWORD>());
+    if (longest) {
+        fmt::print("Longest program time in the chain: {} us\n", *longest);
     }
 }

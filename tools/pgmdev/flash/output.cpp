@@ -1,6 +1,6 @@
 #include "flash/output.h"
 
-#include <fmt/format.h>
+#include <fmt/core.h>
 
 #include <algorithm>
 #include <array>

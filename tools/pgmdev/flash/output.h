@@ -8,8 +8,9 @@
 
 #include "pgmdev_sfl_flash_info.h"
 #include "terminal/command.h"
+#include "terminal/json.h"
 
-/// Adds the 33 members to an object, under their names.
+/// Adds the members to an object, under their names.
 void add_members(JSON& object, const PGMDEV_SFL_FLASH_INFO& record);
 
 /// `index` and the members.
@@ -28,5 +29,5 @@ void print_records(const PGMDEV_SFL_FLASH_INFO* records, DWORD count, const COMM
 /// std::runtime_error.
 void print_source_table(const std::vector<PGMDEV_SFL_FLASH_INFO>& records);
 
-/// The default row of each name in columns of readable width, "128 Mbit" for a size in bits.
+/// A size in the largest of Mbit, Kbit and bit that leaves no fraction: "128 Mbit".
 std::string size_text(QWORD bits);

@@ -1,12 +1,11 @@
-#include <fmt/format.h>
+#include <fmt/core.h>
 
 #include <iostream>
 
 #include "cfg.h"
-#include "flash/commands.h"
 #include "flash/output.h"
+#include "flash/verbs.h"
 #include "pgmdev_user_flash.h"
-#include "terminal/command.h"
 #include "terminal/input.h"
 #include "terminal/text_table.h"
 
@@ -46,18 +45,16 @@ void print_description(const PGMDEV_USER_FLASH& flash) {
 void decode_one(const std::string& text, bool batch, COMMAND& command) {
     const PGMDEV_USER_FLASH flash = PGMDEV_USER_FLASH::from_encoded(text);
     show_faults(flash, command);
-    if (!command.json) {
-        print_description(flash);
-    } else if (batch) {
-        print_json_line(description_json(flash));
+    if (command.json) {
+        print_json_answer(description_json(flash), batch);
     } else {
-        print_json(description_json(flash));
+        print_description(flash);
     }
 }
 
 }  // namespace
 
-void define_flash(COMMAND& command) {
+void define_flash(const ARGUMENTS&, COMMAND& command) {
     const std::string encoded = PGMDEV_USER_FLASH::define(std::cin, command.json ? std::cerr : std::cout);
     if (encoded.empty()) {
         throw USAGE_ERROR(std::cin.fail() ? "the input ended before the last question was answered"
@@ -69,12 +66,8 @@ void define_flash(COMMAND& command) {
     show_faults(PGMDEV_USER_FLASH::from_encoded(encoded), command);
 }
 
-void decode_flash(const std::string& text, COMMAND& command) {
-    if (text != "-") {
-        decode_one(text, false, command);
-        return;
-    }
-    for_each_input_line([&](const std::string& line) { decode_one(line, true, command); });
+void decode_flash(const ARGUMENTS& given, COMMAND& command) {
+    for_each_item(given.text("TEXT"), [&](const std::string& text, bool batch) { decode_one(text, batch, command); });
 }
 
 void use_user_flash(const std::string& text) {

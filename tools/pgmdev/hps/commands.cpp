@@ -1,10 +1,13 @@
-#include "hps/commands.h"
+#include "nouns.h"
 
-#include <fmt/format.h>
+#include <fmt/core.h>
 
-#include <memory>
+#include <array>
+#include <string>
+#include <vector>
 
 #include "flash/output.h"
+#include "hps/edit.h"
 #include "pgmdev_hps_mgr.h"
 #include "terminal/text_table.h"
 
@@ -36,16 +39,17 @@ constexpr std::array KIND_MEMBERS{
     KIND_MEMBER{"nand_data_base", &KIND::nand_data_base, true},
 };
 
-void list_kinds(const COMMAND& command) {
+void list_kinds(const ARGUMENTS&, const COMMAND& command) {
     const auto kinds = PGMDEV_HPS_MGR::get_kinds();
     if (command.json) {
         JSON array = JSON::array();
         for (std::size_t i = 0; i < kinds.size(); ++i) {
-            JSON& object = array.emplace_back(JSON{{"index", i}, {"name", kinds[i].name}});
+            JSON object{{"index", i}, {"name", kinds[i].name}};
             for (const KIND_MEMBER& member : KIND_MEMBERS) {
                 object[member.name] = kinds[i].*member.field;
             }
             object["user"] = false;
+            array.push_back(object);
         }
         print_json(array);
         return;
@@ -100,7 +104,7 @@ void print_table(const std::vector<PGMDEV_HPS_SPI_STRUCTURE*>& list, std::size_t
 }
 
 template <class FLASH>
-void list_entries(const COMMAND& command) {
+void list_entries(const ARGUMENTS&, const COMMAND& command) {
     const auto& manager = *FLASH::MANAGER::get_mgr();
     const auto& list = manager.get_list();
     const std::size_t user_count = manager.get_user_list().size();
@@ -127,62 +131,55 @@ std::string field_names() {
     return text;
 }
 
-/// What the verbs take from the command line.
-struct HPS_OPTIONS {
-    std::vector<std::string> assignments;
-    std::optional<std::size_t> like;
-    std::size_t index = 0;
-};
+template <class FLASH>
+void add(const ARGUMENTS& given, const COMMAND& command) {
+    add_entry<FLASH>(given.texts("FIELD=VALUE"), given.number("--like"), command);
+}
 
 template <class FLASH>
-void add_flash_noun(CLI::App* add, CLI::App* remove, const std::string& name, const std::string& example,
-                    const std::shared_ptr<HPS_OPTIONS>& options, COMMAND& command) {
-    CLI::App* noun = add->add_subcommand(name, "Add an entry to the user's list");
-    noun->add_option("FIELD=VALUE", options->assignments, "Fields of the entry; numbers in decimal or as 0x...");
-    noun->add_option("--like", options->like, "Take the fields that are not given from this entry of the list")
-        ->type_name("INDEX");
-    noun->footer(
-        field_names<FLASH>() +
-        "\nFields shown with a value may be left out. -1 is the largest value of a field.\nExample: " + example);
-    noun->callback([options, &command] { add_entry<FLASH>(options->assignments, options->like, command); });
+void remove(const ARGUMENTS& given, COMMAND& command) {
+    remove_entry<FLASH>(*given.number("INDEX"), command);
+}
 
-    noun = remove->add_subcommand(name, "Remove an entry of the user's list");
-    noun->add_option("INDEX", options->index, "Index of the entry in the list")->required();
-    noun->footer("Example: pgmdev hps remove " + name + " 0");
-    noun->callback([options, &command] { remove_entry<FLASH>(options->index, command); });
+template <class FLASH>
+VERB add_verb(const char* name, const char* example) {
+    return VERB(name, "Add an entry to the user's list", example, add<FLASH>)
+        .takes({"FIELD=VALUE", "Fields of the entry; numbers in decimal or as 0x...", ARGUMENT::OPTIONAL_TEXTS})
+        .takes({"--like", "Take the fields that are not given from this entry of the list", ARGUMENT::OPTIONAL_NUMBER,
+                "INDEX"})
+        .tells(field_names<FLASH>() +
+               "\nFields shown with a value may be left out. -1 is the largest value of a field.\n");
+}
+
+template <class FLASH>
+VERB remove_verb(const char* name) {
+    return VERB(name, "Remove an entry of the user's list", fmt::format("pgmdev hps remove {} 0", name), remove<FLASH>)
+        .takes({"INDEX", "Index of the entry in the list", ARGUMENT::NUMBER});
 }
 
 }  // namespace
 
-void add_hps_commands(CLI::App& app, COMMAND& command) {
-    const auto options = std::make_shared<HPS_OPTIONS>();  // lives as long as the callbacks that read it
-    CLI::App* hps = app.add_subcommand("hps", "Hard processor systems, and the flash devices they boot from");
-    hps->require_subcommand(1);
-    hps->footer("Example: pgmdev hps spi");
-
-    CLI::App* verb = hps->add_subcommand("kinds", "The kinds of hard processor systems");
-    verb->footer("Example: pgmdev --json hps kinds");
-    verb->callback([&command] { list_kinds(command); });
-
-    verb = hps->add_subcommand("nand", "The NAND flash devices: the user's own, then the built-in ones");
-    verb->footer("Example: pgmdev hps nand");
-    verb->callback([&command] { list_entries<HPS_NAND>(command); });
-
-    verb = hps->add_subcommand("spi", "The SPI flash devices: the user's own, then the built-in ones");
-    verb->footer("Example: pgmdev --json hps spi");
-    verb->callback([&command] { list_entries<HPS_SPI>(command); });
-
-    CLI::App* add = hps->add_subcommand("add", "Add a flash device to the user's list in pgm_flash.ini");
-    add->require_subcommand(1);
-    add->footer("Example: pgmdev hps add nand manufacturer_id=0xEC device_id=0xD3 device_byte_size=0x40000000");
-    CLI::App* remove = hps->add_subcommand("remove", "Remove a flash device from the user's list in pgm_flash.ini");
-    remove->require_subcommand(1);
-    remove->footer("Example: pgmdev hps remove spi 0");
-    add_flash_noun<HPS_NAND>(add, remove, "nand",
-                             "pgmdev hps add nand manufacturer_id=0xEC device_id=0xD3 device_byte_size=0x40000000",
-                             options, command);
-    add_flash_noun<HPS_SPI>(
-        add, remove, "spi",
-        "pgmdev hps add spi --like 26 device_name=QSPI_256 silicon_id=0x1940C8 device_bit_size=0x10000000", options,
-        command);
+NOUN hps_noun() {
+    constexpr const char* ADD_NAND =
+        "pgmdev hps add nand manufacturer_id=0xEC device_id=0xD3 device_byte_size=0x40000000";
+    constexpr const char* ADD_SPI =
+        "pgmdev hps add spi --like 26 device_name=QSPI_256 silicon_id=0x1940C8 device_bit_size=0x10000000";
+    const std::vector<VERB> verbs{
+        VERB("kinds", "The kinds of hard processor systems", "pgmdev --json hps kinds", list_kinds),
+        VERB("nand", "The NAND flash devices: the user's own, then the built-in ones", "pgmdev hps nand",
+             list_entries<HPS_NAND>),
+        VERB("spi", "The SPI flash devices: the user's own, then the built-in ones", "pgmdev --json hps spi",
+             list_entries<HPS_SPI>),
+    };
+    const std::vector<NOUN> groups{
+        {"add",
+         "Add a flash device to the user's list in pgm_flash.ini",
+         ADD_NAND,
+         {add_verb<HPS_NAND>("nand", ADD_NAND), add_verb<HPS_SPI>("spi", ADD_SPI)}},
+        {"remove",
+         "Remove a flash device from the user's list in pgm_flash.ini",
+         "pgmdev hps remove spi 0",
+         {remove_verb<HPS_NAND>("nand"), remove_verb<HPS_SPI>("spi")}},
+    };
+    return {"hps", "Hard processor systems, and the flash devices they boot from", "pgmdev hps spi", verbs, groups};
 }

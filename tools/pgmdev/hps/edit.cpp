@@ -1,13 +1,13 @@
-#include <fmt/format.h>
+#include <fmt/core.h>
 
 #include <algorithm>
 #include <map>
 #include <memory>
 
 #include "gen.h"
-#include "hps/commands.h"
+#include "hps/edit.h"
 
-// The user's boot flash lists: read as the managers read them, and written back whole.
+// The lists are read as the managers read them, and written back whole.
 
 namespace {
 
@@ -66,7 +66,8 @@ void write_list(const std::vector<const typename FLASH::RECORD*>& records) {
 
 /// Reads the text of one field; what the library finds wrong with it is shown to the user with the field's name.
 QWORD checked_number(std::string_view name, PGMDEV_PARAM_TYPE type, const std::string& text, const FIELD_CHECK& check) {
-    const DWORD ranges[]{1, check.lowest, check.highest};
+    constexpr DWORD RANGES = 1;
+    const DWORD ranges[]{RANGES, check.lowest, check.highest};
     QWORD value = 0;
     std::string error;
     if (text.empty()) {

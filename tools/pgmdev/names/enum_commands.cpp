@@ -1,12 +1,13 @@
-#include <fmt/format.h>
+#include <fmt/core.h>
 
-#include <memory>
-
+#include <array>
 #include "names/device_names.h"
-#include "pgm_common.h"
+#include "nouns.h"
+
 #include "pgmdev_mgr.h"
-#include "terminal/command.h"
+#include "terminal/did_you_mean.h"
 #include "terminal/input.h"
+#include "terminal/json.h"
 #include "terminal/text_table.h"
 
 namespace {
@@ -14,22 +15,21 @@ namespace {
 /// The types as they are called on the command line, by value.
 constexpr std::array<const char*, PGM_ENUM_TYPE_MAX> TYPES{"block", "sector", "option-bit", "sof-setting"};
 
+std::string type_list() {
+    std::string text;
+    for (const char* type : TYPES) {
+        text += (text.empty() ? "" : ", ") + std::string(type);
+    }
+    return text;
+}
+
 PGM_ENUM_TYPE parse_type(const std::string& text) {
     for (std::size_t i = 0; i < TYPES.size(); ++i) {
         if (text == TYPES[i]) {
             return static_cast<PGM_ENUM_TYPE>(i);
         }
     }
-    throw USAGE_ERROR(fmt::format("\"{}\" is no enumeration: expected {}", text, fmt::join(TYPES, ", ")));
-}
-
-DWORD parse_value(const std::string& text) {
-    bool valid = false;
-    const DWORD value = PGM_COMMON::convert_string_to_dword(text, true, &valid, nullptr, true);
-    if (!valid) {
-        throw USAGE_ERROR(fmt::format("\"{}\" is no value: expected a number of 32 bits", text));
-    }
-    return value;
+    throw USAGE_ERROR(fmt::format("\"{}\" is not an enumeration: expected {}", text, type_list()));
 }
 
 std::vector<std::string> names_of(PGM_ENUM_TYPE type) {
@@ -40,10 +40,11 @@ std::vector<std::string> names_of(PGM_ENUM_TYPE type) {
     return names;
 }
 
-void show_name(const std::string& type_text, const std::string& argument, COMMAND& command) {
+void show_name(const ARGUMENTS& given, COMMAND& command) {
+    const std::string& type_text = given.text("TYPE");
     const PGM_ENUM_TYPE type = parse_type(type_text);
-    for_each_item(argument, [&](const std::string& item, bool batch) {
-        const DWORD value = parse_value(item);
+    for_each_item(given.text("VALUE"), [&](const std::string& item, bool batch) {
+        const DWORD value = parse_dword(item, "a value");
         std::string name;
         const bool found = PGMDEV_MGR::pgm_check_type_enum_supported(type, value, &name);
         if (!found) {
@@ -58,9 +59,10 @@ void show_name(const std::string& type_text, const std::string& argument, COMMAN
     });
 }
 
-void show_value(const std::string& type_text, const std::string& argument, COMMAND& command) {
+void show_value(const ARGUMENTS& given, COMMAND& command) {
+    const std::string& type_text = given.text("TYPE");
     const PGM_ENUM_TYPE type = parse_type(type_text);
-    for_each_item(argument, [&](const std::string& item, bool batch) {
+    for_each_item(given.text("NAME"), [&](const std::string& item, bool batch) {
         DWORD value = 0;
         const bool found = PGMDEV_MGR::pgm_check_type_name_supported(type, item, &value);
         if (!found) {
@@ -76,8 +78,8 @@ void show_value(const std::string& type_text, const std::string& argument, COMMA
     });
 }
 
-void list(const std::string& type_text, const COMMAND& command) {
-    const std::vector<std::string> names = names_of(parse_type(type_text));
+void list(const ARGUMENTS& given, const COMMAND& command) {
+    const std::vector<std::string> names = names_of(parse_type(given.text("TYPE")));
     JSON array = JSON::array();
     TEXT_TABLE table({"value", "name"});
     for (std::size_t value = 1; value < names.size(); ++value) {
@@ -91,33 +93,18 @@ void list(const std::string& type_text, const COMMAND& command) {
     }
 }
 
-struct ENUM_OPTIONS {
-    std::string type;
-    std::string item;
-};
-
 }  // namespace
 
-void add_enum_commands(CLI::App& app, COMMAND& command) {
-    const auto options = std::make_shared<ENUM_OPTIONS>();  // lives as long as the callbacks that read it
-    CLI::App* noun = app.add_subcommand("enum", "Names and values of the programmer's enumerations");
-    noun->require_subcommand(1);
-    noun->footer("Example: pgmdev enum list sector");
-    const auto add_verb = [&](const char* name, const char* description, const char* example) {
-        CLI::App* verb = noun->add_subcommand(name, description);
-        verb->add_option("TYPE", options->type, fmt::format("Enumeration: {}", fmt::join(TYPES, ", ")))->required();
-        verb->footer(fmt::format("Example: {}", example));
-        return verb;
+NOUN enum_noun() {
+    const ARGUMENT type{"TYPE", "Enumeration: " + type_list()};
+    const std::vector<VERB> verbs{
+        VERB("name", "The name of a value", "pgmdev enum name option-bit 21", show_name)
+            .takes(type)
+            .takes({"VALUE", "Value, decimal or 0x...; - reads one per line"}),
+        VERB("value", "The value of a name", "pgmdev enum value option-bit AES_KEYS", show_value)
+            .takes(type)
+            .takes({"NAME", "Name, in any case; - reads one per line"}),
+        VERB("list", "All values and their names", "pgmdev enum list sector", list).takes(type),
     };
-
-    CLI::App* verb = add_verb("name", "The name of a value", "pgmdev enum name option-bit 21");
-    verb->add_option("VALUE", options->item, "Value, decimal or 0x...; - reads one per line")->required();
-    verb->callback([options, &command] { show_name(options->type, options->item, command); });
-
-    verb = add_verb("value", "The value of a name", "pgmdev enum value option-bit AES_KEYS");
-    verb->add_option("NAME", options->item, "Name, in any case; - reads one per line")->required();
-    verb->callback([options, &command] { show_value(options->type, options->item, command); });
-
-    verb = add_verb("list", "All values and their names", "pgmdev enum list sector");
-    verb->callback([options, &command] { list(options->type, command); });
+    return {"enum", "Names and values of the programmer's enumerations", "pgmdev enum list sector", verbs};
 }

@@ -1,15 +1,15 @@
-#include <fmt/format.h>
+#include <fmt/core.h>
 
 #include <charconv>
-#include <memory>
 #include <unordered_map>
 
 #include "names/device_names.h"
-#include "pgm_common.h"
+#include "nouns.h"
 #include "pgmdev_mgr.h"
 #include "stl.h"
-#include "terminal/command.h"
+#include "terminal/did_you_mean.h"
 #include "terminal/input.h"
+#include "terminal/json.h"
 
 namespace {
 
@@ -44,22 +44,13 @@ void print_code(const ORDERING_CODE& code) {
     fmt::print("index {}  name {}  hash 0x{:012X}\n", index, code.name, code.hash);
 }
 
-DWORD parse_index(const std::string& text) {
-    bool valid = false;
-    const DWORD index = PGM_COMMON::convert_string_to_dword(text, true, &valid, nullptr, true);
-    if (!valid) {
-        throw USAGE_ERROR(fmt::format("\"{}\" is no ordering-code index: expected a number of 32 bits", text));
-    }
-    return index;
-}
-
 QWORD parse_hash(const std::string& text) {
     const bool hex = text.starts_with("0x") || text.starts_with("0X");
     const char* last = text.data() + text.size();
     QWORD hash = 0;
     const auto [end, error] = std::from_chars(text.data() + (hex ? 2 : 0), last, hash, hex ? 16 : 10);
     if (error != std::errc() || end != last) {
-        throw USAGE_ERROR(fmt::format("\"{}\" is no hash: expected a number, in hexadecimal after 0x", text));
+        throw USAGE_ERROR(fmt::format("\"{}\" is not a hash: expected a number, in hexadecimal after 0x", text));
     }
     return hash;
 }
@@ -74,7 +65,7 @@ public:
                 m_names.try_emplace(own_hash, std::move(name));
             }
         }
-        constexpr QWORD HASH_MASK = 0xFFFFFFFFFFFF;
+        constexpr QWORD HASH_MASK = 0xFFFFFFFFFFFF;  // a hash has 48 bits
         const auto found = m_names.find(hash & HASH_MASK);
         return found != m_names.end() ? found->second : std::string();
     }
@@ -100,9 +91,9 @@ std::string unknown_part(const std::string& name, bool batch) {
     return fmt::format("no part is named \"{}\"{}", name, batch ? "" : did_you_mean(name, part_names()));
 }
 
-void show_name(const std::string& argument, COMMAND& command) {
-    for_each_item(argument, [&](const std::string& item, bool batch) {
-        const DWORD index = parse_index(item);
+void show_name(const ARGUMENTS& given, COMMAND& command) {
+    for_each_item(given.text("INDEX"), [&](const std::string& item, bool batch) {
+        const DWORD index = parse_dword(item, "an ordering-code index");
         const std::string name = PGMDEV_MGR::get_opn(index);
         ORDERING_CODE code{index, name};
         if (!name.empty()) {
@@ -112,8 +103,8 @@ void show_name(const std::string& argument, COMMAND& command) {
     });
 }
 
-void show_index(const std::string& argument, COMMAND& command) {
-    for_each_item(argument, [&](const std::string& item, bool batch) {
+void show_index(const ARGUMENTS& given, COMMAND& command) {
+    for_each_item(given.text("NAME"), [&](const std::string& item, bool batch) {
         const ORDERING_CODE code = by_name(item);
         const bool is_part = code.hash != PGMDEV_MGR::INVALID_NAME_HASH;
         const bool found = code.index != INVALID_DWORD;
@@ -125,17 +116,17 @@ void show_index(const std::string& argument, COMMAND& command) {
     });
 }
 
-void show_hash(const std::string& argument, COMMAND& command) {
-    for_each_item(argument, [&](const std::string& item, bool batch) {
+void show_hash(const ARGUMENTS& given, COMMAND& command) {
+    for_each_item(given.text("NAME"), [&](const std::string& item, bool batch) {
         const ORDERING_CODE code = by_name(item);
         const bool found = code.hash != PGMDEV_MGR::INVALID_NAME_HASH;
         answer(code, found, batch, found ? "" : unknown_part(item, batch), command);
     });
 }
 
-void show_from_hash(const std::string& argument, COMMAND& command) {
+void show_from_hash(const ARGUMENTS& given, COMMAND& command) {
     HASH_INDEX index;
-    for_each_item(argument, [&](const std::string& item, bool batch) {
+    for_each_item(given.text("HASH"), [&](const std::string& item, bool batch) {
         const QWORD hash = parse_hash(item);
         const std::string name = batch ? index.name_of(hash) : PGMDEV_MGR::get_opn_from_hash(hash);
         const ORDERING_CODE code = name.empty() ? ORDERING_CODE{INVALID_DWORD, "", hash} : by_name(name);
@@ -143,37 +134,18 @@ void show_from_hash(const std::string& argument, COMMAND& command) {
     });
 }
 
-/// A verb and what it does with its argument.
-struct VERB {
-    const char* name;
-    const char* description;
-    const char* argument;
-    const char* argument_description;
-    const char* example;
-    void (*run)(const std::string& argument, COMMAND& command);
-};
-constexpr VERB VERBS[]{
-    {"name", "The part that an ordering-code index stands for", "INDEX",
-     "Ordering-code index, decimal or 0x...; - reads one per line", "pgmdev opn name 12", show_name},
-    {"index", "The first ordering-code index of a part", "NAME", "Part name, in any case; - reads one per line",
-     "pgmdev opn index OSP8U256C8", show_index},
-    {"hash", "The 48-bit hash of a part's name", "NAME", "Part name, in any case; - reads one per line",
-     "pgmdev opn hash OSP8U256C8", show_hash},
-    {"from-hash", "The part whose name has a hash", "HASH", "Hash, decimal or 0x...; - reads one per line",
-     "pgmdev opn from-hash 0x123456789ABC", show_from_hash},
-};
-
 }  // namespace
 
-void add_opn_commands(CLI::App& app, COMMAND& command) {
-    const auto argument = std::make_shared<std::string>();  // lives as long as the callbacks that read it
-    CLI::App* noun = app.add_subcommand("opn", "Ordering codes: indexes and hashes of parts");
-    noun->require_subcommand(1);
-    noun->footer("Example: pgmdev opn index OSP8U256C8");
-    for (const VERB& entry : VERBS) {
-        CLI::App* verb = noun->add_subcommand(entry.name, entry.description);
-        verb->add_option(entry.argument, *argument, entry.argument_description)->required();
-        verb->footer(fmt::format("Example: {}", entry.example));
-        verb->callback([argument, &entry, &command] { entry.run(*argument, command); });
-    }
+NOUN opn_noun() {
+    const ARGUMENT index{"INDEX", "Ordering-code index, decimal or 0x...; - reads one per line"};
+    const ARGUMENT name{"NAME", "Part name, in any case; - reads one per line"};
+    const ARGUMENT hash{"HASH", "Hash, decimal or 0x...; - reads one per line"};
+    const std::vector<VERB> verbs{
+        VERB("name", "The part that an ordering-code index stands for", "pgmdev opn name 12", show_name).takes(index),
+        VERB("index", "The first ordering-code index of a part", "pgmdev opn index OSP8U256C8", show_index).takes(name),
+        VERB("hash", "The 48-bit hash of a part's name", "pgmdev opn hash OSP8U256C8", show_hash).takes(name),
+        VERB("from-hash", "The part whose name has a hash", "pgmdev opn from-hash 0x123456789ABC", show_from_hash)
+            .takes(hash),
+    };
+    return {"opn", "Ordering codes: indexes and hashes of parts", "pgmdev opn index OSP8U256C8", verbs};
 }

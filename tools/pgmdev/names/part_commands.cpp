@@ -1,14 +1,15 @@
-#include <fmt/format.h>
+#include <fmt/core.h>
 
 #include <algorithm>
-#include <memory>
 #include <optional>
 
 #include "names/device_names.h"
+#include "nouns.h"
 #include "pgmdev_mgr.h"
 #include "pgmdev_part_index.h"
-#include "terminal/command.h"
+#include "terminal/did_you_mean.h"
 #include "terminal/input.h"
+#include "terminal/json.h"
 
 namespace {
 
@@ -82,16 +83,14 @@ void answer(const QUESTION& question, const std::string& argument, COMMAND& comm
 
 }  // namespace
 
-void add_part_commands(CLI::App& app, COMMAND& command) {
-    const auto name = std::make_shared<std::string>();  // lives as long as the callbacks that read it
-    CLI::App* noun = app.add_subcommand("part", "Parts by less specific names");
-    noun->require_subcommand(1);
-    noun->footer("Example: pgmdev part complete OSP8U256");
+NOUN part_noun() {
+    std::vector<VERB> verbs;
     for (const QUESTION& question : QUESTIONS) {
-        CLI::App* verb = noun->add_subcommand(question.verb, question.description);
-        verb->add_option("NAME", *name, fmt::format("{}, in any case; - reads one per line", question.argument))
-            ->required();
-        verb->footer(fmt::format("Example: {}", question.example));
-        verb->callback([name, &question, &command] { answer(question, *name, command); });
+        const auto run = [&question](const ARGUMENTS& given, COMMAND& command) {
+            answer(question, given.text("NAME"), command);
+        };
+        verbs.push_back(VERB(question.verb, question.description, question.example, run)
+                            .takes({"NAME", fmt::format("{}, in any case; - reads one per line", question.argument)}));
     }
+    return {"part", "Parts by less specific names", "pgmdev part complete OSP8U256", verbs};
 }

@@ -1,4 +1,6 @@
-#include <fmt/format.h>
+#include "nouns.h"
+
+#include <fmt/core.h>
 
 #include <algorithm>
 #include <fstream>
@@ -9,7 +11,7 @@
 #include "fio.h"
 #include "gen.h"
 #include "pgmdev_flash_ini.h"
-#include "terminal/command.h"
+#include "terminal/json.h"
 #include "terminal/text_table.h"
 
 namespace {
@@ -23,6 +25,7 @@ struct BLOCK {
     std::span<const BYTE> bytes() const { return {data.get(), size}; }
 };
 
+/// The block of that number or name.
 PGMDEV_FLASH_INI_ENUM parse_block(const std::string& text) {
     for (DWORD i = 0; i < PGMDEV_FLASH_INI_MAX; ++i) {
         if (text == std::to_string(i) || gen_stricmp(text, PGMDEV_FLASH_INI_NAMES[i]) == 0) {
@@ -40,7 +43,7 @@ JSON block_json(PGMDEV_FLASH_INI_ENUM which, const BLOCK& block) {
             {"size", block.size}};
 }
 
-void list_blocks(const COMMAND& command) {
+void list_blocks(const ARGUMENTS&, const COMMAND& command) {
     JSON array = JSON::array();
     TEXT_TABLE table({"block", "name", "bytes"});
     for (DWORD i = 0; i < PGMDEV_FLASH_INI_MAX; ++i) {
@@ -58,7 +61,11 @@ void list_blocks(const COMMAND& command) {
 }
 
 std::string hex_text(std::span<const BYTE> bytes, const char* separator) {
-    return fmt::format("{:02x}", fmt::join(bytes, separator));
+    std::string text;
+    for (const BYTE byte : bytes) {
+        text += fmt::format("{}{:02x}", text.empty() ? "" : separator, byte);
+    }
+    return text;
 }
 
 void print_dump(std::span<const BYTE> bytes) {
@@ -80,7 +87,9 @@ void report_absent(PGMDEV_FLASH_INI_ENUM which, COMMAND& command) {
     command.result = EXIT_NOT_FOUND;
 }
 
-void read_block(PGMDEV_FLASH_INI_ENUM which, const std::string& file, COMMAND& command) {
+void read_block(const ARGUMENTS& given, COMMAND& command) {
+    const PGMDEV_FLASH_INI_ENUM which = parse_block(given.text("BLOCK"));
+    const std::string& file = given.text("FILE");
     const BLOCK block(which);
     if (block.data == nullptr) {
         report_absent(which, command);
@@ -102,12 +111,13 @@ void read_block(PGMDEV_FLASH_INI_ENUM which, const std::string& file, COMMAND& c
 }
 
 std::vector<BYTE> read_whole(const std::string& path) {
+    constexpr QWORD MOST_BYTES = 0xFFFFFFFF;  // the container tells a size in 32 bits
     FIO_STATUS status;
     std::ifstream file(fio_get_unc_full_path(path), std::ios::binary);
     if (!FIO_FILE_SYSTEM::status(path.c_str(), &status) || !status.regular || !file.is_open()) {
         throw USAGE_ERROR(path + " cannot be read");
     }
-    if (status.size == 0 || status.size > 0xFFFFFFFF) {
+    if (status.size == 0 || status.size > MOST_BYTES) {
         throw USAGE_ERROR(path + (status.size == 0 ? " is empty; params remove removes a block" : " is too large"));
     }
     std::vector<BYTE> bytes(status.size);
@@ -118,7 +128,7 @@ std::vector<BYTE> read_whole(const std::string& path) {
 }
 
 /// Replaces a block, or removes it when there are no bytes.
-void write_block(PGMDEV_FLASH_INI_ENUM which, std::vector<BYTE> bytes, const COMMAND& command) {
+void replace_block(PGMDEV_FLASH_INI_ENUM which, std::vector<BYTE> bytes, const COMMAND& command) {
     if (!PGMDEV_FLASH_INI::write_flash_ini_data(which, bytes.empty() ? nullptr : bytes.data(),
                                                 static_cast<DWORD>(bytes.size()))) {
         throw std::runtime_error(gen_get_module_path() + "/pgm_flash.ini cannot be written");
@@ -132,48 +142,32 @@ void write_block(PGMDEV_FLASH_INI_ENUM which, std::vector<BYTE> bytes, const COM
     }
 }
 
-void remove_block(PGMDEV_FLASH_INI_ENUM which, COMMAND& command) {
+void write_block(const ARGUMENTS& given, const COMMAND& command) {
+    replace_block(parse_block(given.text("BLOCK")), read_whole(given.text("FILE")), command);
+}
+
+void remove_block(const ARGUMENTS& given, COMMAND& command) {
+    const PGMDEV_FLASH_INI_ENUM which = parse_block(given.text("BLOCK"));
     if (BLOCK(which).data == nullptr) {
         report_absent(which, command);
         return;
     }
-    write_block(which, {}, command);
+    replace_block(which, {}, command);
 }
-
-/// What the verbs take from the command line.
-struct PARAMS_OPTIONS {
-    std::string block;
-    std::string file;
-};
 
 }  // namespace
 
-void add_params_commands(CLI::App& app, COMMAND& command) {
-    constexpr const char* BLOCK_HELP = "Number or name of the block: 0 \"SFL FLASH\", 1 \"HPS SPI\", 2 \"HPS NAND\"";
-    const auto options = std::make_shared<PARAMS_OPTIONS>();  // lives as long as the callbacks that read it
-    CLI::App* params = app.add_subcommand("params", "The parameter blocks of pgm_flash.ini in the module directory");
-    params->require_subcommand(1);
-    params->footer("Example: pgmdev params list");
-
-    CLI::App* verb = params->add_subcommand("list", "All blocks and their sizes");
-    verb->footer("Example: pgmdev --json params list");
-    verb->callback([&command] { list_blocks(command); });
-
-    verb = params->add_subcommand("read", "Show a block, or copy it into a file");
-    verb->add_option("BLOCK", options->block, BLOCK_HELP)->required();
-    verb->add_option("FILE", options->file, "File that receives the bytes instead of a listing");
-    verb->footer("Example: pgmdev params read \"HPS SPI\" spi.bin");
-    verb->callback([options, &command] { read_block(parse_block(options->block), options->file, command); });
-
-    verb = params->add_subcommand("write", "Replace a block and keep the others");
-    verb->add_option("BLOCK", options->block, BLOCK_HELP)->required();
-    verb->add_option("FILE", options->file, "File with the bytes of the block")->required();
-    verb->footer("Example: pgmdev params write 1 spi.bin");
-    verb->callback(
-        [options, &command] { write_block(parse_block(options->block), read_whole(options->file), command); });
-
-    verb = params->add_subcommand("remove", "Remove a block and keep the others");
-    verb->add_option("BLOCK", options->block, BLOCK_HELP)->required();
-    verb->footer("Example: pgmdev params remove 1");
-    verb->callback([options, &command] { remove_block(parse_block(options->block), command); });
+NOUN params_noun() {
+    const ARGUMENT block{"BLOCK", "Number or name of the block: 0 \"SFL FLASH\", 1 \"HPS SPI\", 2 \"HPS NAND\""};
+    const std::vector<VERB> verbs{
+        VERB("list", "All blocks and their sizes", "pgmdev --json params list", list_blocks),
+        VERB("read", "Show a block, or copy it into a file", "pgmdev params read \"HPS SPI\" spi.bin", read_block)
+            .takes(block)
+            .takes({"FILE", "File that receives the bytes instead of a listing", ARGUMENT::OPTIONAL_TEXT}),
+        VERB("write", "Replace a block and keep the others", "pgmdev params write 1 spi.bin", write_block)
+            .takes(block)
+            .takes({"FILE", "File with the bytes of the block"}),
+        VERB("remove", "Remove a block and keep the others", "pgmdev params remove 1", remove_block).takes(block),
+    };
+    return {"params", "The parameter blocks of pgm_flash.ini in the module directory", "pgmdev params list", verbs};
 }

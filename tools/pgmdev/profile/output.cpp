@@ -1,6 +1,6 @@
 #include "profile/output.h"
 
-#include <fmt/format.h>
+#include <fmt/core.h>
 
 #include <array>
 #include <stdexcept>

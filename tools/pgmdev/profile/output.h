@@ -8,8 +8,9 @@
 
 #include "pgmdev_dev_info.h"
 #include "terminal/command.h"
+#include "terminal/json.h"
 
-/// Adds the 86 members to an object, under their names. Identifiers and enumerators are names, or null for none, or
+/// Adds the members to an object, under their names. Identifiers and enumerators are names, or null for none, or
 /// numbers where no name is known.
 void add_members(JSON& object, const PGMDEV_DEVICE_INFO& record);
 

@@ -1,4 +1,4 @@
-#include <fmt/format.h>
+#include <fmt/core.h>
 
 #include <array>
 #include <memory>
@@ -6,8 +6,9 @@
 #include "dev.h"
 #include "names/device_names.h"
 #include "pgmdev_dev_info_manager_auto_export.h"
-#include "profile/commands.h"
 #include "profile/output.h"
+#include "profile/show.h"
+#include "terminal/did_you_mean.h"
 #include "terminal/input.h"
 
 namespace {
@@ -129,15 +130,11 @@ void show_one(PROFILE_DATABASE& database, PROFILE_KEY key, const std::string& na
 
 }  // namespace
 
-void show_profile(PROFILE_KEY key, const std::string& name, COMMAND& command) {
+void show_profile(PROFILE_KEY key, const std::string& argument, COMMAND& command) {
     PROFILE_DATABASE database;
-    if (name != "-") {
-        show_one(database, key, name, false, command);
-        return;
-    }
-    for_each_input_line([&](const std::string& line) {
-        show_one(database, key, line, true, command);
-        if (!command.json) {
+    for_each_item(argument, [&](const std::string& name, bool batch) {
+        show_one(database, key, name, batch, command);
+        if (batch && !command.json) {
             fmt::print("\n");
         }
     });

@@ -1,11 +1,12 @@
 #include "terminal/input.h"
 
-#include <fmt/format.h>
+#include <fmt/core.h>
 
 #include <iostream>
 #include <string_view>
 
 #include "gen.h"
+#include "pgm_common.h"
 #include "terminal/command.h"
 
 namespace {
@@ -39,7 +40,7 @@ ID_RESPONSE parse_id_response(const std::string& text) {
         const int low = rest.size() > 1 ? hex_digit(rest[1]) : -1;
         if (high < 0 || low < 0) {
             throw USAGE_ERROR(
-                fmt::format("\"{}\" is no identification response: expected pairs of hexadecimal digits", text));
+                fmt::format("\"{}\" is not an identification response: expected pairs of hexadecimal digits", text));
         }
         if (count == response.size()) {
             throw USAGE_ERROR(fmt::format("an identification response has at most {} bytes", response.size()));
@@ -51,6 +52,15 @@ ID_RESPONSE parse_id_response(const std::string& text) {
         throw USAGE_ERROR("an identification response has at least one byte");
     }
     return response;
+}
+
+DWORD parse_dword(const std::string& text, std::string_view what) {
+    bool valid = false;
+    const DWORD number = PGM_COMMON::convert_string_to_dword(text, true, &valid, nullptr, true);
+    if (!valid) {
+        throw USAGE_ERROR(fmt::format("\"{}\" is not {}: expected a number of 32 bits", text, what));
+    }
+    return number;
 }
 
 void for_each_input_line(const std::function<void(const std::string&)>& use) {

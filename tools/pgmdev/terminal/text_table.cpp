@@ -1,6 +1,6 @@
 #include "terminal/text_table.h"
 
-#include <fmt/format.h>
+#include <fmt/core.h>
 
 #include <algorithm>
 

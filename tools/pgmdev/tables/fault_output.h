@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "pgmdev_table_fault.h"
-#include "terminal/command.h"
+#include "terminal/json.h"
 
 /// A fault as an object; `row_key` is the key under which it tells the row.
 JSON fault_json(const PGMDEV_TABLE_FAULT& fault, const std::string& row_key);

@@ -1,7 +1,7 @@
 #pragma once
 
 /// \file
-/// The verbs of the noun `hps` that have a file of their own, for FLASH = HPS_NAND or HPS_SPI.
+/// The user's boot flash lists, for FLASH = HPS_NAND or HPS_SPI: changing them.
 
 #include <optional>
 #include <string>
@@ -9,13 +9,14 @@
 
 #include "hps/flash.h"
 #include "terminal/command.h"
+#include "terminal/json.h"
 
 /// `index`, the values under their names, and whether the entry is the user's.
 template <class FLASH>
 JSON entry_json(std::size_t index, const typename FLASH::RECORD& record, bool user) {
     JSON object{{"index", index}};
     for (const auto& member : FLASH::MEMBERS) {
-        std::visit([&](auto field) { object[std::string(member.name)] = record.*field; }, member.field);
+        std::visit([&](auto field) { object[member.name] = record.*field; }, member.field);
     }
     object["user"] = user;
     return object;

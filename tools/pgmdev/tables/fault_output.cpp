@@ -1,6 +1,6 @@
-#include "terminal/fault_output.h"
+#include "tables/fault_output.h"
 
-#include <fmt/format.h>
+#include <fmt/core.h>
 
 #include "terminal/text_table.h"
 

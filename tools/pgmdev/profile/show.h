@@ -1,8 +1,5 @@
 #pragma once
 
-/// \file
-/// The verbs of the noun `profile` that have a file of their own.
-
 #include <string>
 
 #include "pgmdev_dev_info_manager.h"
@@ -20,10 +17,4 @@ enum class PROFILE_KEY { FAMILY, DEVICE, PART };
 
 /// Shows the profile that governs what is named, and which rule found it. "-" stands for one name per line of standard
 /// input.
-void show_profile(PROFILE_KEY key, const std::string& name, COMMAND& command);
-
-/// Shows all faults of a source table.
-void check_profile_table(const std::string& csv_file, COMMAND& command);
-
-/// Checks and compiles a source table, reads the result back, compares, and only then replaces the output.
-void compile_profile_table(const std::string& csv_file, const std::string& pcf_file, COMMAND& command);
+void show_profile(PROFILE_KEY key, const std::string& argument, COMMAND& command);

@@ -32,7 +32,7 @@ PGMDEV_FLASH_INI_ENUM parse_block(const std::string& text) {
             return static_cast<PGMDEV_FLASH_INI_ENUM>(i);
         }
     }
-    throw USAGE_ERROR(fmt::format("there is no block \"{}\"; the blocks are 0 \"{}\", 1 \"{}\" and 2 \"{}\"", text,
+    throw USAGE_ERROR(fmt::format(R"(there is no block "{}"; the blocks are 0 "{}", 1 "{}" and 2 "{}")", text,
                                   PGMDEV_FLASH_INI_NAMES[0], PGMDEV_FLASH_INI_NAMES[1], PGMDEV_FLASH_INI_NAMES[2]));
 }
 
@@ -158,7 +158,7 @@ void remove_block(const ARGUMENTS& given, COMMAND& command) {
 }  // namespace
 
 NOUN params_noun() {
-    const ARGUMENT block{"BLOCK", "Number or name of the block: 0 \"SFL FLASH\", 1 \"HPS SPI\", 2 \"HPS NAND\""};
+    const ARGUMENT block{"BLOCK", R"(Number or name of the block: 0 "SFL FLASH", 1 "HPS SPI", 2 "HPS NAND")"};
     const std::vector<VERB> verbs{
         VERB("list", "All blocks and their sizes", "pgmdev --json params list", list_blocks),
         VERB("read", "Show a block, or copy it into a file", "pgmdev params read \"HPS SPI\" spi.bin", read_block)

@@ -212,7 +212,7 @@ TEST(OpnCommand, RefusesWhatIsNoNumber) {
         expect_failure(run_command({"opn", "name", "--", text}), WRONG_USAGE, {"ordering-code index"});
     }
     for (const char* text : {"x", "0x", "0xG", "18446744073709551616"}) {
-        expect_failure(run_command({"opn", "from-hash", text}), WRONG_USAGE, {"no hash"});
+        expect_failure(run_command({"opn", "from-hash", text}), WRONG_USAGE, {"is not a hash"});
     }
 }
 
@@ -243,7 +243,7 @@ TEST(EnumCommand, SaysWhatIsNotFoundAndWhatIsWrong) {
     expect_failure(run_command({"enum", "name", "sector", "0"}), NOT_FOUND, {"value 0"});
     expect_failure(run_command({"enum", "value", "option-bit", "AES_KYES"}), NOT_FOUND, {"did you mean AES_KEYS"});
     expect_failure(run_command({"enum", "list", "colour"}), WRONG_USAGE, {"block, sector, option-bit, sof-setting"});
-    expect_failure(run_command({"enum", "name", "sector", "x"}), WRONG_USAGE, {"\"x\" is no value"});
+    expect_failure(run_command({"enum", "name", "sector", "x"}), WRONG_USAGE, {"\"x\" is not a value"});
     EXPECT_EQ(json_lines_of(run_command({"--json", "enum", "name", "sector", "-"}, "1\n9\n").output),
               (std::vector<JSON>{{{"value", 1}, {"name", "UFM1"}}, {{"value", 9}, {"name", nullptr}}}));
 }

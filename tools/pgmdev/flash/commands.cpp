@@ -1,0 +1,114 @@
+#include "nouns.h"
+
+#include <fmt/core.h>
+
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+#include "flash/database.h"
+#include "flash/output.h"
+#include "flash/verbs.h"
+#include "pgmdev_flash_table.h"
+#include "tables/table_verbs.h"
+#include "terminal/did_you_mean.h"
+#include "terminal/input.h"
+#include "terminal/json.h"
+
+namespace {
+
+void list(const ARGUMENTS&, const COMMAND& command) {
+    PGMDEV_FLASH_MANAGER manager = open_flash_database(1);
+    print_records(manager.get_flash_database(), manager.get_flash_count(), command);
+}
+
+std::vector<std::string> default_names(PGMDEV_FLASH_MANAGER& manager) {
+    std::vector<std::string> names;
+    for (DWORD i = 0; i < manager.get_flash_count(); ++i) {
+        const PGMDEV_SFL_FLASH_INFO& record = manager.get_flash_database()[i];
+        if (record.default_dev) {
+            names.push_back(record.device_name);
+        }
+    }
+    return names;
+}
+
+void show_one(PGMDEV_FLASH_MANAGER& manager, const std::string& name, bool batch, COMMAND& command) {
+    const PGMDEV_SFL_FLASH_INFO* record = manager.get_default_flash(name);
+    if (record == nullptr) {
+        command.result = EXIT_NOT_FOUND;
+        fmt::print(stderr, "pgmdev: no flash is named \"{}\"{}\n", name,
+                   did_you_mean_longer_or_shorter(name, default_names(manager)));
+        if (command.json && batch) {
+            print_json_line({{"index", nullptr}, {"device_name", name}});
+        }
+        return;
+    }
+    const auto index = static_cast<DWORD>(record - manager.get_flash_database());
+    if (command.json) {
+        print_json_answer(record_json(index, *record), batch);
+    } else {
+        print_members(index, *record);
+    }
+}
+
+void show(const ARGUMENTS& given, COMMAND& command) {
+    PGMDEV_FLASH_MANAGER manager = open_flash_database(1);
+    for_each_item(given.text("NAME"), [&](const std::string& name, bool batch) {
+        show_one(manager, name, batch, command);
+        if (batch && !command.json) {
+            fmt::print("\n");
+        }
+    });
+}
+
+struct FLASH_TABLES {
+    using TABLE = PGMDEV_FLASH_TABLE;
+    static constexpr const char* NOUN = "flash";
+    static constexpr const char* SOURCE_TABLE = "data/flash/pgm_flash.csv";
+    static constexpr const char* DATABASE = "pgm_flash.pcf";
+    static constexpr const char* DUMPED = "All records of a packed database, whatever switch enables them";
+    static constexpr const char* ROW_KEY = "device_name";
+
+    static void compile(const FIO_PATH& csv_file, const FIO_PATH& pcf_file) {
+        PGMDEV_FLASH_MANAGER(false, 0, true, false).generate_flash_database(csv_file, pcf_file);
+    }
+    static TABLE read(const std::string& pcf_file) {
+        TABLE table = TABLE::from_database(pcf_file);
+        if (table.records().empty()) {
+            throw std::runtime_error(pcf_file + " is not a flash database");
+        }
+        return table;
+    }
+    static void print(const TABLE& table, const COMMAND& command) {
+        print_records(table.records().data(), static_cast<DWORD>(table.records().size()), command);
+    }
+};
+
+}  // namespace
+
+NOUN flash_noun() {
+    const std::vector<VERB> verbs{
+        VERB("list", "All enabled records of the database", "pgmdev --json flash list", list),
+        VERB("show", "The default record of a device name", "pgmdev flash show W25Q64JV", show)
+            .takes({"NAME", "Device name, in any case; - reads one name per line"}),
+        VERB("identify", "Which flash answered, and how it must be driven", "pgmdev flash identify 20BA18 \"EF 70 17\"",
+             identify_flash)
+            .takes({"--silicon", "The responses are one-byte electronic signatures", ARGUMENT::FLAG})
+            .takes({"HEX",
+                    "What the flash behind each device position answered, in hexadecimal, missing bytes taken as 0; "
+                    "- reads one response per line",
+                    ARGUMENT::TEXTS})
+            .takes({"--user", "Try this encoded description, as flash define prints it, as record 0",
+                    ARGUMENT::OPTIONAL_TEXT}),
+        VERB("define", "Describe a flash of your own by answering questions", "pgmdev flash define < answers.txt",
+             define_flash)
+            .tells("What is printed behind \"INI : \" is the value for the configuration key "
+                   "PGM_USER_SFL_FLASH_INFO.\n"),
+        VERB("decode", "What an encoded description holds, and why it would be refused",
+             "pgmdev flash decode \"$PGM_USER_SFL_FLASH_INFO\"", decode_flash)
+            .takes({"TEXT", "The encoded description; - reads one per line"}),
+    };
+    return {"flash", "Serial flash devices: identify, look up, check and compile the table",
+            "pgmdev flash identify 20BA18", with_table_verbs<FLASH_TABLES>(verbs)};
+}

@@ -1,0 +1,28 @@
+#pragma once
+
+/// \file
+/// Serial flash records as JSON and as text for people.
+
+#include <string>
+
+#include "pgmdev_sfl_flash_info.h"
+#include "terminal/command.h"
+#include "terminal/json.h"
+
+/// Adds the members to an object, under their names.
+void add_members(JSON& object, const PGMDEV_SFL_FLASH_INFO& record);
+
+/// `index` and the members.
+JSON record_json(DWORD index, const PGMDEV_SFL_FLASH_INFO& record);
+
+/// All members, a line each, with their units.
+void print_members(DWORD index, const PGMDEV_SFL_FLASH_INFO& record);
+
+/// What a person who drives the flash wants to know.
+void print_summary(const PGMDEV_SFL_FLASH_INFO& record);
+
+/// The records as a table of their most telling members, or as a JSON array.
+void print_records(const PGMDEV_SFL_FLASH_INFO* records, DWORD count, const COMMAND& command);
+
+/// A size in the largest of Mbit, Kbit and bit that leaves no fraction: "128 Mbit".
+std::string size_text(QWORD bits);

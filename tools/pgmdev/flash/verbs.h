@@ -1,0 +1,24 @@
+#pragma once
+
+/// \file
+/// The verbs of the noun `flash` that have a file of their own.
+
+#include <string>
+
+#include "terminal/command_line.h"
+
+/// Maps one device position per response and shows what was found. "-" stands for one response per line of standard
+/// input.
+void identify_flash(const ARGUMENTS& given, COMMAND& command);
+
+/// Holds the dialogue that describes a user's own flash, on standard input and output. In JSON the prompts go to
+/// standard error.
+void define_flash(const ARGUMENTS& given, COMMAND& command);
+
+/// Shows what an encoded description holds, and why it would be refused. "-" stands for one text per line of standard
+/// input.
+void decode_flash(const ARGUMENTS& given, COMMAND& command);
+
+/// Makes the databases that are opened from now on take their record 0 from an encoded description. One that they would
+/// pass over throws USAGE_ERROR.
+void use_user_flash(const std::string& text);

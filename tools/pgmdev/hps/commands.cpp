@@ -1,0 +1,185 @@
+#include "nouns.h"
+
+#include <fmt/core.h>
+
+#include <array>
+#include <string>
+#include <vector>
+
+#include "flash/output.h"
+#include "hps/edit.h"
+#include "pgmdev_hps_mgr.h"
+#include "terminal/text_table.h"
+
+namespace {
+
+using KIND = PGMDEV_HPS_STRUCTURE;
+
+struct KIND_MEMBER {
+    const char* name;
+    DWORD KIND::*field;
+    bool hex;  ///< people read it in hexadecimal
+};
+
+constexpr std::array KIND_MEMBERS{
+    KIND_MEMBER{"id", &KIND::id, true},
+    KIND_MEMBER{"core_count", &KIND::core_count, false},
+    KIND_MEMBER{"spi_selects", &KIND::spi_selects, false},
+    KIND_MEMBER{"nand_data_bits", &KIND::nand_data_bits, false},
+    KIND_MEMBER{"on_chip_ram_base", &KIND::on_chip_ram_base, true},
+    KIND_MEMBER{"on_chip_ram_byte", &KIND::on_chip_ram_byte, false},
+    KIND_MEMBER{"clock_manager_base", &KIND::clock_manager_base, true},
+    KIND_MEMBER{"reset_manager_base", &KIND::reset_manager_base, true},
+    KIND_MEMBER{"pin_multiplex_base", &KIND::pin_multiplex_base, true},
+    KIND_MEMBER{"watchdog_base", &KIND::watchdog_base, true},
+    KIND_MEMBER{"uart_base", &KIND::uart_base, true},
+    KIND_MEMBER{"spi_controller_base", &KIND::spi_controller_base, true},
+    KIND_MEMBER{"spi_data_base", &KIND::spi_data_base, true},
+    KIND_MEMBER{"nand_controller_base", &KIND::nand_controller_base, true},
+    KIND_MEMBER{"nand_data_base", &KIND::nand_data_base, true},
+};
+
+void list_kinds(const ARGUMENTS&, const COMMAND& command) {
+    const auto kinds = PGMDEV_HPS_MGR::get_kinds();
+    if (command.json) {
+        JSON array = JSON::array();
+        for (std::size_t i = 0; i < kinds.size(); ++i) {
+            JSON object{{"index", i}, {"name", kinds[i].name}};
+            for (const KIND_MEMBER& member : KIND_MEMBERS) {
+                object[member.name] = kinds[i].*member.field;
+            }
+            object["user"] = false;
+            array.push_back(object);
+        }
+        print_json(array);
+        return;
+    }
+    // The kinds are few and have many members: a column for each.
+    std::vector<std::string> heading{"index"};
+    std::vector<std::string> names{"name"};
+    for (std::size_t i = 0; i < kinds.size(); ++i) {
+        heading.push_back(std::to_string(i));
+        names.emplace_back(kinds[i].name);
+    }
+    TEXT_TABLE table(heading);
+    table.add(names);
+    for (const KIND_MEMBER& member : KIND_MEMBERS) {
+        std::vector<std::string> row{member.name};
+        for (const KIND& kind : kinds) {
+            row.push_back(member.hex ? fmt::format("0x{:08X}", kind.*member.field)
+                                     : fmt::format("{}", kind.*member.field));
+        }
+        table.add(row);
+    }
+    table.print();
+}
+
+const char* owner(bool user) {
+    return user ? "user" : "built-in";
+}
+
+void print_table(const std::vector<PGMDEV_HPS_NAND_STRUCTURE*>& list, std::size_t user_count) {
+    TEXT_TABLE table({"index", "from", "manufacturer", "device", "bytes"});
+    for (std::size_t i = 0; i < list.size(); ++i) {
+        const auto& flash = *list[i];
+        table.add({std::to_string(i), owner(i < user_count), fmt::format("0x{:02X}", flash.manufacturer_id),
+                   fmt::format("0x{:02X}", flash.device_id), std::to_string(flash.device_byte_size)});
+    }
+    table.print();
+}
+
+void print_table(const std::vector<PGMDEV_HPS_SPI_STRUCTURE*>& list, std::size_t user_count) {
+    TEXT_TABLE table({"index", "from", "manufacturer", "device", "silicon ID", "ext. ID", "size", "sector", "page",
+                      "dies", "erase/program/read"});
+    for (std::size_t i = 0; i < list.size(); ++i) {
+        const auto& flash = *list[i];
+        table.add({std::to_string(i), owner(i < user_count), flash.manufacturer_name, flash.device_name,
+                   fmt::format("0x{:06X}", flash.silicon_id),
+                   flash.ext_id_mask == 0 ? "-" : fmt::format("0x{:02X}", flash.ext_id),
+                   size_text(flash.device_bit_size), std::to_string(flash.device_sector_byte),
+                   std::to_string(flash.page_byte), std::to_string(flash.die_count),
+                   fmt::format("{:02X}/{:02X}/{:02X}", flash.erase_opcode, flash.program_opcode, flash.read_opcode)});
+    }
+    table.print();
+}
+
+template <class FLASH>
+void list_entries(const ARGUMENTS&, const COMMAND& command) {
+    const auto& manager = *FLASH::MANAGER::get_mgr();
+    const auto& list = manager.get_list();
+    const std::size_t user_count = manager.get_user_list().size();
+    if (!command.json) {
+        print_table(list, user_count);
+        return;
+    }
+    JSON array = JSON::array();
+    for (std::size_t i = 0; i < list.size(); ++i) {
+        array.push_back(entry_json<FLASH>(i, *list[i], i < user_count));
+    }
+    print_json(array);
+}
+
+template <class FLASH>
+std::string field_names() {
+    std::string text = "Fields:";
+    for (const auto& member : FLASH::MEMBERS) {
+        text += fmt::format(" {}", member.name);
+        for (const FIELD_DEFAULT& given : FLASH::DEFAULTS) {
+            text += given.name == member.name ? fmt::format("={}", given.value) : "";
+        }
+    }
+    return text;
+}
+
+template <class FLASH>
+void add(const ARGUMENTS& given, const COMMAND& command) {
+    add_entry<FLASH>(given.texts("FIELD=VALUE"), given.number("--like"), command);
+}
+
+template <class FLASH>
+void remove(const ARGUMENTS& given, COMMAND& command) {
+    remove_entry<FLASH>(*given.number("INDEX"), command);
+}
+
+template <class FLASH>
+VERB add_verb(const char* name, const char* example) {
+    return VERB(name, "Add an entry to the user's list", example, add<FLASH>)
+        .takes({"FIELD=VALUE", "Fields of the entry; numbers in decimal or as 0x...", ARGUMENT::OPTIONAL_TEXTS})
+        .takes({"--like", "Take the fields that are not given from this entry of the list", ARGUMENT::OPTIONAL_NUMBER,
+                "INDEX"})
+        .tells(field_names<FLASH>() +
+               "\nFields shown with a value may be left out. -1 is the largest value of a field.\n");
+}
+
+template <class FLASH>
+VERB remove_verb(const char* name) {
+    return VERB(name, "Remove an entry of the user's list", fmt::format("pgmdev hps remove {} 0", name), remove<FLASH>)
+        .takes({"INDEX", "Index of the entry in the list", ARGUMENT::NUMBER});
+}
+
+}  // namespace
+
+NOUN hps_noun() {
+    constexpr const char* ADD_NAND =
+        "pgmdev hps add nand manufacturer_id=0xEC device_id=0xD3 device_byte_size=0x40000000";
+    constexpr const char* ADD_SPI =
+        "pgmdev hps add spi --like 26 device_name=QSPI_256 silicon_id=0x1940C8 device_bit_size=0x10000000";
+    const std::vector<VERB> verbs{
+        VERB("kinds", "The kinds of hard processor systems", "pgmdev --json hps kinds", list_kinds),
+        VERB("nand", "The NAND flash devices: the user's own, then the built-in ones", "pgmdev hps nand",
+             list_entries<HPS_NAND>),
+        VERB("spi", "The SPI flash devices: the user's own, then the built-in ones", "pgmdev --json hps spi",
+             list_entries<HPS_SPI>),
+    };
+    const std::vector<NOUN> groups{
+        {"add",
+         "Add a flash device to the user's list in pgm_flash.ini",
+         ADD_NAND,
+         {add_verb<HPS_NAND>("nand", ADD_NAND), add_verb<HPS_SPI>("spi", ADD_SPI)}},
+        {"remove",
+         "Remove a flash device from the user's list in pgm_flash.ini",
+         "pgmdev hps remove spi 0",
+         {remove_verb<HPS_NAND>("nand"), remove_verb<HPS_SPI>("spi")}},
+    };
+    return {"hps", "Hard processor systems, and the flash devices they boot from", "pgmdev hps spi", verbs, groups};
+}

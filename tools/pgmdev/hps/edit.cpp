@@ -1,0 +1,203 @@
+#include <fmt/core.h>
+
+#include <algorithm>
+#include <map>
+#include <memory>
+
+#include "gen.h"
+#include "hps/edit.h"
+
+// The lists are read as the managers read them, and written back whole.
+
+namespace {
+
+/// Encodes a list as a block: the stamp, then the records.
+template <class FLASH>
+std::vector<BYTE> encode(const std::vector<const typename FLASH::RECORD*>& records) {
+    auto size = static_cast<DWORD>(FLASH::STAMP.size());
+    for (const auto* record : records) {
+        for (std::size_t i = 0; i < FLASH::MEMBERS.size(); ++i) {
+            PGMDEV_FLASH_INI::calculate_flash_ini_data_size(size, FLASH::MEMBERS[i].type(), record->values[i]);
+        }
+    }
+    std::vector<BYTE> block(size);
+    std::copy(FLASH::STAMP.begin(), FLASH::STAMP.end(), block.begin());
+    auto position = static_cast<DWORD>(FLASH::STAMP.size());
+    for (const auto* record : records) {
+        for (std::size_t i = 0; i < FLASH::MEMBERS.size(); ++i) {
+            PGMDEV_FLASH_INI::fillup_flash_ini_data(block.data(), position, FLASH::MEMBERS[i].type(),
+                                                    record->values[i]);
+        }
+    }
+    return block;
+}
+
+/// The user's list, for changing. Writing it back must lose nothing: a block of another version, or with something
+/// behind its last whole record, is left alone.
+template <class FLASH>
+std::vector<const typename FLASH::RECORD*> editable_list() {
+    const auto& list = FLASH::MANAGER::get_mgr()->get_user_list();
+    std::vector<const typename FLASH::RECORD*> records(list.begin(), list.end());
+    DWORD size = 0;
+    const std::unique_ptr<BYTE[]> block(PGMDEV_FLASH_INI::read_flash_ini_data(FLASH::BLOCK, size));
+    if (block != nullptr) {
+        const std::vector<BYTE> known = encode<FLASH>(records);
+        if (!std::equal(known.begin(), known.end(), block.get(), block.get() + size)) {
+            throw std::runtime_error(fmt::format(
+                "the block \"{}\" of {}/pgm_flash.ini holds more than this version "
+                "reads; to give it up: params remove {}",
+                PGMDEV_FLASH_INI_NAMES[FLASH::BLOCK], gen_get_module_path(), static_cast<DWORD>(FLASH::BLOCK)));
+        }
+    }
+    return records;
+}
+
+template <class FLASH>
+void write_list(const std::vector<const typename FLASH::RECORD*>& records) {
+    std::vector<BYTE> block;
+    if (!records.empty()) {
+        block = encode<FLASH>(records);
+    }
+    if (!PGMDEV_FLASH_INI::write_flash_ini_data(FLASH::BLOCK, block.empty() ? nullptr : block.data(),
+                                                static_cast<DWORD>(block.size()))) {
+        throw std::runtime_error(gen_get_module_path() + "/pgm_flash.ini cannot be written");
+    }
+}
+
+/// Reads the text of one field; what the library finds wrong with it is shown to the user with the field's name.
+QWORD checked_number(std::string_view name, PGMDEV_PARAM_TYPE type, const std::string& text, const FIELD_CHECK& check) {
+    constexpr DWORD RANGES = 1;
+    const DWORD ranges[]{RANGES, check.lowest, check.highest};
+    QWORD value = 0;
+    std::string error;
+    if (text.empty()) {
+        throw USAGE_ERROR(fmt::format("{}: a number is missing", name));
+    }
+    if (!PGMDEV_FLASH_INI::convert_string_to_qword(type, value, false, text, check.power_of_two, ranges, nullptr, false,
+                                                   1, error)) {
+        throw USAGE_ERROR(fmt::format("{}: {} (\"{}\")", name, error, text));
+    }
+    return value;
+}
+
+bool checked_bool(std::string_view name, const std::string& text) {
+    for (const bool value : {false, true}) {
+        if (text == (value ? "1" : "0") || gen_stricmp(text, value ? "true" : "false") == 0) {
+            return value;
+        }
+    }
+    throw USAGE_ERROR(fmt::format("{}: expected 0, 1, false or true (\"{}\")", name, text));
+}
+
+template <class FLASH>
+void set_field(typename FLASH::RECORD& record, const PGMDEV_HPS_MEMBER<typename FLASH::RECORD>& member,
+               const std::string& text) {
+    FIELD_CHECK check{member.name, false, 0, NO_LIMIT};
+    for (const FIELD_CHECK& special : FLASH::CHECKS) {
+        if (special.name == member.name) {
+            check = special;
+        }
+    }
+    std::visit(
+        [&](auto field) {
+            auto& value = record.*field;
+            using VALUE = std::remove_reference_t<decltype(value)>;
+            if constexpr (std::is_same_v<VALUE, std::string>) {
+                value = text;
+            } else if constexpr (std::is_same_v<VALUE, bool>) {
+                value = checked_bool(member.name, text);
+            } else {
+                value = static_cast<VALUE>(checked_number(member.name, member.type(), text, check));
+            }
+        },
+        member.field);
+}
+
+template <class FLASH>
+std::map<std::string, std::string, std::less<>> fields_of(const std::vector<std::string>& assignments) {
+    std::map<std::string, std::string, std::less<>> fields;
+    for (const std::string& assignment : assignments) {
+        const std::size_t equals = assignment.find('=');
+        const std::string name = assignment.substr(0, equals);
+        const auto known = [&name](const auto& member) { return member.name == name; };
+        if (equals == std::string::npos) {
+            throw USAGE_ERROR(fmt::format("expected FIELD=VALUE, found \"{}\"", assignment));
+        }
+        if (std::none_of(FLASH::MEMBERS.begin(), FLASH::MEMBERS.end(), known)) {
+            throw USAGE_ERROR(fmt::format("there is no field \"{}\"; --help lists them", name));
+        }
+        if (!fields.emplace(name, assignment.substr(equals + 1)).second) {
+            throw USAGE_ERROR(fmt::format("{}: given twice", name));
+        }
+    }
+    return fields;
+}
+
+template <class FLASH>
+typename FLASH::RECORD new_record(const std::vector<std::string>& assignments, std::optional<std::size_t> like) {
+    typename FLASH::RECORD record;
+    auto fields = fields_of<FLASH>(assignments);
+    if (like) {
+        const auto& list = FLASH::MANAGER::get_mgr()->get_list();
+        if (*like >= list.size()) {
+            throw USAGE_ERROR(fmt::format("--like: the list has {} entries", list.size()));
+        }
+        record = *list[*like];
+    } else {
+        for (const FIELD_DEFAULT& given : FLASH::DEFAULTS) {
+            fields.emplace(given.name, given.value);
+        }
+    }
+    std::string missing;
+    for (const auto& member : FLASH::MEMBERS) {
+        if (const auto field = fields.find(member.name); field != fields.end()) {
+            set_field<FLASH>(record, member, field->second);
+        } else if (!like) {
+            missing += fmt::format(" {}", member.name);
+        }
+    }
+    if (!missing.empty()) {
+        throw USAGE_ERROR("these fields are missing:" + missing);
+    }
+    return record;
+}
+
+template <class FLASH>
+void show_entry(std::size_t index, const typename FLASH::RECORD& record, const char* done, const COMMAND& command) {
+    if (command.json) {
+        print_json(entry_json<FLASH>(index, record, true));
+    } else {
+        fmt::print("Entry {} {}\n", index, done);
+    }
+}
+
+}  // namespace
+
+template <class FLASH>
+void add_entry(const std::vector<std::string>& assignments, std::optional<std::size_t> like, const COMMAND& command) {
+    const typename FLASH::RECORD record = new_record<FLASH>(assignments, like);
+    auto records = editable_list<FLASH>();
+    records.push_back(&record);
+    write_list<FLASH>(records);
+    show_entry<FLASH>(records.size() - 1, record, "added", command);
+}
+
+template <class FLASH>
+void remove_entry(std::size_t index, COMMAND& command) {
+    auto records = editable_list<FLASH>();
+    if (index >= records.size()) {
+        const bool built_in = index < FLASH::MANAGER::get_mgr()->get_list().size();
+        fmt::print(stderr, "pgmdev: entry {} {}\n", index, built_in ? "is built in and stays" : "does not exist");
+        command.result = EXIT_NOT_FOUND;
+        return;
+    }
+    const typename FLASH::RECORD record = *records[index];
+    records.erase(records.begin() + static_cast<std::ptrdiff_t>(index));
+    write_list<FLASH>(records);
+    show_entry<FLASH>(index, record, "removed", command);
+}
+
+template void add_entry<HPS_NAND>(const std::vector<std::string>&, std::optional<std::size_t>, const COMMAND&);
+template void add_entry<HPS_SPI>(const std::vector<std::string>&, std::optional<std::size_t>, const COMMAND&);
+template void remove_entry<HPS_NAND>(std::size_t, COMMAND&);
+template void remove_entry<HPS_SPI>(std::size_t, COMMAND&);

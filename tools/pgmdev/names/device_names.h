@@ -1,0 +1,20 @@
+#pragma once
+
+/// \file
+/// What the commands about device names share.
+
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "dstr.h"
+
+/// The names that a command knows, for telling the user which one was meant.
+std::vector<std::string> part_names();
+std::vector<std::string> package_and_programming_names();
+std::vector<std::string> programmer_part_names();
+std::vector<std::string> device_names();
+
+/// The answer of an operation that reports when it finds nothing: such reports are kept from the user, to whom not
+/// finding is a result. Reports that end the operation are shown as everywhere.
+std::string ask_quietly(const std::function<std::string()>& operation);

@@ -1,0 +1,173 @@
+#include "nouns.h"
+
+#include <fmt/core.h>
+
+#include <algorithm>
+#include <fstream>
+#include <memory>
+#include <span>
+#include <vector>
+
+#include "fio.h"
+#include "gen.h"
+#include "pgmdev_flash_ini.h"
+#include "terminal/json.h"
+#include "terminal/text_table.h"
+
+namespace {
+
+/// One block as it was read; null when it is absent.
+struct BLOCK {
+    std::unique_ptr<BYTE[]> data;
+    DWORD size = 0;
+
+    explicit BLOCK(PGMDEV_FLASH_INI_ENUM which) { data.reset(PGMDEV_FLASH_INI::read_flash_ini_data(which, size)); }
+    std::span<const BYTE> bytes() const { return {data.get(), size}; }
+};
+
+/// The block of that number or name.
+PGMDEV_FLASH_INI_ENUM parse_block(const std::string& text) {
+    for (DWORD i = 0; i < PGMDEV_FLASH_INI_MAX; ++i) {
+        if (text == std::to_string(i) || gen_stricmp(text, PGMDEV_FLASH_INI_NAMES[i]) == 0) {
+            return static_cast<PGMDEV_FLASH_INI_ENUM>(i);
+        }
+    }
+    throw USAGE_ERROR(fmt::format(R"(there is no block "{}"; the blocks are 0 "{}", 1 "{}" and 2 "{}")", text,
+                                  PGMDEV_FLASH_INI_NAMES[0], PGMDEV_FLASH_INI_NAMES[1], PGMDEV_FLASH_INI_NAMES[2]));
+}
+
+JSON block_json(PGMDEV_FLASH_INI_ENUM which, const BLOCK& block) {
+    return {{"block", static_cast<DWORD>(which)},
+            {"name", PGMDEV_FLASH_INI_NAMES[which]},
+            {"present", block.data != nullptr},
+            {"size", block.size}};
+}
+
+void list_blocks(const ARGUMENTS&, const COMMAND& command) {
+    JSON array = JSON::array();
+    TEXT_TABLE table({"block", "name", "bytes"});
+    for (DWORD i = 0; i < PGMDEV_FLASH_INI_MAX; ++i) {
+        const auto which = static_cast<PGMDEV_FLASH_INI_ENUM>(i);
+        const BLOCK block(which);
+        array.push_back(block_json(which, block));
+        table.add({std::to_string(i), std::string(PGMDEV_FLASH_INI_NAMES[i]),
+                   block.data != nullptr ? std::to_string(block.size) : "absent"});
+    }
+    if (command.json) {
+        print_json(array);
+    } else {
+        table.print();
+    }
+}
+
+std::string hex_text(std::span<const BYTE> bytes, const char* separator) {
+    std::string text;
+    for (const BYTE byte : bytes) {
+        text += fmt::format("{}{:02x}", text.empty() ? "" : separator, byte);
+    }
+    return text;
+}
+
+void print_dump(std::span<const BYTE> bytes) {
+    constexpr std::size_t BYTES_PER_LINE = 16;
+    for (std::size_t i = 0; i < bytes.size(); i += BYTES_PER_LINE) {
+        const auto line = bytes.subspan(i, std::min(BYTES_PER_LINE, bytes.size() - i));
+        std::string text;
+        for (const BYTE byte : line) {
+            text += byte >= ' ' && byte <= '~' ? static_cast<char>(byte) : '.';
+        }
+        fmt::print("{:08x}  {:<{}}  |{}|\n", i, hex_text(line, " "), 3 * BYTES_PER_LINE - 1, text);
+    }
+}
+
+/// Says that a block is absent.
+void report_absent(PGMDEV_FLASH_INI_ENUM which, COMMAND& command) {
+    fmt::print(stderr, "pgmdev: {}/pgm_flash.ini holds no block \"{}\"\n", gen_get_module_path(),
+               PGMDEV_FLASH_INI_NAMES[which]);
+    command.result = EXIT_NOT_FOUND;
+}
+
+void read_block(const ARGUMENTS& given, COMMAND& command) {
+    const PGMDEV_FLASH_INI_ENUM which = parse_block(given.text("BLOCK"));
+    const std::string& file = given.text("FILE");
+    const BLOCK block(which);
+    if (block.data == nullptr) {
+        report_absent(which, command);
+        return;
+    }
+    if (!file.empty()) {
+        FIO_REPLACEMENT output(file);
+        if (!output.write(block.bytes()) || !output.commit()) {
+            throw std::runtime_error(file + " cannot be written");
+        }
+    }
+    if (command.json) {
+        JSON object = block_json(which, block);
+        object["data"] = hex_text(block.bytes(), "");
+        print_json(object);
+    } else if (file.empty()) {
+        print_dump(block.bytes());
+    }
+}
+
+std::vector<BYTE> read_whole(const std::string& path) {
+    constexpr QWORD MOST_BYTES = 0xFFFFFFFF;  // the container tells a size in 32 bits
+    FIO_STATUS status;
+    std::ifstream file(fio_get_unc_full_path(path), std::ios::binary);
+    if (!FIO_FILE_SYSTEM::status(path.c_str(), &status) || !status.regular || !file.is_open()) {
+        throw USAGE_ERROR(path + " cannot be read");
+    }
+    if (status.size == 0 || status.size > MOST_BYTES) {
+        throw USAGE_ERROR(path + (status.size == 0 ? " is empty; params remove removes a block" : " is too large"));
+    }
+    std::vector<BYTE> bytes(status.size);
+    if (!file.read(reinterpret_cast<char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()))) {
+        throw USAGE_ERROR(path + " cannot be read");
+    }
+    return bytes;
+}
+
+/// Replaces a block, or removes it when there are no bytes.
+void replace_block(PGMDEV_FLASH_INI_ENUM which, std::vector<BYTE> bytes, const COMMAND& command) {
+    if (!PGMDEV_FLASH_INI::write_flash_ini_data(which, bytes.empty() ? nullptr : bytes.data(),
+                                                static_cast<DWORD>(bytes.size()))) {
+        throw std::runtime_error(gen_get_module_path() + "/pgm_flash.ini cannot be written");
+    }
+    if (command.json) {
+        print_json(block_json(which, BLOCK(which)));
+    } else if (bytes.empty()) {
+        fmt::print("Block \"{}\" removed\n", PGMDEV_FLASH_INI_NAMES[which]);
+    } else {
+        fmt::print("Block \"{}\" written, {} bytes\n", PGMDEV_FLASH_INI_NAMES[which], bytes.size());
+    }
+}
+
+void write_block(const ARGUMENTS& given, const COMMAND& command) {
+    replace_block(parse_block(given.text("BLOCK")), read_whole(given.text("FILE")), command);
+}
+
+void remove_block(const ARGUMENTS& given, COMMAND& command) {
+    const PGMDEV_FLASH_INI_ENUM which = parse_block(given.text("BLOCK"));
+    if (BLOCK(which).data == nullptr) {
+        report_absent(which, command);
+        return;
+    }
+    replace_block(which, {}, command);
+}
+
+}  // namespace
+
+NOUN params_noun() {
+    const ARGUMENT block{"BLOCK", R"(Number or name of the block: 0 "SFL FLASH", 1 "HPS SPI", 2 "HPS NAND")"};
+    const std::vector<VERB> verbs{
+        VERB("list", "All blocks and their sizes", "pgmdev --json params list", list_blocks),
+        VERB("read", "Show a block, or copy it into a file", "pgmdev params read \"HPS SPI\" spi.bin", read_block)
+            .takes(block)
+            .takes({"FILE", "File that receives the bytes instead of a listing", ARGUMENT::OPTIONAL_TEXT}),
+        VERB("write", "Replace a block and keep the others", "pgmdev params write 1 spi.bin", write_block)
+            .takes(block)
+            .takes({"FILE", "File with the bytes of the block"}),
+        VERB("remove", "Remove a block and keep the others", "pgmdev params remove 1", remove_block).takes(block),
+    };
+    return {"params", "The parameter blocks of pgm_flash.ini in the module directory", "pgmdev params list", verbs};
+}

@@ -1,0 +1,19 @@
+#pragma once
+
+/// \file
+/// What one run of the command is asked for, and what comes of it.
+
+#include <stdexcept>
+
+enum EXIT_CODE { EXIT_DONE = 0, EXIT_NOT_FOUND = 1, EXIT_USAGE = 2, EXIT_INTERNAL_ERROR = 3 };
+
+/// The state of one run of the command.
+struct COMMAND {
+    bool json = false;             ///< answer in JSON instead of text for people
+    EXIT_CODE result = EXIT_DONE;  ///< becomes the exit code
+};
+
+/// Thrown for arguments that make no sense; the message is for the user.
+class USAGE_ERROR : public std::runtime_error {
+    using std::runtime_error::runtime_error;
+};

@@ -1,0 +1,87 @@
+#pragma once
+
+/// \file
+/// The command line: a noun, a verb, its arguments. Each noun describes its verbs in a table; only what carries this out
+/// knows the library that parses.
+
+#include <functional>
+#include <map>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "terminal/command.h"
+
+namespace CLI {
+class App;
+class Option;
+}  // namespace CLI
+
+/// What the user may write behind a verb.
+struct ARGUMENT {
+    enum KIND { TEXT, OPTIONAL_TEXT, TEXTS, OPTIONAL_TEXTS, NUMBER, OPTIONAL_NUMBER, FLAG };
+
+    std::string name;  ///< "--name" is an option; others are told by their position
+    std::string description;
+    KIND kind = TEXT;
+    const char* value_name = nullptr;  ///< what the help calls the value of an option; null: after its kind
+};
+
+/// What the user has written behind a verb. A name that the verb's table does not have throws std::out_of_range.
+class ARGUMENTS {
+public:
+    bool has(const std::string& name) const;                               ///< is it given?
+    const std::string& text(const std::string& name) const;                ///< "": not given
+    const std::vector<std::string>& texts(const std::string& name) const;  ///< none: not given
+    std::optional<std::size_t> number(const std::string& name) const;
+
+    /// Has the parser fill in what is given for the arguments of the table.
+    void bind(const std::vector<ARGUMENT>& table, CLI::App& verb);
+
+private:
+    struct VALUE {
+        std::string text;
+        std::vector<std::string> texts;
+        std::size_t number = 0;
+        bool flag = false;
+        const CLI::Option* option = nullptr;
+    };
+    std::map<std::string, VALUE> m_values;
+};
+
+/// A verb: what help says of it, what carries it out, and what it takes.
+struct VERB {
+    using RUN = std::function<void(const ARGUMENTS& given, COMMAND& command)>;
+
+    VERB(std::string verb, std::string what, std::string how, RUN action)
+        : name(std::move(verb)), description(std::move(what)), example(std::move(how)), run(std::move(action)) {}
+    VERB& takes(ARGUMENT argument) {
+        arguments.push_back(std::move(argument));
+        return *this;
+    }
+    /// Lines of help before the example, each with its line feed.
+    VERB& tells(std::string lines) {
+        notes = std::move(lines);
+        return *this;
+    }
+
+    std::string name;
+    std::string description;
+    std::string example;
+    RUN run;
+    std::vector<ARGUMENT> arguments;
+    std::string notes;
+};
+
+/// A noun, behind which one of its verbs must stand, or one of its groups of verbs.
+struct NOUN {
+    std::string name;
+    std::string description;
+    std::string example;
+    std::vector<VERB> verbs;
+    std::vector<NOUN> groups = {};
+};
+
+/// Carries out what the arguments ask for, after the options that go with every verb. False when there is nothing to
+/// carry out: help was asked for and is shown, or the arguments are wrong and the result says so.
+bool run_command_line(const std::vector<NOUN>& nouns, const std::vector<std::string>& arguments, COMMAND& command);

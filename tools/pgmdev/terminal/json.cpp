@@ -1,0 +1,76 @@
+#include "terminal/json.h"
+
+#include <fmt/core.h>
+
+#include <algorithm>
+#include <nlohmann/json.hpp>
+
+namespace {
+
+using DOCUMENT = nlohmann::ordered_json;
+
+DOCUMENT document_of(const JSON& json) {
+    return std::visit(
+        [](const auto& value) {
+            using VALUE = std::remove_cvref_t<decltype(value)>;
+            DOCUMENT document;
+            if constexpr (std::is_same_v<VALUE, JSON::ARRAY>) {
+                document = DOCUMENT::array();
+                for (const JSON& element : value) {
+                    document.push_back(document_of(element));
+                }
+            } else if constexpr (std::is_same_v<VALUE, JSON::OBJECT>) {
+                document = DOCUMENT::object();
+                for (std::size_t i = 0; i < value.names.size(); ++i) {
+                    document.emplace(value.names[i], document_of(value.values[i]));
+                }
+            } else {
+                document = value;
+            }
+            return document;
+        },
+        json.value());
+}
+
+void print(const JSON& json, int indentation) {
+    fmt::print("{}\n", document_of(json).dump(indentation, ' ', false, DOCUMENT::error_handler_t::replace));
+}
+
+}  // namespace
+
+JSON::JSON(std::initializer_list<MEMBER> members) : m_value(OBJECT()) {
+    for (const MEMBER& member : members) {
+        (*this)[member.name] = member.value;
+    }
+}
+
+void JSON::push_back(JSON value) {
+    std::get<ARRAY>(m_value).push_back(std::move(value));
+}
+
+JSON& JSON::operator[](std::string_view name) {
+    if (std::holds_alternative<std::nullptr_t>(m_value)) {
+        m_value = OBJECT();
+    }
+    auto& object = std::get<OBJECT>(m_value);
+    const auto found = std::find(object.names.begin(), object.names.end(), name);
+    if (found != object.names.end()) {
+        return object.values[static_cast<std::size_t>(found - object.names.begin())];
+    }
+    object.names.emplace_back(name);
+    return object.values.emplace_back();
+}
+
+void print_json(const JSON& document) {
+    constexpr int READABLE = 2;  // blanks for each level
+    print(document, READABLE);
+}
+
+void print_json_line(const JSON& document) {
+    constexpr int ON_ONE_LINE = -1;
+    print(document, ON_ONE_LINE);
+}
+
+void print_json_answer(const JSON& answer, bool batch) {
+    batch ? print_json_line(answer) : print_json(answer);
+}

@@ -1,0 +1,65 @@
+#pragma once
+
+/// \file
+/// Answers in JSON: values built up by the verbs and printed on standard output.
+
+#include <concepts>
+#include <initializer_list>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <variant>
+#include <vector>
+
+#include "pgmdev_types.h"
+
+/// One JSON value. The members of an object stay in the order in which they were added.
+class JSON {
+public:
+    struct MEMBER;
+    using ARRAY = std::vector<JSON>;
+    struct OBJECT {
+        std::vector<std::string> names;
+        std::vector<JSON> values;
+    };
+    using VALUE = std::variant<std::nullptr_t, bool, QWORD, std::string, ARRAY, OBJECT>;
+
+    JSON() = default;  ///< null
+    JSON(std::nullptr_t) {}
+    JSON(bool value) : m_value(value) {}
+    JSON(std::unsigned_integral auto value) : m_value(QWORD{value}) {}
+    JSON(std::string value) : m_value(std::move(value)) {}
+    JSON(std::string_view value) : m_value(std::string(value)) {}
+    JSON(const char* value) : m_value(std::string(value)) {}
+    template <class ELEMENT>
+    JSON(const std::optional<ELEMENT>& value) : JSON(value ? JSON(*value) : JSON()) {}
+    template <class ELEMENT>
+    JSON(const std::vector<ELEMENT>& values) : m_value(ARRAY(values.begin(), values.end())) {}
+    JSON(std::initializer_list<MEMBER> members);  ///< an object
+
+    static JSON array() { return ARRAY(); }
+    static JSON object() { return std::initializer_list<MEMBER>(); }
+
+    /// Adds a value to an array.
+    void push_back(JSON value);
+    /// The member of that name, which is added when there is none. Null becomes an object.
+    JSON& operator[](std::string_view name);
+
+    const VALUE& value() const { return m_value; }
+
+private:
+    VALUE m_value;
+};
+
+struct JSON::MEMBER {
+    std::string name;
+    JSON value;
+};
+
+/// One JSON document, readable: indented, ending in a line feed. Bytes that are not UTF-8 become replacement characters.
+void print_json(const JSON& document);
+/// One JSON document on one line, for batches.
+void print_json_line(const JSON& document);
+/// An answer in JSON: a line of a batch, or a document of its own.
+void print_json_answer(const JSON& answer, bool batch);

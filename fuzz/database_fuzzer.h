@@ -16,7 +16,7 @@
 /// the database's manager; it starts empty, and makes that manager's `compress_data` and, as `load`, its loading of a
 /// file public.
 template <class MANAGER>
-void load_payload(std::string_view magic_and_stamp, const std::uint8_t* payload, std::size_t size) {
+void load_payload(std::string_view magic, std::string_view stamp, const std::uint8_t* payload, std::size_t size) {
     static const bool quiet = [] {
         MSG_INTERNAL_ERROR::set_handler(
             [](const MSG_INTERNAL_ERROR_REPORT& report) { throw MSG_INTERNAL_ERROR_EXCEPTION(report); });
@@ -25,7 +25,8 @@ void load_payload(std::string_view magic_and_stamp, const std::uint8_t* payload,
     if (!quiet || size == 0) {
         return;
     }
-    std::vector<BYTE> image(magic_and_stamp.begin(), magic_and_stamp.end());
+    std::vector<BYTE> image(magic.begin(), magic.end());
+    image.insert(image.end(), stamp.begin(), stamp.end());
     for (unsigned shift = 0; shift < 32; shift += 8) {
         image.push_back(static_cast<BYTE>(size >> shift));
     }

@@ -1,4 +1,5 @@
 #include "database_fuzzer.h"
+#include "packed/format.h"
 #include "pgmdev_flash_manager.h"
 
 namespace {
@@ -14,6 +15,6 @@ public:
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    load_payload<LOADER>("PGMIO_FMe58bc25311bf5303874d34bcafcaa4c1", data, size);
+    load_payload<LOADER>("PGMIO_FM", PGMDEV_FLASH_INFO_CSV_MD5, data, size);
     return 0;
 }

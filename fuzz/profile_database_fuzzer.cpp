@@ -1,4 +1,5 @@
 #include "database_fuzzer.h"
+#include "packed/format.h"
 #include "pgmdev_dev_info_manager.h"
 
 namespace {
@@ -14,6 +15,6 @@ public:
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    load_payload<LOADER>("PGMIO_DM6d91639bb2165ce50a6e050711c1137f", data, size);
+    load_payload<LOADER>("PGMIO_DM", PGMDEV_DEV_INFO_CSV_MD5, data, size);
     return 0;
 }

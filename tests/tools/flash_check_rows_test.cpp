@@ -250,7 +250,7 @@ TEST(flash_check_rows, IdleBusIsNoSignature) {
 }
 
 TEST(flash_check_rows, NumbersThatDoNotFitIntoAByte) {
-    for (const FLASH_COLUMN& column : FLASH_COLUMNS) {
+    for (const flash_reference::COLUMN& column : flash_reference::COLUMNS) {
         if (std::string(column.type) == "BYTE") {
             const auto value = std::stoul(column.cell, nullptr, 0);
             // The low byte is that of the sample, so that nothing but the width is remarkable.

@@ -80,7 +80,7 @@ TEST(flash_check, RefusalTellsEverything) {
 }
 
 TEST(flash_check, EveryCellOfEveryRowIsChecked) {
-    for (const FLASH_COLUMN& column : FLASH_COLUMNS) {
+    for (const flash_reference::COLUMN& column : flash_reference::COLUMNS) {
         const std::string type = column.type;
         if (type == "STL_STRING") {
             continue;  // no cell is a wrong text

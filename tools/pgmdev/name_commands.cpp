@@ -2,7 +2,6 @@
 
 #include <array>
 #include <memory>
-#include <optional>
 #include <string_view>
 #include <utility>
 
@@ -11,7 +10,6 @@
 #include "input.h"
 #include "pgmdev_device_grammar_mgr.h"
 #include "pgmdev_mgr.h"
-#include "pgmdev_part_index.h"
 
 namespace {
 
@@ -19,7 +17,7 @@ using GRAMMAR = PGMDEV_DEVICE_GRAMMAR_MGR;
 
 /// All spellings of a name. A package name is its own package name, and a programming name its own programming name;
 /// "" stands for what a name has not.
-JSON spellings_of(std::string name, const std::function<std::string(const std::string&)>& full_name) {
+JSON spellings_of(std::string name) {
     std::string package_name = GRAMMAR::get_package_name(name, true);  // trims the name, converts it to upper case
     if (package_name.empty() && !GRAMMAR::get_pgm_name(name, true, true).empty()) {
         package_name = name;
@@ -50,7 +48,7 @@ JSON spellings_of(std::string name, const std::function<std::string(const std::s
             {"pcf_device", GRAMMAR::get_pcf_device(name)},
             {"use_full_name", GRAMMAR::use_full_name(name)},
             {"use_package_name", GRAMMAR::use_package_name(name)},
-            {"possible_full_name", full_name(name)}};
+            {"possible_full_name", ask_quietly([&name] { return PGMDEV_MGR::get_possible_full_name(name); })}};
 }
 
 bool is_known(const JSON& spellings) {
@@ -96,15 +94,8 @@ std::string similar_names(const std::string& name) {
 }
 
 void show(const std::string& argument, COMMAND& command) {
-    std::optional<PGMDEV_PART_INDEX> index;  // made for batches only: one name is found sooner without
     for_each_item(argument, [&](const std::string& item, bool batch) {
-        if (batch && !index) {
-            index.emplace();
-        }
-        const JSON spellings = spellings_of(item, [&](const std::string& name) {
-            return index ? index->get_possible_full_name(name)
-                         : ask_quietly([&name] { return PGMDEV_MGR::get_possible_full_name(name); });
-        });
+        const JSON spellings = spellings_of(item);
         const bool known = is_known(spellings);
         if (!known) {
             command.result = EXIT_NOT_FOUND;

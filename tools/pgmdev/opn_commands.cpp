@@ -2,7 +2,6 @@
 
 #include <charconv>
 #include <memory>
-#include <unordered_map>
 
 #include "command.h"
 #include "device_names.h"
@@ -64,25 +63,6 @@ QWORD parse_hash(const std::string& text) {
     return hash;
 }
 
-/// The names of many hashes: taking the digests of all parts' names once, not once for each hash.
-class HASH_INDEX {
-public:
-    std::string name_of(QWORD hash) {
-        if (m_names.empty()) {
-            for (std::string& name : part_names()) {
-                const QWORD own_hash = PGMDEV_MGR::get_opn_hash(name);
-                m_names.try_emplace(own_hash, std::move(name));
-            }
-        }
-        constexpr QWORD HASH_MASK = 0xFFFFFFFFFFFF;
-        const auto found = m_names.find(hash & HASH_MASK);
-        return found != m_names.end() ? found->second : std::string();
-    }
-
-private:
-    std::unordered_map<QWORD, std::string> m_names;
-};
-
 /// Shows a code, or says what is missing.
 void answer(const ORDERING_CODE& code, bool found, bool batch, const std::string& not_found, COMMAND& command) {
     if (!found) {
@@ -134,10 +114,9 @@ void show_hash(const std::string& argument, COMMAND& command) {
 }
 
 void show_from_hash(const std::string& argument, COMMAND& command) {
-    HASH_INDEX index;
     for_each_item(argument, [&](const std::string& item, bool batch) {
         const QWORD hash = parse_hash(item);
-        const std::string name = batch ? index.name_of(hash) : PGMDEV_MGR::get_opn_from_hash(hash);
+        const std::string name = PGMDEV_MGR::get_opn_from_hash(hash);
         const ORDERING_CODE code = name.empty() ? ORDERING_CODE{INVALID_DWORD, "", hash} : by_name(name);
         answer(code, !name.empty(), batch, fmt::format("no part's name has the hash {}", item), command);
     });

@@ -1,7 +1,11 @@
+#include <optional>
 #include <utility>
 
 #include "msg.h"
+#include "names/grammar_trace.h"
+#include "names/part_indexes.h"
 #include "names/parts.h"
+#include "names/reported_files.h"
 #include "pgm_common.h"
 #include "pgmdev_device_grammar_mgr.h"
 #include "pgmdev_mgr.h"
@@ -11,8 +15,6 @@
 // Parts by less specific names.
 
 namespace {
-
-constexpr const char* SOURCE = "pgm/pgmdev/pgmdev_mgr";
 
 /// Whether `name` is the candidate's name, package name or programming name.
 bool denotes(const std::string& name, const std::string& candidate) {
@@ -24,6 +26,20 @@ bool denotes(const std::string& name, const std::string& candidate) {
             PGM_COMMON::compare_string(name, PGMDEV_DEVICE_GRAMMAR_MGR::get_pgm_name(candidate, false, false), false));
 }
 
+/// The name of the first part that `name` denotes.
+std::optional<std::string> first_denoted(const std::string& name) {
+    std::optional<std::string> full_name;
+    for_each_part([&](int part) {
+        std::string candidate = upper_part_name(part);
+        const bool found = denotes(name, candidate);
+        if (found) {
+            full_name = std::move(candidate);
+        }
+        return found;
+    });
+    return full_name;
+}
+
 }  // namespace
 
 std::string PGMDEV_MGR::get_part_name_from_dev(std::string device_name) {
@@ -31,7 +47,7 @@ std::string PGMDEV_MGR::get_part_name_from_dev(std::string device_name) {
     const DEV_DEVICE_ENUM device = dstr_get_dev_device_enum_by_string(device_name.c_str());
     const DEV_FAMILY_ENUM family = manager.get_family_of(device);
     if (!dstr_is_valid_dev_device_enum(device) || !dstr_is_valid_dev_family_enum(family)) {
-        pgmdev_report_soft("Device is not valid in DEV database", SOURCE, __LINE__);
+        pgmdev_report_soft("Device is not valid in DEV database", MANAGER_SOURCE, __LINE__);
         return {};
     }
     std::string result;
@@ -48,6 +64,9 @@ std::string PGMDEV_MGR::get_part_name_from_dev(std::string device_name) {
 std::string PGMDEV_MGR::get_part_name_from_pcf(std::string pcf_name) {
     const DEV_PART_MANAGER manager;
     stl_toupper(pcf_name);
+    if (const PART_NAME_INDEX* index = parts_by_programmer_file_name(INDEX_WANTED::WHEN_IT_PAYS)) {
+        return index->find(pcf_name).value_or("");
+    }
     std::string result;
     for_each_preferred_part(manager, "ANY", [&](int part) {
         std::string name = dstr_get_user_string(part);
@@ -64,21 +83,14 @@ std::string PGMDEV_MGR::get_part_name_from_pcf(std::string pcf_name) {
 std::string PGMDEV_MGR::get_possible_full_name(std::string name) {
     [[maybe_unused]] const DEV_PART_MANAGER manager;  // the host may load its part list for as long as one lives
     stl_toupper(name);
-    std::string result;
-    bool found = false;
-    for_each_part([&](int part) {
-        std::string candidate = upper_part_name(part);
-        found = denotes(name, candidate);
-        if (found) {
-            result = std::move(candidate);
-        }
-        return found;
-    });
-    if (!found) {
+    // While conversions are traced, they have to be seen: every candidate's.
+    const PART_NAME_INDEX* index = grammar_is_traced() ? nullptr : parts_by_possible_name(INDEX_WANTED::WHEN_IT_PAYS);
+    std::optional<std::string> full_name = index != nullptr ? index->find(name) : first_denoted(name);
+    if (!full_name) {
         pgmdev_soften([&] {
-            MSG_INTERNAL_ERROR::report_varg(PGMDEV_MODULE, SOURCE, __LINE__,
+            MSG_INTERNAL_ERROR::report_varg(PGMDEV_MODULE, MANAGER_SOURCE, __LINE__,
                                             "Unable to retrieve full device name from database for %s", name.c_str());
         });
     }
-    return result;
+    return std::move(full_name).value_or("");
 }

@@ -1,6 +1,7 @@
 #include <algorithm>
 
 #include "names/enum_names.h"
+#include "names/reported_files.h"
 #include "pgmdev_mgr.h"
 #include "report.h"
 #include "stl.h"
@@ -10,7 +11,7 @@
 namespace {
 
 std::span<const std::string_view> checked_enum_names(PGM_ENUM_TYPE pgm_enum_type) {
-    PGMDEV_REQUIRE(pgm_enum_type < PGM_ENUM_TYPE_MAX, "pgm_enum_type < PGM_ENUM_TYPE_MAX", "pgm/pgmdev/pgmdev_mgr");
+    PGMDEV_REQUIRE(pgm_enum_type < PGM_ENUM_TYPE_MAX, "pgm_enum_type < PGM_ENUM_TYPE_MAX", MANAGER_SOURCE);
     return enum_names(pgm_enum_type);
 }
 

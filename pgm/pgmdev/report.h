@@ -6,6 +6,10 @@
 /// The module that reports name.
 inline constexpr const char* PGMDEV_MODULE = "PGMDEV";
 
+// The files that reports name. They are fixed, wherever the checks are written.
+inline constexpr const char* DDB_MGR_FILE = "pgm/pgmdev/pgmdev_ddb_mgr";
+inline constexpr const char* MGR_FILE = "pgm/pgmdev/pgmdev_mgr";
+
 /// A check that ends the operation: reports `condition` with the source file `source` and the line of the check, unless
 /// `holds`.
 #define PGMDEV_REQUIRE(holds, condition, source) ((holds) ? void() : pgmdev_report(condition, source, __LINE__))

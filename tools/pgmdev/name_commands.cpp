@@ -116,12 +116,12 @@ void add_name_commands(CLI::App& app, COMMAND& command) {
     const auto name = std::make_shared<std::string>();  // lives as long as the callback that reads it
     CLI::App* noun = app.add_subcommand("name", "The spellings of a device's name");
     noun->require_subcommand(1);
-    noun->footer("Example: pgmdev name show OSP8U256C8");
+    noun->footer("Example: pgmdev name show KES50C6");
 
     CLI::App* verb = noun->add_subcommand("show", "Every spelling of a name");
     verb->add_option("NAME", *name,
                      "Full, package, programming, programmer-file or device name, in any case; - reads one per line")
         ->required();
-    verb->footer("Example: pgmdev --json name show OSP8U256C8");
+    verb->footer("Example: pgmdev --json name show KES50C6");
     verb->callback([name, &command] { show(*name, command); });
 }

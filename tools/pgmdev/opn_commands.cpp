@@ -133,13 +133,13 @@ struct VERB {
 };
 constexpr VERB VERBS[]{
     {"name", "The part that an ordering-code index stands for", "INDEX",
-     "Ordering-code index, decimal or 0x...; - reads one per line", "pgmdev opn name 12", show_name},
+     "Ordering-code index, decimal or 0x...; - reads one per line", "pgmdev opn name 1337", show_name},
     {"index", "The first ordering-code index of a part", "NAME", "Part name, in any case; - reads one per line",
-     "pgmdev opn index OSP8U256C8", show_index},
+     "pgmdev opn index KES50C6", show_index},
     {"hash", "The 48-bit hash of a part's name", "NAME", "Part name, in any case; - reads one per line",
-     "pgmdev opn hash OSP8U256C8", show_hash},
+     "pgmdev opn hash KES50C6", show_hash},
     {"from-hash", "The part whose name has a hash", "HASH", "Hash, decimal or 0x...; - reads one per line",
-     "pgmdev opn from-hash 0x123456789ABC", show_from_hash},
+     "pgmdev opn from-hash 0xDCB59F75E910", show_from_hash},
 };
 
 }  // namespace
@@ -148,7 +148,7 @@ void add_opn_commands(CLI::App& app, COMMAND& command) {
     const auto argument = std::make_shared<std::string>();  // lives as long as the callbacks that read it
     CLI::App* noun = app.add_subcommand("opn", "Ordering codes: indexes and hashes of parts");
     noun->require_subcommand(1);
-    noun->footer("Example: pgmdev opn index OSP8U256C8");
+    noun->footer("Example: pgmdev opn index KES50C6");
     for (const VERB& entry : VERBS) {
         CLI::App* verb = noun->add_subcommand(entry.name, entry.description);
         verb->add_option(entry.argument, *argument, entry.argument_description)->required();

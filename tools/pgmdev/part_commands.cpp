@@ -45,7 +45,7 @@ const QUESTION QUESTIONS[]{
      "no part with the programmer-file part name", "pgmdev part from-pcf BLU_R35", PGMDEV_MGR::get_part_name_from_pcf,
      programmer_part_names_of_parts},
     {"complete", "The first part that a full, package or programming name denotes", "Name", "no part denoted by",
-     "pgmdev part complete OSP8U256", PGMDEV_MGR::get_possible_full_name, completable_names},
+     "pgmdev part complete KES50", PGMDEV_MGR::get_possible_full_name, completable_names},
 };
 
 void answer(const QUESTION& question, const std::string& argument, COMMAND& command) {
@@ -76,7 +76,7 @@ void add_part_commands(CLI::App& app, COMMAND& command) {
     const auto name = std::make_shared<std::string>();  // lives as long as the callbacks that read it
     CLI::App* noun = app.add_subcommand("part", "Parts by less specific names");
     noun->require_subcommand(1);
-    noun->footer("Example: pgmdev part complete OSP8U256");
+    noun->footer("Example: pgmdev part complete KES50");
     for (const QUESTION& question : QUESTIONS) {
         CLI::App* verb = noun->add_subcommand(question.verb, question.description);
         verb->add_option("NAME", *name, fmt::format("{}, in any case; - reads one per line", question.argument))

@@ -5,7 +5,6 @@
 #include <utility>
 
 #include "names/compiled_in_data.h"
-#include "names/reported_files.h"
 #include "packed/inflate.h"
 #include "pgm_common.h"
 #include "report.h"
@@ -24,10 +23,10 @@ constexpr DWORD CRC_POLYNOMIAL = 0x04C11DB7;
 void check_crc(const BYTE* data, DWORD data_size) {
     const DWORD crc32 = ~PGM_COMMON::msb_calculate_crc32(data, 0, QWORD{data_size - CONTAINER_CRC_SIZE} * 8, CRC_PRESET,
                                                          CRC_POLYNOMIAL, true);
-    PGMDEV_REQUIRE(BYTE(crc32) == data[data_size - 4], "BYTE(crc32) == data[data_size-4]", STORE_SOURCE);
-    PGMDEV_REQUIRE(BYTE(crc32 >> 8) == data[data_size - 3], "BYTE(crc32 >> 8) == data[data_size-3]", STORE_SOURCE);
-    PGMDEV_REQUIRE(BYTE(crc32 >> 16) == data[data_size - 2], "BYTE(crc32 >> 16) == data[data_size-2]", STORE_SOURCE);
-    PGMDEV_REQUIRE(BYTE(crc32 >> 24) == data[data_size - 1], "BYTE(crc32 >> 24) == data[data_size-1]", STORE_SOURCE);
+    PGMDEV_REQUIRE(BYTE(crc32) == data[data_size - 4], "BYTE(crc32) == data[data_size-4]", DDB_MGR_FILE);
+    PGMDEV_REQUIRE(BYTE(crc32 >> 8) == data[data_size - 3], "BYTE(crc32 >> 8) == data[data_size-3]", DDB_MGR_FILE);
+    PGMDEV_REQUIRE(BYTE(crc32 >> 16) == data[data_size - 2], "BYTE(crc32 >> 16) == data[data_size-2]", DDB_MGR_FILE);
+    PGMDEV_REQUIRE(BYTE(crc32 >> 24) == data[data_size - 1], "BYTE(crc32 >> 24) == data[data_size-1]", DDB_MGR_FILE);
 }
 
 }  // namespace
@@ -46,11 +45,11 @@ COMPILED_DATA_SET opn_data_set() {
 
 DATA_CONTAINER open_container(const COMPILED_DATA_SET& set) {
     INFLATED contents = inflate_bounded(set.stream, set.stream_length, set.length + SPARE);
-    PGMDEV_REQUIRE(contents.good, set.bad_stream, STORE_SOURCE);
-    PGMDEV_REQUIRE(contents.length == set.length, set.bad_length, STORE_SOURCE);
+    PGMDEV_REQUIRE(contents.good, set.bad_stream, DDB_MGR_FILE);
+    PGMDEV_REQUIRE(contents.length == set.length, set.bad_length, DDB_MGR_FILE);
     // Nothing shorter has the magic; so the CRC is there, too, even if it overlaps the magic.
     PGMDEV_REQUIRE(contents.length >= MAGIC.size() && std::equal(MAGIC.begin(), MAGIC.end(), contents.data.get()),
-                   "memcmp(data, \"PGMDEV_DDB\", 10) == 0", STORE_SOURCE);
+                   "memcmp(data, \"PGMDEV_DDB\", 10) == 0", DDB_MGR_FILE);
     check_crc(contents.data.get(), contents.length);
     return {std::move(contents.data), contents.length};
 }

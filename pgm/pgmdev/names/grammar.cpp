@@ -2,7 +2,6 @@
 
 #include <algorithm>
 
-#include "names/reported_files.h"
 #include "report.h"
 
 namespace {
@@ -19,7 +18,7 @@ public:
         DWORD pointer_index = 0;
         while (m_index < m_end) {
             PGMDEV_REQUIRE(pointer_index < TABLE_COUNT, "pointer_index < DWORD(PGMDEV_DDB_GRAMMAR_ENUM::MAX)",
-                           STORE_SOURCE);
+                           DDB_MGR_FILE);
             parse_record(*store.tables[pointer_index]);
             if (m_data[m_index] == 0) {
                 ++m_index;
@@ -27,19 +26,19 @@ public:
             }
         }
         PGMDEV_REQUIRE(pointer_index == TABLE_COUNT, "pointer_index == DWORD(PGMDEV_DDB_GRAMMAR_ENUM::MAX)",
-                       STORE_SOURCE);
+                       DDB_MGR_FILE);
     }
 
 private:
     std::string_view read_string() {
-        PGMDEV_REQUIRE(m_index < m_end, "index < data_size", STORE_SOURCE);
-        PGMDEV_REQUIRE(m_data[m_index] != 0, "data[index] != 0", STORE_SOURCE);
+        PGMDEV_REQUIRE(m_index < m_end, "index < data_size", DDB_MGR_FILE);
+        PGMDEV_REQUIRE(m_data[m_index] != 0, "data[index] != 0", DDB_MGR_FILE);
         const BYTE* first = m_data + m_index;
         const auto* last = static_cast<const BYTE*>(std::memchr(first, 0, m_end - m_index));
-        PGMDEV_REQUIRE(last != nullptr, "index < data_size && data[index] == 0", STORE_SOURCE);
+        PGMDEV_REQUIRE(last != nullptr, "index < data_size && data[index] == 0", DDB_MGR_FILE);
         const auto length = static_cast<DWORD>(last - first);
         m_index += length + 1;
-        PGMDEV_REQUIRE(m_index < m_end, "index < data_size", STORE_SOURCE);
+        PGMDEV_REQUIRE(m_index < m_end, "index < data_size", DDB_MGR_FILE);
         return {reinterpret_cast<const char*>(first), length};
     }
 
@@ -47,15 +46,15 @@ private:
         const std::string_view key = read_string();
         while (m_index < m_end && m_data[m_index] != 0) {
             const std::string_view content = read_string();
-            PGMDEV_REQUIRE(!content.empty(), "content.size()", STORE_SOURCE);
+            PGMDEV_REQUIRE(!content.empty(), "content.size()", DDB_MGR_FILE);
             PGMDEV_REQUIRE(map.add_entry(key, content),
-                           "std::find(contents.begin(), contents.end(), content) == contents.end()", STORE_SOURCE);
+                           "std::find(contents.begin(), contents.end(), content) == contents.end()", DDB_MGR_FILE);
         }
-        PGMDEV_REQUIRE(map.has_pending_entries(), "contents.size()", STORE_SOURCE);
-        PGMDEV_REQUIRE(m_index < m_end && m_data[m_index] == 0, "index < data_size && data[index] == 0", STORE_SOURCE);
-        PGMDEV_REQUIRE(map.add_key(key), "map->find(key) == map->end()", STORE_SOURCE);
+        PGMDEV_REQUIRE(map.has_pending_entries(), "contents.size()", DDB_MGR_FILE);
+        PGMDEV_REQUIRE(m_index < m_end && m_data[m_index] == 0, "index < data_size && data[index] == 0", DDB_MGR_FILE);
+        PGMDEV_REQUIRE(map.add_key(key), "map->find(key) == map->end()", DDB_MGR_FILE);
         ++m_index;
-        PGMDEV_REQUIRE(m_index < m_end, "index < data_size", STORE_SOURCE);
+        PGMDEV_REQUIRE(m_index < m_end, "index < data_size", DDB_MGR_FILE);
     }
 
     const BYTE* m_data;

@@ -1,7 +1,6 @@
 #include <algorithm>
 
 #include "names/enum_names.h"
-#include "names/reported_files.h"
 #include "pgmdev_mgr.h"
 #include "report.h"
 #include "stl.h"
@@ -11,7 +10,7 @@
 namespace {
 
 std::span<const std::string_view> checked_enum_names(PGM_ENUM_TYPE pgm_enum_type) {
-    PGMDEV_REQUIRE(pgm_enum_type < PGM_ENUM_TYPE_MAX, "pgm_enum_type < PGM_ENUM_TYPE_MAX", MANAGER_SOURCE);
+    PGMDEV_REQUIRE(pgm_enum_type < PGM_ENUM_TYPE_MAX, "pgm_enum_type < PGM_ENUM_TYPE_MAX", MGR_FILE);
     return enum_names(pgm_enum_type);
 }
 

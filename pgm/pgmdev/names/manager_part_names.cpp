@@ -5,7 +5,6 @@
 #include "names/grammar_trace.h"
 #include "names/part_indexes.h"
 #include "names/parts.h"
-#include "names/reported_files.h"
 #include "pgm_common.h"
 #include "pgmdev_device_grammar_mgr.h"
 #include "pgmdev_mgr.h"
@@ -47,7 +46,7 @@ std::string PGMDEV_MGR::get_part_name_from_dev(std::string device_name) {
     const DEV_DEVICE_ENUM device = dstr_get_dev_device_enum_by_string(device_name.c_str());
     const DEV_FAMILY_ENUM family = manager.get_family_of(device);
     if (!dstr_is_valid_dev_device_enum(device) || !dstr_is_valid_dev_family_enum(family)) {
-        pgmdev_report_soft("Device is not valid in DEV database", MANAGER_SOURCE, __LINE__);
+        pgmdev_report_soft("Device is not valid in DEV database", MGR_FILE, __LINE__);
         return {};
     }
     std::string result;
@@ -88,7 +87,7 @@ std::string PGMDEV_MGR::get_possible_full_name(std::string name) {
     std::optional<std::string> full_name = index != nullptr ? index->find(name) : first_denoted(name);
     if (!full_name) {
         pgmdev_soften([&] {
-            MSG_INTERNAL_ERROR::report_varg(PGMDEV_MODULE, MANAGER_SOURCE, __LINE__,
+            MSG_INTERNAL_ERROR::report_varg(PGMDEV_MODULE, MGR_FILE, __LINE__,
                                             "Unable to retrieve full device name from database for %s", name.c_str());
         });
     }

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 
-#include "names/reported_files.h"
 #include "report.h"
 
 namespace {
@@ -18,15 +17,15 @@ DWORD read_number(const DATA_CONTAINER& container, DWORD& index) {
     DWORD shift = 0;
     BYTE byte = CONTINUED;
     while ((byte & CONTINUED) != 0) {
-        PGMDEV_REQUIRE(index < container.body_end(), "index < (data_size - 4)", STORE_SOURCE);
+        PGMDEV_REQUIRE(index < container.body_end(), "index < (data_size - 4)", DDB_MGR_FILE);
         byte = container.data[index++];
         if (shift < LARGEST_SHIFT) {  // what lies above is refused below, but only when the number has ended
             dev_enum |= QWORD{byte & DWORD{0x7F}} << shift;
         }
         shift = std::min(shift + GROUP_BITS, LARGEST_SHIFT + GROUP_BITS);
     }
-    PGMDEV_REQUIRE(shift <= LARGEST_SHIFT, "shift <= 35", STORE_SOURCE);
-    PGMDEV_REQUIRE(dev_enum <= QWORD(0xFFFFFFFF), "dev_enum <= QWORD(0xFFFFFFFF)", STORE_SOURCE);
+    PGMDEV_REQUIRE(shift <= LARGEST_SHIFT, "shift <= 35", DDB_MGR_FILE);
+    PGMDEV_REQUIRE(dev_enum <= QWORD(0xFFFFFFFF), "dev_enum <= QWORD(0xFFFFFFFF)", DDB_MGR_FILE);
     return static_cast<DWORD>(dev_enum);
 }
 
@@ -43,14 +42,14 @@ DWORD read_count(const DATA_CONTAINER& container) {
 std::unique_ptr<OPN_STORE> build_opn_store(const COMPILED_DATA_SET& set) {
     const DATA_CONTAINER container = open_container(set);
     const DWORD enum_count = read_count(container);  // the spare bytes of the buffer cover a container without a count
-    PGMDEV_REQUIRE(enum_count > 0, "enum_count > 0", STORE_SOURCE);
+    PGMDEV_REQUIRE(enum_count > 0, "enum_count > 0", DDB_MGR_FILE);
     auto map = std::make_unique<std::vector<DWORD>>();
     map->reserve(std::min(enum_count, container.size));  // an entry takes a byte at least
     DWORD index = CONTAINER_MAGIC_SIZE + COUNT_SIZE;
     for (DWORD i = 0; i < enum_count; ++i) {
         map->push_back(read_number(container, index));
     }
-    PGMDEV_REQUIRE(index == container.body_end(), "index == (data_size - 4)", STORE_SOURCE);
+    PGMDEV_REQUIRE(index == container.body_end(), "index == (data_size - 4)", DDB_MGR_FILE);
     auto store = std::make_unique<OPN_STORE>();
     store->map = std::move(map);
     return store;

@@ -4,7 +4,6 @@
 
 #include "gen.h"
 #include "names/on_demand.h"
-#include "names/reported_files.h"
 #include "report.h"
 #include "stl.h"
 
@@ -14,10 +13,10 @@ constinit ON_DEMAND<GRAMMAR_STORE> grammar_store;
 constinit ON_DEMAND<OPN_STORE> opn_store;
 
 const GRAMMAR_TABLE& table_of(const GRAMMAR_STORE* mgr, PGMDEV_DDB_GRAMMAR_ENUM type) {
-    PGMDEV_REQUIRE(mgr != nullptr, "mgr != NULL", STORE_SOURCE);
-    PGMDEV_REQUIRE(type < PGMDEV_DDB_GRAMMAR_ENUM::MAX, "type < PGMDEV_DDB_GRAMMAR_ENUM::MAX", STORE_SOURCE);
+    PGMDEV_REQUIRE(mgr != nullptr, "mgr != NULL", DDB_MGR_FILE);
+    PGMDEV_REQUIRE(type < PGMDEV_DDB_GRAMMAR_ENUM::MAX, "type < PGMDEV_DDB_GRAMMAR_ENUM::MAX", DDB_MGR_FILE);
     const GRAMMAR_TABLE* mapping = mgr->tables[static_cast<std::size_t>(type)].get();
-    PGMDEV_REQUIRE(mapping != nullptr, "mapping != NULL", STORE_SOURCE);
+    PGMDEV_REQUIRE(mapping != nullptr, "mapping != NULL", DDB_MGR_FILE);
     return *mapping;
 }
 
@@ -63,7 +62,7 @@ std::vector<std::string> forward_lookup(const GRAMMAR_STORE* store, PGMDEV_DDB_G
 }
 
 const std::vector<DWORD>& opn_list(const OPN_STORE* store) {
-    PGMDEV_REQUIRE(store != nullptr, "mgr != NULL", STORE_SOURCE);
-    PGMDEV_REQUIRE(store->map != nullptr, "M_MAP != NULL", STORE_SOURCE);
+    PGMDEV_REQUIRE(store != nullptr, "mgr != NULL", DDB_MGR_FILE);
+    PGMDEV_REQUIRE(store->map != nullptr, "M_MAP != NULL", DDB_MGR_FILE);
     return *store->map;
 }

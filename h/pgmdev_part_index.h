@@ -14,7 +14,7 @@
 class PGMDEV_EXPORT PGMDEV_PART_INDEX {
 public:
     PGMDEV_PART_INDEX();
-    ~PGMDEV_PART_INDEX();
+    ~PGMDEV_PART_INDEX();  // NOLINT(performance-trivially-destructible): programs that were linked before call it
     PGMDEV_PART_INDEX(const PGMDEV_PART_INDEX&) = delete;
     PGMDEV_PART_INDEX& operator=(const PGMDEV_PART_INDEX&) = delete;
 

@@ -50,15 +50,15 @@ std::unique_ptr<PART_NAME_INDEX> index_possible_names(const GRAMMAR_STORE* gramm
     for_each_part([&](int part) {
         const std::string_view candidate = index->keep(upper_part_name(part));
         index->add(candidate, candidate);
-        // What a conversion is asked for and does not find, it takes for the answer.
         const std::string normal_name = normal(std::string(candidate));
-        const std::string_view name = normal_name == candidate ? candidate : index->keep(normal_name);
-        const std::string_view package_name = key_of(grammar, TABLE::PACKAGE_NAME, name);
-        const std::string_view pgm_name = pgm_name_of(grammar, name, false).pgm_name;
+        const std::string_view part_name = normal_name == candidate ? candidate : index->keep(normal_name);
+        const std::string_view package_name = key_of(grammar, TABLE::PACKAGE_NAME, part_name);
+        const std::string_view pgm_name = pgm_name_of(grammar, part_name, false).pgm_name;
         for (const std::string_view found : {package_name, pgm_name}) {
-            const std::string_view converted = found.empty() ? name : found;
-            if (share_part_prefix(candidate, converted)) {
-                index->add(converted, name);
+            // What a conversion is asked for and does not find, it takes for the answer.
+            const std::string_view name = found.empty() ? part_name : found;
+            if (share_part_prefix(candidate, name)) {
+                index->add(name, part_name);
             }
         }
         return false;

@@ -12,7 +12,9 @@
 
 #include "dstr.h"
 #include "gen.h"
+#include "names/clean_up.h"
 #include "names/compiled_in_data.h"
+#include "names/part_indexes.h"
 #include "names/stores.h"
 #include "pgmdev_device_grammar_mgr.h"
 #include "pgmdev_mgr.h"
@@ -155,7 +157,7 @@ BENCHMARK(InflateGrammar)->Unit(benchmark::kMicrosecond);
 
 void FirstUseOfGrammar(benchmark::State& state) {
     for ([[maybe_unused]] auto _ : state) {
-        free_ddb_stores();
+        free_stores_and_indexes();
         benchmark::DoNotOptimize(get_grammar_store());
     }
 }
@@ -177,26 +179,95 @@ void DigestsOfAllParts(benchmark::State& state) {
 }
 BENCHMARK(DigestsOfAllParts)->Unit(benchmark::kMicrosecond);
 
+// Questions for parts, each as the only one and as one of many.
+
+/// Forgets what many questions have made worth while.
+void nothing_was_asked() {
+    free_part_indexes();
+}
+
+void many_were_asked() {}
+
+template <void (*before)()>
+void GetOpnFromHash(benchmark::State& state) {
+    ask_for_names(state, [](std::string& query) {
+        before();
+        benchmark::DoNotOptimize(PGMDEV_MGR::get_opn_from_hash(PGMDEV_MGR::get_opn_hash(query.substr(1))));
+    });
+}
+BENCHMARK(GetOpnFromHash<nothing_was_asked>);
+BENCHMARK(GetOpnFromHash<many_were_asked>);
+
+template <void (*before)()>
 void GetOpnFromUnknownHash(benchmark::State& state) {
     for ([[maybe_unused]] auto _ : state) {
+        before();
         benchmark::DoNotOptimize(PGMDEV_MGR::get_opn_from_hash(0));
     }
 }
-BENCHMARK(GetOpnFromUnknownHash)->Unit(benchmark::kMicrosecond);
+BENCHMARK(GetOpnFromUnknownHash<nothing_was_asked>);
+BENCHMARK(GetOpnFromUnknownHash<many_were_asked>);
 
+template <void (*before)()>
+void GetOpnEnum(benchmark::State& state) {
+    ask_for_names(state, [](std::string& query) {
+        before();
+        benchmark::DoNotOptimize(PGMDEV_MGR::get_opn_enum(query.substr(1)));
+    });
+}
+BENCHMARK(GetOpnEnum<nothing_was_asked>);
+BENCHMARK(GetOpnEnum<many_were_asked>);
+
+template <void (*before)()>
+void GetPartNameFromPcf(benchmark::State& state) {
+    for ([[maybe_unused]] auto _ : state) {
+        before();
+        benchmark::DoNotOptimize(PGMDEV_MGR::get_part_name_from_pcf("NO_SUCH_PART"));
+    }
+}
+BENCHMARK(GetPartNameFromPcf<nothing_was_asked>);
+BENCHMARK(GetPartNameFromPcf<many_were_asked>);
+
+template <void (*before)()>
 void GetPossibleFullName(benchmark::State& state) {
     ask_for_names(state, [](std::string& query) {
+        before();
         normalize_name(query);
         benchmark::DoNotOptimize(PGMDEV_MGR::get_possible_full_name(query));
     });
 }
-BENCHMARK(GetPossibleFullName)->Unit(benchmark::kMicrosecond);
+BENCHMARK(GetPossibleFullName<nothing_was_asked>);
+BENCHMARK(GetPossibleFullName<many_were_asked>);
 
-void MakePartIndex(benchmark::State& state) {
+// What the indexes behind them take, and what they answer without anything around them.
+
+void AskPartIndexForFullName(benchmark::State& state) {
+    const PGMDEV_PART_INDEX index;
+    ask_for_names(state, [&index](std::string& query) {
+        normalize_name(query);
+        benchmark::DoNotOptimize(index.get_possible_full_name(query));
+    });
+}
+BENCHMARK(AskPartIndexForFullName);
+
+void AskPartIndexForPcf(benchmark::State& state) {
+    const PGMDEV_PART_INDEX index;
     for ([[maybe_unused]] auto _ : state) {
-        benchmark::DoNotOptimize(std::make_unique<PGMDEV_PART_INDEX>());
+        benchmark::DoNotOptimize(index.get_part_name_from_pcf("NO_SUCH_PART"));
     }
 }
-BENCHMARK(MakePartIndex)->Unit(benchmark::kMicrosecond);
+BENCHMARK(AskPartIndexForPcf);
+
+template <class INDEX, INDEX* (*index)(INDEX_WANTED)>
+void MakeIndex(benchmark::State& state) {
+    for ([[maybe_unused]] auto _ : state) {
+        free_part_indexes();
+        benchmark::DoNotOptimize(index(INDEX_WANTED::NOW));
+    }
+}
+BENCHMARK(MakeIndex<const PART_NAME_INDEX, parts_by_programmer_file_name>)->Unit(benchmark::kMicrosecond);
+BENCHMARK(MakeIndex<const PART_NAME_INDEX, parts_by_possible_name>)->Unit(benchmark::kMicrosecond);
+BENCHMARK(MakeIndex<const NUMBER_INDEX, parts_by_hash>)->Unit(benchmark::kMicrosecond);
+BENCHMARK(MakeIndex<const NUMBER_INDEX, ordering_codes_by_part>)->Unit(benchmark::kMicrosecond);
 
 }  // namespace

@@ -8,6 +8,11 @@
 ///   where it applies.
 /// - Part numbers and the names behind them are those of the host's device-string library (dstr.h).
 /// - The operations may be called from any thread. Names are taken by value; no caller's string is changed.
+/// - The first questions walk over the parts of the device library. When the walks have taken about as long as making an
+///   index does, one is made, and what is asked from then on takes less than a microsecond. The index is freed when the
+///   library is unloaded. It takes for granted that the device library goes on giving the same answers: a host whose
+///   parts, or their names, change while the library is loaded must not be asked for them before and after. While the
+///   grammar is traced (PGMDEV_ENABLE_GRAMMAR_DEBUG), get_possible_full_name walks, so that each candidate is seen.
 
 #include <string>
 
@@ -41,8 +46,7 @@ public:
     /// first. INVALID_NAME_HASH when the device library knows no part of that name.
     static QWORD get_opn_hash(std::string name);
 
-    /// The upper-case name of the first part with that hash; "" when there is none. Bits 48 to 63 do not count. Takes
-    /// the digest of every part's name until it is found.
+    /// The upper-case name of the first part with that hash; "" when there is none. Bits 48 to 63 do not count.
     static std::string get_opn_from_hash(QWORD hash);
 
     /// The name of the first part of a device, as the device library spells it: an orderable part in production rather
@@ -52,12 +56,11 @@ public:
     static std::string get_part_name_from_dev(std::string device_name);
 
     /// The upper-case name of the first part with that programmer-file part name, in any case but not trimmed; parts
-    /// are preferred as above. Looks at every part: PGMDEV_PART_INDEX answers many such questions.
+    /// are preferred as above.
     static std::string get_part_name_from_pcf(std::string pcf_name);
 
     /// The upper-case name of the first part, by part number, that has that name, package name or programming name, in
-    /// any case. "" when there is none, which is reported, too. Looks at every part: PGMDEV_PART_INDEX answers many
-    /// such questions.
+    /// any case. "" when there is none, which is reported, too.
     static std::string get_possible_full_name(std::string name);
 
     /// Whether `value` is a value of the enumeration that has a name; 0 never is. The name goes to `name`, unless null.

@@ -6,5 +6,11 @@
 #include <string>
 #include <vector>
 
-/// The names that the library defines for others, as they are written in C++.
-std::vector<std::string> exported_names(const std::string& library);
+/// A name that a library defines for others.
+struct EXPORT {
+    std::string name;     ///< as it is written in C++
+    std::string version;  ///< the version that programs link against; "" on systems that have none
+    bool inlined;         ///< comes from a header, so that not every compiler makes the library export it
+};
+
+std::vector<EXPORT> exports_of(const std::string& library);

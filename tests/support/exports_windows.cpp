@@ -19,7 +19,7 @@ std::string demangled(const char* name) {
 }  // namespace
 
 // The library is loaded: its export table lies in memory as the system uses it.
-std::vector<std::string> exported_names(const std::string& library) {
+std::vector<EXPORT> exports_of(const std::string& library) {
     const auto* image =
         reinterpret_cast<const BYTE*>(GetModuleHandleW(std::filesystem::path(library).filename().c_str()));
     if (image == nullptr) {
@@ -28,15 +28,15 @@ std::vector<std::string> exported_names(const std::string& library) {
     const auto* head = reinterpret_cast<const IMAGE_DOS_HEADER*>(image);
     const auto* headers = reinterpret_cast<const IMAGE_NT_HEADERS64*>(image + head->e_lfanew);
     const IMAGE_DATA_DIRECTORY& place = headers->OptionalHeader.DataDirectory[IMAGE_DIRECTORY_ENTRY_EXPORT];
-    const auto* exports = reinterpret_cast<const IMAGE_EXPORT_DIRECTORY*>(image + place.VirtualAddress);
-    const auto* offsets = reinterpret_cast<const DWORD*>(image + exports->AddressOfNames);
-    std::vector<std::string> names;
-    for (DWORD i = 0; i < exports->NumberOfNames; ++i) {
-        names.push_back(demangled(reinterpret_cast<const char*>(image + offsets[i])));
+    const auto* directory = reinterpret_cast<const IMAGE_EXPORT_DIRECTORY*>(image + place.VirtualAddress);
+    const auto* offsets = reinterpret_cast<const DWORD*>(image + directory->AddressOfNames);
+    std::vector<EXPORT> exports;
+    for (DWORD i = 0; i < directory->NumberOfNames; ++i) {
+        exports.push_back({demangled(reinterpret_cast<const char*>(image + offsets[i])), "", false});
     }
     // What has only a number has no name to be checked by.
-    if (exports->NumberOfFunctions > names.size()) {
-        names.resize(exports->NumberOfFunctions, "(no name)");
+    if (directory->NumberOfFunctions > exports.size()) {
+        exports.resize(directory->NumberOfFunctions, {"(no name)", "", false});
     }
-    return names;
+    return exports;
 }

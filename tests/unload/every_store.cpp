@@ -7,6 +7,7 @@
 #include <memory>
 
 #include "cfg.h"
+#include "dstr.h"
 #include "pgm_common.h"
 #include "pgmdev_dev_info_manager.h"
 #include "pgmdev_device_grammar_mgr.h"
@@ -16,6 +17,7 @@
 #include "pgmdev_hps_nand_mgr.h"
 #include "pgmdev_hps_spi_mgr.h"
 #include "pgmdev_mgr.h"
+#include "pgmdev_part_index.h"
 
 #if defined(_WIN32)
 #define PLUGIN_EXPORT __declspec(dllexport)
@@ -48,6 +50,19 @@ bool makes_digests() {
 }
 
 }  // namespace
+
+/// Makes the indexes over the parts, which takes longer than all the stores.
+extern "C" PLUGIN_EXPORT int use_every_index() {
+    const PGMDEV_PART_INDEX index;
+    const std::string part = dstr_get_user_string(1);
+    const DWORD code = PGMDEV_MGR::get_opn_enum(part);
+    int good = 0;
+    for (int question = 0; question < 100; ++question) {
+        good += PGMDEV_MGR::get_opn_from_hash(PGMDEV_MGR::INVALID_NAME_HASH).empty();
+        good += PGMDEV_MGR::get_opn_enum(part) == code;
+    }
+    return good;
+}
 
 /// How many of the stores answered as they must, up to the first that failed. The singletons stay: the library itself has
 /// to take them away.

@@ -2,17 +2,17 @@
 
 #include <algorithm>
 #include <string_view>
+#include <utility>
 
 #include "names/compiled_in_data.h"
-#include "packed/format.h"
+#include "packed/inflate.h"
 #include "pgm_common.h"
 #include "report.h"
-#include "zlib_wrapper.h"
 
 namespace {
 
 constexpr std::string_view MAGIC = "PGMDEV_DDB";
-static_assert(MAGIC.size() == DDB_MAGIC_SIZE);
+static_assert(MAGIC.size() == CONTAINER_MAGIC_SIZE);
 
 /// Room beyond the expected length, so that a stream that holds too much is found out by its length.
 constexpr QWORD SPARE = 100;
@@ -20,44 +20,36 @@ constexpr QWORD SPARE = 100;
 constexpr DWORD CRC_PRESET = 0xFFFFFFFF;
 constexpr DWORD CRC_POLYNOMIAL = 0x04C11DB7;
 
-/// No more than the stream can decompress to, whatever length is claimed for it.
-DWORD capacity(const DDB_DATA_SET& set) {
-    const QWORD largest = (QWORD{set.stream_length} + 1) * PACKED_LARGEST_RATIO;
-    return static_cast<DWORD>(std::min({set.length + SPARE, largest, QWORD{0xFFFFFFFF}}));
-}
-
 void check_crc(const BYTE* data, DWORD data_size) {
-    const DWORD crc32 = ~PGM_COMMON::msb_calculate_crc32(data, 0, QWORD{data_size - DDB_CRC_SIZE} * 8, CRC_PRESET,
+    const DWORD crc32 = ~PGM_COMMON::msb_calculate_crc32(data, 0, QWORD{data_size - CONTAINER_CRC_SIZE} * 8, CRC_PRESET,
                                                          CRC_POLYNOMIAL, true);
-    PGMDEV_REQUIRE(BYTE(crc32) == data[data_size - 4], "BYTE(crc32) == data[data_size-4]", DDB_SOURCE);
-    PGMDEV_REQUIRE(BYTE(crc32 >> 8) == data[data_size - 3], "BYTE(crc32 >> 8) == data[data_size-3]", DDB_SOURCE);
-    PGMDEV_REQUIRE(BYTE(crc32 >> 16) == data[data_size - 2], "BYTE(crc32 >> 16) == data[data_size-2]", DDB_SOURCE);
-    PGMDEV_REQUIRE(BYTE(crc32 >> 24) == data[data_size - 1], "BYTE(crc32 >> 24) == data[data_size-1]", DDB_SOURCE);
+    PGMDEV_REQUIRE(BYTE(crc32) == data[data_size - 4], "BYTE(crc32) == data[data_size-4]", DDB_MGR_FILE);
+    PGMDEV_REQUIRE(BYTE(crc32 >> 8) == data[data_size - 3], "BYTE(crc32 >> 8) == data[data_size-3]", DDB_MGR_FILE);
+    PGMDEV_REQUIRE(BYTE(crc32 >> 16) == data[data_size - 2], "BYTE(crc32 >> 16) == data[data_size-2]", DDB_MGR_FILE);
+    PGMDEV_REQUIRE(BYTE(crc32 >> 24) == data[data_size - 1], "BYTE(crc32 >> 24) == data[data_size-1]", DDB_MGR_FILE);
 }
 
 }  // namespace
 
-DDB_DATA_SET ddb_grammar_data() {
+COMPILED_DATA_SET grammar_data_set() {
     return {PGMDDB_GRAMMAR_DATA, PGMDDB_GRAMMAR_CMP_LENGTH, PGMDDB_GRAMMAR_LENGTH,
             "zlib_uncompress(data, &data_size, PGMDDB_GRAMMAR_DATA, PGMDDB_GRAMMAR_CMP_LENGTH) == ZLIB_OK",
             "data_size == PGMDDB_GRAMMAR_LENGTH"};
 }
 
-DDB_DATA_SET ddb_opn_data() {
+COMPILED_DATA_SET opn_data_set() {
     return {PGMDDB_OPN_DATA, PGMDDB_OPN_CMP_LENGTH, PGMDDB_OPN_LENGTH,
             "zlib_uncompress(data, &data_size, PGMDDB_OPN_DATA, PGMDDB_OPN_CMP_LENGTH) == ZLIB_OK",
             "data_size == PGMDDB_OPN_LENGTH"};
 }
 
-DDB_CONTAINER ddb_open(const DDB_DATA_SET& set) {
-    DWORD size = capacity(set);
-    auto data = std::make_unique<BYTE[]>(size);
-    PGMDEV_REQUIRE(zlib_uncompress(data.get(), &size, set.stream, set.stream_length) == ZLIB_OK, set.bad_stream,
-                   DDB_SOURCE);
-    PGMDEV_REQUIRE(size == set.length, set.bad_length, DDB_SOURCE);
+DATA_CONTAINER open_container(const COMPILED_DATA_SET& set) {
+    INFLATED contents = inflate_bounded(set.stream, set.stream_length, set.length + SPARE);
+    PGMDEV_REQUIRE(contents.good, set.bad_stream, DDB_MGR_FILE);
+    PGMDEV_REQUIRE(contents.length == set.length, set.bad_length, DDB_MGR_FILE);
     // Nothing shorter has the magic; so the CRC is there, too, even if it overlaps the magic.
-    PGMDEV_REQUIRE(size >= MAGIC.size() && std::equal(MAGIC.begin(), MAGIC.end(), data.get()),
-                   "memcmp(data, \"PGMDEV_DDB\", 10) == 0", DDB_SOURCE);
-    check_crc(data.get(), size);
-    return {std::move(data), size};
+    PGMDEV_REQUIRE(contents.length >= MAGIC.size() && std::equal(MAGIC.begin(), MAGIC.end(), contents.data.get()),
+                   "memcmp(data, \"PGMDEV_DDB\", 10) == 0", DDB_MGR_FILE);
+    check_crc(contents.data.get(), contents.length);
+    return {std::move(contents.data), contents.length};
 }

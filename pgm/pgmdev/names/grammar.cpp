@@ -18,7 +18,7 @@ public:
         DWORD pointer_index = 0;
         while (m_index < m_end) {
             PGMDEV_REQUIRE(pointer_index < TABLE_COUNT, "pointer_index < DWORD(PGMDEV_DDB_GRAMMAR_ENUM::MAX)",
-                           DDB_SOURCE);
+                           DDB_MGR_FILE);
             parse_record(*store.tables[pointer_index]);
             if (m_data[m_index] == 0) {
                 ++m_index;
@@ -26,19 +26,19 @@ public:
             }
         }
         PGMDEV_REQUIRE(pointer_index == TABLE_COUNT, "pointer_index == DWORD(PGMDEV_DDB_GRAMMAR_ENUM::MAX)",
-                       DDB_SOURCE);
+                       DDB_MGR_FILE);
     }
 
 private:
     std::string_view read_string() {
-        PGMDEV_REQUIRE(m_index < m_end, "index < data_size", DDB_SOURCE);
-        PGMDEV_REQUIRE(m_data[m_index] != 0, "data[index] != 0", DDB_SOURCE);
+        PGMDEV_REQUIRE(m_index < m_end, "index < data_size", DDB_MGR_FILE);
+        PGMDEV_REQUIRE(m_data[m_index] != 0, "data[index] != 0", DDB_MGR_FILE);
         const BYTE* first = m_data + m_index;
         const auto* last = static_cast<const BYTE*>(std::memchr(first, 0, m_end - m_index));
-        PGMDEV_REQUIRE(last != nullptr, "index < data_size && data[index] == 0", DDB_SOURCE);
+        PGMDEV_REQUIRE(last != nullptr, "index < data_size && data[index] == 0", DDB_MGR_FILE);
         const auto length = static_cast<DWORD>(last - first);
         m_index += length + 1;
-        PGMDEV_REQUIRE(m_index < m_end, "index < data_size", DDB_SOURCE);
+        PGMDEV_REQUIRE(m_index < m_end, "index < data_size", DDB_MGR_FILE);
         return {reinterpret_cast<const char*>(first), length};
     }
 
@@ -46,20 +46,20 @@ private:
         const std::string_view key = read_string();
         while (m_index < m_end && m_data[m_index] != 0) {
             const std::string_view content = read_string();
-            PGMDEV_REQUIRE(!content.empty(), "content.size()", DDB_SOURCE);
+            PGMDEV_REQUIRE(!content.empty(), "content.size()", DDB_MGR_FILE);
             PGMDEV_REQUIRE(map.add_entry(key, content),
-                           "std::find(contents.begin(), contents.end(), content) == contents.end()", DDB_SOURCE);
+                           "std::find(contents.begin(), contents.end(), content) == contents.end()", DDB_MGR_FILE);
         }
-        PGMDEV_REQUIRE(map.has_pending_entries(), "contents.size()", DDB_SOURCE);
-        PGMDEV_REQUIRE(m_index < m_end && m_data[m_index] == 0, "index < data_size && data[index] == 0", DDB_SOURCE);
-        PGMDEV_REQUIRE(map.add_key(key), "map->find(key) == map->end()", DDB_SOURCE);
+        PGMDEV_REQUIRE(map.has_pending_entries(), "contents.size()", DDB_MGR_FILE);
+        PGMDEV_REQUIRE(m_index < m_end && m_data[m_index] == 0, "index < data_size && data[index] == 0", DDB_MGR_FILE);
+        PGMDEV_REQUIRE(map.add_key(key), "map->find(key) == map->end()", DDB_MGR_FILE);
         ++m_index;
-        PGMDEV_REQUIRE(m_index < m_end, "index < data_size", DDB_SOURCE);
+        PGMDEV_REQUIRE(m_index < m_end, "index < data_size", DDB_MGR_FILE);
     }
 
     const BYTE* m_data;
     DWORD m_end;  ///< the CRC is never read as text
-    DWORD m_index = DDB_MAGIC_SIZE;
+    DWORD m_index = CONTAINER_MAGIC_SIZE;
 };
 
 }  // namespace
@@ -112,11 +112,11 @@ std::span<const std::string_view> GRAMMAR_TABLE::entries_of(std::string_view key
 std::string_view GRAMMAR_TABLE::key_of(std::string_view entry) const {
     const DWORD* number =
         m_by_entry.find(entry, TEXT_INDEX::hash(entry), [this](DWORD place) { return m_entries[place]; });
-    return number != nullptr ? m_records[m_owners[*number]].key : std::string_view();
+    return number != nullptr ? m_records[m_owners[*number]].key : std::string_view("");
 }
 
-std::unique_ptr<GRAMMAR_STORE> build_grammar_store(const DDB_DATA_SET& set) {
-    DDB_CONTAINER container = ddb_open(set);
+std::unique_ptr<GRAMMAR_STORE> build_grammar_store(const COMPILED_DATA_SET& set) {
+    DATA_CONTAINER container = open_container(set);
     auto store = std::make_unique<GRAMMAR_STORE>();
     std::generate(store->tables.begin(), store->tables.end(), std::make_unique<GRAMMAR_TABLE>);
     GRAMMAR_PARSER(container.data.get(), container.body_end()).parse(*store);

@@ -63,4 +63,4 @@ struct GRAMMAR_STORE {
 };
 
 /// Builds the store from a data set, or reports what is wrong with it.
-std::unique_ptr<GRAMMAR_STORE> build_grammar_store(const DDB_DATA_SET& set);
+std::unique_ptr<GRAMMAR_STORE> build_grammar_store(const COMPILED_DATA_SET& set);

@@ -1,8 +1,7 @@
 #include "pgmdev_device_grammar_mgr.h"
 
-#include <cstdio>
-
-#include "cfg.h"
+#include "names/conversions.h"
+#include "names/grammar_trace.h"
 #include "names/stores.h"
 
 namespace {
@@ -11,11 +10,6 @@ using TABLE = PGMDEV_DDB_GRAMMAR_ENUM;
 
 std::string look_up(TABLE table, const std::string& name) {
     return reverse_lookup(get_grammar_store(), table, name);
-}
-
-bool tracing() {
-    static const std::string KEY = "PGMDEV_ENABLE_GRAMMAR_DEBUG";
-    return cfg_is_on(KEY, false) != 0;
 }
 
 }  // namespace
@@ -45,35 +39,20 @@ std::string PGMDEV_DEVICE_GRAMMAR_MGR::get_package_name(const std::string& name,
     if (out.empty() && !no_fallback) {
         out = name;
     }
-    if (tracing()) {
-        std::printf("Map Flow   : Strip Speedgrade\n");
-        std::printf("    Input  : %s\n", name.c_str());
-        std::printf("    Output : %s\n", out.c_str());
-    }
+    trace_package_name(name, out);
     return out;
 }
 
 std::string PGMDEV_DEVICE_GRAMMAR_MGR::get_pgm_name(const std::string& name, bool skip_package_conversion,
                                                     bool no_fallback) {
-    std::string out = look_up(TABLE::PGM_NAME, name);
-    std::string input1;
-    if (out.empty()) {
-        if (!skip_package_conversion) {
-            input1 = look_up(TABLE::PACKAGE_NAME, name);
-            if (!input1.empty()) {
-                out = look_up(TABLE::PGM_NAME, input1);
-            }
-        }
-        if (out.empty() && !no_fallback) {
-            out = name;
-        }
+    const GRAMMAR_STORE* store = get_grammar_store();
+    normalize_name(name);
+    const PGM_NAME found = pgm_name_of(store, name, skip_package_conversion);
+    std::string out(found.pgm_name);
+    if (out.empty() && !no_fallback) {
+        out = name;
     }
-    if (tracing()) {
-        std::printf("Map Flow   : Strip Package (skip package conversion: %d)\n", skip_package_conversion ? 1 : 0);
-        std::printf("    Input0 : %s\n", name.c_str());
-        std::printf("    Input1 : %s\n", input1.c_str());
-        std::printf("    Output : %s\n", out.c_str());
-    }
+    trace_pgm_name(name, skip_package_conversion, found.package_name, out);
     return out;
 }
 

@@ -12,44 +12,44 @@ constexpr DWORD GROUP_BITS = 7;
 constexpr DWORD LARGEST_SHIFT = 5 * GROUP_BITS;
 
 /// Reads one number at `index`: groups of 7 bits, the least significant first.
-DWORD read_number(const DDB_CONTAINER& container, DWORD& index) {
+DWORD read_number(const DATA_CONTAINER& container, DWORD& index) {
     QWORD dev_enum = 0;
     DWORD shift = 0;
     BYTE byte = CONTINUED;
     while ((byte & CONTINUED) != 0) {
-        PGMDEV_REQUIRE(index < container.body_end(), "index < (data_size - 4)", DDB_SOURCE);
+        PGMDEV_REQUIRE(index < container.body_end(), "index < (data_size - 4)", DDB_MGR_FILE);
         byte = container.data[index++];
         if (shift < LARGEST_SHIFT) {  // what lies above is refused below, but only when the number has ended
             dev_enum |= QWORD{byte & DWORD{0x7F}} << shift;
         }
         shift = std::min(shift + GROUP_BITS, LARGEST_SHIFT + GROUP_BITS);
     }
-    PGMDEV_REQUIRE(shift <= LARGEST_SHIFT, "shift <= 35", DDB_SOURCE);
-    PGMDEV_REQUIRE(dev_enum <= QWORD(0xFFFFFFFF), "dev_enum <= QWORD(0xFFFFFFFF)", DDB_SOURCE);
+    PGMDEV_REQUIRE(shift <= LARGEST_SHIFT, "shift <= 35", DDB_MGR_FILE);
+    PGMDEV_REQUIRE(dev_enum <= QWORD(0xFFFFFFFF), "dev_enum <= QWORD(0xFFFFFFFF)", DDB_MGR_FILE);
     return static_cast<DWORD>(dev_enum);
 }
 
-DWORD read_count(const DDB_CONTAINER& container) {
+DWORD read_count(const DATA_CONTAINER& container) {
     DWORD count = 0;
     for (DWORD i = 0; i < COUNT_SIZE; ++i) {
-        count |= DWORD{container.data[DDB_MAGIC_SIZE + i]} << (8 * i);
+        count |= DWORD{container.data[CONTAINER_MAGIC_SIZE + i]} << (8 * i);
     }
     return count;
 }
 
 }  // namespace
 
-std::unique_ptr<OPN_STORE> build_opn_store(const DDB_DATA_SET& set) {
-    const DDB_CONTAINER container = ddb_open(set);
+std::unique_ptr<OPN_STORE> build_opn_store(const COMPILED_DATA_SET& set) {
+    const DATA_CONTAINER container = open_container(set);
     const DWORD enum_count = read_count(container);  // the spare bytes of the buffer cover a container without a count
-    PGMDEV_REQUIRE(enum_count > 0, "enum_count > 0", DDB_SOURCE);
+    PGMDEV_REQUIRE(enum_count > 0, "enum_count > 0", DDB_MGR_FILE);
     auto map = std::make_unique<std::vector<DWORD>>();
     map->reserve(std::min(enum_count, container.size));  // an entry takes a byte at least
-    DWORD index = DDB_MAGIC_SIZE + COUNT_SIZE;
+    DWORD index = CONTAINER_MAGIC_SIZE + COUNT_SIZE;
     for (DWORD i = 0; i < enum_count; ++i) {
         map->push_back(read_number(container, index));
     }
-    PGMDEV_REQUIRE(index == container.body_end(), "index == (data_size - 4)", DDB_SOURCE);
+    PGMDEV_REQUIRE(index == container.body_end(), "index == (data_size - 4)", DDB_MGR_FILE);
     auto store = std::make_unique<OPN_STORE>();
     store->map = std::move(map);
     return store;

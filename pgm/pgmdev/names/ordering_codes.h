@@ -15,4 +15,4 @@ struct OPN_STORE {
 };
 
 /// Builds the store from a data set, or reports what is wrong with it.
-std::unique_ptr<OPN_STORE> build_opn_store(const DDB_DATA_SET& set);
+std::unique_ptr<OPN_STORE> build_opn_store(const COMPILED_DATA_SET& set);

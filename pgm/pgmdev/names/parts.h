@@ -5,10 +5,12 @@
 
 #include <array>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "dev.h"
 #include "dstr.h"
+#include "pgmdev_types.h"
 
 inline bool is_usable_part(int part) {
     return part != DEV_PART_INVALID && part != DEV_PART_GENERIC && part < DEV_PART_MAX;
@@ -22,7 +24,11 @@ std::string upper_part_name(int part);
 inline constexpr std::size_t PART_PREFIX_SIZE = 5;
 
 /// Whether both names are at least that long and begin alike.
-bool share_part_prefix(const std::string& left, const std::string& right);
+bool share_part_prefix(std::string_view left, std::string_view right);
+
+/// The hash of a name, which is in upper case: the first 48 bits of its SHA-256, the least significant byte first.
+QWORD part_name_hash(const std::string& upper_name);
+inline constexpr QWORD PART_NAME_HASH_MASK = 0xFFFFFFFFFFFF;
 
 /// Which parts a pass over the part list sees.
 struct PART_PASS {

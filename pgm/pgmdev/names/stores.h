@@ -8,6 +8,7 @@
 /// for the store whose build it is told of.
 
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "names/grammar.h"
@@ -16,15 +17,19 @@
 const GRAMMAR_STORE* get_grammar_store();
 const OPN_STORE* get_opn_store();
 
-/// Frees both stores; runs by itself when the library is unloaded. No other thread may be using them.
-void free_ddb_stores();
+/// Frees both stores, which no other thread may be using. What refers to their texts goes first (clean_up.h).
+void free_stores();
 
 /// Trims a name and converts it to upper case, in place: callers of the name operations rely on finding their own
 /// string normalised afterwards, although they pass it as a constant. It must not be an object defined const, unless it
 /// is normal already: then it is not written to.
 void normalize_name(const std::string& name);
 
-/// The key of a table whose entries hold `name`, the first in key order; "" when none does. Normalises `name`.
+/// The key of a table whose entries hold `name`, which is normal, the first in key order; "" when none does. The text
+/// belongs to the store.
+std::string_view key_of(const GRAMMAR_STORE* store, PGMDEV_DDB_GRAMMAR_ENUM type, std::string_view name);
+
+/// The same for any name. Normalises `name`.
 std::string reverse_lookup(const GRAMMAR_STORE* store, PGMDEV_DDB_GRAMMAR_ENUM type, const std::string& name);
 
 /// The entries of the key `name`. Normalises `name`.

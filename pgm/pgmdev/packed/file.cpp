@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "packed/codec.h"
+#include "packed/inflate.h"
 #include "replaced_file.h"
 #include "report.h"
 #include "zlib_wrapper.h"
@@ -42,16 +43,11 @@ BYTE_BUFFER packed_decompress(const BYTE* data, DWORD compressed_size, DWORD ori
                               const PACKED_FORMAT& format) {
     PGMDEV_REQUIRE(compressed_size > 0 && original_size > 0, "decompressed_count > 0 && original_count > 0",
                    format.file);
-    // The limit leaves room for one match beyond the ratio. A stream that claims more than it can hold thus
-    // decompresses as it would into the full size, and is found out by its length.
-    const QWORD limit = (QWORD{compressed_size} + 1) * PACKED_LARGEST_RATIO;
-    auto length = static_cast<DWORD>(std::min<QWORD>(original_size, limit));
-    BYTE_BUFFER result(new BYTE[length]());
-    PGMDEV_REQUIRE(zlib_uncompress(result.get(), &length, data, compressed_size) == ZLIB_OK,
-                   "zlib_uncompress(decompressed_data, &new_dcmp_size, data, decompressed_count) == ZLIB_OK",
+    INFLATED body = inflate_bounded(data, compressed_size, original_size);
+    PGMDEV_REQUIRE(body.good, "zlib_uncompress(decompressed_data, &new_dcmp_size, data, decompressed_count) == ZLIB_OK",
                    format.file);
-    PGMDEV_REQUIRE(length == original_size, "new_dcmp_size == original_count", format.file);
-    return result;
+    PGMDEV_REQUIRE(body.length == original_size, "new_dcmp_size == original_count", format.file);
+    return std::move(body.data);
 }
 
 PACKED_BODY read_packed_file(const FIO_PATH& path, const PACKED_FORMAT& format) {

@@ -24,10 +24,6 @@ inline constexpr std::string_view PACKED_DATABASE_END = "END2";
 /// The longest text that a one-byte length can state.
 inline constexpr std::size_t PACKED_TEXT_MAX = 255;
 
-/// Deflate cannot make a stream shorter than about 1/1032 of its contents: a length and distance pair stands for at
-/// most 258 bytes and takes at least 2 bits.
-inline constexpr QWORD PACKED_LARGEST_RATIO = 1032;
-
 /// Stamps of the source tables that this build's readers were made for. A database is accepted only with the same
 /// stamp.
 inline constexpr std::string_view PGMDEV_FLASH_INFO_CSV_MD5 = "e58bc25311bf5303874d34bcafcaa4c1";

@@ -19,13 +19,13 @@ const std::vector<std::string> BAD_CRC{"BYTE(crc32) == data[data_size-4]", "BYTE
 
 const std::string SAMPLE = ref::container("a body of some length");
 
-std::string report_on(const DDB_DATA_SET& set) {
-    return report_of([&] { ddb_open(set); });
+std::string report_on(const COMPILED_DATA_SET& set) {
+    return report_of([&] { open_container(set); });
 }
 
 TEST(DdbContainer, GivesTheDecompressedBytes) {
     const DATA_SET set(SAMPLE);
-    const DDB_CONTAINER container = ddb_open(set);
+    const DATA_CONTAINER container = open_container(set);
     ASSERT_EQ(container.size, SAMPLE.size());
     EXPECT_EQ(container.body_end(), SAMPLE.size() - 4);
     EXPECT_EQ(std::string(container.data.get(), container.data.get() + container.size), SAMPLE);
@@ -37,7 +37,7 @@ TEST(DdbContainer, TheCrcIsThePublishedOne) {
 
 TEST(DdbContainer, NamesModuleSourceAndLine) {
     const REPORTS reports;
-    EXPECT_THROW(ddb_open(DATA_SET("no stream", 9)), MSG_INTERNAL_ERROR_EXCEPTION);
+    EXPECT_THROW(open_container(DATA_SET("no stream", 9)), MSG_INTERNAL_ERROR_EXCEPTION);
     ASSERT_EQ(reports.all().size(), 1U);
     EXPECT_EQ(reports.all()[0].condition, BAD_STREAM);
     EXPECT_EQ(reports.all()[0].module, "PGMDEV");

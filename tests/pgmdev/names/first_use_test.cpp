@@ -3,11 +3,13 @@
 #include <thread>
 
 #include "dstr.h"
+#include "names/part_indexes.h"
 #include "names/stores.h"
 #include "pgmdev/names/reference.h"
 #include "pgmdev/names/test_data.h"
 #include "pgmdev_device_grammar_mgr.h"
 #include "pgmdev_mgr.h"
+#include "pgmdev_part_index.h"
 #include "support/reports.h"
 #include "support/start_line.h"
 
@@ -115,6 +117,31 @@ TEST(DdbFirstUse, ManyThreadsMayFailTogether) {
         thread.join();
     }
     EXPECT_EQ(texts, std::vector<std::string>(THREADS, TABLE_COUNT));
+}
+
+TEST(DdbFirstUse, AnIndexThatCannotBeMadeIsTriedAndReportedAgain) {
+    set_grammar_container(SHORT_GRAMMAR);
+    const std::string part = dstr_get_user_string(1);
+    EXPECT_EQ(PGMDEV_MGR::get_possible_full_name(part), part);  // the first part: no conversion is asked for
+    for (int call = 0; call < 3; ++call) {
+        EXPECT_REPORT(PGMDEV_MGR::get_part_name_from_pcf("PCF_A1"), TABLE_COUNT);
+        EXPECT_REPORT(PGMDEV_PART_INDEX(), TABLE_COUNT);
+    }
+    set_grammar_container(GOOD_GRAMMAR);
+    EXPECT_EQ(PGMDEV_MGR::get_possible_full_name(part), part);
+    EXPECT_EQ(PGMDEV_PART_INDEX().get_possible_full_name(part), part);
+}
+
+TEST(DdbFirstUse, AnIndexGoesWithTheStores) {
+    set_opn_container(GOOD_LIST);
+    const DWORD part_of_list = 3;
+    const std::string part = dstr_get_user_string(static_cast<int>(part_of_list));
+    EXPECT_EQ(*ordering_codes_by_part(INDEX_WANTED::NOW)->find(part_of_list), 1U);
+    set_opn_container(ref::container(ref::opn_body({part_of_list})));
+    for (int call = 0; call < 100; ++call) {
+        ASSERT_EQ(PGMDEV_MGR::get_opn_enum(part), 0U) << call;
+    }
+    EXPECT_EQ(*ordering_codes_by_part(INDEX_WANTED::NOW)->find(part_of_list), 0U);
 }
 
 TEST(DdbFirstUse, OrderingCodesOfNoUsablePartAreEmpty) {

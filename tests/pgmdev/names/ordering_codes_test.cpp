@@ -20,23 +20,23 @@ const std::string TOO_LARGE = "dev_enum <= QWORD(0xFFFFFFFF)";
 const std::string LEFT_OVER = "index == (data_size - 4)";
 
 std::string report_on_body(const std::string& body) {
-    const DATA_SET set(ref::container(body), ddb_opn_data());
+    const DATA_SET set(ref::container(body), opn_data_set());
     return report_of([&] { build_opn_store(set); });
 }
 
 std::vector<DWORD> list_of(const std::string& body) {
-    const DATA_SET set(ref::container(body), ddb_opn_data());
+    const DATA_SET set(ref::container(body), opn_data_set());
     return opn_list(build_opn_store(set).get());
 }
 
 TEST(DdbOpn, HasTextsOfItsOwnForStreamAndLength) {
     const std::string container = ref::container(ref::opn_body({1}));
-    const DATA_SET no_stream("no stream", 9, ddb_opn_data());
+    const DATA_SET no_stream("no stream", 9, opn_data_set());
     EXPECT_REPORT(build_opn_store(no_stream),
                   "zlib_uncompress(data, &data_size, PGMDDB_OPN_DATA, PGMDDB_OPN_CMP_LENGTH) == ZLIB_OK");
-    const DATA_SET longer(ref::deflated(container), container.size() + 1, ddb_opn_data());
+    const DATA_SET longer(ref::deflated(container), container.size() + 1, opn_data_set());
     EXPECT_REPORT(build_opn_store(longer), "data_size == PGMDDB_OPN_LENGTH");
-    const DATA_SET shorter(ref::deflated(container), container.size() - 1, ddb_opn_data());
+    const DATA_SET shorter(ref::deflated(container), container.size() - 1, opn_data_set());
     EXPECT_REPORT(build_opn_store(shorter), "data_size == PGMDDB_OPN_LENGTH");
 }
 

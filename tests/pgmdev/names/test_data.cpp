@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "names/stores.h"
+#include "names/clean_up.h"
 #include "pgmdev/names/reference.h"
 #include "pgmdev_types.h"
 
@@ -25,7 +25,7 @@ DWORD PGMDDB_OPN_LENGTH;
 namespace {
 
 void set(const std::string& container, BYTE* data, DWORD& stream_length, DWORD& length) {
-    free_ddb_stores();
+    free_stores_and_indexes();
     const std::string stream = ddb_reference::deflated(container);
     if (stream.size() > TEST_DATA_CAPACITY) {
         throw std::length_error("test data");

@@ -1,7 +1,6 @@
 #include <fmt/core.h>
 
 #include <algorithm>
-#include <optional>
 #include <utility>
 #include <variant>
 #include <vector>
@@ -10,7 +9,6 @@
 #include "nouns.h"
 #include "pgmdev_device_grammar_mgr.h"
 #include "pgmdev_mgr.h"
-#include "pgmdev_part_index.h"
 #include "terminal/did_you_mean.h"
 #include "terminal/input.h"
 #include "terminal/json.h"
@@ -28,7 +26,7 @@ struct SPELLING {
 
 /// All spellings of a name. A package name is its own package name, and a programming name its own programming name;
 /// "" stands for what a name has not.
-std::vector<SPELLING> spellings_of(std::string name, const std::function<std::string(const std::string&)>& full_name) {
+std::vector<SPELLING> spellings_of(std::string name) {
     std::string package_name = GRAMMAR::get_package_name(name, true);  // trims the name, converts it to upper case
     if (package_name.empty() && !GRAMMAR::get_pgm_name(name, true, true).empty()) {
         package_name = name;
@@ -59,7 +57,8 @@ std::vector<SPELLING> spellings_of(std::string name, const std::function<std::st
             {"pcf_device", "device of the programmer-file part", GRAMMAR::get_pcf_device(name)},
             {"use_full_name", "full name serves for all", GRAMMAR::use_full_name(name)},
             {"use_package_name", "package name serves for programming", GRAMMAR::use_package_name(name)},
-            {"possible_full_name", "first full name", full_name(name)}};
+            {"possible_full_name", "first full name",
+             ask_quietly([&name] { return PGMDEV_MGR::get_possible_full_name(name); })}};
 }
 
 /// Whether anything is known of the name besides the name itself.
@@ -97,15 +96,8 @@ std::string similar_names(const std::string& name) {
 }
 
 void show(const ARGUMENTS& given, COMMAND& command) {
-    std::optional<PGMDEV_PART_INDEX> index;  // made for batches only: one name is found sooner without
     for_each_item(given.text("NAME"), [&](const std::string& item, bool batch) {
-        if (batch && !index) {
-            index.emplace();
-        }
-        const std::vector<SPELLING> spellings = spellings_of(item, [&](const std::string& name) {
-            return index ? index->get_possible_full_name(name)
-                         : ask_quietly([&name] { return PGMDEV_MGR::get_possible_full_name(name); });
-        });
+        const std::vector<SPELLING> spellings = spellings_of(item);
         const bool known = is_known(spellings);
         if (!known) {
             command.result = EXIT_NOT_FOUND;
@@ -124,8 +116,8 @@ void show(const ARGUMENTS& given, COMMAND& command) {
 
 NOUN name_noun() {
     const VERB verb =
-        VERB("show", "Every spelling of a name", "pgmdev --json name show OSP8U256C8", show)
+        VERB("show", "Every spelling of a name", "pgmdev --json name show KES50C6", show)
             .takes({"NAME",
                     "Full, package, programming, programmer-file or device name, in any case; - reads one per line"});
-    return {"name", "The spellings of a device's name", "pgmdev name show OSP8U256C8", {verb}};
+    return {"name", "The spellings of a device's name", "pgmdev name show KES50C6", {verb}};
 }

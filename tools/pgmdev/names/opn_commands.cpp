@@ -1,7 +1,6 @@
 #include <fmt/core.h>
 
 #include <charconv>
-#include <unordered_map>
 
 #include "names/device_names.h"
 #include "nouns.h"
@@ -55,25 +54,6 @@ QWORD parse_hash(const std::string& text) {
     return hash;
 }
 
-/// The names of many hashes: taking the digests of all parts' names once, not once for each hash.
-class HASH_INDEX {
-public:
-    std::string name_of(QWORD hash) {
-        if (m_names.empty()) {
-            for (std::string& name : part_names()) {
-                const QWORD own_hash = PGMDEV_MGR::get_opn_hash(name);
-                m_names.try_emplace(own_hash, std::move(name));
-            }
-        }
-        constexpr QWORD HASH_MASK = 0xFFFFFFFFFFFF;  // a hash has 48 bits
-        const auto found = m_names.find(hash & HASH_MASK);
-        return found != m_names.end() ? found->second : std::string();
-    }
-
-private:
-    std::unordered_map<QWORD, std::string> m_names;
-};
-
 /// Shows a code, or says what is missing.
 void answer(const ORDERING_CODE& code, bool found, bool batch, const std::string& not_found, COMMAND& command) {
     if (!found) {
@@ -125,10 +105,9 @@ void show_hash(const ARGUMENTS& given, COMMAND& command) {
 }
 
 void show_from_hash(const ARGUMENTS& given, COMMAND& command) {
-    HASH_INDEX index;
     for_each_item(given.text("HASH"), [&](const std::string& item, bool batch) {
         const QWORD hash = parse_hash(item);
-        const std::string name = batch ? index.name_of(hash) : PGMDEV_MGR::get_opn_from_hash(hash);
+        const std::string name = PGMDEV_MGR::get_opn_from_hash(hash);
         const ORDERING_CODE code = name.empty() ? ORDERING_CODE{INVALID_DWORD, "", hash} : by_name(name);
         answer(code, !name.empty(), batch, fmt::format("no part's name has the hash {}", item), command);
     });
@@ -141,11 +120,11 @@ NOUN opn_noun() {
     const ARGUMENT name{"NAME", "Part name, in any case; - reads one per line"};
     const ARGUMENT hash{"HASH", "Hash, decimal or 0x...; - reads one per line"};
     const std::vector<VERB> verbs{
-        VERB("name", "The part that an ordering-code index stands for", "pgmdev opn name 12", show_name).takes(index),
-        VERB("index", "The first ordering-code index of a part", "pgmdev opn index OSP8U256C8", show_index).takes(name),
-        VERB("hash", "The 48-bit hash of a part's name", "pgmdev opn hash OSP8U256C8", show_hash).takes(name),
-        VERB("from-hash", "The part whose name has a hash", "pgmdev opn from-hash 0x123456789ABC", show_from_hash)
+        VERB("name", "The part that an ordering-code index stands for", "pgmdev opn name 1337", show_name).takes(index),
+        VERB("index", "The first ordering-code index of a part", "pgmdev opn index KES50C6", show_index).takes(name),
+        VERB("hash", "The 48-bit hash of a part's name", "pgmdev opn hash KES50C6", show_hash).takes(name),
+        VERB("from-hash", "The part whose name has a hash", "pgmdev opn from-hash 0xDCB59F75E910", show_from_hash)
             .takes(hash),
     };
-    return {"opn", "Ordering codes: indexes and hashes of parts", "pgmdev opn index OSP8U256C8", verbs};
+    return {"opn", "Ordering codes: indexes and hashes of parts", "pgmdev opn index KES50C6", verbs};
 }

@@ -1,12 +1,10 @@
 #include <fmt/core.h>
 
 #include <algorithm>
-#include <optional>
 
 #include "names/device_names.h"
 #include "nouns.h"
 #include "pgmdev_mgr.h"
-#include "pgmdev_part_index.h"
 #include "terminal/did_you_mean.h"
 #include "terminal/input.h"
 #include "terminal/json.h"
@@ -21,7 +19,6 @@ struct QUESTION {
     const char* not_found;
     const char* example;
     std::string (*ask)(std::string);
-    std::string (PGMDEV_PART_INDEX::*ask_index)(std::string) const;  ///< for batches; null: `ask` is quick
     std::vector<std::string> (*known_names)();
 };
 
@@ -34,34 +31,27 @@ std::vector<std::string> completable_names() {
 
 /// Not every programmer-file part has a part: that takes a part whose full name is its programming name.
 std::vector<std::string> programmer_part_names_of_parts() {
-    const PGMDEV_PART_INDEX index;
     std::vector<std::string> names = programmer_part_names();
     names.erase(
         std::remove_if(names.begin(), names.end(),
-                       [&index](const std::string& name) { return index.get_part_name_from_pcf(name).empty(); }),
+                       [](const std::string& name) { return PGMDEV_MGR::get_part_name_from_pcf(name).empty(); }),
         names.end());
     return names;
 }
 
 const QUESTION QUESTIONS[]{
     {"from-device", "The first part of a device of the device library", "Device name", "no part of a device",
-     "pgmdev part from-device OSPREY-8", PGMDEV_MGR::get_part_name_from_dev, nullptr, device_names},
+     "pgmdev part from-device OSPREY-8", PGMDEV_MGR::get_part_name_from_dev, device_names},
     {"from-pcf", "The first part with a programmer-file part name", "Programmer-file part name",
      "no part with the programmer-file part name", "pgmdev part from-pcf BLU_R35", PGMDEV_MGR::get_part_name_from_pcf,
-     &PGMDEV_PART_INDEX::get_part_name_from_pcf, programmer_part_names_of_parts},
+     programmer_part_names_of_parts},
     {"complete", "The first part that a full, package or programming name denotes", "Name", "no part denoted by",
-     "pgmdev part complete OSP8U256", PGMDEV_MGR::get_possible_full_name, &PGMDEV_PART_INDEX::get_possible_full_name,
-     completable_names},
+     "pgmdev part complete KES50", PGMDEV_MGR::get_possible_full_name, completable_names},
 };
 
 void answer(const QUESTION& question, const std::string& argument, COMMAND& command) {
-    std::optional<PGMDEV_PART_INDEX> index;
     for_each_item(argument, [&](const std::string& item, bool batch) {
-        if (batch && !index && question.ask_index != nullptr) {
-            index.emplace();
-        }
-        const std::string part =
-            index ? ((*index).*question.ask_index)(item) : ask_quietly([&] { return question.ask(item); });
+        const std::string part = ask_quietly([&] { return question.ask(item); });
         if (part.empty()) {
             command.result = EXIT_NOT_FOUND;
             fmt::print(stderr, "pgmdev: there is {} \"{}\"{}\n", question.not_found, item,
@@ -92,5 +82,5 @@ NOUN part_noun() {
         verbs.push_back(VERB(question.verb, question.description, question.example, run)
                             .takes({"NAME", fmt::format("{}, in any case; - reads one per line", question.argument)}));
     }
-    return {"part", "Parts by less specific names", "pgmdev part complete OSP8U256", verbs};
+    return {"part", "Parts by less specific names", "pgmdev part complete KES50", verbs};
 }

@@ -1,6 +1,9 @@
+#include <optional>
 #include <utility>
 
 #include "msg.h"
+#include "names/grammar_trace.h"
+#include "names/part_indexes.h"
 #include "names/parts.h"
 #include "pgm_common.h"
 #include "pgmdev_device_grammar_mgr.h"
@@ -20,6 +23,20 @@ bool denotes(const std::string& name, const std::string& candidate) {
     return share_part_prefix(candidate, name) &&
            (PGM_COMMON::compare_string(name, PGMDEV_DEVICE_GRAMMAR_MGR::get_package_name(candidate, false), false) ||
             PGM_COMMON::compare_string(name, PGMDEV_DEVICE_GRAMMAR_MGR::get_pgm_name(candidate, false, false), false));
+}
+
+/// The name of the first part that `name` denotes.
+std::optional<std::string> first_denoted(const std::string& name) {
+    std::optional<std::string> full_name;
+    for_each_part([&](int part) {
+        std::string candidate = upper_part_name(part);
+        const bool found = denotes(name, candidate);
+        if (found) {
+            full_name = std::move(candidate);
+        }
+        return found;
+    });
+    return full_name;
 }
 
 }  // namespace
@@ -46,6 +63,9 @@ std::string PGMDEV_MGR::get_part_name_from_dev(std::string device_name) {
 std::string PGMDEV_MGR::get_part_name_from_pcf(std::string pcf_name) {
     const DEV_PART_MANAGER manager;
     stl_toupper(pcf_name);
+    if (const PART_NAME_INDEX* index = parts_by_programmer_file_name(INDEX_WANTED::WHEN_IT_PAYS)) {
+        return index->find(pcf_name).value_or("");
+    }
     std::string result;
     for_each_preferred_part(manager, "ANY", [&](int part) {
         std::string name = dstr_get_user_string(part);
@@ -62,21 +82,14 @@ std::string PGMDEV_MGR::get_part_name_from_pcf(std::string pcf_name) {
 std::string PGMDEV_MGR::get_possible_full_name(std::string name) {
     [[maybe_unused]] const DEV_PART_MANAGER manager;  // the host may load its part list for as long as one lives
     stl_toupper(name);
-    std::string result;
-    bool found = false;
-    for_each_part([&](int part) {
-        std::string candidate = upper_part_name(part);
-        found = denotes(name, candidate);
-        if (found) {
-            result = std::move(candidate);
-        }
-        return found;
-    });
-    if (!found) {
+    // While conversions are traced, they have to be seen: every candidate's.
+    const PART_NAME_INDEX* index = grammar_is_traced() ? nullptr : parts_by_possible_name(INDEX_WANTED::WHEN_IT_PAYS);
+    std::optional<std::string> full_name = index != nullptr ? index->find(name) : first_denoted(name);
+    if (!full_name) {
         pgmdev_soften([&] {
             MSG_INTERNAL_ERROR::report_varg(PGMDEV_MODULE, MGR_FILE, PGMDEV_LINE,
                                             "Unable to retrieve full device name from database for %s", name.c_str());
         });
     }
-    return result;
+    return std::move(full_name).value_or("");
 }

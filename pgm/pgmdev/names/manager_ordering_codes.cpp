@@ -1,32 +1,13 @@
 #include <algorithm>
-#include <memory>
 #include <utility>
 
+#include "names/part_indexes.h"
 #include "names/parts.h"
 #include "names/stores.h"
-#include "pgm_common.h"
 #include "pgmdev_mgr.h"
 #include "stl.h"
 
 // Ordering codes: indexes and hashes of part names.
-
-namespace {
-
-constexpr DWORD DIGEST_SIZE = 32;
-constexpr int HASH_SIZE = 6;
-constexpr QWORD HASH_MASK = 0xFFFFFFFFFFFF;
-
-QWORD hash_of(const std::string& upper_name) {
-    const std::unique_ptr<const BYTE[]> digest(
-        PGM_COMMON::get_block_sha(upper_name.data(), upper_name.size(), DIGEST_SIZE));
-    QWORD hash = 0;
-    for (int i = 0; i < HASH_SIZE; ++i) {
-        hash |= QWORD{digest[static_cast<std::size_t>(i)]} << (8 * i);
-    }
-    return hash;
-}
-
-}  // namespace
 
 std::string PGMDEV_MGR::get_opn(DWORD opn_index) {
     const std::vector<DWORD>& list = opn_list(get_opn_store());
@@ -40,6 +21,10 @@ DWORD PGMDEV_MGR::get_opn_enum(std::string name) {
         return INVALID_DWORD;
     }
     const std::vector<DWORD>& list = opn_list(get_opn_store());
+    if (const NUMBER_INDEX* index = ordering_codes_by_part(INDEX_WANTED::WHEN_IT_PAYS)) {
+        const DWORD* code = index->find(static_cast<DWORD>(part));
+        return code != nullptr ? *code : INVALID_DWORD;
+    }
     const auto entry = std::find(list.begin(), list.end(), static_cast<DWORD>(part));
     return entry != list.end() ? static_cast<DWORD>(entry - list.begin()) : INVALID_DWORD;
 }
@@ -49,14 +34,19 @@ QWORD PGMDEV_MGR::get_opn_hash(std::string name) {
         return INVALID_NAME_HASH;
     }
     stl_toupper(name);
-    return hash_of(name);
+    return part_name_hash(name);
 }
 
 std::string PGMDEV_MGR::get_opn_from_hash(QWORD hash) {
+    hash &= PART_NAME_HASH_MASK;
+    if (const NUMBER_INDEX* index = parts_by_hash(INDEX_WANTED::WHEN_IT_PAYS)) {
+        const DWORD* part = index->find(hash);
+        return part != nullptr ? upper_part_name(static_cast<int>(*part)) : std::string();
+    }
     std::string result;
     for_each_part([&](int part) {
         std::string name = upper_part_name(part);
-        if (hash_of(name) != (hash & HASH_MASK)) {
+        if (part_name_hash(name) != hash) {
             return false;
         }
         result = std::move(name);

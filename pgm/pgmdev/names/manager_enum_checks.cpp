@@ -10,7 +10,7 @@
 namespace {
 
 std::span<const std::string_view> checked_enum_names(PGM_ENUM_TYPE pgm_enum_type) {
-    PGMDEV_REQUIRE(pgm_enum_type < PGM_ENUM_TYPE_MAX, "pgm_enum_type < PGM_ENUM_TYPE_MAX", "pgm/pgmdev/pgmdev_mgr");
+    PGMDEV_REQUIRE(pgm_enum_type < PGM_ENUM_TYPE_MAX, "pgm_enum_type < PGM_ENUM_TYPE_MAX", MGR_FILE);
     return enum_names(pgm_enum_type);
 }
 

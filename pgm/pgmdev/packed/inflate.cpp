@@ -1,0 +1,13 @@
+#include "packed/inflate.h"
+
+#include <algorithm>
+
+#include "zlib_wrapper.h"
+
+INFLATED inflate_bounded(const BYTE* stream, DWORD stream_length, QWORD capacity) {
+    const QWORD largest = (QWORD{stream_length} + 1) * DEFLATE_LARGEST_RATIO;  // with room for one match beyond
+    auto length = static_cast<DWORD>(std::min({capacity, largest, QWORD{0xFFFFFFFF}}));
+    auto data = std::make_unique<BYTE[]>(length);
+    const bool good = zlib_uncompress(data.get(), &length, stream, stream_length) == ZLIB_OK;
+    return {good, std::move(data), length};
+}

@@ -1,0 +1,42 @@
+#include "terminal/failure.h"
+
+#include <fmt/core.h>
+
+JSON failure_json(const FAILURE& failure) {
+    JSON object{{"code", failure.code}, {"message", failure.message}};
+    if (!failure.path.empty()) {
+        object["path"] = failure.path;
+    }
+    if (!failure.tried.empty()) {
+        object["tried"] = failure.tried;
+    }
+    if (!failure.advice.empty()) {
+        object["advice"] = failure.advice;
+    }
+    if (failure.report) {
+        object["condition"] = failure.report->condition;
+        object["module"] = failure.report->module;
+        object["source"] = failure.report->file;
+        object["line"] = static_cast<DWORD>(failure.report->line);
+    }
+    return object;
+}
+
+std::string failure_text(const FAILURE& failure) {
+    std::string text = failure.message;
+    if (!failure.path.empty()) {
+        text += fmt::format(": {}", failure.path);
+    }
+    for (std::size_t i = 0; i < failure.tried.size(); ++i) {
+        text += fmt::format("{}{}", i == 0 ? " (" : ", ", failure.tried[i]);
+    }
+    text += failure.tried.empty() ? "" : ")";
+    if (!failure.advice.empty()) {
+        text += fmt::format("; {}", failure.advice);
+    }
+    if (failure.report) {
+        text += fmt::format(" [{}; {}, {}, line {}]", failure.report->condition, failure.report->module,
+                            failure.report->file, failure.report->line);
+    }
+    return text;
+}

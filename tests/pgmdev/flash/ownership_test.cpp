@@ -1,0 +1,108 @@
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <optional>
+#include <utility>
+
+#include "pgmdev/flash/probe.h"
+
+// Who frees the arrays that a manager's pointer members point at. The address sanitizer is the judge of what is freed
+// twice, read after that, or never freed.
+
+namespace {
+
+constexpr DWORD RECORDS = 3;
+
+/// A manager with records and a map of its own making.
+FLASH_PROBE holder() {
+    FLASH_PROBE manager;
+    manager.m_flash_database = new PGMDEV_SFL_FLASH_INFO[RECORDS];
+    manager.m_flash_database[1].device_name = "a name too long to lie within the string itself";
+    manager.m_flash_count = RECORDS;
+    manager.m_device_to_flash_map = new DWORD[1]{1};
+    manager.m_device_count = 1;
+    return manager;
+}
+
+TEST(FlashOwnership, ADerivingClassDeletesAndNulls) {
+    FLASH_PROBE manager(holder());
+    delete[] std::exchange(manager.m_flash_database, nullptr);
+    delete[] std::exchange(manager.m_device_to_flash_map, nullptr);
+    manager.m_flash_count = 0;
+    EXPECT_EQ(manager.get_flash_database(), nullptr);
+}
+
+TEST(FlashOwnership, ADerivingClassReplacesWhatItDeleted) {
+    FLASH_PROBE manager(holder());
+    delete[] manager.m_flash_database;
+    manager.m_flash_database = new PGMDEV_SFL_FLASH_INFO[1];
+    manager.m_flash_database[0].device_name = "another name that does not lie within the string";
+    manager.m_flash_count = 1;
+    EXPECT_EQ(manager.get_flash_database()->device_name, "another name that does not lie within the string");
+}
+
+TEST(FlashOwnership, ADerivingClassHandsAnArrayOn) {
+    std::optional<FLASH_PROBE> giver(holder());
+    FLASH_PROBE taker;
+    taker.m_flash_database = std::exchange(giver->m_flash_database, nullptr);
+    taker.m_flash_count = std::exchange(giver->m_flash_count, 0);
+    giver.reset();
+    EXPECT_EQ(taker.get_flash_database()[1].device_name, "a name too long to lie within the string itself");
+}
+
+TEST(FlashOwnership, TheLastOfTheCopiesFrees) {
+    std::optional<FLASH_PROBE> first(holder());
+    std::optional<FLASH_PROBE> second(*first);
+    FLASH_PROBE third;
+    third = *second;
+    EXPECT_EQ(first->m_flash_database, third.m_flash_database);
+    first.reset();
+    second.reset();
+    EXPECT_EQ(third.get_flash_mapping_index(0, false), 1U);
+    EXPECT_EQ(third.sfl_get_device_name(0), "a name too long to lie within the string itself");
+}
+
+TEST(FlashOwnership, ACopyThatNullsItsPointersLeavesTheArraysToTheOthers) {
+    FLASH_PROBE owner(holder());
+    {
+        FLASH_PROBE copy(owner);
+        copy.m_flash_database = nullptr;  // as callers do who know that copies share
+        copy.m_device_to_flash_map = nullptr;
+    }
+    EXPECT_EQ(owner.sfl_get_device_name(0), "a name too long to lie within the string itself");
+}
+
+TEST(FlashOwnership, ACopyThatReplacesItsArrayFreesThatOne) {
+    FLASH_PROBE owner(holder());
+    {
+        FLASH_PROBE copy(owner);
+        copy.m_flash_database = new PGMDEV_SFL_FLASH_INFO[RECORDS];
+        copy.m_flash_database[0].device_name = "another name that does not lie within the string";
+    }
+    EXPECT_EQ(owner.sfl_get_device_name(0), "a name too long to lie within the string itself");
+}
+
+TEST(FlashOwnership, AnArrayReplacedBetweenTwoCopiesIsShared) {
+    FLASH_PROBE owner(holder());
+    { const FLASH_PROBE early(owner); }
+    delete[] owner.m_flash_database;
+    owner.m_flash_database = new PGMDEV_SFL_FLASH_INFO[RECORDS];
+    owner.m_flash_database[1].device_name = "another name that does not lie within the string";
+    std::optional<FLASH_PROBE> late(owner);
+    EXPECT_EQ(late->m_flash_database, owner.m_flash_database);
+    late.reset();
+    EXPECT_EQ(owner.sfl_get_device_name(0), "another name that does not lie within the string");
+}
+
+TEST(FlashOwnership, AssigningAmongCopiesChangesNothing) {
+    FLASH_PROBE owner(holder());
+    FLASH_PROBE copy(owner);
+    const FLASH_PROBE& same = copy;
+    copy = owner;
+    owner = copy;
+    copy = same;
+    EXPECT_EQ(copy.m_flash_database, owner.m_flash_database);
+    EXPECT_EQ(owner.sfl_get_device_name(0), "a name too long to lie within the string itself");
+}
+
+}  // namespace

@@ -1,0 +1,93 @@
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <optional>
+#include <utility>
+
+#include "pgmdev/profiles/probe.h"
+
+// Who frees what a manager's pointer members point at. The address sanitizer is the judge of what is freed twice, read
+// after that, or never freed.
+
+namespace {
+
+constexpr DWORD RECORDS = DEV_INFO_PROBE::TOTAL_DATABASE_DEVICE;
+
+/// A manager with records and a part list of its own making.
+DEV_INFO_PROBE holder() {
+    DEV_INFO_PROBE manager;
+    manager.m_device_database = new PGMDEV_DEVICE_INFO[RECORDS];
+    manager.m_device_database[2].cfg_dev = "a name too long to lie within the string itself";
+    manager.m_device_count = RECORDS;
+    manager.m_family_table[5] = 2;
+    for (int part = 1; part <= 3; ++part) {
+        manager.m_pgm_parts.push_back(
+            new PGMDEV_PGM_PART{part, DEV_DEVICE_INVALID, "a file name too long to lie within"});
+    }
+    return manager;
+}
+
+std::string name_of_family(DEV_INFO_PROBE& manager) {
+    const std::unique_ptr<PGMDEV_DEVICE_INFO> info(manager.get_db_by_family(static_cast<DEV_FAMILY_ENUM>(5)));
+    return info != nullptr ? info->cfg_dev : "";
+}
+
+TEST(DevInfoOwnership, ADerivingClassDeletesAndNulls) {
+    DEV_INFO_PROBE manager(holder());
+    delete[] std::exchange(manager.m_device_database, nullptr);
+    delete[] std::exchange(manager.m_part_table, nullptr);
+    delete manager.m_pgm_parts.back();
+    manager.m_pgm_parts.pop_back();
+    EXPECT_EQ(manager.get_device_database(), nullptr);
+}
+
+TEST(DevInfoOwnership, ADerivingClassHandsOnWhatItHolds) {
+    std::optional<DEV_INFO_PROBE> giver(holder());
+    DEV_INFO_PROBE taker;
+    taker.m_device_database = std::exchange(giver->m_device_database, nullptr);
+    delete[] taker.m_family_table;
+    taker.m_family_table = std::exchange(giver->m_family_table, nullptr);
+    taker.m_pgm_parts.swap(giver->m_pgm_parts);
+    giver.reset();
+    EXPECT_EQ(name_of_family(taker), "a name too long to lie within the string itself");
+    EXPECT_EQ(taker.m_pgm_parts.size(), 3U);
+}
+
+TEST(DevInfoOwnership, TheLastOfTheCopiesFrees) {
+    std::optional<DEV_INFO_PROBE> first(holder());
+    std::optional<DEV_INFO_PROBE> second(*first);
+    DEV_INFO_PROBE third;
+    third = *second;
+    third.m_pgm_parts.push_back(new PGMDEV_PGM_PART{4, DEV_DEVICE_INVALID, "the third manager's own file name"});
+    const DEV_INFO_PROBE fourth(third);
+    first.reset();
+    second.reset();
+    EXPECT_EQ(name_of_family(third), "a name too long to lie within the string itself");
+    EXPECT_EQ(fourth.m_pgm_parts, third.m_pgm_parts);
+    EXPECT_EQ(fourth.m_pgm_parts.back()->pcf, "the third manager's own file name");
+}
+
+TEST(DevInfoOwnership, ACopyThatNullsItsPointersLeavesTheRestToTheOthers) {
+    DEV_INFO_PROBE owner(holder());
+    {
+        DEV_INFO_PROBE copy(owner);
+        copy.m_device_database = nullptr;  // as callers do who know that copies share
+        copy.m_family_table = copy.m_device_table = copy.m_part_table = nullptr;
+        copy.m_pgm_parts.clear();
+    }
+    EXPECT_EQ(name_of_family(owner), "a name too long to lie within the string itself");
+    EXPECT_EQ(owner.m_pgm_parts.front()->pcf, "a file name too long to lie within");
+}
+
+TEST(DevInfoOwnership, IndexTablesAreRefilledInPlace) {
+    DEV_INFO_PROBE manager;
+    const DEV_INFO_PROBE copy(manager);
+    const DWORD* const table = manager.m_family_table;
+    manager.m_family_table[5] = 7;
+    BYTE nothing[16] = {};
+    EXPECT_THROW(manager.parse_database(nothing, true), std::runtime_error);
+    EXPECT_EQ(manager.m_family_table, table);
+    EXPECT_EQ(copy.m_family_table, table);
+}
+
+}  // namespace

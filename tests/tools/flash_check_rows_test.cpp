@@ -112,9 +112,9 @@ TEST(flash_check_rows, SignaturesCompareOneByteOnly) {
 
 TEST(flash_check_rows, NameWithoutDefaultRow) {
     const JSON faults = faults_of(FLASH_SOURCE()
-                                  .row({{"device_name", "GOOD"}})
-                                  .row({{"device_name", "LOST"}, {"memory_id", "1"}, {"default_dev", "FALSE"}})
-                                  .row({{"device_name", "lost"}, {"memory_id", "2"}, {"default_dev", "FALSE"}}));
+                                      .row({{"device_name", "GOOD"}})
+                                      .row({{"device_name", "LOST"}, {"memory_id", "1"}, {"default_dev", "FALSE"}})
+                                      .row({{"device_name", "lost"}, {"memory_id", "2"}, {"default_dev", "FALSE"}}));
     ASSERT_EQ(faults.size(), 1U) << faults;  // one for the name
     EXPECT_EQ(faults[0].at("line"), 10);
     EXPECT_EQ(faults[0].at("severity"), "fault");
@@ -164,9 +164,9 @@ TEST(flash_check_rows, TextsOfAtMost255Characters) {
 
 TEST(flash_check_rows, UnreachableRow) {
     const JSON faults = faults_of(FLASH_SOURCE()
-                                  .row({{"device_name", "OTHER"}, {"memory_id", "1"}})
-                                  .row({{"device_name", "WINNER"}})
-                                  .row({{"device_name", "HIDDEN"}}));
+                                      .row({{"device_name", "OTHER"}, {"memory_id", "1"}})
+                                      .row({{"device_name", "WINNER"}})
+                                      .row({{"device_name", "HIDDEN"}}));
     ASSERT_EQ(faults.size(), 1U) << faults;
     EXPECT_EQ(faults[0].at("severity"), "warning");
     EXPECT_EQ(faults[0].at("line"), 11);

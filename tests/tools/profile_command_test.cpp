@@ -179,7 +179,8 @@ TEST(profile_check, TellsEveryFault) {
 TEST(profile_dump, WhatNoSourceTableCanHold) {
     const SCRATCH scratch;
     const auto dump = [&](const std::vector<profile_ref::CELLS>& rows, bool csv) {
-        const std::string pcf = scratch.write("x.pcf", profile_ref::file(profile_ref::records(rows) + profile_ref::tables(profile_ref::TABLES())));
+        const std::string pcf = scratch.write(
+            "x.pcf", profile_ref::file(profile_ref::records(rows) + profile_ref::tables(profile_ref::TABLES())));
         std::vector<std::string> arguments{"profile", "dump", pcf};
         if (csv) {
             arguments.emplace_back("--csv");

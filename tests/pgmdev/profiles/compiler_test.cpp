@@ -208,7 +208,8 @@ TEST_F(DevInfoCompiler, CellsThatAreNoValues) {
     EXPECT_EQ(compile_with(73, ref::PART, "generic"), "found");
     EXPECT_EQ(compile_with(5, column_of_kind("ENUM"), "NPCF_BLOCK"), "found");
     for (const char* cell : {"true", "1", "Yes"}) {
-        EXPECT_EQ(compile_with(5, column_of_kind("bool"), cell), R"(string == "" || string == "FALSE" || string == "TRUE")");
+        EXPECT_EQ(compile_with(5, column_of_kind("bool"), cell),
+                  R"(string == "" || string == "FALSE" || string == "TRUE")");
     }
     for (const char* kind : {"BYTE", "WORD", "DWORD"}) {
         for (const char* cell : {"-1", "+1", "0x", "1.5", "ten", "4294967296", "0x100000000"}) {

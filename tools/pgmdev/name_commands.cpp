@@ -55,7 +55,7 @@ JSON spellings_of(std::string name, const std::function<std::string(const std::s
 
 bool is_known(const JSON& spellings) {
     for (const auto& [key, value] : spellings.items()) {
-        if (key != "name" && value.is_string() && value != "") {
+        if (key != "name" && value.is_string() && !value.get_ref<const std::string&>().empty()) {
             return true;
         }
     }
@@ -81,8 +81,8 @@ void print_spellings(const JSON& spellings) {
         const JSON& value = spellings.at(key);
         if (value.is_boolean()) {
             fmt::print("{:<37} {}\n", label, value.get<bool>() ? "yes" : "no");
-        } else if (value != "") {
-            fmt::print("{:<37} {}\n", label, value.get_ref<const std::string&>());
+        } else if (const auto& text = value.get_ref<const std::string&>(); !text.empty()) {
+            fmt::print("{:<37} {}\n", label, text);
         }
     }
 }

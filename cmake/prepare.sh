@@ -20,19 +20,32 @@ install_packages() {
     DEBIAN_FRONTEND=noninteractive "${as_root[@]}" apt-get install -y --no-install-recommends "${missing[@]}" >&2
 }
 
-# build_preset PRESET [TARGET...]: configures when that has not been done, then builds. Speaks only when there is work or
-# when it fails.
-build_preset() {
-    local preset=$1 directory="$root/build/$1" log
+# logged LOG COMMAND...: what the command says goes to LOG, and to standard error when it fails.
+logged() {
+    local log=$1
     shift
-    mkdir -p "$directory"
-    log="$directory/build.log"
-    if [ ! -f "$directory/build.ninja" ]; then
-        say "Configuring $preset"
-        (cd "$root" && cmake --preset "$preset") >"$log" 2>&1 || { cat "$log" >&2; return 1; }
+    mkdir -p "$(dirname "$log")"
+    "$@" >"$log" 2>&1 || { cat "$log" >&2; return 1; }
+}
+
+# configure_preset PRESET WITH_TESTS: configures when that has not been done. WITH_TESTS is ON or OFF; a build tree that has
+# the tests keeps them.
+configure_preset() {
+    local preset=$1 with_tests=$2 directory="$root/build/$1"
+    if [ -f "$directory/build.ninja" ]; then
+        [ "$with_tests" = ON ] || return 0
+        ! grep -q '^PGMDEV_BUILD_TESTS:[A-Z]*=ON$' "$directory/CMakeCache.txt" || return 0
     fi
+    say "Configuring $preset"
+    (cd "$root" && logged "$directory/build.log" cmake --preset "$preset" -DPGMDEV_BUILD_TESTS="$with_tests")
+}
+
+# build_preset PRESET [TARGET...]: builds. Speaks only when there is work or when it fails.
+build_preset() {
+    local preset=$1 directory="$root/build/$1"
+    shift
     if ! ninja -C "$directory" -n "$@" 2>/dev/null | grep -q 'no work to do'; then
         say "Building $preset"
-        ninja -C "$directory" "$@" >"$log" 2>&1 || { cat "$log" >&2; return 1; }
+        logged "$directory/build.log" ninja -C "$directory" "$@"
     fi
 }

@@ -16,7 +16,7 @@ std::ifstream open_replaced_file(const std::filesystem::path& path, std::ios::op
 
 /// Opens the file, in binary mode: the old one or the new one.
 inline std::ifstream open_replaced_file(const std::filesystem::path& path, std::ios::openmode mode = {}) {
-    return std::ifstream(path, mode | std::ios::binary);
+    return std::ifstream(path, mode | std::ios::binary);  // NOLINT(modernize-return-braced-init-list): explicit
 }
 
 #endif

@@ -14,7 +14,7 @@
 class HOST_EXPORT DEV_PART_MANAGER {
 public:
     DEV_PART_MANAGER();
-    ~DEV_PART_MANAGER();
+    ~DEV_PART_MANAGER();  // NOLINT(performance-trivially-destructible): the library exports it
     DEV_PART_MANAGER(const DEV_PART_MANAGER&) = delete;
     DEV_PART_MANAGER& operator=(const DEV_PART_MANAGER&) = delete;
 

@@ -67,7 +67,7 @@ fs::path create_temporary(const fs::path& directory) {
     static std::atomic<unsigned> counter{0};
     constexpr int ATTEMPTS = 100;
     for (int i = 0; i < ATTEMPTS; ++i) {
-        const fs::path path = directory / (".tessary-" + std::to_string(::getpid()) + "-" + std::to_string(++counter));
+        fs::path path = directory / (".tessary-" + std::to_string(::getpid()) + "-" + std::to_string(++counter));
         if (DESCRIPTOR(::open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666))) {
             return path;
         }

@@ -5,18 +5,9 @@
 
 #include "dev.h"
 #include "gen.h"
-#include "support/plain_catalog.h"
+#include "host/shipped_catalog.h"
 
 namespace {
-
-const PLAIN_CATALOG& catalog() {
-    static const PLAIN_CATALOG plain = read_plain_catalog(TEST_DATA_DIR "/catalog");
-    return plain;
-}
-
-DEV_DEVICE_ENUM device(int number) {
-    return static_cast<DEV_DEVICE_ENUM>(number);
-}
 
 /// The numbers of the parts for which a condition holds, ascending.
 std::vector<int> parts_where(const std::function<bool(const PLAIN_PART&)>& condition) {

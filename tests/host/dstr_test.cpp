@@ -8,14 +8,9 @@
 #include <set>
 #include <string>
 
-#include "support/plain_catalog.h"
+#include "host/shipped_catalog.h"
 
 namespace {
-
-const PLAIN_CATALOG& catalog() {
-    static const PLAIN_CATALOG plain = read_plain_catalog(TEST_DATA_DIR "/catalog");
-    return plain;
-}
 
 std::string upper(std::string text) {
     std::transform(text.begin(), text.end(), text.begin(), [](char c) { return static_cast<char>(std::toupper(c)); });
@@ -29,10 +24,6 @@ std::string lower(std::string text) {
 
 DEV_FAMILY_ENUM family(int number) {
     return static_cast<DEV_FAMILY_ENUM>(number);
-}
-
-DEV_DEVICE_ENUM device(int number) {
-    return static_cast<DEV_DEVICE_ENUM>(number);
 }
 
 TEST(DeviceStrings, KnowTheFamiliesThatProgramsName) {

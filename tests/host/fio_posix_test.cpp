@@ -14,6 +14,7 @@
 #include <thread>
 
 #include "fio.h"
+#include "host/replacing.h"
 #include "support/scratch.h"
 
 // What only exists on systems with permissions, links and signals.
@@ -21,15 +22,6 @@
 namespace fs = std::filesystem;
 
 namespace {
-
-bool write(FIO_REPLACEMENT& replacement, const std::string& contents) {
-    return replacement.write({reinterpret_cast<const BYTE*>(contents.data()), contents.size()});
-}
-
-bool replace(const std::string& target, const std::string& contents) {
-    FIO_REPLACEMENT replacement(target);
-    return write(replacement, contents) && replacement.commit();
-}
 
 mode_t mode_of(const std::string& path) {
     struct stat status {};

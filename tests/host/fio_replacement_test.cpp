@@ -7,20 +7,12 @@
 #include <vector>
 
 #include "fio.h"
+#include "host/replacing.h"
 #include "support/scratch.h"
 
 namespace fs = std::filesystem;
 
 namespace {
-
-bool write(FIO_REPLACEMENT& replacement, const std::string& contents) {
-    return replacement.write({reinterpret_cast<const BYTE*>(contents.data()), contents.size()});
-}
-
-bool replace(const std::string& target, const std::string& contents) {
-    FIO_REPLACEMENT replacement(target);
-    return write(replacement, contents) && replacement.commit();
-}
 
 /// Expects that `target` cannot be replaced.
 void expect_refused(const std::string& target) {

@@ -39,7 +39,7 @@ const std::map<std::string, std::function<void(ARGUMENTS&)>> OPERATIONS{
     {"set-device-db", [](ARGUMENTS& a) { gen_set_device_db_fullpath(next(a)); }},
     {"set-module", [](ARGUMENTS& a) { gen_set_module_path(next(a)); }},
     {"value", [](ARGUMENTS& a) { answer("[" + cfg_get_value(next(a)) + "]"); }},
-    {"is-on", [](ARGUMENTS& a) { answer(cfg_is_on(next(a), false) ? "on" : "off"); }},
+    {"is-on", [](ARGUMENTS& a) { answer(cfg_is_on(next(a), false) != 0 ? "on" : "off"); }},
     {"clear", [](ARGUMENTS& a) { cfg_clear_value(next(a)); }},
     {"set",
      [](ARGUMENTS& a) {

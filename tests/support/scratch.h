@@ -40,6 +40,7 @@ public:
     std::string write(const std::string& name, const std::string& contents) const {
         const std::filesystem::path file = m_directory / path_from_utf8(name);
         std::filesystem::create_directories(file.parent_path());
+        std::filesystem::remove(file);  // some file systems wait for the disk when a file is emptied instead
         std::ofstream(file, std::ios::binary) << contents;
         return path(name);
     }

@@ -26,7 +26,7 @@ void PrintTo(const FINDING& finding, std::ostream* stream) {
 using FINDINGS = std::vector<FINDING>;
 
 /// Runs the check in both ways and expects them to agree in everything but the form.
-JSON check(const FLASH_SOURCE& source) {
+JSON faults_of(const FLASH_SOURCE& source) {
     const SCRATCH scratch;
     const std::string file = scratch.write("table.csv", source.text());
     const PROCESS_RESULT result = run_command({"--json", "flash", "check", file});
@@ -53,7 +53,7 @@ JSON check(const FLASH_SOURCE& source) {
 
 FINDINGS findings(const FLASH_SOURCE& source) {
     FINDINGS found;
-    for (const JSON& fault : check(source)) {
+    for (const JSON& fault : faults_of(source)) {
         found.push_back({fault.at("line").get<unsigned>(), fault.at("member").get<std::string>(),
                          fault.at("severity").get<std::string>()});
     }
@@ -111,10 +111,10 @@ TEST(flash_check_rows, SignaturesCompareOneByteOnly) {
 }
 
 TEST(flash_check_rows, NameWithoutDefaultRow) {
-    const JSON faults = check(FLASH_SOURCE()
-                                  .row({{"device_name", "GOOD"}})
-                                  .row({{"device_name", "LOST"}, {"memory_id", "1"}, {"default_dev", "FALSE"}})
-                                  .row({{"device_name", "lost"}, {"memory_id", "2"}, {"default_dev", "FALSE"}}));
+    const JSON faults = faults_of(FLASH_SOURCE()
+                                      .row({{"device_name", "GOOD"}})
+                                      .row({{"device_name", "LOST"}, {"memory_id", "1"}, {"default_dev", "FALSE"}})
+                                      .row({{"device_name", "lost"}, {"memory_id", "2"}, {"default_dev", "FALSE"}}));
     ASSERT_EQ(faults.size(), 1U) << faults;  // one for the name
     EXPECT_EQ(faults[0].at("line"), 10);
     EXPECT_EQ(faults[0].at("severity"), "fault");
@@ -163,10 +163,10 @@ TEST(flash_check_rows, TextsOfAtMost255Characters) {
 }
 
 TEST(flash_check_rows, UnreachableRow) {
-    const JSON faults = check(FLASH_SOURCE()
-                                  .row({{"device_name", "OTHER"}, {"memory_id", "1"}})
-                                  .row({{"device_name", "WINNER"}})
-                                  .row({{"device_name", "HIDDEN"}}));
+    const JSON faults = faults_of(FLASH_SOURCE()
+                                      .row({{"device_name", "OTHER"}, {"memory_id", "1"}})
+                                      .row({{"device_name", "WINNER"}})
+                                      .row({{"device_name", "HIDDEN"}}));
     ASSERT_EQ(faults.size(), 1U) << faults;
     EXPECT_EQ(faults[0].at("severity"), "warning");
     EXPECT_EQ(faults[0].at("line"), 11);

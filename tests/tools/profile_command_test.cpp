@@ -8,7 +8,7 @@
 
 namespace {
 
-namespace ref = dev_info_reference;
+namespace profile_ref = dev_info_reference;
 
 const std::string SOURCE = std::string(TEST_DATA_DIR) + "/dev_info/pgm_dev_info.csv";
 const std::string DATABASE = std::string(TEST_DEVICES_DIR) + "/programmer/pgm_dev_info.pcf";
@@ -79,7 +79,7 @@ TEST(profile_show, GivesTheMembersInRecordOrder) {
     const PROCESS_RESULT result = run_profile({"--json", "profile", "show", "--family", "KESTREL"});
     const JSON document = json_of(result.output);
     std::vector<std::string> keys{"index", "rule"};
-    for (const ref::COLUMN& column : ref::COLUMNS) {
+    for (const profile_ref::COLUMN& column : profile_ref::COLUMNS) {
         keys.emplace_back(column.name);
     }
     EXPECT_EQ(keys_of(document), keys);
@@ -178,19 +178,20 @@ TEST(profile_check, TellsEveryFault) {
 
 TEST(profile_dump, WhatNoSourceTableCanHold) {
     const SCRATCH scratch;
-    const auto dump = [&](const std::vector<ref::CELLS>& rows, bool csv) {
-        const std::string pcf = scratch.write("x.pcf", ref::file(ref::records(rows) + ref::tables(ref::TABLES())));
+    const auto dump = [&](const std::vector<profile_ref::CELLS>& rows, bool csv) {
+        const std::string pcf = scratch.write(
+            "x.pcf", profile_ref::file(profile_ref::records(rows) + profile_ref::tables(profile_ref::TABLES())));
         std::vector<std::string> arguments{"profile", "dump", pcf};
         if (csv) {
             arguments.emplace_back("--csv");
         }
         return run_profile(arguments);
     };
-    std::vector<ref::CELLS> rows = ref::rows();
+    std::vector<profile_ref::CELLS> rows = profile_ref::rows();
     EXPECT_EQ(dump(rows, true).exit_code, DONE);
     rows[5][81] = "two words";
     expect_failure(dump(rows, true), INTERNAL_ERROR, {"record 5: dummy_string \"two words\""});
-    rows[5] = ref::sample("KESTREL");
+    rows[5] = profile_ref::sample("KESTREL");
     rows[5][1] = "PCF";
     expect_failure(dump(rows, true), INTERNAL_ERROR, {"record 5 has 2 keys"});
     rows.pop_back();

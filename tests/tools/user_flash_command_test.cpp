@@ -1,25 +1,16 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <nlohmann/json.hpp>
 #include <string>
-#include <vector>
 
+#include "command_fixture.h"
 #include "pgmdev/user_flash/reference.h"
-#include "support/process.h"
 
 namespace {
 
-namespace ref = user_flash_reference;
-using JSON = nlohmann::json;
+namespace text_ref = user_flash_reference;
 using testing::EndsWith;
 using testing::HasSubstr;
-
-PROCESS_RESULT run_command(const std::vector<std::string>& arguments, const std::string& input = "") {
-    PROCESS process{{TEST_COMMAND}, input, {}, {}};
-    process.command.insert(process.command.end(), arguments.begin(), arguments.end());
-    return run_process(process);
-}
 
 /// A chip that the table does not have, and the answers of its datasheet.
 const std::string ANSWERS =
@@ -87,7 +78,7 @@ TEST(flash_decode, ShowsWhatATextHolds) {
 }
 
 TEST(flash_decode, ExplainsARefusal) {
-    const std::string text = ref::encoded(ref::body({{"die_count", "0"}}) + "#ABCDEFGHIJKLMNOP;");
+    const std::string text = text_ref::encoded(text_ref::body({{"die_count", "0"}}) + "#ABCDEFGHIJKLMNOP;");
     const PROCESS_RESULT run = run_command({"flash", "decode", text});
     EXPECT_EQ(run.exit_code, 3);
     EXPECT_THAT(run.output, HasSubstr("ABCDEFGHIJKLMNOP, does not fit this build"));

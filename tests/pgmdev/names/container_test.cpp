@@ -19,7 +19,7 @@ const std::vector<std::string> BAD_CRC{"BYTE(crc32) == data[data_size-4]", "BYTE
 
 const std::string SAMPLE = ref::container("a body of some length");
 
-std::string report_on(const COMPILED_DATA_SET& set) {
+std::string report_on_opening(const COMPILED_DATA_SET& set) {
     return report_of([&] { open_container(set); });
 }
 
@@ -48,26 +48,26 @@ TEST(DdbContainer, NamesModuleSourceAndLine) {
 TEST(DdbContainer, RefusesStreamsThatEndEarly) {
     const std::string stream = ref::deflated(SAMPLE);
     for (std::size_t length = 0; length < stream.size(); ++length) {
-        EXPECT_EQ(report_on(DATA_SET(stream.substr(0, length), SAMPLE.size())), BAD_STREAM) << length;
+        EXPECT_EQ(report_on_opening(DATA_SET(stream.substr(0, length), SAMPLE.size())), BAD_STREAM) << length;
     }
 }
 
 TEST(DdbContainer, RefusesEveryOtherLength) {
     const std::string stream = ref::deflated(SAMPLE);
-    EXPECT_EQ(report_on(DATA_SET(stream, SAMPLE.size() - 1)), BAD_LENGTH);
-    EXPECT_EQ(report_on(DATA_SET(stream, SAMPLE.size() + 1)), BAD_LENGTH);
-    EXPECT_EQ(report_on(DATA_SET(stream, 0)), BAD_LENGTH);
-    EXPECT_EQ(report_on(DATA_SET(stream, 0xFFFFFFFF)), BAD_LENGTH);
+    EXPECT_EQ(report_on_opening(DATA_SET(stream, SAMPLE.size() - 1)), BAD_LENGTH);
+    EXPECT_EQ(report_on_opening(DATA_SET(stream, SAMPLE.size() + 1)), BAD_LENGTH);
+    EXPECT_EQ(report_on_opening(DATA_SET(stream, 0)), BAD_LENGTH);
+    EXPECT_EQ(report_on_opening(DATA_SET(stream, 0xFFFFFFFF)), BAD_LENGTH);
 }
 
 TEST(DdbContainer, HasRoomForHundredBytesMore) {
     const std::string stream = ref::deflated(std::string(1100, 'x'));
-    EXPECT_EQ(report_on(DATA_SET(stream, 1000)), BAD_LENGTH);
-    EXPECT_EQ(report_on(DATA_SET(stream, 999)), BAD_STREAM);
+    EXPECT_EQ(report_on_opening(DATA_SET(stream, 1000)), BAD_LENGTH);
+    EXPECT_EQ(report_on_opening(DATA_SET(stream, 999)), BAD_STREAM);
 }
 
 TEST(DdbContainer, AcceptsBytesBehindTheStream) {
-    EXPECT_EQ(report_on(DATA_SET(ref::deflated(SAMPLE) + "more", SAMPLE.size())), "(no report)");
+    EXPECT_EQ(report_on_opening(DATA_SET(ref::deflated(SAMPLE) + "more", SAMPLE.size())), "(no report)");
 }
 
 TEST(DdbContainer, RefusesEveryFlippedBit) {
@@ -81,7 +81,7 @@ TEST(DdbContainer, RefusesEveryFlippedBit) {
             const auto differing = std::mismatch(crc.begin(), crc.end(), stored.begin()).first - crc.begin();
             expected = BAD_CRC.at(static_cast<std::size_t>(differing));
         }
-        ASSERT_EQ(report_on(DATA_SET(damaged)), expected) << bit;
+        ASSERT_EQ(report_on_opening(DATA_SET(damaged)), expected) << bit;
     }
 }
 
@@ -91,16 +91,16 @@ TEST(DdbContainer, ComparesTheCrcByteByByteFromTheLowestOn) {
         for (std::size_t later = i; later < 4; ++later) {
             damaged[damaged.size() - 4 + later] = static_cast<char>(~damaged[damaged.size() - 4 + later]);
         }
-        EXPECT_EQ(report_on(DATA_SET(damaged)), BAD_CRC[i]);
+        EXPECT_EQ(report_on_opening(DATA_SET(damaged)), BAD_CRC[i]);
     }
 }
 
 TEST(DdbContainer, SurvivesContainersThatAreTooShort) {
     for (std::size_t length = 0; length < 14; ++length) {
         const std::string expected = length < 10 ? BAD_MAGIC : BAD_CRC[0];
-        EXPECT_EQ(report_on(DATA_SET(SAMPLE.substr(0, length))), expected) << length;
+        EXPECT_EQ(report_on_opening(DATA_SET(SAMPLE.substr(0, length))), expected) << length;
     }
-    EXPECT_EQ(report_on(DATA_SET(ref::container(""))), "(no report)");
+    EXPECT_EQ(report_on_opening(DATA_SET(ref::container(""))), "(no report)");
 }
 
 }  // namespace

@@ -22,7 +22,7 @@ const std::string SHORT_GRAMMAR = ref::container(ref::grammar_body({{{"KEY", {"E
 const std::string GOOD_LIST = ref::container(ref::opn_body({0, 3, 1, 3, 0xFFFFFFFF}));
 const std::string NO_LIST = ref::container(ref::le32(0));
 
-const std::string TABLE_COUNT = "pointer_index == DWORD(PGMDEV_DDB_GRAMMAR_ENUM::MAX)";
+const std::string TOO_FEW_TABLES = "pointer_index == DWORD(PGMDEV_DDB_GRAMMAR_ENUM::MAX)";
 
 std::string family_of_example() {
     return PGMDEV_DEVICE_GRAMMAR_MGR::get_family("PCF_A1");
@@ -31,7 +31,7 @@ std::string family_of_example() {
 TEST(DdbFirstUse, AFailedBuildIsTriedAndReportedAgain) {
     set_grammar_container(SHORT_GRAMMAR);
     for (int call = 0; call < 3; ++call) {
-        EXPECT_REPORT(family_of_example(), TABLE_COUNT);
+        EXPECT_REPORT(family_of_example(), TOO_FEW_TABLES);
     }
     set_grammar_container(GOOD_GRAMMAR);
     EXPECT_EQ(family_of_example(), "FAMILY_A");
@@ -39,13 +39,13 @@ TEST(DdbFirstUse, AFailedBuildIsTriedAndReportedAgain) {
 
 TEST(DdbFirstUse, AnEmptyQueryBuildsTheStore) {
     set_grammar_container(SHORT_GRAMMAR);
-    EXPECT_REPORT(PGMDEV_DEVICE_GRAMMAR_MGR::get_pcf_device(""), TABLE_COUNT);
+    EXPECT_REPORT(PGMDEV_DEVICE_GRAMMAR_MGR::get_pcf_device(""), TOO_FEW_TABLES);
 }
 
 TEST(DdbFirstUse, AQueryIsNotNormalisedWhenTheStoreCannotBeBuilt) {
     set_grammar_container(SHORT_GRAMMAR);
     std::string name = " name";
-    EXPECT_REPORT(PGMDEV_DEVICE_GRAMMAR_MGR::get_family(name), TABLE_COUNT);
+    EXPECT_REPORT(PGMDEV_DEVICE_GRAMMAR_MGR::get_family(name), TOO_FEW_TABLES);
     EXPECT_EQ(name, " name");
 }
 
@@ -60,7 +60,7 @@ TEST(DdbFirstUse, TheStoresFailOnTheirOwn) {
     set_grammar_container(SHORT_GRAMMAR);
     set_opn_container(GOOD_LIST);
     EXPECT_EQ(PGMDEV_MGR::get_opn(5), "");
-    EXPECT_REPORT(family_of_example(), TABLE_COUNT);
+    EXPECT_REPORT(family_of_example(), TOO_FEW_TABLES);
     set_grammar_container(GOOD_GRAMMAR);
     set_opn_container(NO_LIST);
     EXPECT_EQ(family_of_example(), "FAMILY_A");
@@ -116,7 +116,7 @@ TEST(DdbFirstUse, ManyThreadsMayFailTogether) {
     for (std::thread& thread : threads) {
         thread.join();
     }
-    EXPECT_EQ(texts, std::vector<std::string>(THREADS, TABLE_COUNT));
+    EXPECT_EQ(texts, std::vector<std::string>(THREADS, TOO_FEW_TABLES));
 }
 
 TEST(DdbFirstUse, AnIndexThatCannotBeMadeIsTriedAndReportedAgain) {

@@ -19,7 +19,7 @@ const std::string TOO_LONG = "shift <= 35";
 const std::string TOO_LARGE = "dev_enum <= QWORD(0xFFFFFFFF)";
 const std::string LEFT_OVER = "index == (data_size - 4)";
 
-std::string report_on_body(const std::string& body) {
+std::string report_on_codes(const std::string& body) {
     const DATA_SET set(ref::container(body), opn_data_set());
     return report_of([&] { build_opn_store(set); });
 }
@@ -47,38 +47,38 @@ TEST(DdbOpn, ReadsNumbersOfEveryLength) {
 }
 
 TEST(DdbOpn, RefusesACountOfZero) {
-    EXPECT_EQ(report_on_body(ref::le32(0)), NO_COUNT);
-    EXPECT_EQ(report_on_body(ref::le32(0) + "\x01"), NO_COUNT);
+    EXPECT_EQ(report_on_codes(ref::le32(0)), NO_COUNT);
+    EXPECT_EQ(report_on_codes(ref::le32(0) + "\x01"), NO_COUNT);
 }
 
 TEST(DdbOpn, RefusesEntriesThatRunIntoTheCrc) {
-    EXPECT_EQ(report_on_body(ref::le32(1)), RUNS_INTO_CRC);
-    EXPECT_EQ(report_on_body(ref::le32(2) + "\x01"), RUNS_INTO_CRC);
-    EXPECT_EQ(report_on_body(ref::le32(1) + "\x81"), RUNS_INTO_CRC);
-    EXPECT_EQ(report_on_body(ref::le32(1) + std::string(300, '\x81')), RUNS_INTO_CRC);
-    EXPECT_EQ(report_on_body(ref::le32(0xFFFFFFFF) + std::string(300, '\x01')), RUNS_INTO_CRC);
+    EXPECT_EQ(report_on_codes(ref::le32(1)), RUNS_INTO_CRC);
+    EXPECT_EQ(report_on_codes(ref::le32(2) + "\x01"), RUNS_INTO_CRC);
+    EXPECT_EQ(report_on_codes(ref::le32(1) + "\x81"), RUNS_INTO_CRC);
+    EXPECT_EQ(report_on_codes(ref::le32(1) + std::string(300, '\x81')), RUNS_INTO_CRC);
+    EXPECT_EQ(report_on_codes(ref::le32(0xFFFFFFFF) + std::string(300, '\x01')), RUNS_INTO_CRC);
 }
 
 TEST(DdbOpn, RefusesEntriesOfSixBytes) {
-    EXPECT_EQ(report_on_body(ref::le32(1) + "\x80\x80\x80\x80\x80\x00"s), TOO_LONG);
-    EXPECT_EQ(report_on_body(ref::le32(1) + std::string(300, '\x81') + "\x01"), TOO_LONG);
+    EXPECT_EQ(report_on_codes(ref::le32(1) + "\x80\x80\x80\x80\x80\x00"s), TOO_LONG);
+    EXPECT_EQ(report_on_codes(ref::le32(1) + std::string(300, '\x81') + "\x01"), TOO_LONG);
 }
 
 TEST(DdbOpn, RefusesValuesBeyond32Bits) {
-    EXPECT_EQ(report_on_body(ref::le32(1) + ref::variable_length(0xFFFFFFFF)), "(no report)");
-    EXPECT_EQ(report_on_body(ref::le32(1) + ref::variable_length(0x100000000)), TOO_LARGE);
-    EXPECT_EQ(report_on_body(ref::le32(1) + "\xFF\xFF\xFF\xFF\x7F"), TOO_LARGE);
+    EXPECT_EQ(report_on_codes(ref::le32(1) + ref::variable_length(0xFFFFFFFF)), "(no report)");
+    EXPECT_EQ(report_on_codes(ref::le32(1) + ref::variable_length(0x100000000)), TOO_LARGE);
+    EXPECT_EQ(report_on_codes(ref::le32(1) + "\xFF\xFF\xFF\xFF\x7F"), TOO_LARGE);
 }
 
 TEST(DdbOpn, RefusesBytesLeftOver) {
-    EXPECT_EQ(report_on_body(ref::opn_body({1, 2}) + "\x03"), LEFT_OVER);
-    EXPECT_EQ(report_on_body(ref::opn_body({1, 2}) + '\0'), LEFT_OVER);
+    EXPECT_EQ(report_on_codes(ref::opn_body({1, 2}) + "\x03"), LEFT_OVER);
+    EXPECT_EQ(report_on_codes(ref::opn_body({1, 2}) + '\0'), LEFT_OVER);
 }
 
 TEST(DdbOpn, SurvivesABodyWithoutACount) {
     // The bytes of the count are the CRC and what follows it; no list begins before the CRC.
     for (const std::string body : {"", "\1", "\1\1", "\1\1\1"}) {
-        EXPECT_EQ(report_on_body(body), RUNS_INTO_CRC) << body.size();
+        EXPECT_EQ(report_on_codes(body), RUNS_INTO_CRC) << body.size();
     }
 }
 
@@ -97,7 +97,7 @@ TEST(DdbOpn, AgreesWithAnIndependentReaderOnRandomBodies) {
         } catch (const ref::REFUSED& refused) {
             expected = refused.what();
         }
-        ASSERT_EQ(report_on_body(body), expected) << round;
+        ASSERT_EQ(report_on_codes(body), expected) << round;
         if (expected == "(no report)") {
             ++accepted;
             ASSERT_EQ(list_of(body), std::vector<DWORD>(parts.begin(), parts.end()));

@@ -56,7 +56,7 @@ protected:
     INSTALL_DIRECTORY m_installation;
 };
 
-std::size_t column_of(const std::string& kind) {
+std::size_t column_of_kind(const std::string& kind) {
     std::size_t column = 4;
     while (ref::COLUMNS[column].kind != kind) {
         ++column;
@@ -206,13 +206,14 @@ TEST_F(DevInfoCompiler, CellsThatAreNoValues) {
     EXPECT_EQ(compile_with(5, ref::FAMILY, "DODO"), "found");
     EXPECT_EQ(compile_with(72, ref::DEVICE, "AVOR20"), "found");
     EXPECT_EQ(compile_with(73, ref::PART, "generic"), "found");
-    EXPECT_EQ(compile_with(5, column_of("ENUM"), "NPCF_BLOCK"), "found");
+    EXPECT_EQ(compile_with(5, column_of_kind("ENUM"), "NPCF_BLOCK"), "found");
     for (const char* cell : {"true", "1", "Yes"}) {
-        EXPECT_EQ(compile_with(5, column_of("bool"), cell), R"(string == "" || string == "FALSE" || string == "TRUE")");
+        EXPECT_EQ(compile_with(5, column_of_kind("bool"), cell),
+                  R"(string == "" || string == "FALSE" || string == "TRUE")");
     }
     for (const char* kind : {"BYTE", "WORD", "DWORD"}) {
         for (const char* cell : {"-1", "+1", "0x", "1.5", "ten", "4294967296", "0x100000000"}) {
-            EXPECT_EQ(compile_with(5, column_of(kind), cell), "Invalid string to integer conversion") << cell;
+            EXPECT_EQ(compile_with(5, column_of_kind(kind), cell), "Invalid string to integer conversion") << cell;
         }
     }
     EXPECT_FALSE(std::filesystem::exists(output()));
@@ -220,21 +221,21 @@ TEST_F(DevInfoCompiler, CellsThatAreNoValues) {
 
 TEST_F(DevInfoCompiler, NumbersKeepTheirLowBits) {
     std::vector<CELLS> rows = ref::rows();
-    rows[5][column_of("BYTE")] = "511";
-    rows[5][column_of("WORD")] = "0x12345";
-    rows[5][column_of("DWORD")] = "0XFFFFFFFF";
+    rows[5][column_of_kind("BYTE")] = "511";
+    rows[5][column_of_kind("WORD")] = "0x12345";
+    rows[5][column_of_kind("DWORD")] = "0XFFFFFFFF";
     ASSERT_EQ(compile(rows), "(no report)");
     DEV_INFO_PROBE manager;
     manager.initialize_device_database(output());
     const std::vector<std::string> values = ref::values(manager.get_device_database()[5]);
-    EXPECT_EQ(values[column_of("BYTE")], "255");
-    EXPECT_EQ(values[column_of("WORD")], std::to_string(0x2345));
-    EXPECT_EQ(values[column_of("DWORD")], "4294967295");
+    EXPECT_EQ(values[column_of_kind("BYTE")], "255");
+    EXPECT_EQ(values[column_of_kind("WORD")], std::to_string(0x2345));
+    EXPECT_EQ(values[column_of_kind("DWORD")], "4294967295");
 }
 
 TEST_F(DevInfoCompiler, TextsThatNoReaderCanReadBackAreRefused) {
-    EXPECT_EQ(compile_with(5, column_of("STL_STRING"), std::string(255, 'x')), "(no report)");
-    EXPECT_EQ(compile_with(5, column_of("STL_STRING"), std::string(256, 'x')), "type == PGMDEV_MANAGER_BOOL");
+    EXPECT_EQ(compile_with(5, column_of_kind("STL_STRING"), std::string(255, 'x')), "(no report)");
+    EXPECT_EQ(compile_with(5, column_of_kind("STL_STRING"), std::string(256, 'x')), "type == PGMDEV_MANAGER_BOOL");
 }
 
 TEST_F(DevInfoCompiler, AMissingFamilyIsReplacedAndAnnounced) {
@@ -309,7 +310,7 @@ TEST_F(DevInfoCompiler, AFailureLeavesAManagerThatCanTryAgain) {
 
 TEST_F(DevInfoCompiler, ARefusalLeavesAnOldOutputAsItWas) {
     m_scratch.write("out.pcf", "old");
-    EXPECT_EQ(compile_with(5, column_of("bool"), "x"), R"(string == "" || string == "FALSE" || string == "TRUE")");
+    EXPECT_EQ(compile_with(5, column_of_kind("bool"), "x"), R"(string == "" || string == "FALSE" || string == "TRUE")");
     EXPECT_EQ(read_file(output()), "old");
     EXPECT_EQ(compile(ref::rows()), "(no report)");
     EXPECT_EQ(read_file(output()).substr(0, 8), "PGMIO_DM");

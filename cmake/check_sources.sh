@@ -1,0 +1,49 @@
+#!/usr/bin/env bash
+# check_sources.sh quick|full: holds the sources against .clang-format and .clang-tidy.
+#
+# quick  every file against .clang-format; libraries, generator and command against some checks of .clang-tidy that
+#        cost little, a room at a time as the build tree build/asan compiles them. Passes at once when nothing has changed
+#        since it last passed.
+# full   every file, tests too, against all of .clang-tidy, one by one: minutes.
+set -euo pipefail
+root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
+. "$root/cmake/prepare.sh"
+cd "$root"
+mode=${1:?quick or full}
+mapfile -t sources < <(git ls-files --cached --others --exclude-standard '*.cpp' '*.h')
+
+# Found without a look at every declaration of every header.
+quick_checks='-*,performance-*,-performance-unnecessary-value-param,misc-definitions-in-headers,misc-unused-using-decls'
+quick_checks+=',modernize-use-nullptr,modernize-use-override,readability-container-size-empty'
+
+# database PRESET: how the build tree of PRESET compiles, without what only GCC understands; in build/tidy.
+database() {
+    mkdir -p build/tidy
+    sed -E 's/ -(fno-gnu-unique|Wno-restrict|Wno-subobject-linkage|Werror|fsanitize=[a-z,]+|fno-sanitize-recover=all)\>//g' \
+        "build/$1/compile_commands.json" >build/tidy/compile_commands.json
+}
+
+# tidy OPTION...: the files named on standard input.
+tidy() {
+    xargs -P "$(nproc)" -n 1 clang-tidy -p build/tidy --quiet "$@" 2> >(grep -v ' warnings generated\.$' >&2)
+}
+
+# compiled PATTERN: the files that the build compiles and whose paths match.
+compiled() { sed -nE 's/^ *"file": "(.*)",?$/\1/p' build/tidy/compile_commands.json | grep -E "$1" | sort -u; }
+
+say "Checking the sources"
+clang-format --dry-run -Werror "${sources[@]}"
+if [ "$mode" = full ]; then
+    cmake -S . -B build/tidy -G Ninja -DCMAKE_BUILD_TYPE=Debug -DPGMDEV_COMPILE_BY_ROOM=none >/dev/null
+    database tidy
+    compiled "^$root/(pgm|host|system|tools|examples|tests)/" | tidy
+    exit
+fi
+
+passed="$root/build/asan/sources_that_passed"
+digest=$(sha256sum .clang-tidy cmake/check_sources.sh "${sources[@]}" | sha256sum)
+if [ "$(cat "$passed" 2>/dev/null)" != "$digest" ]; then
+    database asan
+    compiled '/(pgm|host|tools)/' | tidy --checks="$quick_checks" --header-filter="^$root/(h|host|pgm|system|tools)/"
+    echo "$digest" >"$passed"
+fi

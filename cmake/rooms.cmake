@@ -1,0 +1,35 @@
+# A room is a directory of sources that serve one purpose. The files of a room can be compiled as one, which reads the
+# headers that they share only once: of a build from nothing, most of the time goes there. A file by itself is compiled
+# faster, which is better for working on it.
+#
+# What a room's files have in anonymous namespaces must then differ by name.
+
+set(PGMDEV_COMPILE_BY_ROOM tests CACHE STRING "Whose files are compiled a room at a time: all, tests or none")
+set_property(CACHE PGMDEV_COMPILE_BY_ROOM PROPERTY STRINGS all tests none)
+
+# compile_by_room(TARGET WHOSE [PREFIX...]): TARGET, one of the `tests` or of the `products`, is compiled a room at a
+# time if PGMDEV_COMPILE_BY_ROOM says so. Files of TARGET's own directory that begin with a PREFIX have a room of their own.
+# Sources of other directories and generated ones are compiled by themselves.
+function(compile_by_room target whose)
+  if(NOT PGMDEV_COMPILE_BY_ROOM STREQUAL all AND NOT PGMDEV_COMPILE_BY_ROOM STREQUAL whose)
+    return()
+  endif()
+  set_target_properties(${target} PROPERTIES UNITY_BUILD ON UNITY_BUILD_MODE GROUP)
+  # Of anonymous namespaces in what is included, as the files of a room are then.
+  if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+    target_compile_options(${target} PRIVATE -Wno-subobject-linkage)
+  endif()
+  get_target_property(sources ${target} SOURCES)
+  foreach(source IN LISTS sources)
+    if(source MATCHES "^[^/$].*\\.cpp$")
+      cmake_path(GET source PARENT_PATH room)
+      foreach(prefix IN LISTS ARGN)
+        if(source MATCHES "^${prefix}")
+          set(room ${prefix})
+        endif()
+      endforeach()
+      string(MAKE_C_IDENTIFIER "room_${room}" room)
+      set_source_files_properties(${source} PROPERTIES UNITY_GROUP ${room})
+    endif()
+  endforeach()
+endfunction()

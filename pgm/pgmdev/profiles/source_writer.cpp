@@ -8,8 +8,6 @@
 
 namespace {
 
-constexpr std::size_t RECORDS = PGMDEV_DEV_INFO_MANAGER::TOTAL_DATABASE_DEVICE;
-
 bool spell(const PGMDEV_DEVICE_INFO_MEMBER& member, const PGMDEV_DEVICE_INFO& record, std::string& cell) {
     bool nameable = false;
     cell = pgmdev_device_info_cell(member, record, nameable);
@@ -23,9 +21,10 @@ std::size_t keys_of(const std::vector<std::string>& row) {
 }  // namespace
 
 std::string PGMDEV_DEV_INFO_TABLE::source_text(std::string& obstacle) const {
-    if (m_records.size() != RECORDS) {
-        obstacle = std::to_string(m_records.size()) + " records cannot be a source table, which has " +
-                   std::to_string(RECORDS);
+    constexpr std::size_t ROWS = PGMDEV_DEV_INFO_MANAGER::TOTAL_DATABASE_DEVICE;
+    if (m_records.size() != ROWS) {
+        obstacle =
+            std::to_string(m_records.size()) + " records cannot be a source table, which has " + std::to_string(ROWS);
         return {};
     }
     SOURCE_CELLS rows = source_header_cells(PROFILE_SOURCE::HEADER);

@@ -40,7 +40,7 @@ std::vector<std::string> names_of(PGM_ENUM_TYPE type) {
     return names;
 }
 
-void show_name(const ARGUMENTS& given, COMMAND& command) {
+void show_enumerator_name(const ARGUMENTS& given, COMMAND& command) {
     const std::string& type_text = given.text("TYPE");
     const PGM_ENUM_TYPE type = parse_type(type_text);
     for_each_item(given.text("VALUE"), [&](const std::string& item, bool batch) {
@@ -59,7 +59,7 @@ void show_name(const ARGUMENTS& given, COMMAND& command) {
     });
 }
 
-void show_value(const ARGUMENTS& given, COMMAND& command) {
+void show_enumerator_value(const ARGUMENTS& given, COMMAND& command) {
     const std::string& type_text = given.text("TYPE");
     const PGM_ENUM_TYPE type = parse_type(type_text);
     for_each_item(given.text("NAME"), [&](const std::string& item, bool batch) {
@@ -98,10 +98,10 @@ void list(const ARGUMENTS& given, const COMMAND& command) {
 NOUN enum_noun() {
     const ARGUMENT type{"TYPE", "Enumeration: " + type_list()};
     const std::vector<VERB> verbs{
-        VERB("name", "The name of a value", "pgmdev enum name option-bit 21", show_name)
+        VERB("name", "The name of a value", "pgmdev enum name option-bit 21", show_enumerator_name)
             .takes(type)
             .takes({"VALUE", "Value, decimal or 0x...; - reads one per line"}),
-        VERB("value", "The value of a name", "pgmdev enum value option-bit AES_KEYS", show_value)
+        VERB("value", "The value of a name", "pgmdev enum value option-bit AES_KEYS", show_enumerator_value)
             .takes(type)
             .takes({"NAME", "Name, in any case; - reads one per line"}),
         VERB("list", "All values and their names", "pgmdev enum list sector", list).takes(type),

@@ -71,7 +71,7 @@ std::string unknown_part(const std::string& name, bool batch) {
     return fmt::format("no part is named \"{}\"{}", name, batch ? "" : did_you_mean(name, part_names()));
 }
 
-void show_name(const ARGUMENTS& given, COMMAND& command) {
+void show_code_name(const ARGUMENTS& given, COMMAND& command) {
     for_each_item(given.text("INDEX"), [&](const std::string& item, bool batch) {
         const DWORD index = parse_dword(item, "an ordering-code index");
         const std::string name = PGMDEV_MGR::get_opn(index);
@@ -83,7 +83,7 @@ void show_name(const ARGUMENTS& given, COMMAND& command) {
     });
 }
 
-void show_index(const ARGUMENTS& given, COMMAND& command) {
+void show_code_index(const ARGUMENTS& given, COMMAND& command) {
     for_each_item(given.text("NAME"), [&](const std::string& item, bool batch) {
         const ORDERING_CODE code = by_name(item);
         const bool is_part = code.hash != PGMDEV_MGR::INVALID_NAME_HASH;
@@ -96,7 +96,7 @@ void show_index(const ARGUMENTS& given, COMMAND& command) {
     });
 }
 
-void show_hash(const ARGUMENTS& given, COMMAND& command) {
+void show_name_hash(const ARGUMENTS& given, COMMAND& command) {
     for_each_item(given.text("NAME"), [&](const std::string& item, bool batch) {
         const ORDERING_CODE code = by_name(item);
         const bool found = code.hash != PGMDEV_MGR::INVALID_NAME_HASH;
@@ -104,7 +104,7 @@ void show_hash(const ARGUMENTS& given, COMMAND& command) {
     });
 }
 
-void show_from_hash(const ARGUMENTS& given, COMMAND& command) {
+void show_name_of_hash(const ARGUMENTS& given, COMMAND& command) {
     for_each_item(given.text("HASH"), [&](const std::string& item, bool batch) {
         const QWORD hash = parse_hash(item);
         const std::string name = PGMDEV_MGR::get_opn_from_hash(hash);
@@ -120,10 +120,12 @@ NOUN opn_noun() {
     const ARGUMENT name{"NAME", "Part name, in any case; - reads one per line"};
     const ARGUMENT hash{"HASH", "Hash, decimal or 0x...; - reads one per line"};
     const std::vector<VERB> verbs{
-        VERB("name", "The part that an ordering-code index stands for", "pgmdev opn name 1337", show_name).takes(index),
-        VERB("index", "The first ordering-code index of a part", "pgmdev opn index KES50C6", show_index).takes(name),
-        VERB("hash", "The 48-bit hash of a part's name", "pgmdev opn hash KES50C6", show_hash).takes(name),
-        VERB("from-hash", "The part whose name has a hash", "pgmdev opn from-hash 0xDCB59F75E910", show_from_hash)
+        VERB("name", "The part that an ordering-code index stands for", "pgmdev opn name 1337", show_code_name)
+            .takes(index),
+        VERB("index", "The first ordering-code index of a part", "pgmdev opn index KES50C6", show_code_index)
+            .takes(name),
+        VERB("hash", "The 48-bit hash of a part's name", "pgmdev opn hash KES50C6", show_name_hash).takes(name),
+        VERB("from-hash", "The part whose name has a hash", "pgmdev opn from-hash 0xDCB59F75E910", show_name_of_hash)
             .takes(hash),
     };
     return {"opn", "Ordering codes: indexes and hashes of parts", "pgmdev opn index KES50C6", verbs};

@@ -34,8 +34,8 @@ compiled() { sed -nE 's/^ *"file": "(.*)",?$/\1/p' build/tidy/compile_commands.j
 say "Checking the sources"
 clang-format --dry-run -Werror "${sources[@]}"
 if [ "$mode" = full ]; then
-    cmake -S . -B build/tidy -G Ninja -DCMAKE_BUILD_TYPE=Debug -DPGMDEV_COMPILE_BY_ROOM=none >/dev/null
-    database tidy
+    cmake -S . -B build/file_by_file -G Ninja -DCMAKE_BUILD_TYPE=Debug -DPGMDEV_COMPILE_BY_ROOM=none >/dev/null
+    database file_by_file
     compiled "^$root/(pgm|host|system|tools|examples|tests)/" | tidy
     exit
 fi

@@ -257,6 +257,7 @@ TEST_F(DevInfoLoading, ArraysOfADerivingClassAreTakenOver) {
     DEV_INFO_PROBE manager;
     manager.m_device_database = new PGMDEV_DEVICE_INFO[78];
     manager.m_device_database[3].family = DEV_FAMILY_HERON;
+    delete[] manager.m_family_table;
     manager.m_family_table = new DWORD[73]{};
     manager.m_pgm_parts = {new PGMDEV_PGM_PART{1, static_cast<DEV_DEVICE_ENUM>(2), "x"},
                            new PGMDEV_PGM_PART{2, static_cast<DEV_DEVICE_ENUM>(3), "y"}};

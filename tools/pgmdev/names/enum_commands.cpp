@@ -29,7 +29,8 @@ PGM_ENUM_TYPE parse_type(const std::string& text) {
             return static_cast<PGM_ENUM_TYPE>(i);
         }
     }
-    throw USAGE_ERROR(fmt::format("\"{}\" is not an enumeration: expected {}", text, type_list()));
+    throw USAGE_ERROR(fmt::format("\"{}\" is not an enumeration: expected {}{}", text, type_list(),
+                                  did_you_mean(nearest(text, {TYPES.begin(), TYPES.end()}))));
 }
 
 std::vector<std::string> names_of(PGM_ENUM_TYPE type) {
@@ -68,7 +69,7 @@ void show_enumerator_value(const ARGUMENTS& given, COMMAND& command) {
         if (!found) {
             command.result = EXIT_NOT_FOUND;
             fmt::print(stderr, "pgmdev: {} has no value named \"{}\"{}\n", type_text, item,
-                       batch ? "" : did_you_mean(item, names_of(type)));
+                       batch ? "" : did_you_mean(nearest(item, names_of(type))));
         }
         if (command.json && (found || batch)) {
             print_json_answer({{"value", found ? JSON(value) : JSON()}, {"name", item}}, batch);

@@ -4,6 +4,7 @@
 #include <memory>
 
 #include "dev.h"
+#include "files/database.h"
 #include "names/device_names.h"
 #include "pgmdev_dev_info_manager_auto_export.h"
 #include "profile/output.h"
@@ -111,7 +112,7 @@ void show_one(PROFILE_DATABASE& database, PROFILE_KEY key, const std::string& na
         command.result = EXIT_NOT_FOUND;
         fmt::print(stderr, "pgmdev: {}\n",
                    number == 0 ? fmt::format("no {} is named \"{}\"{}", question.noun, name,
-                                             did_you_mean(name, question.names()))
+                                             did_you_mean(nearest(name, question.names())))
                                : fmt::format("no profile governs {} {}", question.noun, name));
         if (command.json && batch) {
             print_json_line({{"index", nullptr}, {"rule", nullptr}, {question.noun, name}});
@@ -129,6 +130,10 @@ void show_one(PROFILE_DATABASE& database, PROFILE_KEY key, const std::string& na
 }
 
 }  // namespace
+
+PROFILE_DATABASE::PROFILE_DATABASE()
+    : PGMDEV_DEV_INFO_MANAGER(read_database(PROFILE_DATABASE_KIND, profile_database_place(),
+                                            [] { return PGMDEV_DEV_INFO_MANAGER(false); })) {}
 
 void show_profile(PROFILE_KEY key, const std::string& argument, COMMAND& command) {
     PROFILE_DATABASE database;

@@ -1,10 +1,15 @@
 #include "terminal/command_line.h"
 
+#include <fmt/core.h>
+
 #include <CLI/CLI.hpp>
 #include <memory>
+#include <sstream>
 
 #include "cfg.h"
 #include "gen.h"
+#include "terminal/failure.h"
+#include "terminal/unknown_word.h"
 
 namespace {
 
@@ -43,7 +48,10 @@ void add_verb(CLI::App& noun, const VERB& verb, COMMAND& command) {
     app->footer(verb.notes + "Example: " + verb.example);
     const auto arguments = std::make_shared<ARGUMENTS>();  // lives as long as the callback that reads it
     arguments->bind(verb.arguments, *app);
-    app->callback([run = verb.run, arguments, &command] { run(*arguments, command); });
+    app->callback([run = verb.run, arguments, &command] {
+        command.prepare();
+        run(*arguments, command);
+    });
 }
 
 void add_noun(CLI::App& parent, const NOUN& noun, COMMAND& command) {
@@ -56,6 +64,13 @@ void add_noun(CLI::App& parent, const NOUN& noun, COMMAND& command) {
     for (const NOUN& group : noun.groups) {
         add_noun(*app, group, command);
     }
+}
+
+/// What the parser finds wrong. A misspelt word explains more than what it leads to.
+COMMAND_FAILURE wrong_arguments(const std::vector<NOUN>& nouns, const std::vector<std::string>& arguments,
+                                const CLI::ParseError& error) {
+    const std::string word = unknown_word(nouns, arguments);
+    return COMMAND_FAILURE({"usage", word.empty() ? error.what() : word, "", {}, "--help tells more", {}}, EXIT_USAGE);
 }
 
 }  // namespace
@@ -122,7 +137,12 @@ bool run_command_line(const std::vector<NOUN>& nouns, const std::vector<std::str
     try {
         app.parse(std::vector<std::string>(arguments.rbegin(), arguments.rend()));
     } catch (const CLI::ParseError& error) {
-        command.result = app.exit(error) == 0 ? EXIT_DONE : EXIT_USAGE;
+        std::ostringstream output;
+        std::ostringstream errors;
+        if (app.exit(error, output, errors) != 0) {
+            throw wrong_arguments(nouns, arguments, error);
+        }
+        fmt::print("{}", output.str());
         return false;
     }
     return true;

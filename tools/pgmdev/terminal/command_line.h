@@ -83,5 +83,5 @@ struct NOUN {
 };
 
 /// Carries out what the arguments ask for, after the options that go with every verb. False when there is nothing to
-/// carry out: help was asked for and is shown, or the arguments are wrong and the result says so.
+/// carry out: help was asked for and is shown. Wrong arguments throw COMMAND_FAILURE.
 bool run_command_line(const std::vector<NOUN>& nouns, const std::vector<std::string>& arguments, COMMAND& command);

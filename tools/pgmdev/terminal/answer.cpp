@@ -35,7 +35,8 @@ JSON answer_json(const std::string& query, const ANSWER& answer) {
 void give(const std::string& query, const ANSWER& answer, bool batch, COMMAND& command) {
     if (!answer.found) {
         command.result = EXIT_NOT_FOUND;
-        fmt::print(stderr, "pgmdev: {}{}\n", printable(answer.missing), printable(suggestion(answer.candidates)));
+        fmt::print(stderr, "pgmdev: {}{}\n", printable(answer.missing), 
+                   command.quiet ? "" : printable(suggestion(answer.candidates)));
     }
     if (command.json) {
         print_json_answer(answer_json(query, answer), batch);

@@ -38,7 +38,7 @@ void show_one(PGMDEV_FLASH_MANAGER& manager, const std::string& name, bool batch
     if (record == nullptr) {
         command.result = EXIT_NOT_FOUND;
         fmt::print(stderr, "pgmdev: no flash is named \"{}\"{}\n", name,
-                   did_you_mean_longer_or_shorter(name, default_names(manager)));
+                   did_you_mean(longer_or_shorter(name, default_names(manager))));
         if (command.json && batch) {
             print_json_line({{"index", nullptr}, {"device_name", name}});
         }

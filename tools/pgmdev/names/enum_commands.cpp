@@ -70,7 +70,7 @@ void show_value(const ARGUMENTS& given, COMMAND& command) {
         if (!found) {
             command.result = EXIT_NOT_FOUND;
             fmt::print(stderr, "pgmdev: {} has no value named \"{}\"{}\n", type_text, item,
-                       batch ? "" : did_you_mean(item, names_of(type)));
+                       batch ? "" : did_you_mean(nearest(item, names_of(type))));
         }
         if (command.json && (found || batch)) {
             print_json_answer({{"value", found ? JSON(value) : JSON()}, {"name", item}}, batch);

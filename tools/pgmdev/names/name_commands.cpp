@@ -92,7 +92,7 @@ std::string similar_names(const std::string& name) {
     for (const auto& more : {package_and_programming_names(), programmer_part_names(), device_names()}) {
         names.insert(names.end(), more.begin(), more.end());
     }
-    return did_you_mean(name, std::move(names));
+    return did_you_mean(nearest(name, names));
 }
 
 void show(const ARGUMENTS& given, COMMAND& command) {

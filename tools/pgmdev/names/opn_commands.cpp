@@ -68,7 +68,7 @@ void answer(const ORDERING_CODE& code, bool found, bool batch, const std::string
 }
 
 std::string unknown_part(const std::string& name, bool batch) {
-    return fmt::format("no part is named \"{}\"{}", name, batch ? "" : did_you_mean(name, part_names()));
+    return fmt::format("no part is named \"{}\"{}", name, batch ? "" : did_you_mean(nearest(name, part_names())));
 }
 
 void show_name(const ARGUMENTS& given, COMMAND& command) {

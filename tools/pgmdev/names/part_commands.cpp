@@ -55,7 +55,7 @@ void answer(const QUESTION& question, const std::string& argument, COMMAND& comm
         if (part.empty()) {
             command.result = EXIT_NOT_FOUND;
             fmt::print(stderr, "pgmdev: there is {} \"{}\"{}\n", question.not_found, item,
-                       batch ? "" : did_you_mean(item, question.known_names()));
+                       batch ? "" : did_you_mean(nearest(item, question.known_names())));
         }
         JSON found;  // null: none
         if (!part.empty()) {

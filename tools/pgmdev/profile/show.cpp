@@ -103,7 +103,7 @@ void show_one(PROFILE_DATABASE& database, PROFILE_KEY key, const std::string& na
         command.result = EXIT_NOT_FOUND;
         fmt::print(stderr, "pgmdev: {}\n",
                    number == 0 ? fmt::format("no {} is named \"{}\"{}", question.noun, name,
-                                             did_you_mean(name, question.names()))
+                                             did_you_mean(nearest(name, question.names())))
                                : fmt::format("no profile governs {} {}", question.noun, name));
         if (command.json && batch) {
             print_json_line({{"index", nullptr}, {"rule", nullptr}, {question.noun, name}});

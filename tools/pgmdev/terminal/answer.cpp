@@ -6,19 +6,11 @@
 #include <iostream>
 
 #include "gen.h"
+#include "terminal/did_you_mean.h"
 #include "terminal/failure.h"
 #include "terminal/text_table.h"
 
 namespace {
-
-/// "; did you mean A, B", or nothing.
-std::string suggestion(const std::vector<std::string>& candidates) {
-    std::string text;
-    for (const std::string& candidate : candidates) {
-        text += (text.empty() ? "; did you mean " : ", ") + candidate;
-    }
-    return text;
-}
 
 JSON answer_json(const std::string& query, const ANSWER& answer) {
     JSON object{{"query", query}, {"found", answer.found}};
@@ -35,8 +27,7 @@ JSON answer_json(const std::string& query, const ANSWER& answer) {
 void give(const std::string& query, const ANSWER& answer, bool batch, COMMAND& command) {
     if (!answer.found) {
         command.result = EXIT_NOT_FOUND;
-        fmt::print(stderr, "pgmdev: {}{}\n", printable(answer.missing), 
-                   command.quiet ? "" : printable(suggestion(answer.candidates)));
+        fmt::print(stderr, "pgmdev: {}{}\n", printable(answer.missing), printable(did_you_mean(answer.candidates)));
     }
     if (command.json) {
         print_json_answer(answer_json(query, answer), batch);

@@ -10,7 +10,6 @@ enum EXIT_CODE { EXIT_DONE = 0, EXIT_NOT_FOUND = 1, EXIT_USAGE = 2, EXIT_INTERNA
 /// The state of one run of the command.
 struct COMMAND {
     bool json = false;             ///< answer in JSON instead of text for people
-    bool quiet = false;            ///< no hints and no warnings on standard error
     EXIT_CODE result = EXIT_DONE;  ///< becomes the exit code
 };
 

@@ -6,6 +6,7 @@
 
 #include "gen.h"
 #include "stl.h"
+#include "terminal/quiet.h"
 
 namespace {
 
@@ -45,44 +46,53 @@ std::size_t edit_distance(const std::string& left, const std::string& right, std
     return row.back();
 }
 
-/// The text for the first of the names, as many as may be of use.
-std::string suggestion(const std::vector<std::string>& names, std::size_t most) {
-    std::string text;
-    for (std::size_t i = 0; i < std::min(names.size(), most); ++i) {
-        text += (i == 0 ? "; did you mean " : ", ") + names[i];
-    }
+std::string in_upper_case(std::string text) {
+    stl_toupper(text);
     return text;
 }
 
 }  // namespace
 
-std::string did_you_mean(std::string name, std::vector<std::string> candidates) {
+std::vector<std::string> nearest(const std::string& name, const std::vector<std::string>& candidates) {
     constexpr std::size_t MOST = 5;
-    stl_toupper(name);
-    const std::size_t limit = tolerance(name);
+    const std::string wanted = in_upper_case(name);
+    const std::size_t limit = tolerance(wanted);
     std::vector<std::pair<std::size_t, std::string>> near;
-    for (std::string& candidate : candidates) {
-        const std::size_t distance = edit_distance(name, candidate, limit);
+    for (const std::string& candidate : candidates) {
+        const std::size_t distance = edit_distance(wanted, in_upper_case(candidate), limit);
         if (distance > 0 && distance <= limit && !candidate.empty()) {
-            near.emplace_back(distance, std::move(candidate));
+            near.emplace_back(distance, candidate);
         }
     }
     std::sort(near.begin(), near.end());
     near.erase(std::unique(near.begin(), near.end()), near.end());
+    near.resize(std::min(near.size(), MOST));
     std::vector<std::string> names;
     std::transform(near.begin(), near.end(), std::back_inserter(names), [](const auto& found) { return found.second; });
-    return suggestion(names, MOST);
+    return names;
 }
 
-std::string did_you_mean_longer_or_shorter(const std::string& name, const std::vector<std::string>& candidates) {
+std::vector<std::string> longer_or_shorter(const std::string& name, const std::vector<std::string>& candidates) {
     constexpr std::size_t MOST = 8;
     constexpr std::size_t LEAST_SHARED = 3;  // fewer characters begin names of all makers
     std::vector<std::string> names;
     for (const std::string& candidate : candidates) {
         const std::size_t shared = std::min(candidate.size(), name.size());
-        if (shared >= LEAST_SHARED && gen_stricmp(candidate.substr(0, shared), name.substr(0, shared)) == 0) {
+        if (names.size() < MOST && shared >= LEAST_SHARED &&
+            gen_stricmp(candidate.substr(0, shared), name.substr(0, shared)) == 0) {
             names.push_back(candidate);
         }
     }
-    return suggestion(names, MOST);
+    return names;
+}
+
+std::string did_you_mean(const std::vector<std::string>& names) {
+    std::string text;
+    if (is_quiet()) {
+        return text;
+    }
+    for (const std::string& name : names) {
+        text += (text.empty() ? "; did you mean " : ", ") + name;
+    }
+    return text;
 }

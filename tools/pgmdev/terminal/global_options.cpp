@@ -4,6 +4,7 @@
 
 #include "cfg.h"
 #include "gen.h"
+#include "terminal/quiet.h"
 #include "terminal/screen.h"
 
 namespace {
@@ -29,7 +30,7 @@ std::vector<GLOBAL_OPTION> global_options() {
         {"--set", "KEY=VALUE", "Set a configuration value for this run; may be repeated",
          [](VALUE assignment, COMMAND&) { set_switch(assignment); }, true},
         {"--wide", "", "Tables on a terminal: all columns, whatever its width", [](VALUE, COMMAND&) { show_all_columns(); }},
-        {"-q,--quiet", "", "No hints and no warnings", [](VALUE, COMMAND& c) { c.quiet = true; }},
+        {"-q,--quiet", "", "No hints and no warnings", [](VALUE, COMMAND&) { be_quiet(); }},
         {"-v,--verbose", "", "Show the debug channel on standard error",
          [](VALUE, COMMAND&) { cfg_set_value("TESSARY_DEBUG_LEVEL", "2"); }},
     };

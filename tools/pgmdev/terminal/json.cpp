@@ -32,8 +32,11 @@ DOCUMENT document_of(const JSON& json) {
         json.value());
 }
 
-void print(const JSON& json, int indentation) {
-    fmt::print("{}\n", document_of(json).dump(indentation, ' ', false, DOCUMENT::error_handler_t::replace));
+constexpr int READABLE = 2;  // blanks for each level
+constexpr int ON_ONE_LINE = -1;
+
+std::string text_of(const JSON& json, int indentation) {
+    return document_of(json).dump(indentation, ' ', false, DOCUMENT::error_handler_t::replace);
 }
 
 }  // namespace
@@ -61,14 +64,16 @@ JSON& JSON::operator[](std::string_view name) {
     return object.values.emplace_back();
 }
 
+std::string json_text(const JSON& value) {
+    return text_of(value, ON_ONE_LINE);
+}
+
 void print_json(const JSON& document) {
-    constexpr int READABLE = 2;  // blanks for each level
-    print(document, READABLE);
+    fmt::print("{}\n", text_of(document, READABLE));
 }
 
 void print_json_line(const JSON& document) {
-    constexpr int ON_ONE_LINE = -1;
-    print(document, ON_ONE_LINE);
+    fmt::print("{}\n", text_of(document, ON_ONE_LINE));
 }
 
 void print_json_answer(const JSON& answer, bool batch) {

@@ -57,6 +57,8 @@ struct JSON::MEMBER {
     JSON value;
 };
 
+/// The value on one line, without a line feed. Bytes that are not UTF-8 become replacement characters.
+std::string json_text(const JSON& value);
 /// One JSON document, readable: indented, ending in a line feed. Bytes that are not UTF-8 become replacement characters.
 void print_json(const JSON& document);
 /// One JSON document on one line, for batches.

@@ -21,8 +21,11 @@ HOST_EXPORT std::string gen_get_tessary_path();
 /// TESSARY_DEVICE_DB_DIR. Otherwise "devices" of the installation directory.
 HOST_EXPORT std::string gen_get_device_db_fullpath();
 
-/// The directory of the device-data library. Environment: TESSARY_MODULE_DIR. Otherwise the directory of this library,
-/// which is installed beside it.
+/// The directory of the device-data library, where its parameter container is. Environment: TESSARY_MODULE_DIR.
+/// Otherwise the directory of this library, which is installed beside it. Where that has no container and may not be
+/// written, the first state directory that has one, or else that may be written: the system's, /var/lib/tessary (on
+/// Windows %PROGRAMDATA%\tessary), which an administrator makes; the user's, ~/.local/state/tessary or
+/// XDG_STATE_HOME/tessary (%LOCALAPPDATA%\tessary), which is made when something is written there.
 HOST_EXPORT std::string gen_get_module_path();
 
 /// Sets the directory for this process; an empty path returns to the other sources.

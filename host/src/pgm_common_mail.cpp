@@ -4,16 +4,23 @@
 #include "fio.h"
 #include "gen.h"
 #include "pgm_common.h"
+#include "standard_places.h"
 #include "utf8_path.h"
 
 namespace {
 
 constexpr const char* OUTBOX_KEY = "TESSARY_OUTBOX_DIR";
-constexpr const char* OUTBOX_NAME = "/outbox";
+constexpr const char* OUTBOX_NAME = "outbox";
 
 std::string outbox_directory() {
     const std::string configured = cfg_get_value(OUTBOX_KEY);
-    return configured.empty() ? gen_get_tessary_path() + OUTBOX_NAME : configured;
+    if (!configured.empty()) {
+        return configured;
+    }
+    const std::filesystem::path installation = path_from_utf8(gen_get_tessary_path());
+    const std::filesystem::path directory =
+        is_writable_directory(installation / OUTBOX_NAME) ? installation : writable_place(installation, OUTBOX_NAME);
+    return utf8_from_path(directory / OUTBOX_NAME);
 }
 
 /// Creates the directory and what is missing above it. Not std::filesystem::create_directories, which on Windows knows

@@ -2,7 +2,10 @@
 
 #include <fmt/core.h>
 
+#include <stdexcept>
 #include <string_view>
+
+#include "fio.h"
 
 namespace {
 
@@ -150,4 +153,20 @@ void print_man_page(const COMMAND_TABLE& table, const std::vector<std::string>& 
         }
     }
     throw USAGE_ERROR(fmt::format("there is no noun \"{}\"", words.front()));
+}
+
+void write_man_pages(const COMMAND_TABLE& table, const std::vector<std::string>& words) {
+    if (words.size() != 1) {
+        throw USAGE_ERROR("expected one directory");
+    }
+    const auto write = [&](const std::string& name, const std::string& page) {
+        FIO_REPLACEMENT file(words.front() + "/" + name + ".1");
+        if (!file.write({reinterpret_cast<const BYTE*>(page.data()), page.size()}) || !file.commit()) {
+            throw std::runtime_error(words.front() + "/" + name + ".1 cannot be written");
+        }
+    };
+    write("pgmdev", top_page(table));
+    for (const NOUN& noun : table.all.groups) {
+        write("pgmdev-" + noun.name, noun_page(noun));
+    }
 }

@@ -19,6 +19,7 @@ struct SERVICE {
 constexpr std::array SERVICES{
     SERVICE{"__complete", print_completions},
     SERVICE{"__man", print_man_page},
+    SERVICE{"__man_pages", write_man_pages},
 };
 
 }  // namespace

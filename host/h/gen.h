@@ -8,6 +8,7 @@
 
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "host_export.h"
 #include "host_types.h"
@@ -27,6 +28,10 @@ HOST_EXPORT std::string gen_get_device_db_fullpath();
 /// Windows %PROGRAMDATA%\tessary), which an administrator makes; the user's, ~/.local/state/tessary or
 /// XDG_STATE_HOME/tessary (%LOCALAPPDATA%\tessary), which is made when something is written there.
 HOST_EXPORT std::string gen_get_module_path();
+
+/// The state directories, the one to be preferred first: for files that programs write, where the directories above may
+/// not be written. They need not exist.
+HOST_EXPORT std::vector<std::string> gen_get_state_paths();
 
 /// Sets the directory for this process; an empty path returns to the other sources.
 HOST_EXPORT void gen_set_tessary_path(const std::string& directory);

@@ -75,6 +75,14 @@ std::string gen_get_module_path() {
     return path.empty() ? absolute_directory(writable_place(host_library_directory(), "pgm_flash.ini")) : path;
 }
 
+std::vector<std::string> gen_get_state_paths() {
+    std::vector<std::string> paths;
+    for (const fs::path& directory : state_directories()) {
+        paths.push_back(absolute_directory(directory));
+    }
+    return paths;
+}
+
 void gen_set_tessary_path(const std::string& directory) {
     set(g_install, directory);
 }

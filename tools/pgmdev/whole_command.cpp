@@ -1,3 +1,4 @@
+#include "about/doctor.h"
 #include "about/version.h"
 #include "nouns.h"
 #include "terminal/global_options.h"
@@ -9,7 +10,7 @@ COMMAND_TABLE make() {
     table.all = {"pgmdev",
                  "The device data of Tessary: look it up, check it, compile it.",
                  "pgmdev flash identify 20BA18",
-                 {},
+                 {doctor_verb()},
                  {flash_noun(), hps_noun(), params_noun(), profile_noun(), name_noun(), part_noun(), opn_noun(),
                   enum_noun()}};
     table.options = global_options();

@@ -1,8 +1,22 @@
 #include "names/grammar_trace.h"
 
-#include <cstdio>
+#include <initializer_list>
+#include <iostream>
 
 #include "cfg.h"
+
+namespace {
+
+/// Prints where all of the library prints: a program may lead std::cout elsewhere.
+void print(std::initializer_list<const char*> texts) {
+    std::string all;
+    for (const char* text : texts) {
+        all += text;
+    }
+    std::cout << all << std::flush;
+}
+
+}  // namespace
 
 bool grammar_is_traced() {
     static const std::string KEY = "PGMDEV_ENABLE_GRAMMAR_DEBUG";
@@ -11,18 +25,15 @@ bool grammar_is_traced() {
 
 void trace_package_name(const std::string& name, const std::string& out) {
     if (grammar_is_traced()) {
-        std::printf("Map Flow   : Strip Speedgrade\n");
-        std::printf("    Input  : %s\n", name.c_str());
-        std::printf("    Output : %s\n", out.c_str());
+        print({"Map Flow   : Strip Speedgrade\n    Input  : ", name.c_str(), "\n    Output : ", out.c_str(), "\n"});
     }
 }
 
 void trace_pgm_name(const std::string& name, bool skip_package_conversion, std::string_view package_name,
                     const std::string& out) {
     if (grammar_is_traced()) {
-        std::printf("Map Flow   : Strip Package (skip package conversion: %d)\n", skip_package_conversion ? 1 : 0);
-        std::printf("    Input0 : %s\n", name.c_str());
-        std::printf("    Input1 : %s\n", std::string(package_name).c_str());
-        std::printf("    Output : %s\n", out.c_str());
+        print({"Map Flow   : Strip Package (skip package conversion: ", skip_package_conversion ? "1" : "0",
+               ")\n    Input0 : ", name.c_str(), "\n    Input1 : ", std::string(package_name).c_str(),
+               "\n    Output : ", out.c_str(), "\n"});
     }
 }

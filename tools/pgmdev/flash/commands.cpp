@@ -2,7 +2,6 @@
 
 #include <fmt/core.h>
 
-#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -69,16 +68,15 @@ struct FLASH_TABLES {
     static constexpr const char* DATABASE = "pgm_flash.pcf";
     static constexpr const char* DUMPED = "All records of a packed database, whatever switch enables them";
     static constexpr const char* ROW_KEY = "device_name";
+    static constexpr const DATABASE_KIND& DATABASE_FORMAT = FLASH_DATABASE_KIND;
+    static constexpr bool NEEDS_PART_LIST = false;
 
     static void compile(const FIO_PATH& csv_file, const FIO_PATH& pcf_file) {
         PGMDEV_FLASH_MANAGER(false, 0, true, false).generate_flash_database(csv_file, pcf_file);
     }
     static TABLE read(const std::string& pcf_file) {
-        TABLE table = TABLE::from_database(pcf_file);
-        if (table.records().empty()) {
-            throw std::runtime_error(pcf_file + " is not a flash database");
-        }
-        return table;
+        return read_database(FLASH_DATABASE_KIND, argument_place(pcf_file, "PCF"),
+                             [&pcf_file] { return TABLE::from_database(pcf_file); });
     }
     static void print(const TABLE& table, const COMMAND& command) {
         print_records(table.records().data(), static_cast<DWORD>(table.records().size()), command);

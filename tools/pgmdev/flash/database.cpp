@@ -1,11 +1,8 @@
 #include "flash/database.h"
 
-#include <stdexcept>
+#include "files/database.h"
 
 PGMDEV_FLASH_MANAGER open_flash_database(DWORD device_count) {
-    PGMDEV_FLASH_MANAGER manager(false, device_count, false, false);
-    if (manager.get_flash_database() == nullptr) {
-        throw std::runtime_error("the flash database was not loaded");
-    }
-    return manager;
+    return read_database(FLASH_DATABASE_KIND, flash_database_place(),
+                         [device_count] { return PGMDEV_FLASH_MANAGER(false, device_count, false, false); });
 }

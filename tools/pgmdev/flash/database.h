@@ -2,6 +2,5 @@
 
 #include "pgmdev_flash_manager.h"
 
-/// Loads the flash database for that many device positions. A file of another kind, which loads nothing, throws
-/// std::runtime_error.
+/// Loads the flash database for that many device positions. One that cannot be read throws COMMAND_FAILURE.
 PGMDEV_FLASH_MANAGER open_flash_database(DWORD device_count);

@@ -7,6 +7,7 @@
 #include "flash/verbs.h"
 #include "pgmdev_user_flash.h"
 #include "terminal/input.h"
+#include "terminal/library_output.h"
 #include "terminal/text_table.h"
 
 namespace {
@@ -55,7 +56,7 @@ void decode_one(const std::string& text, bool batch, COMMAND& command) {
 }  // namespace
 
 void define_flash(const ARGUMENTS&, COMMAND& command) {
-    const std::string encoded = PGMDEV_USER_FLASH::define(std::cin, command.json ? std::cerr : std::cout);
+    const std::string encoded = PGMDEV_USER_FLASH::define(std::cin, command.json ? std::cerr : answer_stream());
     if (encoded.empty()) {
         throw USAGE_ERROR(std::cin.fail() ? "the input ended before the last question was answered"
                                           : "no flash was defined");

@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "files/container.h"
 #include "flash/output.h"
 #include "hps/edit.h"
 #include "pgmdev_hps_mgr.h"
@@ -105,6 +106,7 @@ void print_table(const std::vector<PGMDEV_HPS_SPI_STRUCTURE*>& list, std::size_t
 
 template <class FLASH>
 void list_entries(const ARGUMENTS&, const COMMAND& command) {
+    warn_of_container();
     const auto& manager = *FLASH::MANAGER::get_mgr();
     const auto& list = manager.get_list();
     const std::size_t user_count = manager.get_user_list().size();

@@ -4,6 +4,10 @@
 #include <map>
 #include <memory>
 
+#include "files/container.h"
+#include "files/inspection.h"
+#include "files/origins.h"
+#include "files/output.h"
 #include "gen.h"
 #include "hps/edit.h"
 
@@ -36,6 +40,7 @@ std::vector<BYTE> encode(const std::vector<const typename FLASH::RECORD*>& recor
 /// behind its last whole record, is left alone.
 template <class FLASH>
 std::vector<const typename FLASH::RECORD*> editable_list() {
+    require_sound_container("changed");
     const auto& list = FLASH::MANAGER::get_mgr()->get_user_list();
     std::vector<const typename FLASH::RECORD*> records(list.begin(), list.end());
     DWORD size = 0;
@@ -43,10 +48,14 @@ std::vector<const typename FLASH::RECORD*> editable_list() {
     if (block != nullptr) {
         const std::vector<BYTE> known = encode<FLASH>(records);
         if (!std::equal(known.begin(), known.end(), block.get(), block.get() + size)) {
-            throw std::runtime_error(fmt::format(
-                "the block \"{}\" of {}/pgm_flash.ini holds more than this version "
-                "reads; to give it up: params remove {}",
-                PGMDEV_FLASH_INI_NAMES[FLASH::BLOCK], gen_get_module_path(), static_cast<DWORD>(FLASH::BLOCK)));
+            throw COMMAND_FAILURE(
+                {"block_of_another_version",
+                 fmt::format("the block \"{}\" cannot be changed: it holds more than this version reads",
+                             PGMDEV_FLASH_INI_NAMES[FLASH::BLOCK]),
+                 container_place().path,
+                 container_place().tried,
+                 fmt::format("to give it up: params remove {}", static_cast<DWORD>(FLASH::BLOCK)),
+                 {}});
         }
     }
     return records;
@@ -58,9 +67,10 @@ void write_list(const std::vector<const typename FLASH::RECORD*>& records) {
     if (!records.empty()) {
         block = encode<FLASH>(records);
     }
+    forget_system_reason();
     if (!PGMDEV_FLASH_INI::write_flash_ini_data(FLASH::BLOCK, block.empty() ? nullptr : block.data(),
                                                 static_cast<DWORD>(block.size()))) {
-        throw std::runtime_error(gen_get_module_path() + "/pgm_flash.ini cannot be written");
+        throw output_failure(container_place().path, container_place().tried);
     }
 }
 

@@ -31,7 +31,8 @@ PGM_ENUM_TYPE parse_type(const std::string& text) {
             return static_cast<PGM_ENUM_TYPE>(i);
         }
     }
-    throw USAGE_ERROR(fmt::format("\"{}\" is not an enumeration: expected {}", text, type_list()));
+    throw USAGE_ERROR(fmt::format("\"{}\" is not an enumeration: expected {}{}", text, type_list(),
+                                  did_you_mean(nearest(text, {TYPES.begin(), TYPES.end()}))));
 }
 
 std::vector<std::string> names_of(PGM_ENUM_TYPE type) {

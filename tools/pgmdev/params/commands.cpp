@@ -8,9 +8,15 @@
 #include <span>
 #include <vector>
 
+#include "files/container.h"
+#include "files/inspection.h"
+#include "files/origins.h"
+#include "files/output.h"
 #include "fio.h"
 #include "gen.h"
+#include "hps/block_form.h"
 #include "pgmdev_flash_ini.h"
+#include "terminal/failure.h"
 #include "terminal/json.h"
 #include "terminal/text_table.h"
 
@@ -44,6 +50,7 @@ JSON block_json(PGMDEV_FLASH_INI_ENUM which, const BLOCK& block) {
 }
 
 void list_blocks(const ARGUMENTS&, const COMMAND& command) {
+    require_sound_container("read");
     JSON array = JSON::array();
     TEXT_TABLE table({"block", "name", "bytes"});
     for (DWORD i = 0; i < PGMDEV_FLASH_INI_MAX; ++i) {
@@ -90,16 +97,20 @@ void report_absent(PGMDEV_FLASH_INI_ENUM which, COMMAND& command) {
 void read_block(const ARGUMENTS& given, COMMAND& command) {
     const PGMDEV_FLASH_INI_ENUM which = parse_block(given.text("BLOCK"));
     const std::string& file = given.text("FILE");
+    require_sound_container("read");
+    if (!file.empty()) {
+        confirm_output(file, {container_place().path}, fmt::format("block \"{}\"", PGMDEV_FLASH_INI_NAMES[which]),
+                       block_stamp(which), given.has("--force"));
+    }
     const BLOCK block(which);
     if (block.data == nullptr) {
         report_absent(which, command);
         return;
     }
     if (!file.empty()) {
-        FIO_REPLACEMENT output(file);
-        if (!output.write(block.bytes()) || !output.commit()) {
-            throw std::runtime_error(file + " cannot be written");
-        }
+        OUTPUT_FILE output(file);
+        output.write(block.bytes());
+        output.commit();
     }
     if (command.json) {
         JSON object = block_json(which, block);
@@ -110,28 +121,40 @@ void read_block(const ARGUMENTS& given, COMMAND& command) {
     }
 }
 
+COMMAND_FAILURE unreadable(const std::string& path, const std::string& obstacle) {
+    return COMMAND_FAILURE({"file_unreadable",
+                            fmt::format("the file cannot be read, since {}", obstacle),
+                            path,
+                            {"argument FILE"},
+                            "name a file with the bytes of the block",
+                            {}},
+                           EXIT_USAGE);
+}
+
 std::vector<BYTE> read_whole(const std::string& path) {
     constexpr QWORD MOST_BYTES = 0xFFFFFFFF;  // the container tells a size in 32 bits
-    FIO_STATUS status;
+    const INSPECTED_FILE inspected = inspect_file(path, 0);
+    if (!inspected.obstacle.empty()) {
+        throw unreadable(path, inspected.obstacle);
+    }
+    if (inspected.size == 0 || inspected.size > MOST_BYTES) {
+        throw USAGE_ERROR(path + (inspected.size == 0 ? " is empty; params remove removes a block" : " is too large"));
+    }
     std::ifstream file(fio_get_unc_full_path(path), std::ios::binary);
-    if (!FIO_FILE_SYSTEM::status(path.c_str(), &status) || !status.regular || !file.is_open()) {
-        throw USAGE_ERROR(path + " cannot be read");
-    }
-    if (status.size == 0 || status.size > MOST_BYTES) {
-        throw USAGE_ERROR(path + (status.size == 0 ? " is empty; params remove removes a block" : " is too large"));
-    }
-    std::vector<BYTE> bytes(status.size);
+    std::vector<BYTE> bytes(inspected.size);
+    forget_system_reason();
     if (!file.read(reinterpret_cast<char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()))) {
-        throw USAGE_ERROR(path + " cannot be read");
+        throw unreadable(path, as_clause(system_reason()));
     }
     return bytes;
 }
 
 /// Replaces a block, or removes it when there are no bytes.
 void replace_block(PGMDEV_FLASH_INI_ENUM which, std::vector<BYTE> bytes, const COMMAND& command) {
+    forget_system_reason();
     if (!PGMDEV_FLASH_INI::write_flash_ini_data(which, bytes.empty() ? nullptr : bytes.data(),
                                                 static_cast<DWORD>(bytes.size()))) {
-        throw std::runtime_error(gen_get_module_path() + "/pgm_flash.ini cannot be written");
+        throw output_failure(container_place().path, container_place().tried);
     }
     if (command.json) {
         print_json(block_json(which, BLOCK(which)));
@@ -143,11 +166,26 @@ void replace_block(PGMDEV_FLASH_INI_ENUM which, std::vector<BYTE> bytes, const C
 }
 
 void write_block(const ARGUMENTS& given, const COMMAND& command) {
-    replace_block(parse_block(given.text("BLOCK")), read_whole(given.text("FILE")), command);
+    const PGMDEV_FLASH_INI_ENUM which = parse_block(given.text("BLOCK"));
+    require_sound_container("changed");
+    const std::string& file = given.text("FILE");
+    std::vector<BYTE> bytes = read_whole(file);
+    const std::string fault = given.has("--raw") ? "" : block_fault(which, bytes);
+    if (!fault.empty()) {
+        throw COMMAND_FAILURE({"refused",
+                               fmt::format("the file is no block \"{}\": {}", PGMDEV_FLASH_INI_NAMES[which], fault),
+                               file,
+                               {"argument FILE"},
+                               "name another file, or insist with --raw",
+                               {}},
+                              EXIT_USAGE);
+    }
+    replace_block(which, std::move(bytes), command);
 }
 
 void remove_block(const ARGUMENTS& given, COMMAND& command) {
     const PGMDEV_FLASH_INI_ENUM which = parse_block(given.text("BLOCK"));
+    require_sound_container("changed");
     if (BLOCK(which).data == nullptr) {
         report_absent(which, command);
         return;
@@ -163,10 +201,12 @@ NOUN params_noun() {
         VERB("list", "All blocks and their sizes", "pgmdev --json params list", list_blocks),
         VERB("read", "Show a block, or copy it into a file", "pgmdev params read \"HPS SPI\" spi.bin", read_block)
             .takes(block)
-            .takes({"FILE", "File that receives the bytes instead of a listing", ARGUMENT::OPTIONAL_TEXT}),
+            .takes({"FILE", "File that receives the bytes instead of a listing", ARGUMENT::OPTIONAL_TEXT})
+            .takes({"--force", "Replace a file that is no such block, too", ARGUMENT::FLAG}),
         VERB("write", "Replace a block and keep the others", "pgmdev params write 1 spi.bin", write_block)
             .takes(block)
-            .takes({"FILE", "File with the bytes of the block"}),
+            .takes({"FILE", "File with the bytes of the block"})
+            .takes({"--raw", "Whatever form the bytes have", ARGUMENT::FLAG}),
         VERB("remove", "Remove a block and keep the others", "pgmdev params remove 1", remove_block).takes(block),
     };
     return {"params", "The parameter blocks of pgm_flash.ini in the module directory", "pgmdev params list", verbs};

@@ -36,11 +36,16 @@ struct PROFILE_TABLES {
     static constexpr const char* DATABASE = "pgm_dev_info.pcf";
     static constexpr const char* DUMPED = "All records of a packed database";
     static constexpr const char* ROW_KEY = "row";
+    static constexpr const DATABASE_KIND& DATABASE_FORMAT = PROFILE_DATABASE_KIND;
+    static constexpr bool NEEDS_PART_LIST = true;
 
     static void compile(const FIO_PATH& csv_file, const FIO_PATH& pcf_file) {
         PGMDEV_DEV_INFO_MANAGER(true).generate_device_database(csv_file, pcf_file);
     }
-    static TABLE read(const std::string& pcf_file) { return TABLE::from_database(pcf_file); }
+    static TABLE read(const std::string& pcf_file) {
+        return read_database(PROFILE_DATABASE_KIND, argument_place(pcf_file, "PCF"),
+                             [&pcf_file] { return TABLE::from_database(pcf_file); });
+    }
     static void print(const TABLE& table, const COMMAND& command) { print_records(table.records(), command); }
 };
 

@@ -4,6 +4,7 @@
 #include <memory>
 
 #include "dev.h"
+#include "files/database.h"
 #include "names/device_names.h"
 #include "pgmdev_dev_info_manager_auto_export.h"
 #include "profile/output.h"
@@ -129,6 +130,10 @@ std::vector<std::string> family_names() {
     }
     return names;
 }
+
+PROFILE_DATABASE::PROFILE_DATABASE()
+    : PGMDEV_DEV_INFO_MANAGER(read_database(PROFILE_DATABASE_KIND, profile_database_place(),
+                                            [] { return PGMDEV_DEV_INFO_MANAGER(false); })) {}
 
 void show_profile(PROFILE_KEY key, const std::string& argument, COMMAND& command) {
     PROFILE_DATABASE database;

@@ -9,6 +9,9 @@
 /// The database with what only deriving classes see.
 class PROFILE_DATABASE : public PGMDEV_DEV_INFO_MANAGER {
 public:
+    /// Loads it. One that cannot be read throws COMMAND_FAILURE.
+    PROFILE_DATABASE();
+
     DWORD count() const { return m_device_count; }
     DWORD found_index() const { return m_index; }  ///< of the last look-up; INVALID_DWORD: nothing found
 };

@@ -9,7 +9,10 @@
 #include <string>
 #include <vector>
 
-#include "fio.h"
+#include "files/database.h"
+#include "files/inspection.h"
+#include "files/output.h"
+#include "files/source.h"
 #include "tables/fault_output.h"
 #include "terminal/command_line.h"
 #include "terminal/json.h"
@@ -18,6 +21,8 @@
 //   TABLE                                  the library's class for it
 //   NOUN, SOURCE_TABLE, DATABASE, DUMPED   what help says
 //   ROW_KEY                                the key under which a fault in JSON tells its row
+//   DATABASE_FORMAT                        what tells its databases apart
+//   NEEDS_PART_LIST                        whether compiling reads the part list
 //   compile(csv, pcf)                      compiles
 //   read(pcf)                              reads a database for people
 //   print(table, command)                  shows the records of a database
@@ -50,31 +55,39 @@ void check_table(const ARGUMENTS& given, COMMAND& command) {
     }
 }
 
+/// Compiles into the output's temporary file. What the compiler reports is a failure.
+template <class KIND>
+void compile_source(const std::string& csv_file, const OUTPUT_FILE& output) try {
+    forget_system_reason();
+    KIND::compile(csv_file, output.temporary());
+} catch (const MSG_INTERNAL_ERROR_EXCEPTION& error) {
+    throw compile_failure(csv_file, KIND::NEEDS_PART_LIST, output, error.report());
+}
+
 /// Checks and compiles a source table, reads the result back, compares, and only then replaces the output.
 template <class KIND>
 void compile_table(const ARGUMENTS& given, const COMMAND& command) {
     const std::string& csv_file = given.text("CSV");
     const std::string& pcf_file = given.text("PCF");
     const auto table = KIND::TABLE::from_source(csv_file);
-    FIO_REPLACEMENT output(pcf_file);
+    confirm_output(pcf_file, {csv_file}, KIND::DATABASE_FORMAT.name, KIND::DATABASE_FORMAT.magic, given.has("--force"));
+    OUTPUT_FILE output(pcf_file);
     if (table.has_faults()) {
         print_faults(table.faults(), csv_file, KIND::TABLE::describe);
     }
-    if (table.records().empty()) {
-        // The format is broken: the compiler itself says which condition stops it.
-        KIND::compile(csv_file, output.temporary());
+    if (table.records().empty() || (KIND::NEEDS_PART_LIST && !part_list_obstacle().empty())) {
+        // The format is broken, or a file is missing: the compiler itself says which condition stops it.
+        compile_source<KIND>(csv_file, output);
     }
     if (table.has_faults()) {
-        throw std::runtime_error(csv_file + " has faults: " + pcf_file + " is left as it was");
+        throw refused_table(csv_file, {});
     }
-    KIND::compile(csv_file, output.temporary());
+    compile_source<KIND>(csv_file, output);
     const auto read_back = KIND::TABLE::from_database(output.temporary());
     if (read_back.records() != table.records() || read_back.payload_size() != table.payload_size()) {
         throw std::runtime_error("what was compiled from " + csv_file + " reads back differently");
     }
-    if (!output.commit()) {
-        throw std::runtime_error(pcf_file + " cannot be replaced");
-    }
+    output.commit();
     if (command.json) {
         print_json(sizes_json(table));
     } else {
@@ -113,7 +126,8 @@ std::vector<VERB> with_table_verbs(std::vector<VERB> verbs) {
     verbs.push_back(VERB("compile", "Compile a source table into a packed database",
                          fmt::format("{} compile {} {}", noun, KIND::SOURCE_TABLE, KIND::DATABASE), compile_table<KIND>)
                         .takes({"CSV", "Source table"})
-                        .takes({"PCF", "Packed database; replaced only when all has succeeded"}));
+                        .takes({"PCF", "Packed database; replaced only when all has succeeded"})
+                        .takes({"--force", "Replace a file that is no such database, too", ARGUMENT::FLAG}));
     verbs.push_back(VERB("dump", KIND::DUMPED, fmt::format("{} dump --csv {}", noun, KIND::DATABASE), dump_table<KIND>)
                         .takes({"PCF", "Packed database"})
                         .takes({"--csv", "As a source table that compiles to the same payload", ARGUMENT::FLAG}));

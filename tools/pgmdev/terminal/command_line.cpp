@@ -1,8 +1,14 @@
 #include "terminal/command_line.h"
 
+#include <fmt/core.h>
+
 #include <CLI/CLI.hpp>
 #include <algorithm>
 #include <memory>
+#include <sstream>
+
+#include "terminal/failure.h"
+#include "terminal/unknown_word.h"
 
 namespace {
 
@@ -37,7 +43,10 @@ void add_verb(CLI::App& noun, const VERB& verb, COMMAND& command) {
     app->footer(verb.notes + "Example: " + verb.example);
     const auto arguments = std::make_shared<ARGUMENTS>();  // lives as long as the callback that reads it
     arguments->bind(verb.arguments, *app);
-    app->callback([run = verb.run, arguments, &command] { run(*arguments, command); });
+    app->callback([run = verb.run, arguments, &command] {
+        command.prepare();
+        run(*arguments, command);
+    });
 }
 
 /// Adds what may stand behind a noun.
@@ -51,6 +60,13 @@ void add_contents(CLI::App& app, const NOUN& noun, COMMAND& command) {
         subcommand->footer("Example: " + group.example);
         add_contents(*subcommand, group, command);
     }
+}
+
+/// What the parser finds wrong. A misspelt word explains more than what it leads to.
+COMMAND_FAILURE wrong_arguments(const NOUN& all, const std::vector<std::string>& arguments,
+                                const CLI::ParseError& error) {
+    const std::string word = unknown_word(all, arguments);
+    return COMMAND_FAILURE({"usage", word.empty() ? error.what() : word, "", {}, "--help tells more", {}}, EXIT_USAGE);
 }
 
 }  // namespace
@@ -115,7 +131,12 @@ bool run_command_line(const COMMAND_TABLE& table, const std::vector<std::string>
     } catch (const ANSWERED&) {
         return true;
     } catch (const CLI::ParseError& error) {
-        command.result = app.exit(error) == 0 ? EXIT_DONE : EXIT_USAGE;
+        std::ostringstream output;
+        std::ostringstream errors;
+        if (app.exit(error, output, errors) != 0) {
+            throw wrong_arguments(table.all, arguments, error);
+        }
+        fmt::print("{}", output.str());
         return false;
     }
     return true;

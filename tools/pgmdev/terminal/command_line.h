@@ -102,5 +102,5 @@ struct COMMAND_TABLE {
 };
 
 /// Carries out what the arguments ask for, after the options that go with every verb. False when there is nothing to
-/// carry out: help was asked for and is shown, or the arguments are wrong and the result says so.
+/// carry out: help was asked for and is shown. Wrong arguments throw COMMAND_FAILURE.
 bool run_command_line(const COMMAND_TABLE& table, const std::vector<std::string>& arguments, COMMAND& command);

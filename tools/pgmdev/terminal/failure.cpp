@@ -2,6 +2,8 @@
 
 #include <fmt/core.h>
 
+#include "terminal/text_table.h"
+
 JSON failure_json(const FAILURE& failure) {
     JSON object{{"code", failure.code}, {"message", failure.message}};
     if (!failure.path.empty()) {
@@ -39,4 +41,11 @@ std::string failure_text(const FAILURE& failure) {
                             failure.report->file, failure.report->line);
     }
     return text;
+}
+
+void tell_failure(const FAILURE& failure, bool json) {
+    fmt::print(stderr, "pgmdev: {}\n", printable(failure_text(failure)));
+    if (json) {
+        print_json_line({{"error", failure_json(failure)}});
+    }
 }

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "msg.h"
+#include "terminal/command.h"
 #include "terminal/json.h"
 
 /// What a failure tells, in the order in which people read it. Empty parts are left out.
@@ -24,12 +25,15 @@ struct FAILURE {
 /// Ends the command with a failure.
 class COMMAND_FAILURE : public std::runtime_error {
 public:
-    explicit COMMAND_FAILURE(FAILURE failure) : std::runtime_error(failure.message), m_failure(std::move(failure)) {}
+    explicit COMMAND_FAILURE(FAILURE failure, EXIT_CODE result = EXIT_INTERNAL_ERROR)
+        : std::runtime_error(failure.message), m_failure(std::move(failure)), m_result(result) {}
 
     const FAILURE& failure() const noexcept { return m_failure; }
+    EXIT_CODE result() const noexcept { return m_result; }
 
 private:
     FAILURE m_failure;
+    EXIT_CODE m_result;
 };
 
 /// {"code","message","path","tried","advice","condition","module","source","line"}, those that are told.
@@ -37,3 +41,7 @@ JSON failure_json(const FAILURE& failure);
 
 /// One paragraph for people.
 std::string failure_text(const FAILURE& failure);
+
+/// Tells a failure on standard error and, when answers are in JSON, as a document of one line on standard output:
+/// {"error": failure_json}.
+void tell_failure(const FAILURE& failure, bool json);

@@ -1,0 +1,15 @@
+#include <unistd.h>
+
+#include "configuration/environment.h"
+
+std::map<std::string, std::string> environment_variables() {
+    std::map<std::string, std::string> variables;
+    for (char** entry = environ; *entry != nullptr; ++entry) {
+        const std::string text = *entry;
+        const std::size_t equals = text.find('=');
+        if (equals != std::string::npos) {
+            variables.emplace(text.substr(0, equals), text.substr(equals + 1));
+        }
+    }
+    return variables;
+}

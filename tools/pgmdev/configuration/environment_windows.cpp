@@ -1,0 +1,21 @@
+#include <memory>
+
+#include <windows.h>
+
+#include "configuration/environment.h"
+#include "wide_text.h"
+
+std::map<std::string, std::string> environment_variables() {
+    std::map<std::string, std::string> variables;
+    const std::unique_ptr<WCHAR, decltype(&FreeEnvironmentStringsW)> all(GetEnvironmentStringsW(),
+                                                                         &FreeEnvironmentStringsW);
+    for (const WCHAR* entry = all.get(); entry != nullptr && *entry != 0;) {
+        const std::wstring wide = entry;
+        entry += wide.size() + 1;
+        const std::size_t equals = wide.find(L'=', 1);  // drives' current directories begin with one
+        if (equals != std::wstring::npos) {
+            variables.emplace(utf8_from_wide(wide.substr(0, equals)), utf8_from_wide(wide.substr(equals + 1)));
+        }
+    }
+    return variables;
+}

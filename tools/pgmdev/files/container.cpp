@@ -1,0 +1,93 @@
+#include "files/container.h"
+
+#include <fmt/core.h>
+
+#include <algorithm>
+#include <string_view>
+
+#include "files/inspection.h"
+#include "files/origins.h"
+#include "terminal/failure.h"
+#include "terminal/quiet.h"
+#include "terminal/text_table.h"
+
+namespace {
+
+// The head of a container: magic, number of blocks, offset and size of each.
+constexpr std::string_view MAGIC = "PGMDEV_FLASH_INI";
+constexpr std::size_t HEAD_SIZE = MAGIC.size() + 4;
+constexpr std::size_t ENTRY_SIZE = 8;
+constexpr std::size_t MOST_ENTRIES = 0x10000;  // of which anything is looked at
+
+DWORD little_endian(const std::string& bytes, std::size_t position) {
+    DWORD value = 0;
+    for (std::size_t i = 4; i-- > 0;) {
+        value = value << 8 | static_cast<BYTE>(bytes[position + i]);
+    }
+    return value;
+}
+
+/// What is wrong with the container; "" when nothing is.
+std::string damage_of(const INSPECTED_FILE& file) {
+    if (!file.beginning.starts_with(MAGIC)) {
+        return "it is no parameter container";
+    }
+    if (file.beginning.size() < HEAD_SIZE) {
+        return fmt::format("it is cut after {} bytes", file.size);
+    }
+    const DWORD count = little_endian(file.beginning, MAGIC.size());
+    const std::size_t table_end = HEAD_SIZE + ENTRY_SIZE * std::size_t{count};
+    if (count == 0 || count > MOST_ENTRIES || file.beginning.size() < table_end) {
+        return fmt::format("its table of {} blocks is cut", count);
+    }
+    QWORD expected = table_end;
+    for (DWORD i = 0; i < count; ++i) {
+        const DWORD offset = little_endian(file.beginning, HEAD_SIZE + ENTRY_SIZE * i);
+        const DWORD size = little_endian(file.beginning, HEAD_SIZE + ENTRY_SIZE * i + 4);
+        if ((offset == 0) != (size == 0) || (offset != 0 && offset != expected)) {
+            return fmt::format("block {} is not where it must be", i);
+        }
+        expected += size;
+    }
+    return expected == file.size ? "" : fmt::format("its blocks end at {}, the file at {} bytes", expected, file.size);
+}
+
+FAILURE failure_of(const CONTAINER& container, const char* aim) {
+    const PLACE place = container_place();
+    const bool damaged = container.state == CONTAINER::DAMAGED;
+    return {damaged ? "container_damaged" : "container_unreadable",
+            fmt::format("the parameter container cannot be {}, since {}", aim, container.what),
+            place.path,
+            place.tried,
+            damaged ? "restore it from a copy; to give it up, remove or rename it"
+                    : "make it a file that you may read and write, or name another directory with --module-dir",
+            {}};
+}
+
+}  // namespace
+
+CONTAINER examine_container() {
+    const INSPECTED_FILE file = inspect_file(container_place().path, HEAD_SIZE + ENTRY_SIZE * MOST_ENTRIES);
+    if (file.missing) {
+        return {};
+    }
+    if (!file.obstacle.empty()) {
+        return {CONTAINER::UNREADABLE, file.obstacle};
+    }
+    const std::string damage = file.size == 0 ? "" : damage_of(file);  // nothing is lost with an empty file
+    return {damage.empty() ? CONTAINER::SOUND : CONTAINER::DAMAGED, damage};
+}
+
+void require_sound_container(const char* aim) {
+    const CONTAINER container = examine_container();
+    if (container.state == CONTAINER::DAMAGED || container.state == CONTAINER::UNREADABLE) {
+        throw COMMAND_FAILURE(failure_of(container, aim));
+    }
+}
+
+void warn_of_container() {
+    const CONTAINER container = examine_container();
+    if (!is_quiet() && (container.state == CONTAINER::DAMAGED || container.state == CONTAINER::UNREADABLE)) {
+        fmt::print(stderr, "pgmdev: warning: {}\n", printable(failure_text(failure_of(container, "read"))));
+    }
+}

@@ -1,0 +1,41 @@
+#include "files/inspection.h"
+
+#include <filesystem>
+#include <fstream>
+
+#include "fio.h"
+
+std::string as_clause(const std::string& reason) {
+    return reason.empty() ? "the system refuses it and gives no reason" : "the system says \"" + reason + "\"";
+}
+
+INSPECTED_FILE inspect_file(const std::string& path, std::size_t bytes) {
+    INSPECTED_FILE file;
+    forget_system_reason();
+    FIO_STATUS status;
+    std::error_code error;
+    const std::filesystem::path native = fio_get_unc_full_path(path);
+    const std::filesystem::file_type type = std::filesystem::status(native, error).type();
+    if (type == std::filesystem::file_type::not_found) {
+        file.missing = true;
+        file.obstacle = "there is no such file";
+    } else if (error || !FIO_FILE_SYSTEM::status(path.c_str(), &status)) {
+        file.obstacle = as_clause(error ? error.message() : system_reason());
+    } else if (type == std::filesystem::file_type::directory) {
+        file.obstacle = "it is a directory";
+    } else if (!status.regular) {
+        file.obstacle = "it is no regular file";
+    } else {
+        std::ifstream stream(native, std::ios::binary);
+        const std::string reason = system_reason();
+        if (!stream.is_open()) {
+            file.obstacle = as_clause(reason);
+            return file;
+        }
+        file.size = status.size;
+        file.beginning.resize(bytes);
+        stream.read(file.beginning.data(), static_cast<std::streamsize>(bytes));
+        file.beginning.resize(static_cast<std::size_t>(stream.gcount()));
+    }
+    return file;
+}

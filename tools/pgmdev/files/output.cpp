@@ -1,0 +1,96 @@
+#include "files/output.h"
+
+#include <fmt/core.h>
+
+#include <algorithm>
+#include <filesystem>
+
+#include "files/inspection.h"
+
+namespace fs = std::filesystem;
+
+namespace {
+
+bool is_same_file(const std::string& left, const std::string& right) {
+    std::error_code error;
+    return fs::equivalent(fio_get_unc_full_path(left), fio_get_unc_full_path(right), error) && !error;
+}
+
+COMMAND_FAILURE refusal(const std::string& path, std::string message, std::string advice) {
+    return COMMAND_FAILURE({"refused", std::move(message), path, {}, std::move(advice), {}}, EXIT_USAGE);
+}
+
+/// Why the file cannot be written, as far as its place tells; otherwise what the system has said.
+std::string obstacle(const std::string& path, std::string reason) {
+    std::error_code error;
+    const fs::path native = fio_get_unc_full_path(path);
+    const fs::path directory = native.parent_path();
+    if (fs::is_directory(native, error)) {
+        return "it is a directory";
+    }
+    if (fs::exists(native, error) && !fs::is_regular_file(native, error)) {
+        return "it is no regular file";
+    }
+    if (!fs::is_directory(directory, error)) {
+        return fs::exists(directory, error) ? "what should be its directory is none" : "its directory does not exist";
+    }
+    return as_clause(reason);
+}
+
+}  // namespace
+
+void confirm_output(const std::string& path, const std::vector<std::string>& inputs, const std::string& kind,
+                    std::string_view beginning, bool force) {
+    const bool is_input = std::any_of(inputs.begin(), inputs.end(),
+                                      [&path](const std::string& input) { return is_same_file(path, input); });
+    if (is_input) {
+        throw refusal(path, "the output would replace an input", "name another file");
+    }
+    std::error_code error;
+    const INSPECTED_FILE file = inspect_file(path, beginning.size());
+    const bool is_regular = fs::is_regular_file(fio_get_unc_full_path(path), error);
+    if (force || !is_regular) {
+        return;  // what is there and no file is left alone, with its reason
+    }
+    const bool is_kind = !beginning.empty() && file.beginning == beginning;
+    if (file.obstacle.empty() && (file.size == 0 || is_kind)) {
+        return;
+    }
+    throw refusal(path, fmt::format("the output would replace a file that is no {}", kind),
+                  "name another file, or insist with --force");
+}
+
+OUTPUT_FILE::OUTPUT_FILE(const std::string& path) : m_path(path) {
+    forget_system_reason();
+    m_replacement.emplace(path);
+    if (temporary().fullpath().empty()) {
+        throw failure();
+    }
+}
+
+void OUTPUT_FILE::write(std::span<const BYTE> contents) {
+    forget_system_reason();
+    if (!m_replacement->write(contents)) {
+        throw failure();
+    }
+}
+
+void OUTPUT_FILE::commit() {
+    forget_system_reason();
+    if (!m_replacement->commit()) {
+        throw failure();
+    }
+}
+
+COMMAND_FAILURE OUTPUT_FILE::failure(std::optional<MSG_INTERNAL_ERROR_REPORT> report) const {
+    return output_failure(m_path, {}, std::move(report));
+}
+
+COMMAND_FAILURE output_failure(const std::string& path, std::vector<std::string> tried,
+                               std::optional<MSG_INTERNAL_ERROR_REPORT> report) {
+    const std::string reason = system_reason();  // before it is lost
+    return COMMAND_FAILURE({"output_not_writable",
+                            fmt::format("the output cannot be written, since {}", obstacle(path, reason)), path,
+                            std::move(tried), "name a place that you may write to; the old file, if any, is as it was",
+                            std::move(report)});
+}

@@ -1,0 +1,41 @@
+#pragma once
+
+/// \file
+/// Files that verbs write. Nothing that the user may miss is destroyed.
+
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "fio.h"
+#include "terminal/failure.h"
+
+/// Refuses, as wrong usage, an output that is one of the inputs, by whatever name or link, and one that replaces more
+/// than a missing or empty file, or a file that begins with `beginning` ("": none such). With `force` any file but an
+/// input may be replaced. `kind` is what people call such a file.
+void confirm_output(const std::string& path, const std::vector<std::string>& inputs, const std::string& kind,
+                    std::string_view beginning, bool force);
+
+/// A file that is replaced as a whole. What cannot be done throws COMMAND_FAILURE with the system's reason.
+class OUTPUT_FILE {
+public:
+    explicit OUTPUT_FILE(const std::string& path);
+
+    /// Receives the contents.
+    const FIO_PATH& temporary() const { return m_replacement->temporary(); }
+    void write(std::span<const BYTE> contents);
+    void commit();
+
+    /// The failure to write the file.
+    COMMAND_FAILURE failure(std::optional<MSG_INTERNAL_ERROR_REPORT> report = {}) const;
+
+private:
+    std::string m_path;
+    std::optional<FIO_REPLACEMENT> m_replacement;
+};
+
+/// The failure to write a file, with the system's reason; `tried` is what led to its place.
+COMMAND_FAILURE output_failure(const std::string& path, std::vector<std::string> tried = {},
+                               std::optional<MSG_INTERNAL_ERROR_REPORT> report = {});

@@ -1,0 +1,52 @@
+#include "files/source.h"
+
+#include <fmt/core.h>
+
+#include <filesystem>
+
+#include "files/inspection.h"
+#include "files/origins.h"
+
+namespace {
+
+/// What compilers report when a whole file cannot be read or written.
+constexpr const char* FILE_CONDITION = "status";
+
+/// Why the table cannot be read; "" when it can. Pipes and devices are left to the compiler.
+std::string table_obstacle(const std::string& csv_file) {
+    std::error_code error;
+    const std::filesystem::file_type type = std::filesystem::status(fio_get_unc_full_path(csv_file), error).type();
+    const bool is_stream = type == std::filesystem::file_type::fifo || type == std::filesystem::file_type::character ||
+                           type == std::filesystem::file_type::socket;
+    return is_stream ? "" : inspect_file(csv_file, 0).obstacle;
+}
+
+}  // namespace
+
+std::string part_list_obstacle() {
+    return inspect_file(part_list_place().path, 0).obstacle;
+}
+
+COMMAND_FAILURE refused_table(const std::string& csv_file, std::optional<MSG_INTERNAL_ERROR_REPORT> report) {
+    return COMMAND_FAILURE({"table_refused", "the source table has faults, and the output is left as it was", csv_file,
+                            argument_place(csv_file, "CSV").tried, "correct them and try again", std::move(report)});
+}
+
+COMMAND_FAILURE compile_failure(const std::string& csv_file, bool needs_part_list, const OUTPUT_FILE& output,
+                                const MSG_INTERNAL_ERROR_REPORT& report) {
+    const COMMAND_FAILURE not_written = output.failure(report);  // takes the system's reason before it is lost
+    const std::string table = table_obstacle(csv_file);
+    if (!table.empty()) {
+        return COMMAND_FAILURE({"source_table_unreadable",
+                                fmt::format("the source table cannot be read, since {}", table), csv_file,
+                                argument_place(csv_file, "CSV").tried, "name a table that you may read", report});
+    }
+    const std::string part_list = needs_part_list ? part_list_obstacle() : "";
+    if (!part_list.empty()) {
+        const PLACE place = part_list_place();
+        return COMMAND_FAILURE({"part_list_unreadable",
+                                fmt::format("the part list cannot be read, since {}", part_list), place.path,
+                                place.tried, "name the directory with h/pgm_parts.txt: --install-dir DIR", report});
+    }
+    return report.condition == FILE_CONDITION ? not_written : refused_table(csv_file, report);
+}

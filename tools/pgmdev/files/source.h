@@ -1,0 +1,20 @@
+#pragma once
+
+/// \file
+/// Why a source table cannot be compiled.
+
+#include <optional>
+#include <string>
+
+#include "files/output.h"
+#include "terminal/failure.h"
+
+/// Why the part list cannot be read: a clause for people; "" when it can.
+std::string part_list_obstacle();
+
+/// The failure of a table that has faults, which have been shown.
+COMMAND_FAILURE refused_table(const std::string& csv_file, std::optional<MSG_INTERNAL_ERROR_REPORT> report);
+
+/// The failure that the compiler's report stands for, after a look at the files it reads and writes.
+COMMAND_FAILURE compile_failure(const std::string& csv_file, bool needs_part_list, const OUTPUT_FILE& output,
+                                const MSG_INTERNAL_ERROR_REPORT& report);

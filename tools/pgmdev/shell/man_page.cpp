@@ -37,6 +37,11 @@ std::string italic(std::string_view text) {
     return "\\fI" + escaped(text) + "\\fR";
 }
 
+/// Lines that stay lines.
+std::string lines(const std::string& text) {
+    return ".nf\n" + escaped(text) + ".fi\n";
+}
+
 bool is_option(const ARGUMENT& argument) {
     return argument.name.starts_with('-');
 }
@@ -84,7 +89,7 @@ std::string verb_section(const std::string& words, const VERB& verb) {
         text += item(spelled(argument), argument.description);
     }
     if (!verb.notes.empty()) {
-        text += ".PP\n" + escaped(verb.notes);
+        text += ".PP\n" + lines(verb.notes);
     }
     return text + fmt::format(".PP\nExample:\n.PP\n.nf\n    {}\n.fi\n", escaped(verb.example));
 }

@@ -6,7 +6,9 @@
 #include "flash/database.h"
 #include "names/device_names.h"
 #include "names/enum_commands.h"
+#include "gen.h"
 #include "pgmdev_dev_info_manager_auto_export.h"
+#include "pgmdev_device_grammar_mgr.h"
 #include "pgmdev_flash_ini.h"
 #include "pgmdev_hps_nand_mgr.h"
 #include "pgmdev_hps_spi_mgr.h"
@@ -43,19 +45,46 @@ NAMES member_names(const std::string& end) {
     return names;
 }
 
-NAMES all_device_names(const ARGUMENT_PLACE&) {
+/// The parts whose names begin as what is typed. Their names in other schemes begin with the same letters.
+NAMES parts_in_question(const std::string& beginning) {
+    constexpr std::size_t ALIKE = 3;
+    const std::string letters = gen_ascii_toupper(beginning.substr(0, ALIKE));
     NAMES names = part_names();
-    for (const NAMES& more : {package_and_programming_names(), programmer_part_names(), device_names()}) {
-        names.insert(names.end(), more.begin(), more.end());
+    std::erase_if(names, [&letters](const std::string& name) { return !name.starts_with(letters); });
+    return names;
+}
+
+/// The package and programming names of the parts in question. Of all parts it would take too long: a user who has typed
+/// less than a name's first letters gets other names.
+NAMES packages(const ARGUMENT_PLACE& place) {
+    constexpr std::size_t LEAST = 2;
+    NAMES names;
+    if (place.beginning.size() >= LEAST) {
+        for (const std::string& part : parts_in_question(place.beginning)) {
+            names.push_back(PGMDEV_DEVICE_GRAMMAR_MGR::get_package_name(part, true));
+            names.push_back(PGMDEV_DEVICE_GRAMMAR_MGR::get_pgm_name(part, false, true));
+        }
     }
     return without_repetitions(std::move(names));
 }
 
-NAMES names_of_parts_and_packages(const ARGUMENT_PLACE&) {
-    NAMES names = part_names();
-    const NAMES more = package_and_programming_names();
+NAMES all_together(NAMES names, const NAMES& more) {
     names.insert(names.end(), more.begin(), more.end());
     return without_repetitions(std::move(names));
+}
+
+NAMES programmer_parts(const ARGUMENT_PLACE& place) {
+    NAMES names = packages(place);
+    std::transform(names.begin(), names.end(), names.begin(), PGMDEV_DEVICE_GRAMMAR_MGR::get_pgm_part_pcf);
+    return without_repetitions(std::move(names));
+}
+
+NAMES names_of_parts_and_packages(const ARGUMENT_PLACE& place) {
+    return all_together(part_names(), packages(place));
+}
+
+NAMES all_device_names(const ARGUMENT_PLACE& place) {
+    return all_together(all_together(names_of_parts_and_packages(place), programmer_parts(place)), device_names());
 }
 
 NAMES enumerators(const ARGUMENT_PLACE& place) {
@@ -84,7 +113,7 @@ constexpr SOURCE SOURCES[]{
     {"flash", "", "--fields", [](PLACE) { return member_names<PGMDEV_SFL_FLASH_MEMBERS>(""); }},
     {"name", "", "NAME", all_device_names},
     {"part", "from-device", "NAME", [](PLACE) { return device_names(); }},
-    {"part", "from-pcf", "NAME", [](PLACE) { return programmer_part_names(); }},
+    {"part", "from-pcf", "NAME", programmer_parts},
     {"part", "complete", "NAME", names_of_parts_and_packages},
     {"part", "info", "NAME", all_device_names},
     {"opn", "", "NAME", [](PLACE) { return part_names(); }},

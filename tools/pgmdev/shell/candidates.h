@@ -12,6 +12,7 @@ struct ARGUMENT_PLACE {
     std::string verb;                ///< the verb, behind its group and a blank where it has one
     std::string argument;            ///< its name in the verb's table
     std::vector<std::string> given;  ///< the arguments without a name that stand before it
+    std::string beginning;           ///< what is typed of it; names that begin otherwise may be left out
 };
 
 /// The names that may stand there; none when anything may, such as the name of a file.

@@ -157,7 +157,7 @@ private:
     }
 
     COMPLETIONS values_of(const std::string& argument, const std::string& beginning) const {
-        ARGUMENT_PLACE place{m_path.empty() ? "" : m_path.front(), "", argument, m_given};
+        ARGUMENT_PLACE place{m_path.empty() ? "" : m_path.front(), "", argument, m_given, beginning};
         for (std::size_t i = 1; i < m_path.size(); ++i) {
             place.verb += (i == 1 ? "" : " ") + m_path[i];
         }

@@ -40,6 +40,9 @@ if(PGMDEV_BUILD_COMMAND AND NOT WIN32)
     DESTINATION ${CMAKE_INSTALL_DATAROOTDIR}/fish/vendor_completions.d
     COMPONENT runtime)
 endif()
+if(PGMDEV_BUILD_COMMAND)
+  include(cmake/guides.cmake)
+endif()
 install(FILES ${PGMDEV_INSTALLATION_DIR}/h/pgm_parts.txt
   DESTINATION ${PGMDEV_INSTALL_DATADIR}/h
   COMPONENT runtime)

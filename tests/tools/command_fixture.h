@@ -72,6 +72,18 @@ inline void expect_failure(const PROCESS_RESULT& result, int exit_code, std::ini
     }
 }
 
+/// The same in JSON: one document on standard output, whose error it gives.
+inline JSON json_failure(const PROCESS_RESULT& result, int exit_code, const std::string& code) {
+    EXPECT_EQ(result.exit_code, exit_code) << result.errors;
+    EXPECT_EQ(lines_of(result.output).size(), 1U);
+    const JSON document = json_of(result.output);
+    EXPECT_EQ(keys_of(document), std::vector<std::string>{"error"});
+    const JSON error = document.value("error", JSON::object());
+    EXPECT_EQ(error.value("code", ""), code);
+    EXPECT_TRUE(contains(result.errors, error.value("message", ""))) << result.errors;
+    return error;
+}
+
 /// A directory with a flash database in it.
 class FLASH_DATABASE {
 public:

@@ -27,7 +27,7 @@ TEST(command_posix, OutputThatCannotBeWrittenIsAnError) {
 TEST(command_posix, CompileFollowsALink) {
     const SCRATCH scratch;
     const std::string csv = scratch.write("table.csv", FLASH_SOURCE().row().text());
-    scratch.write("real.pcf", "old");
+    scratch.write("real.pcf", flash_reference::MAGIC);
     fs::create_symlink("real.pcf", scratch.path("link.pcf"));
     ASSERT_EQ(run_command({"flash", "compile", csv, scratch.path("link.pcf")}).exit_code, DONE);
     EXPECT_TRUE(fs::is_symlink(scratch.path("link.pcf")));

@@ -46,7 +46,7 @@ PGMDEV_SFL_FLASH_INFO sample_row() {
     return r;
 }
 
-const std::string OLD = "an older database";
+const std::string OLD = flash_reference::MAGIC + "the old file";
 
 }  // namespace
 
@@ -115,7 +115,8 @@ TEST(flash_compile, RefusalLeavesTheOutputAlone) {
         const std::string csv = scratch.write("table.csv", table);
         const std::string pcf = scratch.write("out.pcf", OLD);
         expect_failure(run_command({"flash", "compile", csv, pcf}), INTERNAL_ERROR, {csv});
-        expect_failure(run_command({"--json", "flash", "compile", csv, scratch.path("new.pcf")}), INTERNAL_ERROR, {});
+        json_failure(run_command({"--json", "flash", "compile", csv, scratch.path("new.pcf")}), INTERNAL_ERROR,
+                     "table_refused");
         EXPECT_EQ(read_file(pcf), OLD);
         EXPECT_EQ(scratch.file_count(), 2U);
     }
@@ -250,8 +251,9 @@ TEST(flash_dump, DamagedDatabases) {
                        {condition, "PGMDEV"});
         expect_failure(run_command({"flash", "dump", "--csv", scratch.path("bad.pcf")}), INTERNAL_ERROR, {condition});
     }
-    expect_failure(run_command({"--json", "flash", "dump", scratch.path("none.pcf")}), INTERNAL_ERROR,
-                   {"FIO_FILE_SYSTEM::exists"});
+    const JSON missing = json_failure(run_command({"--json", "flash", "dump", scratch.path("none.pcf")}),
+                                      INTERNAL_ERROR, "database_missing");
+    EXPECT_TRUE(contains(missing.at("condition"), "FIO_FILE_SYSTEM::exists"));
     expect_failure(run_command({"flash", "dump", scratch.directory().string()}), INTERNAL_ERROR, {"input.good()"});
 }
 
@@ -262,6 +264,8 @@ TEST(flash_dump, AnotherFileIsNoEmptyDatabase) {
     const std::string file = scratch.write("programmer/pgm_flash.pcf", bytes);
     const std::string condition = "data[index++] == 'P' && data[index++] == 'G'";
     expect_failure(run_command({"flash", "dump", file}), INTERNAL_ERROR, {condition});
-    expect_failure(run_command({"--json", "flash", "dump", file}), INTERNAL_ERROR, {condition});
+    const JSON other =
+        json_failure(run_command({"--json", "flash", "dump", file}), INTERNAL_ERROR, "database_other_kind");
+    EXPECT_TRUE(contains(other.at("condition"), condition));
     expect_failure(run_command({"flash", "dump", "--csv", file}), INTERNAL_ERROR, {condition});
 }

@@ -236,7 +236,8 @@ TEST(hps_command, BlocksOfAnotherVersionAreLeftAlone) {
 TEST(hps_command, FileThatCannotBeWritten) {
     const HPS_DIRECTORY directory;
     std::filesystem::create_directories(directory.scratch().directory() / "pgm_flash.ini");
-    expect_failure(directory.run(add_spi("NAME")), INTERNAL_ERROR, {"pgm_flash.ini cannot be written"});
+    expect_failure(directory.run(add_spi("NAME")), INTERNAL_ERROR,
+                   {"the parameter container cannot be changed, since it is a directory: ", "pgm_flash.ini"});
 }
 
 TEST(hps_command, HelpWithExamples) {
@@ -271,7 +272,7 @@ TEST(params_command, BlocksOfAFile) {
     const std::string source = directory.scratch().write("source.bin", contents);
     EXPECT_EQ(directory.json({"params", "write", "0", source}),
               (JSON{{"block", 0}, {"name", "SFL FLASH"}, {"present", true}, {"size", 10}}));
-    EXPECT_EQ(directory.run({"params", "write", "hps nand", source}).exit_code, DONE);
+    EXPECT_EQ(directory.run({"params", "write", "hps nand", source, "--raw"}).exit_code, DONE);
     EXPECT_EQ(directory.file(), ref::file(ref::BLOCKS{contents, std::nullopt, contents}));
     EXPECT_EQ(directory.json({"params", "list"}),
               JSON::array({{{"block", 0}, {"name", "SFL FLASH"}, {"present", true}, {"size", 10}},

@@ -150,11 +150,11 @@ TEST(profile_compile, ATableWithFaultsLeavesTheOutput) {
     const SCRATCH scratch;
     std::string text = read_file(SOURCE);
     const std::string csv = scratch.write("t.csv", text.replace(text.find("\nKESTREL,") + 1, 7, "DODO___"));
-    const std::string pcf = scratch.write("out.pcf", "old");
-    expect_failure(run_profile({"profile", "compile", csv, pcf}), INTERNAL_ERROR,
-                   {"row family DODO___: member family: found \"DODO___\"", "internal error: found",
-                    "pgm/pgmdev/pgmdev_dev_info_manager"});
-    EXPECT_EQ(read_file(pcf), "old");
+    const std::string pcf = scratch.write("out.pcf", ref::MAGIC + "old");
+    expect_failure(
+        run_profile({"profile", "compile", csv, pcf}), INTERNAL_ERROR,
+        {"row family DODO___: member family: found \"DODO___\"", "[found", "pgm/pgmdev/pgmdev_dev_info_manager"});
+    EXPECT_EQ(read_file(pcf), ref::MAGIC + "old");
     EXPECT_EQ(scratch.file_count(), 2U);
 }
 
@@ -196,5 +196,6 @@ TEST(profile_dump, WhatNoSourceTableCanHold) {
     rows.pop_back();
     expect_failure(dump(rows, true), INTERNAL_ERROR, {"77 records"});
     EXPECT_EQ(dump(rows, false).exit_code, DONE);
-    expect_failure(run_profile({"profile", "dump", scratch.path("missing")}), INTERNAL_ERROR, {"internal error"});
+    expect_failure(run_profile({"profile", "dump", scratch.path("missing")}), INTERNAL_ERROR,
+                   {"the profile database cannot be read", "there is no such file"});
 }

@@ -3,10 +3,10 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <array>
-#include <cerrno>
 #include <cstdlib>
-#include <numeric>
+#include <filesystem>
 #include <stdexcept>
 
 #include "command_fixture.h"
@@ -18,13 +18,13 @@ namespace {
 /// A pair of terminal ends: the command writes to one, the test reads the other.
 class PSEUDO_TERMINAL {
 public:
-    explicit PSEUDO_TERMINAL(unsigned short columns) : m_reader(::posix_openpt(O_RDWR | O_NOCTTY | O_CLOEXEC)) {
+    explicit PSEUDO_TERMINAL(unsigned columns) : m_reader(::posix_openpt(O_RDWR | O_NOCTTY | O_CLOEXEC)) {
         if (m_reader < 0 || ::grantpt(m_reader) != 0 || ::unlockpt(m_reader) != 0) {
             throw std::runtime_error("there is no pseudo-terminal");
         }
         m_name = ::ptsname(m_reader);
         m_kept_open = ::open(m_name.c_str(), O_RDWR | O_NOCTTY | O_CLOEXEC);
-        const winsize size{25, columns, 0, 0};
+        const winsize size{25, static_cast<unsigned short>(columns), 0, 0};
         ::ioctl(m_kept_open, TIOCSWINSZ, &size);
     }
     ~PSEUDO_TERMINAL() {
@@ -81,7 +81,7 @@ private:
 };
 
 /// What the command shows on a terminal of that width.
-std::string shown(unsigned short columns, const std::string& arguments, const std::string& variables = "NO_COLOR=1") {
+std::string shown(unsigned columns, const std::string& arguments, const std::string& variables = "NO_COLOR=1") {
     const std::string quiet = "unset COLUMNS NO_COLOR; TERM=xterm ";
     return PSEUDO_TERMINAL(columns).shown_by(quiet + variables + " '" TEST_COMMAND "' --db-dir '" TEST_DEVICES_DIR
                                              "' " + arguments);
@@ -98,10 +98,10 @@ std::size_t longest_line(const std::string& text) {
 }  // namespace
 
 TEST(terminal_width, TablesFitIt) {
-    for (const unsigned short columns : {40, 60, 80, 100}) {
+    for (const unsigned columns : {40U, 60U, 80U, 100U}) {
         const std::string table = shown(columns, "flash list");
         EXPECT_LE(longest_line(table), columns);
-        EXPECT_GT(longest_line(table), columns / 2U);
+        EXPECT_GT(longest_line(table), columns / 2);
         EXPECT_TRUE(table.starts_with("index  manufacturer  device")) << table.substr(0, 100);
     }
 }

@@ -56,7 +56,11 @@ std::string unknown_key(const std::string& key, const KNOWN_KEYS& known) {
     std::vector<std::string> names;
     std::transform(known.keys.begin(), known.keys.end(), std::back_inserter(names),
                    [](const CONFIGURATION_KEY& entry) { return entry.name; });
-    return fmt::format("the key {} is not known{}", key, did_you_mean(nearest(key, names)));
+    std::vector<std::string> meant = nearest(key, names);
+    if (meant.empty()) {
+        meant = longer_or_shorter(key, names);
+    }
+    return fmt::format("the key {} is not known{}", key, did_you_mean(meant));
 }
 
 /// What is wrong with a value; "" when nothing is.

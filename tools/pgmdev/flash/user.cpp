@@ -56,7 +56,9 @@ void decode_one(const std::string& text, bool batch, COMMAND& command) {
 }  // namespace
 
 void define_flash(const ARGUMENTS&, COMMAND& command) {
-    const std::string encoded = PGMDEV_USER_FLASH::define(std::cin, command.json ? std::cerr : answer_stream());
+    std::ostream& prompts = command.json ? std::cerr : answer_stream();
+    std::cin.tie(&prompts);  // a question is shown before its answer is awaited
+    const std::string encoded = PGMDEV_USER_FLASH::define(std::cin, prompts);
     if (encoded.empty()) {
         throw USAGE_ERROR(std::cin.fail() ? "the input ended before the last question was answered"
                                           : "no flash was defined");

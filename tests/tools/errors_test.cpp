@@ -1,0 +1,191 @@
+#include <filesystem>
+#include <regex>
+#include <set>
+
+#include "command_fixture.h"
+#include "pgmdev/profiles/fixture.h"
+
+// Failures: what could not be done, with which file and what led to it, what to do next, what the library has said.
+
+namespace {
+
+namespace fs = std::filesystem;
+
+const std::string FLASH_FILE = "programmer/pgm_flash.pcf";
+
+std::string sound_database() {
+    return flash_reference::file(flash_reference::payload({flash_reference::sample()}));
+}
+
+/// The texts come one after the other.
+void expect_order(const std::string& text, const std::vector<std::string>& parts) {
+    std::size_t position = 0;
+    for (const std::string& part : parts) {
+        const std::size_t found = text.find(part, position);
+        ASSERT_NE(found, std::string::npos) << "\"" << part << "\" in " << text;
+        position = found + part.size();
+    }
+}
+
+PROCESS_RESULT list_flash(const SCRATCH& scratch) {
+    return run_command({"--json", "--db-dir", scratch.directory().string(), "flash", "list"});
+}
+
+}  // namespace
+
+TEST(errors, AMissingDatabaseIsToldInOneOrder) {
+    const SCRATCH scratch;
+    const PROCESS_RESULT result = run_command({"--db-dir", scratch.path("none"), "flash", "list"});
+    EXPECT_EQ(result.exit_code, INTERNAL_ERROR);
+    EXPECT_EQ(lines_of(result.errors).size(), 1U);
+    expect_order(result.errors, {"pgmdev: the flash database cannot be read", "there is no such file", "none",
+                                 "pgm_flash.pcf", "(option --db-dir)", "pgmdev flash compile",
+                                 "[FIO_FILE_SYSTEM::exists(", "PGMDEV, pgm/pgmdev/pgmdev_flash_manager, line ", "]\n"});
+}
+
+TEST(errors, TheCauseOfAPathIsTold) {
+    const SCRATCH scratch;
+    const std::string none = scratch.path("none");
+    const auto tried = [](const PROCESS& process) {
+        return json_failure(run_process(process), INTERNAL_ERROR, "database_missing").at("tried");
+    };
+    const std::vector<std::string> list{TEST_COMMAND, "--json", "profile", "list"};
+    EXPECT_EQ(tried({list, "", {{"TESSARY_DEVICE_DB_DIR", none}}, {}}),
+              JSON::array({"environment variable TESSARY_DEVICE_DB_DIR"}));
+    EXPECT_EQ(
+        tried({list, "", {{"TESSARY_INSTALL_DIR", none}}, {}}),
+        JSON::array({"default: devices in the installation directory", "environment variable TESSARY_INSTALL_DIR"}));
+    std::vector<std::string> with_option = list;
+    with_option.emplace_back("--install-dir=" + none);
+    EXPECT_EQ(tried({with_option, "", {{"TESSARY_INSTALL_DIR", none}}, {}}),
+              JSON::array({"default: devices in the installation directory", "option --install-dir"}));
+}
+
+TEST(errors, EachStateOfADatabaseHasItsCode) {
+    const std::string good = sound_database();
+    const std::string other_stamp = std::string(32, '7');
+    const std::vector<std::pair<std::string, std::string>> cases{
+        {"", "database_damaged"},
+        {good.substr(0, 46), "database_damaged"},
+        {good.substr(0, good.size() - 4), "database_damaged"},
+        {"no database, but long enough to hold the head of one", "database_other_kind"},
+        {dev_info_reference::file("body"), "database_other_kind"},
+        {flash_reference::MAGIC + other_stamp + good.substr(40), "database_other_stamp"},
+        {flash_reference::file(flash_reference::le32(2) + flash_reference::payload({}).substr(4)),
+         "database_other_version"},
+    };
+    for (const auto& [bytes, code] : cases) {
+        SCOPED_TRACE(code);
+        const SCRATCH scratch;
+        const std::string file = scratch.write(FLASH_FILE, bytes);
+        const JSON error = json_failure(list_flash(scratch), INTERNAL_ERROR, code);
+        EXPECT_TRUE(fs::equivalent(error.at("path").get<std::string>(), file));
+        EXPECT_EQ(error.at("tried"), JSON::array({"option --db-dir"}));
+        EXPECT_NE(error.at("advice"), "");
+        EXPECT_NE(error.at("condition"), "");
+        EXPECT_EQ(error.at("module"), "PGMDEV");
+        EXPECT_EQ(error.at("source"), "pgm/pgmdev/pgmdev_flash_manager");
+        EXPECT_GT(error.at("line"), 0);
+        json_failure(run_command({"--json", "flash", "dump", file}), INTERNAL_ERROR, code);
+    }
+}
+
+TEST(errors, BothStampsAreShown) {
+    const SCRATCH scratch;
+    const std::string stamp(32, '7');
+    scratch.write(FLASH_FILE, flash_reference::MAGIC + stamp + sound_database().substr(40));
+    const std::string message = json_failure(list_flash(scratch), INTERNAL_ERROR, "database_other_stamp").at("message");
+    EXPECT_TRUE(contains(message, stamp) && contains(message, flash_reference::STAMP)) << message;
+}
+
+TEST(errors, ADirectoryIsNoDatabase) {
+    const SCRATCH scratch;
+    fs::create_directories(scratch.directory() / FLASH_FILE);
+    const JSON error = json_failure(list_flash(scratch), INTERNAL_ERROR, "database_unreadable");
+    EXPECT_TRUE(contains(error.at("message"), "it is a directory"));
+}
+
+TEST(errors, AProfileDatabaseOfAnotherKindIsNoEmptyOne) {
+    const SCRATCH scratch;
+    scratch.write("programmer/pgm_dev_info.pcf", sound_database());
+    const JSON error =
+        json_failure(run_command({"--json", "--db-dir", scratch.directory().string(), "profile", "list"}),
+                     INTERNAL_ERROR, "database_other_kind");
+    EXPECT_TRUE(contains(error.at("message"), "it is a flash database"));
+    EXPECT_TRUE(contains(error.at("advice"), "pgmdev flash"));
+}
+
+TEST(errors, FilesThatCompilingNeeds) {
+    const SCRATCH scratch;
+    const std::string pcf = scratch.path("out.pcf");
+    const JSON table = json_failure(run_command({"--json", "flash", "compile", scratch.path("none.csv"), pcf}),
+                                    INTERNAL_ERROR, "source_table_unreadable");
+    EXPECT_EQ(table.at("tried"), JSON::array({"argument CSV"}));
+    EXPECT_EQ(table.at("condition"), "status && device_count > 0");
+
+    const JSON list =
+        json_failure(run_command({"--json", "--install-dir", scratch.directory().string(), "profile", "compile",
+                                  std::string(TEST_DATA_DIR) + "/dev_info/pgm_dev_info.csv", pcf}),
+                     INTERNAL_ERROR, "part_list_unreadable");
+    EXPECT_TRUE(contains(list.at("path"), "h/pgm_parts.txt"));
+    EXPECT_EQ(list.at("tried"), JSON::array({"option --install-dir"}));
+    EXPECT_EQ(list.at("condition"), "status");
+    EXPECT_EQ(scratch.file_count(), 0U);
+}
+
+TEST(errors, AnOutputThatCannotBeWrittenTellsWhy) {
+    const SCRATCH scratch;
+    const std::string csv = std::string(TEST_DATA_DIR) + "/flash/pgm_flash.csv";
+    const std::string pcf = scratch.path("none/out.pcf");
+    const JSON error =
+        json_failure(run_command({"--json", "flash", "compile", csv, pcf}), INTERNAL_ERROR, "output_not_writable");
+    EXPECT_EQ(error.at("path"), pcf);
+    EXPECT_TRUE(contains(error.at("message"), "its directory does not exist"));
+    const JSON directory = json_failure(run_command({"--json", "flash", "compile", csv, scratch.directory().string()}),
+                                        INTERNAL_ERROR, "output_not_writable");
+    EXPECT_TRUE(contains(directory.at("message"), "it is a directory"));
+}
+
+TEST(errors, WrongUsageIsADocumentToo) {
+    const std::vector<std::vector<std::string>> wrong{
+        {"--json"},
+        {"--json", "flash"},
+        {"flash", "--json"},
+        {"--json", "nonsense"},
+        {"flash", "list", "--nonsense", "--json"},
+        {"--json", "--set", "KEY", "flash", "list"},
+        {"--json", "flash", "identify", "xyz"},
+        {"--json", "enum", "list", "colour"},
+    };
+    for (const auto& arguments : wrong) {
+        SCOPED_TRACE(testing::PrintToString(arguments));
+        json_failure(run_command(arguments), WRONG_USAGE, "usage");
+    }
+}
+
+TEST(errors, MisspeltWordsAreNamedWithTheNearest) {
+    expect_failure(run_command({"flsh", "list"}), WRONG_USAGE, {"no noun \"flsh\"; did you mean flash"});
+    expect_failure(run_command({"FLASH", "list"}), WRONG_USAGE, {"no noun \"FLASH\"; did you mean flash"});
+    expect_failure(run_command({"--db-dir", "x", "flash", "lsit"}), WRONG_USAGE,
+                   {"no verb \"lsit\"; did you mean list"});
+    expect_failure(run_command({"hps", "add", "nnad"}), WRONG_USAGE, {"no verb \"nnad\"; did you mean nand"});
+    expect_failure(run_command({"hps", "elephant"}), WRONG_USAGE, {"\"elephant\"", "kinds, nand, spi"});
+    expect_failure(run_command({"enum", "list", "blok"}), WRONG_USAGE, {"\"blok\"", "did you mean block"});
+}
+
+TEST(errors, EveryCodeIsDocumented) {
+    const std::string document = read_file(std::string(TEST_DATA_DIR) + "/../docs/command-errors.md");
+    const std::regex code("\"([a-z]+(_[a-z]+)+)\"");
+    std::set<std::string> codes{"usage", "refused", "internal"};
+    for (const char* source : {"files/container.cpp", "files/database.cpp", "files/output.cpp", "files/source.cpp",
+                               "configuration/warnings.cpp", "hps/edit.cpp", "params/commands.cpp"}) {
+        const std::string text = read_file(std::string(TEST_DATA_DIR) + "/../tools/pgmdev/" + source);
+        for (std::sregex_iterator found(text.begin(), text.end(), code), end; found != end; ++found) {
+            codes.insert((*found)[1]);
+        }
+    }
+    EXPECT_GE(codes.size(), 16U);
+    for (const std::string& name : codes) {
+        EXPECT_TRUE(contains(document, "| `" + name + "` |")) << name;
+    }
+}

@@ -26,6 +26,23 @@ if(PGMDEV_BUILD_COMMAND)
     COMPONENT runtime
     FILES_MATCHING PATTERN "*.pcf")
 endif()
+
+# Manual pages, and what lets shells complete command lines.
+if(PGMDEV_BUILD_COMMAND AND NOT WIN32)
+  set(scripts ${PROJECT_SOURCE_DIR}/tools/pgmdev/shell/scripts)
+  install(DIRECTORY ${PROJECT_BINARY_DIR}/share/man/man1 DESTINATION ${CMAKE_INSTALL_MANDIR} COMPONENT runtime)
+  install(FILES ${scripts}/pgmdev.bash
+    DESTINATION ${CMAKE_INSTALL_DATAROOTDIR}/bash-completion/completions
+    RENAME pgmdev
+    COMPONENT runtime)
+  install(FILES ${scripts}/_pgmdev DESTINATION ${CMAKE_INSTALL_DATAROOTDIR}/zsh/site-functions COMPONENT runtime)
+  install(FILES ${scripts}/pgmdev.fish
+    DESTINATION ${CMAKE_INSTALL_DATAROOTDIR}/fish/vendor_completions.d
+    COMPONENT runtime)
+endif()
+if(PGMDEV_BUILD_COMMAND)
+  include(cmake/guides.cmake)
+endif()
 install(FILES ${PGMDEV_INSTALLATION_DIR}/h/pgm_parts.txt
   DESTINATION ${PGMDEV_INSTALL_DATADIR}/h
   COMPONENT runtime)

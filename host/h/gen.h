@@ -8,6 +8,7 @@
 
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "host_export.h"
 #include "host_types.h"
@@ -21,9 +22,16 @@ HOST_EXPORT std::string gen_get_tessary_path();
 /// TESSARY_DEVICE_DB_DIR. Otherwise "devices" of the installation directory.
 HOST_EXPORT std::string gen_get_device_db_fullpath();
 
-/// The directory of the device-data library. Environment: TESSARY_MODULE_DIR. Otherwise the directory of this library,
-/// which is installed beside it.
+/// The directory of the device-data library, where its parameter container is. Environment: TESSARY_MODULE_DIR.
+/// Otherwise the directory of this library, which is installed beside it. Where that has no container and may not be
+/// written, the first state directory that has one, or else that may be written: the system's, /var/lib/tessary (on
+/// Windows %PROGRAMDATA%\tessary), which an administrator makes; the user's, ~/.local/state/tessary or
+/// XDG_STATE_HOME/tessary (%LOCALAPPDATA%\tessary), which is made when something is written there.
 HOST_EXPORT std::string gen_get_module_path();
+
+/// The state directories, the one to be preferred first: for files that programs write, where the directories above may
+/// not be written. They need not exist.
+HOST_EXPORT std::vector<std::string> gen_get_state_paths();
 
 /// Sets the directory for this process; an empty path returns to the other sources.
 HOST_EXPORT void gen_set_tessary_path(const std::string& directory);

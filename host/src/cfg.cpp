@@ -11,16 +11,18 @@
 #include "environment.h"
 #include "fio.h"
 #include "gen.h"
+#include "standard_places.h"
 #include "static_mutex.h"
+#include "utf8_path.h"
 
 namespace {
 
+constexpr const char* CONFIGURATION_FILE = "tessary.conf";
+
 using VALUES = std::map<std::string, std::string, std::less<>>;
 
-VALUES read_configuration_file() {
-    const std::string named = environment_value("TESSARY_CONFIG_FILE").value_or("");
-    const std::string path = !named.empty() ? named : gen_get_tessary_path() + "/tessary.conf";
-    VALUES values;
+/// Takes over what a file says. What was said before gives way.
+void read_configuration_file(const std::string& path, VALUES& values) {
     std::ifstream file(fio_get_unc_full_path(path), std::ios::binary);
     for (std::string line; std::getline(file, line);) {
         const std::size_t equals = line.find('=');
@@ -29,13 +31,20 @@ VALUES read_configuration_file() {
             values[key] = gen_remove_leading_and_trailing_white_spaces(line.substr(equals + 1));
         }
     }
+}
+
+VALUES read_configuration_files() {
+    VALUES values;
+    for (const std::string& path : cfg_get_file_paths()) {
+        read_configuration_file(path, values);
+    }
     return values;
 }
 
 struct CONFIGURATION {
     STATIC_MUTEX mutex;
     VALUES set_by_program;
-    std::optional<VALUES> file;  ///< empty until the first look-up
+    std::optional<VALUES> files;  ///< empty until the first look-up
 };
 
 CONFIGURATION& configuration() {
@@ -62,11 +71,11 @@ std::string cfg_get_value(const std::string& key) {
     if (const auto value = environment_value(key)) {
         return *value;
     }
-    if (!all.file) {
-        all.file = read_configuration_file();
+    if (!all.files) {
+        all.files = read_configuration_files();
     }
-    const auto line = all.file->find(key);
-    return line != all.file->end() ? line->second : std::string();
+    const auto line = all.files->find(key);
+    return line != all.files->end() ? line->second : std::string();
 }
 
 ORVANE_BOOL cfg_is_on(const std::string& key, bool default_value) {
@@ -85,4 +94,17 @@ void cfg_clear_value(const std::string& key) {
     CONFIGURATION& all = configuration();
     const std::scoped_lock lock(all.mutex);
     all.set_by_program.erase(key);
+}
+
+std::vector<std::string> cfg_get_file_paths() {
+    const std::string named = environment_value("TESSARY_CONFIG_FILE").value_or("");
+    if (!named.empty()) {
+        return {named};
+    }
+    std::vector<std::string> paths;
+    for (const std::filesystem::path& directory : configuration_directories()) {
+        paths.push_back(utf8_from_path(directory / CONFIGURATION_FILE));
+    }
+    paths.push_back(utf8_from_path(path_from_utf8(gen_get_tessary_path()) / CONFIGURATION_FILE));
+    return paths;
 }

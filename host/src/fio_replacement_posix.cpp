@@ -7,6 +7,7 @@
 #include <string>
 
 #include "fio.h"
+#include "standard_places.h"
 #include "utf8_path.h"
 
 namespace fs = std::filesystem;
@@ -89,6 +90,7 @@ FIO_REPLACEMENT::FIO_REPLACEMENT(const FIO_PATH& target) {
     if (m_target.empty() || (fs::exists(m_target, error) && !fs::is_regular_file(m_target, error))) {
         return;
     }
+    make_state_directory(m_target.parent_path());
     m_temporary = FIO_PATH(utf8_from_path(create_temporary(m_target.parent_path())));
 }
 

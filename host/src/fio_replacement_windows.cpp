@@ -4,6 +4,7 @@
 #include <windows.h>
 
 #include "fio.h"
+#include "standard_places.h"
 #include "utf8_path.h"
 
 namespace fs = std::filesystem;
@@ -77,6 +78,7 @@ FIO_REPLACEMENT::FIO_REPLACEMENT(const FIO_PATH& target) {
         return;
     }
     const fs::path directory = path_from_utf8(target.fullpath()).parent_path();
+    make_state_directory(directory);
     static std::atomic<unsigned> counter{0};
     for (int attempt = 0; attempt < 100; ++attempt) {
         const std::wstring name =

@@ -5,6 +5,7 @@
 #include "environment.h"
 #include "gen.h"
 #include "library_path.h"
+#include "standard_places.h"
 #include "static_mutex.h"
 #include "utf8_path.h"
 
@@ -71,7 +72,15 @@ std::string gen_get_device_db_fullpath() {
 
 std::string gen_get_module_path() {
     const std::string path = overridden(g_module);
-    return path.empty() ? absolute_directory(host_library_directory()) : path;
+    return path.empty() ? absolute_directory(writable_place(host_library_directory(), "pgm_flash.ini")) : path;
+}
+
+std::vector<std::string> gen_get_state_paths() {
+    std::vector<std::string> paths;
+    for (const fs::path& directory : state_directories()) {
+        paths.push_back(absolute_directory(directory));
+    }
+    return paths;
 }
 
 void gen_set_tessary_path(const std::string& directory) {

@@ -4,17 +4,13 @@
 #include "fio.h"
 #include "gen.h"
 #include "pgm_common.h"
+#include "standard_places.h"
 #include "utf8_path.h"
 
 namespace {
 
 constexpr const char* OUTBOX_KEY = "TESSARY_OUTBOX_DIR";
-constexpr const char* OUTBOX_NAME = "/outbox";
-
-std::string outbox_directory() {
-    const std::string configured = cfg_get_value(OUTBOX_KEY);
-    return configured.empty() ? gen_get_tessary_path() + OUTBOX_NAME : configured;
-}
+constexpr const char* OUTBOX_NAME = "outbox";
 
 /// Creates the directory and what is missing above it. Not std::filesystem::create_directories, which on Windows knows
 /// no paths beyond the length limit.
@@ -55,9 +51,20 @@ std::string file_name_of(const std::string& message) {
 
 }  // namespace
 
+std::string PGM_COMMON::get_outbox_path() {
+    const std::string configured = cfg_get_value(OUTBOX_KEY);
+    if (!configured.empty()) {
+        return configured;
+    }
+    const std::filesystem::path installation = path_from_utf8(gen_get_tessary_path());
+    const std::filesystem::path directory =
+        is_writable_directory(installation / OUTBOX_NAME) ? installation : writable_place(installation, OUTBOX_NAME);
+    return utf8_from_path(directory / OUTBOX_NAME);
+}
+
 bool PGM_COMMON::send_auto_email_file(const std::string& title, const std::string& text,
                                       const std::vector<int>& recipients) {
-    const std::string directory = FIO_PATH(outbox_directory()).fullpath();
+    const std::string directory = FIO_PATH(get_outbox_path()).fullpath();
     if (!make_directory(path_from_utf8(directory))) {
         return false;
     }

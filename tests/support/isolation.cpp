@@ -1,3 +1,5 @@
+#include "isolation.h"
+
 #include <gtest/gtest.h>
 
 #include <cstdlib>
@@ -20,6 +22,9 @@ public:
         set_environment("TESSARY_CONFIG_FILE", "tests-have-no-configuration-file");
         for (const char* name : {"TESSARY_DEBUG_LEVEL", "PGM_USER_SFL_FLASH_INFO", "PGM_USER_SFL_FLASH_INFO_DEBUG"}) {
             set_environment(name, "");
+        }
+        for (const auto& [name, value] : ISOLATING_VARIABLES) {
+            set_environment(name, value);
         }
     }
 };

@@ -8,6 +8,7 @@
 #include <memory>
 #include <stdexcept>
 
+#include "isolation.h"
 #include "process.h"
 
 extern char** environ;
@@ -63,6 +64,9 @@ std::vector<std::string> environment_for(const PROCESS& process) {
     for (const char* sanitizer : {"ASAN_OPTIONS", "UBSAN_OPTIONS", "LSAN_OPTIONS", "TSAN_OPTIONS"}) {
         std::string& options = variables[sanitizer];
         options += (options.empty() ? "exitcode=" : ":exitcode=") + std::to_string(SANITIZER_EXIT_CODE);
+    }
+    for (const auto& [name, value] : ISOLATING_VARIABLES) {
+        variables[name] = value;
     }
     for (const auto& [name, value] : process.environment) {
         variables[name] = value;

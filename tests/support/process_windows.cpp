@@ -3,6 +3,7 @@
 
 #include <windows.h>
 
+#include "isolation.h"
 #include "process.h"
 #include "wide_text.h"
 
@@ -113,6 +114,9 @@ std::wstring environment_for(const PROCESS& process) {
         }
     }
     FreeEnvironmentStringsW(own);
+    for (const auto& [name, value] : ISOLATING_VARIABLES) {
+        variables[wide_from_utf8(name)] = wide_from_utf8(value);
+    }
     for (const auto& [name, value] : process.environment) {
         variables[wide_from_utf8(name)] = wide_from_utf8(value);
     }

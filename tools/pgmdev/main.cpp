@@ -6,6 +6,7 @@
 #include "configuration/warnings.h"
 #include "nouns.h"
 #include "program.h"
+#include "shell/services.h"
 #include "terminal/failure.h"
 #include "terminal/given_options.h"
 #include "terminal/library_output.h"
@@ -25,9 +26,7 @@ FAILURE internal_error(const MSG_INTERNAL_ERROR_REPORT& report) {
 
 /// Carries out what the arguments ask for.
 EXIT_CODE run(const std::vector<std::string>& arguments, COMMAND& command) try {
-    const std::vector<NOUN> nouns{flash_noun(), hps_noun(),  params_noun(), profile_noun(),
-                                  name_noun(),  part_noun(), opn_noun(),    enum_noun()};
-    if (!run_command_line(nouns, arguments, command)) {
+    if (!run_service(arguments) && !run_command_line(whole_command(), arguments, command)) {
         return command.result;
     }
     if (std::fflush(stdout) != 0) {

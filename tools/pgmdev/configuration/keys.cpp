@@ -47,6 +47,7 @@ KNOWN_KEYS known_keys(bool with_row_switches) {
         {"TESSARY_INSTALL_DIR", CONFIGURATION_KEY::TEXT, true},
         {"TESSARY_DEVICE_DB_DIR", CONFIGURATION_KEY::TEXT, true},
         {"TESSARY_MODULE_DIR", CONFIGURATION_KEY::TEXT, true},
+        {"TESSARY_SYSTEM_ROOT", CONFIGURATION_KEY::TEXT, true},
     };
     known.row_switches = with_row_switches && add_row_switches(known.keys);
     return known;

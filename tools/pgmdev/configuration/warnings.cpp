@@ -23,6 +23,7 @@
 #include "terminal/did_you_mean.h"
 #include "terminal/failure.h"
 #include "terminal/given_options.h"
+#include "terminal/quiet.h"
 #include "terminal/text_table.h"
 
 namespace {
@@ -96,7 +97,7 @@ class WARNINGS {
 public:
     void add(const std::string& place, const std::string& fault) {
         const std::string text = fmt::format("{}: {}", place, fault);
-        if (m_told.insert(text).second) {
+        if (!is_quiet() && m_told.insert(text).second) {
             fmt::print(stderr, "pgmdev: warning: {}\n", printable(text));
         }
     }
@@ -115,8 +116,7 @@ std::optional<std::pair<std::string, std::string>> assignment_of(const std::stri
     return std::pair(key, gen_remove_leading_and_trailing_white_spaces(line.substr(equals + 1)));
 }
 
-void add_file_settings(std::vector<SETTING>& settings, WARNINGS& warnings) {
-    const PLACE place = configuration_place();
+void add_file_settings(const PLACE& place, std::vector<SETTING>& settings, WARNINGS& warnings) {
     const INSPECTED_FILE inspected = inspect_file(place.path, 0);
     const bool is_named = !environment_text("TESSARY_CONFIG_FILE").empty();
     if (inspected.missing && is_named) {
@@ -165,7 +165,9 @@ void warn_of_configuration() {
             settings.push_back({SETTING::ENVIRONMENT, "environment", key, value});
         }
     }
-    add_file_settings(settings, warnings);
+    for (const PLACE& place : configuration_places()) {
+        add_file_settings(place, settings, warnings);
+    }
     std::erase_if(settings, [](const SETTING& setting) {
         return setting.source == SETTING::FILE && !is_ours(setting.key);  // others may keep their settings there
     });

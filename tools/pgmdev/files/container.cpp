@@ -8,6 +8,7 @@
 #include "files/inspection.h"
 #include "files/origins.h"
 #include "terminal/failure.h"
+#include "terminal/quiet.h"
 #include "terminal/text_table.h"
 
 namespace {
@@ -86,7 +87,7 @@ void require_sound_container(const char* aim) {
 
 void warn_of_container() {
     const CONTAINER container = examine_container();
-    if (container.state == CONTAINER::DAMAGED || container.state == CONTAINER::UNREADABLE) {
+    if (!is_quiet() && (container.state == CONTAINER::DAMAGED || container.state == CONTAINER::UNREADABLE)) {
         fmt::print(stderr, "pgmdev: warning: {}\n", printable(failure_text(failure_of(container, "read"))));
     }
 }

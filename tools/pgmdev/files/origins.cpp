@@ -2,9 +2,14 @@
 
 #include <fmt/core.h>
 
+#include <algorithm>
+
+#include "cfg.h"
 #include "configuration/environment.h"
 #include "gen.h"
+#include "pgm_common.h"
 #include "terminal/given_options.h"
+#include "utf8_path.h"
 
 namespace {
 
@@ -13,6 +18,8 @@ struct NAMED_BY {
     const char* option;
     const char* variable;
 };
+
+constexpr const char* OUTBOX_KEY = "TESSARY_OUTBOX_DIR";
 
 constexpr NAMED_BY INSTALLATION{"--install-dir", "TESSARY_INSTALL_DIR"};
 constexpr NAMED_BY DEVICE_DATABASES{"--db-dir", "TESSARY_DEVICE_DB_DIR"};
@@ -41,6 +48,11 @@ PLACE installed(const char* file, std::string default_place) {
     return {gen_get_tessary_path() + file, std::move(tried)};
 }
 
+bool is_state_directory(const std::string& directory) {
+    const std::vector<std::string> all = gen_get_state_paths();
+    return std::find(all.begin(), all.end(), directory) != all.end();
+}
+
 PLACE database_place(const char* file) {
     const std::string named = named_by(DEVICE_DATABASES);
     std::vector<std::string> tried;
@@ -55,6 +67,25 @@ PLACE database_place(const char* file) {
 
 }  // namespace
 
+PLACE installation_place() {
+    return {gen_get_tessary_path(), installation_origin()};
+}
+
+PLACE database_directory_place() {
+    return database_place("");
+}
+
+PLACE module_place() {
+    const std::string named = named_by(MODULE);
+    const std::string directory = gen_get_module_path();
+    if (!named.empty()) {
+        return {directory, {named}};
+    }
+    return {directory, {is_state_directory(directory) ? "default: a state directory, since nothing can be written "
+                                                        "into the libraries' directory"
+                                                      : "default: the libraries' directory"}};
+}
+
 PLACE flash_database_place() {
     return database_place("/programmer/pgm_flash.pcf");
 }
@@ -68,14 +99,43 @@ PLACE part_list_place() {
 }
 
 PLACE container_place() {
-    const std::string named = named_by(MODULE);
-    return {gen_get_module_path() + "/pgm_flash.ini", {named.empty() ? "default: the libraries' directory" : named}};
+    PLACE place = module_place();
+    place.path += "/pgm_flash.ini";
+    return place;
 }
 
-PLACE configuration_place() {
-    const std::string named = environment_text("TESSARY_CONFIG_FILE");
-    return named.empty() ? installed("/tessary.conf", "default: tessary.conf in the installation directory")
-                         : PLACE{named, {"environment variable TESSARY_CONFIG_FILE"}};
+PLACE outbox_place() {
+    const std::string directory = PGM_COMMON::get_outbox_path();
+    for (const std::string& assignment : given_values("--set")) {
+        if (assignment.starts_with(std::string(OUTBOX_KEY) + "=")) {
+            return {directory, {"option --set"}};
+        }
+    }
+    if (!environment_text(OUTBOX_KEY).empty()) {
+        return {directory, {fmt::format("environment variable {}", OUTBOX_KEY)}};
+    }
+    if (!cfg_get_value(OUTBOX_KEY).empty()) {
+        return {directory, {fmt::format("{} in a configuration file", OUTBOX_KEY)}};
+    }
+    if (is_state_directory(utf8_from_path(path_from_utf8(directory).parent_path()))) {
+        return {directory,
+                {"default: a state directory, since nothing can be written into the installation directory"}};
+    }
+    std::vector<std::string> tried = installation_origin();
+    tried.insert(tried.begin(), "default: outbox in the installation directory");
+    return {directory, std::move(tried)};
+}
+
+std::vector<PLACE> configuration_places() {
+    std::vector<PLACE> places;
+    if (!environment_text("TESSARY_CONFIG_FILE").empty()) {
+        return {{cfg_get_file_paths().front(), {"environment variable TESSARY_CONFIG_FILE"}}};
+    }
+    for (const std::string& path : cfg_get_file_paths()) {
+        places.push_back({path, {"default: the system's or the user's own configuration"}});
+    }
+    places.back() = installed("/tessary.conf", "default: tessary.conf in the installation directory");
+    return places;
 }
 
 PLACE argument_place(const std::string& path, const std::string& argument) {

@@ -22,14 +22,6 @@ struct QUESTION {
     std::vector<std::string> (*names)();
 };
 
-std::vector<std::string> family_names() {
-    std::vector<std::string> names;
-    for (int family = DEV_FAMILY_INVALID + 1; family < DEV_FAMILY_MAX; ++family) {
-        names.push_back(pgmdev_family_name(static_cast<DEV_FAMILY_ENUM>(family)));
-    }
-    return names;
-}
-
 constexpr std::array QUESTIONS{
     QUESTION{"family",
              [](const std::string& name) { return static_cast<int>(dstr_get_dev_family_enum_by_string(name.c_str())); },
@@ -130,6 +122,14 @@ void show_one(PROFILE_DATABASE& database, PROFILE_KEY key, const std::string& na
 }
 
 }  // namespace
+
+std::vector<std::string> family_names() {
+    std::vector<std::string> names;
+    for (int family = DEV_FAMILY_INVALID + 1; family < DEV_FAMILY_MAX; ++family) {
+        names.push_back(pgmdev_family_name(static_cast<DEV_FAMILY_ENUM>(family)));
+    }
+    return names;
+}
 
 PROFILE_DATABASE::PROFILE_DATABASE()
     : PGMDEV_DEV_INFO_MANAGER(read_database(PROFILE_DATABASE_KIND, profile_database_place(),

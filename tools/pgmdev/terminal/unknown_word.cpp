@@ -47,10 +47,9 @@ std::string sentence(const std::string& word, const std::string& before, const s
 
 }  // namespace
 
-std::string unknown_word(const std::vector<NOUN>& nouns, const std::vector<std::string>& arguments) {
-    const std::vector<NOUN>* groups = &nouns;
-    const std::vector<VERB> none;
-    const std::vector<VERB>* verbs = &none;
+std::string unknown_word(const NOUN& all, const std::vector<std::string>& arguments) {
+    const std::vector<NOUN>* groups = &all.groups;
+    const std::vector<VERB>* verbs = &all.verbs;
     std::string before;
     for (const std::string& word : words_of(arguments)) {
         const auto has_that_name = [&word](const auto& entry) { return entry.name == word; };

@@ -1,0 +1,97 @@
+#include "about/doctor_files.h"
+
+#include <fmt/core.h>
+
+#include "configuration/environment.h"
+#include "files/container.h"
+#include "files/database.h"
+#include "files/inspection.h"
+#include "pgmdev_dev_info_table.h"
+#include "pgmdev_flash_ini.h"
+#include "pgmdev_flash_table.h"
+#include "pgmdev_version.h"
+
+namespace {
+
+constexpr std::size_t MAGIC_SIZE = 8;
+constexpr std::size_t STAMP_SIZE = 32;
+
+/// A packed database, read whole: nothing less tells that it is sound.
+template <class TABLE>
+FILE_FINDING database(const DATABASE_KIND& kind, PLACE place) {
+    FILE_FINDING finding{kind.name, std::move(place), "good", ""};
+    const INSPECTED_FILE file = inspect_file(finding.place.path, MAGIC_SIZE + STAMP_SIZE);
+    if (file.beginning.size() == MAGIC_SIZE + STAMP_SIZE) {
+        finding.facts["size"] = file.size;
+        finding.facts["magic"] = file.beginning.substr(0, MAGIC_SIZE);
+        finding.facts["stamp"] = file.beginning.substr(MAGIC_SIZE);
+    }
+    try {
+        const TABLE table =
+            read_database(kind, finding.place, [&] { return TABLE::from_database(finding.place.path); });
+        finding.facts["records"] = table.records().size();
+        finding.remark = fmt::format("{} records, {} bytes, stamp {}", table.records().size(), file.size, kind.stamp());
+    } catch (const COMMAND_FAILURE& failure) {
+        finding.wrong = true;
+        finding.state = failure.failure().code;
+        finding.remark = failure.failure().message;
+        if (!failure.failure().advice.empty()) {
+            finding.remark += "; " + failure.failure().advice;
+        }
+    }
+    return finding;
+}
+
+/// A file of which only its being there is of interest.
+FILE_FINDING plain_file(const char* name, PLACE place, bool needed) {
+    FILE_FINDING finding{name, std::move(place), "good", ""};
+    const INSPECTED_FILE file = inspect_file(finding.place.path, 1);
+    if (file.missing) {
+        finding.state = "missing";
+        finding.wrong = needed;
+    } else if (!file.obstacle.empty()) {
+        finding.state = "unreadable";
+        finding.remark = file.obstacle;
+        finding.wrong = true;
+    } else {
+        finding.facts["size"] = file.size;
+        finding.remark = fmt::format("{} bytes", file.size);
+    }
+    return finding;
+}
+
+FILE_FINDING container() {
+    FILE_FINDING finding{"parameter container", container_place(), "good", ""};
+    const CONTAINER found = examine_container();
+    switch (found.state) {
+        case CONTAINER::ABSENT:
+            finding.state = "missing";
+            finding.remark = "it is made when the first block is written";
+            break;
+        case CONTAINER::SOUND:
+            finding.facts["size"] = inspect_file(finding.place.path, 0).size;
+            break;
+        case CONTAINER::UNREADABLE:
+        case CONTAINER::DAMAGED:
+            finding.state = found.state == CONTAINER::DAMAGED ? "damaged" : "unreadable";
+            finding.remark = found.what;
+            finding.wrong = true;
+    }
+    return finding;
+}
+
+}  // namespace
+
+std::vector<FILE_FINDING> find_files() {
+    std::vector<FILE_FINDING> findings{
+        database<PGMDEV_FLASH_TABLE>(FLASH_DATABASE_KIND, flash_database_place()),
+        database<PGMDEV_DEV_INFO_TABLE>(PROFILE_DATABASE_KIND, profile_database_place()),
+        plain_file("part list", part_list_place(), true),
+        container(),
+    };
+    const bool named = !environment_text("TESSARY_CONFIG_FILE").empty();
+    for (const PLACE& place : configuration_places()) {
+        findings.push_back(plain_file("configuration file", place, named));
+    }
+    return findings;
+}

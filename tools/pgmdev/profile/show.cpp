@@ -21,17 +21,6 @@ struct QUESTION {
     const std::vector<std::string>& (*names)();
 };
 
-const std::vector<std::string>& family_names() {
-    static const std::vector<std::string> names = [] {
-        std::vector<std::string> all;
-        for (int family = DEV_FAMILY_INVALID + 1; family < DEV_FAMILY_MAX; ++family) {
-            all.push_back(pgmdev_family_name(static_cast<DEV_FAMILY_ENUM>(family)));
-        }
-        return all;
-    }();
-    return names;
-}
-
 constexpr std::array QUESTIONS{
     QUESTION{"family",
              [](const std::string& name) { return static_cast<int>(dstr_get_dev_family_enum_by_string(name.c_str())); },
@@ -131,6 +120,17 @@ ANSWER show_one(PROFILE_DATABASE& database, PROFILE_KEY key, const std::string& 
 }
 
 }  // namespace
+
+const std::vector<std::string>& family_names() {
+    static const std::vector<std::string> names = [] {
+        std::vector<std::string> all;
+        for (int family = DEV_FAMILY_INVALID + 1; family < DEV_FAMILY_MAX; ++family) {
+            all.push_back(pgmdev_family_name(static_cast<DEV_FAMILY_ENUM>(family)));
+        }
+        return all;
+    }();
+    return names;
+}
 
 void show_profile(PROFILE_KEY key, const std::string& argument, COMMAND& command) {
     PROFILE_DATABASE database;

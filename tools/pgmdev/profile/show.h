@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 #include "pgmdev_dev_info_manager.h"
 #include "terminal/command.h"
@@ -15,6 +16,9 @@ public:
 
 /// What a profile is asked for by.
 enum class PROFILE_KEY { FAMILY, DEVICE, PART };
+
+/// The families as the device library spells them.
+const std::vector<std::string>& family_names();
 
 /// Shows the profile that governs what is named, and which rule found it. "-" stands for one name per line of standard
 /// input.

@@ -6,6 +6,7 @@
 
 #include "gen.h"
 #include "stl.h"
+#include "terminal/quiet.h"
 
 namespace {
 
@@ -87,6 +88,9 @@ std::vector<std::string> longer_or_shorter(const std::string& name, const std::v
 
 std::string did_you_mean(const std::vector<std::string>& names) {
     std::string text;
+    if (is_quiet()) {
+        return text;
+    }
     for (const std::string& name : names) {
         text += (text.empty() ? "; did you mean " : ", ") + name;
     }

@@ -25,6 +25,7 @@ if(PGMDEV_BUILD_COMMAND)
     DESTINATION ${PGMDEV_INSTALL_DATADIR}/devices
     COMPONENT runtime
     FILES_MATCHING PATTERN "*.pcf")
+  install(DIRECTORY ${PGMDEV_SCHEMA_DIR} DESTINATION ${PGMDEV_INSTALL_DATADIR} COMPONENT runtime)
 endif()
 
 # Manual pages, and what lets shells complete command lines.

@@ -1,4 +1,5 @@
 #include "about/doctor.h"
+#include "about/schema.h"
 #include "about/version.h"
 #include "nouns.h"
 #include "terminal/global_options.h"
@@ -10,7 +11,7 @@ COMMAND_TABLE make() {
     table.all = {"pgmdev",
                  "The device data of Tessary: look it up, check it, compile it.",
                  "pgmdev flash identify 20BA18",
-                 {doctor_verb()},
+                 {doctor_verb(), schema_verb()},
                  {flash_noun(), hps_noun(), params_noun(), profile_noun(), name_noun(), part_noun(), opn_noun(),
                   enum_noun()}};
     table.options = global_options();

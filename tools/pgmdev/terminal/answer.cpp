@@ -67,7 +67,7 @@ void give_line(const std::string& line, COMMAND& command,
     } catch (const COMMAND_FAILURE& error) {
         give_failure(line, error.failure(), EXIT_INTERNAL_ERROR, command);
     } catch (const MSG_INTERNAL_ERROR_EXCEPTION& error) {
-        give_failure(line, {"internal_error", "the line could not be answered", {}, {}, {}, error.report()},
+        give_failure(line, {"internal", "the line could not be answered", {}, {}, {}, error.report()},
                      EXIT_INTERNAL_ERROR, command);
     }
 }

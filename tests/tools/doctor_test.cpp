@@ -77,7 +77,8 @@ TEST_F(doctor, FindsAMissingAndADamagedDatabase) {
     EXPECT_EQ(missing["problems"].size(), 2U);
 
     const std::string whole = read_file(std::string(TEST_DEVICES_DIR) + "/programmer/pgm_flash.pcf");
-    scratch.write("programmer/pgm_dev_info.pcf", read_file(TEST_DEVICES_DIR "/programmer/pgm_dev_info.pcf"));
+    scratch.write("programmer/pgm_dev_info.pcf",
+                  read_file(std::string(TEST_DEVICES_DIR) + "/programmer/pgm_dev_info.pcf"));
     scratch.write("programmer/pgm_flash.pcf", whole.substr(0, whole.size() / 2));
     const JSON damaged = examine(NOT_FOUND, {"--db-dir", scratch.directory().string()});
     EXPECT_EQ(damaged["problems"].size(), 1U);
@@ -87,8 +88,8 @@ TEST_F(doctor, FindsAMissingAndADamagedDatabase) {
     std::string other = whole;
     other[8] = other[8] == '0' ? '1' : '0';
     scratch.write("programmer/pgm_flash.pcf", other);
-    const JSON stamped = named(examine(NOT_FOUND, {"--db-dir", scratch.directory().string()})["files"],
-                               "flash database");
+    const JSON stamped =
+        named(examine(NOT_FOUND, {"--db-dir", scratch.directory().string()})["files"], "flash database");
     EXPECT_EQ(stamped["state"], "database_other_stamp");
     EXPECT_EQ(stamped["stamp"], other.substr(8, 32));
 }

@@ -83,8 +83,8 @@ private:
 /// What the command shows on a terminal of that width.
 std::string shown(unsigned columns, const std::string& arguments, const std::string& variables = "NO_COLOR=1") {
     const std::string quiet = "unset COLUMNS NO_COLOR; TERM=xterm ";
-    return PSEUDO_TERMINAL(columns).shown_by(quiet + variables + " '" TEST_COMMAND "' --db-dir '" TEST_DEVICES_DIR
-                                             "' " + arguments);
+    return PSEUDO_TERMINAL(columns).shown_by(quiet + variables +
+                                             " '" TEST_COMMAND "' --db-dir '" TEST_DEVICES_DIR "' " + arguments);
 }
 
 std::size_t longest_line(const std::string& text) {

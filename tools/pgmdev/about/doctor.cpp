@@ -63,8 +63,8 @@ DIAGNOSIS examine() {
     }
     for (const FILE_FINDING& file : all.files) {
         if (file.wrong) {
-            all.problems.push_back(fmt::format("{} {}: {}", file.name, file.place.path,
-                                               file.remark.empty() ? file.state : file.remark));
+            all.problems.push_back(
+                fmt::format("{} {}: {}", file.name, file.place.path, file.remark.empty() ? file.state : file.remark));
         }
     }
     for (const std::string& fault : all.user_faults) {
@@ -81,8 +81,8 @@ JSON to_json(const DIAGNOSIS& all) {
     }
     JSON files = JSON::array();
     for (const FILE_FINDING& file : all.files) {
-        JSON object{{"name", file.name},       {"path", file.place.path}, {"origin", file.place.tried},
-                    {"state", file.state},     {"wrong", file.wrong},     {"remark", file.remark}};
+        JSON object{{"name", file.name},   {"path", file.place.path}, {"origin", file.place.tried},
+                    {"state", file.state}, {"wrong", file.wrong},     {"remark", file.remark}};
         const auto& facts = std::get<JSON::OBJECT>(file.facts.value());
         for (std::size_t i = 0; i < facts.names.size(); ++i) {
             object[facts.names[i]] = facts.values[i];
@@ -161,7 +161,7 @@ void run_doctor(const ARGUMENTS&, COMMAND& command) {
 }  // namespace
 
 VERB doctor_verb() {
-    return VERB("doctor", "What is running with which files and settings, and what is wrong with them",
-                "pgmdev doctor", run_doctor)
+    return VERB("doctor", "What is running with which files and settings, and what is wrong with them", "pgmdev doctor",
+                run_doctor)
         .tells("Exit code 1: something is wrong.\n");
 }

@@ -13,9 +13,9 @@
 struct FILE_FINDING {
     const char* name;  ///< for people
     PLACE place;
-    std::string state;           ///< for programs: one word
-    std::string remark;          ///< for people: more about the state
-    bool wrong = false;          ///< whether somebody should do something about it
+    std::string state;            ///< for programs: one word
+    std::string remark;           ///< for people: more about the state
+    bool wrong = false;           ///< whether somebody should do something about it
     JSON facts = JSON::object();  ///< what else is known
 };
 

@@ -63,7 +63,8 @@ GLOBAL_OPTION version_option() {
             print_version();
         }
     };
-    GLOBAL_OPTION option{"--version", "", "The versions of the command, the library, the catalog and the formats", show};
+    GLOBAL_OPTION option{"--version", "", "The versions of the command, the library, the catalog and the formats",
+                         show};
     option.instead = true;
     return option;
 }

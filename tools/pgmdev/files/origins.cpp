@@ -81,9 +81,10 @@ PLACE module_place() {
     if (!named.empty()) {
         return {directory, {named}};
     }
-    return {directory, {is_state_directory(directory) ? "default: a state directory, since nothing can be written "
-                                                        "into the libraries' directory"
-                                                      : "default: the libraries' directory"}};
+    return {directory,
+            {is_state_directory(directory) ? "default: a state directory, since nothing can be written "
+                                             "into the libraries' directory"
+                                           : "default: the libraries' directory"}};
 }
 
 PLACE flash_database_place() {

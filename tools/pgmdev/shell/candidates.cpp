@@ -4,9 +4,9 @@
 #include <string_view>
 
 #include "flash/database.h"
+#include "gen.h"
 #include "names/device_names.h"
 #include "names/enum_commands.h"
-#include "gen.h"
 #include "pgmdev_dev_info_manager_auto_export.h"
 #include "pgmdev_device_grammar_mgr.h"
 #include "pgmdev_flash_ini.h"
@@ -56,11 +56,11 @@ NAMES parts_in_question(const std::string& beginning) {
 
 /// The package and programming names of the parts in question. Of all parts it would take too long: a user who has typed
 /// less than a name's first letters gets other names.
-NAMES packages(const ARGUMENT_PLACE& place) {
+NAMES packages(const std::string& beginning, const NAMES& parts) {
     constexpr std::size_t LEAST = 2;
     NAMES names;
-    if (place.beginning.size() >= LEAST) {
-        for (const std::string& part : parts_in_question(place.beginning)) {
+    if (beginning.size() >= LEAST) {
+        for (const std::string& part : parts) {
             names.push_back(PGMDEV_DEVICE_GRAMMAR_MGR::get_package_name(part, true));
             names.push_back(PGMDEV_DEVICE_GRAMMAR_MGR::get_pgm_name(part, false, true));
         }
@@ -73,18 +73,25 @@ NAMES all_together(NAMES names, const NAMES& more) {
     return without_repetitions(std::move(names));
 }
 
-NAMES programmer_parts(const ARGUMENT_PLACE& place) {
-    NAMES names = packages(place);
+NAMES programmer_parts_of(NAMES names) {
     std::transform(names.begin(), names.end(), names.begin(), PGMDEV_DEVICE_GRAMMAR_MGR::get_pgm_part_pcf);
     return without_repetitions(std::move(names));
 }
 
+NAMES programmer_parts(const ARGUMENT_PLACE& place) {
+    return programmer_parts_of(packages(place.beginning, parts_in_question(place.beginning)));
+}
+
 NAMES names_of_parts_and_packages(const ARGUMENT_PLACE& place) {
-    return all_together(part_names(), packages(place));
+    const NAMES parts = parts_in_question(place.beginning);
+    return all_together(parts, packages(place.beginning, parts));
 }
 
 NAMES all_device_names(const ARGUMENT_PLACE& place) {
-    return all_together(all_together(names_of_parts_and_packages(place), programmer_parts(place)), device_names());
+    const NAMES parts = parts_in_question(place.beginning);
+    const NAMES package_names = packages(place.beginning, parts);
+    return all_together(all_together(parts, all_together(package_names, programmer_parts_of(package_names))),
+                        device_names());
 }
 
 NAMES enumerators(const ARGUMENT_PLACE& place) {

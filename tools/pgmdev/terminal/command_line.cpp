@@ -23,7 +23,8 @@ void add_global_option(CLI::App& app, const GLOBAL_OPTION& option, COMMAND& comm
         }
     };
     if (option.value_name.empty()) {
-        app.add_flag_callback(option.names, [apply] { apply(""); }, option.description);
+        app.add_flag_callback(
+            option.names, [apply] { apply(""); }, option.description);
     } else if (!option.repeats) {
         app.add_option_function<std::string>(option.names, apply, option.description)->type_name(option.value_name);
     } else {

@@ -23,13 +23,15 @@ std::vector<GLOBAL_OPTION> global_options() {
     using VALUE = const std::string&;
     return {
         {"--json", "", "Answer with one JSON document on standard output", [](VALUE, COMMAND& c) { c.json = true; }},
-        {"--db-dir", "DIR", "Directory of the device databases", [](VALUE dir, COMMAND&) { gen_set_device_db_fullpath(dir); }},
+        {"--db-dir", "DIR", "Directory of the device databases",
+         [](VALUE dir, COMMAND&) { gen_set_device_db_fullpath(dir); }},
         {"--install-dir", "DIR", "Installation directory", [](VALUE dir, COMMAND&) { gen_set_tessary_path(dir); }},
         {"--module-dir", "DIR", "Directory of the device-data library",
          [](VALUE dir, COMMAND&) { gen_set_module_path(dir); }},
         {"--set", "KEY=VALUE", "Set a configuration value for this run; may be repeated",
          [](VALUE assignment, COMMAND&) { set_switch(assignment); }, true},
-        {"--wide", "", "Tables on a terminal: all columns, whatever its width", [](VALUE, COMMAND&) { show_all_columns(); }},
+        {"--wide", "", "Tables on a terminal: all columns, whatever its width",
+         [](VALUE, COMMAND&) { show_all_columns(); }},
         {"-q,--quiet", "", "No hints and no warnings", [](VALUE, COMMAND&) { be_quiet(); }},
         {"-v,--verbose", "", "Show the debug channel on standard error",
          [](VALUE, COMMAND&) { cfg_set_value("TESSARY_DEBUG_LEVEL", "2"); }},

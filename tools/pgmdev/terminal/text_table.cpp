@@ -42,7 +42,8 @@ WIDTHS usual_widths(const ROWS& rows) {
     for (std::size_t i = 0; i < rows.front().size(); ++i) {
         const WIDTHS lengths = lengths_of(rows, i);
         const std::size_t rare = lengths.size() / 20;  // one cell in twenty may be longer
-        widths.push_back(std::max(rows.front()[i].size(), lengths[lengths.size() - 1 - std::max<std::size_t>(rare, 1)]));
+        widths.push_back(
+            std::max(rows.front()[i].size(), lengths[lengths.size() - 1 - std::max<std::size_t>(rare, 1)]));
     }
     return widths;
 }

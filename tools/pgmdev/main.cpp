@@ -26,8 +26,8 @@ int main(int argc, char** argv) {
         throw MSG_INTERNAL_ERROR_EXCEPTION(report);
     });
     try {
-        const std::vector<NOUN> nouns{flash_noun(), hps_noun(),  params_noun(), profile_noun(),
-                                      name_noun(),  part_noun(), opn_noun(),    enum_noun()};
+        const std::vector<NOUN> nouns{flash_noun(), hps_noun(), params_noun(), profile_noun(), name_noun(),
+                                      part_noun(),  opn_noun(), device_noun(), family_noun(),  enum_noun()};
         if (!run_command_line(nouns, program.arguments(), command)) {
             return command.result;
         }

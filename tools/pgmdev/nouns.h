@@ -12,4 +12,6 @@ NOUN profile_noun();
 NOUN name_noun();
 NOUN part_noun();
 NOUN opn_noun();
+NOUN device_noun();
+NOUN family_noun();
 NOUN enum_noun();

@@ -64,6 +64,14 @@ std::vector<std::string> device_names() {
     return names;
 }
 
+std::vector<std::string> family_names() {
+    std::vector<std::string> names;
+    for (int family = DEV_FAMILY_INVALID + 1; family < DEV_FAMILY_MAX; ++family) {
+        stl_toupper(names.emplace_back(dstr_get_user_string(static_cast<DEV_FAMILY_ENUM>(family))));
+    }
+    return names;
+}
+
 std::string ask_quietly(const std::function<std::string()>& operation) {
     try {
         const QUIET_REPORTS quiet;

@@ -3,6 +3,8 @@
 #include <algorithm>
 
 #include "names/device_names.h"
+#include "names/part_info.h"
+#include "names/part_list.h"
 #include "nouns.h"
 #include "pgmdev_mgr.h"
 #include "terminal/did_you_mean.h"
@@ -74,7 +76,7 @@ void answer(const QUESTION& question, const std::string& argument, COMMAND& comm
 }  // namespace
 
 NOUN part_noun() {
-    std::vector<VERB> verbs;
+    std::vector<VERB> verbs{part_info_verb(), part_list_verb()};
     for (const QUESTION& question : QUESTIONS) {
         const auto run = [&question](const ARGUMENTS& given, COMMAND& command) {
             answer(question, given.text("NAME"), command);

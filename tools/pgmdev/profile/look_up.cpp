@@ -1,0 +1,68 @@
+#include "profile/look_up.h"
+
+#include "dev.h"
+
+namespace {
+
+/// The rule that leads to a record follows from what the record is keyed by. A family's record that is not of the
+/// family asked for stands in for a missing one.
+std::string rule_of(const PGMDEV_DEVICE_INFO& record, DEV_FAMILY_ENUM family) {
+    if (record.part != DEV_PART_INVALID) {
+        return "part";
+    }
+    if (record.device != DEV_DEVICE_INVALID) {
+        return "device";
+    }
+    if (!record.pcf.empty()) {
+        return "pcf";
+    }
+    return record.family == family ? "family" : "generic";
+}
+
+DEV_FAMILY_ENUM family_of(PROFILE_KEY key, int number) {
+    const DEV_PART_MANAGER parts;
+    switch (key) {
+        case PROFILE_KEY::FAMILY:
+            return static_cast<DEV_FAMILY_ENUM>(number);
+        case PROFILE_KEY::DEVICE:
+            return parts.get_family_of(static_cast<DEV_DEVICE_ENUM>(number));
+        default:
+            return parts.get_family_of(parts.get_device_of(number));
+    }
+}
+
+PGMDEV_DEVICE_INFO* governing_record(PROFILE_DATABASE& database, PROFILE_KEY key, int number) {
+    switch (key) {
+        case PROFILE_KEY::FAMILY:
+            return database.get_db_by_family(static_cast<DEV_FAMILY_ENUM>(number));
+        case PROFILE_KEY::DEVICE:
+            return database.get_db_by_device(static_cast<DEV_DEVICE_ENUM>(number));
+        default:
+            return database.get_db_by_part(number);
+    }
+}
+
+}  // namespace
+
+FOUND_PROFILE look_up_profile(PROFILE_DATABASE& database, PROFILE_KEY key, int number) {
+    FOUND_PROFILE found;
+    if (number == 0) {
+        return found;
+    }
+    found.record.reset(governing_record(database, key, number));
+    if (found.record != nullptr) {
+        found.index = database.found_index();
+        found.rule = rule_of(*found.record, family_of(key, number));
+    }
+    return found;
+}
+
+std::string rule_text(const FOUND_PROFILE& found) {
+    if (found.rule == "pcf") {
+        return "by its programmer-file name";
+    }
+    if (found.rule == "generic") {
+        return "as a stand-in, because its family has no record";
+    }
+    return "by its " + found.rule;
+}

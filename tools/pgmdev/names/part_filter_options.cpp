@@ -8,19 +8,16 @@
 #include "gen.h"
 #include "names/device_names.h"
 #include "terminal/did_you_mean.h"
-#include "terminal/text_table.h"
-#include "terminal/wildcard.h"
+#include "terminal/filtered_listing.h"
 
 namespace {
-
-constexpr const char* PATTERN = "PATTERN";
 
 struct TEXT_FILTER {
     const char* option;
     const char* value_name;
     const char* description;
     std::string PART_FILTER::*field;
-    std::vector<std::string> (*known)();  ///< null: the device library does not tell
+    const std::vector<std::string>& (*known)();  ///< null: the device library does not tell
 };
 
 struct FLAG_FILTER {
@@ -52,8 +49,6 @@ std::string value_of(const TEXT_FILTER& filter, const ARGUMENTS& given) {
 }  // namespace
 
 VERB with_part_filters(VERB verb) {
-    verb.takes({PATTERN, "Only names that fit it, in any case: * stands for any characters, ? for any one",
-                ARGUMENT::OPTIONAL_TEXT});
     for (const TEXT_FILTER& filter : TEXT_FILTERS) {
         verb.takes({filter.option, filter.description, ARGUMENT::OPTIONAL_TEXT, filter.value_name});
     }
@@ -76,24 +71,17 @@ PART_FILTER part_filter(const ARGUMENTS& given) {
     return parts;
 }
 
-bool fits_given_pattern(const std::string& name, const ARGUMENTS& given) {
-    return !given.has(PATTERN) || fits_pattern(name, gen_remove_leading_and_trailing_white_spaces(given.text(PATTERN)));
-}
-
-void report_empty_list(const std::string& things, const ARGUMENTS& given, COMMAND& command) {
-    command.result = EXIT_NOT_FOUND;
+std::string empty_list_text(const std::string& thing, const ARGUMENTS& given) {
     std::string reasons;
     for (const TEXT_FILTER& filter : TEXT_FILTERS) {
         PART_FILTER alone;
         alone.hidden = true;
         alone.*filter.field = given.has(filter.option) ? value_of(filter, given) : PART_FILTER::ANY;
         if (part_numbers(alone).empty()) {
-            const std::string value = alone.*filter.field;
+            const std::string& value = alone.*filter.field;
             reasons += fmt::format("; no part passes {} {}", filter.option, value);
             reasons += filter.known != nullptr ? did_you_mean(nearest(value, filter.known())) : "";
         }
     }
-    const std::string pattern = given.has(PATTERN) ? fmt::format(" with a name like \"{}\"", given.text(PATTERN)) : "";
-    fmt::print(stderr, "pgmdev: there is no {}{} that passes all filters{}\n", things, printable(pattern),
-               printable(reasons));
+    return fmt::format("there is no {}{} that passes all filters{}", thing, given_pattern_text(given), reasons);
 }

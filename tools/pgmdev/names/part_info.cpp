@@ -15,6 +15,7 @@
 #include "profile/output.h"
 #include "terminal/answer.h"
 #include "terminal/did_you_mean.h"
+#include "terminal/schema.h"
 #include "terminal/text_table.h"
 
 namespace {
@@ -188,6 +189,28 @@ void show_info(const ARGUMENTS& given, COMMAND& command) {
                 [&sources](const std::string& question) { return answer_to(question, sources); });
 }
 
+JSON schema() {
+    std::vector<SCHEMA_MEMBER> content{{"scheme", choice_schema(scheme_names())},
+                                       {"schemes", array_schema(choice_schema(scheme_names()))}};
+    for (const SPELLING& spelling : spellings_of("")) {
+        const bool is_text = std::holds_alternative<std::string>(spelling.value);
+        content.push_back({spelling.key, is_text ? text_schema() : flag_schema()});
+    }
+    const JSON profile =
+        object_schema({{"index", number_schema()}, {"rule", choice_schema(PROFILE_RULES)}, {"key", text_schema()}});
+    const std::vector<SCHEMA_MEMBER> more{{"device", text_schema()},
+                                          {"number", or_null(number_schema())},
+                                          {"opn_index", or_null(number_schema())},
+                                          {"opn_hash", or_null(number_schema())},
+                                          {"orderable", or_null(flag_schema())},
+                                          {"production", or_null(flag_schema())},
+                                          {"hidden", or_null(flag_schema())},
+                                          {"profile", or_null(profile)},
+                                          {"parts", array_schema(text_schema())}};
+    content.insert(content.end(), more.begin(), more.end());
+    return question_schema(content, {});
+}
+
 }  // namespace
 
 VERB part_info_verb() {
@@ -195,5 +218,6 @@ VERB part_info_verb() {
                 "pgmdev --json part info KES50C6", show_info)
         .takes({"NAME",
                 "Name of a part, package, device or family, programming name, programmer-file name or alias, in any "
-                "case; - reads one per line"});
+                "case; - reads one per line"})
+        .answers(schema);
 }

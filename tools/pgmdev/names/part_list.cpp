@@ -12,7 +12,7 @@
 #include "nouns.h"
 #include "pgmdev_device_grammar_mgr.h"
 #include "pgmdev_mgr.h"
-#include "terminal/listing.h"
+#include "terminal/filtered_listing.h"
 #include "terminal/schema.h"
 
 namespace {
@@ -183,15 +183,12 @@ constexpr LIST OPN_LIST{"ordering code", "The first ordering-code index of each 
 VERB list_verb(const LIST& list) {
     const auto run = [&list](const ARGUMENTS& given, COMMAND& command) {
         const ROWS rows = list.rows(part_entries(part_filter(given)), given);
-        if (rows.objects.empty()) {
-            report_empty_list(list.thing, given, command);
-            if (!command.json && !given.has("--csv")) {
-                return;  // people need no heading above nothing
-            }
-        }
-        print_listing(list.schema(), rows.objects, rows.table, given, command);
+        print_filtered_listing(
+            list.schema(), rows.objects, rows.table, [&] { return empty_list_text(list.thing, given); }, given,
+            command);
     };
-    return with_list_options(with_part_filters(VERB("list", list.description, list.example, run)));
+    return with_list_options(with_part_filters(with_pattern(VERB("list", list.description, list.example, run))),
+                             list.schema);
 }
 
 }  // namespace

@@ -1,6 +1,8 @@
 #include "profile/look_up.h"
 
 #include "dev.h"
+#include "gen.h"
+#include "pgmdev_device_grammar_mgr.h"
 
 namespace {
 
@@ -44,6 +46,17 @@ PGMDEV_DEVICE_INFO* governing_record(PROFILE_DATABASE& database, PROFILE_KEY key
 
 }  // namespace
 
+std::span<const DWORD> PROFILE_DATABASE::index_table(PROFILE_KEY key) const {
+    switch (key) {
+        case PROFILE_KEY::FAMILY:
+            return {m_family_table, static_cast<std::size_t>(DEV_FAMILY_MAX)};
+        case PROFILE_KEY::DEVICE:
+            return {m_device_table, static_cast<std::size_t>(DEV_DEVICE_MAX)};
+        default:
+            return {m_part_table, static_cast<std::size_t>(DEV_PART_MAX)};
+    }
+}
+
 FOUND_PROFILE look_up_profile(PROFILE_DATABASE& database, PROFILE_KEY key, int number) {
     FOUND_PROFILE found;
     if (number == 0) {
@@ -55,6 +68,29 @@ FOUND_PROFILE look_up_profile(PROFILE_DATABASE& database, PROFILE_KEY key, int n
         found.rule = rule_of(*found.record, family_of(key, number));
     }
     return found;
+}
+
+FOUND_PROFILE profile_at(PROFILE_DATABASE& database, DWORD index) {
+    FOUND_PROFILE found;
+    if (index < database.count()) {
+        found = {std::make_unique<PGMDEV_DEVICE_INFO>(database.get_device_database()[index]), index, "index"};
+    }
+    return found;
+}
+
+FOUND_PROFILE look_up_profile_of_pcf(PROFILE_DATABASE& database, const std::string& pcf) {
+    const PGMDEV_DEVICE_INFO* records = database.get_device_database();
+    for (DWORD index = 0; index < database.count(); ++index) {
+        if (!records[index].pcf.empty() && gen_stricmp(records[index].pcf, pcf) == 0) {
+            FOUND_PROFILE found = profile_at(database, index);
+            found.rule = "pcf";
+            return found;
+        }
+    }
+    std::string name = pcf;  // which the question converts to upper case
+    const std::string device = PGMDEV_DEVICE_GRAMMAR_MGR::get_pcf_device(name);
+    const DEV_FAMILY_ENUM family = family_of(PROFILE_KEY::DEVICE, dstr_get_dev_device_enum_by_string(device.c_str()));
+    return look_up_profile(database, PROFILE_KEY::FAMILY, family);
 }
 
 std::string rule_text(const FOUND_PROFILE& found) {

@@ -1,66 +1,137 @@
+#include "profile/show.h"
+
 #include <fmt/core.h>
 
+#include <algorithm>
 #include <array>
+#include <memory>
+#include <utility>
 
+#include "dstr.h"
 #include "names/device_names.h"
+#include "pgmdev_device_grammar_mgr.h"
+#include "profile/look_up.h"
 #include "profile/output.h"
-#include "profile/show.h"
+#include "terminal/answer.h"
 #include "terminal/did_you_mean.h"
 #include "terminal/input.h"
 
 namespace {
 
-/// One way of asking: by family, device or part.
+/// One way of asking.
 struct QUESTION {
+    const char* option;
     const char* noun;
-    int (*number)(const std::string& name);
-    std::vector<std::string> (*names)();
+    const char* value_name;
+    const char* description;
+    FOUND_PROFILE (*look_up)(PROFILE_DATABASE& database, const std::string& name);
+    bool (*is_known)(const std::string& name);
+    const std::vector<std::string>& (*names)();
 };
+
+int family_number(const std::string& name) {
+    return dstr_get_dev_family_enum_by_string(name.c_str());
+}
+
+int device_number(const std::string& name) {
+    return dstr_get_dev_device_enum_by_string(name.c_str());
+}
+
+int part_number(const std::string& name) {
+    return dstr_get_dev_part_enum_by_string(name.c_str());
+}
+
+DWORD record_index(const std::string& text) {
+    return parse_dword(text, "the index of a record");
+}
+
+const std::vector<std::string>& no_names() {
+    static const std::vector<std::string> names;
+    return names;
+}
 
 constexpr std::array QUESTIONS{
-    QUESTION{"family",
-             [](const std::string& name) { return static_cast<int>(dstr_get_dev_family_enum_by_string(name.c_str())); },
-             family_names},
-    QUESTION{"device",
-             [](const std::string& name) { return static_cast<int>(dstr_get_dev_device_enum_by_string(name.c_str())); },
-             device_names},
-    QUESTION{"part", [](const std::string& name) { return dstr_get_dev_part_enum_by_string(name.c_str()); },
-             part_names},
+    QUESTION{"--family", "family", "NAME", "Family name, in any case; - reads one name per line",
+             [](PROFILE_DATABASE& database, const std::string& name) {
+                 return look_up_profile(database, PROFILE_KEY::FAMILY, family_number(name));
+             },
+             [](const std::string& name) { return family_number(name) != 0; }, family_names},
+    QUESTION{"--device", "device", "NAME", "Device name, likewise",
+             [](PROFILE_DATABASE& database, const std::string& name) {
+                 return look_up_profile(database, PROFILE_KEY::DEVICE, device_number(name));
+             },
+             [](const std::string& name) { return device_number(name) != 0; }, device_names},
+    QUESTION{"--part", "part", "NAME", "Part name, likewise",
+             [](PROFILE_DATABASE& database, const std::string& name) {
+                 return look_up_profile(database, PROFILE_KEY::PART, part_number(name));
+             },
+             [](const std::string& name) { return part_number(name) != 0; }, part_names},
+    QUESTION{"--pcf", "pcf", "NAME", "Programmer-file part name, likewise", look_up_profile_of_pcf,
+             [](const std::string& name) {
+                 std::string pcf = name;  // which the question converts to upper case
+                 return !PGMDEV_DEVICE_GRAMMAR_MGR::get_pcf_device(pcf).empty();
+             },
+             programmer_part_names},
+    QUESTION{
+        "--index", "record", "INDEX", "Index of a record, as profile list tells it; - reads one per line",
+        [](PROFILE_DATABASE& database, const std::string& text) { return profile_at(database, record_index(text)); },
+        [](const std::string&) { return false; }, no_names},
 };
 
-void show_one(PROFILE_DATABASE& database, PROFILE_KEY key, const std::string& name, bool batch, COMMAND& command) {
-    const QUESTION& question = QUESTIONS[static_cast<std::size_t>(key)];
-    const int number = question.number(name);
-    const FOUND_PROFILE answer = look_up_profile(database, key, number);
-    if (answer.record == nullptr) {
-        command.result = EXIT_NOT_FOUND;
-        fmt::print(stderr, "pgmdev: {}\n",
-                   number == 0 ? fmt::format("no {} is named \"{}\"{}", question.noun, name,
-                                             did_you_mean(nearest(name, question.names())))
-                               : fmt::format("no profile governs {} {}", question.noun, name));
-        if (command.json && batch) {
-            print_json_line({{"index", nullptr}, {"rule", nullptr}, {question.noun, name}});
-        }
-        return;
+ANSWER answer_to(const QUESTION& question, PROFILE_DATABASE& database, const std::string& name) {
+    const auto profile = std::make_shared<const FOUND_PROFILE>(question.look_up(database, name));
+    ANSWER answer;
+    answer.found = profile->record != nullptr;
+    if (!answer.found) {
+        const bool is_known = question.is_known(name);
+        answer.content = {{"index", nullptr}, {"rule", nullptr}, {question.noun, name}};
+        answer.missing = is_known ? fmt::format("no profile governs {} {}", question.noun, name)
+                                  : fmt::format("no {} is named \"{}\"", question.noun, name);
+        answer.candidates = is_known ? std::vector<std::string>() : nearest(name, question.names());
+        return answer;
     }
-    if (command.json) {
-        JSON object{{"index", answer.index}, {"rule", answer.rule}};
-        add_members(object, *answer.record);
-        print_json_answer(object, batch);
-        return;
+    answer.content = {{"index", profile->index}, {"rule", profile->rule}};
+    add_members(answer.content, *profile->record);
+    answer.print = [&question, name, profile] {
+        print_members(*profile->record, fmt::format("{} {}: record {}, keyed by {}, found {}", question.noun, name,
+                                                    profile->index, key_text(*profile->record), rule_text(*profile)));
+    };
+    answer.is_block = true;
+    return answer;
+}
+
+std::string option_list() {
+    std::string text;
+    for (const QUESTION& question : QUESTIONS) {
+        text += (text.empty() ? "" : ", ") + std::string(question.option);
     }
-    print_members(*answer.record, fmt::format("{} {}: record {}, keyed by {}, found {}", question.noun, name,
-                                              answer.index, key_text(*answer.record), rule_text(answer)));
+    return text;
+}
+
+void show(const ARGUMENTS& given, COMMAND& command) {
+    const auto is_given = [&given](const QUESTION& question) { return given.has(question.option); };
+    if (std::count_if(QUESTIONS.begin(), QUESTIONS.end(), is_given) != 1) {
+        throw USAGE_ERROR("expected one of " + option_list());
+    }
+    const QUESTION& question = *std::find_if(QUESTIONS.begin(), QUESTIONS.end(), is_given);
+    PROFILE_DATABASE database;
+    answer_each(given.text(question.option), command,
+                [&](const std::string& name) { return answer_to(question, database, name); });
+}
+
+JSON schema() {
+    std::vector<SCHEMA_MEMBER> content = profile_members();
+    content.insert(content.begin(), {{"index", number_schema()}, {"rule", choice_schema(PROFILE_RULES)}});
+    return question_schema(content, {"index", "rule"});
 }
 
 }  // namespace
 
-void show_profile(PROFILE_KEY key, const std::string& argument, COMMAND& command) {
-    PROFILE_DATABASE database;
-    for_each_item(argument, [&](const std::string& name, bool batch) {
-        show_one(database, key, name, batch, command);
-        if (batch && !command.json) {
-            fmt::print("\n");
-        }
-    });
+VERB profile_show_verb() {
+    VERB verb("show", "The profile that governs a family, device, part or programmer-file name, and the rule behind it",
+              "pgmdev profile show --family Kestrel", show);
+    for (const QUESTION& question : QUESTIONS) {
+        verb.takes({question.option, question.description, ARGUMENT::OPTIONAL_TEXT, question.value_name});
+    }
+    return std::move(verb).answers(schema);
 }

@@ -1,10 +1,6 @@
 #pragma once
 
-#include <string>
+#include "terminal/command_line.h"
 
-#include "profile/look_up.h"
-#include "terminal/command.h"
-
-/// Shows the profile that governs what is named, and which rule found it. "-" stands for one name per line of standard
-/// input.
-void show_profile(PROFILE_KEY key, const std::string& argument, COMMAND& command);
+/// `profile show`: the profile that governs what is named, and which rule found it.
+VERB profile_show_verb();

@@ -13,6 +13,8 @@
 #include "tables/fault_output.h"
 #include "terminal/command_line.h"
 #include "terminal/json.h"
+#include "terminal/listing.h"
+#include "terminal/schema.h"
 
 // KIND says which table it is:
 //   TABLE                                  the library's class for it
@@ -20,11 +22,17 @@
 //   ROW_KEY                                the key under which a fault in JSON tells its row
 //   compile(csv, pcf)                      compiles
 //   read(pcf)                              reads a database for people
-//   print(table, command)                  shows the records of a database
+//   row()                                  the schema of its records
+//   print(table, given, command)           shows the records of a database
 
 template <class TABLE>
 JSON sizes_json(const TABLE& table) {
     return {{"records", table.records().size()}, {"payload_size", table.payload_size()}};
+}
+
+/// The members of sizes_json.
+inline std::vector<SCHEMA_MEMBER> size_members() {
+    return {{"records", number_schema()}, {"payload_size", number_schema()}};
 }
 
 template <class TABLE>
@@ -48,6 +56,13 @@ void check_table(const ARGUMENTS& given, COMMAND& command) {
     } else if (!table.has_faults()) {
         print_sizes(table);
     }
+}
+
+template <class KIND>
+JSON check_schema() {
+    std::vector<SCHEMA_MEMBER> members = size_members();
+    members.push_back({"faults", array_schema(fault_schema(KIND::ROW_KEY))});
+    return object_schema(members);
 }
 
 /// Checks and compiles a source table, reads the result back, compares, and only then replaces the output.
@@ -96,10 +111,13 @@ void print_source_table(const TABLE& table) {
 template <class KIND>
 void dump_table(const ARGUMENTS& given, const COMMAND& command) {
     const auto table = KIND::read(given.text("PCF"));
+    if (given.has("--csv") && given.has("--fields")) {
+        throw USAGE_ERROR("expected one of --csv and --fields: a source table has all columns");
+    }
     if (given.has("--csv")) {
         print_source_table(table);
     } else {
-        KIND::print(table, command);
+        KIND::print(table, given, command);
     }
 }
 
@@ -109,12 +127,15 @@ std::vector<VERB> with_table_verbs(std::vector<VERB> verbs) {
     const std::string noun = std::string("pgmdev ") + KIND::NOUN;
     verbs.push_back(VERB("check", "Find everything that is wrong with a source table",
                          fmt::format("{} check {}", noun, KIND::SOURCE_TABLE), check_table<KIND>)
-                        .takes({"CSV", "Source table"}));
+                        .takes({"CSV", "Source table"})
+                        .answers(check_schema<KIND>));
     verbs.push_back(VERB("compile", "Compile a source table into a packed database",
                          fmt::format("{} compile {} {}", noun, KIND::SOURCE_TABLE, KIND::DATABASE), compile_table<KIND>)
                         .takes({"CSV", "Source table"})
-                        .takes({"PCF", "Packed database; replaced only when all has succeeded"}));
-    verbs.push_back(VERB("dump", KIND::DUMPED, fmt::format("{} dump --csv {}", noun, KIND::DATABASE), dump_table<KIND>)
+                        .takes({"PCF", "Packed database; replaced only when all has succeeded"})
+                        .answers([] { return object_schema(size_members()); }));
+    const VERB dump("dump", KIND::DUMPED, fmt::format("{} dump --csv {}", noun, KIND::DATABASE), dump_table<KIND>);
+    verbs.push_back(with_field_option(dump, KIND::row)
                         .takes({"PCF", "Packed database"})
                         .takes({"--csv", "As a source table that compiles to the same payload", ARGUMENT::FLAG}));
     return verbs;

@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "terminal/command.h"
+#include "terminal/json.h"
 
 namespace CLI {
 class App;
@@ -65,12 +66,19 @@ struct VERB {
         return *this;
     }
 
+    /// The JSON Schema of what it answers (schema.h).
+    VERB& answers(std::function<JSON()> what) {
+        schema = std::move(what);
+        return *this;
+    }
+
     std::string name;
     std::string description;
     std::string example;
     RUN run;
     std::vector<ARGUMENT> arguments;
     std::string notes;
+    std::function<JSON()> schema;  ///< none: there is no answer in JSON
 };
 
 /// A noun, behind which one of its verbs must stand, or one of its groups of verbs.

@@ -105,9 +105,14 @@ void print_csv_record(const std::vector<std::string>& cells) {
 
 }  // namespace
 
-VERB with_list_options(VERB verb) {
+VERB with_list_options(VERB verb, JSON (*row)()) {
+    return with_field_option(std::move(verb), row)
+        .takes({"--csv", "Answer with CSV (RFC 4180), the names of the fields first", ARGUMENT::FLAG});
+}
+
+VERB with_field_option(VERB verb, JSON (*row)()) {
     return std::move(verb)
-        .takes({"--csv", "Answer with CSV (RFC 4180), the names of the fields first", ARGUMENT::FLAG})
+        .answers([row] { return list_schema(row()); })
         .takes({"--fields", "Only these fields, as --json names them, in this order", ARGUMENT::OPTIONAL_TEXT,
                 "NAME,..."});
 }

@@ -22,6 +22,7 @@ namespace {
 struct QUESTION {
     const char* option;
     const char* noun;
+    const char* unknown;  ///< what is said of a name that does not name any
     const char* value_name;
     const char* description;
     FOUND_PROFILE (*look_up)(PROFILE_DATABASE& database, const std::string& name);
@@ -51,29 +52,31 @@ const std::vector<std::string>& no_names() {
 }
 
 constexpr std::array QUESTIONS{
-    QUESTION{"--family", "family", "NAME", "Family name, in any case; - reads one name per line",
+    QUESTION{"--family", "family", "no family is named", "NAME", "Family name, in any case; - reads one name per line",
              [](PROFILE_DATABASE& database, const std::string& name) {
                  return look_up_profile(database, PROFILE_KEY::FAMILY, family_number(name));
              },
              [](const std::string& name) { return family_number(name) != 0; }, family_names},
-    QUESTION{"--device", "device", "NAME", "Device name, likewise",
+    QUESTION{"--device", "device", "no device is named", "NAME", "Device name, likewise",
              [](PROFILE_DATABASE& database, const std::string& name) {
                  return look_up_profile(database, PROFILE_KEY::DEVICE, device_number(name));
              },
              [](const std::string& name) { return device_number(name) != 0; }, device_names},
-    QUESTION{"--part", "part", "NAME", "Part name, likewise",
+    QUESTION{"--part", "part", "no part is named", "NAME", "Part name, likewise",
              [](PROFILE_DATABASE& database, const std::string& name) {
                  return look_up_profile(database, PROFILE_KEY::PART, part_number(name));
              },
              [](const std::string& name) { return part_number(name) != 0; }, part_names},
-    QUESTION{"--pcf", "pcf", "NAME", "Programmer-file part name, likewise", look_up_profile_of_pcf,
+    QUESTION{"--pcf", "pcf", "no programmer-file part is named", "NAME", "Programmer-file part name, likewise",
+             look_up_profile_of_pcf,
              [](const std::string& name) {
                  std::string pcf = name;  // which the question converts to upper case
                  return !PGMDEV_DEVICE_GRAMMAR_MGR::get_pcf_device(pcf).empty();
              },
              programmer_part_names},
     QUESTION{
-        "--index", "record", "INDEX", "Index of a record, as profile list tells it; - reads one per line",
+        "--index", "record", "there is no record", "INDEX",
+        "Index of a record, as profile list tells it; - reads one per line",
         [](PROFILE_DATABASE& database, const std::string& text) { return profile_at(database, record_index(text)); },
         [](const std::string&) { return false; }, no_names},
 };
@@ -86,7 +89,7 @@ ANSWER answer_to(const QUESTION& question, PROFILE_DATABASE& database, const std
         const bool is_known = question.is_known(name);
         answer.content = {{"index", nullptr}, {"rule", nullptr}, {question.noun, name}};
         answer.missing = is_known ? fmt::format("no profile governs {} {}", question.noun, name)
-                                  : fmt::format("no {} is named \"{}\"", question.noun, name);
+                                  : fmt::format("{} \"{}\"", question.unknown, name);
         answer.candidates = is_known ? std::vector<std::string>() : nearest(name, question.names());
         return answer;
     }

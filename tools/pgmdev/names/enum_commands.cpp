@@ -1,9 +1,11 @@
 #include <fmt/core.h>
 
+#include <algorithm>
 #include <array>
-#include "names/device_names.h"
-#include "nouns.h"
 
+#include "names/device_names.h"
+#include "names/enum_commands.h"
+#include "nouns.h"
 #include "pgmdev_mgr.h"
 #include "terminal/answer.h"
 #include "terminal/did_you_mean.h"
@@ -102,6 +104,15 @@ void list(const ARGUMENTS& given, const COMMAND& command) {
 }
 
 }  // namespace
+
+std::vector<std::string> enumeration_names() {
+    return {TYPES.begin(), TYPES.end()};
+}
+
+std::vector<std::string> enumerator_names(const std::string& enumeration) {
+    const bool known = std::find(TYPES.begin(), TYPES.end(), enumeration) != TYPES.end();
+    return known ? names_of(parse_type(enumeration)) : std::vector<std::string>();
+}
 
 NOUN enum_noun() {
     const ARGUMENT type{"TYPE", "Enumeration: " + type_list()};

@@ -3,6 +3,7 @@
 #include <fmt/core.h>
 
 #include <algorithm>
+#include <iterator>
 #include <utility>
 
 #include "gen.h"
@@ -19,6 +20,16 @@ std::string joined(const std::vector<std::string>& names) {
     return text;
 }
 
+/// Fields that are spelled nearly so, or else have it in their names.
+std::vector<std::string> similar_fields(const std::string& name, const std::vector<std::string>& fields) {
+    std::vector<std::string> similar = nearest(name, fields);
+    if (similar.empty() && !name.empty()) {
+        std::copy_if(fields.begin(), fields.end(), std::back_inserter(similar),
+                     [&name](const std::string& field) { return field.find(name) != std::string::npos; });
+    }
+    return similar;
+}
+
 /// The field of a row that is called so, in any case.
 std::string field_named(const std::string& name, const std::vector<std::string>& fields) {
     for (const std::string& field : fields) {
@@ -26,8 +37,9 @@ std::string field_named(const std::string& name, const std::vector<std::string>&
             return field;
         }
     }
-    throw USAGE_ERROR(fmt::format("there is no field \"{}\"{}; the fields are {}", name,
-                                  did_you_mean(nearest(name, fields)), joined(fields)));
+    const std::vector<std::string> similar = similar_fields(name, fields);
+    throw USAGE_ERROR(fmt::format("there is no field \"{}\"{}", name,
+                                  similar.empty() ? "; the fields are " + joined(fields) : did_you_mean(similar)));
 }
 
 std::vector<std::string> fields_of(const JSON& row, const ARGUMENTS& given) {

@@ -54,14 +54,22 @@ void expect_accepted(const NAMES& names, std::vector<std::string> question) {
 }
 
 TEST(NamesFedBack, OfParts) {
-    const NAMES names = column(list({"part", "list", "--hidden"}), "name");
-    for (const auto& question : std::vector<std::vector<std::string>>{{"part", "info"},
-                                                                      {"part", "complete"},
-                                                                      {"name", "show"},
-                                                                      {"opn", "hash"},
-                                                                      {"profile", "show", "--part"}}) {
-        expect_accepted(names, question);
+    const JSON rows = list({"part", "list", "--hidden"});
+    NAMES all;
+    NAMES one_of_each_device;
+    NAMES devices;
+    for (const JSON& row : rows) {
+        all.insert(row.at("name"));
+        if (devices.insert(row.at("device")).second) {
+            one_of_each_device.insert(row.at("name"));
+        }
     }
+    for (const auto& question :
+         std::vector<std::vector<std::string>>{{"part", "complete"}, {"name", "show"}, {"opn", "hash"}}) {
+        expect_accepted(all, question);
+    }
+    expect_accepted(one_of_each_device, {"part", "info"});
+    expect_accepted(one_of_each_device, {"profile", "show", "--part"});
 }
 
 TEST(NamesFedBack, OfDevices) {

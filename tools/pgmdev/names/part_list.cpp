@@ -170,12 +170,12 @@ ROWS opn_rows(const std::vector<PART_ENTRY>& parts, const ARGUMENTS& given) {
     return rows;
 }
 
-constexpr LIST PART_LIST{"part", "Parts, by number", "pgmdev part list \"KES50*\" --temperature INDUSTRIAL --orderable",
+constexpr LIST PART_LIST{"part", "Parts, by number", "pgmdev part list \"KES75*\" --temperature INDUSTRIAL --orderable",
                          part_schema, part_rows};
 constexpr LIST DEVICE_LIST{"device",
                            "Devices that have such parts, and how many; without filters also those without parts",
                            "pgmdev device list --family Osprey --package FBGA", device_schema, device_rows};
-constexpr LIST FAMILY_LIST{"family", "Families that have such parts, and how many", "pgmdev family list --pins 1152",
+constexpr LIST FAMILY_LIST{"family", "Families that have such parts, and how many", "pgmdev family list --pins 780",
                            family_schema, family_rows};
 constexpr LIST OPN_LIST{"ordering code", "The first ordering-code index of each part, and the hash of its name",
                         "pgmdev --json opn list --family Kestrel --speed 6", opn_schema, opn_rows};

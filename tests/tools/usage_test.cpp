@@ -1,69 +1,9 @@
 #include <algorithm>
 #include <filesystem>
 
-#include "command_fixture.h"
+#include "tools/help_text.h"
 
 // The command line itself: help, exit codes, what goes where.
-
-namespace {
-
-/// The subcommands that a help text lists.
-std::vector<std::string> subcommands(const std::string& help) {
-    std::vector<std::string> names;
-    bool listing = false;
-    for (const std::string& line : lines_of(help)) {
-        if (line == "Subcommands:") {
-            listing = true;
-        } else if (line.empty()) {
-            listing = false;
-        } else if (listing && line.starts_with("  ") && line[2] != ' ') {
-            names.push_back(line.substr(2, line.find(' ', 2) - 2));
-        }
-    }
-    return names;
-}
-
-std::vector<std::string> examples(const std::string& help) {
-    const std::string mark = "Example: pgmdev ";
-    std::vector<std::string> found;
-    for (const std::string& line : lines_of(help)) {
-        if (line.starts_with(mark)) {
-            found.push_back(line.substr(mark.size()));
-        }
-    }
-    return found;
-}
-
-/// Splits a command line as a shell does, as far as the examples need it.
-std::vector<std::string> arguments_of(const std::string& line) {
-    std::vector<std::string> arguments;
-    bool quoted = false;
-    bool open = false;
-    for (const char c : line) {
-        if (c == '"') {
-            quoted = !quoted;
-        } else if (c == ' ' && !quoted) {
-            open = false;
-        } else {
-            if (!open) {
-                arguments.emplace_back();
-                open = true;
-            }
-            arguments.back() += c;
-        }
-    }
-    return arguments;
-}
-
-std::string help_of(std::vector<std::string> path) {
-    path.emplace_back("--help");
-    const PROCESS_RESULT result = run_command(path);
-    EXPECT_EQ(result.exit_code, DONE);
-    EXPECT_EQ(result.errors, "");
-    return result.output;
-}
-
-}  // namespace
 
 TEST(usage, EveryNounAndVerbHasHelpWithAnExample) {
     const std::string top = help_of({});

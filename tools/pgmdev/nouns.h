@@ -12,6 +12,8 @@ NOUN profile_noun();
 NOUN name_noun();
 NOUN part_noun();
 NOUN opn_noun();
+NOUN device_noun();
+NOUN family_noun();
 NOUN enum_noun();
 
 /// All of them, the verbs that need no noun, and the options that go with every verb.

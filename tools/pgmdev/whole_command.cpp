@@ -13,7 +13,7 @@ COMMAND_TABLE make() {
                  "pgmdev flash identify 20BA18",
                  {doctor_verb(), schema_verb()},
                  {flash_noun(), hps_noun(), params_noun(), profile_noun(), name_noun(), part_noun(), opn_noun(),
-                  enum_noun()}};
+                  device_noun(), family_noun(), enum_noun()}};
     table.options = global_options();
     table.options.push_back(version_option());  // behind those that it heeds
     table.notes =

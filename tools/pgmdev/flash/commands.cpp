@@ -5,60 +5,16 @@
 #include <string>
 #include <vector>
 
-#include "flash/database.h"
+#include "flash/list.h"
 #include "flash/output.h"
+#include "flash/show.h"
 #include "flash/verbs.h"
+#include "pgmdev_flash_manager.h"
 #include "pgmdev_flash_table.h"
 #include "tables/table_verbs.h"
-#include "terminal/answer.h"
-#include "terminal/did_you_mean.h"
 #include "terminal/json.h"
-#include "terminal/listing.h"
 
 namespace {
-
-void list(const ARGUMENTS& given, const COMMAND& command) {
-    PGMDEV_FLASH_MANAGER manager = open_flash_database(1);
-    print_records(manager.get_flash_database(), manager.get_flash_count(), given, command);
-}
-
-std::vector<std::string> default_names(PGMDEV_FLASH_MANAGER& manager) {
-    std::vector<std::string> names;
-    for (DWORD i = 0; i < manager.get_flash_count(); ++i) {
-        const PGMDEV_SFL_FLASH_INFO& record = manager.get_flash_database()[i];
-        if (record.default_dev) {
-            names.push_back(record.device_name);
-        }
-    }
-    return names;
-}
-
-ANSWER show_one(PGMDEV_FLASH_MANAGER& manager, const std::string& name, const std::vector<std::string>& names) {
-    ANSWER answer;
-    const PGMDEV_SFL_FLASH_INFO* record = manager.get_default_flash(name);
-    answer.found = record != nullptr;
-    if (!answer.found) {
-        answer.content = {{"index", nullptr}, {"device_name", name}};
-        answer.missing = fmt::format("no flash is named \"{}\"", name);
-        answer.candidates = longer_or_shorter(name, names);
-        return answer;
-    }
-    const auto index = static_cast<DWORD>(record - manager.get_flash_database());
-    answer.content = record_json(index, *record);
-    answer.print = [index, record] { print_members(index, *record); };
-    answer.is_block = true;
-    return answer;
-}
-
-void show(const ARGUMENTS& given, COMMAND& command) {
-    PGMDEV_FLASH_MANAGER manager = open_flash_database(1);
-    const std::vector<std::string> names = default_names(manager);
-    answer_each(given.text("NAME"), command, [&](const std::string& name) { return show_one(manager, name, names); });
-}
-
-JSON show_schema() {
-    return question_schema(indexed_record_members(), {"index", "device_name"});
-}
 
 struct FLASH_TABLES {
     using TABLE = PGMDEV_FLASH_TABLE;
@@ -87,11 +43,8 @@ struct FLASH_TABLES {
 
 NOUN flash_noun() {
     const std::vector<VERB> verbs{
-        with_list_options(VERB("list", "All enabled records of the database", "pgmdev --json flash list", list),
-                          record_schema),
-        VERB("show", "The default record of a device name", "pgmdev flash show W25Q64JV", show)
-            .takes({"NAME", "Device name, in any case; - reads one name per line"})
-            .answers(show_schema),
+        flash_list_verb(),
+        flash_show_verb(),
         VERB("identify", "Which flash answered, and how it must be driven", "pgmdev flash identify 20BA18 \"EF 70 17\"",
              identify_flash)
             .takes({"--silicon", "The responses are one-byte electronic signatures", ARGUMENT::FLAG})

@@ -78,8 +78,10 @@ JSON record_json(DWORD index, const RECORD& record) {
     return object;
 }
 
-void print_members(DWORD index, const RECORD& record) {
-    fmt::print("{:<20}  {}\n", "index", index);
+void print_members(const std::optional<DWORD>& index, const RECORD& record) {
+    if (index) {
+        fmt::print("{:<20}  {}\n", "index", *index);
+    }
     for (const PGMDEV_SFL_FLASH_MEMBER& member : PGMDEV_SFL_FLASH_MEMBERS) {
         const std::string cell =
             std::visit([&](auto field) { return pgmdev_cell(record.*field, member.base); }, member.field);
@@ -112,16 +114,29 @@ void print_summary(const RECORD& record) {
     }
 }
 
+std::vector<std::string> record_heading() {
+    return {"index", "manufacturer", "device", "recognised by", "size", "sector", "voltage", "default", "switch"};
+}
+
+std::vector<std::string> record_cells(const RECORD& record) {
+    return {record.manufacturer_name,
+            record.device_name,
+            identified_by(record),
+            size_text(record.device_bit_size),
+            std::to_string(record.device_sector_byte),
+            record.asc_voltage,
+            record.default_dev ? "yes" : "no",
+            record.ini};
+}
+
 void print_records(const RECORD* records, DWORD count, const ARGUMENTS& given, const COMMAND& command) {
     std::vector<JSON> rows;
-    TEXT_TABLE table(
-        {"index", "manufacturer", "device", "recognised by", "size", "sector", "voltage", "default", "switch"});
+    TEXT_TABLE table(record_heading());
     for (DWORD i = 0; i < count; ++i) {
-        const RECORD& record = records[i];
-        rows.push_back(record_json(i, record));
-        table.add({std::to_string(i), record.manufacturer_name, record.device_name, identified_by(record),
-                   size_text(record.device_bit_size), std::to_string(record.device_sector_byte), record.asc_voltage,
-                   record.default_dev ? "yes" : "no", record.ini});
+        rows.push_back(record_json(i, records[i]));
+        std::vector<std::string> cells = record_cells(records[i]);
+        cells.insert(cells.begin(), std::to_string(i));
+        table.add(std::move(cells));
     }
     print_listing(record_schema(), rows, table, given, command);
 }

@@ -3,6 +3,7 @@
 /// \file
 /// Serial flash records as JSON and as text for people.
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -25,11 +26,15 @@ JSON record_schema();
 /// `index` and the members.
 JSON record_json(DWORD index, const PGMDEV_SFL_FLASH_INFO& record);
 
-/// All members, a line each, with their units.
-void print_members(DWORD index, const PGMDEV_SFL_FLASH_INFO& record);
+/// The index, if there is one, and all members, a line each, with their units.
+void print_members(const std::optional<DWORD>& index, const PGMDEV_SFL_FLASH_INFO& record);
 
 /// What a person who drives the flash wants to know.
 void print_summary(const PGMDEV_SFL_FLASH_INFO& record);
+
+/// The most telling members, for people: what they are called, behind the index, and as cells of a table.
+std::vector<std::string> record_heading();
+std::vector<std::string> record_cells(const PGMDEV_SFL_FLASH_INFO& record);
 
 /// The records as a list, for people with their most telling members.
 void print_records(const PGMDEV_SFL_FLASH_INFO* records, DWORD count, const ARGUMENTS& given, const COMMAND& command);

@@ -9,6 +9,7 @@
 #include "files/container.h"
 #include "flash/output.h"
 #include "hps/edit.h"
+#include "hps/port.h"
 #include "pgmdev_hps_mgr.h"
 #include "terminal/listing.h"
 #include "terminal/text_table.h"
@@ -112,14 +113,31 @@ TEXT_TABLE table_of(const std::vector<PGMDEV_HPS_SPI_STRUCTURE*>& list, std::siz
 template <class FLASH>
 void list_entries(const ARGUMENTS& given, const COMMAND& command) {
     warn_of_container();
+    const KIND* kind = given.has("--hps") ? &chosen_kind(given.text("--hps")) : nullptr;
     const auto& manager = *FLASH::MANAGER::get_mgr();
     const auto& list = manager.get_list();
     const std::size_t user_count = manager.get_user_list().size();
     std::vector<JSON> rows;
     for (std::size_t i = 0; i < list.size(); ++i) {
-        rows.push_back(entry_json<FLASH>(i, *list[i], i < user_count));
+        JSON& row = rows.emplace_back(entry_json<FLASH>(i, *list[i], i < user_count));
+        if (kind != nullptr) {
+            add_port(row, *kind, PORT<FLASH>);
+        }
     }
-    print_listing(entry_schema<FLASH>(), rows, table_of(list, user_count), given, command);
+    if (kind != nullptr && !command.json && !given.has("--csv") && !given.has("--fields")) {
+        print_port(*kind, PORT<FLASH>);
+    }
+    print_listing(kind != nullptr ? with_port(entry_schema<FLASH>, PORT<FLASH>) : entry_schema<FLASH>(), rows,
+                  table_of(list, user_count), given, command);
+}
+
+template <class FLASH>
+VERB entries_verb(const char* name, const char* description, const char* example) {
+    return with_list_options(
+        VERB(name, description, example, list_entries<FLASH>)
+            .takes({"--hps", "Also how a kind of system reaches them: its name, identification code or index",
+                    ARGUMENT::OPTIONAL_TEXT, "NAME|ID"}),
+        entry_schema<FLASH>);
 }
 
 template <class FLASH>
@@ -172,12 +190,10 @@ NOUN hps_noun() {
     const std::vector<VERB> verbs{
         with_list_options(VERB("kinds", "The kinds of hard processor systems", "pgmdev --json hps kinds", list_kinds),
                           kind_schema),
-        with_list_options(VERB("nand", "The NAND flash devices: the user's own, then the built-in ones",
-                               "pgmdev hps nand", list_entries<HPS_NAND>),
-                          entry_schema<HPS_NAND>),
-        with_list_options(VERB("spi", "The SPI flash devices: the user's own, then the built-in ones",
-                               "pgmdev --json hps spi", list_entries<HPS_SPI>),
-                          entry_schema<HPS_SPI>),
+        entries_verb<HPS_NAND>("nand", "The NAND flash devices: the user's own, then the built-in ones",
+                               "pgmdev hps nand --hps \"HPS 2\""),
+        entries_verb<HPS_SPI>("spi", "The SPI flash devices: the user's own, then the built-in ones",
+                              "pgmdev --json hps spi"),
     };
     const std::vector<NOUN> groups{
         {"add",

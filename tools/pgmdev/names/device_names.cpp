@@ -62,6 +62,14 @@ std::vector<std::string> all_device_names() {
     return names;
 }
 
+std::vector<std::string> all_family_names() {
+    std::vector<std::string> names;
+    for (int family = DEV_FAMILY_INVALID + 1; family < DEV_FAMILY_MAX; ++family) {
+        stl_toupper(names.emplace_back(dstr_get_user_string(static_cast<DEV_FAMILY_ENUM>(family))));
+    }
+    return names;
+}
+
 }  // namespace
 
 const std::vector<std::string>& part_names() {
@@ -81,6 +89,11 @@ const std::vector<std::string>& programmer_part_names() {
 
 const std::vector<std::string>& device_names() {
     static const std::vector<std::string> names = all_device_names();
+    return names;
+}
+
+const std::vector<std::string>& family_names() {
+    static const std::vector<std::string> names = all_family_names();
     return names;
 }
 

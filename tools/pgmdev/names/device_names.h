@@ -14,6 +14,7 @@ const std::vector<std::string>& part_names();
 const std::vector<std::string>& package_and_programming_names();
 const std::vector<std::string>& programmer_part_names();
 const std::vector<std::string>& device_names();
+const std::vector<std::string>& family_names();
 
 /// The answer of an operation that reports when it finds nothing: such reports are kept from the user, to whom not
 /// finding is a result. Reports that end the operation are shown as everywhere.

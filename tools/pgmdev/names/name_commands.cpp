@@ -1,66 +1,18 @@
 #include <fmt/core.h>
 
 #include <algorithm>
-#include <utility>
 #include <variant>
 #include <vector>
 
 #include "names/device_names.h"
+#include "names/spellings.h"
 #include "nouns.h"
-#include "pgmdev_device_grammar_mgr.h"
-#include "pgmdev_mgr.h"
 #include "terminal/answer.h"
 #include "terminal/did_you_mean.h"
 #include "terminal/json.h"
 #include "terminal/schema.h"
 
 namespace {
-
-using GRAMMAR = PGMDEV_DEVICE_GRAMMAR_MGR;
-
-/// One spelling of a name, or a remark on its spellings.
-struct SPELLING {
-    const char* key;
-    const char* label;
-    std::variant<std::string, bool> value;
-};
-
-/// All spellings of a name. A package name is its own package name, and a programming name its own programming name;
-/// "" stands for what a name has not.
-std::vector<SPELLING> spellings_of(std::string name) {
-    std::string package_name = GRAMMAR::get_package_name(name, true);  // trims the name, converts it to upper case
-    if (package_name.empty() && !GRAMMAR::get_pgm_name(name, true, true).empty()) {
-        package_name = name;
-    }
-    std::string pgm_name = GRAMMAR::get_pgm_name(name, false, true);
-    if (pgm_name.empty() && !GRAMMAR::get_pgm_part_pcf(name).empty()) {
-        pgm_name = name;
-    }
-    std::string pgm_part_pcf;
-    std::string pgm_family_pcf;
-    GRAMMAR::get_pgm_pcfs(name, pgm_part_pcf, pgm_family_pcf);
-    std::string dev_part_pcf;
-    std::string dev_family_pcf;
-    GRAMMAR::get_dev_pcfs(name, dev_part_pcf, dev_family_pcf);
-    std::string family = GRAMMAR::get_family(name);
-    if (family.empty()) {
-        family = GRAMMAR::get_family(pgm_name);
-    }
-    return {{"name", "name", name},
-            {"package_name", "package name", std::move(package_name)},
-            {"pgm_name", "programming name", std::move(pgm_name)},
-            {"pgm_part_pcf", "programmer-file part", std::move(pgm_part_pcf)},
-            {"pgm_family_pcf", "programmer-file family", std::move(pgm_family_pcf)},
-            {"dev_part_pcf", "programmer-file part of the device", std::move(dev_part_pcf)},
-            {"dev_family_pcf", "programmer-file family of the device", std::move(dev_family_pcf)},
-            {"pcf_family_pcf", "programmer-file family of the family", GRAMMAR::get_pcf_family_pcf(name)},
-            {"family", "family", std::move(family)},
-            {"pcf_device", "device of the programmer-file part", GRAMMAR::get_pcf_device(name)},
-            {"use_full_name", "full name serves for all", GRAMMAR::use_full_name(name)},
-            {"use_package_name", "package name serves for programming", GRAMMAR::use_package_name(name)},
-            {"possible_full_name", "first full name",
-             ask_quietly([&name] { return PGMDEV_MGR::get_possible_full_name(name); })}};
-}
 
 /// Whether anything is known of the name besides the name itself.
 bool is_known(const std::vector<SPELLING>& spellings) {
@@ -99,10 +51,22 @@ const std::vector<std::string>& all_names() {
     return names;
 }
 
+/// The spellings of a name that the grammar does not convert: a family, a programmer family, a device without
+/// programmer file, or an alias. Unchanged when it is none of these either.
+std::vector<SPELLING> spellings_by_scheme(const std::string& name, bool& found) {
+    static const NAME_SCHEMES schemes;
+    const NAME_MEANING meaning = schemes.meaning_of(name);
+    found = !meaning.schemes.empty();
+    return spellings_of(meaning);
+}
+
 ANSWER show_one(const std::string& name) {
-    const std::vector<SPELLING> spellings = spellings_of(name);
+    std::vector<SPELLING> spellings = spellings_of(name);
     ANSWER answer;
     answer.found = is_known(spellings);
+    if (!answer.found) {
+        spellings = spellings_by_scheme(name, answer.found);
+    }
     answer.content = to_json(spellings);
     if (answer.found) {
         answer.print = [spellings] { print_spellings(spellings); };
@@ -132,10 +96,11 @@ JSON schema() {
 }  // namespace
 
 NOUN name_noun() {
-    const VERB verb =
-        VERB("show", "Every spelling of a name", "pgmdev --json name show KES50C6", show)
-            .takes({"NAME",
-                    "Full, package, programming, programmer-file or device name, in any case; - reads one per line"})
-            .answers(schema);
+    const VERB verb = VERB("show", "Every spelling of a name", "pgmdev --json name show KES50C6", show)
+                          .takes({"NAME",
+                                  "Full, package, programming, programmer-file, device or family name, or alias, in "
+                                  "any case; - reads one "
+                                  "per line"})
+                          .answers(schema);
     return {"name", "The spellings of a device's name", "pgmdev name show KES50C6", {verb}};
 }

@@ -3,6 +3,7 @@
 #include <charconv>
 
 #include "names/device_names.h"
+#include "names/part_list.h"
 #include "nouns.h"
 #include "pgmdev_mgr.h"
 #include "stl.h"
@@ -129,6 +130,7 @@ NOUN opn_noun() {
         question("hash", "The 48-bit hash of a part's name", "pgmdev opn hash KES50C6", name, ask_hash),
         question("from-hash", "The part whose name has a hash", "pgmdev opn from-hash 0xDCB59F75E910", hash,
                  ask_from_hash),
+        opn_list_verb(),
     };
     return {"opn", "Ordering codes: indexes and hashes of parts", "pgmdev opn index KES50C6", verbs};
 }

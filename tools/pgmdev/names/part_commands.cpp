@@ -1,8 +1,12 @@
 #include <fmt/core.h>
 
 #include "names/device_names.h"
+#include "names/part_from_pcf.h"
+#include "names/part_info.h"
+#include "names/part_list.h"
 #include "nouns.h"
 #include "pgmdev_mgr.h"
+#include "stl.h"
 #include "terminal/answer.h"
 #include "terminal/did_you_mean.h"
 #include "terminal/json.h"
@@ -31,24 +35,21 @@ const std::vector<std::string>& completable_names() {
     return names;
 }
 
-/// Not every programmer-file part has a part: that takes a part whose full name is its programming name.
-const std::vector<std::string>& programmer_part_names_of_parts() {
-    static const std::vector<std::string> names = [] {
-        std::vector<std::string> all = programmer_part_names();
-        std::erase_if(all, [](const std::string& name) { return PGMDEV_MGR::get_part_name_from_pcf(name).empty(); });
-        return all;
-    }();
-    return names;
+/// The first part that a name denotes, which may also be a further name by which the device library finds a part.
+std::string complete(std::string name) {
+    std::string part = PGMDEV_MGR::get_possible_full_name(name);
+    if (part.empty()) {
+        part = dstr_get_user_string(dstr_get_dev_part_enum_by_string(name.c_str()));
+        stl_toupper(part);
+    }
+    return part;
 }
 
 const QUESTION QUESTIONS[]{
     {"from-device", "The first part of a device of the device library", "Device name", "no part of a device",
      "pgmdev part from-device OSPREY-8", PGMDEV_MGR::get_part_name_from_dev, device_names},
-    {"from-pcf", "The first part with a programmer-file part name", "Programmer-file part name",
-     "no part with the programmer-file part name", "pgmdev part from-pcf BLU_R35", PGMDEV_MGR::get_part_name_from_pcf,
-     programmer_part_names_of_parts},
-    {"complete", "The first part that a full, package or programming name denotes", "Name", "no part denoted by",
-     "pgmdev part complete KES50", PGMDEV_MGR::get_possible_full_name, completable_names},
+    {"complete", "The first part that a full, package or programming name denotes, or an alias", "Name",
+     "no part denoted by", "pgmdev part complete KES50", complete, completable_names},
 };
 
 ANSWER answer(const QUESTION& question, const std::string& name) {
@@ -72,7 +73,7 @@ JSON schema() {
 }  // namespace
 
 NOUN part_noun() {
-    std::vector<VERB> verbs;
+    std::vector<VERB> verbs{part_info_verb(), part_list_verb(), part_from_pcf_verb()};
     for (const QUESTION& question : QUESTIONS) {
         const auto run = [&question](const ARGUMENTS& given, COMMAND& command) {
             answer_each(given.text("NAME"), command,

@@ -1,113 +1,96 @@
+#include "profile/show.h"
+
 #include <fmt/core.h>
 
+#include <algorithm>
 #include <array>
 #include <memory>
+#include <utility>
 
-#include "dev.h"
-#include "files/database.h"
+#include "dstr.h"
 #include "names/device_names.h"
-#include "pgmdev_dev_info_manager_auto_export.h"
+#include "pgmdev_device_grammar_mgr.h"
+#include "profile/look_up.h"
 #include "profile/output.h"
-#include "profile/show.h"
 #include "terminal/answer.h"
 #include "terminal/did_you_mean.h"
+#include "terminal/input.h"
 
 namespace {
 
-/// One way of asking: by family, device or part.
+/// One way of asking.
 struct QUESTION {
+    const char* option;
     const char* noun;
-    int (*number)(const std::string& name);
-    PGMDEV_DEVICE_INFO* (*look_up)(PROFILE_DATABASE& database, int number);
+    const char* unknown;  ///< what is said of a name that does not name any
+    const char* value_name;
+    const char* description;
+    FOUND_PROFILE (*look_up)(PROFILE_DATABASE& database, const std::string& name);
+    bool (*is_known)(const std::string& name);
     const std::vector<std::string>& (*names)();
 };
 
+int family_number(const std::string& name) {
+    return dstr_get_dev_family_enum_by_string(name.c_str());
+}
+
+int device_number(const std::string& name) {
+    return dstr_get_dev_device_enum_by_string(name.c_str());
+}
+
+int part_number(const std::string& name) {
+    return dstr_get_dev_part_enum_by_string(name.c_str());
+}
+
+DWORD record_index(const std::string& text) {
+    return parse_dword(text, "the index of a record");
+}
+
+const std::vector<std::string>& no_names() {
+    static const std::vector<std::string> names;
+    return names;
+}
+
 constexpr std::array QUESTIONS{
-    QUESTION{"family",
-             [](const std::string& name) { return static_cast<int>(dstr_get_dev_family_enum_by_string(name.c_str())); },
-             [](PROFILE_DATABASE& database, int number) {
-                 return database.get_db_by_family(static_cast<DEV_FAMILY_ENUM>(number));
+    QUESTION{"--family", "family", "no family is named", "NAME", "Family name, in any case; - reads one name per line",
+             [](PROFILE_DATABASE& database, const std::string& name) {
+                 return look_up_profile(database, PROFILE_KEY::FAMILY, family_number(name));
              },
-             family_names},
-    QUESTION{"device",
-             [](const std::string& name) { return static_cast<int>(dstr_get_dev_device_enum_by_string(name.c_str())); },
-             [](PROFILE_DATABASE& database, int number) {
-                 return database.get_db_by_device(static_cast<DEV_DEVICE_ENUM>(number));
+             [](const std::string& name) { return family_number(name) != 0; }, family_names},
+    QUESTION{"--device", "device", "no device is named", "NAME", "Device name, likewise",
+             [](PROFILE_DATABASE& database, const std::string& name) {
+                 return look_up_profile(database, PROFILE_KEY::DEVICE, device_number(name));
              },
-             device_names},
-    QUESTION{"part", [](const std::string& name) { return dstr_get_dev_part_enum_by_string(name.c_str()); },
-             [](PROFILE_DATABASE& database, int number) { return database.get_db_by_part(number); }, part_names},
+             [](const std::string& name) { return device_number(name) != 0; }, device_names},
+    QUESTION{"--part", "part", "no part is named", "NAME", "Part name, likewise",
+             [](PROFILE_DATABASE& database, const std::string& name) {
+                 return look_up_profile(database, PROFILE_KEY::PART, part_number(name));
+             },
+             [](const std::string& name) { return part_number(name) != 0; }, part_names},
+    QUESTION{"--pcf", "pcf", "no programmer-file part is named", "NAME", "Programmer-file part name, likewise",
+             look_up_profile_of_pcf,
+             [](const std::string& name) {
+                 std::string pcf = name;  // which the question converts to upper case
+                 return !PGMDEV_DEVICE_GRAMMAR_MGR::get_pcf_device(pcf).empty();
+             },
+             programmer_part_names},
+    QUESTION{
+        "--index", "record", "there is no record", "INDEX",
+        "Index of a record, as profile list tells it; - reads one per line",
+        [](PROFILE_DATABASE& database, const std::string& text) { return profile_at(database, record_index(text)); },
+        [](const std::string&) { return false; }, no_names},
 };
 
-/// What was found for one name.
-struct GOVERNING_PROFILE {
-    std::unique_ptr<PGMDEV_DEVICE_INFO> record;
-    DWORD index = INVALID_DWORD;
-    std::string rule;
-};
-
-/// The rule that leads to a record follows from what the record is keyed by. A family's record that is not of the
-/// family asked for stands in for a missing one.
-std::string rule_of(const PGMDEV_DEVICE_INFO& record, DEV_FAMILY_ENUM family) {
-    if (record.part != DEV_PART_INVALID) {
-        return "part";
-    }
-    if (record.device != DEV_DEVICE_INVALID) {
-        return "device";
-    }
-    if (!record.pcf.empty()) {
-        return "pcf";
-    }
-    return record.family == family ? "family" : "generic";
-}
-
-std::string rule_text(const GOVERNING_PROFILE& profile) {
-    if (profile.rule == "pcf") {
-        return "by its programmer-file name";
-    }
-    if (profile.rule == "generic") {
-        return "as a stand-in, because its family has no record";
-    }
-    return "by its " + profile.rule;
-}
-
-DEV_FAMILY_ENUM family_of(PROFILE_KEY key, int number) {
-    const DEV_PART_MANAGER parts;
-    switch (key) {
-        case PROFILE_KEY::FAMILY:
-            return static_cast<DEV_FAMILY_ENUM>(number);
-        case PROFILE_KEY::DEVICE:
-            return parts.get_family_of(static_cast<DEV_DEVICE_ENUM>(number));
-        default:
-            return parts.get_family_of(parts.get_device_of(number));
-    }
-}
-
-std::unique_ptr<GOVERNING_PROFILE> look_up(PROFILE_DATABASE& database, PROFILE_KEY key, int number) {
-    if (number == 0) {
-        return nullptr;
-    }
-    auto profile = std::make_unique<GOVERNING_PROFILE>();
-    profile->record.reset(QUESTIONS[static_cast<std::size_t>(key)].look_up(database, number));
-    if (profile->record == nullptr) {
-        return nullptr;
-    }
-    profile->index = database.found_index();
-    profile->rule = rule_of(*profile->record, family_of(key, number));
-    return profile;
-}
-
-ANSWER show_one(PROFILE_DATABASE& database, PROFILE_KEY key, const std::string& name) {
-    const QUESTION& question = QUESTIONS[static_cast<std::size_t>(key)];
-    const int number = question.number(name);
-    const std::shared_ptr<const GOVERNING_PROFILE> profile = look_up(database, key, number);
+ANSWER answer_to(const QUESTION& question, PROFILE_DATABASE& database, const std::string& name) {
+    const auto profile = std::make_shared<const FOUND_PROFILE>(question.look_up(database, name));
     ANSWER answer;
-    answer.found = profile != nullptr;
+    answer.found = profile->record != nullptr;
     if (!answer.found) {
+        const bool is_known = question.is_known(name);
         answer.content = {{"index", nullptr}, {"rule", nullptr}, {question.noun, name}};
-        answer.missing = number == 0 ? fmt::format("no {} is named \"{}\"", question.noun, name)
-                                     : fmt::format("no profile governs {} {}", question.noun, name);
-        answer.candidates = number == 0 ? nearest(name, question.names()) : std::vector<std::string>();
+        answer.missing = is_known ? fmt::format("no profile governs {} {}", question.noun, name)
+                                  : fmt::format("{} \"{}\"", question.unknown, name);
+        answer.candidates = is_known ? std::vector<std::string>() : nearest(name, question.names());
         return answer;
     }
     answer.content = {{"index", profile->index}, {"rule", profile->rule}};
@@ -120,31 +103,38 @@ ANSWER show_one(PROFILE_DATABASE& database, PROFILE_KEY key, const std::string& 
     return answer;
 }
 
+std::string option_list() {
+    std::string text;
+    for (const QUESTION& question : QUESTIONS) {
+        text += (text.empty() ? "" : ", ") + std::string(question.option);
+    }
+    return text;
+}
+
+void show(const ARGUMENTS& given, COMMAND& command) {
+    const auto is_given = [&given](const QUESTION& question) { return given.has(question.option); };
+    if (std::count_if(QUESTIONS.begin(), QUESTIONS.end(), is_given) != 1) {
+        throw USAGE_ERROR("expected one of " + option_list());
+    }
+    const QUESTION& question = *std::find_if(QUESTIONS.begin(), QUESTIONS.end(), is_given);
+    PROFILE_DATABASE database;
+    answer_each(given.text(question.option), command,
+                [&](const std::string& name) { return answer_to(question, database, name); });
+}
+
+JSON schema() {
+    std::vector<SCHEMA_MEMBER> content = profile_members();
+    content.insert(content.begin(), {{"index", number_schema()}, {"rule", choice_schema(PROFILE_RULES)}});
+    return question_schema(content, {"index", "rule"});
+}
+
 }  // namespace
 
-const std::vector<std::string>& family_names() {
-    static const std::vector<std::string> names = [] {
-        std::vector<std::string> all;
-        for (int family = DEV_FAMILY_INVALID + 1; family < DEV_FAMILY_MAX; ++family) {
-            all.push_back(pgmdev_family_name(static_cast<DEV_FAMILY_ENUM>(family)));
-        }
-        return all;
-    }();
-    return names;
-}
-
-PROFILE_DATABASE::PROFILE_DATABASE()
-    : PGMDEV_DEV_INFO_MANAGER(read_database(PROFILE_DATABASE_KIND, profile_database_place(),
-                                            [] { return PGMDEV_DEV_INFO_MANAGER(false); })) {}
-
-void show_profile(PROFILE_KEY key, const std::string& argument, COMMAND& command) {
-    PROFILE_DATABASE database;
-    answer_each(argument, command, [&](const std::string& name) { return show_one(database, key, name); });
-}
-
-JSON show_profile_schema() {
-    std::vector<SCHEMA_MEMBER> content = profile_members();
-    content.insert(content.begin(), {{"index", number_schema()},
-                                     {"rule", choice_schema({"family", "device", "part", "pcf", "generic"})}});
-    return question_schema(content, {"index", "rule"});
+VERB profile_show_verb() {
+    VERB verb("show", "The profile that governs a family, device, part or programmer-file name, and the rule behind it",
+              "pgmdev profile show --family Kestrel", show);
+    for (const QUESTION& question : QUESTIONS) {
+        verb.takes({question.option, question.description, ARGUMENT::OPTIONAL_TEXT, question.value_name});
+    }
+    return std::move(verb).answers(schema);
 }

@@ -12,8 +12,6 @@
 #include "pgmdev_flash_ini.h"
 #include "pgmdev_hps_nand_mgr.h"
 #include "pgmdev_hps_spi_mgr.h"
-#include "profile/show.h"
-
 namespace {
 
 using NAMES = std::vector<std::string>;

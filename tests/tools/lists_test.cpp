@@ -1,0 +1,118 @@
+#include <algorithm>
+
+#include "tools/command_fixture.h"
+
+// Lists with filters, and everything about a name.
+
+namespace {
+
+JSON listed(std::vector<std::string> arguments) {
+    arguments.insert(arguments.begin(), "--json");
+    return json_of(run_command(arguments).output);
+}
+
+TEST(PartList, FiltersAsTheDeviceLibraryDoes) {
+    const JSON rows = listed({"part", "list", "kes50?c*", "--family", "kestrel", "--speed", "6", "--temperature",
+                              "commercial", "--package", "pqfp", "--pins", "160"});
+    for (const JSON& row : rows) {
+        EXPECT_EQ(row["family"], "KESTREL");
+        EXPECT_TRUE(row["name"].get<std::string>().starts_with("KES50")) << row;
+        EXPECT_EQ(row["hidden"], false);
+    }
+    const JSON hidden = listed({"part", "list", "KES50C6", "--hidden"});
+    ASSERT_EQ(hidden.size(), 1U);
+    EXPECT_EQ(hidden[0], (JSON{{"name", "KES50C6"},
+                               {"number", 1166},
+                               {"device", "KES50"},
+                               {"family", "KESTREL"},
+                               {"package_name", "KES50"},
+                               {"pgm_name", "KES50"},
+                               {"pgm_part_pcf", "KES_50"},
+                               {"orderable", true},
+                               {"production", true},
+                               {"hidden", true}}));
+    EXPECT_EQ(listed({"part", "list", "KES50C6"}), JSON::array());
+}
+
+TEST(PartList, NamesTheFilterThatNothingPasses) {
+    expect_failure(run_command({"part", "list", "--family", "kestral"}), NOT_FOUND,
+                   {"no part passes --family kestral; did you mean KESTREL"});
+    expect_failure(run_command({"device", "list", "--package", "FGBA"}), NOT_FOUND, {"no part passes --package FGBA"});
+}
+
+TEST(PartInfo, TellsEverythingAboutAPart) {
+    const JSON info = listed({"part", "info", " kes50c6 "});
+    EXPECT_EQ(info["query"], " kes50c6 ");
+    EXPECT_EQ(info["found"], true);
+    EXPECT_EQ(info["scheme"], "name");
+    EXPECT_EQ(info["name"], "KES50C6");
+    EXPECT_EQ(info["device"], "KES50");
+    EXPECT_EQ(info["family"], "KESTREL");
+    EXPECT_EQ(info["opn_index"], 1337);
+    EXPECT_EQ(info["opn_hash"], 0xDCB59F75E910);
+    EXPECT_EQ(info["profile"], (JSON{{"index", 41}, {"rule", "family"}, {"key", "family KESTREL"}}));
+    EXPECT_EQ(info["parts"], JSON{"KES50C6"});
+}
+
+TEST(PartInfo, TellsWhichSchemeANameBelongsTo) {
+    const std::pair<const char*, const char*> schemes[]{{"KES75F169", "package_name"},
+                                                        {"KES75D", "pgm_name"},
+                                                        {"OSPREY-8", "device"},
+                                                        {"KES_50", "pgm_part_pcf"},
+                                                        {"KESTREL_PCF", "pgm_family_pcf"},
+                                                        {"AVOCET", "family"},
+                                                        {"KES75-F169-C4", "alias"}};
+    for (const auto& [name, scheme] : schemes) {
+        const JSON info = listed({"part", "info", name});
+        EXPECT_EQ(info["scheme"], scheme) << name;
+        EXPECT_FALSE(info["parts"].empty()) << name;
+    }
+    EXPECT_EQ(listed({"part", "info", "KES75-F169-C4"})["parts"], JSON{"KES75F169C4"});
+    expect_failure(run_command({"part", "info", "KES5O"}), NOT_FOUND, {"did you mean KES50"});
+}
+
+TEST(PartFromPcf, TellsTheDifferenceBetweenOneAndAll) {
+    expect_failure(run_command({"part", "from-pcf", "KES_50"}), NOT_FOUND, {"--all lists the 40 parts"});
+    const JSON all = listed({"part", "from-pcf", "kes_50", "--all"});
+    EXPECT_EQ(all["part"], nullptr);
+    EXPECT_EQ(all["parts"].size(), 40U);
+    const JSON both = listed({"part", "from-pcf", "BLU_R35", "--all"});
+    EXPECT_NE(std::find(both["parts"].begin(), both["parts"].end(), both["part"]), both["parts"].end());
+}
+
+TEST(FlashList, ChoosesRecords) {
+    const JSON rows =
+        listed({"flash", "list", "w25q*", "--maker", "winbond", "--size", "128 mbit", "--voltage", "1.8"});
+    ASSERT_EQ(rows.size(), 2U);
+    EXPECT_EQ(rows[0]["device_name"], "W25Q128FW");
+    EXPECT_EQ(rows[1]["device_name"], "W25Q128JW");
+    expect_failure(run_command({"flash", "list", "--size", "3x"}), WRONG_USAGE, {"\"3x\" is not a size"});
+    expect_failure(run_command({"flash", "list", "no*such"}), NOT_FOUND, {"no*such"});
+}
+
+TEST(FlashList, ShowsSwitchedOffRowsWithTheirSwitch) {
+    const JSON off = listed({"flash", "list", "M45PE80", "--all-rows"});
+    ASSERT_FALSE(off.empty());
+    EXPECT_EQ(off[0]["index"], nullptr);
+    EXPECT_EQ(off[0]["enabled"], false);
+    EXPECT_EQ(off[0]["switch"], "PGM_ALLOW_M45PE");
+    const JSON on = listed({"--set", "PGM_ALLOW_M45PE=on", "flash", "list", "M45PE80", "--all-rows"});
+    EXPECT_EQ(on[0]["enabled"], true);
+    const JSON enabled = listed({"--set", "PGM_ALLOW_M45PE=on", "flash", "list", "M45PE80"});
+    EXPECT_EQ(on[0]["index"], enabled[0]["index"]);
+    expect_failure(run_command({"flash", "show", "M45PE80"}), NOT_FOUND, {"--set PGM_ALLOW_M45PE=on"});
+}
+
+TEST(ProfileShow, FindsByProgrammerFileAndIndex) {
+    EXPECT_EQ(listed({"profile", "show", "--pcf", "kes_r30"})["rule"], "pcf");
+    EXPECT_EQ(listed({"profile", "show", "--pcf", "KES_50"})["rule"], "family");
+    EXPECT_EQ(listed({"profile", "show", "--index", "41"})["family"], "KESTREL");
+    expect_failure(run_command({"profile", "show", "--index", "78"}), NOT_FOUND, {"there is no record \"78\""});
+    expect_failure(run_command({"profile", "show", "--family", "kestrl"}), NOT_FOUND, {"did you mean KESTREL"});
+    EXPECT_EQ(
+        listed({"profile", "tables", "--family", "kestrel"}),
+        JSON::array(
+            {{{"table", "family"}, {"number", 6}, {"name", "KESTREL"}, {"index", 41}, {"key", "family KESTREL"}}}));
+}
+
+}  // namespace

@@ -1,0 +1,92 @@
+#include "flash/list.h"
+
+#include <fmt/core.h>
+
+#include <optional>
+#include <utility>
+
+#include "flash/output.h"
+#include "flash/rows.h"
+#include "flash/size_filter.h"
+#include "gen.h"
+#include "terminal/filtered_listing.h"
+#include "terminal/wildcard.h"
+
+namespace {
+
+/// Which records are wanted, besides by name; those that are not given do not restrict.
+struct WANTED {
+    std::optional<std::string> maker;
+    std::optional<std::string> voltage;
+    std::optional<QWORD> size;
+};
+
+std::optional<std::string> trimmed_text(const ARGUMENTS& given, const char* option) {
+    return given.has(option) ? std::optional(gen_remove_leading_and_trailing_white_spaces(given.text(option)))
+                             : std::nullopt;
+}
+
+bool is_wanted(const PGMDEV_SFL_FLASH_INFO& record, const WANTED& wanted) {
+    const std::string& voltage = record.asc_voltage;
+    const bool fits_voltage = !wanted.voltage || fits_pattern(voltage, *wanted.voltage) ||
+                              fits_pattern(voltage, *wanted.voltage + "V");  // people write 3.3 for 3.3V
+    return fits_voltage && (!wanted.maker || fits_pattern(record.manufacturer_name, *wanted.maker)) &&
+           (!wanted.size || record.device_bit_size == *wanted.size);
+}
+
+TEXT_TABLE table_of(bool every_row) {
+    std::vector<std::string> heading = record_heading();
+    if (every_row) {
+        heading.insert(heading.begin(), "row");
+        heading.insert(heading.end() - 1, "enabled");
+    }
+    return TEXT_TABLE(std::move(heading));
+}
+
+std::vector<std::string> cells_of(const FLASH_ROW& row, bool every_row) {
+    std::vector<std::string> cells = record_cells(row.record);
+    cells.insert(cells.begin(), row.index ? std::to_string(*row.index) : "-");
+    if (every_row) {
+        cells.insert(cells.begin(), std::to_string(row.row.value()));
+        cells.back() = row.is_enabled() ? "yes" : "no";
+        cells.push_back(row.enabling_switch.empty() ? "-" : row.enabling_switch);
+    }
+    return cells;
+}
+
+void list(const ARGUMENTS& given, COMMAND& command) {
+    const bool every_row = given.has("--all-rows");
+    const WANTED wanted{trimmed_text(given, "--maker"), trimmed_text(given, "--voltage"),
+                        given.has("--size") ? std::optional(parse_size(given.text("--size"))) : std::nullopt};
+    std::vector<JSON> objects;
+    TEXT_TABLE table = table_of(every_row);
+    for (const FLASH_ROW& row : every_row ? all_flash_rows() : enabled_flash_rows()) {
+        if (is_wanted(row.record, wanted) && fits_given_pattern(row.record.device_name, given)) {
+            objects.push_back(row_json(row, every_row));
+            table.add(cells_of(row, every_row));
+        }
+    }
+    const auto missing = [&given, every_row] {
+        return fmt::format("there is no {}flash{} that passes all filters", every_row ? "" : "enabled ",
+                           given_pattern_text(given));
+    };
+    print_filtered_listing(object_schema(row_members(every_row)), objects, table, missing, given, command);
+}
+
+JSON schema() {
+    return object_schema(any_row_members());
+}
+
+}  // namespace
+
+VERB flash_list_verb() {
+    VERB verb = with_pattern(VERB("list", "The enabled records of the database, all or chosen ones",
+                                  "pgmdev --json flash list \"W25Q*\" --size 128Mbit", list));
+    verb.takes({"--maker", "Only of makers whose names fit this pattern", ARGUMENT::OPTIONAL_TEXT, "PATTERN"})
+        .takes({"--size", "Only of this size, such as 512Kbit, 128Mbit or 1Gbit; Mbit without unit",
+                ARGUMENT::OPTIONAL_TEXT, "SIZE"})
+        .takes(
+            {"--voltage", "Only for voltages that fit this pattern, such as 3.3V", ARGUMENT::OPTIONAL_TEXT, "PATTERN"})
+        .takes({"--all-rows", "Switched-off rows, too, with the switch that enables them", ARGUMENT::FLAG});
+    return with_list_options(std::move(verb), schema);
+}

@@ -1,0 +1,114 @@
+#include "flash/show.h"
+
+#include <fmt/core.h>
+
+#include <algorithm>
+#include <memory>
+
+#include "flash/output.h"
+#include "flash/rows.h"
+#include "gen.h"
+#include "terminal/answer.h"
+#include "terminal/did_you_mean.h"
+#include "terminal/input.h"
+
+namespace {
+
+/// The rows to choose from: made once for all questions of a run.
+struct SOURCE {
+    bool every_row;
+    std::vector<FLASH_ROW> rows;
+};
+
+/// The default record of a name.
+const FLASH_ROW* find_by_name(const std::vector<FLASH_ROW>& rows, const std::string& name) {
+    const auto found = std::find_if(rows.begin(), rows.end(), [&name](const FLASH_ROW& row) {
+        return row.record.default_dev && gen_stricmp(row.record.device_name, name) == 0;
+    });
+    return found != rows.end() ? &*found : nullptr;
+}
+
+ANSWER answer_with(const FLASH_ROW& row, bool every_row) {
+    ANSWER answer;
+    answer.content = row_json(row, every_row);
+    answer.is_block = true;
+    answer.print = [row, every_row] {
+        print_members(row.index, row.record);
+        if (every_row) {
+            fmt::print("{:<20}  {}\n", "row", row.row.value());
+            fmt::print("{:<20}  {}\n", "enabled", row.is_enabled() ? "yes" : "no");
+            fmt::print("{:<20}  {}\n", "switch", row.enabling_switch.empty() ? "-" : row.enabling_switch);
+        }
+    };
+    return answer;
+}
+
+/// What to say of a name that no row has.
+std::string missing_name(const SOURCE& source, const std::string& name) {
+    if (!source.every_row) {
+        static const std::vector<FLASH_ROW> all = all_flash_rows();
+        if (const FLASH_ROW* row = find_by_name(all, name)) {
+            return fmt::format("the flash \"{}\" is switched off: --set {}=on enables it, --all-rows shows it", name,
+                               row->enabling_switch);
+        }
+    }
+    return fmt::format("no flash is named \"{}\"", name);
+}
+
+ANSWER by_name(const SOURCE& source, const std::string& name) {
+    if (const FLASH_ROW* row = find_by_name(source.rows, name)) {
+        return answer_with(*row, source.every_row);
+    }
+    std::vector<std::string> names;
+    for (const FLASH_ROW& row : source.rows) {
+        if (row.record.default_dev) {
+            names.push_back(row.record.device_name);
+        }
+    }
+    ANSWER answer;
+    answer.found = false;
+    answer.content = {{"index", nullptr}, {"device_name", name}};
+    answer.missing = missing_name(source, name);
+    answer.candidates = longer_or_shorter(name, names);
+    return answer;
+}
+
+ANSWER by_index(const SOURCE& source, const std::string& text) {
+    const DWORD index = parse_dword(text, source.every_row ? "a row" : "the index of a record");
+    if (index < source.rows.size()) {
+        return answer_with(source.rows[index], source.every_row);
+    }
+    ANSWER answer;
+    answer.found = false;
+    answer.content = {{"index", nullptr}};
+    answer.missing = fmt::format("there is no {} {}: the last is {}", source.every_row ? "row" : "record", index,
+                                 static_cast<int>(source.rows.size()) - 1);
+    return answer;
+}
+
+void show(const ARGUMENTS& given, COMMAND& command) {
+    if (given.has("NAME") == given.has("--index")) {
+        throw USAGE_ERROR("expected one of NAME and --index");
+    }
+    const bool every_row = given.has("--all-rows");
+    const SOURCE source{every_row, every_row ? all_flash_rows() : enabled_flash_rows()};
+    const auto ask = given.has("NAME") ? by_name : by_index;
+    answer_each(given.text(given.has("NAME") ? "NAME" : "--index"), command,
+                [&](const std::string& question) { return ask(source, question); });
+}
+
+JSON schema() {
+    return question_schema(any_row_members(), {"index"});
+}
+
+}  // namespace
+
+VERB flash_show_verb() {
+    return VERB("show", "One record: the default one of a device name, or that of an index",
+                "pgmdev flash show W25Q64JV", show)
+        .takes({"NAME", "Device name, in any case; - reads one name per line", ARGUMENT::OPTIONAL_TEXT})
+        .takes({"--index", "Index as flash list tells it, with --all-rows the row; - reads one per line",
+                ARGUMENT::OPTIONAL_TEXT, "INDEX"})
+        .takes({"--all-rows", "Of all rows, switched-off ones, too", ARGUMENT::FLAG})
+        .answers(schema);
+}

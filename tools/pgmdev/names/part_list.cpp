@@ -1,0 +1,210 @@
+#include "names/part_list.h"
+
+#include <fmt/core.h>
+
+#include <algorithm>
+#include <map>
+#include <set>
+#include <utility>
+
+#include "names/part_entries.h"
+#include "names/part_filter_options.h"
+#include "nouns.h"
+#include "pgmdev_device_grammar_mgr.h"
+#include "pgmdev_mgr.h"
+#include "terminal/filtered_listing.h"
+#include "terminal/schema.h"
+
+namespace {
+
+/// The rows of a list as programs and as people see them.
+struct ROWS {
+    std::vector<JSON> objects;
+    TEXT_TABLE table;
+};
+
+/// One list: what is in it, and how its rows come from the parts that pass the filters.
+struct LIST {
+    const char* thing;
+    const char* description;
+    const char* example;
+    JSON (*schema)();
+    ROWS (*rows)(const std::vector<PART_ENTRY>& parts, const ARGUMENTS& given);
+};
+
+std::string shown(const std::string& text) {
+    return text.empty() ? "-" : text;
+}
+
+std::string status_of(const PART_ENTRY& part) {
+    std::string status = part.production ? "production" : "not in production";
+    status += part.orderable ? ", orderable" : "";
+    return status + (part.hidden ? ", hidden" : "");
+}
+
+JSON part_schema() {
+    return object_schema({{"name", text_schema()},
+                          {"number", number_schema()},
+                          {"device", text_schema()},
+                          {"family", text_schema()},
+                          {"package_name", text_schema()},
+                          {"pgm_name", text_schema()},
+                          {"pgm_part_pcf", text_schema()},
+                          {"orderable", flag_schema()},
+                          {"production", flag_schema()},
+                          {"hidden", flag_schema()}});
+}
+
+ROWS part_rows(const std::vector<PART_ENTRY>& parts, const ARGUMENTS& given) {
+    ROWS rows{
+        {},
+        TEXT_TABLE({"part", "device", "family", "package name", "programming name", "programmer-file part", "status"})};
+    for (const PART_ENTRY& part : parts) {
+        if (fits_given_pattern(part.name, given)) {
+            rows.objects.push_back({{"name", part.name},
+                                    {"number", static_cast<DWORD>(part.number)},
+                                    {"device", part.device},
+                                    {"family", part.family},
+                                    {"package_name", part.package_name},
+                                    {"pgm_name", part.pgm_name},
+                                    {"pgm_part_pcf", part.pgm_part_pcf},
+                                    {"orderable", part.orderable},
+                                    {"production", part.production},
+                                    {"hidden", part.hidden}});
+            rows.table.add({part.name, part.device, part.family, shown(part.package_name), shown(part.pgm_name),
+                            shown(part.pgm_part_pcf), status_of(part)});
+        }
+    }
+    return rows;
+}
+
+JSON device_schema() {
+    return object_schema({{"name", text_schema()},
+                          {"number", number_schema()},
+                          {"family", text_schema()},
+                          {"dev_part_pcf", text_schema()},
+                          {"dev_family_pcf", text_schema()},
+                          {"parts", number_schema()}});
+}
+
+ROWS device_rows(const std::vector<PART_ENTRY>& parts, const ARGUMENTS& given) {
+    std::map<int, std::size_t> counts;
+    for (const PART_ENTRY& part : parts) {
+        ++counts[part.device_number];
+    }
+    for (const DEV_DEVICE_ENUM device : devices_without_parts(part_filter(given))) {
+        counts.emplace(device, 0);
+    }
+    ROWS rows{{}, TEXT_TABLE({"device", "family", "programmer-file part", "programmer-file family", "parts"})};
+    for (const auto& [number, count] : counts) {
+        const DEVICE_ENTRY device = device_entry(static_cast<DEV_DEVICE_ENUM>(number));
+        if (fits_given_pattern(device.name, given)) {
+            rows.objects.push_back({{"name", device.name},
+                                    {"number", static_cast<DWORD>(number)},
+                                    {"family", device.family},
+                                    {"dev_part_pcf", device.dev_part_pcf},
+                                    {"dev_family_pcf", device.dev_family_pcf},
+                                    {"parts", count}});
+            rows.table.add({device.name, device.family, shown(device.dev_part_pcf), shown(device.dev_family_pcf),
+                            std::to_string(count)});
+        }
+    }
+    return rows;
+}
+
+JSON family_schema() {
+    return object_schema({{"name", text_schema()},
+                          {"number", number_schema()},
+                          {"pcf_family_pcf", text_schema()},
+                          {"devices", number_schema()},
+                          {"parts", number_schema()}});
+}
+
+ROWS family_rows(const std::vector<PART_ENTRY>& parts, const ARGUMENTS& given) {
+    struct FAMILY {
+        std::string name;
+        std::set<int> devices;
+        std::size_t parts = 0;
+    };
+    std::map<int, FAMILY> families;
+    for (const PART_ENTRY& part : parts) {
+        FAMILY& family = families[part.family_number];
+        family.name = part.family;
+        family.devices.insert(part.device_number);
+        ++family.parts;
+    }
+    ROWS rows{{}, TEXT_TABLE({"family", "programmer-file family", "devices", "parts"})};
+    for (const auto& [number, family] : families) {
+        if (fits_given_pattern(family.name, given)) {
+            const std::string pcf = PGMDEV_DEVICE_GRAMMAR_MGR::get_pcf_family_pcf(family.name);
+            rows.objects.push_back({{"name", family.name},
+                                    {"number", static_cast<DWORD>(number)},
+                                    {"pcf_family_pcf", pcf},
+                                    {"devices", family.devices.size()},
+                                    {"parts", family.parts}});
+            rows.table.add(
+                {family.name, shown(pcf), std::to_string(family.devices.size()), std::to_string(family.parts)});
+        }
+    }
+    return rows;
+}
+
+JSON opn_schema() {
+    return object_schema({{"index", number_schema()}, {"name", text_schema()}, {"hash", number_schema()}});
+}
+
+ROWS opn_rows(const std::vector<PART_ENTRY>& parts, const ARGUMENTS& given) {
+    std::map<DWORD, std::string> names;
+    for (const PART_ENTRY& part : parts) {
+        const DWORD index = fits_given_pattern(part.name, given) ? PGMDEV_MGR::get_opn_enum(part.name) : INVALID_DWORD;
+        if (index != INVALID_DWORD) {
+            names.emplace(index, part.name);
+        }
+    }
+    ROWS rows{{}, TEXT_TABLE({"index", "name", "hash"})};
+    for (const auto& [index, name] : names) {
+        const QWORD hash = PGMDEV_MGR::get_opn_hash(name);
+        rows.objects.push_back({{"index", index}, {"name", name}, {"hash", hash}});
+        rows.table.add({std::to_string(index), name, fmt::format("0x{:012X}", hash)});
+    }
+    return rows;
+}
+
+constexpr LIST PART_LIST{"part", "Parts, by number", "pgmdev part list \"KES75*\" --temperature INDUSTRIAL --orderable",
+                         part_schema, part_rows};
+constexpr LIST DEVICE_LIST{"device",
+                           "Devices that have such parts, and how many; without filters also those without parts",
+                           "pgmdev device list --family Osprey --package FBGA", device_schema, device_rows};
+constexpr LIST FAMILY_LIST{"family", "Families that have such parts, and how many", "pgmdev family list --pins 780",
+                           family_schema, family_rows};
+constexpr LIST OPN_LIST{"ordering code", "The first ordering-code index of each part, and the hash of its name",
+                        "pgmdev --json opn list --family Kestrel --speed 6", opn_schema, opn_rows};
+
+VERB list_verb(const LIST& list) {
+    const auto run = [&list](const ARGUMENTS& given, COMMAND& command) {
+        const ROWS rows = list.rows(part_entries(part_filter(given)), given);
+        print_filtered_listing(
+            list.schema(), rows.objects, rows.table, [&] { return empty_list_text(list.thing, given); }, given,
+            command);
+    };
+    return with_list_options(with_part_filters(with_pattern(VERB("list", list.description, list.example, run))),
+                             list.schema);
+}
+
+}  // namespace
+
+VERB part_list_verb() {
+    return list_verb(PART_LIST);
+}
+
+VERB opn_list_verb() {
+    return list_verb(OPN_LIST);
+}
+
+NOUN device_noun() {
+    return {"device", "Devices of the device library", DEVICE_LIST.example, {list_verb(DEVICE_LIST)}};
+}
+
+NOUN family_noun() {
+    return {"family", "Families of devices", FAMILY_LIST.example, {list_verb(FAMILY_LIST)}};
+}

@@ -1,0 +1,71 @@
+#include "names/spellings.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "names/device_names.h"
+#include "pgmdev_device_grammar_mgr.h"
+#include "pgmdev_mgr.h"
+
+namespace {
+
+using GRAMMAR = PGMDEV_DEVICE_GRAMMAR_MGR;
+
+/// The family of all of the parts; "" when they have none in common.
+std::string family_of(const std::vector<const PART_ENTRY*>& parts) {
+    const auto differs = [&parts](const PART_ENTRY* part) { return part->family != parts.front()->family; };
+    return parts.empty() || std::any_of(parts.begin(), parts.end(), differs) ? "" : parts.front()->family;
+}
+
+}  // namespace
+
+std::vector<SPELLING> spellings_of(std::string name) {
+    std::string package_name = GRAMMAR::get_package_name(name, true);  // trims the name, converts it to upper case
+    if (package_name.empty() && !GRAMMAR::get_pgm_name(name, true, true).empty()) {
+        package_name = name;
+    }
+    std::string pgm_name = GRAMMAR::get_pgm_name(name, false, true);
+    if (pgm_name.empty() && !GRAMMAR::get_pgm_part_pcf(name).empty()) {
+        pgm_name = name;
+    }
+    std::string pgm_part_pcf;
+    std::string pgm_family_pcf;
+    GRAMMAR::get_pgm_pcfs(name, pgm_part_pcf, pgm_family_pcf);
+    std::string dev_part_pcf;
+    std::string dev_family_pcf;
+    GRAMMAR::get_dev_pcfs(name, dev_part_pcf, dev_family_pcf);
+    std::string family = GRAMMAR::get_family(name);
+    if (family.empty()) {
+        family = GRAMMAR::get_family(pgm_name);
+    }
+    return {{"name", "name", name},
+            {"package_name", "package name", std::move(package_name)},
+            {"pgm_name", "programming name", std::move(pgm_name)},
+            {"pgm_part_pcf", "programmer-file part", std::move(pgm_part_pcf)},
+            {"pgm_family_pcf", "programmer-file family", std::move(pgm_family_pcf)},
+            {"dev_part_pcf", "programmer-file part of the device", std::move(dev_part_pcf)},
+            {"dev_family_pcf", "programmer-file family of the device", std::move(dev_family_pcf)},
+            {"pcf_family_pcf", "programmer-file family of the family", GRAMMAR::get_pcf_family_pcf(name)},
+            {"family", "family", std::move(family)},
+            {"pcf_device", "device of the programmer-file part", GRAMMAR::get_pcf_device(name)},
+            {"use_full_name", "full name serves for all", GRAMMAR::use_full_name(name)},
+            {"use_package_name", "package name serves for programming", GRAMMAR::use_package_name(name)},
+            {"possible_full_name", "first full name",
+             ask_quietly([&name] { return PGMDEV_MGR::get_possible_full_name(name); })}};
+}
+
+std::vector<SPELLING> spellings_of(const NAME_MEANING& meaning) {
+    std::vector<SPELLING> spellings = spellings_of(meaning.name);
+    for (SPELLING& spelling : spellings) {
+        auto* text = std::get_if<std::string>(&spelling.value);
+        if (text == nullptr || !text->empty()) {
+            continue;
+        }
+        if (std::find(meaning.schemes.begin(), meaning.schemes.end(), spelling.key) != meaning.schemes.end()) {
+            *text = meaning.name;
+        } else if (spelling.key == std::string("family")) {
+            *text = family_of(meaning.parts);
+        }
+    }
+    return spellings;
+}

@@ -1,0 +1,44 @@
+#include "terminal/filtered_listing.h"
+
+#include <fmt/core.h>
+
+#include <utility>
+
+#include "gen.h"
+#include "terminal/wildcard.h"
+
+namespace {
+
+constexpr const char* PATTERN = "PATTERN";
+
+std::string pattern_of(const ARGUMENTS& given) {
+    return gen_remove_leading_and_trailing_white_spaces(given.text(PATTERN));
+}
+
+}  // namespace
+
+VERB with_pattern(VERB verb) {
+    return std::move(verb).takes({PATTERN,
+                                  "Only names that fit it, in any case: * stands for any characters, ? for any one",
+                                  ARGUMENT::OPTIONAL_TEXT});
+}
+
+bool fits_given_pattern(const std::string& name, const ARGUMENTS& given) {
+    return !given.has(PATTERN) || fits_pattern(name, pattern_of(given));
+}
+
+std::string given_pattern_text(const ARGUMENTS& given) {
+    return given.has(PATTERN) ? fmt::format(" with a name like \"{}\"", pattern_of(given)) : "";
+}
+
+void print_filtered_listing(const JSON& row, const std::vector<JSON>& rows, const TEXT_TABLE& table,
+                            const std::function<std::string()>& missing, const ARGUMENTS& given, COMMAND& command) {
+    if (rows.empty()) {
+        command.result = EXIT_NOT_FOUND;
+        fmt::print(stderr, "pgmdev: {}\n", printable(missing()));
+        if (!command.json && !given.has("--csv")) {
+            return;  // people need no heading above nothing
+        }
+    }
+    print_listing(row, rows, table, given, command);
+}

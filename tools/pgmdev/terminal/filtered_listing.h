@@ -1,0 +1,23 @@
+#pragma once
+
+/// \file
+/// Lists of which the user chooses rows, by a pattern for names among others.
+
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "terminal/listing.h"
+
+/// The verb with a pattern that names must fit.
+VERB with_pattern(VERB verb);
+
+/// Whether the name fits the pattern; if none is given, every name does.
+bool fits_given_pattern(const std::string& name, const ARGUMENTS& given);
+
+/// " with a name like ...", or "" when no pattern is given.
+std::string given_pattern_text(const ARGUMENTS& given);
+
+/// Shows the rows as print_listing does. That there are none is a result, "not found", and `missing()` says it to people.
+void print_filtered_listing(const JSON& row, const std::vector<JSON>& rows, const TEXT_TABLE& table,
+                            const std::function<std::string()>& missing, const ARGUMENTS& given, COMMAND& command);

@@ -1,0 +1,32 @@
+#include "terminal/wildcard.h"
+
+namespace {
+
+char upper(char c) {
+    return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
+}
+
+}  // namespace
+
+bool fits_pattern(std::string_view text, std::string_view pattern) {
+    std::size_t at = 0;
+    std::size_t in_pattern = 0;
+    std::size_t star = std::string_view::npos;  // the last one that was passed
+    std::size_t behind_star = 0;                // where in the text the pattern behind it is tried
+    while (at < text.size()) {
+        if (in_pattern < pattern.size() && pattern[in_pattern] == '*') {
+            star = in_pattern++;
+            behind_star = at;
+        } else if (in_pattern < pattern.size() &&
+                   (pattern[in_pattern] == '?' || upper(pattern[in_pattern]) == upper(text[at]))) {
+            ++in_pattern;
+            ++at;
+        } else if (star != std::string_view::npos) {
+            in_pattern = star + 1;  // the star takes one character more
+            at = ++behind_star;
+        } else {
+            return false;
+        }
+    }
+    return pattern.find_first_not_of('*', in_pattern) == std::string_view::npos;
+}

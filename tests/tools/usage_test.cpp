@@ -14,7 +14,7 @@ TEST(usage, EveryNounAndVerbHasHelpWithAnExample) {
         const std::string help = help_of({noun});
         EXPECT_GE(examples(help).size(), 1U) << noun;
         const std::vector<std::string> verbs = subcommands(help);
-        EXPECT_FALSE(verbs.empty()) << noun;
+        EXPECT_EQ(verbs.empty(), noun == "schema") << noun;  // which is a verb without a noun
         for (const std::string& verb : verbs) {
             const std::vector<std::string> found = examples(help_of({noun, verb}));
             EXPECT_GE(found.size(), 1U) << noun << " " << verb;
@@ -67,7 +67,7 @@ TEST(usage, WrongUsage) {
         {"list"},
         {"--nonsense"},
         {"--nonsense", "flash", "list"},
-        {"flash", "list", "too-much"},
+        {"flash", "list", "too", "much"},
         {"flash", "list", "--nonsense"},
         {"flash", "show"},
         {"flash", "show", "ONE", "TWO"},

@@ -67,7 +67,7 @@ TEST(usage, WrongUsage) {
         {"list"},
         {"--nonsense"},
         {"--nonsense", "flash", "list"},
-        {"flash", "list", "too-much"},
+        {"flash", "list", "too", "much"},
         {"flash", "list", "--nonsense"},
         {"flash", "show"},
         {"flash", "show", "ONE", "TWO"},

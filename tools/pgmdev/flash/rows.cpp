@@ -26,7 +26,7 @@ std::vector<FLASH_ROW> enabled_flash_rows() {
 }
 
 std::vector<FLASH_ROW> all_flash_rows() {
-    const FILE_PLACE place = flash_database_place();
+    const PLACE place = flash_database_place();
     const auto table = read_database(FLASH_DATABASE_KIND, place,
                                      [&place] { return PGMDEV_FLASH_TABLE::from_database(FIO_PATH(place.path)); });
     std::vector<FLASH_ROW> rows;

@@ -103,18 +103,10 @@ ANSWER answer_to(const QUESTION& question, PROFILE_DATABASE& database, const std
     return answer;
 }
 
-std::string option_list() {
-    std::string text;
-    for (const QUESTION& question : QUESTIONS) {
-        text += (text.empty() ? "" : ", ") + std::string(question.option);
-    }
-    return text;
-}
-
 void show(const ARGUMENTS& given, COMMAND& command) {
     const auto is_given = [&given](const QUESTION& question) { return given.has(question.option); };
     if (std::count_if(QUESTIONS.begin(), QUESTIONS.end(), is_given) != 1) {
-        throw USAGE_ERROR("expected one of " + option_list());
+        throw USAGE_ERROR("expected one of --family, --device and --part, or --pcf, or --index");
     }
     const QUESTION& question = *std::find_if(QUESTIONS.begin(), QUESTIONS.end(), is_given);
     PROFILE_DATABASE database;

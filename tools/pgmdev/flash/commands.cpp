@@ -8,6 +8,7 @@
 
 #include "flash/database.h"
 #include "flash/output.h"
+#include "flash/table_records.h"
 #include "flash/verbs.h"
 #include "pgmdev_flash_table.h"
 #include "tables/table_verbs.h"
@@ -62,7 +63,7 @@ void show(const ARGUMENTS& given, COMMAND& command) {
     });
 }
 
-struct FLASH_TABLES {
+struct FLASH_TABLES : FLASH_RECORDS {
     using TABLE = PGMDEV_FLASH_TABLE;
     static constexpr const char* NOUN = "flash";
     static constexpr const char* SOURCE_TABLE = "data/flash/pgm_flash.csv";

@@ -8,6 +8,7 @@
 #include "pgmdev_dev_info_table.h"
 #include "profile/output.h"
 #include "profile/show.h"
+#include "profile/table_records.h"
 #include "tables/table_verbs.h"
 
 namespace {
@@ -29,7 +30,7 @@ void show(const ARGUMENTS& given, COMMAND& command) {
     show_profile(key, given.text(option), command);
 }
 
-struct PROFILE_TABLES {
+struct PROFILE_TABLES : PROFILE_RECORDS {
     using TABLE = PGMDEV_DEV_INFO_TABLE;
     static constexpr const char* NOUN = "profile";
     static constexpr const char* SOURCE_TABLE = "data/dev_info/pgm_dev_info.csv";

@@ -1,0 +1,73 @@
+#pragma once
+
+/// \file
+/// The verb check: everything that is wrong with a source table, without the warnings that its maintainers accept.
+
+#include <fmt/core.h>
+
+#include <algorithm>
+#include <string>
+#include <vector>
+
+#include "tables/accepted_warnings.h"
+#include "tables/fault_output.h"
+#include "tables/source_hints.h"
+#include "tables/table_sizes.h"
+#include "terminal/command_line.h"
+#include "terminal/did_you_mean.h"
+#include "terminal/json.h"
+
+// KIND says which table it is, further:
+//   names_of(member)   what the cells of a member may name; none where they hold no names
+
+/// Adds to faults about unknown names those that may have been meant.
+template <class KIND>
+void suggest_names(std::vector<PGMDEV_TABLE_FAULT>& faults) {
+    for (PGMDEV_TABLE_FAULT& fault : faults) {
+        if (fault.severity == PGMDEV_TABLE_FAULT::SEVERITY::FAULT && !fault.row.empty() && !fault.cell.empty()) {
+            fault.expected += did_you_mean(fault.cell, KIND::names_of(fault.member));
+        }
+    }
+}
+
+/// Shows all faults of a source table.
+template <class KIND>
+void check_table(const ARGUMENTS& given, COMMAND& command) {
+    const std::string& csv_file = given.text("CSV");
+    const auto table = KIND::TABLE::from_source(csv_file);
+    std::vector<PGMDEV_TABLE_FAULT> faults = table.faults();
+    suggest_names<KIND>(faults);
+    ACCEPTED_WARNINGS accepted = read_accepted_warnings(csv_file);
+    JSON accepted_faults = JSON::array();
+    std::erase_if(faults, [&](const PGMDEV_TABLE_FAULT& fault) {
+        const ACCEPTED_WARNING* entry = accept_warning(accepted, fault);
+        if (entry != nullptr) {
+            JSON object = fault_json(fault, KIND::ROW_KEY);
+            object["why"] = entry->why;
+            accepted_faults.push_back(object);
+        }
+        return entry != nullptr;
+    });
+    const std::vector<ACCEPTED_WARNING> unused = unused_entries(accepted);
+    const bool remarkable = !faults.empty() || !unused.empty();
+    if (table.has_faults() || !accepted.malformed.empty() || (given.has("--strict") && remarkable)) {
+        command.result = EXIT_INTERNAL_ERROR;
+    }
+
+    print_faults(faults, csv_file, KIND::TABLE::describe);
+    print_leftovers(accepted);
+    const auto hints = table.has_faults() ? hints_at_causes(csv_file) : std::vector<std::string>();
+    for (const std::string& hint : hints) {
+        fmt::print(stderr, "{}: hint: {}\n", csv_file, hint);
+    }
+    if (command.json) {
+        JSON document = sizes_json(table);
+        document["faults"] = faults_json(faults, KIND::ROW_KEY);
+        document["accepted"] = accepted_faults;
+        document["unused"] = unused_json(unused);
+        document["hints"] = hints;
+        print_json(document);
+    } else if (!table.has_faults()) {
+        print_sizes(table);
+    }
+}

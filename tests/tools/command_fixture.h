@@ -62,6 +62,28 @@ inline std::vector<std::string> keys_of(const JSON& object) {
     return keys;
 }
 
+/// What a question is answered with when something was found; the keys of `content` stay in their order.
+inline JSON found_answer(const JSON& query, const JSON& content) {
+    JSON answer{{"query", query}, {"found", true}};
+    answer.update(content);
+    return answer;
+}
+
+/// What it is answered with when nothing was found.
+inline JSON missing_answer(const JSON& query, const JSON& content, const JSON& candidates = JSON::array()) {
+    JSON answer{{"query", query}, {"found", false}};
+    answer.update(content);
+    answer["candidates"] = candidates;
+    return answer;
+}
+
+/// The line of a batch that is no question.
+inline JSON refused_line(const std::string& query, const std::string& message) {
+    return {{"query", query}, {"found", false}, {"error", {{"code", "usage"}, {"message", message}}}};
+}
+
+constexpr const char* BLANK_LINE = "a line without a question";
+
 /// A refusal: nothing on standard output, and every one of `parts` on standard error.
 inline void expect_failure(const PROCESS_RESULT& result, int exit_code, std::initializer_list<std::string> parts) {
     EXPECT_EQ(result.exit_code, exit_code) << result.errors;

@@ -31,6 +31,17 @@ JSON unmapped(unsigned position) {
     return {{"position", position}, {"mapped", false}, {"index", nullptr}};
 }
 
+using QUERY = std::vector<std::string>;
+using DEVICES = std::vector<JSON>;
+
+JSON chain_found(const QUERY& query, const DEVICES& devices, const JSON& longest_program_utime) {
+    return found_answer(query, {{"devices", devices}, {"longest_program_utime", longest_program_utime}});
+}
+
+JSON chain_missing(const QUERY& query, const DEVICES& devices, const JSON& longest_program_utime) {
+    return missing_answer(query, {{"devices", devices}, {"longest_program_utime", longest_program_utime}});
+}
+
 const RECORD SLOW = [] {
     RECORD record = chip("SLOW", 0x20, 0xBA, 0x18);
     record.program_utime = 5000;
@@ -49,8 +60,8 @@ TEST(flash_identify, OneDevice) {
     const PROCESS_RESULT result = database.run({"--json", "flash", "identify", "EF7017"});
     EXPECT_EQ(result.exit_code, DONE) << result.errors;
     const JSON document = json_of(result.output);
-    EXPECT_EQ(document, (JSON{{"devices", JSON::array({mapped(0, 1, FAST)})}, {"longest_program_utime", 700}}));
-    EXPECT_EQ(keys_of(document), (std::vector<std::string>{"devices", "longest_program_utime"}));
+    EXPECT_EQ(document, chain_found({"EF7017"}, {mapped(0, 1, FAST)}, 700));
+    EXPECT_EQ(keys_of(document), (std::vector<std::string>{"query", "found", "devices", "longest_program_utime"}));
     EXPECT_EQ(keys_of(document.at("devices").at(0)), keys_of(mapped(0, 1, FAST)));
 }
 
@@ -58,25 +69,22 @@ TEST(flash_identify, ChainOfDevices) {
     const FLASH_DATABASE database({SLOW, FAST});
     const PROCESS_RESULT result = database.run({"--json", "flash", "identify", "EF7017", "20BA18", "EF7017"});
     EXPECT_EQ(result.exit_code, DONE) << result.errors;
-    EXPECT_EQ(json_of(result.output),
-              (JSON{{"devices", JSON::array({mapped(0, 1, FAST), mapped(1, 0, SLOW), mapped(2, 1, FAST)})},
-                    {"longest_program_utime", 5000}}));
+    EXPECT_EQ(json_of(result.output), chain_found({"EF7017", "20BA18", "EF7017"},
+                                                  {mapped(0, 1, FAST), mapped(1, 0, SLOW), mapped(2, 1, FAST)}, 5000));
 }
 
 TEST(flash_identify, UnmappedDevicesAreAnsweredToo) {
     const FLASH_DATABASE database({SLOW, FAST});
     const PROCESS_RESULT result = database.run({"--json", "flash", "identify", "000000", "EF7017"});
     EXPECT_EQ(result.exit_code, NOT_FOUND);
-    EXPECT_EQ(json_of(result.output),
-              (JSON{{"devices", JSON::array({unmapped(0), mapped(1, 1, FAST)})}, {"longest_program_utime", 700}}));
+    EXPECT_EQ(json_of(result.output), chain_missing({"000000", "EF7017"}, {unmapped(0), mapped(1, 1, FAST)}, 700));
 }
 
 TEST(flash_identify, NoDeviceMapped) {
     const FLASH_DATABASE database({SLOW});
     const PROCESS_RESULT result = database.run({"--json", "flash", "identify", "FFFFFF"});
     EXPECT_EQ(result.exit_code, NOT_FOUND);
-    EXPECT_EQ(json_of(result.output),
-              (JSON{{"devices", JSON::array({unmapped(0)})}, {"longest_program_utime", nullptr}}));
+    EXPECT_EQ(json_of(result.output), chain_missing({"FFFFFF"}, {unmapped(0)}, nullptr));
 }
 
 TEST(flash_identify, ForPeople) {
@@ -133,7 +141,7 @@ TEST(flash_identify, SiliconAndDeviceRecordsAreApart) {
     const RECORD old = signature("OLD", 0x17, 0);
     const FLASH_DATABASE database({old, chip("NEW", 0x17, 0, 0)});
     const JSON silicon = json_of(database.run({"--json", "flash", "identify", "--silicon", "17"}).output);
-    EXPECT_EQ(silicon, (JSON{{"devices", JSON::array({mapped(0, 0, old)})}, {"longest_program_utime", 5000}}));
+    EXPECT_EQ(silicon, chain_found({"17"}, {mapped(0, 0, old)}, 5000));
     EXPECT_EQ(json_of(database.run({"--json", "flash", "identify", "17"}).output)["devices"][0]["device_name"], "NEW");
     EXPECT_EQ(database.run({"flash", "identify", "--silicon", "18"}).exit_code, NOT_FOUND);
 }
@@ -148,17 +156,20 @@ TEST(flash_identify, FirstRecordWinsAndSwitchesCount) {
 
 TEST(flash_identify, Batch) {
     const FLASH_DATABASE database({SLOW, FAST});
-    const PROCESS_RESULT result = database.run({"--json", "flash", "identify", "-"}, "EF7017\n\n 20 BA 18 \r\nEF7017");
+    const PROCESS_RESULT result = database.run({"--json", "flash", "identify", "-"}, "EF7017\n 20 BA 18 \r\nEF7017");
     EXPECT_EQ(result.exit_code, DONE) << result.errors;
-    EXPECT_EQ(json_lines_of(result.output),
-              (std::vector<JSON>{mapped(0, 1, FAST), mapped(1, 0, SLOW), mapped(2, 1, FAST)}));
+    EXPECT_EQ(json_lines_of(result.output), (std::vector<JSON>{found_answer("EF7017", mapped(0, 1, FAST)),
+                                                               found_answer(" 20 BA 18 ", mapped(1, 0, SLOW)),
+                                                               found_answer("EF7017", mapped(2, 1, FAST))}));
 }
 
 TEST(flash_identify, BatchGoesOnBehindTheUnknown) {
     const FLASH_DATABASE database({SLOW, FAST});
     const PROCESS_RESULT result = database.run({"--json", "flash", "identify", "-"}, "EF7017\nEF7018\n20BA18\n");
     EXPECT_EQ(result.exit_code, NOT_FOUND);
-    EXPECT_EQ(json_lines_of(result.output), (std::vector<JSON>{mapped(0, 1, FAST), unmapped(1), mapped(2, 0, SLOW)}));
+    EXPECT_EQ(json_lines_of(result.output),
+              (std::vector<JSON>{found_answer("EF7017", mapped(0, 1, FAST)), missing_answer("EF7018", unmapped(1)),
+                                 found_answer("20BA18", mapped(2, 0, SLOW))}));
 }
 
 TEST(flash_identify, BatchOfSignatures) {
@@ -169,12 +180,17 @@ TEST(flash_identify, BatchOfSignatures) {
     EXPECT_TRUE(contains(result.output, "OLD"));
 }
 
-TEST(flash_identify, BatchWithAWrongLine) {
+TEST(flash_identify, BatchGoesOnBehindLinesThatAreNoResponse) {
     const FLASH_DATABASE database({SLOW, FAST});
-    const PROCESS_RESULT result = database.run({"--json", "flash", "identify", "-"}, "EF7017\nrubbish\n");
-    EXPECT_EQ(result.exit_code, WRONG_USAGE);
+    const PROCESS_RESULT result = database.run({"--json", "flash", "identify", "-"}, "EF7017\nrubbish\n\n20BA18\n");
+    EXPECT_EQ(result.exit_code, NOT_FOUND);
     EXPECT_TRUE(contains(result.errors, "rubbish")) << result.errors;
-    EXPECT_EQ(json_lines_of(result.output).at(0), mapped(0, 1, FAST));
+    EXPECT_EQ(json_lines_of(result.output),
+              (std::vector<JSON>{found_answer("EF7017", mapped(0, 1, FAST)),
+                                 refused_line("rubbish",
+                                              "\"rubbish\" is not an identification response: expected pairs of "
+                                              "hexadecimal digits"),
+                                 refused_line("", BLANK_LINE), found_answer("20BA18", mapped(1, 0, SLOW))}));
 }
 
 TEST(flash_identify, NothingEnabled) {

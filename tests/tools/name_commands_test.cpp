@@ -69,9 +69,9 @@ TEST(NameCommand, ShowsEverySpelling) {
     EXPECT_EQ(result.exit_code, DONE);
     const JSON answer = json_of(result.output);
     EXPECT_EQ(keys_of(answer),
-              (std::vector<std::string>{"name", "package_name", "pgm_name", "pgm_part_pcf", "pgm_family_pcf",
-                                        "dev_part_pcf", "dev_family_pcf", "pcf_family_pcf", "family", "pcf_device",
-                                        "use_full_name", "use_package_name", "possible_full_name"}));
+              (std::vector<std::string>{"query", "found", "name", "package_name", "pgm_name", "pgm_part_pcf",
+                                        "pgm_family_pcf", "dev_part_pcf", "dev_family_pcf", "pcf_family_pcf", "family",
+                                        "pcf_device", "use_full_name", "use_package_name", "possible_full_name"}));
     EXPECT_EQ(answer["name"], name);
     EXPECT_EQ(answer["package_name"], package_name);
     EXPECT_EQ(answer["pgm_name"], pgm_name);
@@ -104,8 +104,11 @@ TEST(NameCommand, SuggestsNamesThatAreNearlyRight) {
         expect_failure(run_command({"name", "show", typed}), NOT_FOUND,
                        {"no device is named \"" + typed + "\"", "did you mean ", name});
     }
-    const PROCESS_RESULT strange = run_command({"--json", "name", "show", "@@@@@@@@@@@@@@@@@@@@"});
+    const PROCESS_RESULT strange = run_command({"name", "show", "@@@@@@@@@@@@@@@@@@@@"});
     expect_failure(strange, NOT_FOUND, {"no device is named"});
+    const JSON answer = json_of(run_command({"--json", "name", "show", swapped}).output);
+    EXPECT_EQ(answer["found"], false);
+    EXPECT_NE(std::find(answer["candidates"].begin(), answer["candidates"].end(), name), answer["candidates"].end());
     EXPECT_FALSE(contains(strange.errors, "did you mean"));
 }
 
@@ -115,11 +118,14 @@ TEST(NameCommand, AnswersABatchLineByLine) {
         run_command({"--json", "name", "show", "-"}, lower(name) + "\n\n  no_such_name \r\n" + name);
     EXPECT_EQ(result.exit_code, NOT_FOUND);
     const std::vector<JSON> answers = json_lines_of(result.output);
-    ASSERT_EQ(answers.size(), 3U);
-    EXPECT_EQ(answers[0], answers[2]);
-    EXPECT_EQ(answers[0], json_of(run_command({"--json", "name", "show", name}).output));
-    EXPECT_EQ(answers[1]["name"], "NO_SUCH_NAME");
-    EXPECT_EQ(answers[1]["package_name"], "");
+    ASSERT_EQ(answers.size(), 4U);
+    EXPECT_EQ(answers[0], json_of(run_command({"--json", "name", "show", lower(name)}).output));
+    EXPECT_EQ(answers[1], refused_line("", BLANK_LINE));
+    EXPECT_EQ(answers[2]["query"], "  no_such_name ");
+    EXPECT_EQ(answers[2]["found"], false);
+    EXPECT_EQ(answers[2]["name"], "NO_SUCH_NAME");
+    EXPECT_EQ(answers[2]["package_name"], "");
+    EXPECT_EQ(answers[3], json_of(run_command({"--json", "name", "show", name}).output));
 }
 
 TEST(NameCommand, AnswersForAllPartsAtOnce) {
@@ -136,7 +142,7 @@ TEST(PartCommand, CompletesNames) {
         const std::string expected = PGMDEV_MGR::get_possible_full_name(asked);
         const PROCESS_RESULT result = run_command({"--json", "part", "complete", lower(asked)});
         EXPECT_EQ(result.exit_code, DONE);
-        EXPECT_EQ(json_of(result.output), (JSON{{"part", expected}}));
+        EXPECT_EQ(json_of(result.output), found_answer(lower(asked), JSON{{"name", lower(asked)}, {"part", expected}}));
         EXPECT_EQ(run_command({"part", "complete", asked}).output, expected + "\n");
     }
     expect_failure(run_command({"part", "complete", name + "0"}), NOT_FOUND, {"did you mean ", name});
@@ -146,7 +152,9 @@ TEST(PartCommand, FindsPartsOfDevices) {
     const std::string device = dstr_get_user_string(static_cast<DEV_DEVICE_ENUM>(1));
     const PROCESS_RESULT result = run_command({"--json", "part", "from-device", lower(device)});
     EXPECT_EQ(result.exit_code, DONE);
-    EXPECT_EQ(json_of(result.output), (JSON{{"part", PGMDEV_MGR::get_part_name_from_dev(device)}}));
+    EXPECT_EQ(json_of(result.output),
+              found_answer(lower(device),
+                           JSON{{"name", lower(device)}, {"part", PGMDEV_MGR::get_part_name_from_dev(device)}}));
     const PROCESS_RESULT unknown = run_command({"part", "from-device", device + "#"});
     expect_failure(unknown, NOT_FOUND, {"did you mean ", upper(device)});
     EXPECT_FALSE(contains(unknown.errors, "internal error"));
@@ -165,7 +173,8 @@ TEST(PartCommand, FindsPartsOfProgrammerFileParts) {
     const PROCESS_RESULT batch = run_command({"--json", "part", "from-pcf", "-"}, pcf + "\nnone_such\n");
     EXPECT_EQ(batch.exit_code, NOT_FOUND);
     EXPECT_EQ(json_lines_of(batch.output),
-              (std::vector<JSON>{{{"name", pcf}, {"part", expected}}, {{"name", "none_such"}, {"part", nullptr}}}));
+              (std::vector<JSON>{found_answer(pcf, {{"name", pcf}, {"part", expected}}),
+                                 missing_answer("none_such", {{"name", "none_such"}, {"part", nullptr}})}));
 }
 
 TEST(OpnCommand, TranslatesBetweenIndexNameAndHash) {
@@ -180,9 +189,10 @@ TEST(OpnCommand, TranslatesBetweenIndexNameAndHash) {
                                  {"from-hash", hash_text}}) {
         const PROCESS_RESULT single = run_command({"--json", "opn", question.first, question.second});
         EXPECT_EQ(single.exit_code, DONE) << question.first;
-        EXPECT_EQ(json_of(single.output), expected) << question.first;
+        EXPECT_EQ(json_of(single.output), found_answer(question.second, expected)) << question.first;
         const PROCESS_RESULT batch = run_command({"--json", "opn", question.first, "-"}, question.second);
-        EXPECT_EQ(json_lines_of(batch.output), std::vector<JSON>{expected}) << question.first;
+        EXPECT_EQ(json_lines_of(batch.output), std::vector<JSON>{found_answer(question.second, expected)})
+            << question.first;
     }
 }
 
@@ -204,7 +214,8 @@ TEST(OpnCommand, SaysWhatIsNotFound) {
         part_where([](const std::string& part) { return PGMDEV_MGR::get_opn_enum(part) == INVALID_DWORD; });
     expect_failure(run_command({"opn", "index", unordered}), NOT_FOUND, {"has no ordering-code index"});
     EXPECT_EQ(json_lines_of(run_command({"--json", "opn", "hash", "-"}, "no_such\n").output),
-              (std::vector<JSON>{JSON{{"name", "NO_SUCH"}}}));
+              (std::vector<JSON>{
+                  missing_answer("no_such", JSON{{"index", nullptr}, {"name", "NO_SUCH"}, {"hash", nullptr}})}));
 }
 
 TEST(OpnCommand, RefusesWhatIsNoNumber) {
@@ -220,7 +231,7 @@ TEST(EnumCommand, TranslatesBetweenNamesAndValues) {
     EXPECT_EQ(run_command({"enum", "name", "sector", "8"}).output, "DONE_BITS\n");
     EXPECT_EQ(run_command({"enum", "value", "option-bit", "aes_keys"}).output, "21\n");
     EXPECT_EQ(json_of(run_command({"--json", "enum", "name", "block", "0x8"}).output),
-              (JSON{{"value", 8}, {"name", "CC_CS_VIO"}}));
+              found_answer("0x8", JSON{{"value", 8}, {"name", "CC_CS_VIO"}}));
     EXPECT_EQ(json_of(run_command({"--json", "enum", "value", "sof-setting", "sof_file_error_rev4"}).output)["value"],
               11);
     EXPECT_EQ(run_command({"enum", "value", "sector", ""}).output, "0\n");
@@ -245,7 +256,8 @@ TEST(EnumCommand, SaysWhatIsNotFoundAndWhatIsWrong) {
     expect_failure(run_command({"enum", "list", "colour"}), WRONG_USAGE, {"block, sector, option-bit, sof-setting"});
     expect_failure(run_command({"enum", "name", "sector", "x"}), WRONG_USAGE, {"\"x\" is not a value"});
     EXPECT_EQ(json_lines_of(run_command({"--json", "enum", "name", "sector", "-"}, "1\n9\n").output),
-              (std::vector<JSON>{{{"value", 1}, {"name", "UFM1"}}, {{"value", 9}, {"name", nullptr}}}));
+              (std::vector<JSON>{found_answer("1", {{"value", 1}, {"name", "UFM1"}}),
+                                 missing_answer("9", {{"value", 9}, {"name", nullptr}})}));
 }
 
 }  // namespace

@@ -78,7 +78,7 @@ TEST(profile_show, SaysWhichRuleFoundTheRecord) {
 TEST(profile_show, GivesTheMembersInRecordOrder) {
     const PROCESS_RESULT result = run_profile({"--json", "profile", "show", "--family", "KESTREL"});
     const JSON document = json_of(result.output);
-    std::vector<std::string> keys{"index", "rule"};
+    std::vector<std::string> keys{"query", "found", "index", "rule"};
     for (const ref::COLUMN& column : ref::COLUMNS) {
         keys.emplace_back(column.name);
     }
@@ -117,10 +117,11 @@ TEST(profile_show, ABatch) {
         run_profile({"--json", "profile", "show", "--family", "-"}, "Kestrel\n\n dodo \nheron\n");
     EXPECT_EQ(result.exit_code, NOT_FOUND);
     const std::vector<JSON> documents = json_lines_of(result.output);
-    ASSERT_EQ(documents.size(), 3U);
+    ASSERT_EQ(documents.size(), 4U);
     EXPECT_EQ(documents[0]["family"], "KESTREL");
-    EXPECT_EQ(documents[1], (JSON{{"index", nullptr}, {"rule", nullptr}, {"family", "dodo"}}));
-    EXPECT_EQ(documents[2]["family"], "HERON");
+    EXPECT_EQ(documents[1], refused_line("", BLANK_LINE));
+    EXPECT_EQ(documents[2], missing_answer(" dodo ", {{"index", nullptr}, {"rule", nullptr}, {"family", "dodo"}}));
+    EXPECT_EQ(documents[3]["family"], "HERON");
 }
 
 TEST(profile_list, AllRecords) {

@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <nlohmann/json.hpp>
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -101,9 +102,18 @@ TEST(flash_decode, ExplainsARefusal) {
 TEST(flash_decode, ReadsOneTextPerLine) {
     const PROCESS_RESULT run = run_command({"--json", "flash", "decode", "-"}, defined() + "\n\nwrong\n");
     EXPECT_EQ(run.exit_code, 3);
-    const std::size_t end = run.output.find('\n');
-    EXPECT_EQ(JSON::parse(run.output.substr(0, end)).at("plausible"), true);
-    EXPECT_EQ(JSON::parse(run.output.substr(end + 1)).at("plausible"), false);
+    std::istringstream lines(run.output);
+    std::string line;
+    std::getline(lines, line);
+    EXPECT_EQ(JSON::parse(line).at("found"), true);
+    EXPECT_EQ(JSON::parse(line).at("plausible"), true);
+    std::getline(lines, line);
+    EXPECT_EQ(JSON::parse(line).at("error").at("message"), "a line without a question");
+    std::getline(lines, line);
+    EXPECT_EQ(JSON::parse(line).at("query"), "wrong");
+    EXPECT_EQ(JSON::parse(line).at("found"), false);
+    EXPECT_EQ(JSON::parse(line).at("plausible"), false);
+    EXPECT_FALSE(std::getline(lines, line));
 }
 
 TEST(flash_identify_user, TriesADescription) {

@@ -6,6 +6,7 @@
 #include "msg.h"
 #include "nouns.h"
 #include "program.h"
+#include "shell/services.h"
 
 namespace {
 
@@ -26,9 +27,8 @@ int main(int argc, char** argv) {
         throw MSG_INTERNAL_ERROR_EXCEPTION(report);
     });
     try {
-        const std::vector<NOUN> nouns{flash_noun(), hps_noun(),  params_noun(), profile_noun(),
-                                      name_noun(),  part_noun(), opn_noun(),    enum_noun()};
-        if (!run_command_line(nouns, program.arguments(), command)) {
+        const std::vector<std::string>& arguments = program.arguments();
+        if (!run_service(arguments) && !run_command_line(whole_command(), arguments, command)) {
             return command.result;
         }
     } catch (const USAGE_ERROR& error) {

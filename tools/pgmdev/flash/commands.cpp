@@ -12,15 +12,16 @@
 #include "flash/verbs.h"
 #include "pgmdev_flash_table.h"
 #include "tables/table_verbs.h"
+#include "terminal/answer.h"
 #include "terminal/did_you_mean.h"
-#include "terminal/input.h"
 #include "terminal/json.h"
+#include "terminal/listing.h"
 
 namespace {
 
-void list(const ARGUMENTS&, const COMMAND& command) {
+void list(const ARGUMENTS& given, const COMMAND& command) {
     PGMDEV_FLASH_MANAGER manager = open_flash_database(1);
-    print_records(manager.get_flash_database(), manager.get_flash_count(), command);
+    print_records(manager.get_flash_database(), manager.get_flash_count(), given, command);
 }
 
 std::vector<std::string> default_names(PGMDEV_FLASH_MANAGER& manager) {
@@ -34,33 +35,31 @@ std::vector<std::string> default_names(PGMDEV_FLASH_MANAGER& manager) {
     return names;
 }
 
-void show_one(PGMDEV_FLASH_MANAGER& manager, const std::string& name, bool batch, COMMAND& command) {
+ANSWER show_one(PGMDEV_FLASH_MANAGER& manager, const std::string& name, const std::vector<std::string>& names) {
+    ANSWER answer;
     const PGMDEV_SFL_FLASH_INFO* record = manager.get_default_flash(name);
-    if (record == nullptr) {
-        command.result = EXIT_NOT_FOUND;
-        fmt::print(stderr, "pgmdev: no flash is named \"{}\"{}\n", name,
-                   did_you_mean(longer_or_shorter(name, default_names(manager))));
-        if (command.json && batch) {
-            print_json_line({{"index", nullptr}, {"device_name", name}});
-        }
-        return;
+    answer.found = record != nullptr;
+    if (!answer.found) {
+        answer.content = {{"index", nullptr}, {"device_name", name}};
+        answer.missing = fmt::format("no flash is named \"{}\"", name);
+        answer.candidates = longer_or_shorter(name, names);
+        return answer;
     }
     const auto index = static_cast<DWORD>(record - manager.get_flash_database());
-    if (command.json) {
-        print_json_answer(record_json(index, *record), batch);
-    } else {
-        print_members(index, *record);
-    }
+    answer.content = record_json(index, *record);
+    answer.print = [index, record] { print_members(index, *record); };
+    answer.is_block = true;
+    return answer;
 }
 
 void show(const ARGUMENTS& given, COMMAND& command) {
     PGMDEV_FLASH_MANAGER manager = open_flash_database(1);
-    for_each_item(given.text("NAME"), [&](const std::string& name, bool batch) {
-        show_one(manager, name, batch, command);
-        if (batch && !command.json) {
-            fmt::print("\n");
-        }
-    });
+    const std::vector<std::string> names = default_names(manager);
+    answer_each(given.text("NAME"), command, [&](const std::string& name) { return show_one(manager, name, names); });
+}
+
+JSON show_schema() {
+    return question_schema(indexed_record_members(), {"index", "device_name"});
 }
 
 struct FLASH_TABLES : FLASH_RECORDS {
@@ -81,8 +80,9 @@ struct FLASH_TABLES : FLASH_RECORDS {
         }
         return table;
     }
-    static void print(const TABLE& table, const COMMAND& command) {
-        print_records(table.records().data(), static_cast<DWORD>(table.records().size()), command);
+    static JSON row() { return record_schema(); }
+    static void print(const TABLE& table, const ARGUMENTS& given, const COMMAND& command) {
+        print_records(table.records().data(), static_cast<DWORD>(table.records().size()), given, command);
     }
 };
 
@@ -90,9 +90,11 @@ struct FLASH_TABLES : FLASH_RECORDS {
 
 NOUN flash_noun() {
     const std::vector<VERB> verbs{
-        VERB("list", "All enabled records of the database", "pgmdev --json flash list", list),
+        with_list_options(VERB("list", "All enabled records of the database", "pgmdev --json flash list", list),
+                          record_schema),
         VERB("show", "The default record of a device name", "pgmdev flash show W25Q64JV", show)
-            .takes({"NAME", "Device name, in any case; - reads one name per line"}),
+            .takes({"NAME", "Device name, in any case; - reads one name per line"})
+            .answers(show_schema),
         VERB("identify", "Which flash answered, and how it must be driven", "pgmdev flash identify 20BA18 \"EF 70 17\"",
              identify_flash)
             .takes({"--silicon", "The responses are one-byte electronic signatures", ARGUMENT::FLAG})
@@ -101,14 +103,17 @@ NOUN flash_noun() {
                     "- reads one response per line",
                     ARGUMENT::TEXTS})
             .takes({"--user", "Try this encoded description, as flash define prints it, as record 0",
-                    ARGUMENT::OPTIONAL_TEXT}),
+                    ARGUMENT::OPTIONAL_TEXT})
+            .answers(identify_schema),
         VERB("define", "Describe a flash of your own by answering questions", "pgmdev flash define < answers.txt",
              define_flash)
             .tells("What is printed behind \"INI : \" is the value for the configuration key "
-                   "PGM_USER_SFL_FLASH_INFO.\n"),
+                   "PGM_USER_SFL_FLASH_INFO.\n")
+            .answers(define_schema),
         VERB("decode", "What an encoded description holds, and why it would be refused",
              "pgmdev flash decode \"$PGM_USER_SFL_FLASH_INFO\"", decode_flash)
-            .takes({"TEXT", "The encoded description; - reads one per line"}),
+            .takes({"TEXT", "The encoded description; - reads one per line"})
+            .answers(decode_schema),
     };
     return {"flash", "Serial flash devices: identify, look up, check and compile the table",
             "pgmdev flash identify 20BA18", with_table_verbs<FLASH_TABLES>(verbs)};

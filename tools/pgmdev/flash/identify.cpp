@@ -6,15 +6,14 @@
 #include "flash/database.h"
 #include "flash/output.h"
 #include "flash/verbs.h"
+#include "terminal/answer.h"
 #include "terminal/input.h"
 #include "terminal/text_table.h"
 
 namespace {
 
-/// The flash behind one device position: its response, and the record that it matches.
+/// The record that the response of a flash matches.
 struct DEVICE {
-    DWORD position;
-    const std::string& response;
     DWORD index;                          ///< INVALID_DWORD: not mapped
     const PGMDEV_SFL_FLASH_INFO* record;  ///< null: not mapped
 };
@@ -22,10 +21,10 @@ struct DEVICE {
 DEVICE identify(PGMDEV_FLASH_MANAGER& manager, DWORD position, const std::string& response, bool silicon) {
     ID_RESPONSE bytes = parse_id_response(response);
     if (manager.get_flash_count() == 0 || !manager.flash_id_database_mapping(silicon, position, bytes.data())) {
-        return {position, response, INVALID_DWORD, nullptr};
+        return {INVALID_DWORD, nullptr};
     }
     const DWORD index = manager.get_flash_mapping_index(position, false);
-    return {position, response, index, manager.get_flash_database() + index};
+    return {index, manager.get_flash_database() + index};
 }
 
 JSON device_json(DWORD position, const DEVICE& device) {
@@ -37,31 +36,68 @@ JSON device_json(DWORD position, const DEVICE& device) {
     return object;
 }
 
-void print_device(DWORD position, const DEVICE& device) {
+void print_device(DWORD position, const std::string& response, const DEVICE& device) {
     if (device.record == nullptr) {
-        fmt::print("Device {} ({}): no record matches\n", position, device.response);
+        fmt::print("Device {} ({}): no record matches\n", position, response);
         return;
     }
-    fmt::print("Device {} ({}): {} {}, record {}\n", position, device.response,
-               printable(device.record->manufacturer_name), printable(device.record->device_name), device.index);
+    fmt::print("Device {} ({}): {} {}, record {}\n", position, response, printable(device.record->manufacturer_name),
+               printable(device.record->device_name), device.index);
     print_summary(*device.record);
 }
 
+/// One answer for each line, which tells the positions of a chain one after the other.
 void identify_batch(bool silicon, COMMAND& command) {
     PGMDEV_FLASH_MANAGER manager = open_flash_database(1);
-    DWORD line_number = 0;
-    for_each_input_line([&](const std::string& response) {
+    DWORD count = 0;
+    answer_each("-", command, [&](const std::string& response) {
         const DEVICE device = identify(manager, 0, response, silicon);
-        if (device.record == nullptr) {
-            command.result = EXIT_NOT_FOUND;
-        }
-        if (command.json) {
-            print_json_line(device_json(line_number, device));
-        } else {
-            print_device(line_number, device);
-        }
-        ++line_number;
+        const DWORD position = count++;
+        ANSWER answer;
+        answer.found = device.record != nullptr;
+        answer.content = device_json(position, device);
+        answer.print = [position, response, device] { print_device(position, response, device); };
+        return answer;
     });
+}
+
+void print_chain(const std::vector<std::string>& responses, const std::vector<DEVICE>& devices,
+                 const std::optional<DWORD>& longest) {
+    for (DWORD position = 0; position < devices.size(); ++position) {
+        print_device(position, responses[position], devices[position]);
+    }
+    if (longest) {
+        fmt::print("Longest program time in the chain: {} us\n", *longest);
+    }
+}
+
+void identify_chain(const std::vector<std::string>& responses, bool silicon, COMMAND& command) {
+    PGMDEV_FLASH_MANAGER manager = open_flash_database(static_cast<DWORD>(responses.size()));
+    std::vector<DEVICE> devices;
+    JSON array = JSON::array();
+    for (DWORD position = 0; position < responses.size(); ++position) {
+        devices.push_back(identify(manager, position, responses[position], silicon));
+        array.push_back(device_json(position, devices.back()));
+    }
+    const auto mapped = [](const DEVICE& device) { return device.record != nullptr; };
+    std::optional<DWORD> longest;  // of the devices that are mapped
+    if (std::any_of(devices.begin(), devices.end(), mapped)) {
+        longest = manager.sfl_get_chain_longest_program_utime();
+    }
+    ANSWER answer;
+    answer.found = std::all_of(devices.begin(), devices.end(), mapped);
+    answer.content = {{"devices", array}, {"longest_program_utime", longest}};
+    answer.print = [&] { print_chain(responses, devices, longest); };
+    give_answer(responses, answer, command);
+}
+
+std::vector<SCHEMA_MEMBER> device_members() {
+    std::vector<SCHEMA_MEMBER> members{
+        {"position", number_schema()}, {"mapped", flag_schema()}, {"index", or_null(number_schema())}};
+    for (SCHEMA_MEMBER& member : record_members()) {
+        members.push_back({member.name, member.schema, false});  // of a device that is mapped
+    }
+    return members;
 }
 
 }  // namespace
@@ -74,33 +110,16 @@ void identify_flash(const ARGUMENTS& given, COMMAND& command) {
     }
     if (responses.size() == 1 && responses.front() == "-") {
         identify_batch(silicon, command);
-        return;
+    } else {
+        identify_chain(responses, silicon, command);
     }
-    PGMDEV_FLASH_MANAGER manager = open_flash_database(static_cast<DWORD>(responses.size()));
-    std::vector<DEVICE> devices;
-    for (DWORD position = 0; position < responses.size(); ++position) {
-        devices.push_back(identify(manager, position, responses[position], silicon));
-    }
-    const auto mapped = [](const DEVICE& device) { return device.record != nullptr; };
-    if (!std::all_of(devices.begin(), devices.end(), mapped)) {
-        command.result = EXIT_NOT_FOUND;
-    }
-    std::optional<DWORD> longest;  // of the devices that are mapped
-    if (std::any_of(devices.begin(), devices.end(), mapped)) {
-        longest = manager.sfl_get_chain_longest_program_utime();
-    }
-    if (command.json) {
-        JSON array = JSON::array();
-        for (const DEVICE& device : devices) {
-            array.push_back(device_json(device.position, device));
-        }
-        print_json({{"devices", array}, {"longest_program_utime", longest}});
-        return;
-    }
-    for (const DEVICE& device : devices) {
-        print_device(device.position, device);
-    }
-    if (longest) {
-        fmt::print("Longest program time in the chain: {} us\n", *longest);
-    }
+}
+
+JSON identify_schema() {
+    const JSON chain = object_schema({{"query", array_schema(text_schema())},
+                                      {"found", flag_schema()},
+                                      {"devices", array_schema(object_schema(device_members()))},
+                                      {"longest_program_utime", or_null(number_schema())},
+                                      {"candidates", array_schema(text_schema()), false}});
+    return any_of({chain, question_schema(device_members(), {"position", "mapped", "index"})});
 }

@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "pgmdev_cell.h"
+#include "terminal/listing.h"
 #include "terminal/text_table.h"
 
 namespace {
@@ -52,6 +53,25 @@ void add_members(JSON& object, const RECORD& record) {
     }
 }
 
+std::vector<SCHEMA_MEMBER> record_members() {
+    std::vector<SCHEMA_MEMBER> members;
+    for (const PGMDEV_SFL_FLASH_MEMBER& member : PGMDEV_SFL_FLASH_MEMBERS) {
+        const auto schema = [](auto field) { return schema_of_field(field); };
+        members.push_back({std::string(member.name), std::visit(schema, member.field)});
+    }
+    return members;
+}
+
+std::vector<SCHEMA_MEMBER> indexed_record_members() {
+    std::vector<SCHEMA_MEMBER> members = record_members();
+    members.insert(members.begin(), {"index", number_schema()});
+    return members;
+}
+
+JSON record_schema() {
+    return object_schema(indexed_record_members());
+}
+
 JSON record_json(DWORD index, const RECORD& record) {
     JSON object{{"index", index}};
     add_members(object, record);
@@ -92,22 +112,16 @@ void print_summary(const RECORD& record) {
     }
 }
 
-void print_records(const RECORD* records, DWORD count, const COMMAND& command) {
-    if (command.json) {
-        JSON array = JSON::array();
-        for (DWORD i = 0; i < count; ++i) {
-            array.push_back(record_json(i, records[i]));
-        }
-        print_json(array);
-        return;
-    }
+void print_records(const RECORD* records, DWORD count, const ARGUMENTS& given, const COMMAND& command) {
+    std::vector<JSON> rows;
     TEXT_TABLE table(
         {"index", "manufacturer", "device", "recognised by", "size", "sector", "voltage", "default", "switch"});
     for (DWORD i = 0; i < count; ++i) {
         const RECORD& record = records[i];
+        rows.push_back(record_json(i, record));
         table.add({std::to_string(i), record.manufacturer_name, record.device_name, identified_by(record),
                    size_text(record.device_bit_size), std::to_string(record.device_sector_byte), record.asc_voltage,
                    record.default_dev ? "yes" : "no", record.ini});
     }
-    table.print();
+    print_listing(record_schema(), rows, table, given, command);
 }

@@ -6,16 +6,17 @@
 #include "flash/output.h"
 #include "flash/verbs.h"
 #include "pgmdev_user_flash.h"
-#include "terminal/input.h"
+#include "terminal/answer.h"
 #include "terminal/text_table.h"
 
 namespace {
 
 /// A description that the library would pass over ends the command as a refused table does.
-void show_faults(const PGMDEV_USER_FLASH& flash, COMMAND& command) {
+constexpr EXIT_CODE REFUSED = EXIT_INTERNAL_ERROR;
+
+void show_faults(const PGMDEV_USER_FLASH& flash) {
     for (const std::string& fault : flash.faults()) {
         fmt::print(stderr, "pgmdev: the description is refused: {}\n", printable(fault));
-        command.result = EXIT_INTERNAL_ERROR;
     }
 }
 
@@ -42,14 +43,17 @@ void print_description(const PGMDEV_USER_FLASH& flash) {
     }
 }
 
-void decode_one(const std::string& text, bool batch, COMMAND& command) {
+/// Found is a description that the library takes.
+ANSWER decode_one(const std::string& text) {
     const PGMDEV_USER_FLASH flash = PGMDEV_USER_FLASH::from_encoded(text);
-    show_faults(flash, command);
-    if (command.json) {
-        print_json_answer(description_json(flash), batch);
-    } else {
-        print_description(flash);
-    }
+    show_faults(flash);
+    ANSWER answer;
+    answer.found = flash.faults().empty();
+    answer.when_missing = REFUSED;
+    answer.content = description_json(flash);
+    answer.print = [flash] { print_description(flash); };
+    answer.is_block = true;
+    return answer;
 }
 
 }  // namespace
@@ -63,11 +67,29 @@ void define_flash(const ARGUMENTS&, COMMAND& command) {
     if (command.json) {
         print_json({{"encoded", encoded}});
     }
-    show_faults(PGMDEV_USER_FLASH::from_encoded(encoded), command);
+    const PGMDEV_USER_FLASH flash = PGMDEV_USER_FLASH::from_encoded(encoded);
+    show_faults(flash);
+    if (!flash.faults().empty()) {
+        command.result = REFUSED;
+    }
 }
 
 void decode_flash(const ARGUMENTS& given, COMMAND& command) {
-    for_each_item(given.text("TEXT"), [&](const std::string& text, bool batch) { decode_one(text, batch, command); });
+    answer_each(given.text("TEXT"), command, decode_one);
+}
+
+JSON define_schema() {
+    return object_schema({{"encoded", text_schema()}});
+}
+
+JSON decode_schema() {
+    const std::vector<SCHEMA_MEMBER> content{{"body", text_schema()},
+                                             {"password", text_schema()},
+                                             {"password_valid", flag_schema()},
+                                             {"plausible", flag_schema()},
+                                             {"record", or_null(object_schema(record_members()))},
+                                             {"faults", array_schema(text_schema())}};
+    return question_schema(content, {"body", "password", "password_valid", "plausible", "record", "faults"});
 }
 
 void use_user_flash(const std::string& text) {

@@ -10,14 +10,17 @@
 /// Maps one device position per response and shows what was found. "-" stands for one response per line of standard
 /// input.
 void identify_flash(const ARGUMENTS& given, COMMAND& command);
+JSON identify_schema();
 
 /// Holds the dialogue that describes a user's own flash, on standard input and output. In JSON the prompts go to
 /// standard error.
 void define_flash(const ARGUMENTS& given, COMMAND& command);
+JSON define_schema();
 
 /// Shows what an encoded description holds, and why it would be refused. "-" stands for one text per line of standard
 /// input.
 void decode_flash(const ARGUMENTS& given, COMMAND& command);
+JSON decode_schema();
 
 /// Makes the databases that are opened from now on take their record 0 from an encoded description. One that they would
 /// pass over throws USAGE_ERROR.

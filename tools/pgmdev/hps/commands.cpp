@@ -9,6 +9,7 @@
 #include "flash/output.h"
 #include "hps/edit.h"
 #include "pgmdev_hps_mgr.h"
+#include "terminal/listing.h"
 #include "terminal/text_table.h"
 
 namespace {
@@ -39,20 +40,24 @@ constexpr std::array KIND_MEMBERS{
     KIND_MEMBER{"nand_data_base", &KIND::nand_data_base, true},
 };
 
-void list_kinds(const ARGUMENTS&, const COMMAND& command) {
+JSON kind_schema() {
+    std::vector<SCHEMA_MEMBER> members{{"index", number_schema()}, {"name", text_schema()}};
+    for (const KIND_MEMBER& member : KIND_MEMBERS) {
+        members.push_back({member.name, number_schema()});
+    }
+    members.push_back({"user", flag_schema()});
+    return object_schema(members);
+}
+
+void list_kinds(const ARGUMENTS& given, const COMMAND& command) {
     const auto kinds = PGMDEV_HPS_MGR::get_kinds();
-    if (command.json) {
-        JSON array = JSON::array();
-        for (std::size_t i = 0; i < kinds.size(); ++i) {
-            JSON object{{"index", i}, {"name", kinds[i].name}};
-            for (const KIND_MEMBER& member : KIND_MEMBERS) {
-                object[member.name] = kinds[i].*member.field;
-            }
-            object["user"] = false;
-            array.push_back(object);
+    std::vector<JSON> rows;
+    for (std::size_t i = 0; i < kinds.size(); ++i) {
+        JSON& row = rows.emplace_back(JSON{{"index", i}, {"name", kinds[i].name}});
+        for (const KIND_MEMBER& member : KIND_MEMBERS) {
+            row[member.name] = kinds[i].*member.field;
         }
-        print_json(array);
-        return;
+        row["user"] = false;
     }
     // The kinds are few and have many members: a column for each.
     std::vector<std::string> heading{"index"};
@@ -71,24 +76,24 @@ void list_kinds(const ARGUMENTS&, const COMMAND& command) {
         }
         table.add(row);
     }
-    table.print();
+    print_listing(kind_schema(), rows, table, given, command);
 }
 
 const char* owner(bool user) {
     return user ? "user" : "built-in";
 }
 
-void print_table(const std::vector<PGMDEV_HPS_NAND_STRUCTURE*>& list, std::size_t user_count) {
+TEXT_TABLE table_of(const std::vector<PGMDEV_HPS_NAND_STRUCTURE*>& list, std::size_t user_count) {
     TEXT_TABLE table({"index", "from", "manufacturer", "device", "bytes"});
     for (std::size_t i = 0; i < list.size(); ++i) {
         const auto& flash = *list[i];
         table.add({std::to_string(i), owner(i < user_count), fmt::format("0x{:02X}", flash.manufacturer_id),
                    fmt::format("0x{:02X}", flash.device_id), std::to_string(flash.device_byte_size)});
     }
-    table.print();
+    return table;
 }
 
-void print_table(const std::vector<PGMDEV_HPS_SPI_STRUCTURE*>& list, std::size_t user_count) {
+TEXT_TABLE table_of(const std::vector<PGMDEV_HPS_SPI_STRUCTURE*>& list, std::size_t user_count) {
     TEXT_TABLE table({"index", "from", "manufacturer", "device", "silicon ID", "ext. ID", "size", "sector", "page",
                       "dies", "erase/program/read"});
     for (std::size_t i = 0; i < list.size(); ++i) {
@@ -100,23 +105,19 @@ void print_table(const std::vector<PGMDEV_HPS_SPI_STRUCTURE*>& list, std::size_t
                    std::to_string(flash.page_byte), std::to_string(flash.die_count),
                    fmt::format("{:02X}/{:02X}/{:02X}", flash.erase_opcode, flash.program_opcode, flash.read_opcode)});
     }
-    table.print();
+    return table;
 }
 
 template <class FLASH>
-void list_entries(const ARGUMENTS&, const COMMAND& command) {
+void list_entries(const ARGUMENTS& given, const COMMAND& command) {
     const auto& manager = *FLASH::MANAGER::get_mgr();
     const auto& list = manager.get_list();
     const std::size_t user_count = manager.get_user_list().size();
-    if (!command.json) {
-        print_table(list, user_count);
-        return;
-    }
-    JSON array = JSON::array();
+    std::vector<JSON> rows;
     for (std::size_t i = 0; i < list.size(); ++i) {
-        array.push_back(entry_json<FLASH>(i, *list[i], i < user_count));
+        rows.push_back(entry_json<FLASH>(i, *list[i], i < user_count));
     }
-    print_json(array);
+    print_listing(entry_schema<FLASH>(), rows, table_of(list, user_count), given, command);
 }
 
 template <class FLASH>
@@ -147,6 +148,7 @@ VERB add_verb(const char* name, const char* example) {
         .takes({"FIELD=VALUE", "Fields of the entry; numbers in decimal or as 0x...", ARGUMENT::OPTIONAL_TEXTS})
         .takes({"--like", "Take the fields that are not given from this entry of the list", ARGUMENT::OPTIONAL_NUMBER,
                 "INDEX"})
+        .answers(entry_schema<FLASH>)
         .tells(field_names<FLASH>() +
                "\nFields shown with a value may be left out. -1 is the largest value of a field.\n");
 }
@@ -154,7 +156,8 @@ VERB add_verb(const char* name, const char* example) {
 template <class FLASH>
 VERB remove_verb(const char* name) {
     return VERB(name, "Remove an entry of the user's list", fmt::format("pgmdev hps remove {} 0", name), remove<FLASH>)
-        .takes({"INDEX", "Index of the entry in the list", ARGUMENT::NUMBER});
+        .takes({"INDEX", "Index of the entry in the list", ARGUMENT::NUMBER})
+        .answers(entry_schema<FLASH>);
 }
 
 }  // namespace
@@ -165,11 +168,14 @@ NOUN hps_noun() {
     constexpr const char* ADD_SPI =
         "pgmdev hps add spi --like 26 device_name=QSPI_256 silicon_id=0x1940C8 device_bit_size=0x10000000";
     const std::vector<VERB> verbs{
-        VERB("kinds", "The kinds of hard processor systems", "pgmdev --json hps kinds", list_kinds),
-        VERB("nand", "The NAND flash devices: the user's own, then the built-in ones", "pgmdev hps nand",
-             list_entries<HPS_NAND>),
-        VERB("spi", "The SPI flash devices: the user's own, then the built-in ones", "pgmdev --json hps spi",
-             list_entries<HPS_SPI>),
+        with_list_options(VERB("kinds", "The kinds of hard processor systems", "pgmdev --json hps kinds", list_kinds),
+                          kind_schema),
+        with_list_options(VERB("nand", "The NAND flash devices: the user's own, then the built-in ones",
+                               "pgmdev hps nand", list_entries<HPS_NAND>),
+                          entry_schema<HPS_NAND>),
+        with_list_options(VERB("spi", "The SPI flash devices: the user's own, then the built-in ones",
+                               "pgmdev --json hps spi", list_entries<HPS_SPI>),
+                          entry_schema<HPS_SPI>),
     };
     const std::vector<NOUN> groups{
         {"add",

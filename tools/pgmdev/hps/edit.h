@@ -10,6 +10,7 @@
 #include "hps/flash.h"
 #include "terminal/command.h"
 #include "terminal/json.h"
+#include "terminal/schema.h"
 
 /// `index`, the values under their names, and whether the entry is the user's.
 template <class FLASH>
@@ -20,6 +21,18 @@ JSON entry_json(std::size_t index, const typename FLASH::RECORD& record, bool us
     }
     object["user"] = user;
     return object;
+}
+
+/// The schema of entry_json.
+template <class FLASH>
+JSON entry_schema() {
+    std::vector<SCHEMA_MEMBER> members{{"index", number_schema()}};
+    for (const auto& member : FLASH::MEMBERS) {
+        const auto schema = [](auto field) { return schema_of_field(field); };
+        members.push_back({std::string(member.name), std::visit(schema, member.field)});
+    }
+    members.push_back({"user", flag_schema()});
+    return object_schema(members);
 }
 
 /// Adds an entry of the user's from "FIELD=VALUE" texts; what they leave out is taken from the entry `like`, if given.

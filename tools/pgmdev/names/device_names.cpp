@@ -29,9 +29,7 @@ std::vector<std::string> without_repetitions(std::vector<std::string> names) {
     return names;
 }
 
-}  // namespace
-
-std::vector<std::string> part_names() {
+std::vector<std::string> all_part_names() {
     std::vector<std::string> names;
     for (int part = DEV_PART_INVALID + 1; part != DEV_PART_GENERIC && part != DEV_PART_MAX; ++part) {
         stl_toupper(names.emplace_back(dstr_get_user_string(part)));
@@ -39,7 +37,7 @@ std::vector<std::string> part_names() {
     return names;
 }
 
-std::vector<std::string> package_and_programming_names() {
+std::vector<std::string> all_package_and_programming_names() {
     std::vector<std::string> names;
     for (const std::string& part : part_names()) {
         names.push_back(PGMDEV_DEVICE_GRAMMAR_MGR::get_package_name(part, true));
@@ -48,7 +46,7 @@ std::vector<std::string> package_and_programming_names() {
     return without_repetitions(std::move(names));
 }
 
-std::vector<std::string> programmer_part_names() {
+std::vector<std::string> all_programmer_part_names() {
     std::vector<std::string> names;
     for (const std::string& name : package_and_programming_names()) {
         names.push_back(PGMDEV_DEVICE_GRAMMAR_MGR::get_pgm_part_pcf(name));
@@ -56,11 +54,33 @@ std::vector<std::string> programmer_part_names() {
     return without_repetitions(std::move(names));
 }
 
-std::vector<std::string> device_names() {
+std::vector<std::string> all_device_names() {
     std::vector<std::string> names;
     for (int device = DEV_DEVICE_INVALID + 1; device < DEV_DEVICE_GENERIC; ++device) {
         stl_toupper(names.emplace_back(dstr_get_user_string(static_cast<DEV_DEVICE_ENUM>(device))));
     }
+    return names;
+}
+
+}  // namespace
+
+const std::vector<std::string>& part_names() {
+    static const std::vector<std::string> names = all_part_names();
+    return names;
+}
+
+const std::vector<std::string>& package_and_programming_names() {
+    static const std::vector<std::string> names = all_package_and_programming_names();
+    return names;
+}
+
+const std::vector<std::string>& programmer_part_names() {
+    static const std::vector<std::string> names = all_programmer_part_names();
+    return names;
+}
+
+const std::vector<std::string>& device_names() {
+    static const std::vector<std::string> names = all_device_names();
     return names;
 }
 

@@ -9,11 +9,11 @@
 
 #include "dstr.h"
 
-/// The names that a command knows, for telling the user which one was meant.
-std::vector<std::string> part_names();
-std::vector<std::string> package_and_programming_names();
-std::vector<std::string> programmer_part_names();
-std::vector<std::string> device_names();
+/// The names that a command knows, for telling the user which one was meant; each list is made once.
+const std::vector<std::string>& part_names();
+const std::vector<std::string>& package_and_programming_names();
+const std::vector<std::string>& programmer_part_names();
+const std::vector<std::string>& device_names();
 
 /// The answer of an operation that reports when it finds nothing: such reports are kept from the user, to whom not
 /// finding is a result. Reports that end the operation are shown as everywhere.

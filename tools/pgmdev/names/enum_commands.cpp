@@ -1,13 +1,18 @@
 #include <fmt/core.h>
 
+#include <algorithm>
 #include <array>
-#include "names/device_names.h"
-#include "nouns.h"
 
+#include "names/device_names.h"
+#include "names/enum_commands.h"
+#include "nouns.h"
 #include "pgmdev_mgr.h"
+#include "terminal/answer.h"
 #include "terminal/did_you_mean.h"
 #include "terminal/input.h"
 #include "terminal/json.h"
+#include "terminal/listing.h"
+#include "terminal/schema.h"
 #include "terminal/text_table.h"
 
 namespace {
@@ -43,68 +48,84 @@ std::vector<std::string> names_of(PGM_ENUM_TYPE type) {
 void show_name(const ARGUMENTS& given, COMMAND& command) {
     const std::string& type_text = given.text("TYPE");
     const PGM_ENUM_TYPE type = parse_type(type_text);
-    for_each_item(given.text("VALUE"), [&](const std::string& item, bool batch) {
+    answer_each(given.text("VALUE"), command, [&](const std::string& item) {
         const DWORD value = parse_dword(item, "a value");
         std::string name;
-        const bool found = PGMDEV_MGR::pgm_check_type_enum_supported(type, value, &name);
-        if (!found) {
-            command.result = EXIT_NOT_FOUND;
-            fmt::print(stderr, "pgmdev: {} has no name for the value {}\n", type_text, value);
+        ANSWER answer;
+        answer.found = PGMDEV_MGR::pgm_check_type_enum_supported(type, value, &name);
+        answer.content = {{"value", value}, {"name", answer.found ? JSON(name) : JSON()}};
+        if (answer.found) {
+            answer.print = [name] { fmt::print("{}\n", name); };
+        } else {
+            answer.missing = fmt::format("{} has no name for the value {}", type_text, value);
         }
-        if (command.json && (found || batch)) {
-            print_json_answer({{"value", value}, {"name", found ? JSON(name) : JSON()}}, batch);
-        } else if (found) {
-            fmt::print("{}\n", name);
-        }
+        return answer;
     });
 }
 
 void show_value(const ARGUMENTS& given, COMMAND& command) {
     const std::string& type_text = given.text("TYPE");
     const PGM_ENUM_TYPE type = parse_type(type_text);
-    for_each_item(given.text("NAME"), [&](const std::string& item, bool batch) {
+    const std::vector<std::string> names = names_of(type);
+    answer_each(given.text("NAME"), command, [&](const std::string& item) {
         DWORD value = 0;
-        const bool found = PGMDEV_MGR::pgm_check_type_name_supported(type, item, &value);
-        if (!found) {
-            command.result = EXIT_NOT_FOUND;
-            fmt::print(stderr, "pgmdev: {} has no value named \"{}\"{}\n", type_text, item,
-                       batch ? "" : did_you_mean(nearest(item, names_of(type))));
+        ANSWER answer;
+        answer.found = PGMDEV_MGR::pgm_check_type_name_supported(type, item, &value);
+        answer.content = {{"value", answer.found ? JSON(value) : JSON()}, {"name", item}};
+        if (answer.found) {
+            answer.print = [value] { fmt::print("{}\n", value); };
+        } else {
+            answer.missing = fmt::format("{} has no value named \"{}\"", type_text, item);
+            answer.candidates = nearest(item, names);
         }
-        if (command.json && (found || batch)) {
-            print_json_answer({{"value", found ? JSON(value) : JSON()}, {"name", item}}, batch);
-        } else if (found) {
-            fmt::print("{}\n", value);
-        }
+        return answer;
     });
+}
+
+const std::vector<SCHEMA_MEMBER> MEMBERS{{"value", number_schema()}, {"name", text_schema()}};
+
+JSON question() {
+    return question_schema(MEMBERS, {"value", "name"});
+}
+
+JSON row() {
+    return object_schema(MEMBERS);
 }
 
 void list(const ARGUMENTS& given, const COMMAND& command) {
     const std::vector<std::string> names = names_of(parse_type(given.text("TYPE")));
-    JSON array = JSON::array();
+    std::vector<JSON> rows;
     TEXT_TABLE table({"value", "name"});
     for (std::size_t value = 1; value < names.size(); ++value) {
-        array.push_back({{"value", value}, {"name", names[value]}});
+        rows.push_back({{"value", value}, {"name", names[value]}});
         table.add({std::to_string(value), names[value]});
     }
-    if (command.json) {
-        print_json(array);
-    } else {
-        table.print();
-    }
+    print_listing(row(), rows, table, given, command);
 }
 
 }  // namespace
+
+std::vector<std::string> enumeration_names() {
+    return {TYPES.begin(), TYPES.end()};
+}
+
+std::vector<std::string> enumerator_names(const std::string& enumeration) {
+    const bool known = std::find(TYPES.begin(), TYPES.end(), enumeration) != TYPES.end();
+    return known ? names_of(parse_type(enumeration)) : std::vector<std::string>();
+}
 
 NOUN enum_noun() {
     const ARGUMENT type{"TYPE", "Enumeration: " + type_list()};
     const std::vector<VERB> verbs{
         VERB("name", "The name of a value", "pgmdev enum name option-bit 21", show_name)
             .takes(type)
-            .takes({"VALUE", "Value, decimal or 0x...; - reads one per line"}),
+            .takes({"VALUE", "Value, decimal or 0x...; - reads one per line"})
+            .answers(question),
         VERB("value", "The value of a name", "pgmdev enum value option-bit AES_KEYS", show_value)
             .takes(type)
-            .takes({"NAME", "Name, in any case; - reads one per line"}),
-        VERB("list", "All values and their names", "pgmdev enum list sector", list).takes(type),
+            .takes({"NAME", "Name, in any case; - reads one per line"})
+            .answers(question),
+        with_list_options(VERB("list", "All values and their names", "pgmdev enum list sector", list).takes(type), row),
     };
     return {"enum", "Names and values of the programmer's enumerations", "pgmdev enum list sector", verbs};
 }

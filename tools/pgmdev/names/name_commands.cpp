@@ -9,9 +9,10 @@
 #include "nouns.h"
 #include "pgmdev_device_grammar_mgr.h"
 #include "pgmdev_mgr.h"
+#include "terminal/answer.h"
 #include "terminal/did_you_mean.h"
-#include "terminal/input.h"
 #include "terminal/json.h"
+#include "terminal/schema.h"
 
 namespace {
 
@@ -87,29 +88,45 @@ void print_spellings(const std::vector<SPELLING>& spellings) {
     }
 }
 
-std::string similar_names(const std::string& name) {
-    std::vector<std::string> names = part_names();
-    for (const auto& more : {package_and_programming_names(), programmer_part_names(), device_names()}) {
-        names.insert(names.end(), more.begin(), more.end());
+const std::vector<std::string>& all_names() {
+    static const std::vector<std::string> names = [] {
+        std::vector<std::string> all = part_names();
+        for (const auto& more : {package_and_programming_names(), programmer_part_names(), device_names()}) {
+            all.insert(all.end(), more.begin(), more.end());
+        }
+        return all;
+    }();
+    return names;
+}
+
+ANSWER show_one(const std::string& name) {
+    const std::vector<SPELLING> spellings = spellings_of(name);
+    ANSWER answer;
+    answer.found = is_known(spellings);
+    answer.content = to_json(spellings);
+    if (answer.found) {
+        answer.print = [spellings] { print_spellings(spellings); };
+        answer.is_block = true;
+    } else {
+        answer.missing = fmt::format("no device is named \"{}\"", name);
+        answer.candidates = nearest(name, all_names());
     }
-    return did_you_mean(nearest(name, names));
+    return answer;
 }
 
 void show(const ARGUMENTS& given, COMMAND& command) {
-    for_each_item(given.text("NAME"), [&](const std::string& item, bool batch) {
-        const std::vector<SPELLING> spellings = spellings_of(item);
-        const bool known = is_known(spellings);
-        if (!known) {
-            command.result = EXIT_NOT_FOUND;
-            fmt::print(stderr, "pgmdev: no device is named \"{}\"{}\n", item, batch ? "" : similar_names(item));
-        }
-        if (command.json && (known || batch)) {
-            print_json_answer(to_json(spellings), batch);
-        } else if (known) {
-            print_spellings(spellings);
-            fmt::print("{}", batch ? "\n" : "");
-        }
-    });
+    answer_each(given.text("NAME"), command, show_one);
+}
+
+JSON schema() {
+    std::vector<SCHEMA_MEMBER> content;
+    std::vector<std::string> keys;
+    for (const SPELLING& spelling : spellings_of("")) {
+        const bool is_text = std::holds_alternative<std::string>(spelling.value);
+        content.push_back({spelling.key, is_text ? text_schema() : flag_schema()});
+        keys.emplace_back(spelling.key);
+    }
+    return question_schema(content, keys);
 }
 
 }  // namespace
@@ -118,6 +135,7 @@ NOUN name_noun() {
     const VERB verb =
         VERB("show", "Every spelling of a name", "pgmdev --json name show KES50C6", show)
             .takes({"NAME",
-                    "Full, package, programming, programmer-file or device name, in any case; - reads one per line"});
+                    "Full, package, programming, programmer-file or device name, in any case; - reads one per line"})
+            .answers(schema);
     return {"name", "The spellings of a device's name", "pgmdev name show KES50C6", {verb}};
 }

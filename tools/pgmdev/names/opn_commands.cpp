@@ -6,9 +6,11 @@
 #include "nouns.h"
 #include "pgmdev_mgr.h"
 #include "stl.h"
+#include "terminal/answer.h"
 #include "terminal/did_you_mean.h"
 #include "terminal/input.h"
 #include "terminal/json.h"
+#include "terminal/schema.h"
 
 namespace {
 
@@ -24,18 +26,19 @@ ORDERING_CODE by_name(std::string name) {
     return {PGMDEV_MGR::get_opn_enum(name), name, PGMDEV_MGR::get_opn_hash(name)};
 }
 
+/// What is not known is null.
 JSON to_json(const ORDERING_CODE& code) {
-    JSON object = JSON::object();
-    if (code.index != INVALID_DWORD) {
-        object["index"] = code.index;
-    }
-    if (!code.name.empty()) {
-        object["name"] = code.name;
-    }
-    if (code.hash != PGMDEV_MGR::INVALID_NAME_HASH) {
-        object["hash"] = code.hash;
-    }
-    return object;
+    const bool indexed = code.index != INVALID_DWORD;
+    const bool hashed = code.hash != PGMDEV_MGR::INVALID_NAME_HASH;
+    return {{"index", indexed ? JSON(code.index) : JSON()},
+            {"name", !code.name.empty() ? JSON(code.name) : JSON()},
+            {"hash", hashed ? JSON(code.hash) : JSON()}};
+}
+
+/// The index is not known of every part whose hash is.
+JSON schema() {
+    return question_schema({{"index", or_null(number_schema())}, {"name", text_schema()}, {"hash", number_schema()}},
+                           {"index", "name", "hash"});
 }
 
 void print_code(const ORDERING_CODE& code) {
@@ -54,63 +57,64 @@ QWORD parse_hash(const std::string& text) {
     return hash;
 }
 
-/// Shows a code, or says what is missing.
-void answer(const ORDERING_CODE& code, bool found, bool batch, const std::string& not_found, COMMAND& command) {
-    if (!found) {
-        command.result = EXIT_NOT_FOUND;
-        fmt::print(stderr, "pgmdev: {}\n", not_found);
+ANSWER answer_of(const ORDERING_CODE& code, bool found) {
+    ANSWER answer;
+    answer.found = found;
+    answer.content = to_json(code);
+    if (found) {
+        answer.print = [code] { print_code(code); };
     }
-    if (command.json && (found || batch)) {
-        print_json_answer(to_json(code), batch);
-    } else if (found) {
-        print_code(code);
+    return answer;
+}
+
+ANSWER unknown_part(const ORDERING_CODE& code, const std::string& name) {
+    ANSWER answer = answer_of(code, false);
+    answer.missing = fmt::format("no part is named \"{}\"", name);
+    answer.candidates = nearest(name, part_names());
+    return answer;
+}
+
+ANSWER ask_name(const std::string& item) {
+    const DWORD index = parse_dword(item, "an ordering-code index");
+    ORDERING_CODE code{index, PGMDEV_MGR::get_opn(index)};
+    if (!code.name.empty()) {
+        code.hash = PGMDEV_MGR::get_opn_hash(code.name);
     }
+    ANSWER answer = answer_of(code, !code.name.empty());
+    answer.missing = fmt::format("no part has the ordering-code index {}", index);
+    return answer;
 }
 
-std::string unknown_part(const std::string& name, bool batch) {
-    return fmt::format("no part is named \"{}\"{}", name, batch ? "" : did_you_mean(nearest(name, part_names())));
+ANSWER ask_index(const std::string& item) {
+    const ORDERING_CODE code = by_name(item);
+    if (code.hash == PGMDEV_MGR::INVALID_NAME_HASH) {
+        return unknown_part(code, item);
+    }
+    ANSWER answer = answer_of(code, code.index != INVALID_DWORD);
+    answer.missing = fmt::format("the part {} has no ordering-code index", code.name);
+    return answer;
 }
 
-void show_name(const ARGUMENTS& given, COMMAND& command) {
-    for_each_item(given.text("INDEX"), [&](const std::string& item, bool batch) {
-        const DWORD index = parse_dword(item, "an ordering-code index");
-        const std::string name = PGMDEV_MGR::get_opn(index);
-        ORDERING_CODE code{index, name};
-        if (!name.empty()) {
-            code.hash = PGMDEV_MGR::get_opn_hash(name);
-        }
-        answer(code, !name.empty(), batch, fmt::format("no part has the ordering-code index {}", index), command);
-    });
+ANSWER ask_hash(const std::string& item) {
+    const ORDERING_CODE code = by_name(item);
+    const bool found = code.hash != PGMDEV_MGR::INVALID_NAME_HASH;
+    return found ? answer_of(code, true) : unknown_part(code, item);
 }
 
-void show_index(const ARGUMENTS& given, COMMAND& command) {
-    for_each_item(given.text("NAME"), [&](const std::string& item, bool batch) {
-        const ORDERING_CODE code = by_name(item);
-        const bool is_part = code.hash != PGMDEV_MGR::INVALID_NAME_HASH;
-        const bool found = code.index != INVALID_DWORD;
-        answer(code, found, batch,
-               found     ? ""
-               : is_part ? fmt::format("the part {} has no ordering-code index", code.name)
-                         : unknown_part(item, batch),
-               command);
-    });
+ANSWER ask_from_hash(const std::string& item) {
+    const QWORD hash = parse_hash(item);
+    const std::string name = PGMDEV_MGR::get_opn_from_hash(hash);
+    ANSWER answer = answer_of(name.empty() ? ORDERING_CODE{INVALID_DWORD, "", hash} : by_name(name), !name.empty());
+    answer.missing = fmt::format("no part's name has the hash {}", item);
+    return answer;
 }
 
-void show_hash(const ARGUMENTS& given, COMMAND& command) {
-    for_each_item(given.text("NAME"), [&](const std::string& item, bool batch) {
-        const ORDERING_CODE code = by_name(item);
-        const bool found = code.hash != PGMDEV_MGR::INVALID_NAME_HASH;
-        answer(code, found, batch, found ? "" : unknown_part(item, batch), command);
-    });
-}
-
-void show_from_hash(const ARGUMENTS& given, COMMAND& command) {
-    for_each_item(given.text("HASH"), [&](const std::string& item, bool batch) {
-        const QWORD hash = parse_hash(item);
-        const std::string name = PGMDEV_MGR::get_opn_from_hash(hash);
-        const ORDERING_CODE code = name.empty() ? ORDERING_CODE{INVALID_DWORD, "", hash} : by_name(name);
-        answer(code, !name.empty(), batch, fmt::format("no part's name has the hash {}", item), command);
-    });
+VERB question(const char* verb, const char* description, const char* example, const ARGUMENT& argument,
+              ANSWER (*ask)(const std::string&)) {
+    const auto run = [name = argument.name, ask](const ARGUMENTS& given, COMMAND& command) {
+        answer_each(given.text(name), command, ask);
+    };
+    return VERB(verb, description, example, run).takes(argument).answers(schema);
 }
 
 }  // namespace
@@ -120,11 +124,11 @@ NOUN opn_noun() {
     const ARGUMENT name{"NAME", "Part name, in any case; - reads one per line"};
     const ARGUMENT hash{"HASH", "Hash, decimal or 0x...; - reads one per line"};
     const std::vector<VERB> verbs{
-        VERB("name", "The part that an ordering-code index stands for", "pgmdev opn name 1337", show_name).takes(index),
-        VERB("index", "The first ordering-code index of a part", "pgmdev opn index KES50C6", show_index).takes(name),
-        VERB("hash", "The 48-bit hash of a part's name", "pgmdev opn hash KES50C6", show_hash).takes(name),
-        VERB("from-hash", "The part whose name has a hash", "pgmdev opn from-hash 0xDCB59F75E910", show_from_hash)
-            .takes(hash),
+        question("name", "The part that an ordering-code index stands for", "pgmdev opn name 1337", index, ask_name),
+        question("index", "The first ordering-code index of a part", "pgmdev opn index KES50C6", name, ask_index),
+        question("hash", "The 48-bit hash of a part's name", "pgmdev opn hash KES50C6", name, ask_hash),
+        question("from-hash", "The part whose name has a hash", "pgmdev opn from-hash 0xDCB59F75E910", hash,
+                 ask_from_hash),
     };
     return {"opn", "Ordering codes: indexes and hashes of parts", "pgmdev opn index KES50C6", verbs};
 }

@@ -1,13 +1,12 @@
 #include <fmt/core.h>
 
-#include <algorithm>
-
 #include "names/device_names.h"
 #include "nouns.h"
 #include "pgmdev_mgr.h"
+#include "terminal/answer.h"
 #include "terminal/did_you_mean.h"
-#include "terminal/input.h"
 #include "terminal/json.h"
+#include "terminal/schema.h"
 
 namespace {
 
@@ -19,23 +18,26 @@ struct QUESTION {
     const char* not_found;
     const char* example;
     std::string (*ask)(std::string);
-    std::vector<std::string> (*known_names)();
+    const std::vector<std::string>& (*known_names)();
 };
 
-std::vector<std::string> completable_names() {
-    std::vector<std::string> names = part_names();
-    const std::vector<std::string> more = package_and_programming_names();
-    names.insert(names.end(), more.begin(), more.end());
+const std::vector<std::string>& completable_names() {
+    static const std::vector<std::string> names = [] {
+        std::vector<std::string> all = part_names();
+        const std::vector<std::string>& more = package_and_programming_names();
+        all.insert(all.end(), more.begin(), more.end());
+        return all;
+    }();
     return names;
 }
 
 /// Not every programmer-file part has a part: that takes a part whose full name is its programming name.
-std::vector<std::string> programmer_part_names_of_parts() {
-    std::vector<std::string> names = programmer_part_names();
-    names.erase(
-        std::remove_if(names.begin(), names.end(),
-                       [](const std::string& name) { return PGMDEV_MGR::get_part_name_from_pcf(name).empty(); }),
-        names.end());
+const std::vector<std::string>& programmer_part_names_of_parts() {
+    static const std::vector<std::string> names = [] {
+        std::vector<std::string> all = programmer_part_names();
+        std::erase_if(all, [](const std::string& name) { return PGMDEV_MGR::get_part_name_from_pcf(name).empty(); });
+        return all;
+    }();
     return names;
 }
 
@@ -49,26 +51,22 @@ const QUESTION QUESTIONS[]{
      "pgmdev part complete KES50", PGMDEV_MGR::get_possible_full_name, completable_names},
 };
 
-void answer(const QUESTION& question, const std::string& argument, COMMAND& command) {
-    for_each_item(argument, [&](const std::string& item, bool batch) {
-        const std::string part = ask_quietly([&] { return question.ask(item); });
-        if (part.empty()) {
-            command.result = EXIT_NOT_FOUND;
-            fmt::print(stderr, "pgmdev: there is {} \"{}\"{}\n", question.not_found, item,
-                       batch ? "" : did_you_mean(nearest(item, question.known_names())));
-        }
-        JSON found;  // null: none
-        if (!part.empty()) {
-            found = part;
-        }
-        if (command.json && batch) {
-            print_json_line({{"name", item}, {"part", found}});
-        } else if (command.json && !part.empty()) {
-            print_json({{"part", found}});
-        } else if (!part.empty()) {
-            fmt::print("{}\n", part);
-        }
-    });
+ANSWER answer(const QUESTION& question, const std::string& name) {
+    const std::string part = ask_quietly([&] { return question.ask(name); });
+    ANSWER answer;
+    answer.found = !part.empty();
+    answer.content = {{"name", name}, {"part", answer.found ? JSON(part) : JSON()}};
+    if (answer.found) {
+        answer.print = [part] { fmt::print("{}\n", part); };
+    } else {
+        answer.missing = fmt::format("there is {} \"{}\"", question.not_found, name);
+        answer.candidates = nearest(name, question.known_names());
+    }
+    return answer;
+}
+
+JSON schema() {
+    return question_schema({{"name", text_schema()}, {"part", text_schema()}}, {"name", "part"});
 }
 
 }  // namespace
@@ -77,10 +75,12 @@ NOUN part_noun() {
     std::vector<VERB> verbs;
     for (const QUESTION& question : QUESTIONS) {
         const auto run = [&question](const ARGUMENTS& given, COMMAND& command) {
-            answer(question, given.text("NAME"), command);
+            answer_each(given.text("NAME"), command,
+                        [&question](const std::string& name) { return answer(question, name); });
         };
         verbs.push_back(VERB(question.verb, question.description, question.example, run)
-                            .takes({"NAME", fmt::format("{}, in any case; - reads one per line", question.argument)}));
+                            .takes({"NAME", fmt::format("{}, in any case; - reads one per line", question.argument)})
+                            .answers(schema));
     }
     return {"part", "Parts by less specific names", "pgmdev part complete KES50", verbs};
 }

@@ -12,6 +12,8 @@
 #include "gen.h"
 #include "pgmdev_flash_ini.h"
 #include "terminal/json.h"
+#include "terminal/listing.h"
+#include "terminal/schema.h"
 #include "terminal/text_table.h"
 
 namespace {
@@ -43,21 +45,31 @@ JSON block_json(PGMDEV_FLASH_INI_ENUM which, const BLOCK& block) {
             {"size", block.size}};
 }
 
-void list_blocks(const ARGUMENTS&, const COMMAND& command) {
-    JSON array = JSON::array();
+std::vector<SCHEMA_MEMBER> block_members() {
+    return {{"block", number_schema()}, {"name", text_schema()}, {"present", flag_schema()}, {"size", number_schema()}};
+}
+
+JSON block_schema() {
+    return object_schema(block_members());
+}
+
+JSON block_with_data_schema() {
+    std::vector<SCHEMA_MEMBER> members = block_members();
+    members.push_back({"data", text_schema()});
+    return object_schema(members);
+}
+
+void list_blocks(const ARGUMENTS& given, const COMMAND& command) {
+    std::vector<JSON> rows;
     TEXT_TABLE table({"block", "name", "bytes"});
     for (DWORD i = 0; i < PGMDEV_FLASH_INI_MAX; ++i) {
         const auto which = static_cast<PGMDEV_FLASH_INI_ENUM>(i);
         const BLOCK block(which);
-        array.push_back(block_json(which, block));
+        rows.push_back(block_json(which, block));
         table.add({std::to_string(i), std::string(PGMDEV_FLASH_INI_NAMES[i]),
                    block.data != nullptr ? std::to_string(block.size) : "absent"});
     }
-    if (command.json) {
-        print_json(array);
-    } else {
-        table.print();
-    }
+    print_listing(block_schema(), rows, table, given, command);
 }
 
 std::string hex_text(std::span<const BYTE> bytes, const char* separator) {
@@ -160,14 +172,19 @@ void remove_block(const ARGUMENTS& given, COMMAND& command) {
 NOUN params_noun() {
     const ARGUMENT block{"BLOCK", R"(Number or name of the block: 0 "SFL FLASH", 1 "HPS SPI", 2 "HPS NAND")"};
     const std::vector<VERB> verbs{
-        VERB("list", "All blocks and their sizes", "pgmdev --json params list", list_blocks),
+        with_list_options(VERB("list", "All blocks and their sizes", "pgmdev --json params list", list_blocks),
+                          block_schema),
         VERB("read", "Show a block, or copy it into a file", "pgmdev params read \"HPS SPI\" spi.bin", read_block)
             .takes(block)
-            .takes({"FILE", "File that receives the bytes instead of a listing", ARGUMENT::OPTIONAL_TEXT}),
+            .takes({"FILE", "File that receives the bytes instead of a listing", ARGUMENT::OPTIONAL_TEXT})
+            .answers(block_with_data_schema),
         VERB("write", "Replace a block and keep the others", "pgmdev params write 1 spi.bin", write_block)
             .takes(block)
-            .takes({"FILE", "File with the bytes of the block"}),
-        VERB("remove", "Remove a block and keep the others", "pgmdev params remove 1", remove_block).takes(block),
+            .takes({"FILE", "File with the bytes of the block"})
+            .answers(block_schema),
+        VERB("remove", "Remove a block and keep the others", "pgmdev params remove 1", remove_block)
+            .takes(block)
+            .answers(block_schema),
     };
     return {"params", "The parameter blocks of pgm_flash.ini in the module directory", "pgmdev params list", verbs};
 }

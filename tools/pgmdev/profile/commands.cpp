@@ -10,15 +10,16 @@
 #include "profile/show.h"
 #include "profile/table_records.h"
 #include "tables/table_verbs.h"
+#include "terminal/listing.h"
 
 namespace {
 
 constexpr std::array<std::pair<const char*, PROFILE_KEY>, 3> KEY_OPTIONS{
     {{"--family", PROFILE_KEY::FAMILY}, {"--device", PROFILE_KEY::DEVICE}, {"--part", PROFILE_KEY::PART}}};
 
-void list(const ARGUMENTS&, const COMMAND& command) {
+void list(const ARGUMENTS& given, const COMMAND& command) {
     PROFILE_DATABASE database;
-    print_records({database.get_device_database(), database.count()}, command);
+    print_records({database.get_device_database(), database.count()}, given, command);
 }
 
 void show(const ARGUMENTS& given, COMMAND& command) {
@@ -42,19 +43,24 @@ struct PROFILE_TABLES : PROFILE_RECORDS {
         PGMDEV_DEV_INFO_MANAGER(true).generate_device_database(csv_file, pcf_file);
     }
     static TABLE read(const std::string& pcf_file) { return TABLE::from_database(pcf_file); }
-    static void print(const TABLE& table, const COMMAND& command) { print_records(table.records(), command); }
+    static JSON row() { return profile_schema(); }
+    static void print(const TABLE& table, const ARGUMENTS& given, const COMMAND& command) {
+        print_records(table.records(), given, command);
+    }
 };
 
 }  // namespace
 
 NOUN profile_noun() {
     const std::vector<VERB> verbs{
-        VERB("list", "All records of the database", "pgmdev --json profile list", list),
+        with_list_options(VERB("list", "All records of the database", "pgmdev --json profile list", list),
+                          profile_schema),
         VERB("show", "The profile that governs a family, device or part, and the rule behind it",
              "pgmdev profile show --family Kestrel", show)
             .takes({"--family", "Family name, in any case; - reads one name per line", ARGUMENT::OPTIONAL_TEXT, "NAME"})
             .takes({"--device", "Device name, likewise", ARGUMENT::OPTIONAL_TEXT, "NAME"})
-            .takes({"--part", "Part name, likewise", ARGUMENT::OPTIONAL_TEXT, "NAME"}),
+            .takes({"--part", "Part name, likewise", ARGUMENT::OPTIONAL_TEXT, "NAME"})
+            .answers(show_profile_schema),
     };
     return {"profile", "Device programming profiles: look up, check and compile the table",
             "pgmdev profile show --family Kestrel", with_table_verbs<PROFILE_TABLES>(verbs)};

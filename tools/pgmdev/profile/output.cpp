@@ -3,6 +3,7 @@
 #include <fmt/core.h>
 
 #include "pgmdev_dev_info_manager_auto_export.h"
+#include "terminal/listing.h"
 #include "terminal/text_table.h"
 
 namespace {
@@ -43,6 +44,23 @@ void add_members(JSON& object, const RECORD& record) {
     }
 }
 
+std::vector<SCHEMA_MEMBER> profile_members() {
+    std::vector<SCHEMA_MEMBER> members;
+    for (const PGMDEV_DEVICE_INFO_MEMBER& member : PGMDEV_DEVICE_INFO_MEMBERS) {
+        const auto schema = [](auto field) { return schema_of_field(field); };
+        members.push_back({std::string(member.name), is_named(member)
+                                                         ? any_of({text_schema(), number_schema(), {{"type", "null"}}})
+                                                         : std::visit(schema, member.field)});
+    }
+    return members;
+}
+
+JSON profile_schema() {
+    std::vector<SCHEMA_MEMBER> members = profile_members();
+    members.insert(members.begin(), {"index", number_schema()});
+    return object_schema(members);
+}
+
 void print_members(const RECORD& record, const std::string& heading) {
     fmt::print("{}\n", pgmdev_list_device_info(record, heading));
 }
@@ -57,20 +75,13 @@ std::string key_text(const RECORD& record) {
     return "none";
 }
 
-void print_records(std::span<const RECORD> records, const COMMAND& command) {
-    if (command.json) {
-        JSON array = JSON::array();
-        for (std::size_t i = 0; i < records.size(); ++i) {
-            JSON object{{"index", i}};
-            add_members(object, records[i]);
-            array.push_back(object);
-        }
-        print_json(array);
-        return;
-    }
+void print_records(std::span<const RECORD> records, const ARGUMENTS& given, const COMMAND& command) {
+    std::vector<JSON> rows;
     TEXT_TABLE table({"index", "key", "configured by", "flash lines", "JTAG start", "key algorithm", "proposed flash"});
     for (std::size_t i = 0; i < records.size(); ++i) {
         const RECORD& record = records[i];
+        JSON& row = rows.emplace_back(JSON{{"index", i}});
+        add_members(row, record);
         const std::string algorithm = pgmdev_enumerator_name(record.ekp_alg_family, true);
         table.add({std::to_string(i), key_text(record),
                    record.use_sdm       ? "device manager"
@@ -80,5 +91,5 @@ void print_records(std::span<const RECORD> records, const COMMAND& command) {
                    fmt::format("{} us", record.jtag_program_initialize_microsec), algorithm.empty() ? "-" : algorithm,
                    record.cfg_dev.empty() ? "-" : record.cfg_dev});
     }
-    table.print();
+    print_listing(profile_schema(), rows, table, given, command);
 }

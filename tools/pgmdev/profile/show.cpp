@@ -8,8 +8,8 @@
 #include "pgmdev_dev_info_manager_auto_export.h"
 #include "profile/output.h"
 #include "profile/show.h"
+#include "terminal/answer.h"
 #include "terminal/did_you_mean.h"
-#include "terminal/input.h"
 
 namespace {
 
@@ -18,16 +18,8 @@ struct QUESTION {
     const char* noun;
     int (*number)(const std::string& name);
     PGMDEV_DEVICE_INFO* (*look_up)(PROFILE_DATABASE& database, int number);
-    std::vector<std::string> (*names)();
+    const std::vector<std::string>& (*names)();
 };
-
-std::vector<std::string> family_names() {
-    std::vector<std::string> names;
-    for (int family = DEV_FAMILY_INVALID + 1; family < DEV_FAMILY_MAX; ++family) {
-        names.push_back(pgmdev_family_name(static_cast<DEV_FAMILY_ENUM>(family)));
-    }
-    return names;
-}
 
 constexpr std::array QUESTIONS{
     QUESTION{"family",
@@ -47,8 +39,8 @@ constexpr std::array QUESTIONS{
 };
 
 /// What was found for one name.
-struct ANSWER {
-    std::unique_ptr<PGMDEV_DEVICE_INFO> record;  ///< null: nothing
+struct GOVERNING_PROFILE {
+    std::unique_ptr<PGMDEV_DEVICE_INFO> record;
     DWORD index = INVALID_DWORD;
     std::string rule;
 };
@@ -68,14 +60,14 @@ std::string rule_of(const PGMDEV_DEVICE_INFO& record, DEV_FAMILY_ENUM family) {
     return record.family == family ? "family" : "generic";
 }
 
-std::string rule_text(const ANSWER& answer) {
-    if (answer.rule == "pcf") {
+std::string rule_text(const GOVERNING_PROFILE& profile) {
+    if (profile.rule == "pcf") {
         return "by its programmer-file name";
     }
-    if (answer.rule == "generic") {
+    if (profile.rule == "generic") {
         return "as a stand-in, because its family has no record";
     }
-    return "by its " + answer.rule;
+    return "by its " + profile.rule;
 }
 
 DEV_FAMILY_ENUM family_of(PROFILE_KEY key, int number) {
@@ -90,52 +82,64 @@ DEV_FAMILY_ENUM family_of(PROFILE_KEY key, int number) {
     }
 }
 
-ANSWER look_up(PROFILE_DATABASE& database, PROFILE_KEY key, int number) {
-    ANSWER answer;
+std::unique_ptr<GOVERNING_PROFILE> look_up(PROFILE_DATABASE& database, PROFILE_KEY key, int number) {
     if (number == 0) {
-        return answer;
+        return nullptr;
     }
-    answer.record.reset(QUESTIONS[static_cast<std::size_t>(key)].look_up(database, number));
-    if (answer.record != nullptr) {
-        answer.index = database.found_index();
-        answer.rule = rule_of(*answer.record, family_of(key, number));
+    auto profile = std::make_unique<GOVERNING_PROFILE>();
+    profile->record.reset(QUESTIONS[static_cast<std::size_t>(key)].look_up(database, number));
+    if (profile->record == nullptr) {
+        return nullptr;
     }
-    return answer;
+    profile->index = database.found_index();
+    profile->rule = rule_of(*profile->record, family_of(key, number));
+    return profile;
 }
 
-void show_one(PROFILE_DATABASE& database, PROFILE_KEY key, const std::string& name, bool batch, COMMAND& command) {
+ANSWER show_one(PROFILE_DATABASE& database, PROFILE_KEY key, const std::string& name) {
     const QUESTION& question = QUESTIONS[static_cast<std::size_t>(key)];
     const int number = question.number(name);
-    const ANSWER answer = look_up(database, key, number);
-    if (answer.record == nullptr) {
-        command.result = EXIT_NOT_FOUND;
-        fmt::print(stderr, "pgmdev: {}\n",
-                   number == 0 ? fmt::format("no {} is named \"{}\"{}", question.noun, name,
-                                             did_you_mean(nearest(name, question.names())))
-                               : fmt::format("no profile governs {} {}", question.noun, name));
-        if (command.json && batch) {
-            print_json_line({{"index", nullptr}, {"rule", nullptr}, {question.noun, name}});
-        }
-        return;
+    const std::shared_ptr<const GOVERNING_PROFILE> profile = look_up(database, key, number);
+    ANSWER answer;
+    answer.found = profile != nullptr;
+    if (!answer.found) {
+        answer.content = {{"index", nullptr}, {"rule", nullptr}, {question.noun, name}};
+        answer.missing = number == 0 ? fmt::format("no {} is named \"{}\"", question.noun, name)
+                                     : fmt::format("no profile governs {} {}", question.noun, name);
+        answer.candidates = number == 0 ? nearest(name, question.names()) : std::vector<std::string>();
+        return answer;
     }
-    if (command.json) {
-        JSON object{{"index", answer.index}, {"rule", answer.rule}};
-        add_members(object, *answer.record);
-        print_json_answer(object, batch);
-        return;
-    }
-    print_members(*answer.record, fmt::format("{} {}: record {}, keyed by {}, found {}", question.noun, name,
-                                              answer.index, key_text(*answer.record), rule_text(answer)));
+    answer.content = {{"index", profile->index}, {"rule", profile->rule}};
+    add_members(answer.content, *profile->record);
+    answer.print = [&question, name, profile] {
+        print_members(*profile->record, fmt::format("{} {}: record {}, keyed by {}, found {}", question.noun, name,
+                                                    profile->index, key_text(*profile->record), rule_text(*profile)));
+    };
+    answer.is_block = true;
+    return answer;
 }
 
 }  // namespace
 
+const std::vector<std::string>& family_names() {
+    static const std::vector<std::string> names = [] {
+        std::vector<std::string> all;
+        for (int family = DEV_FAMILY_INVALID + 1; family < DEV_FAMILY_MAX; ++family) {
+            all.push_back(pgmdev_family_name(static_cast<DEV_FAMILY_ENUM>(family)));
+        }
+        return all;
+    }();
+    return names;
+}
+
 void show_profile(PROFILE_KEY key, const std::string& argument, COMMAND& command) {
     PROFILE_DATABASE database;
-    for_each_item(argument, [&](const std::string& name, bool batch) {
-        show_one(database, key, name, batch, command);
-        if (batch && !command.json) {
-            fmt::print("\n");
-        }
-    });
+    answer_each(argument, command, [&](const std::string& name) { return show_one(database, key, name); });
+}
+
+JSON show_profile_schema() {
+    std::vector<SCHEMA_MEMBER> content = profile_members();
+    content.insert(content.begin(), {{"index", number_schema()},
+                                     {"rule", choice_schema({"family", "device", "part", "pcf", "generic"})}});
+    return question_schema(content, {"index", "rule"});
 }

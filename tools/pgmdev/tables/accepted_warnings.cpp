@@ -9,6 +9,7 @@
 #include "fio.h"
 #include "gen.h"
 #include "tables/file_bytes.h"
+#include "terminal/schema.h"
 #include "terminal/text_table.h"
 
 namespace {
@@ -103,6 +104,14 @@ JSON unused_json(const std::vector<ACCEPTED_WARNING>& entries) {
                          {"why", entry.why}});
     }
     return array;
+}
+
+JSON unused_schema() {
+    return object_schema({{"line", number_schema()},
+                          {"row", text_schema()},
+                          {"member", text_schema()},
+                          {"text", text_schema()},
+                          {"why", text_schema()}});
 }
 
 void print_leftovers(const ACCEPTED_WARNINGS& accepted) {

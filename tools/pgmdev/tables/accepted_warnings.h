@@ -38,5 +38,7 @@ std::vector<ACCEPTED_WARNING> unused_entries(const ACCEPTED_WARNINGS& accepted);
 /// As an array of objects.
 JSON unused_json(const std::vector<ACCEPTED_WARNING>& entries);
 
+JSON unused_schema();
+
 /// A line for each malformed line and each unused entry, on standard error.
 void print_leftovers(const ACCEPTED_WARNINGS& accepted);

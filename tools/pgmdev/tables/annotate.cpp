@@ -7,6 +7,7 @@
 
 #include "tables/packed_file.h"
 #include "tables/packed_payload.h"
+#include "terminal/schema.h"
 #include "terminal/text_table.h"
 
 namespace {
@@ -87,4 +88,24 @@ void annotate_database(const std::string& pcf_file, const PACKED_SCHEMA& schema,
     if (command.json) {
         print_json({{"query", pcf_file}, {"found", true}, {"head", head}, {"payload", fields}, {"faults", faults}});
     }
+}
+
+JSON annotation_schema() {
+    const JSON head = object_schema(
+        {{"offset", number_schema()}, {"size", number_schema()}, {"member", text_schema()}, {"value", text_schema()}});
+    const JSON value = any_of({text_schema(), flag_schema(), or_null(number_schema())});
+    const JSON field = object_schema({{"offset", number_schema()},
+                                      {"size", number_schema()},
+                                      {"bytes", text_schema()},
+                                      {"tag", or_null(text_schema())},
+                                      {"record", or_null(number_schema())},
+                                      {"member", text_schema()},
+                                      {"element", or_null(number_schema())},
+                                      {"value", value}});
+    const JSON fault = object_schema({{"check", text_schema()}, {"detail", text_schema()}});
+    return object_schema({{"query", text_schema()},
+                          {"found", flag_schema()},
+                          {"head", array_schema(head)},
+                          {"payload", array_schema(field)},
+                          {"faults", array_schema(fault)}});
 }

@@ -2,6 +2,7 @@
 
 #include <fmt/core.h>
 
+#include "terminal/schema.h"
 #include "terminal/text_table.h"
 
 JSON fault_json(const PGMDEV_TABLE_FAULT& fault, const std::string& row_key) {
@@ -13,6 +14,17 @@ JSON fault_json(const PGMDEV_TABLE_FAULT& fault, const std::string& row_key) {
             {"cell", fault.cell},
             {"condition", fault.condition},
             {"expected", fault.expected}};
+}
+
+JSON fault_schema(const std::string& row_key) {
+    return object_schema({{"severity", choice_schema({"fault", "warning"})},
+                          {"line", number_schema()},
+                          {"column", number_schema()},
+                          {row_key, text_schema()},
+                          {"member", text_schema()},
+                          {"cell", text_schema()},
+                          {"condition", text_schema()},
+                          {"expected", text_schema()}});
 }
 
 JSON faults_json(const std::vector<PGMDEV_TABLE_FAULT>& faults, const std::string& row_key) {

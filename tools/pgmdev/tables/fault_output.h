@@ -12,6 +12,9 @@
 /// A fault as an object; `row_key` is the key under which it tells the row.
 JSON fault_json(const PGMDEV_TABLE_FAULT& fault, const std::string& row_key);
 
+/// The schema of fault_json.
+JSON fault_schema(const std::string& row_key);
+
 /// Faults as an array of objects.
 JSON faults_json(const std::vector<PGMDEV_TABLE_FAULT>& faults, const std::string& row_key);
 

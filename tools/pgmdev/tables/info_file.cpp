@@ -12,6 +12,7 @@
 #include "gen.h"
 #include "pgmdev_version.h"
 #include "tables/file_bytes.h"
+#include "terminal/schema.h"
 #include "utf8_path.h"
 
 namespace {
@@ -120,4 +121,12 @@ JSON info_json(const DATABASE_INFO& info) {
         std::visit([&](auto field) { object[key.name] = info.*field; }, key.field);
     }
     return object;
+}
+
+JSON info_schema() {
+    std::vector<SCHEMA_MEMBER> members;
+    for (const INFO_KEY& key : KEYS) {
+        members.push_back({key.name, std::visit([](auto field) { return schema_of_field(field); }, key.field)});
+    }
+    return object_schema(members);
 }

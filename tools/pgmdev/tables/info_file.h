@@ -51,3 +51,4 @@ INFO_FINDING check_info(const std::string& database);
 
 /// An object of all that a text tells.
 JSON info_json(const DATABASE_INFO& info);
+JSON info_schema();

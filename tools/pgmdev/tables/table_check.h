@@ -25,7 +25,7 @@ template <class KIND>
 void suggest_names(std::vector<PGMDEV_TABLE_FAULT>& faults) {
     for (PGMDEV_TABLE_FAULT& fault : faults) {
         if (fault.severity == PGMDEV_TABLE_FAULT::SEVERITY::FAULT && !fault.row.empty() && !fault.cell.empty()) {
-            fault.expected += did_you_mean(fault.cell, KIND::names_of(fault.member));
+            fault.expected += did_you_mean(nearest(fault.cell, KIND::names_of(fault.member)));
         }
     }
 }
@@ -70,4 +70,17 @@ void check_table(const ARGUMENTS& given, COMMAND& command) {
     } else if (!table.has_faults()) {
         print_sizes(table);
     }
+}
+
+template <class KIND>
+JSON check_schema() {
+    const JSON fault = fault_schema(KIND::ROW_KEY);
+    JSON accepted = fault;
+    accepted["properties"]["why"] = text_schema();
+    std::vector<SCHEMA_MEMBER> members = size_members();
+    members.push_back({"faults", array_schema(fault)});
+    members.push_back({"accepted", array_schema(accepted)});
+    members.push_back({"unused", array_schema(unused_schema())});
+    members.push_back({"hints", array_schema(text_schema())});
+    return object_schema(members);
 }

@@ -1,5 +1,7 @@
 #include "tables/table_diff.h"
 
+#include "terminal/schema.h"
+
 namespace {
 
 using ROWS = std::vector<std::pair<std::string, std::size_t>>;
@@ -57,6 +59,23 @@ void add_difference(JSON& answer, const TABLE_DIFFERENCE& difference) {
         indexes.push_back({{"table", table}, {"entries", entries}});
     }
     answer["index_tables"] = indexes;
+}
+
+JSON difference_schema() {
+    const JSON row = object_schema({{"key", text_schema()}, {"index", number_schema()}});
+    const JSON value = any_of({text_schema(), flag_schema(), or_null(number_schema())});
+    const JSON member = object_schema(
+        {{"member", text_schema()}, {"unit", or_null(text_schema())}, {"before", value}, {"after", value}});
+    const JSON changed = object_schema({{"key", text_schema()}, {"members", array_schema(member)}});
+    const JSON moved = object_schema({{"key", text_schema()}, {"before", number_schema()}, {"after", number_schema()}});
+    const JSON index_table = object_schema({{"table", text_schema()}, {"entries", number_schema()}});
+    return object_schema({{"query", array_schema(text_schema())},
+                          {"same", flag_schema()},
+                          {"added", array_schema(row)},
+                          {"removed", array_schema(row)},
+                          {"changed", array_schema(changed)},
+                          {"moved", array_schema(moved)},
+                          {"index_tables", array_schema(index_table)}});
 }
 
 void print_difference(const TABLE_DIFFERENCE& difference) {

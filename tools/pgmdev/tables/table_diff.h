@@ -93,6 +93,8 @@ struct TABLE_DIFFERENCE {
 
 /// As an object of an answer.
 void add_difference(JSON& answer, const TABLE_DIFFERENCE& difference);
+/// The schema of the answer.
+JSON difference_schema();
 /// As lines for people.
 void print_difference(const TABLE_DIFFERENCE& difference);
 

@@ -5,11 +5,19 @@
 
 #include <fmt/core.h>
 
+#include <vector>
+
 #include "terminal/json.h"
+#include "terminal/schema.h"
 
 template <class TABLE>
 JSON sizes_json(const TABLE& table) {
     return {{"records", table.records().size()}, {"payload_size", table.payload_size()}};
+}
+
+/// The members of sizes_json.
+inline std::vector<SCHEMA_MEMBER> size_members() {
+    return {{"records", number_schema()}, {"payload_size", number_schema()}};
 }
 
 template <class TABLE>

@@ -20,6 +20,8 @@
 #include "tables/table_verify.h"
 #include "terminal/command_line.h"
 #include "terminal/json.h"
+#include "terminal/listing.h"
+#include "terminal/schema.h"
 
 // KIND says which table it is:
 //   TABLE                                  the library's class for it
@@ -27,7 +29,8 @@
 //   ROW_KEY                                the key under which a fault in JSON tells its row
 //   compile(csv, pcf)                      compiles
 //   read(pcf)                              reads a database for people
-//   print(table, command)                  shows the records of a database
+//   row()                                  the schema of its records
+//   print(table, given, command)           shows the records of a database
 
 /// Checks and compiles a source table, reads the result back, compares, and only then replaces the output.
 template <class KIND>
@@ -94,6 +97,9 @@ void dump_table(const ARGUMENTS& given, COMMAND& command) {
     if (given.has("--csv") + given.has("--plain-csv") + given.has("--annotate") > 1) {
         throw USAGE_ERROR("expected one of --csv, --plain-csv and --annotate");
     }
+    if (given.has("--fields") && (given.has("--csv") || given.has("--plain-csv") || given.has("--annotate"))) {
+        throw USAGE_ERROR("expected --fields without another form: those have all columns");
+    }
     if (given.has("--annotate")) {
         annotate_database(given.text("PCF"), KIND::schema(), command);
         return;
@@ -102,7 +108,7 @@ void dump_table(const ARGUMENTS& given, COMMAND& command) {
     if (given.has("--csv") || given.has("--plain-csv")) {
         print_source_table(table, given.has("--csv"));
     } else {
-        KIND::print(table, command);
+        KIND::print(table, given, command);
     }
 }
 
@@ -114,26 +120,33 @@ std::vector<VERB> with_table_verbs(std::vector<VERB> verbs) {
                          fmt::format("{} check {}", noun, KIND::SOURCE_TABLE), check_table<KIND>)
                         .takes({"--strict", "Refuse warnings, too", ARGUMENT::FLAG})
                         .takes({"CSV", "Source table"})
-                        .tells("Warnings that CSV.accepted lists, as lines ROW MEMBER TEXT # WHY, are not shown.\n"));
+                        .tells("Warnings that CSV.accepted lists, as lines ROW MEMBER TEXT # WHY, are not shown.\n")
+                        .answers(check_schema<KIND>));
     verbs.push_back(VERB("compile", "Compile a source table into a packed database",
                          fmt::format("{} compile {} {}", noun, KIND::SOURCE_TABLE, KIND::DATABASE), compile_table<KIND>)
                         .takes({"CSV", "Source table"})
-                        .takes({"PCF", "Packed database; replaced only when all has succeeded"}));
+                        .takes({"PCF", "Packed database; replaced only when all has succeeded"})
+                        .answers([] { return object_schema(size_members()); }));
+    const VERB dump("dump", KIND::DUMPED, fmt::format("{} dump --csv {}", noun, KIND::DATABASE), dump_table<KIND>);
     verbs.push_back(
-        VERB("dump", KIND::DUMPED, fmt::format("{} dump --csv {}", noun, KIND::DATABASE), dump_table<KIND>)
+        with_field_option(dump, KIND::row)
             .takes({"PCF", "Packed database"})
             .takes({"--csv", "As a source table that compiles to the same payload", ARGUMENT::FLAG})
             .takes({"--plain-csv", "Likewise, without blanks: for tools that compare lines", ARGUMENT::FLAG})
-            .takes({"--annotate", "All bytes, with offset, tag, member and value", ARGUMENT::FLAG}));
+            .takes({"--annotate", "All bytes, with offset, tag, member and value", ARGUMENT::FLAG})
+            .answers([] {
+                return any_of({list_schema(KIND::row()), annotation_schema()});
+            }));
     verbs.push_back(VERB("diff", "What differs between two tables",
                          fmt::format("{} diff {} {}", noun, KIND::DATABASE, KIND::SOURCE_TABLE), diff_tables<KIND>)
                         .takes({"A", "Packed database or source table"})
                         .takes({"B", "Another one"})
-                        .tells("Ends with 0 when they are the same, with 1 when they differ.\n"));
-    verbs.push_back(
-        VERB("verify", "Whether a packed database is sound, and what it was compiled from",
-             fmt::format("{} verify {} {}", noun, KIND::DATABASE, KIND::SOURCE_TABLE), verify_table<KIND>)
-            .takes({"PCF", "Packed database"})
-            .takes({"CSV", "Source table that it should have been compiled from", ARGUMENT::OPTIONAL_TEXT}));
+                        .tells("Ends with 0 when they are the same, with 1 when they differ.\n")
+                        .answers(difference_schema));
+    verbs.push_back(VERB("verify", "Whether a packed database is sound, and what it was compiled from",
+                         fmt::format("{} verify {} {}", noun, KIND::DATABASE, KIND::SOURCE_TABLE), verify_table<KIND>)
+                        .takes({"PCF", "Packed database"})
+                        .takes({"CSV", "Source table that it should have been compiled from", ARGUMENT::OPTIONAL_TEXT})
+                        .answers(verification_schema));
     return verbs;
 }

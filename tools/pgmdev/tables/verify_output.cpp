@@ -10,6 +10,7 @@
 #include "tables/info_file.h"
 #include "tables/packed_payload.h"
 #include "terminal/json.h"
+#include "terminal/schema.h"
 #include "terminal/text_table.h"
 #include "utf8_path.h"
 
@@ -88,6 +89,18 @@ void print_verification(VERIFICATION verification, COMMAND& command) {
         fmt::print("{:<8} {:<16} {}\n", OUTCOMES[check.outcome], check.name, printable(check.detail));
     }
     fmt::print("{} is {}\n", verification.database, verification.sound() ? "sound" : "refused");
+}
+
+JSON verification_schema() {
+    const JSON check = object_schema({{"check", text_schema()},
+                                      {"outcome", choice_schema({"passed", "failed", "skipped"})},
+                                      {"detail", text_schema()}});
+    return object_schema({{"query", text_schema()},
+                          {"source", or_null(text_schema())},
+                          {"sound", flag_schema()},
+                          {"stamp", or_null(text_schema())},
+                          {"compiled_from", or_null(info_schema())},
+                          {"checks", array_schema(check)}});
 }
 
 SCRATCH_DIRECTORY::SCRATCH_DIRECTORY() {

@@ -9,6 +9,7 @@
 #include "tables/packed_file.h"
 #include "tables/packed_schema.h"
 #include "terminal/command.h"
+#include "terminal/json.h"
 
 /// What is verified so far.
 struct VERIFICATION {
@@ -30,6 +31,9 @@ VERIFICATION verify_structure(const std::string& database, const PACKED_SCHEMA& 
 
 /// Shows the checks, and what the database was compiled from.
 void print_verification(VERIFICATION verification, COMMAND& command);
+
+/// The schema of the answer.
+JSON verification_schema();
 
 /// A directory for the time of a check, that goes with everything in it.
 class SCRATCH_DIRECTORY {

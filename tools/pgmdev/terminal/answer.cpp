@@ -2,6 +2,7 @@
 
 #include <fmt/core.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <iostream>
 
@@ -12,7 +13,7 @@
 
 namespace {
 
-JSON answer_json(const std::string& query, const ANSWER& answer) {
+JSON answer_json(const JSON& query, const ANSWER& answer) {
     JSON object{{"query", query}, {"found", answer.found}};
     const auto& content = std::get<JSON::OBJECT>(answer.content.value());
     for (std::size_t i = 0; i < content.names.size(); ++i) {
@@ -24,49 +25,70 @@ JSON answer_json(const std::string& query, const ANSWER& answer) {
     return object;
 }
 
-void give(const std::string& query, const ANSWER& answer, bool batch, COMMAND& command) {
+/// The worst of what happened becomes the exit code.
+void count(EXIT_CODE result, COMMAND& command) {
+    command.result = std::max(command.result, result);
+}
+
+void give(const JSON& query, const ANSWER& answer, bool batch, COMMAND& command) {
     if (!answer.found) {
-        command.result = EXIT_NOT_FOUND;
+        count(answer.when_missing, command);
+    }
+    if (!answer.found && !answer.missing.empty()) {
         fmt::print(stderr, "pgmdev: {}{}\n", printable(answer.missing), printable(did_you_mean(answer.candidates)));
     }
     if (command.json) {
         print_json_answer(answer_json(query, answer), batch);
-    } else if (answer.found) {
+    } else if (answer.print) {
         answer.print();
         fmt::print("{}", batch && answer.is_block ? "\n" : "");
     }
 }
 
-void give_refusal(const std::string& query, const std::string& message, COMMAND& command) {
-    command.result = EXIT_NOT_FOUND;
-    fmt::print(stderr, "pgmdev: {}\n", printable(message));
+/// A line that could not be answered.
+void give_failure(const std::string& query, const FAILURE& failure, EXIT_CODE result, COMMAND& command) {
+    count(result, command);
+    fmt::print(stderr, "pgmdev: {}\n", printable(failure_text(failure)));
     if (command.json) {
-        const FAILURE failure{"usage", message, {}, {}, {}, {}};
         print_json_line({{"query", query}, {"found", false}, {"error", failure_json(failure)}});
+    }
+}
+
+void give_line(const std::string& line, COMMAND& command,
+               const std::function<ANSWER(const std::string& question)>& answer) {
+    const std::string question = gen_remove_leading_and_trailing_white_spaces(line);
+    try {
+        if (question.empty()) {
+            throw USAGE_ERROR("a line without a question");
+        }
+        give(line, answer(question), true, command);
+    } catch (const USAGE_ERROR& error) {
+        give_failure(line, {"usage", error.what(), {}, {}, {}, {}}, EXIT_NOT_FOUND, command);
+    } catch (const COMMAND_FAILURE& error) {
+        give_failure(line, error.failure(), EXIT_INTERNAL_ERROR, command);
+    } catch (const MSG_INTERNAL_ERROR_EXCEPTION& error) {
+        give_failure(line, {"internal_error", "the line could not be answered", {}, {}, {}, error.report()},
+                     EXIT_INTERNAL_ERROR, command);
     }
 }
 
 }  // namespace
 
+void give_answer(const JSON& query, const ANSWER& answer, COMMAND& command) {
+    give(query, answer, false, command);
+}
+
 void answer_each(const std::string& argument, COMMAND& command,
                  const std::function<ANSWER(const std::string& question)>& answer) {
     if (argument != "-") {
-        give(argument, answer(gen_remove_leading_and_trailing_white_spaces(argument)), false, command);
+        give_answer(argument, answer(gen_remove_leading_and_trailing_white_spaces(argument)), command);
         return;
     }
     for (std::string line; std::getline(std::cin, line);) {
         if (line.ends_with('\r')) {
             line.pop_back();  // of a text file from Windows
         }
-        const std::string question = gen_remove_leading_and_trailing_white_spaces(line);
-        try {
-            if (question.empty()) {
-                throw USAGE_ERROR("a line without a question");
-            }
-            give(line, answer(question), true, command);
-        } catch (const USAGE_ERROR& error) {
-            give_refusal(line, error.what(), command);
-        }
+        give_line(line, command, answer);
         std::fflush(stdout);  // whoever reads may be waiting for it
     }
 }

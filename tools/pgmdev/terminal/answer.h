@@ -5,7 +5,7 @@
 ///
 /// For programs an answer is an object: "query", the question as it was given; "found"; then, when something was found,
 /// the members of its content, and otherwise what is known all the same, and "candidates", names that may have been
-/// meant. A line of a batch that is no question has "error" instead.
+/// meant. A line of a batch that is no question has "error" instead of them.
 
 #include <functional>
 #include <string>
@@ -17,11 +17,15 @@
 struct ANSWER {
     bool found = true;
     JSON content = JSON::object();        ///< the members that the answer has for programs
-    std::function<void()> print;          ///< shows the answer to people; only when something was found
+    std::function<void()> print;          ///< shows the answer to people; none: there is nothing to show
     bool is_block = false;                ///< of several lines, so that a blank line sets it apart in a batch
-    std::string missing;                  ///< what was not found: a sentence for people, without its end
+    std::string missing;                  ///< what was not found: a sentence for people, without its end; "": none
     std::vector<std::string> candidates;  ///< names that may have been meant
+    EXIT_CODE when_missing = EXIT_NOT_FOUND;
 };
+
+/// Gives the answer to the only question.
+void give_answer(const JSON& query, const ANSWER& answer, COMMAND& command);
 
 /// Answers the argument, or, when that is "-", every line of standard input, as it comes: one answer for each line,
 /// whatever it holds. White space around a question does not count. The result tells whether all was found.

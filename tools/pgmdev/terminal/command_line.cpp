@@ -1,41 +1,35 @@
 #include "terminal/command_line.h"
 
 #include <CLI/CLI.hpp>
+#include <algorithm>
 #include <memory>
-
-#include "cfg.h"
-#include "gen.h"
 
 namespace {
 
-void set_switch(const std::string& assignment) {
-    const std::size_t equals = assignment.find('=');
-    if (equals == 0 || equals == std::string::npos) {
-        throw CLI::ValidationError("--set", "expected KEY=VALUE, found \"" + assignment + "\"");
-    }
-    cfg_set_value(assignment.substr(0, equals), assignment.substr(equals + 1));
-}
+/// Ends parsing: an option was an answer of its own.
+struct ANSWERED {};
 
-void add_global_options(CLI::App& app, COMMAND& command) {
-    app.add_flag("--json", command.json, "Answer with one JSON document on standard output");
-    app.add_option_function<std::string>("--db-dir", gen_set_device_db_fullpath, "Directory of the device databases")
-        ->type_name("DIR");
-    app.add_option_function<std::string>("--install-dir", gen_set_tessary_path, "Installation directory")
-        ->type_name("DIR");
-    app.add_option_function<std::string>("--module-dir", gen_set_module_path, "Directory of the device-data library")
-        ->type_name("DIR");
-    app.add_option_function<std::vector<std::string>>(
-           "--set",
-           [](const std::vector<std::string>& assignments) {
-               for (const std::string& assignment : assignments) {
-                   set_switch(assignment);
-               }
-           },
-           "Set a configuration value for this run; may be repeated")
-        ->type_name("KEY=VALUE")
-        ->expected(1)
-        ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll)
-        ->trigger_on_parse();
+void add_global_option(CLI::App& app, const GLOBAL_OPTION& option, COMMAND& command) {
+    const auto apply = [&option, &command](const std::string& value) {
+        option.apply(value, command);
+        if (option.instead) {
+            throw ANSWERED();
+        }
+    };
+    if (option.value_name.empty()) {
+        app.add_flag_callback(option.names, [apply] { apply(""); }, option.description);
+    } else if (!option.repeats) {
+        app.add_option_function<std::string>(option.names, apply, option.description)->type_name(option.value_name);
+    } else {
+        const auto apply_all = [apply](const std::vector<std::string>& values) {
+            std::for_each(values.begin(), values.end(), apply);
+        };
+        app.add_option_function<std::vector<std::string>>(option.names, apply_all, option.description)
+            ->type_name(option.value_name)
+            ->expected(1)
+            ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll)
+            ->trigger_on_parse();
+    }
 }
 
 void add_verb(CLI::App& noun, const VERB& verb, COMMAND& command) {
@@ -46,15 +40,16 @@ void add_verb(CLI::App& noun, const VERB& verb, COMMAND& command) {
     app->callback([run = verb.run, arguments, &command] { run(*arguments, command); });
 }
 
-void add_noun(CLI::App& parent, const NOUN& noun, COMMAND& command) {
-    CLI::App* app = parent.add_subcommand(noun.name, noun.description);
-    app->require_subcommand(1);
-    app->footer("Example: " + noun.example);
+/// Adds what may stand behind a noun.
+void add_contents(CLI::App& app, const NOUN& noun, COMMAND& command) {
+    app.require_subcommand(1);
     for (const VERB& verb : noun.verbs) {
-        add_verb(*app, verb, command);
+        add_verb(app, verb, command);
     }
     for (const NOUN& group : noun.groups) {
-        add_noun(*app, group, command);
+        CLI::App* subcommand = app.add_subcommand(group.name, group.description);
+        subcommand->footer("Example: " + group.example);
+        add_contents(*subcommand, group, command);
     }
 }
 
@@ -106,21 +101,19 @@ std::optional<std::size_t> ARGUMENTS::number(const std::string& name) const {
     return has(name) ? std::optional(m_values.at(name).number) : std::nullopt;
 }
 
-bool run_command_line(const std::vector<NOUN>& nouns, const std::vector<std::string>& arguments, COMMAND& command) {
-    CLI::App app("The device data of Tessary: look it up, check it, compile it.", "pgmdev");
-    app.footer(
-        "Exit codes: 0 done, 1 not found, 2 wrong usage, 3 an internal error was reported, or a table or description "
-        "was refused.\n"
-        "Example: pgmdev flash identify 20BA18");
-    app.require_subcommand(1);
+bool run_command_line(const COMMAND_TABLE& table, const std::vector<std::string>& arguments, COMMAND& command) {
+    CLI::App app(table.all.description, table.all.name);
+    app.footer(table.notes + "Example: " + table.all.example);
     app.fallthrough();                       // global options may stand behind the noun and the verb, too
     app.allow_windows_style_options(false);  // "/a/path" is a path on every system
-    add_global_options(app, command);
-    for (const NOUN& noun : nouns) {
-        add_noun(app, noun, command);
+    for (const GLOBAL_OPTION& option : table.options) {
+        add_global_option(app, option, command);
     }
+    add_contents(app, table.all, command);
     try {
         app.parse(std::vector<std::string>(arguments.rbegin(), arguments.rend()));
+    } catch (const ANSWERED&) {
+        return true;
     } catch (const CLI::ParseError& error) {
         command.result = app.exit(error) == 0 ? EXIT_DONE : EXIT_USAGE;
         return false;

@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "terminal/command.h"
+#include "terminal/json.h"
 
 namespace CLI {
 class App;
@@ -65,15 +66,22 @@ struct VERB {
         return *this;
     }
 
+    /// The JSON Schema of what it answers (schema.h).
+    VERB& answers(std::function<JSON()> what) {
+        schema = std::move(what);
+        return *this;
+    }
+
     std::string name;
     std::string description;
     std::string example;
     RUN run;
     std::vector<ARGUMENT> arguments;
     std::string notes;
+    std::function<JSON()> schema;  ///< none: there is no answer in JSON
 };
 
-/// A noun, behind which one of its verbs must stand, or one of its groups of verbs.
+/// A noun, behind which one of its verbs must stand, or one of its groups of verbs. The command itself is one, too.
 struct NOUN {
     std::string name;
     std::string description;
@@ -82,6 +90,25 @@ struct NOUN {
     std::vector<NOUN> groups = {};
 };
 
+/// An option that goes with every verb.
+struct GLOBAL_OPTION {
+    using APPLY = std::function<void(const std::string& value, COMMAND& command)>;
+
+    std::string names;        ///< "--long" or "-s,--long"
+    std::string value_name;   ///< what the help calls its value; "": it has none
+    std::string description;  ///< what it does
+    APPLY apply;              ///< carries it out; a flag's value is ""
+    bool repeats = false;     ///< may be given more than once
+    bool instead = false;     ///< is an answer of its own: no verb is carried out
+};
+
+/// All that can be asked for: the nouns are groups of the whole command, what needs no noun are verbs of it.
+struct COMMAND_TABLE {
+    NOUN all;
+    std::vector<GLOBAL_OPTION> options;  ///< applied in this order
+    std::string notes;                   ///< lines of help before the example, each with its line feed
+};
+
 /// Carries out what the arguments ask for, after the options that go with every verb. False when there is nothing to
 /// carry out: help was asked for and is shown, or the arguments are wrong and the result says so.
-bool run_command_line(const std::vector<NOUN>& nouns, const std::vector<std::string>& arguments, COMMAND& command);
+bool run_command_line(const COMMAND_TABLE& table, const std::vector<std::string>& arguments, COMMAND& command);

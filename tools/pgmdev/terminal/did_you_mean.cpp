@@ -2,10 +2,11 @@
 
 #include <algorithm>
 #include <iterator>
+#include <numeric>
 #include <utility>
 
 #include "gen.h"
-#include "stl.h"
+#include "terminal/quiet.h"
 
 namespace {
 
@@ -14,51 +15,74 @@ std::size_t tolerance(const std::string& name) {
     return std::clamp<std::size_t>(name.size() / 4, 1, 3);
 }
 
-/// The least number of characters to add, leave out, replace or swap with their neighbour; `limit + 1` when there are
-/// more than `limit`.
-std::size_t edit_distance(const std::string& left, const std::string& right, std::size_t limit) {
-    const std::size_t difference = left.size() > right.size() ? left.size() - right.size() : right.size() - left.size();
-    if (difference > limit) {
-        return limit + 1;
-    }
-    std::vector<std::size_t> before_last(right.size() + 1);
-    std::vector<std::size_t> last(right.size() + 1);
-    std::vector<std::size_t> row(right.size() + 1);
-    for (std::size_t j = 0; j < row.size(); ++j) {
-        row[j] = j;
-    }
-    for (std::size_t i = 1; i <= left.size(); ++i) {
-        before_last.swap(last);
-        last.swap(row);
-        row[0] = i;
-        for (std::size_t j = 1; j <= right.size(); ++j) {
-            const std::size_t replaced = last[j - 1] + (left[i - 1] == right[j - 1] ? 0 : 1);
-            row[j] = std::min({last[j] + 1, row[j - 1] + 1, replaced});
-            if (i > 1 && j > 1 && left[i - 1] == right[j - 2] && left[i - 2] == right[j - 1]) {
-                row[j] = std::min(row[j], before_last[j - 2] + 1);
-            }
-        }
-        if (*std::min_element(row.begin(), row.end()) > limit) {
-            return limit + 1;
-        }
-    }
-    return row.back();
+char upper(char c) {
+    return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
 }
 
-std::string in_upper_case(std::string text) {
-    stl_toupper(text);
-    return text;
-}
+/// Measures how much candidates differ from one name. There are many of them, and batches ask for many names: the rows
+/// are made once.
+class EDIT_DISTANCE {
+public:
+    explicit EDIT_DISTANCE(std::string name) : m_name(std::move(name)) {
+        std::transform(m_name.begin(), m_name.end(), m_name.begin(), upper);
+    }
+
+    /// The least number of characters to add, leave out, replace or swap with their neighbour, in any case;
+    /// `limit + 1` when there are more than `limit`.
+    std::size_t to(const std::string& candidate, std::size_t limit) {
+        const std::size_t width = m_name.size() + 1;
+        const std::size_t difference =
+            candidate.size() < width ? width - 1 - candidate.size() : candidate.size() + 1 - width;
+        if (difference > limit) {
+            return limit + 1;
+        }
+        m_before_last.assign(width, 0);
+        m_last.assign(width, 0);
+        m_row.resize(width);
+        std::iota(m_row.begin(), m_row.end(), 0);
+        for (std::size_t i = 1; i <= candidate.size(); ++i) {
+            m_before_last.swap(m_last);
+            m_last.swap(m_row);
+            if (fill_row(candidate, i) > limit) {
+                return limit + 1;
+            }
+        }
+        return m_row.back();
+    }
+
+private:
+    /// The row of the candidate's first `i` characters; gives its least value.
+    std::size_t fill_row(const std::string& candidate, std::size_t i) {
+        const char here = upper(candidate[i - 1]);
+        const char before = i > 1 ? upper(candidate[i - 2]) : '\0';
+        std::size_t least = m_row[0] = i;
+        for (std::size_t j = 1; j < m_row.size(); ++j) {
+            const std::size_t replaced = m_last[j - 1] + (here == m_name[j - 1] ? 0 : 1);
+            std::size_t value = std::min({m_last[j] + 1, m_row[j - 1] + 1, replaced});
+            if (i > 1 && j > 1 && here == m_name[j - 2] && before == m_name[j - 1]) {
+                value = std::min(value, m_before_last[j - 2] + 1);
+            }
+            m_row[j] = value;
+            least = std::min(least, value);
+        }
+        return least;
+    }
+
+    std::string m_name;
+    std::vector<std::size_t> m_before_last;
+    std::vector<std::size_t> m_last;
+    std::vector<std::size_t> m_row;
+};
 
 }  // namespace
 
 std::vector<std::string> nearest(const std::string& name, const std::vector<std::string>& candidates) {
     constexpr std::size_t MOST = 5;
-    const std::string wanted = in_upper_case(name);
-    const std::size_t limit = tolerance(wanted);
+    EDIT_DISTANCE distance_from_name(name);
+    const std::size_t limit = tolerance(name);
     std::vector<std::pair<std::size_t, std::string>> near;
     for (const std::string& candidate : candidates) {
-        const std::size_t distance = edit_distance(wanted, in_upper_case(candidate), limit);
+        const std::size_t distance = distance_from_name.to(candidate, limit);
         if (distance > 0 && distance <= limit && !candidate.empty()) {
             near.emplace_back(distance, candidate);
         }
@@ -87,6 +111,9 @@ std::vector<std::string> longer_or_shorter(const std::string& name, const std::v
 
 std::string did_you_mean(const std::vector<std::string>& names) {
     std::string text;
+    if (is_quiet()) {
+        return text;
+    }
     for (const std::string& name : names) {
         text += (text.empty() ? "; did you mean " : ", ") + name;
     }

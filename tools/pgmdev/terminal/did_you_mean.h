@@ -13,5 +13,5 @@ std::vector<std::string> nearest(const std::string& name, const std::vector<std:
 /// Names that begin with `name`, or are the beginning of it, in their order: for names that people cut short.
 std::vector<std::string> longer_or_shorter(const std::string& name, const std::vector<std::string>& candidates);
 
-/// "; did you mean A, B", or "" when there are no names.
+/// "; did you mean A, B", or "" when there are no names, and when the user wants no hints.
 std::string did_you_mean(const std::vector<std::string>& names);

@@ -68,12 +68,16 @@ std::string json_text(const JSON& value) {
     return text_of(value, ON_ONE_LINE);
 }
 
+std::string readable_json_text(const JSON& value) {
+    return text_of(value, READABLE);
+}
+
 void print_json(const JSON& document) {
-    fmt::print("{}\n", text_of(document, READABLE));
+    fmt::print("{}\n", readable_json_text(document));
 }
 
 void print_json_line(const JSON& document) {
-    fmt::print("{}\n", text_of(document, ON_ONE_LINE));
+    fmt::print("{}\n", json_text(document));
 }
 
 void print_json_answer(const JSON& answer, bool batch) {

@@ -59,7 +59,9 @@ struct JSON::MEMBER {
 
 /// The value on one line, without a line feed. Bytes that are not UTF-8 become replacement characters.
 std::string json_text(const JSON& value);
-/// One JSON document, readable: indented, ending in a line feed. Bytes that are not UTF-8 become replacement characters.
+/// The same on many lines, indented.
+std::string readable_json_text(const JSON& value);
+/// One JSON document, readable, ending in a line feed.
 void print_json(const JSON& document);
 /// One JSON document on one line, for batches.
 void print_json_line(const JSON& document);

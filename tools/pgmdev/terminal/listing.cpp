@@ -3,6 +3,7 @@
 #include <fmt/core.h>
 
 #include <algorithm>
+#include <iterator>
 #include <utility>
 
 #include "gen.h"
@@ -19,6 +20,16 @@ std::string joined(const std::vector<std::string>& names) {
     return text;
 }
 
+/// Fields that are spelled nearly so, or else have it in their names.
+std::vector<std::string> similar_fields(const std::string& name, const std::vector<std::string>& fields) {
+    std::vector<std::string> similar = nearest(name, fields);
+    if (similar.empty() && !name.empty()) {
+        std::copy_if(fields.begin(), fields.end(), std::back_inserter(similar),
+                     [&name](const std::string& field) { return field.find(name) != std::string::npos; });
+    }
+    return similar;
+}
+
 /// The field of a row that is called so, in any case.
 std::string field_named(const std::string& name, const std::vector<std::string>& fields) {
     for (const std::string& field : fields) {
@@ -26,8 +37,9 @@ std::string field_named(const std::string& name, const std::vector<std::string>&
             return field;
         }
     }
-    throw USAGE_ERROR(fmt::format("there is no field \"{}\"{}; the fields are {}", name,
-                                  did_you_mean(nearest(name, fields)), joined(fields)));
+    const std::vector<std::string> similar = similar_fields(name, fields);
+    throw USAGE_ERROR(fmt::format("there is no field \"{}\"{}", name,
+                                  similar.empty() ? "; the fields are " + joined(fields) : did_you_mean(similar)));
 }
 
 std::vector<std::string> fields_of(const JSON& row, const ARGUMENTS& given) {
@@ -105,9 +117,14 @@ void print_csv_record(const std::vector<std::string>& cells) {
 
 }  // namespace
 
-VERB with_list_options(VERB verb) {
+VERB with_list_options(VERB verb, JSON (*row)()) {
+    return with_field_option(std::move(verb), row)
+        .takes({"--csv", "Answer with CSV (RFC 4180), the names of the fields first", ARGUMENT::FLAG});
+}
+
+VERB with_field_option(VERB verb, JSON (*row)()) {
     return std::move(verb)
-        .takes({"--csv", "Answer with CSV (RFC 4180), the names of the fields first", ARGUMENT::FLAG})
+        .answers([row] { return list_schema(row()); })
         .takes({"--fields", "Only these fields, as --json names them, in this order", ARGUMENT::OPTIONAL_TEXT,
                 "NAME,..."});
 }

@@ -10,10 +10,14 @@
 #include "terminal/json.h"
 #include "terminal/text_table.h"
 
-/// The verb with the options of a list: --csv and --fields.
-VERB with_list_options(VERB verb);
+/// The verb with the options and the schema of a list: --csv and --fields. `row` gives the schema of its rows, made by
+/// object_schema.
+VERB with_list_options(VERB verb, JSON (*row)());
 
-/// Shows the rows, objects of the schema `row` (made by object_schema), as the user wants to see them. `table` is what
+/// The same, for a verb that has another meaning for --csv.
+VERB with_field_option(VERB verb, JSON (*row)());
+
+/// Shows the rows, objects of the schema `row`, as the user wants to see them. `table` is what
 /// people see who choose no fields. A field that rows do not have throws USAGE_ERROR, which names similar ones.
 void print_listing(const JSON& row, const std::vector<JSON>& rows, const TEXT_TABLE& table, const ARGUMENTS& given,
                    const COMMAND& command);

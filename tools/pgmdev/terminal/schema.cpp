@@ -1,5 +1,6 @@
 #include "terminal/schema.h"
 
+#include <algorithm>
 #include <utility>
 
 JSON text_schema() {
@@ -14,15 +15,36 @@ JSON number_schema() {
     return {{"type", "integer"}};
 }
 
+JSON choice_schema(const std::vector<std::string>& texts) {
+    return {{"type", "string"}, {"enum", texts}};
+}
+
+JSON any_of(const std::vector<JSON>& schemas) {
+    return {{"anyOf", schemas}};
+}
+
 JSON or_null(JSON schema) {
-    JSON choices = JSON::array();
-    choices.push_back(std::move(schema));
-    choices.push_back({{"type", "null"}});
-    return {{"anyOf", choices}};
+    return any_of({std::move(schema), {{"type", "null"}}});
 }
 
 JSON array_schema(JSON items) {
     return {{"type", "array"}, {"items", std::move(items)}};
+}
+
+JSON failure_schema() {
+    return object_schema({{"code", text_schema()},
+                          {"message", text_schema()},
+                          {"path", text_schema(), false},
+                          {"tried", array_schema(text_schema()), false},
+                          {"advice", text_schema(), false},
+                          {"condition", text_schema(), false},
+                          {"module", text_schema(), false},
+                          {"source", text_schema(), false},
+                          {"line", number_schema(), false}});
+}
+
+JSON failure_reference() {
+    return {{"$ref", "#/$defs/failure"}};
 }
 
 JSON object_schema(const std::vector<SCHEMA_MEMBER>& members) {
@@ -30,9 +52,36 @@ JSON object_schema(const std::vector<SCHEMA_MEMBER>& members) {
     JSON required = JSON::array();
     for (const SCHEMA_MEMBER& member : members) {
         properties[member.name] = member.schema;
-        required.push_back(member.name);
+        if (member.required) {
+            required.push_back(member.name);
+        }
     }
     return {{"type", "object"}, {"properties", properties}, {"required", required}};
+}
+
+JSON question_schema(const std::vector<SCHEMA_MEMBER>& content, const std::vector<std::string>& known_anyway) {
+    const auto exactly = [](bool value) {
+        JSON values = JSON::array();
+        values.push_back(value);
+        return JSON{{"type", "boolean"}, {"enum", values}};
+    };
+    std::vector<SCHEMA_MEMBER> found{{"query", text_schema()}, {"found", exactly(true)}};
+    std::vector<SCHEMA_MEMBER> missing{{"query", text_schema()}, {"found", exactly(false)}};
+    std::vector<SCHEMA_MEMBER> refused = missing;
+    for (const SCHEMA_MEMBER& member : content) {
+        const bool known = std::find(known_anyway.begin(), known_anyway.end(), member.name) != known_anyway.end();
+        found.push_back(member);
+        missing.push_back({member.name, or_null(member.schema), known});
+    }
+    missing.push_back({"candidates", array_schema(text_schema())});
+    refused.push_back({"error", failure_reference()});
+    return any_of({object_schema(found), object_schema(missing), object_schema(refused)});
+}
+
+JSON list_schema(const JSON& row) {
+    JSON items = row;
+    items["required"] = JSON::array();
+    return array_schema(items);
 }
 
 std::vector<std::string> member_names(const JSON& object_schema) {

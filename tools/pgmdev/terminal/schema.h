@@ -27,18 +27,43 @@ JSON schema_of() {
     }
 }
 
+/// The schema of the values of a record's member.
+template <class RECORD, class VALUE>
+JSON schema_of_field(VALUE RECORD::*) {
+    return schema_of<VALUE>();
+}
+
 /// What the schema allows, or null.
 JSON or_null(JSON schema);
 JSON array_schema(JSON items);
+
+/// The schema of what is told of a failure; a document of its own under "error".
+JSON failure_schema();
+
+/// A reference to failure_schema(), which every document has among its definitions.
+JSON failure_reference();
+
+/// One of the texts.
+JSON choice_schema(const std::vector<std::string>& texts);
+
+JSON any_of(const std::vector<JSON>& schemas);
 
 /// One member of the objects that a schema describes.
 struct SCHEMA_MEMBER {
     std::string name;
     JSON schema;
+    bool required = true;
 };
 
-/// Objects that have all of the members.
+/// Objects with these members.
 JSON object_schema(const std::vector<SCHEMA_MEMBER>& members);
+
+/// The answer to a question, as answer.h has it: with the members of `content` when something was found; when not, with
+/// those of them that `known_anyway` names, which may then be null. Or what a batch says of a line that is no question.
+JSON question_schema(const std::vector<SCHEMA_MEMBER>& content, const std::vector<std::string>& known_anyway);
+
+/// Lists of the objects that `row` describes (made by object_schema), of which --fields may choose some members.
+JSON list_schema(const JSON& row);
 
 /// The names of the members that `object_schema` was given, in their order.
 std::vector<std::string> member_names(const JSON& object_schema);

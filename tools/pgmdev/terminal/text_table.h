@@ -7,6 +7,10 @@
 std::string printable(const std::string& text);
 
 /// A table for people: columns as wide as their widest cell, two blanks between them, control characters shown as \xNN.
+///
+/// On a terminal, a table that is too wide for it is fitted to it: cells that are longer than nearly all others of their
+/// column are cut, and then columns are left out, the last ones first. A last line tells which. So columns stand in the
+/// order of their importance.
 class TEXT_TABLE {
 public:
     explicit TEXT_TABLE(std::vector<std::string> heading) : m_rows{std::move(heading)} {}

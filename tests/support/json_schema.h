@@ -1,0 +1,114 @@
+#pragma once
+
+/// \file
+/// A validator for the words of JSON Schema (draft 2020-12) that the schemas of the command use. A word that it does not
+/// know is a fault of the schema. What a schema says nothing about may be anything, unless the validation is closed: then
+/// an object must not have members that its schema does not describe.
+
+#include <algorithm>
+#include <nlohmann/json.hpp>
+#include <string>
+#include <utility>
+
+class JSON_SCHEMA {
+public:
+    using JSON = nlohmann::ordered_json;
+
+    enum class OTHER_MEMBERS { ALLOWED, FORBIDDEN };
+
+    explicit JSON_SCHEMA(JSON schema, OTHER_MEMBERS other = OTHER_MEMBERS::ALLOWED)
+        : m_schema(std::move(schema)), m_closed(other == OTHER_MEMBERS::FORBIDDEN) {}
+
+    /// What is wrong with a document; "" when it fits.
+    std::string faults_of(const JSON& document) const { return faults(m_schema, document, "$"); }
+
+private:
+    std::string faults(const JSON& schema, const JSON& value, const std::string& place) const {
+        if (!schema.is_object()) {
+            return place + ": the schema is no object\n";
+        }
+        std::string found;
+        for (const auto& [word, argument] : schema.items()) {
+            if (word == "type") {
+                found += has_type(argument, value) ? "" : place + ": is not of type " + argument.dump() + "\n";
+            } else if (word == "required") {
+                found += missing_members(argument, value, place);
+            } else if (word == "properties") {
+                found += faults_of_members(argument, value, place);
+            } else if (word == "items") {
+                found += faults_of_elements(argument, value, place);
+            } else if (word == "enum") {
+                const bool listed = std::find(argument.begin(), argument.end(), value) != argument.end();
+                found += listed ? "" : place + ": is none of " + argument.dump() + "\n";
+            } else if (word == "anyOf") {
+                found += faults_of_choice(argument, value, place);
+            } else if (word == "$ref") {
+                found += faults(referred(argument), value, place);
+            } else if (word != "$schema" && word != "$defs" && word != "title" && word != "description") {
+                found += place + ": the schema has the unknown word " + word + "\n";
+            }
+        }
+        return found;
+    }
+
+    static bool has_type(const JSON& type, const JSON& value) {
+        const std::string name = type.get<std::string>();
+        return (name == "object" && value.is_object()) || (name == "array" && value.is_array()) ||
+               (name == "string" && value.is_string()) || (name == "integer" && value.is_number_integer()) ||
+               (name == "boolean" && value.is_boolean()) || (name == "null" && value.is_null());
+    }
+
+    static std::string missing_members(const JSON& names, const JSON& value, const std::string& place) {
+        std::string found;
+        for (const JSON& name : names) {
+            if (value.is_object() && !value.contains(name.get<std::string>())) {
+                found += place + ": has no member " + name.dump() + "\n";
+            }
+        }
+        return found;
+    }
+
+    std::string faults_of_members(const JSON& properties, const JSON& value, const std::string& place) const {
+        std::string found;
+        if (value.is_object()) {
+            for (const auto& [name, member] : value.items()) {
+                if (properties.contains(name)) {
+                    found += faults(properties.at(name), member, place + "." + name);
+                } else if (m_closed) {
+                    found += place + ": the member " + name + " is not described\n";
+                }
+            }
+        }
+        return found;
+    }
+
+    std::string faults_of_elements(const JSON& schema, const JSON& value, const std::string& place) const {
+        std::string found;
+        if (value.is_array()) {
+            for (std::size_t i = 0; i < value.size(); ++i) {
+                found += faults(schema, value[i], place + "[" + std::to_string(i) + "]");
+            }
+        }
+        return found;
+    }
+
+    std::string faults_of_choice(const JSON& schemas, const JSON& value, const std::string& place) const {
+        std::string all = place + ": fits none of:\n";
+        for (const JSON& schema : schemas) {
+            const std::string found = faults(schema, value, place);
+            if (found.empty()) {
+                return "";
+            }
+            all += found + "--\n";
+        }
+        return all;
+    }
+
+    /// What a reference within the document leads to.
+    const JSON& referred(const JSON& reference) const {
+        return m_schema.at(JSON::json_pointer(reference.get<std::string>().substr(1)));
+    }
+
+    JSON m_schema;
+    bool m_closed;
+};

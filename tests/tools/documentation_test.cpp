@@ -1,0 +1,181 @@
+#include <filesystem>
+#include <span>
+
+#include "command_fixture.h"
+
+// What the guides to the command show of a console is what the command does. A guide is docs/command*.md; in its blocks
+// that begin with ```console,
+//   $ pgmdev ...            is run, in a directory with the source tables below data/
+//   $ printf '...' | pgmdev ...   likewise, with that input
+//   $ echo $?               tells the exit code of the last run; where it is not asked for, it is 0
+//   pgmdev: ...             is a line on standard error
+//   ...                     stands for any lines
+// and the other lines are the standard output.
+
+namespace {
+
+using LINES = std::vector<std::string>;
+
+const std::filesystem::path PROJECT = std::filesystem::path(TEST_DATA_DIR).parent_path();
+
+/// A command line, and the lines below it.
+struct STEP {
+    std::string command;
+    LINES shown;
+};
+
+/// The steps of each block of a guide.
+std::vector<std::vector<STEP>> blocks_of(const std::filesystem::path& guide) {
+    std::vector<std::vector<STEP>> blocks;
+    bool inside = false;
+    for (const std::string& line : lines_of(read_file(guide))) {
+        if (line.starts_with("```")) {
+            inside = line == "```console";
+            if (inside) {
+                blocks.emplace_back();
+            }
+        } else if (inside && line.starts_with("$ ")) {
+            blocks.back().push_back({line.substr(2), {}});
+        } else if (inside && !blocks.back().empty()) {
+            blocks.back().back().shown.push_back(line);
+        } else if (inside) {
+            ADD_FAILURE() << guide << ": a block does not begin with a command: " << line;
+        }
+    }
+    return blocks;
+}
+
+/// Splits a command line as a shell does, as far as the guides need it.
+LINES words_of(const std::string& command) {
+    LINES words;
+    char quote = 0;
+    bool open = false;
+    for (const char c : command) {
+        if (quote != 0 ? c == quote : c == '"' || c == '\'') {
+            quote = quote != 0 ? static_cast<char>(0) : c;
+            continue;
+        }
+        if (c == ' ' && quote == 0) {
+            open = false;
+            continue;
+        }
+        if (!open) {
+            words.emplace_back();
+            open = true;
+        }
+        words.back() += c;
+    }
+    return words;
+}
+
+/// The text that printf makes of its argument.
+std::string unescaped(const std::string& text) {
+    std::string result;
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        const bool feed = text.compare(i, 2, "\\n") == 0;
+        result += feed ? '\n' : text[i];
+        i += feed ? 1 : 0;
+    }
+    return result;
+}
+
+PROCESS process_of(const std::string& command, const std::filesystem::path& directory) {
+    PROCESS process{{TEST_COMMAND}, "", {}, directory};
+    const std::string pipe = " | ";
+    const std::size_t bar = command.find(pipe);
+    LINES words = words_of(bar == std::string::npos ? command : command.substr(bar + pipe.size()));
+    if (bar != std::string::npos) {
+        const LINES producer = words_of(command.substr(0, bar));
+        EXPECT_EQ(producer.front(), "printf") << command;
+        process.input = unescaped(producer.at(1));
+    }
+    EXPECT_EQ(words.front(), "pgmdev") << command;
+    process.command.insert(process.command.end(), words.begin() + 1, words.end());
+    return process;
+}
+
+/// Whether the lines are those that are shown, in which "..." stands for any.
+bool fits(std::span<const std::string> shown, std::span<const std::string> lines) {
+    if (shown.empty()) {
+        return lines.empty();
+    }
+    if (shown.front() == "...") {
+        for (std::size_t skipped = 0; skipped <= lines.size(); ++skipped) {
+            if (fits(shown.subspan(1), lines.subspan(skipped))) {
+                return true;
+            }
+        }
+        return false;
+    }
+    return !lines.empty() && shown.front() == lines.front() && fits(shown.subspan(1), lines.subspan(1));
+}
+
+LINES lines_without_returns(const std::string& text) {
+    LINES lines = lines_of(text);
+    for (std::string& line : lines) {
+        line.erase(line.find_last_not_of('\r') + 1);
+    }
+    return lines;
+}
+
+void expect_shown(const STEP& step, const PROCESS_RESULT& result) {
+    LINES output;
+    LINES errors;
+    for (const std::string& line : step.shown) {
+        (line.starts_with("pgmdev: ") ? errors : output).push_back(line);
+    }
+    EXPECT_TRUE(fits(output, lines_without_returns(result.output))) << step.command << "\n" << result.output;
+    EXPECT_TRUE(fits(errors, lines_without_returns(result.errors))) << step.command << "\n" << result.errors;
+}
+
+void run_block(const std::vector<STEP>& steps) {
+    const SCRATCH scratch;
+    const auto copied = std::filesystem::copy_options::recursive;
+    std::filesystem::copy(PROJECT / "data", scratch.directory() / "data", copied);
+    int exit_code = DONE;
+    for (std::size_t i = 0; i < steps.size(); ++i) {
+        if (steps[i].command == "echo $?") {
+            EXPECT_EQ(steps[i].shown, LINES{std::to_string(exit_code)});
+            continue;
+        }
+        const PROCESS_RESULT result = run_process(process_of(steps[i].command, scratch.directory()));
+        expect_shown(steps[i], result);
+        exit_code = result.exit_code;
+        const bool asked = i + 1 < steps.size() && steps[i + 1].command == "echo $?";
+        EXPECT_TRUE(asked || exit_code == DONE) << steps[i].command << " ended with " << exit_code;
+    }
+}
+
+std::vector<std::filesystem::path> guides() {
+    std::vector<std::filesystem::path> files;
+    for (const auto& entry : std::filesystem::directory_iterator(PROJECT / "docs")) {
+        const std::string name = entry.path().filename().string();
+        if (name.starts_with("command") && name.ends_with(".md")) {
+            files.push_back(entry.path());
+        }
+    }
+    return files;
+}
+
+}  // namespace
+
+TEST(documentation, TheCommandDoesWhatItsGuidesShow) {
+    std::size_t count = 0;
+    for (const std::filesystem::path& guide : guides()) {
+        SCOPED_TRACE(guide.string());
+        for (const std::vector<STEP>& block : blocks_of(guide)) {
+            run_block(block);
+            ++count;
+        }
+    }
+    EXPECT_GE(count, 5U);
+}
+
+TEST(documentation, LinesThatDifferAreSeen) {
+    const LINES lines{"a", "b", "c"};
+    EXPECT_TRUE(fits(LINES{"a", "...", "c"}, lines));
+    EXPECT_TRUE(fits(LINES{"..."}, lines));
+    EXPECT_FALSE(fits(LINES{"a", "b"}, lines));
+    EXPECT_FALSE(fits(LINES{"a", "x", "c"}, lines));
+    EXPECT_FALSE(fits(LINES{"a", "b", "c", "d"}, lines));
+}

@@ -1,0 +1,263 @@
+#include <filesystem>
+
+#include "command_fixture.h"
+#include "support/json_schema.h"
+
+// The verb `schema`, and that every answer is as its schema says.
+
+namespace {
+
+using WORDS = std::vector<std::string>;
+
+JSON schema_of(const WORDS& verb) {
+    WORDS arguments{"schema"};
+    arguments.insert(arguments.end(), verb.begin(), verb.end());
+    const PROCESS_RESULT result = run_command(arguments);
+    EXPECT_EQ(result.exit_code, DONE) << result.errors;
+    return json_of(result.output);
+}
+
+JSON_SCHEMA closed(const JSON& schema) {
+    return JSON_SCHEMA(schema, JSON_SCHEMA::OTHER_MEMBERS::FORBIDDEN);
+}
+
+/// One question, or a batch of them, to one verb.
+struct RUN {
+    WORDS verb;
+    WORDS arguments;
+    std::string input;
+    int exit_code;
+};
+
+const std::string FLASH_TABLE = std::string(TEST_DATA_DIR) + "/flash/pgm_flash.csv";
+const std::string FLASH_DATABASE_FILE = std::string(TEST_DEVICES_DIR) + "/programmer/pgm_flash.pcf";
+const std::string PROFILE_TABLE = std::string(TEST_DATA_DIR) + "/dev_info/pgm_dev_info.csv";
+const std::string PROFILE_DATABASE_FILE = std::string(TEST_DEVICES_DIR) + "/programmer/pgm_dev_info.pcf";
+
+const std::vector<RUN> SINGLE{
+    {{"flash", "list"}, {}, "", DONE},
+    {{"flash", "list"}, {"--fields", "asc_voltage,device_name"}, "", DONE},
+    {{"flash", "show"}, {"W25Q64JV"}, "", DONE},
+    {{"flash", "show"}, {"W25Q64"}, "", NOT_FOUND},
+    {{"flash", "identify"}, {"20BA18", "EF7017"}, "", DONE},
+    {{"flash", "identify"}, {"20BA18", "000000"}, "", NOT_FOUND},
+    {{"flash", "identify"}, {"rubbish"}, "", WRONG_USAGE},
+    {{"flash", "decode"}, {"rubbish"}, "", INTERNAL_ERROR},
+    {{"flash", "check"}, {FLASH_TABLE}, "", DONE},
+    {{"flash", "check"}, {PROFILE_TABLE}, "", INTERNAL_ERROR},
+    {{"flash", "dump"}, {FLASH_DATABASE_FILE}, "", DONE},
+    {{"flash", "dump"}, {FLASH_DATABASE_FILE, "--fields", "ini"}, "", DONE},
+    {{"flash", "dump"}, {FLASH_DATABASE_FILE, "--annotate"}, "", DONE},
+    {{"flash", "diff"}, {FLASH_DATABASE_FILE, FLASH_TABLE}, "", DONE},
+    {{"flash", "verify"}, {FLASH_DATABASE_FILE, FLASH_TABLE}, "", DONE},
+    {{"flash", "verify"}, {FLASH_TABLE}, "", INTERNAL_ERROR},
+    {{"profile", "diff"}, {PROFILE_DATABASE_FILE, PROFILE_TABLE}, "", DONE},
+    {{"profile", "verify"}, {PROFILE_DATABASE_FILE}, "", DONE},
+    {{"profile", "list"}, {}, "", DONE},
+    {{"profile", "show"}, {"--family", "kestrel"}, "", DONE},
+    {{"profile", "show"}, {"--family", "corncrake"}, "", DONE},
+    {{"profile", "show"}, {"--device", "nothing"}, "", NOT_FOUND},
+    {{"profile", "show"}, {"--part", "KES50C6"}, "", DONE},
+    {{"profile", "check"}, {PROFILE_TABLE}, "", DONE},
+    {{"profile", "dump"}, {PROFILE_DATABASE_FILE}, "", DONE},
+    {{"name", "show"}, {"KES50C6"}, "", DONE},
+    {{"name", "show"}, {"KES50C66"}, "", NOT_FOUND},
+    {{"part", "from-device"}, {"OSPREY-8"}, "", DONE},
+    {{"part", "from-device"}, {"OSPREY-88"}, "", NOT_FOUND},
+    {{"part", "from-pcf"}, {"BLU_R35"}, "", DONE},
+    {{"part", "from-pcf"}, {"KES_50"}, "", NOT_FOUND},
+    {{"part", "complete"}, {"KES50"}, "", DONE},
+    {{"part", "complete"}, {"nothing"}, "", NOT_FOUND},
+    {{"opn", "name"}, {"1337"}, "", DONE},
+    {{"opn", "name"}, {"0xFFFFFFF0"}, "", NOT_FOUND},
+    {{"opn", "name"}, {"rubbish"}, "", WRONG_USAGE},
+    {{"opn", "index"}, {"KES50C6"}, "", DONE},
+    {{"opn", "index"}, {"KES50C7"}, "", NOT_FOUND},
+    {{"opn", "hash"}, {"KES50C6"}, "", DONE},
+    {{"opn", "hash"}, {"KES50C66"}, "", NOT_FOUND},
+    {{"opn", "from-hash"}, {"0xDCB59F75E910"}, "", DONE},
+    {{"opn", "from-hash"}, {"5"}, "", NOT_FOUND},
+    {{"enum", "name"}, {"option-bit", "21"}, "", DONE},
+    {{"enum", "name"}, {"option-bit", "0xFFFF"}, "", NOT_FOUND},
+    {{"enum", "value"}, {"option-bit", "aes_keys"}, "", DONE},
+    {{"enum", "value"}, {"option-bit", "AES_KEY"}, "", NOT_FOUND},
+    {{"enum", "list"}, {"sector"}, "", DONE},
+    {{"hps", "kinds"}, {}, "", DONE},
+    {{"hps", "nand"}, {}, "", DONE},
+    {{"hps", "spi"}, {"--fields", "device_name"}, "", DONE},
+    {{"params", "list"}, {}, "", DONE},
+};
+
+const std::vector<RUN> BATCHES{
+    {{"flash", "show"}, {"-"}, "W25Q64JV\nnothing\n\n", NOT_FOUND},
+    {{"flash", "identify"}, {"-"}, "EF7017\n000000\n\nrubbish\n", NOT_FOUND},
+    {{"flash", "decode"}, {"-"}, "rubbish\n\n", INTERNAL_ERROR},
+    {{"profile", "show"}, {"--family", "-"}, "kestrel\nnothing\n\n", NOT_FOUND},
+    {{"name", "show"}, {"-"}, "KES50C6\nnothing\n\n", NOT_FOUND},
+    {{"part", "from-device"}, {"-"}, "OSPREY-8\nnothing\n\n", NOT_FOUND},
+    {{"part", "from-pcf"}, {"-"}, "BLU_R35\nnothing\n\n", NOT_FOUND},
+    {{"part", "complete"}, {"-"}, "KES50\nnothing\n\n", NOT_FOUND},
+    {{"opn", "name"}, {"-"}, "1337\n0xFFFFFFF0\n\nrubbish\n", NOT_FOUND},
+    {{"opn", "index"}, {"-"}, "KES50C6\nnothing\nKES50C7\n\n", NOT_FOUND},
+    {{"opn", "hash"}, {"-"}, "KES50C6\nnothing\n\n", NOT_FOUND},
+    {{"opn", "from-hash"}, {"-"}, "0xDCB59F75E910\n5\n\nrubbish\n", NOT_FOUND},
+    {{"enum", "name"}, {"sector", "-"}, "1\n0xFFFF\n\nrubbish\n", NOT_FOUND},
+    {{"enum", "value"}, {"sector", "-"}, "UFM1\n\n", NOT_FOUND},
+};
+
+/// Runs a verb with answers in JSON, in a module directory of its own.
+class SCHEMA_TEST : public testing::Test {
+protected:
+    PROCESS_RESULT answered(const RUN& run) const {
+        WORDS arguments{"--json", "--module-dir", m_scratch.directory().string()};
+        arguments.insert(arguments.end(), run.verb.begin(), run.verb.end());
+        arguments.insert(arguments.end(), run.arguments.begin(), run.arguments.end());
+        PROCESS_RESULT result = run_command(arguments, run.input);
+        EXPECT_EQ(result.exit_code, run.exit_code) << testing::PrintToString(arguments) << result.errors;
+        return result;
+    }
+
+    /// One document is what comes, and it fits.
+    void expect_fitting(const RUN& run) const {
+        SCOPED_TRACE(testing::PrintToString(run.verb) + testing::PrintToString(run.arguments));
+        const std::string output = answered(run).output;
+        EXPECT_EQ(closed(schema_of(run.verb)).faults_of(json_of(output)), "");
+    }
+
+    const SCRATCH& scratch() const { return m_scratch; }
+
+private:
+    SCRATCH m_scratch;
+};
+
+}  // namespace
+
+TEST_F(SCHEMA_TEST, EveryAnswerToOneQuestionFits) {
+    for (const RUN& run : SINGLE) {
+        // Wrong usage has its document in `error`, which is told apart from answers below.
+        if (run.exit_code != WRONG_USAGE) {
+            expect_fitting(run);
+        }
+    }
+}
+
+TEST_F(SCHEMA_TEST, EveryLineOfABatchFits) {
+    for (const RUN& run : BATCHES) {
+        SCOPED_TRACE(testing::PrintToString(run.verb));
+        const JSON_SCHEMA schema = closed(schema_of(run.verb));
+        const std::vector<JSON> answers = json_lines_of(answered(run).output);
+        const WORDS questions = lines_of(run.input);
+        ASSERT_EQ(answers.size(), questions.size());
+        for (std::size_t i = 0; i < answers.size(); ++i) {
+            EXPECT_EQ(schema.faults_of(answers[i]), "") << answers[i];
+            EXPECT_EQ(answers[i].at("query"), questions[i]);
+            EXPECT_EQ(answers[i].contains("candidates") || answers[i].contains("error"), answers[i]["found"] == false);
+        }
+    }
+}
+
+TEST_F(SCHEMA_TEST, ABatchGivesTheObjectsThatSingleQuestionsGive) {
+    for (const RUN& run : SINGLE) {
+        const bool batch =
+            std::any_of(BATCHES.begin(), BATCHES.end(), [&run](const RUN& other) { return other.verb == run.verb; });
+        if (!batch || run.exit_code == WRONG_USAGE || run.verb == WORDS{"flash", "identify"}) {
+            continue;  // the chain of identify has another answer than its single devices
+        }
+        RUN of_a_batch = run;
+        of_a_batch.input = of_a_batch.arguments.back() + "\n";
+        of_a_batch.arguments.back() = "-";
+        EXPECT_EQ(json_lines_of(answered(of_a_batch).output), std::vector<JSON>{json_of(answered(run).output)})
+            << testing::PrintToString(run.verb);
+    }
+}
+
+TEST_F(SCHEMA_TEST, WhatChangesFilesFits) {
+    const std::string block = scratch().path("block.bin");
+    const std::string database = scratch().path("out.pcf");
+    const std::vector<RUN> runs{
+        {{"flash", "compile"}, {FLASH_TABLE, database}, "", DONE},
+        {{"profile", "compile"}, {PROFILE_TABLE, scratch().path("profiles.pcf")}, "", DONE},
+        {{"hps", "add", "nand"}, {"manufacturer_id=0xEC", "device_id=0xD3", "device_byte_size=0x40000000"}, "", DONE},
+        {{"hps", "add", "spi"}, {"--like", "0"}, "", DONE},
+        {{"params", "list"}, {}, "", DONE},
+        {{"params", "read"}, {"1", block}, "", DONE},
+        {{"params", "write"}, {"1", block}, "", DONE},
+        {{"hps", "remove", "nand"}, {"0"}, "", DONE},
+        {{"hps", "remove", "spi"}, {"0"}, "", DONE},
+        {{"params", "write"}, {"1", block}, "", DONE},
+        {{"params", "remove"}, {"1"}, "", DONE},
+    };
+    for (const RUN& run : runs) {
+        expect_fitting(run);
+    }
+}
+
+TEST_F(SCHEMA_TEST, ADescriptionOfAFlashFits) {
+    const RUN define{
+        {"flash", "define"},
+        {},
+        "1\nNumonyx\nM25PX80\n14\n2\n71\n1\n20\n0\nN\nN\nN\nN\nN\nN\n1\n8\n64\n80\n3\n5000\n1C\n1C\n0\n7\n5\nN\n3.3V\n",
+        DONE};
+    expect_fitting(define);
+    const std::string encoded = json_of(answered(define).output).at("encoded");
+    expect_fitting({{"flash", "decode"}, {encoded}, "", DONE});
+    EXPECT_EQ(json_of(answered({{"flash", "decode"}, {encoded}, "", DONE}).output).at("found"), true);
+}
+
+TEST(schema, RowsOfListsHaveEveryMemberThatIsDescribed) {
+    for (const WORDS& verb : {WORDS{"flash", "list"},
+                              {"profile", "list"},
+                              {"hps", "kinds"},
+                              {"hps", "nand"},
+                              {"hps", "spi"},
+                              {"params", "list"}}) {
+        WORDS arguments{"--json"};
+        arguments.insert(arguments.end(), verb.begin(), verb.end());
+        const JSON rows = json_of(run_command(arguments).output);
+        ASSERT_FALSE(rows.empty());
+        const JSON schema = schema_of(verb);
+        EXPECT_EQ(keys_of(schema["anyOf"][0]["items"]["properties"]), keys_of(rows[0])) << testing::PrintToString(verb);
+    }
+}
+
+TEST(schema, DocumentsThatDoNotFitAreTold) {
+    const JSON_SCHEMA schema(schema_of({"enum", "value"}));
+    EXPECT_EQ(schema.faults_of({{"query", "x"}, {"found", true}, {"value", 1}, {"name", "x"}}), "");
+    for (const char* wrong :
+         {R"({"query":"x","found":true,"value":1})", R"({"query":1,"found":true,"value":1,"name":""})",
+          R"({"query":"x","found":true,"value":null,"name":"x"})",
+          R"({"query":"x","found":false,"value":null,"name":"x"})",
+          R"({"query":"x","found":false,"error":{"code":"usage"}})", R"([])", R"({"error":"x"})"}) {
+        EXPECT_NE(schema.faults_of(json_of(wrong)), "") << wrong;
+    }
+    EXPECT_NE(JSON_SCHEMA(JSON{{"minimum", 3}}).faults_of(5), "") << "a word that the validator does not know";
+}
+
+TEST(schema, OfAllVerbsInOneDocument) {
+    const JSON all = schema_of({});
+    EXPECT_EQ(all["$schema"], "https://json-schema.org/draft/2020-12/schema");
+    const JSON one = schema_of({"flash", "show"});
+    EXPECT_EQ(one["title"], "pgmdev flash show");
+    EXPECT_EQ(all["$defs"]["flash-show"]["anyOf"], one["anyOf"]);
+    const JSON of_flash = schema_of({"flash"});
+    EXPECT_TRUE(of_flash["$defs"].contains("flash-list"));
+    EXPECT_FALSE(of_flash["$defs"].contains("profile-list"));
+    const JSON answer = json_of(run_command({"--json", "opn", "name", "1337"}).output);
+    EXPECT_EQ(closed(all).faults_of(answer), "");
+    EXPECT_NE(closed(of_flash).faults_of(answer), "");
+    expect_failure(run_command({"schema", "flash", "lst"}), WRONG_USAGE, {"\"flash lst\"", "did you mean flash list"});
+}
+
+TEST(schema, AFileForEachVerb) {
+    const JSON all = schema_of({});
+    std::size_t count = 0;
+    for (const auto& [name, schema] : all["$defs"].items()) {
+        if (name != "failure") {
+            const JSON file = json_of(read_file(std::string(TEST_SCHEMA_DIR) + "/" + name + ".json"));
+            EXPECT_EQ(file["anyOf"], schema["anyOf"]) << name;
+            ++count;
+        }
+    }
+    const std::filesystem::directory_iterator files(TEST_SCHEMA_DIR);
+    EXPECT_EQ(std::distance(begin(files), end(files)), static_cast<std::ptrdiff_t>(count));
+}

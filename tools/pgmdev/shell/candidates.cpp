@@ -1,0 +1,119 @@
+#include "shell/candidates.h"
+
+#include <algorithm>
+#include <string_view>
+
+#include "flash/database.h"
+#include "names/device_names.h"
+#include "names/enum_commands.h"
+#include "pgmdev_dev_info_manager_auto_export.h"
+#include "pgmdev_flash_ini.h"
+#include "pgmdev_hps_nand_mgr.h"
+#include "pgmdev_hps_spi_mgr.h"
+#include "profile/show.h"
+
+namespace {
+
+using NAMES = std::vector<std::string>;
+
+NAMES without_repetitions(NAMES names) {
+    std::sort(names.begin(), names.end());
+    names.erase(std::unique(names.begin(), names.end()), names.end());
+    return names;
+}
+
+/// A text of each enabled record of the flash database.
+template <std::string PGMDEV_SFL_FLASH_INFO::*MEMBER>
+NAMES flash_texts(const ARGUMENT_PLACE&) {
+    PGMDEV_FLASH_MANAGER manager = open_flash_database(1);
+    NAMES names;
+    for (DWORD i = 0; i < manager.get_flash_count(); ++i) {
+        names.push_back(manager.get_flash_database()[i].*MEMBER);
+    }
+    return without_repetitions(std::move(names));
+}
+
+/// The names of the members of a record, with `end` behind each.
+template <const auto& MEMBERS>
+NAMES member_names(const std::string& end) {
+    NAMES names;
+    for (const auto& member : MEMBERS) {
+        names.push_back(std::string(member.name) + end);
+    }
+    return names;
+}
+
+NAMES all_device_names(const ARGUMENT_PLACE&) {
+    NAMES names = part_names();
+    for (const NAMES& more : {package_and_programming_names(), programmer_part_names(), device_names()}) {
+        names.insert(names.end(), more.begin(), more.end());
+    }
+    return without_repetitions(std::move(names));
+}
+
+NAMES names_of_parts_and_packages(const ARGUMENT_PLACE&) {
+    NAMES names = part_names();
+    const NAMES more = package_and_programming_names();
+    names.insert(names.end(), more.begin(), more.end());
+    return without_repetitions(std::move(names));
+}
+
+NAMES enumerators(const ARGUMENT_PLACE& place) {
+    return place.given.empty() ? NAMES() : enumerator_names(place.given.front());
+}
+
+NAMES block_names(const ARGUMENT_PLACE&) {
+    return {PGMDEV_FLASH_INI_NAMES.begin(), PGMDEV_FLASH_INI_NAMES.end()};
+}
+
+/// Where names come from. An empty noun or verb stands for every one.
+struct SOURCE {
+    std::string_view noun;
+    std::string_view verb;
+    std::string_view argument;
+    NAMES (*names)(const ARGUMENT_PLACE& place);
+};
+
+using PLACE = const ARGUMENT_PLACE&;
+
+// The first that fits counts.
+constexpr SOURCE SOURCES[]{
+    {"flash", "", "NAME", flash_texts<&PGMDEV_SFL_FLASH_INFO::device_name>},
+    {"flash", "", "--maker", flash_texts<&PGMDEV_SFL_FLASH_INFO::manufacturer_name>},
+    {"flash", "", "--voltage", flash_texts<&PGMDEV_SFL_FLASH_INFO::asc_voltage>},
+    {"flash", "", "--fields", [](PLACE) { return member_names<PGMDEV_SFL_FLASH_MEMBERS>(""); }},
+    {"name", "", "NAME", all_device_names},
+    {"part", "from-device", "NAME", [](PLACE) { return device_names(); }},
+    {"part", "from-pcf", "NAME", [](PLACE) { return programmer_part_names(); }},
+    {"part", "complete", "NAME", names_of_parts_and_packages},
+    {"part", "info", "NAME", all_device_names},
+    {"opn", "", "NAME", [](PLACE) { return part_names(); }},
+    {"profile", "", "--fields", [](PLACE) { return member_names<PGMDEV_DEVICE_INFO_MEMBERS>(""); }},
+    {"enum", "", "TYPE", [](PLACE) { return enumeration_names(); }},
+    {"enum", "value", "NAME", enumerators},
+    {"params", "", "BLOCK", block_names},
+    {"hps", "add nand", "FIELD=VALUE", [](PLACE) { return member_names<PGMDEV_HPS_NAND_MEMBERS>("="); }},
+    {"hps", "add spi", "FIELD=VALUE", [](PLACE) { return member_names<PGMDEV_HPS_SPI_MEMBERS>("="); }},
+    {"", "", "--family", [](PLACE) { return family_names(); }},
+    {"", "", "--device", [](PLACE) { return device_names(); }},
+    {"", "", "--part", [](PLACE) { return part_names(); }},
+};
+
+bool fits(std::string_view wanted, const std::string& name) {
+    return wanted.empty() || wanted == name;
+}
+
+}  // namespace
+
+std::vector<std::string> argument_candidates(const ARGUMENT_PLACE& place) {
+    for (const SOURCE& source : SOURCES) {
+        if (fits(source.noun, place.noun) && fits(source.verb, place.verb) && source.argument == place.argument) {
+            return source.names(place);
+        }
+    }
+    return {};
+}
+
+bool is_list_of_candidates(const std::string& argument) {
+    return argument == "--fields";
+}

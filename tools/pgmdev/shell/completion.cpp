@@ -1,0 +1,210 @@
+#include "shell/completion.h"
+
+#include <fmt/core.h>
+
+#include <algorithm>
+#include <stdexcept>
+
+#include "gen.h"
+#include "msg.h"
+#include "shell/candidates.h"
+
+namespace {
+
+using WORDS = std::vector<std::string>;
+
+/// A word that may stand there, and what it means.
+struct COMPLETION {
+    std::string word;
+    std::string meaning;
+};
+
+using COMPLETIONS = std::vector<COMPLETION>;
+
+bool is_option(const std::string& word) {
+    return word.size() > 1 && word.front() == '-';
+}
+
+/// "-s,--long" as its two names.
+WORDS names_of(const GLOBAL_OPTION& option) {
+    const std::size_t comma = option.names.find(',');
+    return comma == std::string::npos ? WORDS{option.names}
+                                      : WORDS{option.names.substr(0, comma), option.names.substr(comma + 1)};
+}
+
+bool takes_value(const ARGUMENT& argument) {
+    return is_option(argument.name) && argument.kind != ARGUMENT::FLAG;
+}
+
+bool takes_many(const ARGUMENT& argument) {
+    return argument.kind == ARGUMENT::TEXTS || argument.kind == ARGUMENT::OPTIONAL_TEXTS;
+}
+
+/// Follows the words before the one to complete through the tables.
+class PLACE {
+public:
+    explicit PLACE(const COMMAND_TABLE& table) : m_table(table), m_noun(&table.all) {}
+
+    void pass(const std::string& word) {
+        if (!m_value_of.empty()) {
+            apply(m_value_of, word);
+            m_value_of.clear();
+        } else if (is_option(word)) {
+            m_value_of = option_with_value(word) ? word : "";
+            m_passed.push_back(word);
+        } else if (m_verb != nullptr) {
+            m_given.push_back(word);
+        } else {
+            enter(word);
+        }
+    }
+
+    COMPLETIONS completions(const std::string& beginning) const {
+        if (!m_value_of.empty()) {
+            return values_of(m_value_of, beginning);
+        }
+        if (is_option(beginning) || beginning == "-") {
+            return options();
+        }
+        return m_verb != nullptr ? values(beginning) : subcommands();
+    }
+
+private:
+    void enter(const std::string& word) {
+        for (const VERB& verb : m_noun->verbs) {
+            if (verb.name == word) {
+                m_path.push_back(word);
+                m_verb = &verb;
+                return;
+            }
+        }
+        for (const NOUN& group : m_noun->groups) {
+            if (group.name == word) {
+                m_path.push_back(word);
+                m_noun = &group;
+                return;
+            }
+        }
+    }
+
+    bool option_with_value(const std::string& word) const {
+        for (const GLOBAL_OPTION& option : m_table.options) {
+            if (option.names == word && !option.value_name.empty()) {
+                return true;
+            }
+        }
+        return m_verb != nullptr &&
+               std::any_of(m_verb->arguments.begin(), m_verb->arguments.end(),
+                           [&](const ARGUMENT& each) { return each.name == word && takes_value(each); });
+    }
+
+    /// Options that name directories, for instance, decide what names there are.
+    void apply(const std::string& name, const std::string& value) const {
+        for (const GLOBAL_OPTION& option : m_table.options) {
+            if (option.names == name) {
+                COMMAND ignored;
+                option.apply(value, ignored);
+            }
+        }
+    }
+
+    bool is_passed(const std::string& option) const {
+        return std::find(m_passed.begin(), m_passed.end(), option) != m_passed.end();
+    }
+
+    COMPLETIONS options() const {
+        COMPLETIONS found;
+        if (m_verb != nullptr) {
+            for (const ARGUMENT& argument : m_verb->arguments) {
+                if (is_option(argument.name) && !is_passed(argument.name)) {
+                    found.push_back({argument.name, argument.description});
+                }
+            }
+        }
+        for (const GLOBAL_OPTION& option : m_table.options) {
+            for (const std::string& name : names_of(option)) {
+                if (option.repeats || !is_passed(name)) {
+                    found.push_back({name, option.description});
+                }
+            }
+        }
+        found.push_back({"--help", "Show help"});
+        return found;
+    }
+
+    COMPLETIONS subcommands() const {
+        COMPLETIONS found;
+        for (const VERB& verb : m_noun->verbs) {
+            found.push_back({verb.name, verb.description});
+        }
+        for (const NOUN& group : m_noun->groups) {
+            found.push_back({group.name, group.description});
+        }
+        return found;
+    }
+
+    COMPLETIONS values(const std::string& beginning) const {
+        std::size_t position = 0;
+        for (const ARGUMENT& argument : m_verb->arguments) {
+            if (!is_option(argument.name)) {
+                if (position == m_given.size() || takes_many(argument)) {
+                    return values_of(argument.name, beginning);
+                }
+                ++position;
+            }
+        }
+        return {};
+    }
+
+    COMPLETIONS values_of(const std::string& argument, const std::string& beginning) const {
+        ARGUMENT_PLACE place{m_path.empty() ? "" : m_path.front(), "", argument, m_given};
+        for (std::size_t i = 1; i < m_path.size(); ++i) {
+            place.verb += (i == 1 ? "" : " ") + m_path[i];
+        }
+        const std::size_t comma = is_list_of_candidates(argument) ? beginning.rfind(',') : std::string::npos;
+        const std::string before = comma == std::string::npos ? "" : beginning.substr(0, comma + 1);
+        COMPLETIONS found;
+        for (const std::string& name : argument_candidates(place)) {
+            if (!name.empty()) {
+                found.push_back({before + name, ""});
+            }
+        }
+        return found;
+    }
+
+    const COMMAND_TABLE& m_table;
+    const NOUN* m_noun;
+    const VERB* m_verb = nullptr;  ///< null: it is still to come
+    WORDS m_path;                  ///< the noun, the group if there is one, the verb
+    WORDS m_given;                 ///< the arguments without a name that stand behind the verb
+    WORDS m_passed;                ///< the options
+    std::string m_value_of;        ///< the option whose value comes next; "": none
+};
+
+bool begins_with(const std::string& word, const std::string& beginning) {
+    return word.size() >= beginning.size() && gen_stricmp(word.substr(0, beginning.size()), beginning) == 0;
+}
+
+}  // namespace
+
+void print_completions(const COMMAND_TABLE& table, const std::vector<std::string>& words) {
+    // Nobody can act on a failure now; the verb itself will tell it.
+    MSG_INTERNAL_ERROR::set_handler(
+        [](const MSG_INTERNAL_ERROR_REPORT& report) { throw MSG_INTERNAL_ERROR_EXCEPTION(report); });
+    const std::string beginning = words.empty() ? "" : words.back();
+    std::string lines;
+    try {
+        PLACE place(table);
+        for (std::size_t i = 0; i + 1 < words.size(); ++i) {
+            place.pass(words[i]);
+        }
+        for (const COMPLETION& each : place.completions(beginning)) {
+            if (begins_with(each.word, beginning)) {
+                lines += each.word + (each.meaning.empty() ? "" : "\t" + each.meaning) + "\n";
+            }
+        }
+    } catch (const std::runtime_error&) {
+        return;
+    }
+    fmt::print("{}", lines);
+}

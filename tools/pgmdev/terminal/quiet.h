@@ -1,0 +1,9 @@
+#pragma once
+
+/// \file
+/// Whether the user wants to read more than answers and failures: hints and warnings on standard error.
+
+/// From now on there are none.
+void be_quiet();
+
+bool is_quiet();

@@ -1,0 +1,23 @@
+#pragma once
+
+/// \file
+/// The terminal that standard output goes to, if it goes to one.
+
+#include <cstddef>
+#include <optional>
+#include <string>
+
+/// How many characters fit into a line of tables; nothing when no terminal reads them, or when all columns are wanted.
+std::optional<std::size_t> table_width();
+
+/// From now on, tables show all columns.
+void show_all_columns();
+
+/// The text in bold, where a terminal reads it and the user has nothing against colours (NO_COLOR).
+std::string in_bold(const std::string& text);
+
+/// Whether standard output is a terminal that understands escape sequences.
+bool output_is_terminal();
+
+/// The columns of that terminal; 0 when the system does not tell.
+std::size_t terminal_columns();

@@ -1,0 +1,22 @@
+#include "terminal/screen.h"
+
+#include <windows.h>
+
+bool output_is_terminal() {
+    // Consoles of old systems show escape sequences as they are: they count as no terminal.
+    static const bool understands = [] {
+        const HANDLE output = GetStdHandle(STD_OUTPUT_HANDLE);
+        DWORD mode = 0;
+        return GetConsoleMode(output, &mode) != 0 &&
+               SetConsoleMode(output, mode | ENABLE_VIRTUAL_TERMINAL_PROCESSING) != 0;
+    }();
+    return understands;
+}
+
+std::size_t terminal_columns() {
+    CONSOLE_SCREEN_BUFFER_INFO info{};
+    if (GetConsoleScreenBufferInfo(GetStdHandle(STD_OUTPUT_HANDLE), &info) == 0) {
+        return 0;
+    }
+    return static_cast<std::size_t>(info.srWindow.Right - info.srWindow.Left + 1);
+}

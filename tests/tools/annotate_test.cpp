@@ -13,8 +13,8 @@ std::string payload() {
 std::string hex(const std::string& bytes) {
     std::string text;
     for (const char byte : bytes) {
-        text += "0123456789ABCDEF"[static_cast<unsigned char>(byte) >> 4];
-        text += "0123456789ABCDEF"[static_cast<unsigned char>(byte) & 0xF];
+        text += "0123456789ABCDEF"[std::size_t{static_cast<unsigned char>(byte)} >> 4];
+        text += "0123456789ABCDEF"[std::size_t{static_cast<unsigned char>(byte)} & 0xF];
     }
     return text;
 }

@@ -1,4 +1,5 @@
 #include <filesystem>
+#include <memory>
 
 #include "command_fixture.h"
 #include "flash_source.h"
@@ -14,8 +15,8 @@ std::string sha256(const std::string& bytes) {
     const std::unique_ptr<BYTE[]> digest(PGM_COMMON::get_block_sha(bytes.data(), bytes.size(), 32));
     std::string text;
     for (int i = 0; i < 32; ++i) {
-        text += "0123456789abcdef"[digest[i] >> 4];
-        text += "0123456789abcdef"[digest[i] & 0xF];
+        text += "0123456789abcdef"[std::size_t{digest[i]} >> 4];
+        text += "0123456789abcdef"[std::size_t{digest[i]} & 0xF];
     }
     return text;
 }

@@ -87,7 +87,7 @@ TEST(annotate, ForPeople) {
     EXPECT_EQ(lines[8],
               "0000000c  record 0      STRING      manufacturer_name                   \"Maker\"  "
               "[02054D616B6572]");
-    EXPECT_TRUE(contains(result.output, "sec_erase_time                      3 s  [0603000000]")) << result.output;
+    EXPECT_TRUE(contains(result.output, "sec_erase_time                      6 s  [0606000000]")) << result.output;
 }
 
 TEST(annotate, DamageEndsItWhereItIs) {

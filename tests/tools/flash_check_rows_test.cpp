@@ -79,7 +79,7 @@ TEST(flash_check_rows, SectorsMustDivideTheDevice) {
     for (const char* sector : {"0", "65537", "3", "33554432", "134217728", "0xFFFFFFFF"}) {
         EXPECT_EQ(findings_of_row({{"device_sector_byte", sector}}), one("device_sector_byte", "fault")) << sector;
     }
-    for (const char* sector : {"1", "4096", "0x10000", "16777216"}) {
+    for (const char* sector : {"256", "4096", "0x10000", "16777216"}) {
         EXPECT_EQ(findings_of_row({{"device_sector_byte", sector}}), FINDINGS{}) << sector;
     }
     for (const char* bits : {"134217729", "134217736", "1", "7"}) {
@@ -156,9 +156,10 @@ TEST(flash_check_rows, DefaultRowMustBeEnabledWithItsName) {
 
 TEST(flash_check_rows, TextsOfAtMost255Characters) {
     for (const char* member : {"manufacturer_name", "device_name", "ini", "asc_voltage"}) {
-        EXPECT_EQ(findings_of_row({{member, std::string(255, 'x')}}), FINDINGS{}) << member;
-        EXPECT_EQ(findings_of_row({{member, std::string(256, 'x')}}), one(member, "fault")) << member;
-        EXPECT_EQ(findings_of_row({{member, std::string(700, 'x')}}), one(member, "fault")) << member;
+        const auto text = [](std::size_t length) { return std::string(length - 1, '1') + "V"; };  // a voltage, too
+        EXPECT_EQ(findings_of_row({{member, text(255)}}), FINDINGS{}) << member;
+        EXPECT_EQ(findings_of_row({{member, text(256)}}), one(member, "fault")) << member;
+        EXPECT_EQ(findings_of_row({{member, text(700)}}), one(member, "fault")) << member;
     }
 }
 

@@ -14,7 +14,7 @@ namespace fs = std::filesystem;
 std::string sha256(const std::string& bytes) {
     const std::unique_ptr<BYTE[]> digest(PGM_COMMON::get_block_sha(bytes.data(), bytes.size(), 32));
     std::string text;
-    for (int i = 0; i < 32; ++i) {
+    for (std::size_t i = 0; i < 32; ++i) {
         text += "0123456789abcdef"[std::size_t{digest[i]} >> 4];
         text += "0123456789abcdef"[std::size_t{digest[i]} & 0xF];
     }
@@ -28,7 +28,8 @@ struct COMPILED {
     }
     std::string info() const { return read_file(pcf + ".info"); }
     JSON origin() const {
-        for (const JSON& check : json_of(run_command({"--json", "flash", "verify", pcf}).output).at("checks")) {
+        const JSON answer = json_of(run_command({"--json", "flash", "verify", pcf}).output);
+        for (const JSON& check : answer.at("checks")) {
             if (check.at("check") == "origin") {
                 return check;
             }

@@ -30,6 +30,11 @@ void suggest_names(std::vector<PGMDEV_TABLE_FAULT>& faults) {
     }
 }
 
+/// Whether a fault is one of the form of the table, not of a value in a row: what its cause has many of.
+inline bool is_of_form(const PGMDEV_TABLE_FAULT& fault) {
+    return fault.severity == PGMDEV_TABLE_FAULT::SEVERITY::FAULT && (fault.column == 0 || fault.row.empty());
+}
+
 /// Shows all faults of a source table.
 template <class KIND>
 void check_table(const ARGUMENTS& given, COMMAND& command) {
@@ -56,7 +61,8 @@ void check_table(const ARGUMENTS& given, COMMAND& command) {
 
     print_faults(faults, csv_file, KIND::TABLE::describe);
     print_leftovers(accepted);
-    const auto hints = table.has_faults() ? hints_at_causes(csv_file) : std::vector<std::string>();
+    const auto hints =
+        std::any_of(faults.begin(), faults.end(), is_of_form) ? hints_at_causes(csv_file) : std::vector<std::string>();
     for (const std::string& hint : hints) {
         fmt::print(stderr, "{}: hint: {}\n", csv_file, hint);
     }

@@ -97,8 +97,10 @@ void dump_table(const ARGUMENTS& given, COMMAND& command) {
     if (given.has("--csv") + given.has("--plain-csv") + given.has("--annotate") > 1) {
         throw USAGE_ERROR("expected one of --csv, --plain-csv and --annotate");
     }
-    if (given.has("--fields") && (given.has("--csv") || given.has("--plain-csv") || given.has("--annotate"))) {
-        throw USAGE_ERROR("expected --fields without another form: those have all columns");
+    for (const char* form : {"--csv", "--plain-csv", "--annotate"}) {
+        if (given.has(form) && given.has("--fields")) {
+            throw USAGE_ERROR(fmt::format("expected one of {} and --fields: that form has all columns", form));
+        }
     }
     if (given.has("--annotate")) {
         annotate_database(given.text("PCF"), KIND::schema(), command);

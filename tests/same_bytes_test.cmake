@@ -14,7 +14,7 @@ function(expect_same file other)
 endfunction()
 
 # What the builds made.
-file(GLOB_RECURSE made RELATIVE ${NATIVE} ${NATIVE}/share/tessary/*.pcf)
+file(GLOB_RECURSE made RELATIVE ${NATIVE} ${NATIVE}/share/tessary/*.pcf ${NATIVE}/share/tessary/*.pcf.info)
 if(NOT made)
   message(FATAL_ERROR "there are no databases in ${NATIVE}")
 endif()

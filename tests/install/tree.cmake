@@ -36,6 +36,15 @@ foreach(guide IN LISTS guides)
   endforeach()
 endforeach()
 
+foreach(noun_and_database flash:pgm_flash profile:pgm_dev_info)
+  string(REPLACE ":" ";" noun_and_database ${noun_and_database})
+  list(POP_FRONT noun_and_database noun database)
+  run(said ${EMULATOR} ${INSTALLED}/bin/pgmdev${SUFFIX} --json ${noun} verify
+    ${INSTALLED}/share/tessary/devices/programmer/${database}.pcf)
+  string(JSON source GET "${said}" compiled_from source)
+  expect("the origin of ${database}.pcf" "${source}" "${database}.csv")
+endforeach()
+
 # On a bare Windows machine, there is nothing besides the system's own libraries and those installed.
 if(TARGET_IS_WINDOWS)
   set(CMAKE_GET_RUNTIME_DEPENDENCIES_PLATFORM windows+pe)

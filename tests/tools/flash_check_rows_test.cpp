@@ -79,7 +79,7 @@ TEST(flash_check_rows, SectorsMustDivideTheDevice) {
     for (const char* sector : {"0", "65537", "3", "33554432", "134217728", "0xFFFFFFFF"}) {
         EXPECT_EQ(findings_of_row({{"device_sector_byte", sector}}), one("device_sector_byte", "fault")) << sector;
     }
-    for (const char* sector : {"1", "4096", "0x10000", "16777216"}) {
+    for (const char* sector : {"256", "4096", "0x10000", "16777216"}) {
         EXPECT_EQ(findings_of_row({{"device_sector_byte", sector}}), FINDINGS{}) << sector;
     }
     for (const char* bits : {"134217729", "134217736", "1", "7"}) {
@@ -156,9 +156,10 @@ TEST(flash_check_rows, DefaultRowMustBeEnabledWithItsName) {
 
 TEST(flash_check_rows, TextsOfAtMost255Characters) {
     for (const char* member : {"manufacturer_name", "device_name", "ini", "asc_voltage"}) {
-        EXPECT_EQ(findings_of_row({{member, std::string(255, 'x')}}), FINDINGS{}) << member;
-        EXPECT_EQ(findings_of_row({{member, std::string(256, 'x')}}), one(member, "fault")) << member;
-        EXPECT_EQ(findings_of_row({{member, std::string(700, 'x')}}), one(member, "fault")) << member;
+        const auto text = [](std::size_t length) { return std::string(length - 1, '1') + "V"; };  // a voltage, too
+        EXPECT_EQ(findings_of_row({{member, text(255)}}), FINDINGS{}) << member;
+        EXPECT_EQ(findings_of_row({{member, text(256)}}), one(member, "fault")) << member;
+        EXPECT_EQ(findings_of_row({{member, text(700)}}), one(member, "fault")) << member;
     }
 }
 
@@ -214,7 +215,8 @@ TEST(flash_check_rows, UnusualValues) {
         {"sec_erase_time", "60", false},
         {"sec_erase_time", "61", true},
         {"program_utime", "0", true},
-        {"program_utime", "1", false},
+        {"program_utime", "9", true},
+        {"program_utime", "10", false},
         {"program_utime", "1000000", false},
         {"program_utime", "1000001", true},
         {"protection_value", "0x5D", true},
@@ -225,6 +227,14 @@ TEST(flash_check_rows, UnusualValues) {
         {"protection_division", "32", true},
         {"protection_division", "254", true},
         {"protection_division", "255", false},
+        {"asc_voltage", "3.3", true},
+        {"asc_voltage", "V", true},
+        {"asc_voltage", "1V8", true},
+        {"asc_voltage", "1.8V", false},
+        {"device_sector_byte", "64", true},
+        {"device_sector_byte", "256", false},
+        {"device_bit_size", "16777216", true},  // 2 to the power of memory_id: the bytes of the sample
+        {"device_bit_size", "33554432", false},
         {"mfc_id", "0", true},
         {"mfc_id", "0xFF", true},
         {"mfc_id_index", "255", true},
@@ -254,7 +264,7 @@ TEST(flash_check_rows, NumbersThatDoNotFitIntoAByte) {
         if (std::string(column.type) == "BYTE") {
             const auto value = std::stoul(column.cell, nullptr, 0);
             // The low byte is that of the sample, so that nothing but the width is remarkable.
-            EXPECT_EQ(findings_of_row({{column.name, std::to_string(value + 256)}}), one(column.name, "warning"))
+            EXPECT_EQ(findings_of_row({{column.name, std::to_string(value + 256)}}), one(column.name, "fault"))
                 << column.name;
         }
     }

@@ -56,6 +56,7 @@ struct CATALOG_PART {
     bool production = false;
     bool hidden = false;
     int ordering_index = -1;  ///< -1: no ordering code
+    SOURCE_PLACE ordering_place;
 };
 
 /// A further name by which the device library finds a part.

@@ -130,6 +130,7 @@ void CATALOG_READER::read_ordering_code(const SOURCE_ROW& row) {
                                         "\" is beyond the list, which ends at " + std::to_string(last));
         } else {
             part.ordering_index = index;
+            part.ordering_place = row.place;
             m_catalog.last_ordering_index = index;
         }
         ++index;

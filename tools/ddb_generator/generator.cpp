@@ -12,6 +12,7 @@
 
 #include "boot_flash.h"
 #include "catalog.h"
+#include "catalog_against.h"
 #include "data_set.h"
 #include "generated_texts.h"
 #include "grammar.h"
@@ -22,7 +23,7 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr const char* USAGE =
-    "Usage: ddb_generator --check CATALOG\n"
+    "Usage: ddb_generator --check CATALOG [--against OLD-CATALOG]\n"
     "       ddb_generator CATALOG DATA-SOURCE HOST-SOURCE PART-LIST\n"
     "       ddb_generator --check-hps HPS\n"
     "       ddb_generator --hps HPS RECORDS-SOURCE\n"
@@ -30,11 +31,13 @@ constexpr const char* USAGE =
     "Checks the device catalog in the directory CATALOG. Without --check it then writes the source of the data that "
     "is\n"
     "compiled into the library, the source of the tables behind the host's device libraries, and the part list.\n"
+    "With --against, numbers that stood for another name in the directory OLD-CATALOG are faults, too.\n"
     "With --check-hps and --hps it checks the tables of boot flash in the directory HPS, and writes the source of the\n"
     "records that are compiled into the library.\n"
     "\n"
     "Exit codes: 0 done, 1 faults in the files read, 2 wrong usage, 3 the output cannot be made or written.\n"
     "Examples: ddb_generator --check data/catalog\n"
+    "          ddb_generator --check data/catalog --against ../released/data/catalog\n"
     "          ddb_generator --check-hps data/hps\n";
 
 /// Replaces a file as a whole, so that a build that is broken off leaves no half a file.
@@ -124,6 +127,17 @@ void check_catalog(const ARGUMENTS& arguments, FAULTS& faults, std::ostream& out
     }
 }
 
+void check_catalog_against(const ARGUMENTS& arguments, FAULTS& faults, std::ostream& output) {
+    const auto made = make_products(arguments[1], faults);
+    const CATALOG old = read_catalog(arguments[3], faults);
+    if (faults.empty()) {
+        compare_numbers(made->catalog, old, faults);
+    }
+    if (faults.empty()) {
+        print_summary(made->catalog, made->grammar, output);
+    }
+}
+
 void generate_catalog(const ARGUMENTS& arguments, FAULTS& faults, std::ostream& /*output*/) {
     if (const auto made = make_products(arguments[0], faults)) {
         write_file(arguments[1], made->data);
@@ -146,17 +160,20 @@ void generate_boot_flash(const ARGUMENTS& arguments, FAULTS& faults, std::ostrea
     }
 }
 
-/// One way to run the generator: the first argument, unless it is a directory, and the number of all.
+/// One way to run the generator: the first argument, unless it is a directory, the third, if it is an option, and the
+/// number of all.
 struct USE {
     std::string_view option;
+    std::string_view further_option;
     std::size_t arguments;
     void (*run)(const ARGUMENTS& arguments, FAULTS& faults, std::ostream& output);
 };
 
-constexpr std::array<USE, 4> USES{{{"--check", 2, check_catalog},
-                                   {"", 4, generate_catalog},
-                                   {"--check-hps", 2, check_boot_flash},
-                                   {"--hps", 3, generate_boot_flash}}};
+constexpr std::array<USE, 5> USES{{{"--check", "", 2, check_catalog},
+                                   {"--check", "--against", 4, check_catalog_against},
+                                   {"", "", 4, generate_catalog},
+                                   {"--check-hps", "", 2, check_boot_flash},
+                                   {"--hps", "", 3, generate_boot_flash}}};
 
 }  // namespace
 
@@ -167,7 +184,8 @@ int run_generator(const std::vector<std::string>& arguments, std::ostream& outpu
     }
     const auto* const use = std::find_if(USES.begin(), USES.end(), [&](const USE& candidate) {
         return arguments.size() == candidate.arguments &&
-               (candidate.option.empty() ? !arguments[0].starts_with("--") : arguments[0] == candidate.option);
+               (candidate.option.empty() ? !arguments[0].starts_with("--") : arguments[0] == candidate.option) &&
+               (candidate.further_option.empty() || arguments[2] == candidate.further_option);
     });
     if (use == USES.end()) {
         errors << USAGE;

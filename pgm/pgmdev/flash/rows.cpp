@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <array>
 #include <map>
+#include <tuple>
 #include <utility>
 
 #include "flash/source.h"
@@ -51,6 +52,11 @@ bool is_idle(BYTE value) {
     return value == 0x00 || value == 0xFF;
 }
 
+/// A capacity ID mostly is the binary logarithm of the size in bytes. A size in bytes where bits are meant shows.
+bool is_size_in_bytes(const RECORD& r) {
+    return !r.silicon_id && r.memory_id < 32 && r.device_bit_size == DWORD{1} << r.memory_id && r.memory_id >= 16;
+}
+
 constexpr auto FAULT = SEVERITY::FAULT;
 constexpr auto WARNING = SEVERITY::WARNING;
 
@@ -70,6 +76,11 @@ constexpr std::array ROW_CHECKS{
         [](const RECORD& r) { return r.memory_type_index != NONE && collides(r, r.mfc_id_index, r.memory_type_index); },
         "another byte of the response than memory_type_index names"},
 
+    CHECK{WARNING, cell("device_bit_size"), is_size_in_bytes,
+          "looks like a size in bytes: bits are meant, eight times as many"},
+    CHECK{WARNING, cell("device_sector_byte"),
+          [](const RECORD& r) { return !sector_does_not_divide(r) && r.device_sector_byte < 256; },
+          "unusual: bytes are meant, and a sector of 64 Kbyte has 65536"},
     CHECK{WARNING, cell("mfc_id_index"), [](const RECORD& r) { return !r.silicon_id && r.mfc_id_index == NONE; },
           "255 is no wildcard here: byte 255 of the response is compared"},
     CHECK{WARNING, cell("memory_id"), [](const RECORD& r) { return r.silicon_id && is_idle(r.memory_id); },
@@ -79,11 +90,15 @@ constexpr std::array ROW_CHECKS{
           "an idle bus answers this manufacturer ID, too"},
     CHECK{WARNING, cell("die_count"), [](const RECORD& r) { return r.die_count == 0; }, "unusual: no die"},
     CHECK{WARNING, cell("bulk_erase_time"), [](const RECORD& r) { return outside(r.bulk_erase_time, 1, 900); },
-          "unusual: 1 to 900 seconds are"},
+          "unusual: 1 to 900 seconds are (seconds are meant, not milliseconds)"},
     CHECK{WARNING, cell("sec_erase_time"), [](const RECORD& r) { return outside(r.sec_erase_time, 1, 60); },
-          "unusual: 1 to 60 seconds are"},
+          "unusual: 1 to 60 seconds are (seconds are meant, not milliseconds)"},
     CHECK{WARNING, cell("program_utime"), [](const RECORD& r) { return outside(r.program_utime, 1, 1000000); },
           "unusual: 1 to 1000000 microseconds are"},
+    CHECK{WARNING, cell("program_utime"), [](const RECORD& r) { return r.program_utime > 0 && r.program_utime < 10; },
+          "looks like milliseconds: microseconds are meant"},
+    CHECK{WARNING, cell("asc_voltage"), [](const RECORD& r) { return !is_voltage(r.asc_voltage); },
+          "unusual: a number of volts and V, such as 3.3V, is"},
     CHECK{WARNING, cell("protection_value"),
           [](const RECORD& r) { return (r.protection_value & ~r.protection_mask) != 0; },
           "has bits outside protection_mask"},
@@ -114,8 +129,9 @@ void check_cells_fit(const ROW& row, const FAULT_SINK& sink) {
             bool valid = false;
             if (PGM_COMMON::convert_string_to_dword(row.line.cells[i], true, &valid, nullptr, true) !=
                 row.record.**byte) {
-                sink(fault_in(row, WARNING, i,
-                              "does not fit into a byte: " + std::to_string(row.record.**byte) + " is stored"),
+                sink(fault_in(row, FAULT, i,
+                              "a number that fits into a byte, 0 to 255: of this one " +
+                                  std::to_string(row.record.**byte) + " would be stored"),
                      PGMDEV_LINE);
             }
         }
@@ -182,26 +198,55 @@ std::vector<std::pair<BYTE, BYTE>> comparisons(const RECORD& record) {
     return pairs;
 }
 
-/// Whether `earlier` matches every response that `later` matches, whenever `later` is enabled.
-bool always_wins(const RECORD& earlier, const RECORD& later) {
-    if (earlier.silicon_id != later.silicon_id || (!is_always_enabled(earlier) && earlier.ini != later.ini)) {
-        return false;
+/// Rows of which an earlier one matches every response that a later one matches, whenever that is enabled, have this in
+/// common for some of the later one's comparisons and one of its switches.
+struct WINNING {
+    bool silicon_id;
+    std::string enabled_by;  ///< "": always
+    std::vector<std::pair<BYTE, BYTE>> comparisons;
+
+    bool operator<(const WINNING& other) const {
+        return std::tie(silicon_id, enabled_by, comparisons) <
+               std::tie(other.silicon_id, other.enabled_by, other.comparisons);
     }
-    const auto all = comparisons(later);
-    const auto some = comparisons(earlier);
-    return std::includes(all.begin(), all.end(), some.begin(), some.end());
+};
+
+std::string enabled_by(const RECORD& record) {
+    return is_always_enabled(record) ? "" : record.ini;
+}
+
+/// The earliest of the rows seen that always wins against the record; null when none does.
+const ROW* winner_against(const RECORD& record, const std::map<WINNING, const ROW*>& seen) {
+    const auto all = comparisons(record);
+    const ROW* winner = nullptr;
+    for (DWORD chosen = 1; chosen < DWORD{1} << all.size(); ++chosen) {
+        WINNING key{record.silicon_id, "", {}};
+        for (std::size_t i = 0; i < all.size(); ++i) {
+            if ((chosen >> i & 1) != 0) {
+                key.comparisons.push_back(all[i]);
+            }
+        }
+        for (const std::string& by : {std::string(), enabled_by(record)}) {
+            key.enabled_by = by;
+            const auto found = seen.find(key);
+            if (found != seen.end() && (winner == nullptr || found->second < winner)) {
+                winner = found->second;
+            }
+        }
+    }
+    return winner;
 }
 
 void check_reachable(const std::vector<ROW>& rows, const FAULT_SINK& sink) {
-    for (auto row = rows.begin(); row != rows.end(); ++row) {
-        const auto winner = std::find_if(rows.begin(), row,
-                                         [&](const ROW& earlier) { return always_wins(earlier.record, row->record); });
-        if (winner != row) {
-            sink(fault_in(*row, WARNING, cell("memory_id"),
+    std::map<WINNING, const ROW*> seen;
+    for (const ROW& row : rows) {
+        if (const ROW* winner = winner_against(row.record, seen)) {
+            sink(fault_in(row, WARNING, cell("memory_id"),
                           "no response reaches this row: " + winner->record.device_name + " in line " +
                               std::to_string(winner->line.number) + " always wins; only its name finds it"),
                  PGMDEV_LINE);
         }
+        seen.try_emplace({row.record.silicon_id, enabled_by(row.record), comparisons(row.record)}, &row);
     }
 }
 

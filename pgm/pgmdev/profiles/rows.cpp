@@ -20,6 +20,7 @@ using RECORD = PGMDEV_DEVICE_INFO;
 
 using CHECK = ROW_CHECK<RECORD>;
 
+constexpr DWORD LARGEST_FLASH = 65536;     ///< in Mbit; none is near
 constexpr std::size_t GENERIC_RECORD = 1;  ///< where families without a row end up
 
 consteval std::size_t cell(std::string_view member) {
@@ -51,6 +52,20 @@ constexpr std::array ROW_CHECKS{
               return std::find(WIDTHS.begin(), WIDTHS.end(), r.flash_width_bits) == WIDTHS.end();
           },
           "unusual: 0, 1, 4, 8 or 16 data lines are"},
+    CHECK{SEVERITY::WARNING, cell("jtag_program_initialize_microsec"),
+          [](const RECORD& r) {
+              return r.jtag_program_initialize_microsec != 0 && r.jtag_program_initialize_microsec < 10;
+          },
+          "looks like milliseconds: microseconds are meant"},
+    CHECK{SEVERITY::WARNING, cell("as_minimum_flash_density"),
+          [](const RECORD& r) { return r.as_minimum_flash_density > LARGEST_FLASH; },
+          "unusual: Mbit are meant, not bits or bytes"},
+    CHECK{SEVERITY::WARNING, cell("cmf_flash_block_size"),
+          [](const RECORD& r) { return r.cmf_flash_block_size != 0 && r.cmf_flash_block_size < 256; },
+          "unusual: bytes are meant, and a block of 64 Kbyte has 65536"},
+    CHECK{SEVERITY::WARNING, cell("asc_voltage"),
+          [](const RECORD& r) { return !r.asc_voltage.empty() && !is_voltage(r.asc_voltage); },
+          "unusual: a number of volts and V, such as 3.3V, or nothing is"},
     CHECK{SEVERITY::WARNING, cell("fi_program_twice"),
           [](const RECORD& r) { return r.fi_program_twice && !r.support_fi; }, "without effect: support_fi is FALSE"},
 };
@@ -67,8 +82,10 @@ void check_sizes(const SOURCE_LINE& line, const FAULT_SINK& sink) {
             const DWORD value = PGM_COMMON::convert_string_to_dword(line.cells[i], false, &valid, nullptr, true);
             const DWORD most = kind == PGMDEV_MANAGER_BYTE ? 0xFF : 0xFFFF;
             if (value > most) {
-                report_cell(line, i, SEVERITY::WARNING,
-                            "only the low bits are stored: 0 to " + std::to_string(most) + " fit", sink);
+                report_cell(line, i, SEVERITY::FAULT,
+                            "a number that fits, 0 to " + std::to_string(most) +
+                                ": of this one only the low bits would be stored",
+                            sink);
             }
         }
     }

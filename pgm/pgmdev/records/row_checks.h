@@ -33,6 +33,11 @@ PGMDEV_TABLE_FAULT row_fault(const SOURCE_LINE& line, PGMDEV_TABLE_FAULT::SEVERI
     return fault;
 }
 
+/// Whether a text is a number of volts: "3.3V".
+inline bool is_voltage(std::string_view text) {
+    return text.size() > 1 && text.find_first_not_of("0123456789.") + 1 == text.size() && text.ends_with('V');
+}
+
 /// A check of one row by itself: something is to be said about the cell when `broken`.
 template <class RECORD>
 struct ROW_CHECK {

@@ -170,9 +170,9 @@ TEST_F(FlashTable, ARowThatAnEarlierOneAlwaysBeatsIsAWarning) {
 
 TEST_F(FlashTable, UnusualValuesAreWarnings) {
     const std::vector<std::pair<std::size_t, const char*>> unusual{
-        {DIES, "0"},    {BULK, "0"},          {BULK, "901"},      {SECTOR_TIME, "0"},  {SECTOR_TIME, "61"},
-        {PROGRAM, "0"}, {PROGRAM, "1000001"}, {PROTECT, "0x5D"},  {UNPROTECT, "0x80"}, {DIVISION, "32"},
-        {MFC, "0xFF"},  {MFC, "0"},           {MFC_INDEX, "255"}, {TYPE, "300"}};
+        {DIES, "0"},    {BULK, "0"},          {BULK, "901"},     {SECTOR_TIME, "0"},  {SECTOR_TIME, "61"},
+        {PROGRAM, "0"}, {PROGRAM, "1000001"}, {PROTECT, "0x5D"}, {UNPROTECT, "0x80"}, {DIVISION, "32"},
+        {MFC, "0xFF"},  {MFC, "0"},           {MFC_INDEX, "255"}};
     for (const auto& [member, cell] : unusual) {
         const PGMDEV_FLASH_TABLE table = check({ref::row_with(member, cell)});
         EXPECT_EQ(found(table), PLACES{"9:" + ref::NAME_ROW[member] + ":warning"}) << cell;
@@ -183,6 +183,11 @@ TEST_F(FlashTable, UnusualValuesAreWarnings) {
     EXPECT_EQ(found(check({ref::row_with(BITS, "268435456")})), PLACES{"9:byte4_addressing:warning"});
     EXPECT_EQ(found(check({ref::row_with(BYTE4, "TRUE", ref::row_with(BITS, "268435456"))})), PLACES{});
     EXPECT_EQ(found(check({ref::row_with(SILICON, "TRUE", ref::row_with(ID, "0xFF"))})), PLACES{"9:memory_id:warning"});
+}
+
+TEST_F(FlashTable, ANumberThatDoesNotFitIntoAByteIsAFault) {
+    EXPECT_EQ(found(check({ref::row_with(TYPE, "256")})), PLACES{"9:memory_type:fault"});
+    EXPECT_EQ(found(check({ref::row_with(TYPE, "255")})), PLACES{});
 }
 
 TEST_F(FlashTable, ATextThatNoReaderTakesIsAFault) {

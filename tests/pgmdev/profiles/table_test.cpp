@@ -110,7 +110,17 @@ TEST_F(DevInfoTable, ValuesThatContradictEachOther) {
     m_rows[6][column_of("dummy_string")] = std::string(256, 'x');
     EXPECT_EQ(found(check()), (PLACES{"3:support_asc_ini:warning", "4:cmp_fbgen_end_block:warning",
                                       "5:aes_fuse_bit_location:warning", "6:flash_width_bits:warning",
-                                      "7:dummy_byte:warning", "7:dummy_word:warning", "9:dummy_string:fault"}));
+                                      "7:dummy_byte:fault", "7:dummy_word:fault", "9:dummy_string:fault"}));
+}
+
+TEST_F(DevInfoTable, ValuesInAnotherUnit) {
+    m_rows[0][column_of("jtag_program_initialize_microsec")] = "1";
+    m_rows[1][column_of("as_minimum_flash_density")] = "134217728";
+    m_rows[2][column_of("cmf_flash_block_size")] = "64";
+    m_rows[3][column_of("asc_voltage")] = "3.3";
+    EXPECT_EQ(found(check()),
+              (PLACES{"3:jtag_program_initialize_microsec:warning", "4:as_minimum_flash_density:warning",
+                      "5:cmf_flash_block_size:warning", "6:asc_voltage:warning"}));
 }
 
 TEST_F(DevInfoTable, KeysThatReachNothing) {

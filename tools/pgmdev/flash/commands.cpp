@@ -8,6 +8,7 @@
 #include "flash/list.h"
 #include "flash/output.h"
 #include "flash/show.h"
+#include "flash/table_records.h"
 #include "flash/verbs.h"
 #include "pgmdev_flash_manager.h"
 #include "pgmdev_flash_table.h"
@@ -16,7 +17,7 @@
 
 namespace {
 
-struct FLASH_TABLES {
+struct FLASH_TABLES : FLASH_RECORDS {
     using TABLE = PGMDEV_FLASH_TABLE;
     static constexpr const char* NOUN = "flash";
     static constexpr const char* SOURCE_TABLE = "data/flash/pgm_flash.csv";

@@ -6,6 +6,7 @@
 #include "profile/look_up.h"
 #include "profile/output.h"
 #include "profile/show.h"
+#include "profile/table_records.h"
 #include "profile/tables.h"
 #include "tables/table_verbs.h"
 #include "terminal/listing.h"
@@ -17,7 +18,7 @@ void list(const ARGUMENTS& given, const COMMAND& command) {
     print_records({database.get_device_database(), database.count()}, given, command);
 }
 
-struct PROFILE_TABLES {
+struct PROFILE_TABLES : PROFILE_RECORDS {
     using TABLE = PGMDEV_DEV_INFO_TABLE;
     static constexpr const char* NOUN = "profile";
     static constexpr const char* SOURCE_TABLE = "data/dev_info/pgm_dev_info.csv";

@@ -1,7 +1,7 @@
 #pragma once
 
 /// \file
-/// The verbs that a noun with a source table has: check, compile and dump.
+/// The verbs that a noun with a source table has: check, compile, dump, diff and verify.
 
 #include <fmt/core.h>
 
@@ -13,7 +13,15 @@
 #include "files/inspection.h"
 #include "files/output.h"
 #include "files/source.h"
+#include "fio.h"
+#include "tables/annotate.h"
 #include "tables/fault_output.h"
+#include "tables/file_bytes.h"
+#include "tables/info_file.h"
+#include "tables/table_check.h"
+#include "tables/table_diff.h"
+#include "tables/table_sizes.h"
+#include "tables/table_verify.h"
 #include "terminal/command_line.h"
 #include "terminal/json.h"
 #include "terminal/listing.h"
@@ -30,39 +38,6 @@
 //   row()                                  the schema of its records
 //   print(table, given, command)           shows the records of a database
 
-template <class TABLE>
-JSON sizes_json(const TABLE& table) {
-    return {{"records", table.records().size()}, {"payload_size", table.payload_size()}};
-}
-
-/// The members of sizes_json.
-inline std::vector<SCHEMA_MEMBER> size_members() {
-    return {{"records", number_schema()}, {"payload_size", number_schema()}};
-}
-
-template <class TABLE>
-void print_sizes(const TABLE& table) {
-    fmt::print("{} records, {} bytes of payload\n", table.records().size(), table.payload_size());
-}
-
-/// Shows all faults of a source table.
-template <class KIND>
-void check_table(const ARGUMENTS& given, COMMAND& command) {
-    const std::string& csv_file = given.text("CSV");
-    const auto table = KIND::TABLE::from_source(csv_file);
-    if (table.has_faults()) {
-        command.result = EXIT_INTERNAL_ERROR;
-    }
-    print_faults(table.faults(), csv_file, KIND::TABLE::describe);
-    if (command.json) {
-        JSON document = sizes_json(table);
-        document["faults"] = faults_json(table.faults(), KIND::ROW_KEY);
-        print_json(document);
-    } else if (!table.has_faults()) {
-        print_sizes(table);
-    }
-}
-
 /// Compiles into the output's temporary file. What the compiler reports is a failure.
 template <class KIND>
 void compile_source(const std::string& csv_file, const OUTPUT_FILE& output) try {
@@ -72,18 +47,12 @@ void compile_source(const std::string& csv_file, const OUTPUT_FILE& output) try 
     throw compile_failure(csv_file, KIND::NEEDS_PART_LIST, output, error.report());
 }
 
-template <class KIND>
-JSON check_schema() {
-    std::vector<SCHEMA_MEMBER> members = size_members();
-    members.push_back({"faults", array_schema(fault_schema(KIND::ROW_KEY))});
-    return object_schema(members);
-}
-
 /// Checks and compiles a source table, reads the result back, compares, and only then replaces the output.
 template <class KIND>
 void compile_table(const ARGUMENTS& given, const COMMAND& command) {
     const std::string& csv_file = given.text("CSV");
     const std::string& pcf_file = given.text("PCF");
+    const auto source = file_bytes(csv_file);  // before the compiler reads it: a later change is another source
     const auto table = KIND::TABLE::from_source(csv_file);
     confirm_output(pcf_file, {csv_file}, KIND::DATABASE_FORMAT.name, KIND::DATABASE_FORMAT.magic, given.has("--force"));
     OUTPUT_FILE output(pcf_file);
@@ -102,7 +71,14 @@ void compile_table(const ARGUMENTS& given, const COMMAND& command) {
     if (read_back.records() != table.records() || read_back.payload_size() != table.payload_size()) {
         throw std::runtime_error("what was compiled from " + csv_file + " reads back differently");
     }
+    // The text beside the database is all written before either of them takes its place.
+    const std::vector<BYTE> compiled = required_file_bytes(output.temporary().fullpath());
+    const std::string text = info_text(database_info(pcf_file, compiled, csv_file, source.value_or(std::vector<BYTE>()),
+                                                     table.records().size(), table.payload_size()));
+    OUTPUT_FILE info(info_file_of(pcf_file));
+    info.write(std::span(reinterpret_cast<const BYTE*>(text.data()), text.size()));
     output.commit();
+    info.commit();
     if (command.json) {
         print_json(sizes_json(table));
     } else {
@@ -110,37 +86,52 @@ void compile_table(const ARGUMENTS& given, const COMMAND& command) {
     }
 }
 
+/// Shows the records as a source table, with its columns aligned where the library aligns them, or without blanks.
 template <class TABLE>
-void print_source_table(const TABLE& table) {
+void print_source_table(const TABLE& table, bool aligned) {
     std::string obstacle;
-    const std::string text = table.source_text(obstacle);
+    std::string text = table.source_text(obstacle);
     if (text.empty()) {
         throw std::runtime_error(obstacle);
+    }
+    if (!aligned) {
+        std::erase(text, ' ');  // no cell of a source table holds a blank
     }
     fmt::print("{}", text);
 }
 
-/// Shows the records of a packed database, whole or as a source table.
+/// Shows the records of a packed database, whole or as a source table, or all its bytes.
 template <class KIND>
-void dump_table(const ARGUMENTS& given, const COMMAND& command) {
-    const auto table = KIND::read(given.text("PCF"));
-    if (given.has("--csv") && given.has("--fields")) {
-        throw USAGE_ERROR("expected one of --csv and --fields: a source table has all columns");
+void dump_table(const ARGUMENTS& given, COMMAND& command) {
+    if (given.has("--csv") + given.has("--plain-csv") + given.has("--annotate") > 1) {
+        throw USAGE_ERROR("expected one of --csv, --plain-csv and --annotate");
     }
-    if (given.has("--csv")) {
-        print_source_table(table);
+    for (const char* form : {"--csv", "--plain-csv", "--annotate"}) {
+        if (given.has(form) && given.has("--fields")) {
+            throw USAGE_ERROR(fmt::format("expected one of {} and --fields: that form has all columns", form));
+        }
+    }
+    if (given.has("--annotate")) {
+        annotate_database(given.text("PCF"), KIND::schema(), command);
+        return;
+    }
+    const auto table = KIND::read(given.text("PCF"));
+    if (given.has("--csv") || given.has("--plain-csv")) {
+        print_source_table(table, given.has("--csv"));
     } else {
         KIND::print(table, given, command);
     }
 }
 
-/// `verbs`, and the three behind them.
+/// `verbs`, and those of the table behind them.
 template <class KIND>
 std::vector<VERB> with_table_verbs(std::vector<VERB> verbs) {
     const std::string noun = std::string("pgmdev ") + KIND::NOUN;
     verbs.push_back(VERB("check", "Find everything that is wrong with a source table",
                          fmt::format("{} check {}", noun, KIND::SOURCE_TABLE), check_table<KIND>)
+                        .takes({"--strict", "Refuse warnings, too", ARGUMENT::FLAG})
                         .takes({"CSV", "Source table"})
+                        .tells("Warnings that CSV.accepted lists, as lines ROW MEMBER TEXT # WHY, are not shown.\n")
                         .answers(check_schema<KIND>));
     verbs.push_back(VERB("compile", "Compile a source table into a packed database",
                          fmt::format("{} compile {} {}", noun, KIND::SOURCE_TABLE, KIND::DATABASE), compile_table<KIND>)
@@ -149,8 +140,25 @@ std::vector<VERB> with_table_verbs(std::vector<VERB> verbs) {
                         .takes({"--force", "Replace a file that is no such database, too", ARGUMENT::FLAG})
                         .answers([] { return object_schema(size_members()); }));
     const VERB dump("dump", KIND::DUMPED, fmt::format("{} dump --csv {}", noun, KIND::DATABASE), dump_table<KIND>);
-    verbs.push_back(with_field_option(dump, KIND::row)
+    verbs.push_back(
+        with_field_option(dump, KIND::row)
+            .takes({"PCF", "Packed database"})
+            .takes({"--csv", "As a source table that compiles to the same payload", ARGUMENT::FLAG})
+            .takes({"--plain-csv", "Likewise, without blanks: for tools that compare lines", ARGUMENT::FLAG})
+            .takes({"--annotate", "All bytes, with offset, tag, member and value", ARGUMENT::FLAG})
+            .answers([] {
+                return any_of({list_schema(KIND::row()), annotation_schema()});
+            }));
+    verbs.push_back(VERB("diff", "What differs between two tables",
+                         fmt::format("{} diff {} {}", noun, KIND::DATABASE, KIND::SOURCE_TABLE), diff_tables<KIND>)
+                        .takes({"A", "Packed database or source table"})
+                        .takes({"B", "Another one"})
+                        .tells("Ends with 0 when they are the same, with 1 when they differ.\n")
+                        .answers(difference_schema));
+    verbs.push_back(VERB("verify", "Whether a packed database is sound, and what it was compiled from",
+                         fmt::format("{} verify {} {}", noun, KIND::DATABASE, KIND::SOURCE_TABLE), verify_table<KIND>)
                         .takes({"PCF", "Packed database"})
-                        .takes({"--csv", "As a source table that compiles to the same payload", ARGUMENT::FLAG}));
+                        .takes({"CSV", "Source table that it should have been compiled from", ARGUMENT::OPTIONAL_TEXT})
+                        .answers(verification_schema));
     return verbs;
 }

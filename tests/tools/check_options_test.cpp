@@ -1,0 +1,149 @@
+#include "command_fixture.h"
+#include "flash_source.h"
+
+// `flash check` and `profile check`: --strict, accepted warnings, hints, suggestions.
+
+namespace {
+
+/// Checks a table, with accepted warnings beside it unless they are "".
+class CHECKED {
+public:
+    explicit CHECKED(const std::string& table, const std::string& accepted = "",
+                     const std::vector<std::string>& options = {}) {
+        const std::string csv = m_scratch.write("t.csv", table);
+        if (!accepted.empty()) {
+            m_scratch.write("t.csv.accepted", accepted);
+        }
+        std::vector<std::string> arguments{"--json", "flash", "check", csv};
+        arguments.insert(arguments.end(), options.begin(), options.end());
+        result = run_command(arguments);
+        document = json_of(result.output);
+    }
+
+    PROCESS_RESULT result;
+    JSON document;
+
+private:
+    SCRATCH m_scratch;
+};
+
+const std::string ODD = FLASH_SOURCE().row({{"die_count", "0"}}).text();
+const std::string GOOD = FLASH_SOURCE().row().text();
+const std::vector<std::string> STRICT{"--strict"};
+
+std::string hint_for(const std::string& table) {
+    const JSON hints = CHECKED(table).document.at("hints");
+    EXPECT_LE(hints.size(), 1U);
+    return hints.empty() ? "" : hints[0].get<std::string>();
+}
+
+std::string replaced(std::string text, const std::string& from, const std::string& to) {
+    for (std::size_t at = text.find(from); at != std::string::npos; at = text.find(from, at + to.size())) {
+        text.replace(at, from.size(), to);
+    }
+    return text;
+}
+
+}  // namespace
+
+TEST(check_options, StrictRefusesWarnings) {
+    EXPECT_EQ(CHECKED(ODD).result.exit_code, DONE);
+    EXPECT_EQ(CHECKED(ODD, "", STRICT).result.exit_code, INTERNAL_ERROR);
+    EXPECT_EQ(CHECKED(GOOD, "", STRICT).result.exit_code, DONE);
+}
+
+TEST(check_options, AcceptedWarningsAreNotToldAsFaults) {
+    const CHECKED checked(ODD, "# reviewed\n\nCHIP die_count unusual: no die # a module without a die of its own\n",
+                          STRICT);
+    EXPECT_EQ(checked.result.exit_code, DONE) << checked.result.errors;
+    EXPECT_EQ(checked.result.errors, "");
+    EXPECT_EQ(checked.document.at("faults"), JSON::array());
+    EXPECT_EQ(checked.document.at("unused"), JSON::array());
+    ASSERT_EQ(checked.document.at("accepted").size(), 1U);
+    EXPECT_EQ(checked.document.at("accepted")[0].at("member"), "die_count");
+    EXPECT_EQ(checked.document.at("accepted")[0].at("why"), "a module without a die of its own");
+}
+
+TEST(check_options, AStarAcceptsAnyText) {
+    EXPECT_EQ(CHECKED(ODD, "CHIP die_count *\n", STRICT).result.exit_code, DONE);
+    EXPECT_EQ(CHECKED(ODD, "CHIP die_count something else\n", STRICT).result.exit_code, INTERNAL_ERROR);
+    EXPECT_EQ(CHECKED(ODD, "OTHER die_count *\n", STRICT).result.exit_code, INTERNAL_ERROR);
+    EXPECT_EQ(CHECKED(ODD, "CHIP mfc_id *\n", STRICT).result.exit_code, INTERNAL_ERROR);
+}
+
+TEST(check_options, UnusedEntriesAreTold) {
+    const CHECKED checked(GOOD, "# none\nCHIP die_count * # gone\n");
+    EXPECT_EQ(checked.result.exit_code, DONE);
+    EXPECT_TRUE(contains(checked.result.errors, "t.csv.accepted:2: warning: not used")) << checked.result.errors;
+    ASSERT_EQ(checked.document.at("unused").size(), 1U);
+    EXPECT_EQ(checked.document.at("unused")[0],
+              (JSON{{"line", 2}, {"row", "CHIP"}, {"member", "die_count"}, {"text", "*"}, {"why", "gone"}}));
+    EXPECT_EQ(CHECKED(GOOD, "CHIP die_count *\n", STRICT).result.exit_code, INTERNAL_ERROR);
+}
+
+TEST(check_options, FaultsCannotBeAccepted) {
+    const CHECKED checked(FLASH_SOURCE().row({{"device_bit_size", "0"}}).text(), "CHIP device_bit_size *\n");
+    EXPECT_EQ(checked.result.exit_code, INTERNAL_ERROR);
+    EXPECT_EQ(checked.document.at("accepted"), JSON::array());
+    EXPECT_EQ(checked.document.at("unused").size(), 1U);
+}
+
+TEST(check_options, MalformedEntriesAreRefused) {
+    const CHECKED checked(GOOD, "CHIP die_count\n");
+    EXPECT_EQ(checked.result.exit_code, INTERNAL_ERROR);
+    EXPECT_TRUE(contains(checked.result.errors, "t.csv.accepted:1: fault")) << checked.result.errors;
+}
+
+TEST(check_options, RowsWithBlanksAndTheTableItself) {
+    const SCRATCH scratch;
+    const std::string source = read_file(std::string(TEST_DATA_DIR) + "/dev_info/pgm_dev_info.csv");
+    std::string text = source;
+    const std::size_t row = text.find("\nAVOCET,");
+    text.replace(text.find(",1550,", row), 6, ",1,");
+    const std::string csv = scratch.write("t.csv", text);
+    const auto strict = [&csv] {
+        return run_command({"profile", "check", "--strict", csv, "--install-dir", TEST_DEVICES_DIR "/.."});
+    };
+    EXPECT_EQ(strict().exit_code, INTERNAL_ERROR);
+    scratch.write("t.csv.accepted",
+                  "\"family AVOCET\" jtag_program_initialize_microsec * # fast\n"
+                  "- - * # CORNCRAKE is meant to be generic\n");
+    const PROCESS_RESULT result = strict();
+    EXPECT_EQ(result.exit_code, DONE) << result.errors;
+}
+
+TEST(check_options, HintsAtTheCause) {
+    EXPECT_EQ(hint_for(GOOD), "");
+    EXPECT_EQ(hint_for(replaced(GOOD, "TRUE", "yes")), "");
+    EXPECT_TRUE(contains(hint_for(replaced(GOOD, ",", ";")), "semicolons"));
+    EXPECT_TRUE(contains(hint_for("\xEF\xBB\xBF" + GOOD), "byte-order mark"));
+    EXPECT_TRUE(contains(hint_for(replaced(GOOD, "\n", "\r")), "carriage returns"));
+    EXPECT_TRUE(contains(hint_for(replaced(GOOD, "bool", "\"bool\"")), "quotation marks"));
+    EXPECT_TRUE(contains(hint_for(replaced(GOOD, "Maker", "My\tMaker")), "tabs"));
+    std::string wide("\xFF\xFE");
+    for (const char character : GOOD) {
+        wide += character;
+        wide += '\0';
+    }
+    EXPECT_TRUE(contains(hint_for(wide), "UTF-16"));
+    EXPECT_TRUE(contains(hint_for(wide.substr(2)), "UTF-16"));
+}
+
+TEST(check_options, HintsAreToldLast) {
+    const SCRATCH scratch;
+    const std::string csv = scratch.write("t.csv", replaced(GOOD, ",", ";"));
+    const std::vector<std::string> told = lines_of(run_command({"flash", "check", csv}).errors);
+    ASSERT_FALSE(told.empty());
+    EXPECT_TRUE(told.back().starts_with(csv + ": hint: ")) << told.back();
+}
+
+TEST(check_options, SuggestsFamiliesAndEnumerators) {
+    const SCRATCH scratch;
+    std::string text = read_file(std::string(TEST_DATA_DIR) + "/dev_info/pgm_dev_info.csv");
+    text.replace(text.find("\nKESTREL,") + 1, 7, "KESTRAL");
+    text.replace(text.find("DEV_FAMILY_OSPREY"), 17, "DEV_FAMILY_OSPRAY");
+    const PROCESS_RESULT result = run_command({"profile", "check", scratch.write("t.csv", text)});
+    EXPECT_EQ(result.exit_code, INTERNAL_ERROR);
+    EXPECT_TRUE(contains(result.errors, "did you mean KESTREL")) << result.errors;
+    EXPECT_TRUE(contains(result.errors, "did you mean DEV_FAMILY_OSPREY")) << result.errors;
+}

@@ -1,0 +1,81 @@
+#include "flash/table_records.h"
+
+#include <fmt/core.h>
+
+#include <algorithm>
+#include <map>
+
+#include "flash/output.h"
+#include "pgmdev_version.h"
+#include "stl.h"
+
+namespace {
+
+std::string folded(std::string text) {
+    stl_tolower(text);
+    return text;
+}
+
+/// The bytes of the response that are compared, in their order.
+std::string identification(const PGMDEV_SFL_FLASH_INFO& r) {
+    std::vector<std::pair<BYTE, BYTE>> bytes{{r.memory_id_index, r.memory_id}};
+    if (!r.silicon_id) {
+        bytes.emplace_back(r.mfc_id_index, r.mfc_id);
+        if (r.memory_type_index != PGMDEV_SFL_FLASH_INFO::NONE) {
+            bytes.emplace_back(r.memory_type_index, r.memory_type);
+        }
+    }
+    std::sort(bytes.begin(), bytes.end());
+    std::string text = r.silicon_id ? " silicon ID" : "";
+    for (const auto& [index, value] : bytes) {
+        text += fmt::format(" {}:{:02X}", index, value);
+    }
+    return text;
+}
+
+}  // namespace
+
+PACKED_SCHEMA FLASH_RECORDS::schema() {
+    return {.magic = "PGMIO_FM",
+            .stamp = PGMDEV_VERSION::flash_stamp(),
+            .version = PGMDEV_VERSION::body_version(),
+            .members = packed_members(PGMDEV_SFL_FLASH_MEMBERS),
+            .text_tags = {PGMDEV_MANAGER_STRING},
+            .number_tags = {PGMDEV_MANAGER_DWORD},
+            .indexes = {},
+            .name_of = {}};
+}
+
+std::string FLASH_RECORDS::key(const RECORD& record) {
+    return record.device_name + identification(record);
+}
+
+std::string FLASH_RECORDS::match_key(const RECORD& record) {
+    return folded(record.device_name) + identification(record);
+}
+
+std::string FLASH_RECORDS::cell(const PGMDEV_SFL_FLASH_MEMBER& member, const RECORD& record) {
+    return std::visit([&](auto field) { return pgmdev_cell(record.*field, member.base); }, member.field);
+}
+
+JSON FLASH_RECORDS::values(const RECORD& record) {
+    JSON object = JSON::object();
+    add_members(object, record);
+    return object;
+}
+
+std::vector<std::string> FLASH_RECORDS::key_faults(const std::vector<RECORD>& records) {
+    std::map<std::string, std::pair<std::string, DWORD>> names;  // by folded name: the name, and its default rows
+    for (const RECORD& record : records) {
+        auto& [name, defaults] = names[folded(record.device_name)];
+        name = record.device_name;
+        defaults += record.default_dev ? 1 : 0;
+    }
+    std::vector<std::string> faults;
+    for (const auto& [key, name] : names) {
+        if (name.second != 1) {
+            faults.push_back(fmt::format("{} has {} default rows", name.first, name.second));
+        }
+    }
+    return faults;
+}

@@ -1,0 +1,67 @@
+#include "tables/file_bytes.h"
+
+#include <fmt/core.h>
+
+#include <array>
+#include <fstream>
+#include <memory>
+#include <string_view>
+
+#include "fio.h"
+#include "pgm_common.h"
+#include "replaced_file.h"
+#include "terminal/failure.h"
+
+namespace {
+
+/// No database that people maintain comes near; a device that never ends does.
+constexpr std::size_t LARGEST_FILE = std::size_t{1} << 30;
+
+/// What the magics of all packed databases begin with.
+constexpr std::string_view PACKED_BEGINNING = "PGMIO_";
+
+}  // namespace
+
+std::optional<std::vector<BYTE>> file_bytes(const std::string& path) {
+    std::ifstream file = open_replaced_file(fio_get_unc_full_path(FIO_PATH(path).fullpath()));
+    std::vector<BYTE> bytes;
+    std::array<char, 1 << 16> chunk{};
+    do {
+        file.read(chunk.data(), chunk.size());
+        bytes.insert(bytes.end(), chunk.data(), chunk.data() + file.gcount());
+    } while (file.good() && bytes.size() <= LARGEST_FILE);
+    if (!file.is_open() || !file.eof() || file.bad() || bytes.size() > LARGEST_FILE) {
+        return std::nullopt;
+    }
+    return bytes;
+}
+
+std::vector<BYTE> required_file_bytes(const std::string& path) {
+    auto bytes = file_bytes(path);
+    if (!bytes) {
+        throw COMMAND_FAILURE({"file_unreadable",
+                               "the file cannot be read",
+                               path,
+                               {},
+                               "name a file that exists and that you may read",
+                               {}});
+    }
+    return std::move(*bytes);
+}
+
+bool is_packed_database(const std::string& path) {
+    std::ifstream file = open_replaced_file(fio_get_unc_full_path(FIO_PATH(path).fullpath()));
+    std::string beginning(PACKED_BEGINNING.size(), '\0');
+    file.read(beginning.data(), static_cast<std::streamsize>(beginning.size()));
+    return file.good() && beginning == PACKED_BEGINNING;
+}
+
+std::string sha256_of(std::span<const BYTE> bytes) {
+    constexpr DWORD DIGEST_SIZE = 32;
+    const std::unique_ptr<BYTE[]> digest(PGM_COMMON::get_block_sha(bytes.data(), bytes.size(), DIGEST_SIZE));
+    std::string text;
+    for (DWORD i = 0; i < DIGEST_SIZE; ++i) {
+        text += fmt::format("{:02x}", digest[i]);
+    }
+    return text;
+}

@@ -1,0 +1,23 @@
+#pragma once
+
+/// \file
+/// Whole files as bytes, and their digests.
+
+#include <optional>
+#include <span>
+#include <string>
+#include <vector>
+
+#include "pgmdev_types.h"
+
+/// The bytes of a file; nothing when it cannot be read to its end, or is larger than any table or database is.
+std::optional<std::vector<BYTE>> file_bytes(const std::string& path);
+
+/// The same, where a file that cannot be read ends the command.
+std::vector<BYTE> required_file_bytes(const std::string& path);
+
+/// Whether the file begins like a packed database, of whichever kind.
+bool is_packed_database(const std::string& path);
+
+/// The SHA-256 of the bytes, in lower-case hexadecimal digits.
+std::string sha256_of(std::span<const BYTE> bytes);

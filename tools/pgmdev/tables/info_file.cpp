@@ -1,0 +1,132 @@
+#include "tables/info_file.h"
+
+#include <fmt/core.h>
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <sstream>
+#include <variant>
+
+#include "fio.h"
+#include "gen.h"
+#include "pgmdev_version.h"
+#include "tables/file_bytes.h"
+#include "terminal/schema.h"
+#include "utf8_path.h"
+
+namespace {
+
+/// A line of the text.
+struct INFO_KEY {
+    const char* name;
+    std::variant<std::string DATABASE_INFO::*, QWORD DATABASE_INFO::*> field;
+};
+
+constexpr std::array<INFO_KEY, 7> KEYS{{
+    {"database", &DATABASE_INFO::database},
+    {"database_sha256", &DATABASE_INFO::database_sha256},
+    {"source", &DATABASE_INFO::source},
+    {"source_sha256", &DATABASE_INFO::source_sha256},
+    {"records", &DATABASE_INFO::records},
+    {"payload_size", &DATABASE_INFO::payload_size},
+    {"compiled_by", &DATABASE_INFO::compiled_by},
+}};
+
+std::string file_name_of(const std::string& path) {
+    return utf8_from_path(path_from_utf8(path).filename());
+}
+
+bool take(const std::string& text, std::string& value) {
+    value = text;
+    return !text.empty();
+}
+
+bool take(const std::string& text, QWORD& value) {
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
+    return error == std::errc() && end == text.data() + text.size();
+}
+
+/// Reads a text. Keys that are not known are left to those who know them; false when one is missing or has no value.
+bool parse(const std::vector<BYTE>& bytes, DATABASE_INFO& info) {
+    std::istringstream input(std::string(bytes.begin(), bytes.end()));
+    std::size_t taken = 0;
+    for (std::string line; std::getline(input, line);) {
+        const std::size_t equals = line.find('=');
+        const std::string name = gen_remove_leading_and_trailing_white_spaces(line.substr(0, equals));
+        const auto* const key =
+            std::find_if(KEYS.begin(), KEYS.end(), [&](const INFO_KEY& candidate) { return name == candidate.name; });
+        if (equals == std::string::npos || key == KEYS.end()) {
+            continue;
+        }
+        const std::string text = gen_remove_leading_and_trailing_white_spaces(line.substr(equals + 1));
+        taken += std::visit([&](auto field) { return take(text, info.*field); }, key->field) ? 1U : 0U;
+    }
+    return taken == KEYS.size();
+}
+
+}  // namespace
+
+std::string info_file_of(const std::string& database) {
+    return database + ".info";
+}
+
+DATABASE_INFO database_info(const std::string& database, std::span<const BYTE> database_bytes,
+                            const std::string& source, std::span<const BYTE> source_bytes, QWORD records,
+                            QWORD payload_size) {
+    return {file_name_of(database),
+            sha256_of(database_bytes),
+            file_name_of(source),
+            sha256_of(source_bytes),
+            records,
+            payload_size,
+            "pgmdev " + PGMDEV_VERSION::library()};
+}
+
+std::string info_text(const DATABASE_INFO& info) {
+    std::string text;
+    for (const INFO_KEY& key : KEYS) {
+        text += std::visit([&](auto field) { return fmt::format("{} = {}\n", key.name, info.*field); }, key.field);
+    }
+    return text;
+}
+
+INFO_FINDING check_info(const std::string& database) {
+    const std::string path = info_file_of(database);
+    INFO_FINDING finding;
+    if (!FIO_FILE_SYSTEM::exists(path.c_str())) {
+        finding.message = path + " does not exist";
+        return finding;
+    }
+    const auto text = file_bytes(path);
+    const auto bytes = file_bytes(database);
+    if (!bytes || !text || !parse(*text, finding.info)) {
+        finding.state = INFO_FINDING::UNREADABLE;
+        finding.message = !bytes  ? database + " cannot be read"
+                          : !text ? path + " cannot be read"
+                                  : path + " is damaged: compile the database again";
+        return finding;
+    }
+    const std::string found = sha256_of(*bytes);
+    finding.state = found == finding.info.database_sha256 ? INFO_FINDING::MATCHES : INFO_FINDING::DIFFERS;
+    finding.message = finding.state == INFO_FINDING::MATCHES
+                          ? fmt::format("compiled from {} by {}", finding.info.source, finding.info.compiled_by)
+                          : fmt::format("the SHA-256 is {}, {} states {}", found, path, finding.info.database_sha256);
+    return finding;
+}
+
+JSON info_json(const DATABASE_INFO& info) {
+    JSON object = JSON::object();
+    for (const INFO_KEY& key : KEYS) {
+        std::visit([&](auto field) { object[key.name] = info.*field; }, key.field);
+    }
+    return object;
+}
+
+JSON info_schema() {
+    std::vector<SCHEMA_MEMBER> members;
+    for (const INFO_KEY& key : KEYS) {
+        members.push_back({key.name, std::visit([](auto field) { return schema_of_field(field); }, key.field)});
+    }
+    return object_schema(members);
+}

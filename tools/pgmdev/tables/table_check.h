@@ -1,0 +1,92 @@
+#pragma once
+
+/// \file
+/// The verb check: everything that is wrong with a source table, without the warnings that its maintainers accept.
+
+#include <fmt/core.h>
+
+#include <algorithm>
+#include <string>
+#include <vector>
+
+#include "tables/accepted_warnings.h"
+#include "tables/fault_output.h"
+#include "tables/source_hints.h"
+#include "tables/table_sizes.h"
+#include "terminal/command_line.h"
+#include "terminal/did_you_mean.h"
+#include "terminal/json.h"
+
+// KIND says which table it is, further:
+//   names_of(member)   what the cells of a member may name; none where they hold no names
+
+/// Adds to faults about unknown names those that may have been meant.
+template <class KIND>
+void suggest_names(std::vector<PGMDEV_TABLE_FAULT>& faults) {
+    for (PGMDEV_TABLE_FAULT& fault : faults) {
+        if (fault.severity == PGMDEV_TABLE_FAULT::SEVERITY::FAULT && !fault.row.empty() && !fault.cell.empty()) {
+            fault.expected += did_you_mean(nearest(fault.cell, KIND::names_of(fault.member)));
+        }
+    }
+}
+
+/// Whether a fault is one of the form of the table, not of a value in a row: what its cause has many of.
+inline bool is_of_form(const PGMDEV_TABLE_FAULT& fault) {
+    return fault.severity == PGMDEV_TABLE_FAULT::SEVERITY::FAULT && (fault.column == 0 || fault.row.empty());
+}
+
+/// Shows all faults of a source table.
+template <class KIND>
+void check_table(const ARGUMENTS& given, COMMAND& command) {
+    const std::string& csv_file = given.text("CSV");
+    const auto table = KIND::TABLE::from_source(csv_file);
+    std::vector<PGMDEV_TABLE_FAULT> faults = table.faults();
+    suggest_names<KIND>(faults);
+    ACCEPTED_WARNINGS accepted = read_accepted_warnings(csv_file);
+    JSON accepted_faults = JSON::array();
+    std::erase_if(faults, [&](const PGMDEV_TABLE_FAULT& fault) {
+        const ACCEPTED_WARNING* entry = accept_warning(accepted, fault);
+        if (entry != nullptr) {
+            JSON object = fault_json(fault, KIND::ROW_KEY);
+            object["why"] = entry->why;
+            accepted_faults.push_back(object);
+        }
+        return entry != nullptr;
+    });
+    const std::vector<ACCEPTED_WARNING> unused = unused_entries(accepted);
+    const bool remarkable = !faults.empty() || !unused.empty();
+    if (table.has_faults() || !accepted.malformed.empty() || (given.has("--strict") && remarkable)) {
+        command.result = EXIT_INTERNAL_ERROR;
+    }
+
+    print_faults(faults, csv_file, KIND::TABLE::describe);
+    print_leftovers(accepted);
+    const auto hints =
+        std::any_of(faults.begin(), faults.end(), is_of_form) ? hints_at_causes(csv_file) : std::vector<std::string>();
+    for (const std::string& hint : hints) {
+        fmt::print(stderr, "{}: hint: {}\n", csv_file, hint);
+    }
+    if (command.json) {
+        JSON document = sizes_json(table);
+        document["faults"] = faults_json(faults, KIND::ROW_KEY);
+        document["accepted"] = accepted_faults;
+        document["unused"] = unused_json(unused);
+        document["hints"] = hints;
+        print_json(document);
+    } else if (!table.has_faults()) {
+        print_sizes(table);
+    }
+}
+
+template <class KIND>
+JSON check_schema() {
+    const JSON fault = fault_schema(KIND::ROW_KEY);
+    JSON accepted = fault;
+    accepted["properties"]["why"] = text_schema();
+    std::vector<SCHEMA_MEMBER> members = size_members();
+    members.push_back({"faults", array_schema(fault)});
+    members.push_back({"accepted", array_schema(accepted)});
+    members.push_back({"unused", array_schema(unused_schema())});
+    members.push_back({"hints", array_schema(text_schema())});
+    return object_schema(members);
+}

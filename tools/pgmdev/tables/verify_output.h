@@ -1,0 +1,50 @@
+#pragma once
+
+/// \file
+/// What verifying a database has found, for people and for programs.
+
+#include <string>
+#include <vector>
+
+#include "tables/packed_file.h"
+#include "tables/packed_schema.h"
+#include "terminal/command.h"
+#include "terminal/json.h"
+
+/// What is verified so far.
+struct VERIFICATION {
+    std::string database;
+    std::string source;  ///< "" when none is given
+    std::string stamp;
+    std::vector<BYTE> payload;
+    std::vector<TABLE_CHECK> checks;
+
+    bool sound() const;
+    void add(std::string name, bool passed, std::string detail);
+    void skip(std::string name, std::string why);
+    /// Passed unless there are faults, which are told.
+    void add(std::string name, const std::vector<std::string>& faults, std::string good);
+};
+
+/// Looks at the file and its payload byte by byte.
+VERIFICATION verify_structure(const std::string& database, const PACKED_SCHEMA& schema);
+
+/// Shows the checks, and what the database was compiled from.
+void print_verification(VERIFICATION verification, COMMAND& command);
+
+/// The schema of the answer.
+JSON verification_schema();
+
+/// A directory for the time of a check, that goes with everything in it.
+class SCRATCH_DIRECTORY {
+public:
+    SCRATCH_DIRECTORY();
+    ~SCRATCH_DIRECTORY();
+    SCRATCH_DIRECTORY(const SCRATCH_DIRECTORY&) = delete;
+    SCRATCH_DIRECTORY& operator=(const SCRATCH_DIRECTORY&) = delete;
+
+    std::string path(const std::string& name) const;
+
+private:
+    std::string m_directory;
+};

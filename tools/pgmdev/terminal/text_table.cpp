@@ -88,14 +88,18 @@ std::string line_of(const std::vector<std::string>& row, const WIDTHS& widths) {
 }
 
 /// Says which columns do not fit.
-void print_left_out(const std::vector<std::string>& heading, std::size_t shown) {
+void print_left_out(const std::vector<std::string>& heading, std::size_t shown, std::size_t width) {
     std::string names;
     for (std::size_t i = shown; i < heading.size(); ++i) {
         names += (names.empty() ? "" : ", ") + heading[i];
     }
-    if (!names.empty()) {
-        fmt::print("(left out: {}; --wide shows all)\n", names);
+    if (names.empty()) {
+        return;
     }
+    const std::string line = fmt::format("(left out: {}; --wide shows all)", names);
+    fmt::print("{}\n", line.size() <= width
+                           ? line
+                           : fmt::format("(columns left out: {}; --wide shows all)", heading.size() - shown));
 }
 
 }  // namespace
@@ -121,5 +125,7 @@ void TEXT_TABLE::print() const {
     for (std::size_t i = 1; i < m_rows.size(); ++i) {
         fmt::print("{}\n", line_of(m_rows[i], widths));
     }
-    print_left_out(m_rows.front(), widths.size());
+    if (width) {
+        print_left_out(m_rows.front(), widths.size(), *width);
+    }
 }

@@ -124,8 +124,8 @@ TEST(DdbFirstUse, AnIndexThatCannotBeMadeIsTriedAndReportedAgain) {
     const std::string part = dstr_get_user_string(1);
     EXPECT_EQ(PGMDEV_MGR::get_possible_full_name(part), part);  // the first part: no conversion is asked for
     for (int call = 0; call < 3; ++call) {
-        EXPECT_REPORT(PGMDEV_MGR::get_part_name_from_pcf("PCF_A1"), TABLE_COUNT);
-        EXPECT_REPORT(PGMDEV_PART_INDEX(), TABLE_COUNT);
+        EXPECT_REPORT(PGMDEV_MGR::get_part_name_from_pcf("PCF_A1"), TOO_FEW_TABLES);
+        EXPECT_REPORT(PGMDEV_PART_INDEX(), TOO_FEW_TABLES);
     }
     set_grammar_container(GOOD_GRAMMAR);
     EXPECT_EQ(PGMDEV_MGR::get_possible_full_name(part), part);

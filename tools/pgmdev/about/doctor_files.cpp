@@ -10,6 +10,7 @@
 #include "pgmdev_flash_ini.h"
 #include "pgmdev_flash_table.h"
 #include "pgmdev_version.h"
+#include "tables/info_file.h"
 
 namespace {
 
@@ -31,6 +32,13 @@ FILE_FINDING database(const DATABASE_KIND& kind, PLACE place) {
             read_database(kind, finding.place, [&] { return TABLE::from_database(finding.place.path); });
         finding.facts["records"] = table.records().size();
         finding.remark = fmt::format("{} records, {} bytes, stamp {}", table.records().size(), file.size, kind.stamp());
+        // The format itself has no checksum that would tell.
+        if (const INFO_FINDING info = check_info(finding.place.path);
+            info.state == INFO_FINDING::DIFFERS || info.state == INFO_FINDING::UNREADABLE) {
+            finding.wrong = true;
+            finding.state = "doubtful";
+            finding.remark += fmt::format("; {}", info.message);
+        }
     } catch (const COMMAND_FAILURE& failure) {
         finding.wrong = true;
         finding.state = failure.failure().code;

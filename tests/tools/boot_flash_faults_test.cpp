@@ -61,7 +61,7 @@ private:
 };
 
 /// A change to the small tables, and everything that the generator must say about it.
-struct DAMAGE {
+struct ROW_DAMAGE {
     const char* name;
     const char* file;
     const char* from;
@@ -69,11 +69,11 @@ struct DAMAGE {
     const char* faults;
 };
 
-void PrintTo(const DAMAGE& damage, std::ostream* output) {
+void PrintTo(const ROW_DAMAGE& damage, std::ostream* output) {
     *output << damage.name;
 }
 
-class BootFlashFaults : public testing::TestWithParam<DAMAGE> {};
+class BootFlashFaults : public testing::TestWithParam<ROW_DAMAGE> {};
 
 TEST_P(BootFlashFaults, AreToldWithFileLineAndColumn) {
     SMALL_BOOT_FLASH flash;
@@ -85,7 +85,7 @@ TEST_P(BootFlashFaults, AreToldWithFileLineAndColumn) {
     EXPECT_FALSE(std::filesystem::exists(flash.source()));
 }
 
-const std::vector<DAMAGE> HEADER_DAMAGES{
+const std::vector<ROW_DAMAGE> HEADER_DAMAGES{
     {"NoRuler", "nand.csv", "--------\n", "",
      "nand.csv: has no header: types, names, and a line of dashes below them\n"},
     {"RulerAtOnce", "nand.csv", "manufacturer_id,", "--------\nmanufacturer_id,",
@@ -110,7 +110,7 @@ const std::vector<DAMAGE> HEADER_DAMAGES{
      "nand.csv:1:15: type \"dword\" of column \"device_byte_size\" must be \"QWORD\"\n"},
 };
 
-const std::vector<DAMAGE> ROW_DAMAGES{
+const std::vector<ROW_DAMAGE> ROW_DAMAGES{
     {"MissingCell", "nand.csv", "1, 241, 4096", "1, 241  ", "nand.csv:8:7: expected 3 cells, found 2\n"},
     {"SurplusCell", "nand.csv", "1, 241, 4096", "1, 241, 4096, 5, 6", "nand.csv:8:15: expected 3 cells, found 5\n"},
     {"CommaAtTheEnd", "nand.csv", "1, 241, 4096", "1, 241, 4096,", "nand.csv:8:14: expected 3 cells, found 4\n"},
@@ -152,7 +152,7 @@ const std::vector<DAMAGE> ROW_DAMAGES{
      "nand.csv:9:19: expected 3 cells, found 4\n"},
 };
 
-std::string name_of(const testing::TestParamInfo<DAMAGE>& info) {
+std::string name_of(const testing::TestParamInfo<ROW_DAMAGE>& info) {
     return info.param.name;
 }
 INSTANTIATE_TEST_SUITE_P(Header, BootFlashFaults, testing::ValuesIn(HEADER_DAMAGES), name_of);

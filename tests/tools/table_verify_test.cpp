@@ -46,7 +46,7 @@ std::string flash_payload(const std::string& name = "CHIP") {
     return flash_reference::payload({flash_reference::sample(name)});
 }
 
-using NAMES = std::vector<std::string>;
+using CHECK_NAMES = std::vector<std::string>;
 
 }  // namespace
 
@@ -56,7 +56,7 @@ TEST(table_verify, ASoundDatabase) {
     const PROCESS_RESULT result = run_command({"--json", "flash", "verify", pcf});
     EXPECT_EQ(result.exit_code, DONE) << result.errors;
     const JSON answer = json_of(result.output);
-    EXPECT_EQ(keys_of(answer), (NAMES{"query", "source", "sound", "stamp", "compiled_from", "checks"}));
+    EXPECT_EQ(keys_of(answer), (CHECK_NAMES{"query", "source", "sound", "stamp", "compiled_from", "checks"}));
     EXPECT_EQ(answer.at("query"), pcf);
     EXPECT_TRUE(answer.at("source").is_null());
     EXPECT_EQ(answer.at("sound"), true);
@@ -80,19 +80,20 @@ TEST(table_verify, ForPeople) {
 
 TEST(table_verify, DamageOfTheFile) {
     const std::string good = flash_reference::file(flash_payload());
-    EXPECT_EQ(failures_of("flash", good), NAMES{});
-    EXPECT_EQ(failures_of("flash", ""), NAMES{"file"});
-    EXPECT_EQ(failures_of("flash", good.substr(0, 46)), NAMES{"file"});
-    EXPECT_EQ(failures_of("flash", "PGMIO_DM" + good.substr(8)), NAMES{"magic"});
-    EXPECT_EQ(failures_of("flash", good.substr(0, 8) + std::string(32, 'a') + good.substr(40)), NAMES{"stamp"});
-    EXPECT_EQ(failures_of("flash", good.substr(0, 40) + std::string(4, '\xFF') + good.substr(44)), NAMES{"size"});
-    EXPECT_EQ(failures_of("flash", good.substr(0, 40) + std::string(4, '\0') + good.substr(44)), NAMES{"size"});
-    EXPECT_EQ(failures_of("flash", good.substr(0, good.size() - 20) + std::string(2, '\0')), NAMES{"stream"});
+    EXPECT_EQ(failures_of("flash", good), CHECK_NAMES{});
+    EXPECT_EQ(failures_of("flash", ""), CHECK_NAMES{"file"});
+    EXPECT_EQ(failures_of("flash", good.substr(0, 46)), CHECK_NAMES{"file"});
+    EXPECT_EQ(failures_of("flash", "PGMIO_DM" + good.substr(8)), CHECK_NAMES{"magic"});
+    EXPECT_EQ(failures_of("flash", good.substr(0, 8) + std::string(32, 'a') + good.substr(40)), CHECK_NAMES{"stamp"});
+    EXPECT_EQ(failures_of("flash", good.substr(0, 40) + std::string(4, '\xFF') + good.substr(44)), CHECK_NAMES{"size"});
+    EXPECT_EQ(failures_of("flash", good.substr(0, 40) + std::string(4, '\0') + good.substr(44)), CHECK_NAMES{"size"});
+    EXPECT_EQ(failures_of("flash", good.substr(0, good.size() - 20) + std::string(2, '\0')), CHECK_NAMES{"stream"});
     std::string flipped = good;
     flipped[60] = static_cast<char>(flipped[60] ^ 0x55);
-    EXPECT_EQ(failures_of("flash", flipped), NAMES{"stream"});
-    EXPECT_EQ(failures_of("flash", good.substr(0, good.size() - 2) + "xy" + std::string(2, '\0')), NAMES{"stream end"});
-    EXPECT_EQ(failures_of("flash", good.substr(0, good.size() - 1) + "x"), NAMES{"checksum slot"});
+    EXPECT_EQ(failures_of("flash", flipped), CHECK_NAMES{"stream"});
+    EXPECT_EQ(failures_of("flash", good.substr(0, good.size() - 2) + "xy" + std::string(2, '\0')),
+              CHECK_NAMES{"stream end"});
+    EXPECT_EQ(failures_of("flash", good.substr(0, good.size() - 1) + "x"), CHECK_NAMES{"checksum slot"});
 }
 
 TEST(table_verify, DamageOfThePayload) {
@@ -105,14 +106,14 @@ TEST(table_verify, DamageOfThePayload) {
         payload[offset] = byte;
         return payload;
     };
-    EXPECT_EQ(failures(changed(0, 2)), NAMES{"version"});
-    EXPECT_EQ(failures(changed(4, 0)), NAMES{"counts"});
-    EXPECT_EQ(failures(changed(8, 32)), NAMES{"counts"});
-    EXPECT_EQ(failures(changed(4, 2)), NAMES{"records"});
-    EXPECT_EQ(failures(changed(12, 3)), NAMES{"records"});
-    EXPECT_EQ(failures(changed(good.size() - 5, '3')), NAMES{"records"});
-    EXPECT_EQ(failures(changed(good.size() - 1, '3')), NAMES{"end"});
-    EXPECT_EQ(failures(good + "x"), NAMES{"rest"});
+    EXPECT_EQ(failures(changed(0, 2)), CHECK_NAMES{"version"});
+    EXPECT_EQ(failures(changed(4, 0)), CHECK_NAMES{"counts"});
+    EXPECT_EQ(failures(changed(8, 32)), CHECK_NAMES{"counts"});
+    EXPECT_EQ(failures(changed(4, 2)), CHECK_NAMES{"records"});
+    EXPECT_EQ(failures(changed(12, 3)), CHECK_NAMES{"records"});
+    EXPECT_EQ(failures(changed(good.size() - 5, '3')), CHECK_NAMES{"records"});
+    EXPECT_EQ(failures(changed(good.size() - 1, '3')), CHECK_NAMES{"end"});
+    EXPECT_EQ(failures(good + "x"), CHECK_NAMES{"rest"});
     for (std::size_t length = 1; length < good.size(); ++length) {
         EXPECT_EQ(failures(good.substr(0, length)).size(), 1U) << length;
     }
@@ -121,10 +122,12 @@ TEST(table_verify, DamageOfThePayload) {
 TEST(table_verify, DefaultRows) {
     PGMDEV_SFL_FLASH_INFO none = flash_reference::sample("A");
     none.default_dev = false;
-    EXPECT_EQ(failures_of("flash", flash_reference::file(flash_reference::payload({none}))), NAMES{"default rows"});
+    EXPECT_EQ(failures_of("flash", flash_reference::file(flash_reference::payload({none}))),
+              CHECK_NAMES{"default rows"});
     const PGMDEV_SFL_FLASH_INFO one = flash_reference::sample("A");
-    EXPECT_EQ(failures_of("flash", flash_reference::file(flash_reference::payload({one, one}))), NAMES{"default rows"});
-    EXPECT_EQ(failures_of("flash", flash_reference::file(flash_reference::payload({one, none}))), NAMES{});
+    EXPECT_EQ(failures_of("flash", flash_reference::file(flash_reference::payload({one, one}))),
+              CHECK_NAMES{"default rows"});
+    EXPECT_EQ(failures_of("flash", flash_reference::file(flash_reference::payload({one, none}))), CHECK_NAMES{});
 }
 
 TEST(table_verify, WithTheSourceTable) {
@@ -169,24 +172,25 @@ TEST(table_verify, Profiles) {
     const auto with_rows = [&](const std::vector<profile_ref::CELLS>& rows) {
         return failures(profile_ref::records(rows) + profile_ref::tables({}));
     };
-    EXPECT_EQ(failures(good), NAMES{});
+    EXPECT_EQ(failures(good), CHECK_NAMES{});
     profile_ref::TABLES tables;
     tables.part[3] = 78;
     EXPECT_EQ(failures(profile_ref::records(profile_ref::rows()) + profile_ref::tables(tables)),
-              NAMES{"index entries"});
+              CHECK_NAMES{"index entries"});
     tables = {};
     tables.device.pop_back();
-    EXPECT_EQ(failures(profile_ref::records(profile_ref::rows()) + profile_ref::tables(tables)), NAMES{"index tables"});
-    EXPECT_EQ(failures(profile_ref::records(profile_ref::rows())), NAMES{"index tables"});
-    EXPECT_EQ(failures(good + "x"), NAMES{"rest"});
+    EXPECT_EQ(failures(profile_ref::records(profile_ref::rows()) + profile_ref::tables(tables)),
+              CHECK_NAMES{"index tables"});
+    EXPECT_EQ(failures(profile_ref::records(profile_ref::rows())), CHECK_NAMES{"index tables"});
+    EXPECT_EQ(failures(good + "x"), CHECK_NAMES{"rest"});
 
     std::vector<profile_ref::CELLS> rows = profile_ref::rows();
     rows[5] = profile_ref::sample("KESTREL");
     rows[5][1] = "PCF";
-    EXPECT_EQ(with_rows(rows), NAMES{"default rows"});
+    EXPECT_EQ(with_rows(rows), CHECK_NAMES{"default rows"});
     rows = profile_ref::rows();
     rows.pop_back();
-    EXPECT_EQ(with_rows(rows), NAMES{"default rows"});
+    EXPECT_EQ(with_rows(rows), CHECK_NAMES{"default rows"});
 }
 
 TEST(table_verify, EnumeratorsWithoutAName) {
@@ -195,5 +199,5 @@ TEST(table_verify, EnumeratorsWithoutAName) {
     ASSERT_EQ(payload[12], 7);
     payload[13] = 74;
     payload[14] = 1;
-    EXPECT_EQ(failures_of("profile", profile_ref::file(payload)), NAMES{"values"});
+    EXPECT_EQ(failures_of("profile", profile_ref::file(payload)), CHECK_NAMES{"values"});
 }

@@ -13,17 +13,17 @@ using testing::EndsWith;
 using testing::HasSubstr;
 
 /// A chip that the table does not have, and the answers of its datasheet.
-const std::string ANSWERS =
+const std::string DIALOGUE_ANSWERS =
     "1\nNumonyx\nM25PX80\n14\n2\n71\n1\n20\n0\nN\nN\nN\nN\nN\nN\n1\n8\n64\n80\n3\n5000\n1C\n1C\n0\n7\n5\nN\n3.3V\n";
 
 std::string defined() {
-    const PROCESS_RESULT run = run_command({"--json", "flash", "define"}, ANSWERS);
+    const PROCESS_RESULT run = run_command({"--json", "flash", "define"}, DIALOGUE_ANSWERS);
     EXPECT_EQ(run.exit_code, 0) << run.errors;
     return JSON::parse(run.output).at("encoded");
 }
 
 TEST(flash_define, PrintsTheDialogueAndTheText) {
-    const PROCESS_RESULT run = run_command({"flash", "define"}, ANSWERS);
+    const PROCESS_RESULT run = run_command({"flash", "define"}, DIALOGUE_ANSWERS);
     EXPECT_EQ(run.exit_code, 0);
     EXPECT_EQ(run.errors, "");
     EXPECT_THAT(run.output, testing::StartsWith("Number of 3rd party flash to define (max 3) : Manufacture Name : "));
@@ -31,13 +31,13 @@ TEST(flash_define, PrintsTheDialogueAndTheText) {
 }
 
 TEST(flash_define, LeavesStandardOutputToTheDocumentInJson) {
-    const PROCESS_RESULT run = run_command({"--json", "flash", "define"}, ANSWERS);
+    const PROCESS_RESULT run = run_command({"--json", "flash", "define"}, DIALOGUE_ANSWERS);
     EXPECT_EQ(JSON::parse(run.output).size(), 1U);
     EXPECT_THAT(run.errors, HasSubstr("Device Name : "));
 }
 
 TEST(flash_define, EndsCleanlyWhenTheInputDoes) {
-    const PROCESS_RESULT run = run_command({"flash", "define"}, ANSWERS.substr(0, 20));
+    const PROCESS_RESULT run = run_command({"flash", "define"}, DIALOGUE_ANSWERS.substr(0, 20));
     EXPECT_EQ(run.exit_code, 2);
     EXPECT_THAT(run.output, EndsWith("Invalid input\nInvalid input or too many flash to define\n"));
     EXPECT_EQ(run.errors, "pgmdev: the input ended before the last question was answered\n");
@@ -53,7 +53,7 @@ TEST(flash_define, FailsWithoutAFlash) {
 }
 
 TEST(flash_define, WarnsOfWhatTheLoaderWillRefuse) {
-    std::string answers = ANSWERS;
+    std::string answers = DIALOGUE_ANSWERS;
     answers.replace(answers.find("\n7\n"), 3, "\n20\n");  // accepted by the dialogue, not by the loader
     const PROCESS_RESULT run = run_command({"flash", "define"}, answers);
     EXPECT_EQ(run.exit_code, 3);

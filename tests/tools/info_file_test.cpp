@@ -110,10 +110,10 @@ TEST(info_file, FurtherKeysAreLeftAlone) {
 TEST(info_file, WhereItCannotBeWrittenNothingChanges) {
     const SCRATCH scratch;
     const std::string csv = scratch.write("table.csv", FLASH_SOURCE().row().text());
-    const std::string pcf = scratch.write("out.pcf", "old");
+    const std::string pcf = scratch.write("out.pcf", "PGMIO_FM old");
     fs::create_directory(scratch.path("out.pcf.info"));
     expect_failure(run_command({"flash", "compile", csv, pcf}), INTERNAL_ERROR, {"out.pcf.info"});
-    EXPECT_EQ(read_file(pcf), "old");
+    EXPECT_EQ(read_file(pcf), "PGMIO_FM old");
     EXPECT_EQ(scratch.file_count(), 2U);
 }
 

@@ -15,7 +15,7 @@ namespace {
 // The head of a packed database: magic, stamp, size of the body.
 constexpr std::size_t MAGIC_SIZE = 8;
 constexpr std::size_t STAMP_SIZE = 32;
-constexpr std::size_t HEAD_SIZE = MAGIC_SIZE + STAMP_SIZE + 4;
+constexpr std::size_t DATABASE_HEAD_SIZE = MAGIC_SIZE + STAMP_SIZE + 4;
 constexpr std::size_t CHECKSUM_SIZE = 2;
 
 /// What the file turns out to be.
@@ -40,7 +40,7 @@ VERDICT wrong_kind(const std::string& magic) {
 }
 
 VERDICT examine(const DATABASE_KIND& kind, const std::string& path, const std::string& condition) {
-    const INSPECTED_FILE file = inspect_file(path, HEAD_SIZE);
+    const INSPECTED_FILE file = inspect_file(path, DATABASE_HEAD_SIZE);
     if (file.missing) {
         return {"database_missing", file.obstacle,
                 fmt::format("compile it with pgmdev {} compile CSV PCF, or name where it is", kind.noun)};
@@ -49,7 +49,7 @@ VERDICT examine(const DATABASE_KIND& kind, const std::string& path, const std::s
         return {"database_unreadable", file.obstacle, "name a file that you may read"};
     }
     const std::string magic = file.beginning.substr(0, MAGIC_SIZE);
-    if (file.size <= HEAD_SIZE + CHECKSUM_SIZE) {
+    if (file.size <= DATABASE_HEAD_SIZE + CHECKSUM_SIZE) {
         return {"database_damaged", fmt::format("it is cut after {} bytes", file.size), compile_advice(kind)};
     }
     if (magic != kind.magic) {

@@ -74,7 +74,7 @@ void list(const ARGUMENTS& given, COMMAND& command) {
 }
 
 /// Of rows as they are without --all-rows, except that a switched-off one has no index.
-JSON schema() {
+JSON listed_flash_schema() {
     std::vector<SCHEMA_MEMBER> members = record_members();
     members.insert(members.begin(), {"index", or_null(number_schema())});
     return object_schema(members);
@@ -91,5 +91,5 @@ VERB flash_list_verb() {
         .takes(
             {"--voltage", "Only for voltages that fit this pattern, such as 3.3V", ARGUMENT::OPTIONAL_TEXT, "PATTERN"})
         .takes({"--all-rows", "Switched-off rows, too, with the switch that enables them", ARGUMENT::FLAG});
-    return with_list_options(std::move(verb), schema);
+    return with_list_options(std::move(verb), listed_flash_schema);
 }

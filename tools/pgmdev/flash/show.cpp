@@ -97,7 +97,7 @@ void show(const ARGUMENTS& given, COMMAND& command) {
                 [&](const std::string& question) { return ask(source, question); });
 }
 
-JSON schema() {
+JSON shown_flash_schema() {
     return question_schema(any_row_members(), {"index"});
 }
 
@@ -110,5 +110,5 @@ VERB flash_show_verb() {
         .takes({"--index", "Index as flash list tells it, with --all-rows the row; - reads one per line",
                 ARGUMENT::OPTIONAL_TEXT, "INDEX"})
         .takes({"--all-rows", "Of all rows, switched-off ones, too", ARGUMENT::FLAG})
-        .answers(schema);
+        .answers(shown_flash_schema);
 }

@@ -82,7 +82,7 @@ void show(const ARGUMENTS& given, COMMAND& command) {
     answer_each(given.text("NAME"), command, show_one);
 }
 
-JSON schema() {
+JSON name_schema() {
     std::vector<SCHEMA_MEMBER> content;
     std::vector<std::string> keys;
     for (const SPELLING& spelling : spellings_of("")) {
@@ -101,6 +101,6 @@ NOUN name_noun() {
                                   "Full, package, programming, programmer-file, device or family name, or alias, in "
                                   "any case; - reads one "
                                   "per line"})
-                          .answers(schema);
+                          .answers(name_schema);
     return {"name", "The spellings of a device's name", "pgmdev name show KES50C6", {verb}};
 }

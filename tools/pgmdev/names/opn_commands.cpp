@@ -37,7 +37,7 @@ JSON to_json(const ORDERING_CODE& code) {
 }
 
 /// The index is not known of every part whose hash is.
-JSON schema() {
+JSON ordering_code_schema() {
     return question_schema({{"index", or_null(number_schema())}, {"name", text_schema()}, {"hash", number_schema()}},
                            {"index", "name", "hash"});
 }
@@ -115,7 +115,7 @@ VERB question(const char* verb, const char* description, const char* example, co
     const auto run = [name = argument.name, ask](const ARGUMENTS& given, COMMAND& command) {
         answer_each(given.text(name), command, ask);
     };
-    return VERB(verb, description, example, run).takes(argument).answers(schema);
+    return VERB(verb, description, example, run).takes(argument).answers(ordering_code_schema);
 }
 
 }  // namespace

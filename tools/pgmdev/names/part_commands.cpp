@@ -66,7 +66,7 @@ ANSWER answer(const QUESTION& question, const std::string& name) {
     return answer;
 }
 
-JSON schema() {
+JSON part_question_schema() {
     return question_schema({{"name", text_schema()}, {"part", text_schema()}}, {"name", "part"});
 }
 
@@ -81,7 +81,7 @@ NOUN part_noun() {
         };
         verbs.push_back(VERB(question.verb, question.description, question.example, run)
                             .takes({"NAME", fmt::format("{}, in any case; - reads one per line", question.argument)})
-                            .answers(schema));
+                            .answers(part_question_schema));
     }
     return {"part", "Parts by less specific names", "pgmdev part complete KES50", verbs};
 }

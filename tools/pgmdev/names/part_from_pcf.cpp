@@ -83,11 +83,11 @@ ANSWER all_parts(const std::string& pcf) {
     return answer;
 }
 
-void show(const ARGUMENTS& given, COMMAND& command) {
+void show_parts_of_pcf(const ARGUMENTS& given, COMMAND& command) {
     answer_each(given.text("NAME"), command, given.has("--all") ? all_parts : first_part);
 }
 
-JSON schema() {
+JSON parts_of_pcf_schema() {
     return question_schema(
         {{"name", text_schema()}, {"part", or_null(text_schema())}, {"parts", array_schema(text_schema()), false}},
         {"name", "part"});
@@ -97,11 +97,11 @@ JSON schema() {
 
 VERB part_from_pcf_verb() {
     return VERB("from-pcf", "The first part with a programmer-file part name, or all of them",
-                "pgmdev part from-pcf BLU_R35", show)
+                "pgmdev part from-pcf BLU_R35", show_parts_of_pcf)
         .takes({"NAME", "Programmer-file part name, in any case; - reads one per line"})
         .takes({"--all", "All parts with that name, hidden ones, too", ARGUMENT::FLAG})
         .tells(
             "Without --all only a part counts whose own name is a programming name; few are, for package and\n"
             "grade mostly follow it. With --all every part counts whose programming name has that name.\n")
-        .answers(schema);
+        .answers(parts_of_pcf_schema);
 }

@@ -189,7 +189,7 @@ void show_info(const ARGUMENTS& given, COMMAND& command) {
                 [&sources](const std::string& question) { return answer_to(question, sources); });
 }
 
-JSON schema() {
+JSON part_info_schema() {
     std::vector<SCHEMA_MEMBER> content{{"scheme", choice_schema(scheme_names())},
                                        {"schemes", array_schema(choice_schema(scheme_names()))}};
     for (const SPELLING& spelling : spellings_of("")) {
@@ -219,5 +219,5 @@ VERB part_info_verb() {
         .takes({"NAME",
                 "Name of a part, package, device or family, programming name, programmer-file name or alias, in any "
                 "case; - reads one per line"})
-        .answers(schema);
+        .answers(part_info_schema);
 }

@@ -10,9 +10,6 @@ namespace {
 
 using RECORD = PGMDEV_DEVICE_INFO;
 
-/// The first four members key a record.
-constexpr std::size_t KEYS = 4;
-
 bool is_named(const PGMDEV_DEVICE_INFO_MEMBER& member) {
     return member.kind == PGMDEV_MANAGER_DEVID_ENUM || member.kind == PGMDEV_MANAGER_ENUM;
 }
@@ -66,7 +63,7 @@ void print_members(const RECORD& record, const std::string& heading) {
 }
 
 std::string key_text(const RECORD& record) {
-    for (std::size_t i = 0; i < KEYS; ++i) {
+    for (std::size_t i = 0; i < PROFILE_KEYS; ++i) {
         const std::string cell = cell_of(PGMDEV_DEVICE_INFO_MEMBERS[i], record);
         if (!cell.empty()) {
             return fmt::format("{} {}", PGMDEV_DEVICE_INFO_MEMBERS[i].name, cell);

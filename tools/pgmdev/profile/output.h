@@ -13,6 +13,9 @@
 #include "terminal/json.h"
 #include "terminal/schema.h"
 
+/// The first members, one of which keys a record.
+inline constexpr std::size_t PROFILE_KEYS = 4;
+
 /// Adds the members to an object, under their names. Identifiers and enumerators are names, or null for none, or
 /// numbers where no name is known.
 void add_members(JSON& object, const PGMDEV_DEVICE_INFO& record);

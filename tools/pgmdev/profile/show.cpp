@@ -114,7 +114,7 @@ void show(const ARGUMENTS& given, COMMAND& command) {
                 [&](const std::string& name) { return answer_to(question, database, name); });
 }
 
-JSON schema() {
+JSON shown_profile_schema() {
     std::vector<SCHEMA_MEMBER> content = profile_members();
     content.insert(content.begin(), {{"index", number_schema()}, {"rule", choice_schema(PROFILE_RULES)}});
     return question_schema(content, {"index", "rule"});
@@ -128,5 +128,5 @@ VERB profile_show_verb() {
     for (const QUESTION& question : QUESTIONS) {
         verb.takes({question.option, question.description, ARGUMENT::OPTIONAL_TEXT, question.value_name});
     }
-    return std::move(verb).answers(schema);
+    return std::move(verb).answers(shown_profile_schema);
 }

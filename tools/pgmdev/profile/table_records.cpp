@@ -16,9 +16,6 @@ namespace {
 
 using RECORD = PGMDEV_DEVICE_INFO;
 
-/// The first four members key a record.
-constexpr std::size_t KEYS = 4;
-
 bool is_named(PGMDEV_MANAGER_TYPE kind) {
     return kind == PGMDEV_MANAGER_DEVID_ENUM || kind == PGMDEV_MANAGER_ENUM;
 }
@@ -89,7 +86,7 @@ std::vector<std::string> PROFILE_RECORDS::key_faults(const std::vector<RECORD>& 
     bool has_generic = false;
     for (std::size_t i = 0; i < records.size(); ++i) {
         has_generic = has_generic || records[i].family == DEV_FAMILY_GENERIC;
-        const auto keys = std::count_if(MEMBERS.begin(), MEMBERS.begin() + KEYS,
+        const auto keys = std::count_if(MEMBERS.begin(), MEMBERS.begin() + PROFILE_KEYS,
                                         [&](const auto& member) { return !cell(member, records[i]).empty(); });
         if (keys != 1) {
             faults.push_back(fmt::format("record {} has {} keys", i, keys));

@@ -108,29 +108,29 @@ struct SOURCE {
     NAMES (*names)(const ARGUMENT_PLACE& place);
 };
 
-using PLACE = const ARGUMENT_PLACE&;
+using AT = const ARGUMENT_PLACE&;
 
 // The first that fits counts.
 constexpr SOURCE SOURCES[]{
     {"flash", "", "NAME", flash_texts<&PGMDEV_SFL_FLASH_INFO::device_name>},
     {"flash", "", "--maker", flash_texts<&PGMDEV_SFL_FLASH_INFO::manufacturer_name>},
     {"flash", "", "--voltage", flash_texts<&PGMDEV_SFL_FLASH_INFO::asc_voltage>},
-    {"flash", "", "--fields", [](PLACE) { return member_names<PGMDEV_SFL_FLASH_MEMBERS>(""); }},
+    {"flash", "", "--fields", [](AT) { return member_names<PGMDEV_SFL_FLASH_MEMBERS>(""); }},
     {"name", "", "NAME", all_device_names},
-    {"part", "from-device", "NAME", [](PLACE) { return device_names(); }},
+    {"part", "from-device", "NAME", [](AT) { return device_names(); }},
     {"part", "from-pcf", "NAME", programmer_parts},
     {"part", "complete", "NAME", names_of_parts_and_packages},
     {"part", "info", "NAME", all_device_names},
-    {"opn", "", "NAME", [](PLACE) { return part_names(); }},
-    {"profile", "", "--fields", [](PLACE) { return member_names<PGMDEV_DEVICE_INFO_MEMBERS>(""); }},
-    {"enum", "", "TYPE", [](PLACE) { return enumeration_names(); }},
+    {"opn", "", "NAME", [](AT) { return part_names(); }},
+    {"profile", "", "--fields", [](AT) { return member_names<PGMDEV_DEVICE_INFO_MEMBERS>(""); }},
+    {"enum", "", "TYPE", [](AT) { return enumeration_names(); }},
     {"enum", "value", "NAME", enumerators},
     {"params", "", "BLOCK", block_names},
-    {"hps", "add nand", "FIELD=VALUE", [](PLACE) { return member_names<PGMDEV_HPS_NAND_MEMBERS>("="); }},
-    {"hps", "add spi", "FIELD=VALUE", [](PLACE) { return member_names<PGMDEV_HPS_SPI_MEMBERS>("="); }},
-    {"", "", "--family", [](PLACE) { return family_names(); }},
-    {"", "", "--device", [](PLACE) { return device_names(); }},
-    {"", "", "--part", [](PLACE) { return part_names(); }},
+    {"hps", "add nand", "FIELD=VALUE", [](AT) { return member_names<PGMDEV_HPS_NAND_MEMBERS>("="); }},
+    {"hps", "add spi", "FIELD=VALUE", [](AT) { return member_names<PGMDEV_HPS_SPI_MEMBERS>("="); }},
+    {"", "", "--family", [](AT) { return family_names(); }},
+    {"", "", "--device", [](AT) { return device_names(); }},
+    {"", "", "--part", [](AT) { return part_names(); }},
 };
 
 bool fits(std::string_view wanted, const std::string& name) {

@@ -5,6 +5,7 @@
 #include <numeric>
 #include <utility>
 
+#include "ascii.h"
 #include "gen.h"
 #include "terminal/quiet.h"
 
@@ -15,16 +16,12 @@ std::size_t tolerance(const std::string& name) {
     return std::clamp<std::size_t>(name.size() / 4, 1, 3);
 }
 
-char upper(char c) {
-    return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
-}
-
 /// Measures how much candidates differ from one name. There are many of them, and batches ask for many names: the rows
 /// are made once.
 class EDIT_DISTANCE {
 public:
     explicit EDIT_DISTANCE(std::string name) : m_name(std::move(name)) {
-        std::transform(m_name.begin(), m_name.end(), m_name.begin(), upper);
+        std::transform(m_name.begin(), m_name.end(), m_name.begin(), ascii_upper);
     }
 
     /// The least number of characters to add, leave out, replace or swap with their neighbour, in any case;
@@ -53,8 +50,8 @@ public:
 private:
     /// The row of the candidate's first `i` characters; gives its least value.
     std::size_t fill_row(const std::string& candidate, std::size_t i) {
-        const char here = upper(candidate[i - 1]);
-        const char before = i > 1 ? upper(candidate[i - 2]) : '\0';
+        const char here = ascii_upper(candidate[i - 1]);
+        const char before = i > 1 ? ascii_upper(candidate[i - 2]) : '\0';
         std::size_t least = m_row[0] = i;
         for (std::size_t j = 1; j < m_row.size(); ++j) {
             const std::size_t replaced = m_last[j - 1] + (here == m_name[j - 1] ? 0 : 1);

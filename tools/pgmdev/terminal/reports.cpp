@@ -2,7 +2,7 @@
 
 namespace {
 
-std::optional<MSG_INTERNAL_ERROR_REPORT>& remembered() {
+std::optional<MSG_INTERNAL_ERROR_REPORT>& kept_report() {
     static std::optional<MSG_INTERNAL_ERROR_REPORT> report;
     return report;
 }
@@ -10,17 +10,17 @@ std::optional<MSG_INTERNAL_ERROR_REPORT>& remembered() {
 }  // namespace
 
 void remember_reports() {
-    remembered();  // outlives the handler
+    kept_report();  // outlives the handler
     MSG_INTERNAL_ERROR::set_handler([](const MSG_INTERNAL_ERROR_REPORT& report) {
-        remembered() = report;
+        kept_report() = report;
         throw MSG_INTERNAL_ERROR_EXCEPTION(report);
     });
 }
 
 std::optional<MSG_INTERNAL_ERROR_REPORT> last_report() {
-    return remembered();
+    return kept_report();
 }
 
 void forget_report() {
-    remembered().reset();
+    kept_report().reset();
 }

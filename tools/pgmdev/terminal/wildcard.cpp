@@ -1,12 +1,6 @@
 #include "terminal/wildcard.h"
 
-namespace {
-
-char upper(char c) {
-    return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
-}
-
-}  // namespace
+#include "ascii.h"
 
 bool fits_pattern(std::string_view text, std::string_view pattern) {
     std::size_t at = 0;
@@ -18,7 +12,7 @@ bool fits_pattern(std::string_view text, std::string_view pattern) {
             star = in_pattern++;
             behind_star = at;
         } else if (in_pattern < pattern.size() &&
-                   (pattern[in_pattern] == '?' || upper(pattern[in_pattern]) == upper(text[at]))) {
+                   (pattern[in_pattern] == '?' || ascii_upper(pattern[in_pattern]) == ascii_upper(text[at]))) {
             ++in_pattern;
             ++at;
         } else if (star != std::string_view::npos) {

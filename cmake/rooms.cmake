@@ -9,7 +9,8 @@ set_property(CACHE PGMDEV_COMPILE_BY_ROOM PROPERTY STRINGS all tests none)
 
 # compile_by_room(TARGET WHOSE [PREFIX...]): TARGET, one of the `tests` or of the `products`, is compiled a room at a
 # time if PGMDEV_COMPILE_BY_ROOM says so. Files of TARGET's own directory that begin with a PREFIX have a room of their own.
-# Sources of other directories and generated ones are compiled by themselves.
+# Sources of other directories, generated ones, and those of Windows, whose headers define half the dictionary, are compiled
+# by themselves.
 function(compile_by_room target whose)
   if(NOT PGMDEV_COMPILE_BY_ROOM STREQUAL all AND NOT PGMDEV_COMPILE_BY_ROOM STREQUAL whose)
     return()
@@ -21,7 +22,7 @@ function(compile_by_room target whose)
   endif()
   get_target_property(sources ${target} SOURCES)
   foreach(source IN LISTS sources)
-    if(source MATCHES "^[^/$].*\\.cpp$")
+    if(source MATCHES "^[^/$].*\\.cpp$" AND NOT source MATCHES "_windows\\.cpp$")
       cmake_path(GET source PARENT_PATH room)
       foreach(prefix IN LISTS ARGN)
         if(source MATCHES "^${prefix}")

@@ -9,8 +9,8 @@
 
 /// In which base people write the numbers of a member.
 enum class PGMDEV_NUMBER_BASE {
-    DECIMAL,     ///< quantities
-    HEXADECIMAL  ///< bit patterns and identification codes
+    BASE_10,  ///< quantities
+    BASE_16   ///< bit patterns and identification codes
 };
 
 inline std::string pgmdev_cell(const std::string& text, PGMDEV_NUMBER_BASE /*base*/) {
@@ -23,7 +23,7 @@ inline std::string pgmdev_cell(bool value, PGMDEV_NUMBER_BASE /*base*/) {
 
 /// Hexadecimal numbers have "0x" and two digits at least.
 inline std::string pgmdev_cell(DWORD value, PGMDEV_NUMBER_BASE base) {
-    if (base == PGMDEV_NUMBER_BASE::DECIMAL) {
+    if (base == PGMDEV_NUMBER_BASE::BASE_10) {
         return std::to_string(value);
     }
     std::string digits;

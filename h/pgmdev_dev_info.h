@@ -214,7 +214,7 @@ struct PGMDEV_DEVICE_INFO_MEMBER {
     /// A kind that does not fit the field does not compile.
     constexpr PGMDEV_DEVICE_INFO_MEMBER(std::string_view member_name, PGMDEV_MANAGER_TYPE member_kind,
                                         FIELD member_field, std::string_view member_unit,
-                                        PGMDEV_NUMBER_BASE member_base = PGMDEV_NUMBER_BASE::DECIMAL)
+                                        PGMDEV_NUMBER_BASE member_base = PGMDEV_NUMBER_BASE::BASE_10)
         : name(member_name), kind(member_kind), field(member_field), unit(member_unit), base(member_base) {
         constexpr std::array FITTING{PGMDEV_MANAGER_DEVID_ENUM, PGMDEV_MANAGER_DEVID_ENUM, PGMDEV_MANAGER_DEVID_ENUM,
                                      PGMDEV_MANAGER_STRING,     PGMDEV_MANAGER_BOOL,       PGMDEV_MANAGER_BYTE,

@@ -179,7 +179,7 @@ TEST(table_diff, IndexTablesOfProfiles) {
     const SCRATCH scratch;
     const auto file = [&](const std::string& name, std::size_t record) {
         ref::TABLES index_tables;
-        index_tables.family[6] = record;
+        index_tables.family[6] = static_cast<unsigned long>(record);
         return scratch.write(name, ref::file(ref::records(ref::rows()) + ref::tables(index_tables)));
     };
     const PROCESS_RESULT result = run_command({"--json", "profile", "diff", file("a", 2), file("b", 3)});

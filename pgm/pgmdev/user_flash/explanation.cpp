@@ -22,7 +22,7 @@ std::string undecodable(const std::string& encoded) {
 std::string value_of(const PGMDEV_SFL_FLASH_INFO& record, std::string_view name) {
     const auto* const member = std::find_if(PGMDEV_SFL_FLASH_MEMBERS.begin(), PGMDEV_SFL_FLASH_MEMBERS.end(),
                                             [&](const PGMDEV_SFL_FLASH_MEMBER& m) { return m.name == name; });
-    return std::visit([&](auto field) { return pgmdev_cell(record.*field, PGMDEV_NUMBER_BASE::DECIMAL); },
+    return std::visit([&](auto field) { return pgmdev_cell(record.*field, PGMDEV_NUMBER_BASE::BASE_10); },
                       member->field);
 }
 

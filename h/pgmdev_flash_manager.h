@@ -119,7 +119,7 @@ protected:
 
     // Loading.
     void initialize_flash_database(FIO_PATH flash_file);  ///< loads a packed database; after a report nothing is loaded
-    bool parse_database(BYTE* payload);  ///< parses an uncompressed body; the result is always false
+    bool parse_database(BYTE* payload);                   ///< parses an uncompressed body; the result is always false
     bool get_database(BYTE* payload, DWORD& cursor, DWORD slot);  ///< reads one record; whether it is enabled
     void null_info_database(PGMDEV_SFL_FLASH_INFO* record);       ///< clears a record
     void copy_ini_database();                                     ///< copies m_ini_flash_info into record 0

@@ -52,7 +52,7 @@ std::string file_name_of(const std::string& message) {
 }  // namespace
 
 std::string PGM_COMMON::get_outbox_path() {
-    const std::string configured = cfg_get_value(OUTBOX_KEY);
+    std::string configured = cfg_get_value(OUTBOX_KEY);
     if (!configured.empty()) {
         return configured;
     }

@@ -92,7 +92,8 @@ FOUND_PROFILE look_up_profile_of_pcf(PROFILE_DATABASE& database, const std::stri
             return found;
         }
     }
-    std::string name = pcf;  // which the question converts to upper case
+    // A copy, which the question converts to upper case.
+    std::string name = pcf;  // NOLINT(performance-unnecessary-copy-initialization)
     const std::string device = PGMDEV_DEVICE_GRAMMAR_MGR::get_pcf_device(name);
     const DEV_FAMILY_ENUM family = family_of(PROFILE_KEY::DEVICE, dstr_get_dev_device_enum_by_string(device.c_str()));
     return look_up_profile(database, PROFILE_KEY::FAMILY, family);

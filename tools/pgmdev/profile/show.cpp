@@ -70,7 +70,8 @@ constexpr std::array QUESTIONS{
     QUESTION{"--pcf", "pcf", "no programmer-file part is named", "NAME", "Programmer-file part name, likewise",
              look_up_profile_of_pcf,
              [](const std::string& name) {
-                 std::string pcf = name;  // which the question converts to upper case
+                 // A copy, which the question converts to upper case.
+                 std::string pcf = name;  // NOLINT(performance-unnecessary-copy-initialization)
                  return !PGMDEV_DEVICE_GRAMMAR_MGR::get_pcf_device(pcf).empty();
              },
              programmer_part_names},

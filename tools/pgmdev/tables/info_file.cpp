@@ -125,6 +125,7 @@ JSON info_json(const DATABASE_INFO& info) {
 
 JSON info_schema() {
     std::vector<SCHEMA_MEMBER> members;
+    members.reserve(std::size(KEYS));
     for (const INFO_KEY& key : KEYS) {
         members.push_back({key.name, std::visit([](auto field) { return schema_of_field(field); }, key.field)});
     }

@@ -42,6 +42,7 @@ struct PACKED_SCHEMA {
 template <class MEMBERS>
 std::vector<PACKED_MEMBER> packed_members(const MEMBERS& table) {
     std::vector<PACKED_MEMBER> members;
+    members.reserve(table.size());
     for (const auto& member : table) {
         members.push_back({member.name, member.kind, member.unit, member.base});
     }

@@ -4,7 +4,7 @@
 #
 # What a room's files have in anonymous namespaces must then differ by name.
 
-set(PGMDEV_COMPILE_BY_ROOM tests CACHE STRING "Whose files are compiled a room at a time: all, tests or none")
+set(PGMDEV_COMPILE_BY_ROOM all CACHE STRING "Whose files are compiled a room at a time: all, tests or none")
 set_property(CACHE PGMDEV_COMPILE_BY_ROOM PROPERTY STRINGS all tests none)
 
 # compile_by_room(TARGET WHOSE [PREFIX...]): TARGET, one of the `tests` or of the `products`, is compiled a room at a

@@ -2,6 +2,9 @@
 # headers that they share only once: of a build from nothing, most of the time goes there. A file by itself is compiled
 # faster, which is better for working on it.
 #
+# A room of many files is compiled in parts: one change is then compiled sooner, and mingw-w64's linker takes a time that
+# grows with the square of what is in one object file.
+#
 # What a room's files have in anonymous namespaces must then differ by name.
 
 set(PGMDEV_COMPILE_BY_ROOM all CACHE STRING "Whose files are compiled a room at a time: all, tests or none")
@@ -20,6 +23,7 @@ function(compile_by_room target whose)
   if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
     target_compile_options(${target} PRIVATE -Wno-subobject-linkage)
   endif()
+  set(files_at_a_time 8)
   get_target_property(sources ${target} SOURCES)
   foreach(source IN LISTS sources)
     if(source MATCHES "^[^/$].*\\.cpp$" AND NOT source MATCHES "_windows\\.cpp$")
@@ -30,6 +34,11 @@ function(compile_by_room target whose)
         endif()
       endforeach()
       string(MAKE_C_IDENTIFIER "room_${room}" room)
+      math(EXPR ${room}_files "${${room}_files} + 1")
+      math(EXPR part "(${${room}_files} - 1) / ${files_at_a_time}")
+      if(part GREATER 0)
+        string(APPEND room "_${part}")
+      endif()
       set_source_files_properties(${source} PROPERTIES UNITY_GROUP ${room})
     endif()
   endforeach()

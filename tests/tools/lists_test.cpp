@@ -1,4 +1,6 @@
 #include <algorithm>
+#include <map>
+#include <set>
 
 #include "tools/command_fixture.h"
 
@@ -30,14 +32,49 @@ TEST(PartList, FiltersAsTheDeviceLibraryDoes) {
                                {"pgm_part_pcf", "KES_50"},
                                {"orderable", true},
                                {"production", true},
-                               {"hidden", true}}));
+                               {"hidden", true},
+                               {"package", "LQFP"},
+                               {"pins", 144},
+                               {"speed", 6},
+                               {"temperature", "COMMERCIAL"}}));
     EXPECT_EQ(listed({"part", "list", "KES50C6"}), JSON::array());
 }
 
 TEST(PartList, NamesTheFilterThatNothingPasses) {
     expect_failure(run_command({"part", "list", "--family", "kestral"}), NOT_FOUND,
                    {"no part passes --family kestral; did you mean KESTREL"});
-    expect_failure(run_command({"device", "list", "--package", "FGBA"}), NOT_FOUND, {"no part passes --package FGBA"});
+    const std::pair<std::vector<std::string>, std::string> nearest_values[]{
+        {{"--package", "FGBA"}, "no part passes --package FGBA; did you mean FBGA"},
+        {{"--package", "elephant"}, "no part passes --package elephant; there are BGA, "},
+        {{"--pins", "1000"}, "no part passes --pins 1000; did you mean 896, 1152"},
+        {{"--pins", "99999"}, "no part passes --pins 99999; did you mean 2397"},
+        {{"--speed", "0"}, "no part passes --speed 0; did you mean 1"},
+        {{"--temperature", "INDUSTRAIL"}, "no part passes --temperature INDUSTRAIL; did you mean INDUSTRIAL"}};
+    for (const auto& [filter, expected] : nearest_values) {
+        std::vector<std::string> arguments{"device", "list"};
+        arguments.insert(arguments.end(), filter.begin(), filter.end());
+        expect_failure(run_command(arguments), NOT_FOUND, {expected});
+    }
+}
+
+TEST(PartList, TellsOfEachPartWhatItCanBeFilteredBy) {
+    const JSON rows = listed({"part", "list", "--hidden"});
+    std::map<std::string, std::set<std::string>> values;
+    for (const JSON& row : rows) {
+        for (const char* key : {"package", "pins", "speed", "temperature"}) {
+            EXPECT_FALSE(row.at(key).is_null()) << row;
+            values[key].insert(row.at(key).is_string() ? row.at(key).get<std::string>() : row.at(key).dump());
+        }
+    }
+    for (const auto& [key, all] : values) {
+        std::size_t parts = 0;
+        for (const std::string& value : all) {
+            const JSON filtered = listed({"part", "list", "--hidden", "--" + key, value});
+            parts += filtered.size();
+            EXPECT_EQ(filtered[0].at(key), filtered.back().at(key)) << key;
+        }
+        EXPECT_EQ(parts, rows.size()) << key;
+    }
 }
 
 TEST(PartInfo, TellsEverythingAboutAPart) {
@@ -52,6 +89,18 @@ TEST(PartInfo, TellsEverythingAboutAPart) {
     EXPECT_EQ(info["opn_hash"], 0xDCB59F75E910);
     EXPECT_EQ(info["profile"], (JSON{{"index", 41}, {"rule", "family"}, {"key", "family KESTREL"}}));
     EXPECT_EQ(info["parts"], JSON{"KES50C6"});
+    EXPECT_EQ(info["package"], "LQFP");
+    EXPECT_EQ(info["pins"], 144);
+    EXPECT_EQ(info["speed"], 6);
+    EXPECT_EQ(info["temperature"], "COMMERCIAL");
+}
+
+TEST(PartInfo, TellsWhatAllPartsHaveAlike) {
+    const JSON info = listed({"part", "info", "KES75F169"});
+    EXPECT_GT(info["parts"].size(), 1U);
+    EXPECT_EQ(info["package"], "FBGA");
+    EXPECT_EQ(info["pins"], 169);
+    EXPECT_EQ(info["speed"], nullptr);
 }
 
 TEST(PartInfo, TellsWhichSchemeANameBelongsTo) {

@@ -73,11 +73,8 @@ void list(const ARGUMENTS& given, COMMAND& command) {
     print_filtered_listing(object_schema(row_members(every_row)), objects, table, missing, given, command);
 }
 
-/// Of rows as they are without --all-rows, except that a switched-off one has no index.
 JSON listed_flash_schema() {
-    std::vector<SCHEMA_MEMBER> members = record_members();
-    members.insert(members.begin(), {"index", or_null(number_schema())});
-    return object_schema(members);
+    return object_schema(any_row_members());
 }
 
 }  // namespace

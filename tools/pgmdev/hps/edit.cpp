@@ -49,7 +49,7 @@ std::vector<const typename FLASH::RECORD*> editable_list() {
         const std::vector<BYTE> known = encode<FLASH>(records);
         if (!std::equal(known.begin(), known.end(), block.get(), block.get() + size)) {
             throw COMMAND_FAILURE(
-                {"block_of_another_version",
+                {FAILURE_CODE::BLOCK_OF_ANOTHER_VERSION,
                  fmt::format("the block \"{}\" cannot be changed: it holds more than this version reads",
                              PGMDEV_FLASH_INI_NAMES[FLASH::BLOCK]),
                  container_place().path,

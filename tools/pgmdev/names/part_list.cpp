@@ -52,13 +52,17 @@ JSON part_schema() {
                           {"pgm_part_pcf", text_schema()},
                           {"orderable", flag_schema()},
                           {"production", flag_schema()},
-                          {"hidden", flag_schema()}});
+                          {"hidden", flag_schema()},
+                          {"package", or_null(text_schema())},
+                          {"pins", or_null(number_schema())},
+                          {"speed", or_null(number_schema())},
+                          {"temperature", or_null(text_schema())}});
 }
 
 ROWS part_rows(const std::vector<PART_ENTRY>& parts, const ARGUMENTS& given) {
-    ROWS rows{
-        {},
-        TEXT_TABLE({"part", "device", "family", "package name", "programming name", "programmer-file part", "status"})};
+    ROWS rows{{},
+              TEXT_TABLE({"part", "device", "family", "package", "speed", "temperature", "status", "package name",
+                          "programming name", "programmer-file part"})};
     for (const PART_ENTRY& part : parts) {
         if (fits_given_pattern(part.name, given)) {
             rows.objects.push_back({{"name", part.name},
@@ -70,9 +74,14 @@ ROWS part_rows(const std::vector<PART_ENTRY>& parts, const ARGUMENTS& given) {
                                     {"pgm_part_pcf", part.pgm_part_pcf},
                                     {"orderable", part.orderable},
                                     {"production", part.production},
-                                    {"hidden", part.hidden}});
-            rows.table.add({part.name, part.device, part.family, shown(part.package_name), shown(part.pgm_name),
-                            shown(part.pgm_part_pcf), status_of(part)});
+                                    {"hidden", part.hidden},
+                                    {"package", text_or_null(part.package)},
+                                    {"pins", number_or_null(part.pins)},
+                                    {"speed", number_or_null(part.speed)},
+                                    {"temperature", text_or_null(part.temperature)}});
+            rows.table.add({part.name, part.device, part.family, shown(part.package + part.pins), shown(part.speed),
+                            shown(part.temperature), status_of(part), shown(part.package_name), shown(part.pgm_name),
+                            shown(part.pgm_part_pcf)});
         }
     }
     return rows;

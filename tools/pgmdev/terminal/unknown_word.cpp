@@ -6,16 +6,17 @@
 
 #include "gen.h"
 #include "terminal/did_you_mean.h"
-#include "terminal/given_options.h"
 
 namespace {
 
-/// The words among the arguments: neither options nor their values.
-std::vector<std::string> words_of(const std::vector<std::string>& arguments) {
+/// The words among the arguments: neither options nor their values. Options of verbs stand behind all nouns and verbs.
+std::vector<std::string> words_of(const std::vector<GLOBAL_OPTION>& options,
+                                  const std::vector<std::string>& arguments) {
     std::vector<std::string> words;
     for (std::size_t i = 0; i < arguments.size(); ++i) {
-        const bool has_value =
-            std::find(OPTIONS_WITH_VALUE.begin(), OPTIONS_WITH_VALUE.end(), arguments[i]) != OPTIONS_WITH_VALUE.end();
+        const bool has_value = std::any_of(options.begin(), options.end(), [&](const GLOBAL_OPTION& option) {
+            return option.names == arguments[i] && !option.value_name.empty();
+        });
         if (has_value) {
             ++i;
         } else if (!arguments[i].starts_with('-')) {
@@ -47,11 +48,11 @@ std::string sentence(const std::string& word, const std::string& before, const s
 
 }  // namespace
 
-std::string unknown_word(const NOUN& all, const std::vector<std::string>& arguments) {
-    const std::vector<NOUN>* groups = &all.groups;
-    const std::vector<VERB>* verbs = &all.verbs;
+std::string unknown_word(const COMMAND_TABLE& table, const std::vector<std::string>& arguments) {
+    const std::vector<NOUN>* groups = &table.all.groups;
+    const std::vector<VERB>* verbs = &table.all.verbs;
     std::string before;
-    for (const std::string& word : words_of(arguments)) {
+    for (const std::string& word : words_of(table.options, arguments)) {
         const auto has_that_name = [&word](const auto& entry) { return entry.name == word; };
         if (std::any_of(verbs->begin(), verbs->end(), has_that_name)) {
             return "";

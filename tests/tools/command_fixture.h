@@ -64,6 +64,11 @@ inline std::vector<std::string> keys_of(const JSON& object) {
     return keys;
 }
 
+/// A text as it is, anything else as in JSON: as people write it.
+inline std::string text_of(const JSON& value) {
+    return value.is_string() ? value.get<std::string>() : value.dump();
+}
+
 /// What a question is answered with when something was found; the keys of `content` stay in their order.
 inline JSON found_answer(const JSON& query, const JSON& content) {
     JSON answer{{"query", query}, {"found", true}};

@@ -169,6 +169,13 @@ TEST(errors, MisspeltWordsAreNamedWithTheNearest) {
                    {"no verb \"lsit\"; did you mean list"});
     expect_failure(run_command({"hps", "add", "nnad"}), WRONG_USAGE, {"no verb \"nnad\"; did you mean nand"});
     expect_failure(run_command({"hps", "elephant"}), WRONG_USAGE, {"\"elephant\"", "kinds, nand, spi"});
+    expect_failure(run_command({"--jsn", "flash", "list"}), WRONG_USAGE, {"no option \"--jsn\"; did you mean --json"});
+    expect_failure(run_command({"flash", "list", "--makr", "x"}), WRONG_USAGE,
+                   {"no option \"--makr\"; did you mean --maker"});
+    expect_failure(run_command({"flash", "list", "--vltage=x"}), WRONG_USAGE, {"did you mean --voltage"});
+    expect_failure(run_command({"schema", "flsh"}), WRONG_USAGE, {"\"flsh\"; did you mean flash"});
+    expect_failure(run_command({"hps", "add", "nand", "device_di=1"}), WRONG_USAGE,
+                   {"no field \"device_di\"; did you mean device_id"});
     expect_failure(run_command({"enum", "list", "blok"}), WRONG_USAGE, {"\"blok\"", "did you mean block"});
 }
 

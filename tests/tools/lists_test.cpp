@@ -2,6 +2,7 @@
 #include <map>
 #include <set>
 
+#include "dev.h"
 #include "tools/command_fixture.h"
 
 // Lists with filters, and everything about a name.
@@ -63,17 +64,24 @@ TEST(PartList, TellsOfEachPartWhatItCanBeFilteredBy) {
     for (const JSON& row : rows) {
         for (const char* key : {"package", "pins", "speed", "temperature"}) {
             EXPECT_FALSE(row.at(key).is_null()) << row;
-            values[key].insert(row.at(key).is_string() ? row.at(key).get<std::string>() : row.at(key).dump());
+            values[key].insert(text_of(row.at(key)));
         }
     }
+    const DEV_PART_MANAGER manager;
     for (const auto& [key, all] : values) {
-        std::size_t parts = 0;
         for (const std::string& value : all) {
-            const JSON filtered = listed({"part", "list", "--hidden", "--" + key, value});
-            parts += filtered.size();
-            EXPECT_EQ(filtered[0].at(key), filtered.back().at(key)) << key;
+            const auto filter = [&, &name = key](const char* filtered) { return name == filtered ? value : "ANY"; };
+            std::vector<int> expected;
+            manager.filter_part_list(&expected, "ANY", "ANY", filter("package"), filter("pins"), filter("speed"), false,
+                                     false, true, filter("temperature"));
+            std::vector<int> found;
+            for (const JSON& row : rows) {
+                if (text_of(row.at(key)) == value) {
+                    found.push_back(row.at("number"));
+                }
+            }
+            EXPECT_EQ(found, expected) << key << " " << value;
         }
-        EXPECT_EQ(parts, rows.size()) << key;
     }
 }
 
@@ -137,6 +145,9 @@ TEST(FlashList, ChoosesRecords) {
     EXPECT_EQ(rows[1]["device_name"], "W25Q128JW");
     expect_failure(run_command({"flash", "list", "--size", "3x"}), WRONG_USAGE, {"\"3x\" is not a size"});
     expect_failure(run_command({"flash", "list", "no*such"}), NOT_FOUND, {"no*such"});
+    expect_failure(run_command({"flash", "list", "--maker", "Winbnod", "--voltage", "9V"}), NOT_FOUND,
+                   {"none passes --maker Winbnod; did you mean Winbond; none passes --voltage 9V"});
+    expect_failure(run_command({"part", "list", "KES50C6"}), NOT_FOUND, {"with --hidden there is 1"});
 }
 
 TEST(FlashList, ShowsSwitchedOffRowsWithTheirSwitch) {

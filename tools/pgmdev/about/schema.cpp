@@ -69,6 +69,7 @@ std::vector<ANSWERING_VERB> verbs_behind(const std::vector<std::string>& words) 
     std::vector<std::string> known;
     for (const ANSWERING_VERB& answering : all_verbs()) {
         known.push_back(joined(answering.path, " "));
+        known.push_back(answering.path.front());
         if (words.size() <= answering.path.size() && std::equal(words.begin(), words.end(), answering.path.begin())) {
             verbs.push_back(answering);
         }

@@ -189,12 +189,23 @@ constexpr LIST FAMILY_LIST{"family", "Families that have such parts, and how man
 constexpr LIST OPN_LIST{"ordering code", "The first ordering-code index of each part, and the hash of its name",
                         "pgmdev --json opn list --family Kestrel --speed 6", opn_schema, opn_rows};
 
+/// Says when an empty list would have rows with --hidden.
+std::string hidden_text(const LIST& list, const ARGUMENTS& given) {
+    PART_FILTER filter = part_filter(given);
+    if (filter.hidden) {
+        return "";
+    }
+    filter.hidden = true;
+    const std::size_t count = list.rows(part_entries(filter), given).objects.size();
+    return count == 0 ? "" : fmt::format("; with --hidden there {} {}", count == 1 ? "is" : "are", count);
+}
+
 VERB list_verb(const LIST& list) {
     const auto run = [&list](const ARGUMENTS& given, COMMAND& command) {
         const ROWS rows = list.rows(part_entries(part_filter(given)), given);
         print_filtered_listing(
-            list.schema(), rows.objects, rows.table, [&] { return empty_list_text(list.thing, given); }, given,
-            command);
+            list.schema(), rows.objects, rows.table,
+            [&] { return empty_list_text(list.thing, given) + hidden_text(list, given); }, given, command);
     };
     return with_list_options(with_part_filters(with_pattern(VERB("list", list.description, list.example, run))),
                              list.schema);

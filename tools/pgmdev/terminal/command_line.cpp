@@ -66,7 +66,10 @@ void add_contents(CLI::App& app, const NOUN& noun, COMMAND& command) {
 /// What the parser finds wrong. A misspelt word explains more than what it leads to.
 COMMAND_FAILURE wrong_arguments(const COMMAND_TABLE& table, const std::vector<std::string>& arguments,
                                 const CLI::ParseError& error) {
-    const std::string word = unknown_word(table, arguments);
+    std::string word = unknown_word(table, arguments);
+    if (word.empty()) {
+        word = unknown_option(table, arguments);
+    }
     return COMMAND_FAILURE({FAILURE_CODE::USAGE, word.empty() ? error.what() : word, "", {}, "--help tells more", {}},
                            EXIT_USAGE);
 }

@@ -46,31 +46,62 @@ std::string sentence(const std::string& word, const std::string& before, const s
                        did_you_mean(meant(word, candidates)), known, all);
 }
 
-}  // namespace
+/// How far the words lead through the nouns.
+struct WAY {
+    const VERB* verb = nullptr;  ///< null: none is reached
+    std::string unknown;         ///< a sentence about the word that leads nowhere; "": none
+};
 
-std::string unknown_word(const COMMAND_TABLE& table, const std::vector<std::string>& arguments) {
-    const std::vector<NOUN>* groups = &table.all.groups;
-    const std::vector<VERB>* verbs = &table.all.verbs;
+WAY way_of(const COMMAND_TABLE& table, const std::vector<std::string>& arguments) {
+    const NOUN* noun = &table.all;
     std::string before;
     for (const std::string& word : words_of(table.options, arguments)) {
         const auto has_that_name = [&word](const auto& entry) { return entry.name == word; };
-        if (std::any_of(verbs->begin(), verbs->end(), has_that_name)) {
-            return "";
+        const auto verb = std::find_if(noun->verbs.begin(), noun->verbs.end(), has_that_name);
+        if (verb != noun->verbs.end()) {
+            return {&*verb, ""};
         }
-        const auto group = std::find_if(groups->begin(), groups->end(), has_that_name);
-        if (group == groups->end()) {
+        const auto group = std::find_if(noun->groups.begin(), noun->groups.end(), has_that_name);
+        if (group == noun->groups.end()) {
             std::vector<std::string> candidates;
-            for (const VERB& verb : *verbs) {
-                candidates.push_back(verb.name);
-            }
-            for (const NOUN& other : *groups) {
+            for (const VERB& other : noun->verbs) {
                 candidates.push_back(other.name);
             }
-            return sentence(word, before, candidates);
+            for (const NOUN& other : noun->groups) {
+                candidates.push_back(other.name);
+            }
+            return {nullptr, sentence(word, before, candidates)};
         }
-        verbs = &group->verbs;
-        groups = &group->groups;
+        noun = &*group;
         before += (before.empty() ? "" : " ") + word;
+    }
+    return {};
+}
+
+}  // namespace
+
+std::string unknown_word(const COMMAND_TABLE& table, const std::vector<std::string>& arguments) {
+    return way_of(table, arguments).unknown;
+}
+
+std::string unknown_option(const COMMAND_TABLE& table, const std::vector<std::string>& arguments) {
+    std::vector<std::string> known{"--help"};
+    for (const GLOBAL_OPTION& option : table.options) {
+        known.push_back(option.names.substr(option.names.find("--")));
+    }
+    if (const VERB* verb = way_of(table, arguments).verb) {
+        for (const ARGUMENT& argument : verb->arguments) {
+            known.push_back(argument.name);
+        }
+    }
+    for (const std::string& argument : arguments) {
+        const std::string name = argument.substr(0, argument.find('='));
+        if (name == "--") {
+            break;  // behind it are no options
+        }
+        if (name.starts_with("--") && std::find(known.begin(), known.end(), name) == known.end()) {
+            return fmt::format("there is no option \"{}\"{}", name, did_you_mean(nearest(name, known)));
+        }
     }
     return "";
 }

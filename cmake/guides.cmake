@@ -29,6 +29,7 @@ function(without_sources variable)
   set(${variable} "${text}" PARENT_SCOPE)
 endfunction()
 
+file(REMOVE_RECURSE ${guides_dir})  # with guides that are no more
 foreach(page IN LISTS guides table_pages)
   set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/${page})
   file(READ ${PROJECT_SOURCE_DIR}/${page} text)

@@ -6,6 +6,11 @@
 #include <unistd.h>
 #endif
 
+#if defined(__SANITIZE_ADDRESS__)
+#include <sanitizer/common_interface_defs.h>
+#endif
+
+#include <cstdint>
 #include <cstdio>
 #include <cstdlib>
 #include <iostream>
@@ -44,6 +49,14 @@ int number_of(std::FILE* stream) {
     return fileno(stream);
 }
 #endif
+
+/// What a sanitizer reports ends the tests: it must not end up among what is captured.
+void keep_reports_of_sanitizers() {
+#if defined(__SANITIZE_ADDRESS__)
+    static const int standard_error = copy_of(number_of(stderr));
+    __sanitizer_set_report_fd(reinterpret_cast<void*>(static_cast<std::intptr_t>(standard_error)));
+#endif
+}
 
 /// While it lives, what is written to a standard stream goes into a file. Files, unlike pipes, never fill up.
 class CAPTURED_STREAM {
@@ -143,6 +156,7 @@ private:
 
 PROCESS_RESULT run_captured(const std::function<int()>& operation, const std::string& input) {
     static const SCRATCH scratch;
+    keep_reports_of_sanitizers();
     const UNSET_VARIABLE configuration("TESSARY_CONFIG_FILE");  // which keeps other tests from the files there are
     const TYPED_INPUT typed(input);
     CAPTURED_STREAM output(stdout, scratch.path("output"));

@@ -61,7 +61,9 @@ TEST(command_posix, AKilledCompileLeavesADatabaseThatIsKnown) {
     const std::string one = scratch.write("one.csv", FLASH_SOURCE().row().text());
     const std::string two = scratch.write("two.csv", FLASH_SOURCE().row({{"device_name", "OTHER"}}).text());
     const std::string pcf = scratch.path("out.pcf");
+    const auto begin = std::chrono::steady_clock::now();
     ASSERT_EQ(run_command({"flash", "compile", one, pcf}).exit_code, DONE);
+    const auto one_compile = std::chrono::steady_clock::now() - begin;
     std::set<std::string> databases;
     for (int i = 0; i < KILLS; ++i) {
         const pid_t compiler = fork();
@@ -75,7 +77,7 @@ TEST(command_posix, AKilledCompileLeavesADatabaseThatIsKnown) {
                 run_pgmdev({"-q", "flash", "compile", one, pcf});
             }
         }
-        std::this_thread::sleep_for(std::chrono::microseconds(3000 + i * 311));
+        std::this_thread::sleep_for(one_compile * (i + 5) / 20);  // up to the fourth compile
         ASSERT_EQ(kill(compiler, SIGKILL), 0);
         int status = 0;
         ASSERT_EQ(waitpid(compiler, &status, 0), compiler);

@@ -107,7 +107,7 @@ inline JSON json_failure(const PROCESS_RESULT& result, int exit_code, const std:
     EXPECT_EQ(lines_of(result.output).size(), 1U);
     const JSON document = json_of(result.output);
     EXPECT_EQ(keys_of(document), std::vector<std::string>{"error"});
-    const JSON error = document.value("error", JSON::object());
+    JSON error = document.value("error", JSON::object());
     EXPECT_EQ(error.value("code", ""), code);
     EXPECT_TRUE(contains(result.errors, error.value("message", ""))) << result.errors;
     return error;

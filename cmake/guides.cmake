@@ -6,7 +6,7 @@ set(guides
   docs/adding-a-boot-flash.md
   docs/adding-a-flash-chip.md
   docs/adding-a-profile.md
-  docs/command-home.md
+  docs/command.md
   docs/formats.md
   docs/your-own-flash.md)
 set(table_pages data/dev_info/README.md data/flash/README.md)
@@ -29,6 +29,7 @@ function(without_sources variable)
   set(${variable} "${text}" PARENT_SCOPE)
 endfunction()
 
+file(REMOVE_RECURSE ${guides_dir})  # with guides that are no more
 foreach(page IN LISTS guides table_pages)
   set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/${page})
   file(READ ${PROJECT_SOURCE_DIR}/${page} text)
@@ -44,8 +45,8 @@ foreach(page IN LISTS guides table_pages)
 endforeach()
 
 install(DIRECTORY ${guides_dir}/ DESTINATION ${PGMDEV_INSTALL_DOCDIR} COMPONENT runtime)
-install(FILES data/flash/pgm_flash.csv DESTINATION ${PGMDEV_INSTALL_DOCDIR}/data/flash COMPONENT runtime)
-install(FILES data/dev_info/pgm_dev_info.csv DESTINATION ${PGMDEV_INSTALL_DOCDIR}/data/dev_info COMPONENT runtime)
+install(FILES data/flash/pgm_flash.csv data/flash/pgm_flash.csv.accepted DESTINATION ${PGMDEV_INSTALL_DOCDIR}/data/flash COMPONENT runtime)
+install(FILES data/dev_info/pgm_dev_info.csv data/dev_info/pgm_dev_info.csv.accepted DESTINATION ${PGMDEV_INSTALL_DOCDIR}/data/dev_info COMPONENT runtime)
 install(FILES examples/identify.cpp examples/tessary.conf
   DESTINATION ${PGMDEV_INSTALL_DOCDIR}/examples
   COMPONENT runtime)

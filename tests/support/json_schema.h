@@ -2,8 +2,7 @@
 
 /// \file
 /// A validator for the words of JSON Schema (draft 2020-12) that the schemas of the command use. A word that it does not
-/// know is a fault of the schema. What a schema says nothing about may be anything, unless the validation is closed: then
-/// an object must not have members that its schema does not describe.
+/// know is a fault of the schema. What a schema says nothing about may be anything.
 
 #include <algorithm>
 #include <nlohmann/json.hpp>
@@ -14,10 +13,7 @@ class JSON_SCHEMA {
 public:
     using JSON = nlohmann::ordered_json;
 
-    enum class OTHER_MEMBERS { ALLOWED, FORBIDDEN };
-
-    explicit JSON_SCHEMA(JSON schema, OTHER_MEMBERS other = OTHER_MEMBERS::ALLOWED)
-        : m_schema(std::move(schema)), m_closed(other == OTHER_MEMBERS::FORBIDDEN) {}
+    explicit JSON_SCHEMA(JSON schema) : m_schema(std::move(schema)) {}
 
     /// What is wrong with a document; "" when it fits.
     std::string faults_of(const JSON& document) const { return faults(m_schema, document, "$"); }
@@ -35,6 +31,9 @@ private:
                 found += missing_members(argument, value, place);
             } else if (word == "properties") {
                 found += faults_of_members(argument, value, place);
+            } else if (word == "additionalProperties") {
+                found += argument == false ? other_members(schema, value, place)
+                                           : place + ": additionalProperties is not false\n";
             } else if (word == "items") {
                 found += faults_of_elements(argument, value, place);
             } else if (word == "enum") {
@@ -74,9 +73,18 @@ private:
             for (const auto& [name, member] : value.items()) {
                 if (properties.contains(name)) {
                     found += faults(properties.at(name), member, place + "." + name);
-                } else if (m_closed) {
-                    found += place + ": the member " + name + " is not described\n";
                 }
+            }
+        }
+        return found;
+    }
+
+    /// Members that the schema does not describe.
+    static std::string other_members(const JSON& schema, const JSON& value, const std::string& place) {
+        std::string found;
+        if (value.is_object()) {
+            for (const auto& [name, member] : value.items()) {
+                found += schema.at("properties").contains(name) ? "" : place + ": has the member " + name + "\n";
             }
         }
         return found;
@@ -110,5 +118,4 @@ private:
     }
 
     JSON m_schema;
-    bool m_closed;
 };

@@ -1,19 +1,16 @@
 #include <gtest/gtest.h>
 
-#include <map>
-
-#include "support/scratch.h"
-#include "tools/generator_run.h"
+#include "tools/small_tables.h"
 
 // The generator on tables of boot flash: what it refuses, and what it makes of correct ones.
 
 namespace {
 
 /// Two small correct tables.
-class SMALL_BOOT_FLASH {
+class SMALL_BOOT_FLASH : public SMALL_TABLES {
 public:
-    SMALL_BOOT_FLASH() {
-        m_files["nand.csv"] =
+    SMALL_BOOT_FLASH() : SMALL_TABLES("hps") {
+        set("nand.csv",
             "DWORD, DWORD, QWORD\n"
             "manufacturer_id, device_id, device_byte_size\n"
             "Notes, of any, length, for people\n"
@@ -21,8 +18,8 @@ public:
             "--------\n"
             "\n"
             "0x2C, 0x68, 0x100000000\n"
-            "1, 241, 4096\n";
-        m_files["spi.csv"] =
+            "1, 241, 4096\n");
+        set("spi.csv",
             "STL_STRING, STL_STRING, DWORD, DWORD, DWORD, DWORD, QWORD, DWORD, DWORD, DWORD, DWORD, DWORD, DWORD, "
             "DWORD, "
             "DWORD, bool, DWORD, DWORD, DWORD\n"
@@ -31,61 +28,26 @@ public:
             "flag_a, erase_opcode, program_opcode, read_opcode\n"
             "--------\n"
             "MAKER, ONE, 0x11BA20, 0xFFFFFF, 68, 255, 4096, 256, 16, 101, 102, 103, 104, 105, 1, TRUE, 6, 7, 8\n"
-            "MAKER, TWO, 0x11BA20, 0xFFFFFF, 0, 0, 4096, 256, 16, 1, 2, 3, 4, 5, 1, FALSE, 6, 7, 0xFF\n";
+            "MAKER, TWO, 0x11BA20, 0xFFFFFF, 0, 0, 4096, 256, 16, 1, 2, 3, 4, 5, 1, FALSE, 6, 7, 0xFF\n");
     }
 
-    void set(const std::string& file, const std::string& text) { m_files[file] = text; }
-    void remove(const std::string& file) { m_files.erase(file); }
-    void replace(const std::string& file, const std::string& from, const std::string& to) {
-        std::string& text = m_files.at(file);
-        const std::size_t position = text.find(from);
-        ASSERT_NE(position, std::string::npos) << from;
-        text.replace(position, from.size(), to);
-    }
-
-    std::string directory() const {
-        for (const auto& [name, text] : m_files) {
-            m_scratch.write("hps/" + name, text);
-        }
-        return m_scratch.path("hps");
-    }
-    std::string source() const { return m_scratch.path("out/records.cpp"); }
+    std::string source() const { return output("records.cpp"); }
 
     GENERATOR_RUN check() const { return run({"--check-hps", directory()}); }
     GENERATOR_RUN generate() const { return run({"--hps", directory(), source()}); }
     std::string faults() const { return told_inside(directory(), check().errors); }
-
-private:
-    SCRATCH m_scratch;
-    std::map<std::string, std::string> m_files;
 };
 
-/// A change to the small tables, and everything that the generator must say about it.
-struct ROW_DAMAGE {
-    const char* name;
-    const char* file;
-    const char* from;
-    const char* to;
-    const char* faults;
-};
-
-void PrintTo(const ROW_DAMAGE& damage, std::ostream* output) {
-    *output << damage.name;
-}
-
-class BootFlashFaults : public testing::TestWithParam<ROW_DAMAGE> {};
+class BootFlashFaults : public testing::TestWithParam<TABLE_DAMAGE> {};
 
 TEST_P(BootFlashFaults, AreToldWithFileLineAndColumn) {
     SMALL_BOOT_FLASH flash;
-    flash.replace(GetParam().file, GetParam().from, GetParam().to);
-    EXPECT_EQ(flash.faults(), GetParam().faults);
-    EXPECT_EQ(flash.check().result, 1);
-    EXPECT_EQ(flash.check().output, "");
+    expect_told(flash, GetParam());
     EXPECT_EQ(flash.generate().result, 1);
     EXPECT_FALSE(std::filesystem::exists(flash.source()));
 }
 
-const std::vector<ROW_DAMAGE> HEADER_DAMAGES{
+const std::vector<TABLE_DAMAGE> HEADER_DAMAGES{
     {"NoRuler", "nand.csv", "--------\n", "",
      "nand.csv: has no header: types, names, and a line of dashes below them\n"},
     {"RulerAtOnce", "nand.csv", "manufacturer_id,", "--------\nmanufacturer_id,",
@@ -110,7 +72,7 @@ const std::vector<ROW_DAMAGE> HEADER_DAMAGES{
      "nand.csv:1:15: type \"dword\" of column \"device_byte_size\" must be \"QWORD\"\n"},
 };
 
-const std::vector<ROW_DAMAGE> ROW_DAMAGES{
+const std::vector<TABLE_DAMAGE> ROW_DAMAGES{
     {"MissingCell", "nand.csv", "1, 241, 4096", "1, 241  ", "nand.csv:8:7: expected 3 cells, found 2\n"},
     {"SurplusCell", "nand.csv", "1, 241, 4096", "1, 241, 4096, 5, 6", "nand.csv:8:15: expected 3 cells, found 5\n"},
     {"CommaAtTheEnd", "nand.csv", "1, 241, 4096", "1, 241, 4096,", "nand.csv:8:14: expected 3 cells, found 4\n"},
@@ -152,11 +114,8 @@ const std::vector<ROW_DAMAGE> ROW_DAMAGES{
      "nand.csv:9:19: expected 3 cells, found 4\n"},
 };
 
-std::string name_of(const testing::TestParamInfo<ROW_DAMAGE>& info) {
-    return info.param.name;
-}
-INSTANTIATE_TEST_SUITE_P(Header, BootFlashFaults, testing::ValuesIn(HEADER_DAMAGES), name_of);
-INSTANTIATE_TEST_SUITE_P(Rows, BootFlashFaults, testing::ValuesIn(ROW_DAMAGES), name_of);
+INSTANTIATE_TEST_SUITE_P(Header, BootFlashFaults, testing::ValuesIn(HEADER_DAMAGES), name_of_damage);
+INSTANTIATE_TEST_SUITE_P(Rows, BootFlashFaults, testing::ValuesIn(ROW_DAMAGES), name_of_damage);
 
 TEST(BootFlash, FaultsOfBothTablesAreToldAtOnce) {
     SMALL_BOOT_FLASH flash;

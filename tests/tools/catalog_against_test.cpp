@@ -13,14 +13,7 @@ std::string faults_of(const SMALL_CATALOG& catalog, const SMALL_CATALOG& old) {
     const GENERATOR_RUN result = run({"--check", directory, "--against", old_directory});
     EXPECT_EQ(result.result, result.errors.empty() ? 0 : 1);
     EXPECT_EQ(result.output.empty(), !result.errors.empty());
-    std::string faults = result.errors;
-    for (const auto& [path, name] : {std::pair{directory, "new"}, std::pair{old_directory, "old"}}) {
-        const std::string generic = std::filesystem::path(path).generic_string();
-        for (std::size_t at = faults.find(generic); at != std::string::npos; at = faults.find(generic, at)) {
-            faults.replace(at, generic.size(), name);
-        }
-    }
-    return faults;
+    return told_inside(old_directory, told_inside(directory, result.errors, "new"), "old");
 }
 
 }  // namespace

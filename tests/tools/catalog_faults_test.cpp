@@ -4,28 +4,11 @@
 
 namespace {
 
-/// A change to the small catalog, and everything that the generator must say about it.
-struct DAMAGE {
-    const char* name;
-    const char* file;
-    const char* from;
-    const char* to;
-    std::string faults;
-};
-
-void PrintTo(const DAMAGE& damage, std::ostream* output) {
-    *output << damage.name;
-}
-
-class CatalogFaults : public testing::TestWithParam<DAMAGE> {};
+class CatalogFaults : public testing::TestWithParam<TABLE_DAMAGE> {};
 
 TEST_P(CatalogFaults, AreToldWithFileAndLine) {
     SMALL_CATALOG catalog;
-    catalog.replace(GetParam().file, GetParam().from, GetParam().to);
-    EXPECT_EQ(catalog.faults(), GetParam().faults);
-    const GENERATOR_RUN checked = catalog.check();
-    EXPECT_EQ(checked.result, 1);
-    EXPECT_EQ(checked.output, "");
+    expect_told(catalog, GetParam());
 }
 
 std::string name_fault(const std::string& place, const std::string& name, const std::string& what) {
@@ -34,7 +17,7 @@ std::string name_fault(const std::string& place, const std::string& name, const 
 
 const std::string LONG_NAME(64, 'A');
 
-const std::vector<DAMAGE> FAMILY_DAMAGES{
+const std::vector<TABLE_DAMAGE> FAMILY_DAMAGES{
     {"MissingColumn", "families.txt", "Finch  FINCH_PCF", "Finch",
      "families.txt:2: expected 3 columns (NUMBER NAME PROGRAMMER-FAMILY), found 2\n"
      "devices.txt:1: family \"Finch\" is not known\n"
@@ -65,7 +48,7 @@ const std::vector<DAMAGE> FAMILY_DAMAGES{
      "families.txt:4: family \"" + LONG_NAME + "\" is longer than 63 characters\n"},
 };
 
-const std::vector<DAMAGE> CODE_DAMAGES{
+const std::vector<TABLE_DAMAGE> CODE_DAMAGES{
     {"PackageColumns", "packages.txt", "Q44   PQFP  44", "Q44   PQFP  44\nX1 BGA",
      "packages.txt:3: expected 3 columns (CODE TYPE PINS), found 2\n"},
     {"PackagePins", "packages.txt", "Q44   PQFP  44", "Q44   PQFP  44\nX1 BGA many",
@@ -84,7 +67,7 @@ const std::vector<DAMAGE> CODE_DAMAGES{
      "grades.txt:3: temperature grade \"any\" has a meaning of its own and cannot be used as a name\n"},
 };
 
-const std::vector<DAMAGE> DEVICE_DAMAGES{
+const std::vector<TABLE_DAMAGE> DEVICE_DAMAGES{
     {"Keyword", "devices.txt", "  alias", "  allias",
      "devices.txt:4: a line begins with \"device\", \"parts\" or \"alias\", not with \"allias\"\n"},
     {"Columns", "devices.txt", "device 9 ROBIN-2 Robin -\n", "device 8 ROBIN-3 Robin\ndevice 9 ROBIN-2 Robin -\n",
@@ -145,7 +128,7 @@ const std::vector<DAMAGE> DEVICE_DAMAGES{
      "devices.txt:4: \"FIN1Q44C6\" has no part number and so cannot have an alias\n"},
 };
 
-const std::vector<DAMAGE> ORDERING_CODE_DAMAGES{
+const std::vector<TABLE_DAMAGE> ORDERING_CODE_DAMAGES{
     {"NoEntries", "ordering-codes.txt", "entries 20\n", "",
      "ordering-codes.txt:1: expected \"entries\" and the length of the list before the first code\n"},
     {"EntriesColumns", "ordering-codes.txt", "entries 20", "entries",
@@ -175,7 +158,7 @@ const std::vector<DAMAGE> ORDERING_CODE_DAMAGES{
      "ordering-codes.txt:3: \"FIN1Q44C6\" has no part number and so cannot have an ordering code\n"},
 };
 
-const std::vector<DAMAGE> GRAMMAR_DAMAGES{
+const std::vector<TABLE_DAMAGE> GRAMMAR_DAMAGES{
     {"PackageNameOfTwoProgrammingNames", "devices.txt", "  parts 7 ROB2 (Q44) C6 announced",
      "  parts 7 ROB1Q44 (Q44) C6 announced\n  parts 9 ROB1 Q44 I7 sample",
      "devices.txt:8: package name \"ROB1Q44\" belongs to programming name \"ROB1\" here, but to \"ROB1Q44\" at "
@@ -191,8 +174,6 @@ const std::vector<DAMAGE> GRAMMAR_DAMAGES{
      ".: no programmer family has a family: table 6 would be empty, "
      "which its format cannot say\n"},
 };
-
-const auto NAME_OF = [](const auto& info) { return std::string(info.param.name); };
 
 TEST(CatalogFaultsTogether, ProgrammerFamilyWithoutProgrammingNames) {
     SMALL_CATALOG catalog;
@@ -254,10 +235,10 @@ TEST(CatalogFaultsTogether, WriteNothing) {
     EXPECT_EQ(read_file(catalog.output("host.cpp")), before);
 }
 
-INSTANTIATE_TEST_SUITE_P(Families, CatalogFaults, testing::ValuesIn(FAMILY_DAMAGES), NAME_OF);
-INSTANTIATE_TEST_SUITE_P(Codes, CatalogFaults, testing::ValuesIn(CODE_DAMAGES), NAME_OF);
-INSTANTIATE_TEST_SUITE_P(Devices, CatalogFaults, testing::ValuesIn(DEVICE_DAMAGES), NAME_OF);
-INSTANTIATE_TEST_SUITE_P(OrderingCodes, CatalogFaults, testing::ValuesIn(ORDERING_CODE_DAMAGES), NAME_OF);
-INSTANTIATE_TEST_SUITE_P(Grammar, CatalogFaults, testing::ValuesIn(GRAMMAR_DAMAGES), NAME_OF);
+INSTANTIATE_TEST_SUITE_P(Families, CatalogFaults, testing::ValuesIn(FAMILY_DAMAGES), name_of_damage);
+INSTANTIATE_TEST_SUITE_P(Codes, CatalogFaults, testing::ValuesIn(CODE_DAMAGES), name_of_damage);
+INSTANTIATE_TEST_SUITE_P(Devices, CatalogFaults, testing::ValuesIn(DEVICE_DAMAGES), name_of_damage);
+INSTANTIATE_TEST_SUITE_P(OrderingCodes, CatalogFaults, testing::ValuesIn(ORDERING_CODE_DAMAGES), name_of_damage);
+INSTANTIATE_TEST_SUITE_P(Grammar, CatalogFaults, testing::ValuesIn(GRAMMAR_DAMAGES), name_of_damage);
 
 }  // namespace

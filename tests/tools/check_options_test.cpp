@@ -64,6 +64,21 @@ TEST(check_options, AcceptedWarningsAreNotToldAsFaults) {
     EXPECT_EQ(checked.document.at("accepted")[0].at("why"), "a module without a die of its own");
 }
 
+TEST(check_options, ShippedTablesPassStrictly) {
+    for (const auto& [noun, table] :
+         {std::pair{"flash", "/flash/pgm_flash.csv"}, std::pair{"profile", "/dev_info/pgm_dev_info.csv"}}) {
+        const std::string csv = std::string(TEST_DATA_DIR) + table;
+        const PROCESS_RESULT result = run_command({"--json", noun, "check", "--strict", csv});
+        EXPECT_EQ(result.exit_code, DONE) << result.errors;
+        const JSON document = json_of(result.output);
+        EXPECT_EQ(document.at("faults"), JSON::array());
+        EXPECT_EQ(document.at("unused"), JSON::array()) << "an accepted warning that there is no more";
+        for (const JSON& warning : document.at("accepted")) {
+            EXPECT_NE(warning.at("why"), "") << warning;
+        }
+    }
+}
+
 TEST(check_options, AStarAcceptsAnyText) {
     EXPECT_EQ(CHECKED(ODD, "CHIP die_count *\n", STRICT).result.exit_code, DONE);
     EXPECT_EQ(CHECKED(ODD, "CHIP die_count something else\n", STRICT).result.exit_code, INTERNAL_ERROR);

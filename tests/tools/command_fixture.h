@@ -1,7 +1,7 @@
 #pragma once
 
 /// \file
-/// The command `pgmdev` as a process, and what it answers.
+/// The command `pgmdev`, and what it answers.
 
 #include <gtest/gtest.h>
 
@@ -12,6 +12,8 @@
 #include <vector>
 
 #include "pgmdev/flash/fixture.h"
+#include "run.h"
+#include "support/captured_run.h"
 #include "support/process.h"
 #include "support/scratch.h"
 
@@ -19,10 +21,10 @@ using JSON = nlohmann::ordered_json;  // keys in the order in which they were pr
 
 enum EXIT_CODES { DONE = 0, NOT_FOUND = 1, WRONG_USAGE = 2, INTERNAL_ERROR = 3 };
 
+/// Runs the command within the tests, which is quick where programs start slowly. As a process it is run where the
+/// environment, the directory or the terminal matters, and by process_test.cpp.
 inline PROCESS_RESULT run_command(const std::vector<std::string>& arguments, const std::string& input = "") {
-    PROCESS process{{TEST_COMMAND}, input, {}, {}};
-    process.command.insert(process.command.end(), arguments.begin(), arguments.end());
-    return run_process(process);
+    return run_captured([&arguments] { return run_pgmdev(arguments); }, input);
 }
 
 inline bool contains(const std::string& text, const std::string& part) {
@@ -60,6 +62,11 @@ inline std::vector<std::string> keys_of(const JSON& object) {
         keys.push_back(key);
     }
     return keys;
+}
+
+/// A text as it is, anything else as in JSON: as people write it.
+inline std::string text_of(const JSON& value) {
+    return value.is_string() ? value.get<std::string>() : value.dump();
 }
 
 /// What a question is answered with when something was found; the keys of `content` stay in their order.
@@ -100,7 +107,7 @@ inline JSON json_failure(const PROCESS_RESULT& result, int exit_code, const std:
     EXPECT_EQ(lines_of(result.output).size(), 1U);
     const JSON document = json_of(result.output);
     EXPECT_EQ(keys_of(document), std::vector<std::string>{"error"});
-    const JSON error = document.value("error", JSON::object());
+    JSON error = document.value("error", JSON::object());
     EXPECT_EQ(error.value("code", ""), code);
     EXPECT_TRUE(contains(result.errors, error.value("message", ""))) << result.errors;
     return error;

@@ -1,4 +1,11 @@
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <chrono>
+#include <csignal>
 #include <filesystem>
+#include <set>
+#include <thread>
 
 #include "command_fixture.h"
 #include "flash_source.h"
@@ -46,4 +53,38 @@ TEST(command_posix, CheckReadsThroughADescriptor) {
     const SCRATCH scratch;
     const std::string csv = scratch.write("table.csv", FLASH_SOURCE().row().text());
     EXPECT_EQ(run_shell("flash check /dev/stdin < '" + csv + "'").exit_code, DONE);
+}
+
+TEST(command_posix, AKilledCompileLeavesADatabaseThatIsKnown) {
+    constexpr int KILLS = 60;
+    const SCRATCH scratch;
+    const std::string one = scratch.write("one.csv", FLASH_SOURCE().row().text());
+    const std::string two = scratch.write("two.csv", FLASH_SOURCE().row({{"device_name", "OTHER"}}).text());
+    const std::string pcf = scratch.path("out.pcf");
+    const auto begin = std::chrono::steady_clock::now();
+    ASSERT_EQ(run_command({"flash", "compile", one, pcf}).exit_code, DONE);
+    const auto one_compile = std::chrono::steady_clock::now() - begin;
+    std::set<std::string> databases;
+    for (int i = 0; i < KILLS; ++i) {
+        const pid_t compiler = fork();
+        ASSERT_GE(compiler, 0);
+        if (compiler == 0) {
+            if (std::freopen("/dev/null", "w", stdout) == nullptr) {
+                _exit(1);
+            }
+            for (;;) {
+                run_pgmdev({"-q", "flash", "compile", two, pcf});
+                run_pgmdev({"-q", "flash", "compile", one, pcf});
+            }
+        }
+        std::this_thread::sleep_for(one_compile * (i + 5) / 20);  // up to the fourth compile
+        ASSERT_EQ(kill(compiler, SIGKILL), 0);
+        int status = 0;
+        ASSERT_EQ(waitpid(compiler, &status, 0), compiler);
+        ASSERT_TRUE(WIFSIGNALED(status)) << "the compiler ended by itself";
+        databases.insert(read_file(pcf));
+        const PROCESS_RESULT verified = run_command({"flash", "verify", pcf});
+        ASSERT_EQ(verified.exit_code, DONE) << "kill " << i << "\n" << verified.output << read_file(pcf + ".info");
+    }
+    EXPECT_EQ(databases.size(), 2U) << "some were killed before, some behind the replacement";
 }

@@ -1,7 +1,9 @@
 #include <filesystem>
+#include <set>
 #include <span>
 
 #include "command_fixture.h"
+#include "pgmdev_dev_info.h"
 
 // What the guides to the command show of a console is what the command does. A guide is docs/command*.md; in its blocks
 // that begin with ```console,
@@ -157,6 +159,20 @@ std::vector<std::filesystem::path> guides() {
     return files;
 }
 
+/// The names of all members that a schema describes.
+void collect_keys(const JSON& schema, std::set<std::string>& keys) {
+    for (const auto& [word, argument] : schema.items()) {
+        if (word == "properties") {
+            for (const auto& [key, member] : argument.items()) {
+                keys.insert(key);
+            }
+        }
+        if (argument.is_structured()) {
+            collect_keys(argument, keys);
+        }
+    }
+}
+
 }  // namespace
 
 TEST(documentation, TheCommandDoesWhatItsGuidesShow) {
@@ -169,6 +185,25 @@ TEST(documentation, TheCommandDoesWhatItsGuidesShow) {
         }
     }
     EXPECT_GE(count, 5U);
+}
+
+TEST(documentation, EveryKeyOfEveryVerbIsTold) {
+    std::string told;
+    for (const std::filesystem::path& guide : guides()) {
+        told += read_file(guide);
+    }
+    std::set<std::string> keys;
+    collect_keys(json_of(run_command({"schema"}).output), keys);
+    EXPECT_GT(keys.size(), 150U);
+    for (const auto& member : PGMDEV_SFL_FLASH_MEMBERS) {  // the guide refers to the headers of the records
+        keys.erase(std::string(member.name));
+    }
+    for (const auto& member : PGMDEV_DEVICE_INFO_MEMBERS) {
+        keys.erase(std::string(member.name));
+    }
+    for (const std::string& key : keys) {
+        EXPECT_TRUE(contains(told, '`' + key + '`') || contains(told, '"' + key + '"')) << key;
+    }
 }
 
 TEST(documentation, LinesThatDifferAreSeen) {

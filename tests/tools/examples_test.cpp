@@ -28,10 +28,8 @@ public:
             fs::copy_file(fs::path(TEST_DEVICES_DIR) / "programmer" / name, here / name);
         }
         m_scratch.write("answers.txt", ANSWERS);
-        run({"hps", "add", "nand", "manufacturer_id=0xEC", "device_id=0xD3", "device_byte_size=0x40000000"});
-        run({"hps", "add", "spi", "--like", "26"});
-        run({"params", "read", "1", "block.bin"});
-        fs::rename(here / "block.bin", here / "spi.bin");
+        m_scratch.write("pgm_flash.ini", prepared().container);
+        m_scratch.write("spi.bin", prepared().block);
     }
 
     PROCESS_RESULT run(const std::vector<std::string>& arguments, const std::string& input = "") const {
@@ -59,11 +57,34 @@ public:
     }
 
 private:
-    /// A description of a flash, as the dialogue prints it.
-    static const std::string& description() {
-        static const std::string text = json_of(run_command({"--json", "flash", "define"}, ANSWERS).output)["encoded"];
-        return text;
+    /// What only the command makes: once for all examples.
+    struct PREPARED {
+        PREPARED() {
+            const SCRATCH scratch;
+            const auto run = [&scratch](std::vector<std::string> arguments, const std::string& input = "") {
+                arguments.insert(arguments.begin(), {"--module-dir", scratch.directory().string()});
+                const PROCESS_RESULT result = run_command(arguments, input);
+                EXPECT_EQ(result.exit_code, DONE) << result.errors;
+                return result.output;
+            };
+            run({"hps", "add", "nand", "manufacturer_id=0xEC", "device_id=0xD3", "device_byte_size=0x40000000"});
+            run({"hps", "add", "spi", "--like", "26"});
+            run({"params", "read", "1", scratch.path("block.bin")});
+            container = read_file(scratch.path("pgm_flash.ini"));
+            block = read_file(scratch.path("block.bin"));
+            description = json_of(run({"--json", "flash", "define"}, ANSWERS))["encoded"];
+        }
+
+        std::string container;    ///< with an entry in each list
+        std::string block;        ///< of its SPI flash
+        std::string description;  ///< of a flash, as the dialogue prints it
+    };
+
+    static const PREPARED& prepared() {
+        static const PREPARED all;
+        return all;
     }
+    static const std::string& description() { return prepared().description; }
 
     SCRATCH m_scratch;
 };

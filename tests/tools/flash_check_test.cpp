@@ -171,8 +171,7 @@ TEST(flash_check, TableWithoutRows) {
 
 TEST(flash_check, FilesThatAreNoTable) {
     const SCRATCH scratch;
-    for (const std::string& file : {scratch.path("none.csv"), scratch.directory().string(), scratch.write("empty", ""),
-                                    scratch.write("blank", "\n \n")}) {
+    for (const std::string& file : {scratch.write("empty", ""), scratch.write("blank", "\n \n")}) {
         const PROCESS_RESULT result = run_command({"flash", "check", file});
         expect_failure(result, INTERNAL_ERROR, {file, "status && device_count > 0"});
     }
@@ -182,6 +181,22 @@ TEST(flash_check, FilesThatAreNoTable) {
     }
     EXPECT_EQ(run_command({"flash", "check", scratch.write("noise", noise)}).exit_code, INTERNAL_ERROR);
     EXPECT_EQ(run_command({"--json", "flash", "check", TEST_COMMAND}).exit_code, INTERNAL_ERROR);
+}
+
+TEST(flash_check, FilesThatCannotBeRead) {
+    const SCRATCH scratch;
+    const std::pair<std::string, std::string> files[]{{scratch.path("none.csv"), "there is no such file"},
+                                                      {scratch.directory().string(), "it is a directory"}};
+    for (const auto& [file, reason] : files) {
+        for (const char* noun : {"flash", "profile"}) {
+            expect_failure(run_command({noun, "check", file}), INTERNAL_ERROR,
+                           {"the source table cannot be read, since " + reason + ": " + file, "(argument CSV)"});
+            const JSON error =
+                json_failure(run_command({"--json", noun, "check", file}), INTERNAL_ERROR, "source_table_unreadable");
+            EXPECT_EQ(error.at("path"), file);
+            EXPECT_EQ(error.at("tried"), JSON::array({"argument CSV"}));
+        }
+    }
 }
 
 TEST(flash_check, AllFaultsOfTheFormatAtOnce) {

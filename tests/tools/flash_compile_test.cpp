@@ -9,42 +9,8 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// The payload in a packed file, read as plainly as possible.
-std::string payload_of(const std::string& file) {
-    const std::string bytes = read_file(file);
-    std::size_t size = 0;
-    for (std::size_t i = 0; i < 4; ++i) {
-        size |= std::size_t{static_cast<unsigned char>(bytes.at(40 + i))} << (8 * i);
-    }
-    return flash_reference::inflated(bytes.substr(44, bytes.size() - 46), size);
-}
-
-/// The record that a row of the sample's cells stands for.
-PGMDEV_SFL_FLASH_INFO sample_row() {
-    PGMDEV_SFL_FLASH_INFO r;
-    r.manufacturer_name = "Maker";
-    r.device_name = "CHIP";
-    r.memory_id = 0x18;
-    r.memory_id_index = 2;
-    r.memory_type = 0xBA;
-    r.memory_type_index = 1;
-    r.mfc_id = 0x20;
-    r.orvane_id = 24;
-    r.default_dev = true;
-    r.ini = "NONE";
-    r.micron_flow = r.flag_status = r.sdm_support = true;
-    r.die_count = 1;
-    r.device_bit_size = 134217728;
-    r.device_sector_byte = 65536;
-    r.bulk_erase_time = 250;
-    r.sec_erase_time = 3;
-    r.program_utime = 5000;
-    r.protection_mask = r.protection_value = 0x5C;
-    r.protection_division = 15;
-    r.bottom_value = 5;
-    r.asc_voltage = "3.3V";
-    return r;
-}
+using flash_reference::payload_of;
+using flash_reference::record_of_data_row;
 
 const std::string OLD = flash_reference::MAGIC + "the old file";
 
@@ -62,7 +28,7 @@ TEST(flash_compile, WritesThePackedDatabase) {
     const std::string bytes = read_file(pcf);
     EXPECT_EQ(bytes.substr(0, 40), flash_reference::MAGIC + flash_reference::STAMP);
     EXPECT_EQ(bytes.substr(bytes.size() - 2), std::string(2, '\0'));
-    EXPECT_EQ(payload_of(pcf), flash_reference::payload({sample_row()}));
+    EXPECT_EQ(payload_of(pcf), flash_reference::payload({record_of_data_row()}));
     EXPECT_EQ(scratch.file_count(), 3U);
 }
 
@@ -82,7 +48,7 @@ TEST(flash_compile, ReplacesAnOlderDatabase) {
     fs::permissions(pcf, fs::perms::owner_read | fs::perms::owner_write | fs::perms::others_read);
     const fs::perms before = fs::status(pcf).permissions();
     ASSERT_EQ(run_command({"flash", "compile", csv, pcf}).exit_code, DONE);
-    EXPECT_EQ(payload_of(pcf), flash_reference::payload({sample_row()}));
+    EXPECT_EQ(payload_of(pcf), flash_reference::payload({record_of_data_row()}));
     EXPECT_EQ(fs::status(pcf).permissions(), before);
     EXPECT_EQ(scratch.file_count(), 3U);
 }

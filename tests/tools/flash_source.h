@@ -8,15 +8,7 @@
 #include <utility>
 #include <vector>
 
-#include "pgmdev/flash/columns.h"
-
-inline std::string joined(const std::vector<std::string>& cells) {
-    std::string line;
-    for (const std::string& cell : cells) {
-        line += (line.empty() ? "" : ", ") + cell;
-    }
-    return line;
-}
+#include "pgmdev/flash/source_fixture.h"
 
 /// A table with the eight header lines, which a test may change, and rows that differ from the sample where it says so.
 class FLASH_SOURCE {
@@ -25,24 +17,16 @@ public:
 
     static constexpr unsigned FIRST_ROW_LINE = 9;
 
-    FLASH_SOURCE() : m_lines(8) {
-        std::vector<std::string> types;
-        std::vector<std::string> names;
-        for (const flash_reference::COLUMN& column : flash_reference::COLUMNS) {
-            types.emplace_back(column.type);
-            names.emplace_back(column.name);
-        }
-        const std::string ignored = joined(std::vector<std::string>(flash_reference::COLUMNS.size(), "-"));
-        m_lines = {joined(types), joined(names), "a table", "for a test", ignored, ignored, ignored, "-"};
-    }
+    FLASH_SOURCE() : m_lines(flash_reference::header()) {}
 
     FLASH_SOURCE& row(const CHANGES& changes = {}) {
-        std::vector<std::string> cells;
-        for (const flash_reference::COLUMN& column : flash_reference::COLUMNS) {
-            const auto change = changes.find(column.name);
-            cells.push_back(change != changes.end() ? change->second : column.cell);
+        flash_reference::CELLS cells = flash_reference::DATA_ROW;
+        for (std::size_t i = 0; i < cells.size(); ++i) {
+            if (const auto change = changes.find(flash_reference::COLUMNS[i].name); change != changes.end()) {
+                cells[i] = change->second;
+            }
         }
-        return line(joined(cells));
+        return line(flash_reference::joined(cells, ", "));
     }
 
     FLASH_SOURCE& line(const std::string& text) {

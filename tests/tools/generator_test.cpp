@@ -37,6 +37,31 @@ TEST(Generator, SummarisesACorrectCatalog) {
               "grammar (keys/entries): 5/7, 4/5, 2/4, 2/4, 2/2, 2/2, 1/1, 2/2\n");
 }
 
+TEST(Generator, WritesTheValuesThatPartsAreFilteredBy) {
+    SMALL_CATALOG catalog;
+    catalog.replace("packages.txt", "Q44   PQFP  44\n", "Q44   PQFP  44\nQ100  PQFP  100\n");
+    const std::string source = catalog.output("values.cpp");
+    const GENERATOR_RUN generated = run({"--part-values", catalog.directory(), source});
+    ASSERT_EQ(generated.result, 0) << generated.errors;
+    EXPECT_EQ(read_file(source),
+              "// Written by ddb_generator from the device catalog. Do not edit.\n"
+              "\n"
+              "#include \"names/part_values.h\"\n"
+              "\n"
+              "const PART_VALUES& part_values() {\n"
+              "    static const PART_VALUES values{\n"
+              "        {\"FBGA\", \"PQFP\"},\n"
+              "        {\"44\", \"100\"},\n"
+              "        {\"6\", \"7\"},\n"
+              "        {\"COMMERCIAL\", \"INDUSTRIAL\"},\n"
+              "    };\n"
+              "    return values;\n"
+              "}\n");
+    catalog.replace("grades.txt", "C6  6  COMMERCIAL", "C6  6");
+    EXPECT_EQ(run({"--part-values", catalog.directory(), catalog.output("none.cpp")}).result, 1);
+    EXPECT_FALSE(std::filesystem::exists(catalog.output("none.cpp")));
+}
+
 TEST(Generator, WritesThePartListInOrderOfNumbers) {
     const SMALL_CATALOG catalog;
     ASSERT_EQ(catalog.generate().result, 0);

@@ -92,6 +92,27 @@ TEST(info_file, SilentDamageShows) {
     EXPECT_TRUE(contains(compiled.origin().at("detail").get<std::string>(), sha256(other)));
 }
 
+TEST(info_file, FitsTheOldAndTheNewDatabaseWhileOneIsReplaced) {
+    const COMPILED compiled;
+    const std::string database = read_file(compiled.pcf);
+    const std::string other = flash_reference::file(flash_reference::payload({flash_reference::sample("OTHER")}));
+    // As it is between the two steps of replacing, and when something ends the command there.
+    compiled.scratch.write("out.pcf.info", compiled.info() + "replaces_sha256 = " + sha256(other) + "\n");
+    EXPECT_EQ(compiled.origin().at("outcome"), "passed");
+
+    compiled.scratch.write("out.pcf", other);
+    const PROCESS_RESULT older = run_command({"--json", "flash", "verify", compiled.pcf});
+    EXPECT_EQ(older.exit_code, DONE) << older.errors;
+    EXPECT_TRUE(json_of(older.output).at("compiled_from").is_null()) << "the text tells of the new one";
+    EXPECT_EQ(compiled.origin().at("detail"), "the database from before compiling table.csv was interrupted");
+
+    compiled.scratch.write("out.pcf", database + "x");
+    EXPECT_EQ(compiled.origin().at("outcome"), "failed");
+    ASSERT_EQ(run_command({"flash", "compile", compiled.csv, compiled.pcf}).exit_code, DONE);
+    EXPECT_FALSE(contains(compiled.info(), "replaces_sha256"));
+    EXPECT_EQ(compiled.scratch.file_count(), 3U);
+}
+
 TEST(info_file, ADamagedTextShows) {
     for (const char* text : {"", "database = out.pcf\n", "\xFF\xFE", "records = many\n"}) {
         const COMPILED compiled;

@@ -1,5 +1,8 @@
 #include <algorithm>
+#include <map>
+#include <set>
 
+#include "dev.h"
 #include "tools/command_fixture.h"
 
 // Lists with filters, and everything about a name.
@@ -30,14 +33,56 @@ TEST(PartList, FiltersAsTheDeviceLibraryDoes) {
                                {"pgm_part_pcf", "KES_50"},
                                {"orderable", true},
                                {"production", true},
-                               {"hidden", true}}));
+                               {"hidden", true},
+                               {"package", "LQFP"},
+                               {"pins", 144},
+                               {"speed", 6},
+                               {"temperature", "COMMERCIAL"}}));
     EXPECT_EQ(listed({"part", "list", "KES50C6"}), JSON::array());
 }
 
 TEST(PartList, NamesTheFilterThatNothingPasses) {
     expect_failure(run_command({"part", "list", "--family", "kestral"}), NOT_FOUND,
                    {"no part passes --family kestral; did you mean KESTREL"});
-    expect_failure(run_command({"device", "list", "--package", "FGBA"}), NOT_FOUND, {"no part passes --package FGBA"});
+    const std::pair<std::vector<std::string>, std::string> nearest_values[]{
+        {{"--package", "FGBA"}, "no part passes --package FGBA; did you mean FBGA"},
+        {{"--package", "elephant"}, "no part passes --package elephant; there are BGA, "},
+        {{"--pins", "1000"}, "no part passes --pins 1000; did you mean 896, 1152"},
+        {{"--pins", "99999"}, "no part passes --pins 99999; did you mean 2397"},
+        {{"--speed", "0"}, "no part passes --speed 0; did you mean 1"},
+        {{"--temperature", "INDUSTRAIL"}, "no part passes --temperature INDUSTRAIL; did you mean INDUSTRIAL"}};
+    for (const auto& [filter, expected] : nearest_values) {
+        std::vector<std::string> arguments{"device", "list"};
+        arguments.insert(arguments.end(), filter.begin(), filter.end());
+        expect_failure(run_command(arguments), NOT_FOUND, {expected});
+    }
+}
+
+TEST(PartList, TellsOfEachPartWhatItCanBeFilteredBy) {
+    const JSON rows = listed({"part", "list", "--hidden"});
+    std::map<std::string, std::set<std::string>> values;
+    for (const JSON& row : rows) {
+        for (const char* key : {"package", "pins", "speed", "temperature"}) {
+            EXPECT_FALSE(row.at(key).is_null()) << row;
+            values[key].insert(text_of(row.at(key)));
+        }
+    }
+    const DEV_PART_MANAGER manager;
+    for (const auto& [key, all] : values) {
+        for (const std::string& value : all) {
+            const auto filter = [&, &name = key](const char* filtered) { return name == filtered ? value : "ANY"; };
+            std::vector<int> expected;
+            manager.filter_part_list(&expected, "ANY", "ANY", filter("package"), filter("pins"), filter("speed"), false,
+                                     false, true, filter("temperature"));
+            std::vector<int> found;
+            for (const JSON& row : rows) {
+                if (text_of(row.at(key)) == value) {
+                    found.push_back(row.at("number"));
+                }
+            }
+            EXPECT_EQ(found, expected) << key << " " << value;
+        }
+    }
 }
 
 TEST(PartInfo, TellsEverythingAboutAPart) {
@@ -52,6 +97,18 @@ TEST(PartInfo, TellsEverythingAboutAPart) {
     EXPECT_EQ(info["opn_hash"], 0xDCB59F75E910);
     EXPECT_EQ(info["profile"], (JSON{{"index", 41}, {"rule", "family"}, {"key", "family KESTREL"}}));
     EXPECT_EQ(info["parts"], JSON{"KES50C6"});
+    EXPECT_EQ(info["package"], "LQFP");
+    EXPECT_EQ(info["pins"], 144);
+    EXPECT_EQ(info["speed"], 6);
+    EXPECT_EQ(info["temperature"], "COMMERCIAL");
+}
+
+TEST(PartInfo, TellsWhatAllPartsHaveAlike) {
+    const JSON info = listed({"part", "info", "KES75F169"});
+    EXPECT_GT(info["parts"].size(), 1U);
+    EXPECT_EQ(info["package"], "FBGA");
+    EXPECT_EQ(info["pins"], 169);
+    EXPECT_EQ(info["speed"], nullptr);
 }
 
 TEST(PartInfo, TellsWhichSchemeANameBelongsTo) {
@@ -88,6 +145,9 @@ TEST(FlashList, ChoosesRecords) {
     EXPECT_EQ(rows[1]["device_name"], "W25Q128JW");
     expect_failure(run_command({"flash", "list", "--size", "3x"}), WRONG_USAGE, {"\"3x\" is not a size"});
     expect_failure(run_command({"flash", "list", "no*such"}), NOT_FOUND, {"no*such"});
+    expect_failure(run_command({"flash", "list", "--maker", "Winbnod", "--voltage", "9V"}), NOT_FOUND,
+                   {"none passes --maker Winbnod; did you mean Winbond; none passes --voltage 9V"});
+    expect_failure(run_command({"part", "list", "KES50C6"}), NOT_FOUND, {"with --hidden there is 1"});
 }
 
 TEST(FlashList, ShowsSwitchedOffRowsWithTheirSwitch) {

@@ -16,10 +16,6 @@ JSON list(std::vector<std::string> arguments) {
     return json_of(result.output);
 }
 
-std::string text_of(const JSON& value) {
-    return value.is_string() ? value.get<std::string>() : value.dump();
-}
-
 /// What the rows have under the key.
 NAMES column(const JSON& rows, const std::string& key) {
     NAMES names;

@@ -1,4 +1,6 @@
 #include <filesystem>
+#include <iterator>
+#include <set>
 
 #include "command_fixture.h"
 #include "support/json_schema.h"
@@ -17,8 +19,25 @@ JSON schema_of(const WORDS& verb) {
     return json_of(result.output);
 }
 
-JSON_SCHEMA closed(const JSON& schema) {
-    return JSON_SCHEMA(schema, JSON_SCHEMA::OTHER_MEMBERS::FORBIDDEN);
+/// The words that lead to each verb, and to each option, that answers in JSON: the titles of the schemas.
+std::vector<WORDS> all_verbs() {
+    std::vector<WORDS> verbs;
+    for (const auto& [name, schema] : schema_of({})["$defs"].items()) {
+        if (schema.contains("title")) {
+            std::istringstream title(schema["title"].get<std::string>());
+            verbs.push_back({std::istream_iterator<std::string>(title), std::istream_iterator<std::string>()});
+            verbs.back().erase(verbs.back().begin());  // "pgmdev"
+        }
+    }
+    return verbs;
+}
+
+/// An option is called without its dashes where schemas are asked for.
+WORDS words_of_schema(WORDS verb) {
+    for (std::string& word : verb) {
+        word.erase(0, word.find_first_not_of('-'));
+    }
+    return verb;
 }
 
 /// One question, or a batch of them, to one verb.
@@ -37,6 +56,26 @@ const std::string PROFILE_DATABASE_FILE = std::string(TEST_DEVICES_DIR) + "/prog
 const std::vector<RUN> SINGLE{
     {{"flash", "list"}, {}, "", DONE},
     {{"flash", "list"}, {"--fields", "asc_voltage,device_name"}, "", DONE},
+    {{"flash", "list"}, {"--all-rows"}, "", DONE},
+    {{"flash", "list"}, {"no*such"}, "", NOT_FOUND},
+    {{"flash", "show"}, {"--all-rows", "M45PE80"}, "", DONE},
+    {{"flash", "show"}, {"--index", "99999"}, "", NOT_FOUND},
+    {{"profile", "show"}, {"--index", "99999"}, "", NOT_FOUND},
+    {{"profile", "show"}, {"--pcf", "nothing"}, "", NOT_FOUND},
+    {{"profile", "tables"}, {"--family"}, "", DONE},
+    {{"part", "list"}, {"kes*"}, "", DONE},
+    {{"device", "list"}, {}, "", DONE},
+    {{"family", "list"}, {}, "", DONE},
+    {{"opn", "list"}, {"kes*"}, "", DONE},
+    {{"part", "info"}, {"KES50C6"}, "", DONE},
+    {{"part", "info"}, {"KESTREL"}, "", DONE},
+    {{"part", "info"}, {"KES75-F169-C4"}, "", DONE},
+    {{"part", "info"}, {"nothing"}, "", NOT_FOUND},
+    {{"part", "from-pcf"}, {"--all", "KES_50"}, "", DONE},
+    {{"hps", "nand"}, {"--hps", "0"}, "", DONE},
+    {{"hps", "spi"}, {"--hps", "1"}, "", DONE},
+    {{"doctor"}, {}, "", DONE},
+    {{"--version"}, {}, "", DONE},
     {{"flash", "show"}, {"W25Q64JV"}, "", DONE},
     {{"flash", "show"}, {"W25Q64"}, "", NOT_FOUND},
     {{"flash", "identify"}, {"20BA18", "EF7017"}, "", DONE},
@@ -96,6 +135,7 @@ const std::vector<RUN> BATCHES{
     {{"name", "show"}, {"-"}, "KES50C6\nnothing\n\n", NOT_FOUND},
     {{"part", "from-device"}, {"-"}, "OSPREY-8\nnothing\n\n", NOT_FOUND},
     {{"part", "from-pcf"}, {"-"}, "BLU_R35\nnothing\n\n", NOT_FOUND},
+    {{"part", "info"}, {"-"}, "KES50C6\nnothing\nOSPREY\n\n", NOT_FOUND},
     {{"part", "complete"}, {"-"}, "KES50\nnothing\n\n", NOT_FOUND},
     {{"opn", "name"}, {"-"}, "1337\n0xFFFFFFF0\n\nrubbish\n", NOT_FOUND},
     {{"opn", "index"}, {"-"}, "KES50C6\nnothing\nKES50C7\n\n", NOT_FOUND},
@@ -121,10 +161,39 @@ protected:
     void expect_fitting(const RUN& run) const {
         SCOPED_TRACE(testing::PrintToString(run.verb) + testing::PrintToString(run.arguments));
         const std::string output = answered(run).output;
-        EXPECT_EQ(closed(schema_of(run.verb)).faults_of(json_of(output)), "");
+        EXPECT_EQ(JSON_SCHEMA(schema_of(words_of_schema(run.verb))).faults_of(json_of(output)), "");
     }
 
     const SCRATCH& scratch() const { return m_scratch; }
+
+    /// What changes files, one after the other.
+    std::vector<RUN> changing_runs() const {
+        const std::string block = m_scratch.path("block.bin");
+        return {
+            {{"flash", "compile"}, {FLASH_TABLE, m_scratch.path("out.pcf")}, "", DONE},
+            {{"profile", "compile"}, {PROFILE_TABLE, m_scratch.path("profiles.pcf")}, "", DONE},
+            {{"hps", "add", "nand"},
+             {"manufacturer_id=0xEC", "device_id=0xD3", "device_byte_size=0x40000000"},
+             "",
+             DONE},
+            {{"hps", "add", "spi"}, {"--like", "0"}, "", DONE},
+            {{"params", "list"}, {}, "", DONE},
+            {{"params", "read"}, {"1", block}, "", DONE},
+            {{"params", "write"}, {"1", block}, "", DONE},
+            {{"hps", "remove", "nand"}, {"0"}, "", DONE},
+            {{"hps", "remove", "spi"}, {"0"}, "", DONE},
+            {{"params", "write"}, {"1", block}, "", DONE},
+            {{"params", "remove"}, {"1"}, "", DONE},
+        };
+    }
+
+    static RUN define_run() {
+        return {{"flash", "define"},
+                {},
+                "1\nNumonyx\nM25PX80\n14\n2\n71\n1\n20\n0\nN\nN\nN\nN\nN\nN\n1\n8\n64\n80\n3\n5000\n1C\n1C\n0\n7\n5\nN"
+                "\n3.3V\n",
+                DONE};
+    }
 
 private:
     SCRATCH m_scratch;
@@ -134,17 +203,63 @@ private:
 
 TEST_F(SCHEMA_TEST, EveryAnswerToOneQuestionFits) {
     for (const RUN& run : SINGLE) {
-        // Wrong usage has its document in `error`, which is told apart from answers below.
-        if (run.exit_code != WRONG_USAGE) {
-            expect_fitting(run);
+        expect_fitting(run);
+    }
+}
+
+TEST_F(SCHEMA_TEST, EveryVerbIsAskedHere) {
+    std::set<WORDS> asked;
+    for (const std::vector<RUN>& runs : {SINGLE, BATCHES, changing_runs(), {define_run()}}) {
+        for (const RUN& run : runs) {
+            asked.insert(run.verb);
         }
+    }
+    for (const WORDS& verb : all_verbs()) {
+        EXPECT_EQ(asked.count(verb), 1U) << testing::PrintToString(verb);
+    }
+}
+
+TEST_F(SCHEMA_TEST, TheFailureOfEveryVerbFits) {
+    for (const WORDS& verb : all_verbs()) {
+        if (verb.front().starts_with('-')) {
+            continue;  // an option that is an answer of its own does not fail
+        }
+        WORDS arguments{"--json"};
+        arguments.insert(arguments.end(), verb.begin(), verb.end());
+        arguments.emplace_back("--no-such-option");
+        const PROCESS_RESULT result = run_command(arguments);
+        json_failure(result, WRONG_USAGE, "usage");
+        EXPECT_EQ(JSON_SCHEMA(schema_of(verb)).faults_of(json_of(result.output)), "") << testing::PrintToString(verb);
+    }
+}
+
+TEST_F(SCHEMA_TEST, FailuresWithEveryKeyFit) {
+    const std::string none = scratch().path("none");
+    const std::vector<RUN> runs{
+        {{"flash", "list"}, {"--db-dir", none}, "", INTERNAL_ERROR},
+        {{"flash", "show"}, {"x", "--db-dir", none}, "", INTERNAL_ERROR},
+        {{"flash", "identify"}, {"20BA18", "--db-dir", none}, "", INTERNAL_ERROR},
+        {{"flash", "check"}, {none}, "", INTERNAL_ERROR},
+        {{"flash", "compile"}, {none, scratch().path("out.pcf")}, "", INTERNAL_ERROR},
+        {{"flash", "dump"}, {none}, "", INTERNAL_ERROR},
+        {{"flash", "diff"}, {FLASH_TABLE, none}, "", INTERNAL_ERROR},
+        {{"flash", "verify"}, {none}, "", INTERNAL_ERROR},
+        {{"profile", "show"}, {"--family", "x", "--db-dir", none}, "", INTERNAL_ERROR},
+        {{"profile", "tables"}, {"--db-dir", none}, "", INTERNAL_ERROR},
+        {{"part", "info"}, {"x", "--db-dir", none}, "", INTERNAL_ERROR},
+        {{"params", "write"}, {"1", none}, "", WRONG_USAGE},
+        {{"params", "write"}, {"1", FLASH_TABLE}, "", WRONG_USAGE},
+    };
+    for (const RUN& run : runs) {
+        expect_fitting(run);
+        EXPECT_TRUE(json_of(answered(run).output).contains("error")) << testing::PrintToString(run.verb);
     }
 }
 
 TEST_F(SCHEMA_TEST, EveryLineOfABatchFits) {
     for (const RUN& run : BATCHES) {
         SCOPED_TRACE(testing::PrintToString(run.verb));
-        const JSON_SCHEMA schema = closed(schema_of(run.verb));
+        const JSON_SCHEMA schema = JSON_SCHEMA(schema_of(words_of_schema(run.verb)));
         const std::vector<JSON> answers = json_lines_of(answered(run).output);
         const WORDS questions = lines_of(run.input);
         ASSERT_EQ(answers.size(), questions.size());
@@ -172,32 +287,12 @@ TEST_F(SCHEMA_TEST, ABatchGivesTheObjectsThatSingleQuestionsGive) {
 }
 
 TEST_F(SCHEMA_TEST, WhatChangesFilesFits) {
-    const std::string block = scratch().path("block.bin");
-    const std::string database = scratch().path("out.pcf");
-    const std::vector<RUN> runs{
-        {{"flash", "compile"}, {FLASH_TABLE, database}, "", DONE},
-        {{"profile", "compile"}, {PROFILE_TABLE, scratch().path("profiles.pcf")}, "", DONE},
-        {{"hps", "add", "nand"}, {"manufacturer_id=0xEC", "device_id=0xD3", "device_byte_size=0x40000000"}, "", DONE},
-        {{"hps", "add", "spi"}, {"--like", "0"}, "", DONE},
-        {{"params", "list"}, {}, "", DONE},
-        {{"params", "read"}, {"1", block}, "", DONE},
-        {{"params", "write"}, {"1", block}, "", DONE},
-        {{"hps", "remove", "nand"}, {"0"}, "", DONE},
-        {{"hps", "remove", "spi"}, {"0"}, "", DONE},
-        {{"params", "write"}, {"1", block}, "", DONE},
-        {{"params", "remove"}, {"1"}, "", DONE},
-    };
-    for (const RUN& run : runs) {
+    for (const RUN& run : changing_runs()) {
         expect_fitting(run);
     }
 }
-
 TEST_F(SCHEMA_TEST, ADescriptionOfAFlashFits) {
-    const RUN define{
-        {"flash", "define"},
-        {},
-        "1\nNumonyx\nM25PX80\n14\n2\n71\n1\n20\n0\nN\nN\nN\nN\nN\nN\n1\n8\n64\n80\n3\n5000\n1C\n1C\n0\n7\n5\nN\n3.3V\n",
-        DONE};
+    const RUN define = define_run();
     expect_fitting(define);
     const std::string encoded = json_of(answered(define).output).at("encoded");
     expect_fitting({{"flash", "decode"}, {encoded}, "", DONE});
@@ -216,7 +311,11 @@ TEST(schema, RowsOfListsHaveEveryMemberThatIsDescribed) {
         const JSON rows = json_of(run_command(arguments).output);
         ASSERT_FALSE(rows.empty());
         const JSON schema = schema_of(verb);
-        EXPECT_EQ(keys_of(schema["anyOf"][0]["items"]["properties"]), keys_of(rows[0])) << testing::PrintToString(verb);
+        const std::vector<std::string> described = keys_of(schema["anyOf"][0]["items"]["properties"]);
+        const std::vector<std::string> keys = keys_of(rows[0]);
+        // Those behind them come with options.
+        EXPECT_TRUE(described.size() >= keys.size() && std::equal(keys.begin(), keys.end(), described.begin()))
+            << testing::PrintToString(verb);
     }
 }
 
@@ -230,6 +329,7 @@ TEST(schema, DocumentsThatDoNotFitAreTold) {
           R"({"query":"x","found":false,"error":{"code":"usage"}})", R"([])", R"({"error":"x"})"}) {
         EXPECT_NE(schema.faults_of(json_of(wrong)), "") << wrong;
     }
+    EXPECT_NE(schema.faults_of({{"query", "x"}, {"found", true}, {"value", 1}, {"name", "x"}, {"more", 1}}), "");
     EXPECT_NE(JSON_SCHEMA(JSON{{"minimum", 3}}).faults_of(5), "") << "a word that the validator does not know";
 }
 
@@ -243,8 +343,8 @@ TEST(schema, OfAllVerbsInOneDocument) {
     EXPECT_TRUE(of_flash["$defs"].contains("flash-list"));
     EXPECT_FALSE(of_flash["$defs"].contains("profile-list"));
     const JSON answer = json_of(run_command({"--json", "opn", "name", "1337"}).output);
-    EXPECT_EQ(closed(all).faults_of(answer), "");
-    EXPECT_NE(closed(of_flash).faults_of(answer), "");
+    EXPECT_EQ(JSON_SCHEMA(all).faults_of(answer), "");
+    EXPECT_NE(JSON_SCHEMA(of_flash).faults_of(answer), "");
     expect_failure(run_command({"schema", "flash", "lst"}), WRONG_USAGE, {"\"flash lst\"", "did you mean flash list"});
 }
 

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cstdio>
 #include <stdexcept>
+#include <utility>
+#include <vector>
 
 namespace {
 
@@ -98,6 +100,24 @@ std::string part_line(const CATALOG& catalog, const CATALOG_PART& part) {
            std::to_string(part.number) + " " + ordering_code + " " + part.status + " " + pcf + "\n";
 }
 
+/// The values of a member, each once, shorter ones first: so numbers ascend.
+template <class ROW>
+std::string value_list(const std::vector<ROW>& rows, std::string ROW::*member) {
+    std::vector<std::string> values;
+    for (const ROW& row : rows) {
+        values.push_back(row.*member);
+    }
+    std::sort(values.begin(), values.end(), [](const std::string& left, const std::string& right) {
+        return std::pair(left.size(), left) < std::pair(right.size(), right);
+    });
+    values.erase(std::unique(values.begin(), values.end()), values.end());
+    std::string text;
+    for (const std::string& value : values) {
+        text += (text.empty() ? "\"" : ", \"") + value + "\"";
+    }
+    return "        {" + text + "},\n";
+}
+
 }  // namespace
 
 std::string data_source(const DATA_SET& grammar, const DATA_SET& ordering_codes) {
@@ -158,4 +178,16 @@ std::string part_list(const CATALOG& catalog) {
         list += part_line(catalog, *part);
     }
     return list;
+}
+
+std::string part_values_source(const CATALOG& catalog) {
+    std::string text = BANNER;
+    text +=
+        "#include \"names/part_values.h\"\n\nconst PART_VALUES& part_values() {\n    static const PART_VALUES "
+        "values{\n";
+    text += value_list(catalog.packages, &CATALOG_PACKAGE::type);
+    text += value_list(catalog.packages, &CATALOG_PACKAGE::pins);
+    text += value_list(catalog.grades, &CATALOG_GRADE::speed);
+    text += value_list(catalog.grades, &CATALOG_GRADE::temperature);
+    return text + "    };\n    return values;\n}\n";
 }

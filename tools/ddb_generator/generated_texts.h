@@ -19,5 +19,8 @@ std::string boot_flash_source(const BOOT_FLASH& flash);
 /// C++ source that defines the tables behind the host's device libraries.
 std::string host_source(const HOST_TABLES& tables);
 
+/// C++ source that defines the values that packages and grades have (names/part_values.h of the command).
+std::string part_values_source(const CATALOG& catalog);
+
 /// The part list for the profile compiler: one line for each part, ascending by number.
 std::string part_list(const CATALOG& catalog);

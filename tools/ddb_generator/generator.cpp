@@ -25,12 +25,14 @@ namespace fs = std::filesystem;
 constexpr const char* USAGE =
     "Usage: ddb_generator --check CATALOG [--against OLD-CATALOG]\n"
     "       ddb_generator CATALOG DATA-SOURCE HOST-SOURCE PART-LIST\n"
+    "       ddb_generator --part-values CATALOG VALUES-SOURCE\n"
     "       ddb_generator --check-hps HPS\n"
     "       ddb_generator --hps HPS RECORDS-SOURCE\n"
     "\n"
     "Checks the device catalog in the directory CATALOG. Without --check it then writes the source of the data that "
     "is\n"
     "compiled into the library, the source of the tables behind the host's device libraries, and the part list.\n"
+    "With --part-values it writes the source of the values that parts are filtered by.\n"
     "With --against, numbers that stood for another name in the directory OLD-CATALOG are faults, too.\n"
     "With --check-hps and --hps it checks the tables of boot flash in the directory HPS, and writes the source of the\n"
     "records that are compiled into the library.\n"
@@ -146,6 +148,13 @@ void generate_catalog(const ARGUMENTS& arguments, FAULTS& faults, std::ostream& 
     }
 }
 
+void generate_part_values(const ARGUMENTS& arguments, FAULTS& faults, std::ostream& /*output*/) {
+    const CATALOG catalog = read_catalog(arguments[1], faults);
+    if (faults.empty()) {
+        write_file(arguments[2], part_values_source(catalog));
+    }
+}
+
 void check_boot_flash(const ARGUMENTS& arguments, FAULTS& faults, std::ostream& output) {
     const BOOT_FLASH flash = read_boot_flash(arguments[1], faults);
     if (faults.empty()) {
@@ -169,9 +178,10 @@ struct USE {
     void (*run)(const ARGUMENTS& arguments, FAULTS& faults, std::ostream& output);
 };
 
-constexpr std::array<USE, 5> USES{{{"--check", "", 2, check_catalog},
+constexpr std::array<USE, 6> USES{{{"--check", "", 2, check_catalog},
                                    {"--check", "--against", 4, check_catalog_against},
                                    {"", "", 4, generate_catalog},
+                                   {"--part-values", "", 3, generate_part_values},
                                    {"--check-hps", "", 2, check_boot_flash},
                                    {"--hps", "", 3, generate_boot_flash}}};
 

@@ -1,6 +1,5 @@
 #include <gtest/gtest.h>
 
-#include "pgmdev/flash/fixture.h"
 #include "pgmdev/flash/probe.h"
 #include "pgmdev/flash/source_fixture.h"
 #include "support/reports.h"
@@ -30,13 +29,11 @@ protected:
         }
         return compile(text);
     }
-    /// The payload of the file that was compiled.
+    /// The payload of the file that was compiled, of that many bytes.
     std::string payload(std::size_t size) {
-        const std::string file = read_file(output());
-        EXPECT_EQ(file.substr(0, 40), ref::MAGIC + ref::STAMP);
-        EXPECT_EQ(file.substr(40, 4), ref::le32(size));
-        EXPECT_EQ(file.substr(file.size() - 2), std::string(2, '\0'));
-        return ref::inflated(file.substr(44, file.size() - 46), size);
+        std::string found = ref::payload_of(output());
+        EXPECT_EQ(found.size(), size);
+        return found;
     }
 
     SCRATCH m_scratch;
@@ -45,28 +42,7 @@ protected:
 
 TEST_F(FlashCompiler, WritesTheWholeFile) {
     ASSERT_EQ(compile(ref::table({ref::DATA_ROW})), "(no report)");
-    PGMDEV_SFL_FLASH_INFO r;
-    r.manufacturer_name = "Maker";
-    r.device_name = "CHIP";
-    r.memory_id = 0x18;
-    r.memory_id_index = 2;
-    r.memory_type = 0xBA;
-    r.memory_type_index = 1;
-    r.mfc_id = 0x20;
-    r.orvane_id = 24;
-    r.default_dev = true;
-    r.ini = "NONE";
-    r.micron_flow = r.flag_status = r.sdm_support = true;
-    r.die_count = 1;
-    r.device_bit_size = 134217728;
-    r.device_sector_byte = 65536;
-    r.bulk_erase_time = 250;
-    r.sec_erase_time = 3;
-    r.program_utime = 5000;
-    r.protection_mask = r.protection_value = 0x5C;
-    r.protection_division = 15;
-    r.bottom_value = 5;
-    r.asc_voltage = "3.3V";
+    const PGMDEV_SFL_FLASH_INFO r = ref::record_of_data_row();
     EXPECT_EQ(payload(101 + 5 + 4 + 4 + 4), ref::payload({r}));
     m_manager.initialize_flash_database(output());
     EXPECT_EQ(m_manager.get_flash_database()[0], r);

@@ -7,12 +7,53 @@
 #include <vector>
 
 #include "pgmdev/flash/columns.h"
+#include "pgmdev/flash/fixture.h"
+#include "support/scratch.h"
 
 namespace flash_reference {
 
 inline const CELLS TYPE_ROW = row_of(&COLUMN::type);
 inline const CELLS NAME_ROW = row_of(&COLUMN::name);
 inline const CELLS DATA_ROW = row_of(&COLUMN::cell);  ///< without fault
+
+/// The record that DATA_ROW stands for.
+inline PGMDEV_SFL_FLASH_INFO record_of_data_row() {
+    PGMDEV_SFL_FLASH_INFO r;
+    r.manufacturer_name = "Maker";
+    r.device_name = "CHIP";
+    r.memory_id = 0x18;
+    r.memory_id_index = 2;
+    r.memory_type = 0xBA;
+    r.memory_type_index = 1;
+    r.mfc_id = 0x20;
+    r.orvane_id = 24;
+    r.default_dev = true;
+    r.ini = "NONE";
+    r.micron_flow = r.flag_status = r.sdm_support = true;
+    r.die_count = 1;
+    r.device_bit_size = 134217728;
+    r.device_sector_byte = 65536;
+    r.bulk_erase_time = 250;
+    r.sec_erase_time = 3;
+    r.program_utime = 5000;
+    r.protection_mask = r.protection_value = 0x5C;
+    r.protection_division = 15;
+    r.bottom_value = 5;
+    r.asc_voltage = "3.3V";
+    return r;
+}
+
+/// The payload of a packed file, read as plainly as possible.
+inline std::string payload_of(const std::string& path) {
+    const std::string file = read_file(path);
+    EXPECT_EQ(file.substr(0, 40), MAGIC + STAMP);
+    EXPECT_EQ(file.substr(file.size() - 2), std::string(2, '\0'));
+    std::size_t size = 0;
+    for (std::size_t i = 0; i < 4; ++i) {
+        size |= std::size_t{static_cast<unsigned char>(file.at(40 + i))} << (8 * i);
+    }
+    return inflated(file.substr(44, file.size() - 46), size);
+}
 
 inline std::string joined(const CELLS& cells, const std::string& separator = ",") {
     std::string line;

@@ -12,6 +12,7 @@
 #include "configuration/environment.h"
 #include "configuration/keys.h"
 #include "pgmdev_user_flash.h"
+#include "terminal/schema.h"
 #include "terminal/screen.h"
 #include "terminal/text_table.h"
 
@@ -105,6 +106,28 @@ JSON to_json(const DIAGNOSIS& all) {
             {"problems", all.problems}};
 }
 
+JSON diagnosis_schema() {
+    const JSON texts = array_schema(text_schema());
+    const std::vector<SCHEMA_MEMBER> place{{"name", text_schema()}, {"path", text_schema()}, {"origin", texts}};
+    std::vector<SCHEMA_MEMBER> file = place;
+    file.insert(file.end(), {{"state", text_schema()},
+                             {"wrong", flag_schema()},
+                             {"remark", text_schema()},
+                             {"size", number_schema(), false},
+                             {"magic", text_schema(), false},
+                             {"stamp", text_schema(), false},
+                             {"records", number_schema(), false}});
+    const JSON setting = object_schema({{"key", text_schema()}, {"value", text_schema()}});
+    const JSON user_flash = object_schema({{"present", flag_schema()}, {"taken", flag_schema()}, {"faults", texts}});
+    return object_schema({{"healthy", flag_schema()},
+                          {"versions", version_schema()},
+                          {"directories", array_schema(object_schema(place))},
+                          {"files", array_schema(object_schema(file))},
+                          {"switches", array_schema(setting)},
+                          {"user_flash", user_flash},
+                          {"problems", texts}});
+}
+
 void print_heading(const char* text) {
     fmt::print("\n{}\n", in_bold(text));
 }
@@ -163,5 +186,6 @@ void run_doctor(const ARGUMENTS&, COMMAND& command) {
 VERB doctor_verb() {
     return VERB("doctor", "What is running with which files and settings, and what is wrong with them", "pgmdev doctor",
                 run_doctor)
-        .tells("Exit code 1: something is wrong.\n");
+        .tells("Exit code 1: something is wrong.\n")
+        .answers(diagnosis_schema);
 }

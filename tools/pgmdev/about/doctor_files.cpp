@@ -41,7 +41,7 @@ FILE_FINDING database(const DATABASE_KIND& kind, PLACE place) {
         }
     } catch (const COMMAND_FAILURE& failure) {
         finding.wrong = true;
-        finding.state = failure.failure().code;
+        finding.state = code_name(failure.failure().code);
         finding.remark = failure.failure().message;
         if (!failure.failure().advice.empty()) {
             finding.remark += "; " + failure.failure().advice;

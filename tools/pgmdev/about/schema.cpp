@@ -3,6 +3,7 @@
 #include <fmt/core.h>
 
 #include <algorithm>
+#include <functional>
 #include <span>
 #include <stdexcept>
 
@@ -13,10 +14,12 @@
 
 namespace {
 
-/// A verb that answers in JSON, and the words that lead to it.
+/// A verb, or an option, that answers in JSON, and the words that lead to it; an option without its dashes.
 struct ANSWERING_VERB {
     std::vector<std::string> path;
-    const VERB* verb;
+    std::string command_line;
+    std::string description;
+    std::function<JSON()> schema;
 };
 
 std::string joined(std::span<const std::string> words, const char* separator) {
@@ -39,7 +42,8 @@ void add_verbs(const NOUN& noun, const std::vector<std::string>& path, std::vect
     };
     for (const VERB& verb : noun.verbs) {
         if (verb.schema) {
-            verbs.push_back({behind(verb.name), &verb});
+            const std::vector<std::string> words = behind(verb.name);
+            verbs.push_back({words, "pgmdev " + joined(words, " "), verb.description, verb.schema});
         }
     }
     for (const NOUN& group : noun.groups) {
@@ -50,6 +54,12 @@ void add_verbs(const NOUN& noun, const std::vector<std::string>& path, std::vect
 std::vector<ANSWERING_VERB> all_verbs() {
     std::vector<ANSWERING_VERB> verbs;
     add_verbs(whole_command().all, {}, verbs);
+    for (const GLOBAL_OPTION& option : whole_command().options) {
+        if (option.schema) {
+            const std::string word = option.names.substr(option.names.find_first_not_of('-'));
+            verbs.push_back({{word}, "pgmdev " + option.names, option.description, option.schema});
+        }
+    }
     return verbs;
 }
 
@@ -59,6 +69,7 @@ std::vector<ANSWERING_VERB> verbs_behind(const std::vector<std::string>& words) 
     std::vector<std::string> known;
     for (const ANSWERING_VERB& answering : all_verbs()) {
         known.push_back(joined(answering.path, " "));
+        known.push_back(answering.path.front());
         if (words.size() <= answering.path.size() && std::equal(words.begin(), words.end(), answering.path.begin())) {
             verbs.push_back(answering);
         }
@@ -81,8 +92,8 @@ JSON heading(const std::string& title, const std::string& description) {
 }
 
 JSON answers_of(const ANSWERING_VERB& answering) {
-    JSON schema = heading("pgmdev " + joined(answering.path, " "), answering.verb->description);
-    schema["anyOf"] = std::vector<JSON>{answering.verb->schema(), failure_document()};
+    JSON schema = heading(answering.command_line, answering.description);
+    schema["anyOf"] = std::vector<JSON>{answering.schema(), failure_document()};
     return schema;
 }
 
@@ -145,7 +156,7 @@ void show(const ARGUMENTS& given, const COMMAND&) {
 
 VERB schema_verb() {
     return VERB("schema", "The JSON Schema of the answers in JSON", "pgmdev schema flash show", show)
-        .takes({"WORD", "Noun and verb whose answer it is; none: all", ARGUMENT::OPTIONAL_TEXTS})
+        .takes({"WORD", "Noun and verb whose answer it is, or version; none: all", ARGUMENT::OPTIONAL_TEXTS})
         .takes({"--directory", "Write a file for each verb into this directory, NOUN-VERB.json",
                 ARGUMENT::OPTIONAL_TEXT, "DIR"});
 }

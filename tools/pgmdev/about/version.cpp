@@ -8,6 +8,7 @@
 #include "pgmdev_hps_nand_mgr.h"
 #include "pgmdev_hps_spi_mgr.h"
 #include "pgmdev_version.h"
+#include "terminal/schema.h"
 
 // The build defines PGMDEV_COMMAND_VERSION.
 
@@ -45,6 +46,21 @@ JSON version_json() {
             {"formats", all}};
 }
 
+JSON version_schema() {
+    std::vector<SCHEMA_MEMBER> all;
+    for (const FORMAT& format : formats()) {
+        std::vector<SCHEMA_MEMBER> members{{"stamp", text_schema()}};
+        if (format.packed) {
+            members.push_back({"body_version", number_schema()});
+        }
+        all.push_back({std::string(format.key), object_schema(members)});
+    }
+    return object_schema({{"command", text_schema()},
+                          {"library", text_schema()},
+                          {"catalog", text_schema()},
+                          {"formats", object_schema(all)}});
+}
+
 void print_version() {
     fmt::print("pgmdev {}\n", PGMDEV_COMMAND_VERSION);
     fmt::print("library           {}\n", PGMDEV_VERSION::library());
@@ -66,5 +82,6 @@ GLOBAL_OPTION version_option() {
     GLOBAL_OPTION option{"--version", "", "The versions of the command, the library, the catalog and the formats",
                          show};
     option.instead = true;
+    option.schema = version_schema;
     return option;
 }

@@ -10,5 +10,6 @@ GLOBAL_OPTION version_option();
 
 /// {"command","library","catalog","formats":{...}}
 JSON version_json();
+JSON version_schema();
 
 void print_version();

@@ -126,7 +126,7 @@ void add_file_settings(const PLACE& place, std::vector<SETTING>& settings, WARNI
         return;
     }
     if (!inspected.obstacle.empty()) {
-        throw COMMAND_FAILURE({"configuration_unreadable",
+        throw COMMAND_FAILURE({FAILURE_CODE::CONFIGURATION_UNREADABLE,
                                fmt::format("the configuration file cannot be read, since {}", inspected.obstacle),
                                place.path,
                                place.tried,

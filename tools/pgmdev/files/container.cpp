@@ -55,7 +55,7 @@ std::string damage_of(const INSPECTED_FILE& file) {
 FAILURE failure_of(const CONTAINER& container, const char* aim) {
     const PLACE place = container_place();
     const bool damaged = container.state == CONTAINER::DAMAGED;
-    return {damaged ? "container_damaged" : "container_unreadable",
+    return {damaged ? FAILURE_CODE::CONTAINER_DAMAGED : FAILURE_CODE::CONTAINER_UNREADABLE,
             fmt::format("the parameter container cannot be {}, since {}", aim, container.what),
             place.path,
             place.tried,

@@ -20,7 +20,7 @@ constexpr std::size_t CHECKSUM_SIZE = 2;
 
 /// What the file turns out to be.
 struct VERDICT {
-    const char* code;
+    FAILURE_CODE code;
     std::string what;  ///< behind "the database cannot be read, since "
     std::string advice;
 };
@@ -32,42 +32,43 @@ std::string compile_advice(const DATABASE_KIND& kind) {
 VERDICT wrong_kind(const std::string& magic) {
     for (const DATABASE_KIND* other : {&FLASH_DATABASE_KIND, &PROFILE_DATABASE_KIND}) {
         if (magic == other->magic) {
-            return {"database_other_kind", fmt::format("it is a {}", other->name),
+            return {FAILURE_CODE::DATABASE_OTHER_KIND, fmt::format("it is a {}", other->name),
                     fmt::format("pgmdev {} reads it", other->noun)};
         }
     }
-    return {"database_other_kind", "it is no packed database", "name a file that pgmdev has compiled"};
+    return {FAILURE_CODE::DATABASE_OTHER_KIND, "it is no packed database", "name a file that pgmdev has compiled"};
 }
 
 VERDICT examine(const DATABASE_KIND& kind, const std::string& path, const std::string& condition) {
     const INSPECTED_FILE file = inspect_file(path, DATABASE_HEAD_SIZE);
     if (file.missing) {
-        return {"database_missing", file.obstacle,
+        return {FAILURE_CODE::DATABASE_MISSING, file.obstacle,
                 fmt::format("compile it with pgmdev {} compile CSV PCF, or name where it is", kind.noun)};
     }
     if (!file.obstacle.empty()) {
-        return {"database_unreadable", file.obstacle, "name a file that you may read"};
+        return {FAILURE_CODE::DATABASE_UNREADABLE, file.obstacle, "name a file that you may read"};
     }
     const std::string magic = file.beginning.substr(0, MAGIC_SIZE);
     if (file.size <= DATABASE_HEAD_SIZE + CHECKSUM_SIZE) {
-        return {"database_damaged", fmt::format("it is cut after {} bytes", file.size), compile_advice(kind)};
+        return {FAILURE_CODE::DATABASE_DAMAGED, fmt::format("it is cut after {} bytes", file.size),
+                compile_advice(kind)};
     }
     if (magic != kind.magic) {
         return wrong_kind(magic);
     }
     const std::string stamp = file.beginning.substr(MAGIC_SIZE, STAMP_SIZE);
     if (stamp != kind.stamp()) {
-        return {"database_other_stamp",
+        return {FAILURE_CODE::DATABASE_OTHER_STAMP,
                 fmt::format("it was compiled for another table, its stamp is {}, and this pgmdev reads {}", stamp,
                             kind.stamp()),
                 compile_advice(kind)};
     }
     if (condition.starts_with("Mismatch version")) {
-        return {"database_other_version",
+        return {FAILURE_CODE::DATABASE_OTHER_VERSION,
                 fmt::format("its contents are of another version than {}", PGMDEV_VERSION::body_version()),
                 compile_advice(kind)};
     }
-    return {"database_damaged", "it is cut or damaged", compile_advice(kind)};
+    return {FAILURE_CODE::DATABASE_DAMAGED, "it is cut or damaged", compile_advice(kind)};
 }
 
 }  // namespace

@@ -39,3 +39,10 @@ INSPECTED_FILE inspect_file(const std::string& path, std::size_t bytes) {
     }
     return file;
 }
+
+bool is_stream(const std::string& path) {
+    using std::filesystem::file_type;
+    std::error_code error;
+    const file_type type = std::filesystem::status(fio_get_unc_full_path(path), error).type();
+    return type == file_type::fifo || type == file_type::character || type == file_type::socket;
+}

@@ -19,6 +19,9 @@ struct INSPECTED_FILE {
 /// The file as far as its first bytes. Pipes and devices are not opened.
 INSPECTED_FILE inspect_file(const std::string& path, std::size_t bytes);
 
+/// Whether the file is a pipe or a device, of which reading takes something away.
+bool is_stream(const std::string& path);
+
 /// What the system says about its last error; "" when it says nothing.
 std::string system_reason();
 void forget_system_reason();

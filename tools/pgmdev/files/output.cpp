@@ -17,7 +17,7 @@ bool is_same_file(const std::string& left, const std::string& right) {
 }
 
 COMMAND_FAILURE refusal(const std::string& path, std::string message, std::string advice) {
-    return COMMAND_FAILURE({"refused", std::move(message), path, {}, std::move(advice), {}}, EXIT_USAGE);
+    return COMMAND_FAILURE({FAILURE_CODE::REFUSED, std::move(message), path, {}, std::move(advice), {}}, EXIT_USAGE);
 }
 
 /// Why the file cannot be written, as far as its place tells; otherwise what the system has said.
@@ -89,7 +89,7 @@ COMMAND_FAILURE OUTPUT_FILE::failure(std::optional<MSG_INTERNAL_ERROR_REPORT> re
 COMMAND_FAILURE output_failure(const std::string& path, std::vector<std::string> tried,
                                std::optional<MSG_INTERNAL_ERROR_REPORT> report) {
     const std::string reason = system_reason();  // before it is lost
-    return COMMAND_FAILURE({"output_not_writable",
+    return COMMAND_FAILURE({FAILURE_CODE::OUTPUT_NOT_WRITABLE,
                             fmt::format("the output cannot be written, since {}", obstacle(path, reason)), path,
                             std::move(tried), "name a place that you may write to; the old file, if any, is as it was",
                             std::move(report)});

@@ -2,7 +2,7 @@
 
 #include <fmt/core.h>
 
-#include <filesystem>
+#include <utility>
 
 #include "files/inspection.h"
 #include "files/origins.h"
@@ -12,13 +12,16 @@ namespace {
 /// What compilers report when a whole file cannot be read or written.
 constexpr const char* FILE_CONDITION = "status";
 
-/// Why the table cannot be read; "" when it can. Pipes and devices are left to the compiler.
+/// Why the table cannot be read; "" when it can.
 std::string table_obstacle(const std::string& csv_file) {
-    std::error_code error;
-    const std::filesystem::file_type type = std::filesystem::status(fio_get_unc_full_path(csv_file), error).type();
-    const bool is_stream = type == std::filesystem::file_type::fifo || type == std::filesystem::file_type::character ||
-                           type == std::filesystem::file_type::socket;
-    return is_stream ? "" : inspect_file(csv_file, 0).obstacle;
+    return is_stream(csv_file) ? "" : inspect_file(csv_file, 0).obstacle;
+}
+
+COMMAND_FAILURE unreadable_table(const std::string& csv_file, const std::string& argument, const std::string& obstacle,
+                                 std::optional<MSG_INTERNAL_ERROR_REPORT> report) {
+    return COMMAND_FAILURE(
+        {FAILURE_CODE::SOURCE_TABLE_UNREADABLE, fmt::format("the source table cannot be read, since {}", obstacle),
+         csv_file, argument_place(csv_file, argument).tried, "name a table that you may read", std::move(report)});
 }
 
 }  // namespace
@@ -27,8 +30,16 @@ std::string part_list_obstacle() {
     return inspect_file(part_list_place().path, 0).obstacle;
 }
 
+void require_readable_table(const std::string& csv_file, const std::string& argument) {
+    const std::string obstacle = table_obstacle(csv_file);
+    if (!obstacle.empty()) {
+        throw unreadable_table(csv_file, argument, obstacle, {});
+    }
+}
+
 COMMAND_FAILURE refused_table(const std::string& csv_file, std::optional<MSG_INTERNAL_ERROR_REPORT> report) {
-    return COMMAND_FAILURE({"table_refused", "the source table has faults, and the output is left as it was", csv_file,
+    return COMMAND_FAILURE({FAILURE_CODE::TABLE_REFUSED,
+                            "the source table has faults, and the output is left as it was", csv_file,
                             argument_place(csv_file, "CSV").tried, "correct them and try again", std::move(report)});
 }
 
@@ -37,14 +48,12 @@ COMMAND_FAILURE compile_failure(const std::string& csv_file, bool needs_part_lis
     const COMMAND_FAILURE not_written = output.failure(report);  // takes the system's reason before it is lost
     const std::string table = table_obstacle(csv_file);
     if (!table.empty()) {
-        return COMMAND_FAILURE({"source_table_unreadable",
-                                fmt::format("the source table cannot be read, since {}", table), csv_file,
-                                argument_place(csv_file, "CSV").tried, "name a table that you may read", report});
+        return unreadable_table(csv_file, "CSV", table, report);
     }
     const std::string part_list = needs_part_list ? part_list_obstacle() : "";
     if (!part_list.empty()) {
         const PLACE place = part_list_place();
-        return COMMAND_FAILURE({"part_list_unreadable",
+        return COMMAND_FAILURE({FAILURE_CODE::PART_LIST_UNREADABLE,
                                 fmt::format("the part list cannot be read, since {}", part_list), place.path,
                                 place.tried, "name the directory with h/pgm_parts.txt: --install-dir DIR", report});
     }

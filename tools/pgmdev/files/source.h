@@ -12,6 +12,10 @@
 /// Why the part list cannot be read: a clause for people; "" when it can.
 std::string part_list_obstacle();
 
+/// A source table that cannot be read throws COMMAND_FAILURE; `argument` has named it. Pipes and devices are left to the
+/// library.
+void require_readable_table(const std::string& csv_file, const std::string& argument);
+
 /// The failure of a table that has faults, which have been shown.
 COMMAND_FAILURE refused_table(const std::string& csv_file, std::optional<MSG_INTERNAL_ERROR_REPORT> report);
 

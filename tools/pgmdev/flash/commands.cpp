@@ -30,8 +30,8 @@ struct FLASH_TABLES : FLASH_RECORDS {
     static void compile(const FIO_PATH& csv_file, const FIO_PATH& pcf_file) {
         PGMDEV_FLASH_MANAGER(false, 0, true, false).generate_flash_database(csv_file, pcf_file);
     }
-    static TABLE read(const std::string& pcf_file) {
-        return read_database(FLASH_DATABASE_KIND, argument_place(pcf_file, "PCF"),
+    static TABLE read(const std::string& pcf_file, const char* argument) {
+        return read_database(FLASH_DATABASE_KIND, argument_place(pcf_file, argument),
                              [&pcf_file] { return TABLE::from_database(pcf_file); });
     }
     static JSON row() { return record_schema(); }

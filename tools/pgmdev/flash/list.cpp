@@ -2,6 +2,7 @@
 
 #include <fmt/core.h>
 
+#include <algorithm>
 #include <optional>
 #include <utility>
 
@@ -9,6 +10,7 @@
 #include "flash/rows.h"
 #include "flash/size_filter.h"
 #include "gen.h"
+#include "terminal/did_you_mean.h"
 #include "terminal/filtered_listing.h"
 #include "terminal/wildcard.h"
 
@@ -32,6 +34,34 @@ bool is_wanted(const PGMDEV_SFL_FLASH_INFO& record, const WANTED& wanted) {
                               fits_pattern(voltage, *wanted.voltage + "V");  // people write 3.3 for 3.3V
     return fits_voltage && (!wanted.maker || fits_pattern(record.manufacturer_name, *wanted.maker)) &&
            (!wanted.size || record.device_bit_size == *wanted.size);
+}
+
+/// Which of the filters no row passes even by itself, with what may have been meant.
+std::string vain_filters(const std::vector<FLASH_ROW>& rows, const WANTED& wanted, const ARGUMENTS& given) {
+    struct FILTER {
+        const char* option;
+        WANTED alone;
+        std::string PGMDEV_SFL_FLASH_INFO::*text;  ///< null: not by a text
+    };
+    const FILTER filters[]{{"--maker", {wanted.maker, {}, {}}, &PGMDEV_SFL_FLASH_INFO::manufacturer_name},
+                           {"--voltage", {{}, wanted.voltage, {}}, &PGMDEV_SFL_FLASH_INFO::asc_voltage},
+                           {"--size", {{}, {}, wanted.size}, nullptr}};
+    std::string reasons;
+    for (const FILTER& filter : filters) {
+        const bool passed = std::any_of(rows.begin(), rows.end(),
+                                        [&](const FLASH_ROW& row) { return is_wanted(row.record, filter.alone); });
+        if (!passed && given.has(filter.option)) {
+            std::vector<std::string> known;
+            for (const FLASH_ROW& row : rows) {
+                if (filter.text != nullptr) {
+                    known.push_back(row.record.*filter.text);
+                }
+            }
+            const std::string& value = given.text(filter.option);
+            reasons += fmt::format("; none passes {} {}{}", filter.option, value, did_you_mean(nearest(value, known)));
+        }
+    }
+    return reasons;
 }
 
 TEXT_TABLE table_of(bool every_row) {
@@ -60,24 +90,22 @@ void list(const ARGUMENTS& given, COMMAND& command) {
                         given.has("--size") ? std::optional(parse_size(given.text("--size"))) : std::nullopt};
     std::vector<JSON> objects;
     TEXT_TABLE table = table_of(every_row);
-    for (const FLASH_ROW& row : every_row ? all_flash_rows() : enabled_flash_rows()) {
+    const std::vector<FLASH_ROW> rows = every_row ? all_flash_rows() : enabled_flash_rows();
+    for (const FLASH_ROW& row : rows) {
         if (is_wanted(row.record, wanted) && fits_given_pattern(row.record.device_name, given)) {
             objects.push_back(row_json(row, every_row));
             table.add(cells_of(row, every_row));
         }
     }
-    const auto missing = [&given, every_row] {
-        return fmt::format("there is no {}flash{} that passes all filters", every_row ? "" : "enabled ",
-                           given_pattern_text(given));
+    const auto missing = [&] {
+        return fmt::format("there is no {}flash{} that passes all filters{}", every_row ? "" : "enabled ",
+                           given_pattern_text(given), vain_filters(rows, wanted, given));
     };
     print_filtered_listing(object_schema(row_members(every_row)), objects, table, missing, given, command);
 }
 
-/// Of rows as they are without --all-rows, except that a switched-off one has no index.
 JSON listed_flash_schema() {
-    std::vector<SCHEMA_MEMBER> members = record_members();
-    members.insert(members.begin(), {"index", or_null(number_schema())});
-    return object_schema(members);
+    return object_schema(any_row_members());
 }
 
 }  // namespace

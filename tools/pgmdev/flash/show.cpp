@@ -3,7 +3,7 @@
 #include <fmt/core.h>
 
 #include <algorithm>
-#include <memory>
+#include <optional>
 
 #include "flash/output.h"
 #include "flash/rows.h"
@@ -18,6 +18,14 @@ namespace {
 struct SOURCE {
     bool every_row;
     std::vector<FLASH_ROW> rows;
+    mutable std::optional<std::vector<FLASH_ROW>> every_one = {};  ///< all rows, once somebody asks for them
+
+    const std::vector<FLASH_ROW>& all() const {
+        if (!every_one) {
+            every_one = all_flash_rows();
+        }
+        return *every_one;
+    }
 };
 
 /// The default record of a name.
@@ -46,8 +54,7 @@ ANSWER answer_with(const FLASH_ROW& row, bool every_row) {
 /// What to say of a name that no row has.
 std::string missing_name(const SOURCE& source, const std::string& name) {
     if (!source.every_row) {
-        static const std::vector<FLASH_ROW> all = all_flash_rows();
-        if (const FLASH_ROW* row = find_by_name(all, name)) {
+        if (const FLASH_ROW* row = find_by_name(source.all(), name)) {
             return fmt::format("the flash \"{}\" is switched off: --set {}=on enables it, --all-rows shows it", name,
                                row->enabling_switch);
         }

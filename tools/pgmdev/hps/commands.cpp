@@ -111,6 +111,11 @@ TEXT_TABLE table_of(const std::vector<PGMDEV_HPS_SPI_STRUCTURE*>& list, std::siz
 }
 
 template <class FLASH>
+JSON listed_entry_schema() {
+    return with_members(entry_schema<FLASH>(), port_members(PORT<FLASH>));
+}
+
+template <class FLASH>
 void list_entries(const ARGUMENTS& given, const COMMAND& command) {
     warn_of_container();
     const KIND* kind = given.has("--hps") ? &chosen_kind(given.text("--hps")) : nullptr;
@@ -127,7 +132,7 @@ void list_entries(const ARGUMENTS& given, const COMMAND& command) {
     if (kind != nullptr && !command.json && !given.has("--csv") && !given.has("--fields")) {
         print_port(*kind, PORT<FLASH>);
     }
-    print_listing(kind != nullptr ? with_port(entry_schema<FLASH>, PORT<FLASH>) : entry_schema<FLASH>(), rows,
+    print_listing(kind != nullptr ? listed_entry_schema<FLASH>() : entry_schema<FLASH>(), rows,
                   table_of(list, user_count), given, command);
 }
 
@@ -137,7 +142,7 @@ VERB entries_verb(const char* name, const char* description, const char* example
         VERB(name, description, example, list_entries<FLASH>)
             .takes({"--hps", "Also how a kind of system reaches them: its name, identification code or index",
                     ARGUMENT::OPTIONAL_TEXT, "NAME|ID"}),
-        entry_schema<FLASH>);
+        listed_entry_schema<FLASH>);
 }
 
 template <class FLASH>

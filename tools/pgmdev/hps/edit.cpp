@@ -10,6 +10,7 @@
 #include "files/output.h"
 #include "gen.h"
 #include "hps/edit.h"
+#include "terminal/did_you_mean.h"
 
 // The lists are read as the managers read them, and written back whole.
 
@@ -49,7 +50,7 @@ std::vector<const typename FLASH::RECORD*> editable_list() {
         const std::vector<BYTE> known = encode<FLASH>(records);
         if (!std::equal(known.begin(), known.end(), block.get(), block.get() + size)) {
             throw COMMAND_FAILURE(
-                {"block_of_another_version",
+                {FAILURE_CODE::BLOCK_OF_ANOTHER_VERSION,
                  fmt::format("the block \"{}\" cannot be changed: it holds more than this version reads",
                              PGMDEV_FLASH_INI_NAMES[FLASH::BLOCK]),
                  container_place().path,
@@ -134,7 +135,13 @@ std::map<std::string, std::string, std::less<>> fields_of(const std::vector<std:
             throw USAGE_ERROR(fmt::format("expected FIELD=VALUE, found \"{}\"", assignment));
         }
         if (std::none_of(FLASH::MEMBERS.begin(), FLASH::MEMBERS.end(), known)) {
-            throw USAGE_ERROR(fmt::format("there is no field \"{}\"; --help lists them", name));
+            std::vector<std::string> names;
+            for (const auto& member : FLASH::MEMBERS) {
+                names.emplace_back(member.name);
+            }
+            const std::vector<std::string> meant = nearest(name, names);
+            throw USAGE_ERROR(fmt::format("there is no field \"{}\"{}; --help lists them", name,
+                                          did_you_mean(meant.empty() ? longer_or_shorter(name, names) : meant)));
         }
         if (!fields.emplace(name, assignment.substr(equals + 1)).second) {
             throw USAGE_ERROR(fmt::format("{}: given twice", name));

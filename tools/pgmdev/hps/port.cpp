@@ -7,7 +7,6 @@
 #include "gen.h"
 #include "pgm_common.h"
 #include "terminal/command.h"
-#include "terminal/schema.h"
 
 namespace {
 
@@ -40,16 +39,12 @@ void add_port(JSON& object, const PGMDEV_HPS_STRUCTURE& kind, const BOOT_PORT& p
     }
 }
 
-JSON with_port(JSON (*schema)(), const BOOT_PORT& port) {
-    std::vector<SCHEMA_MEMBER> members;
-    for (const std::string& name : member_names(schema())) {
-        members.push_back({name, {}});
-    }
-    members.push_back({"hps", text_schema()});
+std::vector<SCHEMA_MEMBER> port_members(const BOOT_PORT& port) {
+    std::vector<SCHEMA_MEMBER> members{{"hps", text_schema()}};
     for (const BOOT_PORT::MEMBER& member : port.members) {
         members.push_back({member.name, number_schema()});
     }
-    return object_schema(members);
+    return members;
 }
 
 void print_port(const PGMDEV_HPS_STRUCTURE& kind, const BOOT_PORT& port) {

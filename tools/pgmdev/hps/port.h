@@ -5,10 +5,12 @@
 
 #include <array>
 #include <string>
+#include <vector>
 
 #include "hps/flash.h"
 #include "pgmdev_hps_mgr.h"
 #include "terminal/json.h"
+#include "terminal/schema.h"
 
 /// What of a kind concerns flash of one sort.
 struct BOOT_PORT {
@@ -37,8 +39,8 @@ const PGMDEV_HPS_STRUCTURE& chosen_kind(const std::string& text);
 /// Adds the kind's name and its members of the port.
 void add_port(JSON& object, const PGMDEV_HPS_STRUCTURE& kind, const BOOT_PORT& port);
 
-/// The schema of objects, with what add_port adds.
-JSON with_port(JSON (*schema)(), const BOOT_PORT& port);
+/// What add_port adds.
+std::vector<SCHEMA_MEMBER> port_members(const BOOT_PORT& port);
 
 /// One line for people, and an empty one.
 void print_port(const PGMDEV_HPS_STRUCTURE& kind, const BOOT_PORT& port);

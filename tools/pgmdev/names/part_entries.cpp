@@ -2,11 +2,13 @@
 
 #include <algorithm>
 #include <array>
+#include <charconv>
 #include <map>
 #include <set>
 #include <utility>
 
 #include "gen.h"
+#include "names/part_values.h"
 #include "pgmdev_device_grammar_mgr.h"
 #include "stl.h"
 
@@ -32,6 +34,40 @@ std::vector<bool> marks(const PART_FILTER& filter) {
         marked[static_cast<std::size_t>(part)] = true;
     }
     return marked;
+}
+
+/// What parts can be filtered by, and their values.
+struct CHARACTERISTIC {
+    std::string PART_FILTER::*filter;
+    std::vector<std::string> PART_VALUES::*values;
+    std::string PART_ENTRY::*entry;
+};
+
+constexpr std::array CHARACTERISTICS{
+    CHARACTERISTIC{&PART_FILTER::package, &PART_VALUES::packages, &PART_ENTRY::package},
+    CHARACTERISTIC{&PART_FILTER::pins, &PART_VALUES::pins, &PART_ENTRY::pins},
+    CHARACTERISTIC{&PART_FILTER::speed, &PART_VALUES::speeds, &PART_ENTRY::speed},
+    CHARACTERISTIC{&PART_FILTER::temperature, &PART_VALUES::temperatures, &PART_ENTRY::temperature},
+};
+
+/// Asks the device library for the parts with each value, instead of for the values of each part.
+void add_characteristics(std::vector<PART_ENTRY>& entries) {
+    std::vector<PART_ENTRY*> places(static_cast<std::size_t>(DEV_PART_MAX));
+    for (PART_ENTRY& entry : entries) {
+        places[static_cast<std::size_t>(entry.number)] = &entry;
+    }
+    for (const CHARACTERISTIC& each : CHARACTERISTICS) {
+        for (const std::string& value : part_values().*each.values) {
+            PART_FILTER filter;
+            filter.hidden = true;
+            filter.*each.filter = value;
+            for (const int part : part_numbers(filter)) {
+                if (PART_ENTRY* entry = places[static_cast<std::size_t>(part)]) {
+                    entry->*each.entry = value;
+                }
+            }
+        }
+    }
 }
 
 void name_part(PART_ENTRY& entry) {
@@ -88,6 +124,7 @@ std::vector<PART_ENTRY> part_entries(const PART_FILTER& filter) {
         name_part(entry);
         entries.push_back(std::move(entry));
     }
+    add_characteristics(entries);
     return entries;
 }
 
@@ -125,4 +162,15 @@ std::vector<DEV_DEVICE_ENUM> devices_without_parts(const PART_FILTER& filter) {
         }
     }
     return devices;
+}
+
+JSON text_or_null(const std::string& text) {
+    return text.empty() ? JSON() : JSON(text);
+}
+
+JSON number_or_null(const std::string& text) {
+    DWORD number = 0;
+    const char* last = text.data() + text.size();
+    const auto [end, error] = std::from_chars(text.data(), last, number);
+    return error == std::errc() && end == last ? JSON(number) : JSON();
 }

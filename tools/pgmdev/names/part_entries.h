@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "dev.h"
+#include "terminal/json.h"
 
 /// Which parts are wanted, as the device library filters them (dev.h).
 struct PART_FILTER {
@@ -40,6 +41,10 @@ struct PART_ENTRY {
     std::string pgm_name;
     std::string pgm_part_pcf;
     std::string pgm_family_pcf;
+    std::string package;      ///< type; "": none of part_values.h, as for what follows
+    std::string pins;         ///< their number
+    std::string speed;        ///< grade
+    std::string temperature;  ///< range
     bool orderable = false;
     bool production = false;
     bool hidden = false;
@@ -60,3 +65,7 @@ DEVICE_ENTRY device_entry(DEV_DEVICE_ENUM device);
 
 /// The devices that pass the filter although they have no parts: of the family, when nothing is asked of parts.
 std::vector<DEV_DEVICE_ENUM> devices_without_parts(const PART_FILTER& filter);
+
+/// Characteristics for programs: null for "", and for a number that is none.
+JSON text_or_null(const std::string& text);
+JSON number_or_null(const std::string& text);

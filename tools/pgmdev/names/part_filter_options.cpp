@@ -1,14 +1,17 @@
 #include "names/part_filter_options.h"
 
-#include <fmt/core.h>
+#include <fmt/format.h>
 
+#include <algorithm>
 #include <array>
 #include <utility>
 
 #include "gen.h"
 #include "names/device_names.h"
+#include "names/part_values.h"
 #include "terminal/did_you_mean.h"
 #include "terminal/filtered_listing.h"
+#include "terminal/quiet.h"
 
 namespace {
 
@@ -17,7 +20,7 @@ struct TEXT_FILTER {
     const char* value_name;
     const char* description;
     std::string PART_FILTER::*field;
-    const std::vector<std::string>& (*known)();  ///< null: the device library does not tell
+    const std::vector<std::string>& (*known)();
 };
 
 struct FLAG_FILTER {
@@ -26,14 +29,21 @@ struct FLAG_FILTER {
     bool PART_FILTER::*field;
 };
 
+template <std::vector<std::string> PART_VALUES::*MEMBER>
+const std::vector<std::string>& values() {
+    return part_values().*MEMBER;
+}
+
 constexpr std::array TEXT_FILTERS{
     TEXT_FILTER{"--family", "NAME", "Of this family", &PART_FILTER::family, family_names},
     TEXT_FILTER{"--device", "NAME", "Of this device", &PART_FILTER::device, device_names},
-    TEXT_FILTER{"--package", "TYPE", "In packages of this type, such as FBGA", &PART_FILTER::package, nullptr},
-    TEXT_FILTER{"--pins", "COUNT", "In packages with this many pins", &PART_FILTER::pins, nullptr},
-    TEXT_FILTER{"--speed", "GRADE", "Of this speed grade, such as 6", &PART_FILTER::speed, nullptr},
+    TEXT_FILTER{"--package", "TYPE", "In packages of this type, such as FBGA", &PART_FILTER::package,
+                values<&PART_VALUES::packages>},
+    TEXT_FILTER{"--pins", "COUNT", "In packages with this many pins", &PART_FILTER::pins, values<&PART_VALUES::pins>},
+    TEXT_FILTER{"--speed", "GRADE", "Of this speed grade, such as 6", &PART_FILTER::speed,
+                values<&PART_VALUES::speeds>},
     TEXT_FILTER{"--temperature", "RANGE", "For this range of temperatures, such as INDUSTRIAL",
-                &PART_FILTER::temperature, nullptr},
+                &PART_FILTER::temperature, values<&PART_VALUES::temperatures>},
 };
 
 constexpr std::array FLAG_FILTERS{
@@ -41,6 +51,38 @@ constexpr std::array FLAG_FILTERS{
     FLAG_FILTER{"--production", "Only parts in production", &PART_FILTER::production},
     FLAG_FILTER{"--hidden", "Hidden parts, too", &PART_FILTER::hidden},
 };
+
+bool is_number(const std::string& text) {
+    return !text.empty() && text.size() < 10 && text.find_first_not_of("0123456789") == std::string::npos;
+}
+
+/// The values that lie next to a number, below and above it.
+std::vector<std::string> neighbours(const std::string& number, const std::vector<std::string>& known) {
+    const auto above = std::find_if(known.begin(), known.end(), [&number](const std::string& value) {
+        return is_number(value) && std::stoul(value) > std::stoul(number);
+    });
+    std::vector<std::string> found;
+    if (above != known.begin()) {
+        found.push_back(*(above - 1));
+    }
+    if (above != known.end()) {
+        found.push_back(*above);
+    }
+    return found;
+}
+
+/// What may have been meant by a value that no part has.
+std::string meant(const std::string& value, const std::vector<std::string>& known) {
+    constexpr std::size_t FEW = 12;
+    if (is_number(value) && is_number(known.front())) {
+        return did_you_mean(neighbours(value, known));
+    }
+    const std::vector<std::string> similar = nearest(value, known);
+    if (!similar.empty() || known.size() > FEW) {
+        return did_you_mean(similar);
+    }
+    return is_quiet() ? "" : fmt::format("; there are {}", fmt::join(known, ", "));
+}
 
 std::string value_of(const TEXT_FILTER& filter, const ARGUMENTS& given) {
     return gen_remove_leading_and_trailing_white_spaces(given.text(filter.option));
@@ -80,7 +122,7 @@ std::string empty_list_text(const std::string& thing, const ARGUMENTS& given) {
         if (part_numbers(alone).empty()) {
             const std::string& value = alone.*filter.field;
             reasons += fmt::format("; no part passes {} {}", filter.option, value);
-            reasons += filter.known != nullptr ? did_you_mean(nearest(value, filter.known())) : "";
+            reasons += meant(value, filter.known());
         }
     }
     return fmt::format("there is no {}{} that passes all filters{}", thing, given_pattern_text(given), reasons);

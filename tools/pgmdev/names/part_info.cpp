@@ -23,6 +23,7 @@ namespace {
 /// What is asked: made once for all questions of a run.
 struct SOURCES {
     NAME_SCHEMES schemes;
+    std::vector<std::string> names = schemes.all_names();  ///< for telling which one was meant
     PROFILE_DATABASE profiles;
 };
 
@@ -109,6 +110,24 @@ void add_part_facts(std::vector<FACT>& facts, const PART_ENTRY* part) {
     facts.push_back(flag_fact("hidden", "hidden", part, &PART_ENTRY::hidden));
 }
 
+/// A characteristic that all parts have alike; "" when they differ.
+std::string common_text(const NAME_MEANING& meaning, std::string PART_ENTRY::*member) {
+    const auto differs = [&](const PART_ENTRY* part) { return part->*member != meaning.parts.front()->*member; };
+    const bool alike = !meaning.parts.empty() && std::none_of(meaning.parts.begin(), meaning.parts.end(), differs);
+    return alike ? meaning.parts.front()->*member : "";
+}
+
+void add_common_characteristics(std::vector<FACT>& facts, const NAME_MEANING& meaning) {
+    const std::string package = common_text(meaning, &PART_ENTRY::package);
+    const std::string pins = common_text(meaning, &PART_ENTRY::pins);
+    const std::string speed = common_text(meaning, &PART_ENTRY::speed);
+    const std::string temperature = common_text(meaning, &PART_ENTRY::temperature);
+    facts.push_back({"package", "package", text_or_null(package), package});
+    facts.push_back({"pins", "pins", number_or_null(pins), pins});
+    facts.push_back({"speed", "speed grade", number_or_null(speed), speed});
+    facts.push_back({"temperature", "temperature range", text_or_null(temperature), temperature});
+}
+
 void add_spellings(std::vector<FACT>& facts, const NAME_MEANING& meaning) {
     for (const SPELLING& spelling : spellings_of(meaning)) {
         if (const auto* flag = std::get_if<bool>(&spelling.value)) {
@@ -149,23 +168,24 @@ std::vector<FACT> facts_of(const NAME_MEANING& meaning, PROFILE_DATABASE& profil
     add_spellings(facts, meaning);
     facts.push_back(text_fact("device", "device", common.device != nullptr ? common.device->device : ""));
     add_part_facts(facts, common.part);
+    add_common_characteristics(facts, meaning);
     facts.push_back(profile_fact(profile_of(common, profiles)));
     facts.push_back(parts_fact(meaning));
     return facts;
 }
 
-ANSWER not_found(const std::string& question, const NAME_SCHEMES& schemes) {
+ANSWER unknown_name(const std::string& question, const std::vector<std::string>& names) {
     ANSWER answer;
     answer.found = false;
     answer.missing = fmt::format("no part, and nothing that parts belong to, is named \"{}\"", question);
-    answer.candidates = nearest(question, schemes.all_names());
+    answer.candidates = nearest(question, names);
     return answer;
 }
 
 ANSWER answer_to(const std::string& question, SOURCES& sources) {
     const NAME_MEANING meaning = sources.schemes.meaning_of(question);
     if (meaning.schemes.empty()) {
-        return not_found(question, sources.schemes);
+        return unknown_name(question, sources.names);
     }
     ANSWER answer;
     std::vector<FACT> facts = facts_of(meaning, sources.profiles);
@@ -205,6 +225,10 @@ JSON part_info_schema() {
                                           {"orderable", or_null(flag_schema())},
                                           {"production", or_null(flag_schema())},
                                           {"hidden", or_null(flag_schema())},
+                                          {"package", or_null(text_schema())},
+                                          {"pins", or_null(number_schema())},
+                                          {"speed", or_null(number_schema())},
+                                          {"temperature", or_null(text_schema())},
                                           {"profile", or_null(profile)},
                                           {"parts", array_schema(text_schema())}};
     content.insert(content.end(), more.begin(), more.end());

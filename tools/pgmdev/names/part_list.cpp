@@ -52,13 +52,17 @@ JSON part_schema() {
                           {"pgm_part_pcf", text_schema()},
                           {"orderable", flag_schema()},
                           {"production", flag_schema()},
-                          {"hidden", flag_schema()}});
+                          {"hidden", flag_schema()},
+                          {"package", or_null(text_schema())},
+                          {"pins", or_null(number_schema())},
+                          {"speed", or_null(number_schema())},
+                          {"temperature", or_null(text_schema())}});
 }
 
 ROWS part_rows(const std::vector<PART_ENTRY>& parts, const ARGUMENTS& given) {
-    ROWS rows{
-        {},
-        TEXT_TABLE({"part", "device", "family", "package name", "programming name", "programmer-file part", "status"})};
+    ROWS rows{{},
+              TEXT_TABLE({"part", "device", "family", "package", "speed", "temperature", "status", "package name",
+                          "programming name", "programmer-file part"})};
     for (const PART_ENTRY& part : parts) {
         if (fits_given_pattern(part.name, given)) {
             rows.objects.push_back({{"name", part.name},
@@ -70,9 +74,14 @@ ROWS part_rows(const std::vector<PART_ENTRY>& parts, const ARGUMENTS& given) {
                                     {"pgm_part_pcf", part.pgm_part_pcf},
                                     {"orderable", part.orderable},
                                     {"production", part.production},
-                                    {"hidden", part.hidden}});
-            rows.table.add({part.name, part.device, part.family, shown(part.package_name), shown(part.pgm_name),
-                            shown(part.pgm_part_pcf), status_of(part)});
+                                    {"hidden", part.hidden},
+                                    {"package", text_or_null(part.package)},
+                                    {"pins", number_or_null(part.pins)},
+                                    {"speed", number_or_null(part.speed)},
+                                    {"temperature", text_or_null(part.temperature)}});
+            rows.table.add({part.name, part.device, part.family, shown(part.package + part.pins), shown(part.speed),
+                            shown(part.temperature), status_of(part), shown(part.package_name), shown(part.pgm_name),
+                            shown(part.pgm_part_pcf)});
         }
     }
     return rows;
@@ -180,12 +189,23 @@ constexpr LIST FAMILY_LIST{"family", "Families that have such parts, and how man
 constexpr LIST OPN_LIST{"ordering code", "The first ordering-code index of each part, and the hash of its name",
                         "pgmdev --json opn list --family Kestrel --speed 6", opn_schema, opn_rows};
 
+/// Says when an empty list would have rows with --hidden.
+std::string hidden_text(const LIST& list, const ARGUMENTS& given) {
+    PART_FILTER filter = part_filter(given);
+    if (filter.hidden) {
+        return "";
+    }
+    filter.hidden = true;
+    const std::size_t count = list.rows(part_entries(filter), given).objects.size();
+    return count == 0 ? "" : fmt::format("; with --hidden there {} {}", count == 1 ? "is" : "are", count);
+}
+
 VERB list_verb(const LIST& list) {
     const auto run = [&list](const ARGUMENTS& given, COMMAND& command) {
         const ROWS rows = list.rows(part_entries(part_filter(given)), given);
         print_filtered_listing(
-            list.schema(), rows.objects, rows.table, [&] { return empty_list_text(list.thing, given); }, given,
-            command);
+            list.schema(), rows.objects, rows.table,
+            [&] { return empty_list_text(list.thing, given) + hidden_text(list, given); }, given, command);
     };
     return with_list_options(with_part_filters(with_pattern(VERB("list", list.description, list.example, run))),
                              list.schema);

@@ -134,7 +134,7 @@ void read_block(const ARGUMENTS& given, COMMAND& command) {
 }
 
 COMMAND_FAILURE unreadable(const std::string& path, const std::string& obstacle) {
-    return COMMAND_FAILURE({"file_unreadable",
+    return COMMAND_FAILURE({FAILURE_CODE::FILE_UNREADABLE,
                             fmt::format("the file cannot be read, since {}", obstacle),
                             path,
                             {"argument FILE"},
@@ -184,7 +184,7 @@ void write_block(const ARGUMENTS& given, const COMMAND& command) {
     std::vector<BYTE> bytes = read_whole(file);
     const std::string fault = given.has("--raw") ? "" : block_fault(which, bytes);
     if (!fault.empty()) {
-        throw COMMAND_FAILURE({"refused",
+        throw COMMAND_FAILURE({FAILURE_CODE::REFUSED,
                                fmt::format("the file is no block \"{}\": {}", PGMDEV_FLASH_INI_NAMES[which], fault),
                                file,
                                {"argument FILE"},

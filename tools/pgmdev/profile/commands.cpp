@@ -31,8 +31,8 @@ struct PROFILE_TABLES : PROFILE_RECORDS {
     static void compile(const FIO_PATH& csv_file, const FIO_PATH& pcf_file) {
         PGMDEV_DEV_INFO_MANAGER(true).generate_device_database(csv_file, pcf_file);
     }
-    static TABLE read(const std::string& pcf_file) {
-        return read_database(PROFILE_DATABASE_KIND, argument_place(pcf_file, "PCF"),
+    static TABLE read(const std::string& pcf_file, const char* argument) {
+        return read_database(PROFILE_DATABASE_KIND, argument_place(pcf_file, argument),
                              [&pcf_file] { return TABLE::from_database(pcf_file); });
     }
     static JSON row() { return profile_schema(); }

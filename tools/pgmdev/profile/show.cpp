@@ -118,7 +118,7 @@ void show(const ARGUMENTS& given, COMMAND& command) {
 JSON shown_profile_schema() {
     std::vector<SCHEMA_MEMBER> content = profile_members();
     content.insert(content.begin(), {{"index", number_schema()}, {"rule", choice_schema(PROFILE_RULES)}});
-    return question_schema(content, {"index", "rule"});
+    return question_schema(content, {"index", "rule"}, {{"record", text_schema(), false}});
 }
 
 }  // namespace

@@ -7,11 +7,13 @@
 #include "gen.h"
 #include "names/device_names.h"
 #include "names/enum_commands.h"
+#include "names/part_values.h"
 #include "pgmdev_dev_info_manager_auto_export.h"
 #include "pgmdev_device_grammar_mgr.h"
 #include "pgmdev_flash_ini.h"
 #include "pgmdev_hps_nand_mgr.h"
 #include "pgmdev_hps_spi_mgr.h"
+
 namespace {
 
 using NAMES = std::vector<std::string>;
@@ -131,6 +133,15 @@ constexpr SOURCE SOURCES[]{
     {"", "", "--family", [](AT) { return family_names(); }},
     {"", "", "--device", [](AT) { return device_names(); }},
     {"", "", "--part", [](AT) { return part_names(); }},
+    {"", "", "--package", [](AT) { return part_values().packages; }},
+    {"", "", "--pins", [](AT) { return part_values().pins; }},
+    {"", "", "--speed", [](AT) { return part_values().speeds; }},
+    {"", "", "--temperature", [](AT) { return part_values().temperatures; }},
+    {"part", "list", "PATTERN", [](AT) { return part_names(); }},
+    {"opn", "list", "PATTERN", [](AT) { return part_names(); }},
+    {"device", "list", "PATTERN", [](AT) { return device_names(); }},
+    {"family", "list", "PATTERN", [](AT) { return family_names(); }},
+    {"flash", "list", "PATTERN", flash_texts<&PGMDEV_SFL_FLASH_INFO::device_name>},
 };
 
 bool fits(std::string_view wanted, const std::string& name) {

@@ -56,8 +56,9 @@ void print_field(const PACKED_FIELD& field) {
 
 }  // namespace
 
-void annotate_database(const std::string& pcf_file, const PACKED_SCHEMA& schema, COMMAND& command) {
-    PACKED_FILE file = open_packed_file(pcf_file, schema);
+void annotate_database(const std::string& pcf_file, std::vector<BYTE> bytes, const PACKED_SCHEMA& schema,
+                       COMMAND& command) {
+    PACKED_FILE file = open_packed_file(std::move(bytes), schema);
     const bool whole = file.checks.front().outcome == TABLE_CHECK::PASSED;
     JSON head = JSON::array();
     for (const HEAD_FIELD& field : whole ? head_of(file) : std::vector<HEAD_FIELD>()) {

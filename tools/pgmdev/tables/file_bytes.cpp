@@ -7,6 +7,7 @@
 #include <memory>
 #include <string_view>
 
+#include "files/inspection.h"
 #include "fio.h"
 #include "pgm_common.h"
 #include "replaced_file.h"
@@ -39,8 +40,9 @@ std::optional<std::vector<BYTE>> file_bytes(const std::string& path) {
 std::vector<BYTE> required_file_bytes(const std::string& path) {
     auto bytes = file_bytes(path);
     if (!bytes) {
-        throw COMMAND_FAILURE({"file_unreadable",
-                               "the file cannot be read",
+        const std::string obstacle = inspect_file(path, 0).obstacle;
+        throw COMMAND_FAILURE({FAILURE_CODE::FILE_UNREADABLE,
+                               fmt::format("the file cannot be read{}", obstacle.empty() ? "" : ", since " + obstacle),
                                path,
                                {},
                                "name a file that exists and that you may read",

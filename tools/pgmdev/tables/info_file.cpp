@@ -23,6 +23,7 @@ struct INFO_KEY {
     std::variant<std::string DATABASE_INFO::*, QWORD DATABASE_INFO::*> field;
 };
 
+/// The keys that every text has.
 constexpr std::array<INFO_KEY, 7> KEYS{{
     {"database", &DATABASE_INFO::database},
     {"database_sha256", &DATABASE_INFO::database_sha256},
@@ -32,6 +33,9 @@ constexpr std::array<INFO_KEY, 7> KEYS{{
     {"payload_size", &DATABASE_INFO::payload_size},
     {"compiled_by", &DATABASE_INFO::compiled_by},
 }};
+
+/// The key that only stands there while a database is replaced.
+constexpr const char* REPLACES = "replaces_sha256";
 
 std::string file_name_of(const std::string& path) {
     return utf8_from_path(path_from_utf8(path).filename());
@@ -54,12 +58,18 @@ bool parse(const std::vector<BYTE>& bytes, DATABASE_INFO& info) {
     for (std::string line; std::getline(input, line);) {
         const std::size_t equals = line.find('=');
         const std::string name = gen_remove_leading_and_trailing_white_spaces(line.substr(0, equals));
-        const auto* const key =
-            std::find_if(KEYS.begin(), KEYS.end(), [&](const INFO_KEY& candidate) { return name == candidate.name; });
-        if (equals == std::string::npos || key == KEYS.end()) {
+        if (equals == std::string::npos) {
             continue;
         }
         const std::string text = gen_remove_leading_and_trailing_white_spaces(line.substr(equals + 1));
+        if (name == REPLACES) {
+            info.replaces_sha256 = text;
+        }
+        const auto* const key =
+            std::find_if(KEYS.begin(), KEYS.end(), [&](const INFO_KEY& candidate) { return name == candidate.name; });
+        if (key == KEYS.end()) {
+            continue;
+        }
         taken += std::visit([&](auto field) { return take(text, info.*field); }, key->field) ? 1U : 0U;
     }
     return taken == KEYS.size();
@@ -80,7 +90,8 @@ DATABASE_INFO database_info(const std::string& database, std::span<const BYTE> d
             sha256_of(source_bytes),
             records,
             payload_size,
-            "pgmdev " + PGMDEV_VERSION::library()};
+            "pgmdev " + PGMDEV_VERSION::library(),
+            ""};
 }
 
 std::string info_text(const DATABASE_INFO& info) {
@@ -88,7 +99,7 @@ std::string info_text(const DATABASE_INFO& info) {
     for (const INFO_KEY& key : KEYS) {
         text += std::visit([&](auto field) { return fmt::format("{} = {}\n", key.name, info.*field); }, key.field);
     }
-    return text;
+    return text + (info.replaces_sha256.empty() ? "" : fmt::format("{} = {}\n", REPLACES, info.replaces_sha256));
 }
 
 INFO_FINDING check_info(const std::string& database) {
@@ -108,10 +119,16 @@ INFO_FINDING check_info(const std::string& database) {
         return finding;
     }
     const std::string found = sha256_of(*bytes);
-    finding.state = found == finding.info.database_sha256 ? INFO_FINDING::MATCHES : INFO_FINDING::DIFFERS;
-    finding.message = finding.state == INFO_FINDING::MATCHES
-                          ? fmt::format("compiled from {} by {}", finding.info.source, finding.info.compiled_by)
-                          : fmt::format("the SHA-256 is {}, {} states {}", found, path, finding.info.database_sha256);
+    if (found == finding.info.database_sha256) {
+        finding.state = INFO_FINDING::MATCHES;
+        finding.message = fmt::format("compiled from {} by {}", finding.info.source, finding.info.compiled_by);
+    } else if (found == finding.info.replaces_sha256) {
+        finding.state = INFO_FINDING::OLDER;
+        finding.message = fmt::format("the database from before compiling {} was interrupted", finding.info.source);
+    } else {
+        finding.state = INFO_FINDING::DIFFERS;
+        finding.message = fmt::format("the SHA-256 is {}, {} states {}", found, path, finding.info.database_sha256);
+    }
     return finding;
 }
 

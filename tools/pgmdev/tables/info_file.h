@@ -18,6 +18,9 @@ struct DATABASE_INFO {
     QWORD records = 0;
     QWORD payload_size = 0;   ///< in bytes
     std::string compiled_by;  ///< the command and its version
+    /// SHA-256 of the database that is being replaced; "" once it is. The text is written before the database takes its
+    /// place and again behind it, so that it fits whichever of the two is found after a crash.
+    std::string replaces_sha256;
 
     bool operator==(const DATABASE_INFO&) const = default;
 };
@@ -25,7 +28,7 @@ struct DATABASE_INFO {
 /// The path of the text that belongs to a database.
 std::string info_file_of(const std::string& database);
 
-/// What is known of a database when it has been compiled from a source table.
+/// What is known of a database when it has been compiled from a source table; it replaces nothing.
 DATABASE_INFO database_info(const std::string& database, std::span<const BYTE> database_bytes,
                             const std::string& source, std::span<const BYTE> source_bytes, QWORD records,
                             QWORD payload_size);
@@ -37,6 +40,7 @@ std::string info_text(const DATABASE_INFO& info);
 struct INFO_FINDING {
     enum STATE {
         MATCHES,    ///< it is
+        OLDER,      ///< it is the one that was to be replaced when compiling was interrupted
         MISSING,    ///< there is no text: nothing is known, and nothing wrong
         DIFFERS,    ///< it is not: either of them is damaged, or was replaced without the other
         UNREADABLE  ///< the text or the database cannot be read, or the text is none

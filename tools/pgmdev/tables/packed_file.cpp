@@ -4,8 +4,8 @@
 
 #include <algorithm>
 #include <string_view>
+#include <utility>
 
-#include "tables/file_bytes.h"
 #include "zlib_wrapper.h"
 
 namespace {
@@ -98,9 +98,9 @@ DWORD packed_dword(const BYTE* bytes) {
     return value;
 }
 
-PACKED_FILE open_packed_file(const std::string& path, const PACKED_SCHEMA& schema) {
+PACKED_FILE open_packed_file(std::vector<BYTE> bytes, const PACKED_SCHEMA& schema) {
     PACKED_FILE file;
-    file.bytes = required_file_bytes(path);
+    file.bytes = std::move(bytes);
     HEAD_CHECKER(file, schema).run();
     return file;
 }

@@ -33,8 +33,8 @@ struct PACKED_FILE {
     std::vector<TABLE_CHECK> checks;
 };
 
-/// A file that cannot be read ends the command; everything else that is wrong is among the checks.
-PACKED_FILE open_packed_file(const std::string& path, const PACKED_SCHEMA& schema);
+/// Takes the bytes of a file apart. What is wrong with them is among the checks.
+PACKED_FILE open_packed_file(std::vector<BYTE> bytes, const PACKED_SCHEMA& schema);
 
 /// The number of 4 bytes at that place, which must be there.
 DWORD packed_dword(const BYTE* bytes);

@@ -9,6 +9,7 @@
 #include <string>
 #include <vector>
 
+#include "files/source.h"
 #include "tables/accepted_warnings.h"
 #include "tables/fault_output.h"
 #include "tables/source_hints.h"
@@ -39,6 +40,7 @@ inline bool is_of_form(const PGMDEV_TABLE_FAULT& fault) {
 template <class KIND>
 void check_table(const ARGUMENTS& given, COMMAND& command) {
     const std::string& csv_file = given.text("CSV");
+    require_readable_table(csv_file, "CSV");
     const auto table = KIND::TABLE::from_source(csv_file);
     std::vector<PGMDEV_TABLE_FAULT> faults = table.faults();
     suggest_names<KIND>(faults);

@@ -10,6 +10,8 @@
 #include <string_view>
 #include <vector>
 
+#include "files/origins.h"
+#include "files/source.h"
 #include "tables/fault_output.h"
 #include "tables/file_bytes.h"
 #include "tables/row_matching.h"
@@ -28,19 +30,21 @@
 /// Reads a packed database or a source table, told apart by how they begin. A source table may have faults in its rows,
 /// which are shown; one in its format ends the command.
 template <class KIND>
-typename KIND::TABLE read_any_table(const std::string& file) {
+typename KIND::TABLE read_any_table(const ARGUMENTS& given, const char* argument) {
+    const std::string& file = given.text(argument);
     if (is_packed_database(file)) {
-        return KIND::read(file);
+        return KIND::read(file, argument);
     }
+    require_readable_table(file, argument);
     auto table = KIND::TABLE::from_source(file);
     if (table.has_faults()) {
         print_faults(table.faults(), file, KIND::TABLE::describe);
     }
     if (table.records().empty()) {
-        throw COMMAND_FAILURE({"table_refused",
+        throw COMMAND_FAILURE({FAILURE_CODE::TABLE_REFUSED,
                                "neither a packed database nor a source table without faults in its format",
                                file,
-                               {},
+                               argument_place(file, argument).tried,
                                fmt::format("see \"pgmdev {} check\"", KIND::NOUN),
                                {}});
     }
@@ -158,8 +162,8 @@ TABLE_DIFFERENCE difference_of(const typename KIND::TABLE& before, const typenam
 /// Shows what differs between two tables, and ends with EXIT_NOT_FOUND when something does.
 template <class KIND>
 void diff_tables(const ARGUMENTS& given, COMMAND& command) {
-    const auto before = read_any_table<KIND>(given.text("A"));
-    const auto after = read_any_table<KIND>(given.text("B"));
+    const auto before = read_any_table<KIND>(given, "A");
+    const auto after = read_any_table<KIND>(given, "B");
     const TABLE_DIFFERENCE difference = difference_of<KIND>(before, after);
     if (!difference.none()) {
         command.result = EXIT_NOT_FOUND;

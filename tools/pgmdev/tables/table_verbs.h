@@ -5,6 +5,7 @@
 
 #include <fmt/core.h>
 
+#include <span>
 #include <stdexcept>
 #include <string>
 #include <vector>
@@ -34,7 +35,7 @@
 //   DATABASE_FORMAT                        what tells its databases apart
 //   NEEDS_PART_LIST                        whether compiling reads the part list
 //   compile(csv, pcf)                      compiles
-//   read(pcf)                              reads a database for people
+//   read(pcf, argument)                    reads a database, which the argument has named
 //   row()                                  the schema of its records
 //   print(table, given, command)           shows the records of a database
 
@@ -45,6 +46,23 @@ void compile_source(const std::string& csv_file, const OUTPUT_FILE& output) try 
     KIND::compile(csv_file, output.temporary());
 } catch (const MSG_INTERNAL_ERROR_EXCEPTION& error) {
     throw compile_failure(csv_file, KIND::NEEDS_PART_LIST, output, error.report());
+}
+
+/// Puts a compiled database and the text beside it in their places. All is written before anything is replaced, and
+/// whenever this is interrupted the text fits the database that is there.
+inline void replace_with_info(OUTPUT_FILE& database, const std::string& pcf_file, DATABASE_INFO info) {
+    const auto write = [](OUTPUT_FILE& file, const std::string& text) {
+        file.write(std::span(reinterpret_cast<const BYTE*>(text.data()), text.size()));
+    };
+    OUTPUT_FILE lasting(info_file_of(pcf_file));
+    write(lasting, info_text(info));
+    const auto replaced = file_bytes(pcf_file);
+    info.replaces_sha256 = replaced ? sha256_of(*replaced) : "";
+    OUTPUT_FILE passing(info_file_of(pcf_file));
+    write(passing, info_text(info));
+    passing.commit();
+    database.commit();
+    lasting.commit();
 }
 
 /// Checks and compiles a source table, reads the result back, compares, and only then replaces the output.
@@ -71,14 +89,10 @@ void compile_table(const ARGUMENTS& given, const COMMAND& command) {
     if (read_back.records() != table.records() || read_back.payload_size() != table.payload_size()) {
         throw std::runtime_error("what was compiled from " + csv_file + " reads back differently");
     }
-    // The text beside the database is all written before either of them takes its place.
     const std::vector<BYTE> compiled = required_file_bytes(output.temporary().fullpath());
-    const std::string text = info_text(database_info(pcf_file, compiled, csv_file, source.value_or(std::vector<BYTE>()),
-                                                     table.records().size(), table.payload_size()));
-    OUTPUT_FILE info(info_file_of(pcf_file));
-    info.write(std::span(reinterpret_cast<const BYTE*>(text.data()), text.size()));
-    output.commit();
-    info.commit();
+    replace_with_info(output, pcf_file,
+                      database_info(pcf_file, compiled, csv_file, source.value_or(std::vector<BYTE>()),
+                                    table.records().size(), table.payload_size()));
     if (command.json) {
         print_json(sizes_json(table));
     } else {
@@ -112,10 +126,10 @@ void dump_table(const ARGUMENTS& given, COMMAND& command) {
         }
     }
     if (given.has("--annotate")) {
-        annotate_database(given.text("PCF"), KIND::schema(), command);
+        annotate_database(given.text("PCF"), database_bytes<KIND>(given), KIND::schema(), command);
         return;
     }
-    const auto table = KIND::read(given.text("PCF"));
+    const auto table = KIND::read(given.text("PCF"), "PCF");
     if (given.has("--csv") || given.has("--plain-csv")) {
         print_source_table(table, given.has("--csv"));
     } else {

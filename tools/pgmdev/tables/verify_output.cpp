@@ -25,7 +25,8 @@ INFO_FINDING check_origin(VERIFICATION& verification) {
     if (finding.state == INFO_FINDING::MISSING) {
         verification.skip("origin", finding.message);
     } else {
-        verification.add("origin", finding.state == INFO_FINDING::MATCHES, finding.message);
+        const bool known = finding.state == INFO_FINDING::MATCHES || finding.state == INFO_FINDING::OLDER;
+        verification.add("origin", known, finding.message);
     }
     return finding;
 }
@@ -53,8 +54,8 @@ void VERIFICATION::add(std::string name, const std::vector<std::string>& faults,
     add(std::move(name), faults.empty(), faults.empty() ? std::move(good) : told);
 }
 
-VERIFICATION verify_structure(const std::string& database, const PACKED_SCHEMA& schema) {
-    PACKED_FILE file = open_packed_file(database, schema);
+VERIFICATION verify_structure(const std::string& database, std::vector<BYTE> bytes, const PACKED_SCHEMA& schema) {
+    PACKED_FILE file = open_packed_file(std::move(bytes), schema);
     VERIFICATION verification{database, "", file.stamp, std::move(file.payload), std::move(file.checks)};
     if (verification.payload.empty()) {
         verification.skip("payload", "it could not be decompressed");

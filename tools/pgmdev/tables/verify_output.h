@@ -27,7 +27,7 @@ struct VERIFICATION {
 };
 
 /// Looks at the file and its payload byte by byte.
-VERIFICATION verify_structure(const std::string& database, const PACKED_SCHEMA& schema);
+VERIFICATION verify_structure(const std::string& database, std::vector<BYTE> bytes, const PACKED_SCHEMA& schema);
 
 /// Shows the checks, and what the database was compiled from.
 void print_verification(VERIFICATION verification, COMMAND& command);

@@ -64,10 +64,14 @@ void add_contents(CLI::App& app, const NOUN& noun, COMMAND& command) {
 }
 
 /// What the parser finds wrong. A misspelt word explains more than what it leads to.
-COMMAND_FAILURE wrong_arguments(const NOUN& all, const std::vector<std::string>& arguments,
+COMMAND_FAILURE wrong_arguments(const COMMAND_TABLE& table, const std::vector<std::string>& arguments,
                                 const CLI::ParseError& error) {
-    const std::string word = unknown_word(all, arguments);
-    return COMMAND_FAILURE({"usage", word.empty() ? error.what() : word, "", {}, "--help tells more", {}}, EXIT_USAGE);
+    std::string word = unknown_word(table, arguments);
+    if (word.empty()) {
+        word = unknown_option(table, arguments);
+    }
+    return COMMAND_FAILURE({FAILURE_CODE::USAGE, word.empty() ? error.what() : word, "", {}, "--help tells more", {}},
+                           EXIT_USAGE);
 }
 
 }  // namespace
@@ -135,7 +139,7 @@ bool run_command_line(const COMMAND_TABLE& table, const std::vector<std::string>
         std::ostringstream output;
         std::ostringstream errors;
         if (app.exit(error, output, errors) != 0) {
-            throw wrong_arguments(table.all, arguments, error);
+            throw wrong_arguments(table, arguments, error);
         }
         fmt::print("{}", output.str());
         return false;

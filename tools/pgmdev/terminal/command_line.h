@@ -94,12 +94,13 @@ struct NOUN {
 struct GLOBAL_OPTION {
     using APPLY = std::function<void(const std::string& value, COMMAND& command)>;
 
-    std::string names;        ///< "--long" or "-s,--long"
-    std::string value_name;   ///< what the help calls its value; "": it has none
-    std::string description;  ///< what it does
-    APPLY apply;              ///< carries it out; a flag's value is ""
-    bool repeats = false;     ///< may be given more than once
-    bool instead = false;     ///< is an answer of its own: no verb is carried out
+    std::string names;                  ///< "--long" or "-s,--long"
+    std::string value_name;             ///< what the help calls its value; "": it has none
+    std::string description;            ///< what it does
+    APPLY apply;                        ///< carries it out; a flag's value is ""
+    bool repeats = false;               ///< may be given more than once
+    bool instead = false;               ///< is an answer of its own: no verb is carried out
+    std::function<JSON()> schema = {};  ///< the JSON Schema of that answer
 };
 
 /// All that can be asked for: the nouns are groups of the whole command, what needs no noun are verbs of it.

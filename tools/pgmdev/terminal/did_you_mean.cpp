@@ -1,6 +1,8 @@
 #include "terminal/did_you_mean.h"
 
 #include <algorithm>
+#include <bit>
+#include <cstdint>
 #include <iterator>
 #include <numeric>
 #include <utility>
@@ -16,12 +18,22 @@ std::size_t tolerance(const std::string& name) {
     return std::clamp<std::size_t>(name.size() / 4, 1, 3);
 }
 
+/// Which characters a text has, in any case: a bit each, which some of them share.
+std::uint64_t characters_of(const std::string& text) {
+    std::uint64_t characters = 0;
+    for (const char c : text) {
+        characters |= std::uint64_t{1} << (static_cast<unsigned char>(ascii_upper(c)) % 64U);
+    }
+    return characters;
+}
+
 /// Measures how much candidates differ from one name. There are many of them, and batches ask for many names: the rows
-/// are made once.
+/// are made once, and most candidates are left out before they are compared, by their length and their characters.
 class EDIT_DISTANCE {
 public:
     explicit EDIT_DISTANCE(std::string name) : m_name(std::move(name)) {
         std::transform(m_name.begin(), m_name.end(), m_name.begin(), ascii_upper);
+        m_characters = characters_of(m_name);
     }
 
     /// The least number of characters to add, leave out, replace or swap with their neighbour, in any case;
@@ -30,7 +42,7 @@ public:
         const std::size_t width = m_name.size() + 1;
         const std::size_t difference =
             candidate.size() < width ? width - 1 - candidate.size() : candidate.size() + 1 - width;
-        if (difference > limit) {
+        if (difference > limit || lacks_more_than(limit, characters_of(candidate))) {
             return limit + 1;
         }
         m_before_last.assign(width, 0);
@@ -48,6 +60,12 @@ public:
     }
 
 private:
+    /// Whether one of the two has more characters that the other has not than changes could bring about.
+    bool lacks_more_than(std::size_t limit, std::uint64_t characters) const {
+        return static_cast<std::size_t>(std::max(std::popcount(m_characters & ~characters),
+                                                 std::popcount(characters & ~m_characters))) > limit;
+    }
+
     /// The row of the candidate's first `i` characters; gives its least value.
     std::size_t fill_row(const std::string& candidate, std::size_t i) {
         const char here = ascii_upper(candidate[i - 1]);
@@ -66,6 +84,7 @@ private:
     }
 
     std::string m_name;
+    std::uint64_t m_characters = 0;
     std::vector<std::size_t> m_before_last;
     std::vector<std::size_t> m_last;
     std::vector<std::size_t> m_row;

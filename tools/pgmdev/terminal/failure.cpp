@@ -2,10 +2,44 @@
 
 #include <fmt/core.h>
 
+#include <array>
+
 #include "terminal/text_table.h"
 
+namespace {
+
+/// By code.
+constexpr std::array CODE_NAMES{"usage",
+                                "refused",
+                                "file_unreadable",
+                                "database_missing",
+                                "database_unreadable",
+                                "database_other_kind",
+                                "database_other_stamp",
+                                "database_other_version",
+                                "database_damaged",
+                                "source_table_unreadable",
+                                "part_list_unreadable",
+                                "table_refused",
+                                "output_not_writable",
+                                "container_damaged",
+                                "container_unreadable",
+                                "block_of_another_version",
+                                "configuration_unreadable",
+                                "internal"};
+
+}  // namespace
+
+std::string code_name(FAILURE_CODE code) {
+    return CODE_NAMES.at(static_cast<std::size_t>(code));
+}
+
+std::vector<std::string> code_names() {
+    return {CODE_NAMES.begin(), CODE_NAMES.end()};
+}
+
 JSON failure_json(const FAILURE& failure) {
-    JSON object{{"code", failure.code}, {"message", failure.message}};
+    JSON object{{"code", code_name(failure.code)}, {"message", failure.message}};
     if (!failure.path.empty()) {
         object["path"] = failure.path;
     }

@@ -12,9 +12,37 @@
 #include "terminal/command.h"
 #include "terminal/json.h"
 
+/// What kind of failure. Programs know them by their names, which are stable; docs/command.md says what each means.
+enum class FAILURE_CODE {
+    USAGE,
+    REFUSED,
+    FILE_UNREADABLE,
+    DATABASE_MISSING,
+    DATABASE_UNREADABLE,
+    DATABASE_OTHER_KIND,
+    DATABASE_OTHER_STAMP,
+    DATABASE_OTHER_VERSION,
+    DATABASE_DAMAGED,
+    SOURCE_TABLE_UNREADABLE,
+    PART_LIST_UNREADABLE,
+    TABLE_REFUSED,
+    OUTPUT_NOT_WRITABLE,
+    CONTAINER_DAMAGED,
+    CONTAINER_UNREADABLE,
+    BLOCK_OF_ANOTHER_VERSION,
+    CONFIGURATION_UNREADABLE,
+    INTERNAL
+};
+
+/// The name of a code: as in the enumeration, in lower case.
+std::string code_name(FAILURE_CODE code);
+
+/// The names of all codes.
+std::vector<std::string> code_names();
+
 /// What a failure tells, in the order in which people read it. Empty parts are left out.
 struct FAILURE {
-    std::string code;                ///< stable, for programs: lower case with underscores
+    FAILURE_CODE code;
     std::string message;             ///< what could not be done
     std::string path;                ///< with which file, as it was used
     std::vector<std::string> tried;  ///< what led to that path: option, environment variable, or default

@@ -4,19 +4,14 @@
 /// The options that go with every verb as they stand among the arguments: for explanations, which must be possible even
 /// when the arguments make no sense.
 
-#include <array>
 #include <string>
 #include <string_view>
 #include <vector>
 
-/// Those that take a value.
-inline constexpr std::array<std::string_view, 4> OPTIONS_WITH_VALUE{"--db-dir", "--install-dir", "--module-dir",
-                                                                    "--set"};
-
 /// To be called once, before anything is explained.
 void remember_arguments(const std::vector<std::string>& arguments);
 
-/// The values given for one of OPTIONS_WITH_VALUE, in order.
+/// The values given for an option that takes one, in order.
 std::vector<std::string> given_values(std::string_view option);
 
 /// Whether an option without a value is among the arguments.

@@ -11,7 +11,7 @@
 #include "terminal/text_table.h"
 
 /// The verb with the options and the schema of a list: --csv and --fields. `row` gives the schema of its rows, made by
-/// object_schema.
+/// object_schema, with all members that any option of the verb brings about.
 VERB with_list_options(VERB verb, JSON (*row)());
 
 /// The same, for a verb that has another meaning for --csv.

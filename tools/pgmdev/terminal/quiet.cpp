@@ -6,8 +6,8 @@ bool g_quiet = false;
 
 }  // namespace
 
-void be_quiet() {
-    g_quiet = true;
+void be_quiet(bool quiet) {
+    g_quiet = quiet;
 }
 
 bool is_quiet() {

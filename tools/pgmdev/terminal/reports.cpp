@@ -9,9 +9,9 @@ std::optional<MSG_INTERNAL_ERROR_REPORT>& kept_report() {
 
 }  // namespace
 
-void remember_reports() {
+MSG_INTERNAL_ERROR::HANDLER remember_reports() {
     kept_report();  // outlives the handler
-    MSG_INTERNAL_ERROR::set_handler([](const MSG_INTERNAL_ERROR_REPORT& report) {
+    return MSG_INTERNAL_ERROR::set_handler([](const MSG_INTERNAL_ERROR_REPORT& report) {
         kept_report() = report;
         throw MSG_INTERNAL_ERROR_EXCEPTION(report);
     });

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <utility>
 
+#include "terminal/failure.h"
+
 JSON text_schema() {
     return {{"type", "string"}};
 }
@@ -32,7 +34,7 @@ JSON array_schema(JSON items) {
 }
 
 JSON failure_schema() {
-    return object_schema({{"code", text_schema()},
+    return object_schema({{"code", choice_schema(code_names())},
                           {"message", text_schema()},
                           {"path", text_schema(), false},
                           {"tried", array_schema(text_schema()), false},
@@ -56,10 +58,11 @@ JSON object_schema(const std::vector<SCHEMA_MEMBER>& members) {
             required.push_back(member.name);
         }
     }
-    return {{"type", "object"}, {"properties", properties}, {"required", required}};
+    return {{"type", "object"}, {"properties", properties}, {"required", required}, {"additionalProperties", false}};
 }
 
-JSON question_schema(const std::vector<SCHEMA_MEMBER>& content, const std::vector<std::string>& known_anyway) {
+JSON question_schema(const std::vector<SCHEMA_MEMBER>& content, const std::vector<std::string>& known_anyway,
+                     const std::vector<SCHEMA_MEMBER>& only_missing) {
     const auto exactly = [](bool value) {
         JSON values = JSON::array();
         values.push_back(value);
@@ -73,6 +76,7 @@ JSON question_schema(const std::vector<SCHEMA_MEMBER>& content, const std::vecto
         found.push_back(member);
         missing.push_back({member.name, or_null(member.schema), known});
     }
+    missing.insert(missing.end(), only_missing.begin(), only_missing.end());
     missing.push_back({"candidates", array_schema(text_schema())});
     refused.push_back({"error", failure_reference()});
     return any_of({object_schema(found), object_schema(missing), object_schema(refused)});
@@ -82,6 +86,13 @@ JSON list_schema(const JSON& row) {
     JSON items = row;
     items["required"] = JSON::array();
     return array_schema(items);
+}
+
+JSON with_members(JSON object_schema, const std::vector<SCHEMA_MEMBER>& members) {
+    for (const SCHEMA_MEMBER& member : members) {
+        object_schema["properties"][member.name] = member.schema;
+    }
+    return object_schema;
 }
 
 std::vector<std::string> member_names(const JSON& object_schema) {

@@ -1,8 +1,8 @@
 #pragma once
 
 /// \file
-/// JSON Schemas (draft 2020-12) of what the command answers, put together from the members that answers have. Members
-/// that a schema does not name are allowed, so that answers can grow.
+/// JSON Schemas (draft 2020-12) of what the command answers, put together from the members that answers have. They
+/// name every member: an object of this version has no other.
 
 #include <concepts>
 #include <string>
@@ -59,11 +59,16 @@ struct SCHEMA_MEMBER {
 JSON object_schema(const std::vector<SCHEMA_MEMBER>& members);
 
 /// The answer to a question, as answer.h has it: with the members of `content` when something was found; when not, with
-/// those of them that `known_anyway` names, which may then be null. Or what a batch says of a line that is no question.
-JSON question_schema(const std::vector<SCHEMA_MEMBER>& content, const std::vector<std::string>& known_anyway);
+/// those of them that `known_anyway` names, which may then be null, and perhaps `only_missing`. Or what a batch says of a
+/// line that is no question.
+JSON question_schema(const std::vector<SCHEMA_MEMBER>& content, const std::vector<std::string>& known_anyway,
+                     const std::vector<SCHEMA_MEMBER>& only_missing = {});
 
 /// Lists of the objects that `row` describes (made by object_schema), of which --fields may choose some members.
 JSON list_schema(const JSON& row);
+
+/// The schema of objects (made by object_schema) that may have further members.
+JSON with_members(JSON object_schema, const std::vector<SCHEMA_MEMBER>& members);
 
 /// The names of the members that `object_schema` was given, in their order.
 std::vector<std::string> member_names(const JSON& object_schema);

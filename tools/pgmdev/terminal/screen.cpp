@@ -34,8 +34,8 @@ std::optional<std::size_t> table_width() {
     return columns != 0 ? columns : USUAL_COLUMNS;
 }
 
-void show_all_columns() {
-    g_all_columns = true;
+void show_all_columns(bool all) {
+    g_all_columns = all;
 }
 
 std::string in_bold(const std::string& text) {

@@ -10,8 +10,8 @@
 /// How many characters fit into a line of tables; nothing when no terminal reads them, or when all columns are wanted.
 std::optional<std::size_t> table_width();
 
-/// From now on, tables show all columns.
-void show_all_columns();
+/// From now on, tables show all columns, or those that fit.
+void show_all_columns(bool all = true);
 
 /// The text in bold, where a terminal reads it and the user has nothing against colours (NO_COLOR).
 std::string in_bold(const std::string& text);

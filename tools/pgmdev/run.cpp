@@ -1,0 +1,104 @@
+#include "run.h"
+
+#include <fmt/core.h>
+
+#include <array>
+#include <cstdio>
+#include <exception>
+
+#include "cfg.h"
+#include "configuration/warnings.h"
+#include "gen.h"
+#include "nouns.h"
+#include "pgmdev_hps_mgr.h"
+#include "pgmdev_hps_nand_mgr.h"
+#include "pgmdev_hps_spi_mgr.h"
+#include "pgmdev_user_flash.h"
+#include "shell/services.h"
+#include "terminal/failure.h"
+#include "terminal/given_options.h"
+#include "terminal/library_output.h"
+#include "terminal/quiet.h"
+#include "terminal/reports.h"
+#include "terminal/screen.h"
+
+namespace {
+
+/// Set by options such as -v and --user, and while a source table is compiled for a comparison.
+const std::array<std::string, 3> KEYS_THAT_VERBS_SET{"TESSARY_DEBUG_LEVEL", "TESSARY_OUTBOX_DIR",
+                                                     PGMDEV_USER_FLASH::CONFIGURATION_KEY};
+
+EXIT_CODE fail(const FAILURE& failure, EXIT_CODE result, const COMMAND& command) {
+    tell_failure(failure, command.json || is_given("--json"));
+    std::fflush(stdout);
+    return result;
+}
+
+FAILURE internal_error(const MSG_INTERNAL_ERROR_REPORT& report) {
+    return {FAILURE_CODE::INTERNAL, "internal error", "", {}, "the condition that did not hold tells more", report};
+}
+
+/// Carries out what the arguments ask for, and tells what goes wrong.
+EXIT_CODE carry_out(const std::vector<std::string>& arguments, COMMAND& command) try {
+    if (!run_service(arguments) && !run_command_line(whole_command(), arguments, command)) {
+        return command.result;
+    }
+    if (std::fflush(stdout) != 0) {
+        fmt::print(stderr, "pgmdev: standard output cannot be written\n");
+        return EXIT_INTERNAL_ERROR;
+    }
+    if (const auto report = last_report()) {  // the operation went on, and its answer has been given
+        tell_failure(internal_error(*report), false);
+        return EXIT_INTERNAL_ERROR;
+    }
+    return command.result;
+} catch (const COMMAND_FAILURE& failure) {
+    return fail(failure.failure(), failure.result(), command);
+} catch (const USAGE_ERROR& error) {
+    return fail({FAILURE_CODE::USAGE, error.what(), "", {}, "", {}}, EXIT_USAGE, command);
+} catch (const MSG_INTERNAL_ERROR_EXCEPTION& error) {
+    return fail(internal_error(error.report()), EXIT_INTERNAL_ERROR, command);
+} catch (const std::exception& error) {
+    return fail({FAILURE_CODE::INTERNAL, error.what(), "", {}, "", {}}, EXIT_INTERNAL_ERROR, command);
+}
+
+/// What a run has set, in the host, in the library and in the command, goes with it.
+class SETTINGS_OF_A_RUN {
+public:
+    explicit SETTINGS_OF_A_RUN(const std::vector<std::string>& arguments) : m_handler(remember_reports()) {
+        forget_report();
+        remember_arguments(arguments);
+    }
+    ~SETTINGS_OF_A_RUN() {
+        for (const std::string& assignment : given_values("--set")) {
+            cfg_clear_value(assignment.substr(0, assignment.find('=')));
+        }
+        for (const std::string& key : KEYS_THAT_VERBS_SET) {
+            cfg_clear_value(key);
+        }
+        gen_set_device_db_fullpath("");
+        gen_set_tessary_path("");
+        gen_set_module_path("");
+        be_quiet(false);
+        show_all_columns(false);
+        PGMDEV_HPS_NAND_MGR::delete_mgr();
+        PGMDEV_HPS_SPI_MGR::delete_mgr();
+        PGMDEV_HPS_MGR::delete_mgr();
+        MSG_INTERNAL_ERROR::set_handler(m_handler);
+    }
+    SETTINGS_OF_A_RUN(const SETTINGS_OF_A_RUN&) = delete;
+    SETTINGS_OF_A_RUN& operator=(const SETTINGS_OF_A_RUN&) = delete;
+
+private:
+    MSG_INTERNAL_ERROR::HANDLER m_handler;
+};
+
+}  // namespace
+
+int run_pgmdev(const std::vector<std::string>& arguments) {
+    const LIBRARY_OUTPUT library_output;
+    const SETTINGS_OF_A_RUN settings(arguments);
+    COMMAND command;
+    command.prepare = warn_of_configuration;
+    return carry_out(arguments, command);
+}

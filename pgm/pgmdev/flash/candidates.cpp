@@ -137,8 +137,7 @@ PGMDEV_FLASH_CANDIDATES::PGMDEV_FLASH_CANDIDATES(const PGMDEV_SFL_FLASH_INFO* re
         }
         if (taken != nullptr && &record != taken) {
             candidate.differences = differences(*taken, record);
-            m_sure =
-                m_sure && (candidate.standing == STANDING::PASSED_OVER || is_same_device(*taken, candidate, record));
+            m_sure = m_sure && (!is_possible(candidate) || is_same_device(*taken, candidate, record));
         }
         m_candidates.push_back(std::move(candidate));
     }

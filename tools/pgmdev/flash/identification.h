@@ -76,10 +76,10 @@ std::string compared_text(const std::vector<PGMDEV_FLASH_COMPARED_BYTE>& compare
 /// What a person who drives the flash must know first: contradictions, what else it may be and what a mistake does.
 void print_identification(DWORD position, const FLASH_IDENTIFICATION& device, FLASH_IDENTIFIER& identifier);
 
-/// `position`, `mapped`, `index`, the members of the record, and what is known besides; `candidates` only in a chain, or
-/// of a device that is mapped.
+/// `position`, `mapped`, `index`, the members of the record, and what is known besides. The records that the response
+/// admits are `candidates` in a chain, and `admitted` in a line of a batch.
 JSON identification_json(DWORD position, const FLASH_IDENTIFICATION& device, FLASH_IDENTIFIER& identifier,
                          bool in_a_chain);
 
 /// What identification_json has.
-std::vector<SCHEMA_MEMBER> identification_members();
+std::vector<SCHEMA_MEMBER> identification_members(bool in_a_chain);

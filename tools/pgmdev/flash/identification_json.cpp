@@ -11,6 +11,11 @@ constexpr std::array STANDINGS{"taken", "alike", "open", "passed_over", "ruled_o
 constexpr std::array ODDITIES{"none",    "idle",    "stuck", "continuation", "late", "first_byte_missing",
                               "shifted", "repeated"};
 
+/// In a line of a batch, "candidates" are names that may have been meant, as in every answer.
+const char* candidates_key(bool in_a_chain) {
+    return in_a_chain ? "candidates" : "admitted";
+}
+
 /// A record by its names.
 JSON named_record(DWORD index, const PGMDEV_SFL_FLASH_INFO& record) {
     return {{"index", index}, {"manufacturer_name", record.manufacturer_name}, {"device_name", record.device_name}};
@@ -152,15 +157,11 @@ JSON identification_json(DWORD position, const FLASH_IDENTIFICATION& device, FLA
     object["contradictions"] = contradictions_json(device);
     object["oddity"] = oddity_json(device.candidates.oddity());
     object["nearest"] = nearest_json(device, identifier);
-    if (device.is_mapped()) {
-        object["candidates"] = candidates_json(device, identifier);
-    } else if (in_a_chain) {
-        object["candidates"] = JSON::array();
-    }
+    object[candidates_key(in_a_chain)] = device.is_mapped() ? candidates_json(device, identifier) : JSON::array();
     return object;
 }
 
-std::vector<SCHEMA_MEMBER> identification_members() {
+std::vector<SCHEMA_MEMBER> identification_members(bool in_a_chain) {
     std::vector<SCHEMA_MEMBER> members{
         {"position", number_schema()}, {"mapped", flag_schema()}, {"index", or_null(number_schema())}};
     for (SCHEMA_MEMBER& member : record_members()) {
@@ -178,7 +179,7 @@ std::vector<SCHEMA_MEMBER> identification_members() {
           SCHEMA_MEMBER{"ambiguities", array_schema(ambiguity_schema())},
           SCHEMA_MEMBER{"contradictions", array_schema(contradiction)}, SCHEMA_MEMBER{"oddity", or_null(oddity)},
           SCHEMA_MEMBER{"nearest", array_schema(object_schema(named_record_members()))},
-          SCHEMA_MEMBER{"candidates", array_schema(candidate_schema())}}) {
+          SCHEMA_MEMBER{candidates_key(in_a_chain), array_schema(candidate_schema())}}) {
         members.push_back(member);
     }
     return members;

@@ -234,12 +234,13 @@ JSON identify_schema() {
         object_schema({{"line", number_schema()}, {"text", text_schema()}, {"others", array_schema(line)}});
     const JSON chain = object_schema({{"query", array_schema(text_schema())},
                                       {"found", flag_schema()},
-                                      {"devices", array_schema(object_schema(identification_members()))},
+                                      {"devices", array_schema(object_schema(identification_members(true)))},
                                       {"longest_program_utime", or_null(number_schema())},
                                       {"log", log, false},
                                       {"hint", text_schema(), false},
                                       {"candidates", array_schema(text_schema()), false}});
-    return any_of({chain, question_schema(identification_members(),
-                                          {"position", "mapped", "index", "given", "telling", "by_hand", "sure",
-                                           "missing_bytes", "ambiguities", "contradictions", "oddity", "nearest"})});
+    return any_of(
+        {chain, question_schema(identification_members(false),
+                                {"position", "mapped", "index", "given", "telling", "by_hand", "sure", "missing_bytes",
+                                 "ambiguities", "contradictions", "oddity", "nearest", "admitted"})});
 }

@@ -13,6 +13,9 @@ namespace {
 constexpr std::size_t MOST_CHARACTERS = std::size_t{16} << 20;
 constexpr std::size_t LONGEST_LINE = 4096;
 
+/// The digits of an identification alone: logs have many lines with less.
+constexpr std::size_t SHORTEST_LINE = 6;
+
 /// How far apart the lines of one identification may stand.
 constexpr std::size_t MOST_LINES_BETWEEN = 4;
 
@@ -20,7 +23,8 @@ constexpr std::size_t MOST_LINES_BETWEEN = 4;
 bool read_line(std::istream& log, std::string& line, std::size_t& left) {
     line.clear();
     bool any = false;
-    for (int c = 0; left != 0 && (c = log.get()) != std::istream::traits_type::eof(); --left) {
+    for (int c = 0; left != 0 && (c = log.get()) != std::istream::traits_type::eof();) {
+        --left;
         any = true;
         if (c == '\n') {
             break;
@@ -103,6 +107,9 @@ std::vector<LOG_FINDING> find_in_log(std::istream& log) {
     std::size_t left = MOST_CHARACTERS;
     for (std::string line; read_line(log, line, left);) {
         ++number;
+        if (line.size() < SHORTEST_LINE) {
+            continue;
+        }
         std::vector<BYTE> bytes = identification_in(line);
         if (bytes.size() < LEAST_IDENTIFICATION) {
             bytes = spread.take(line, number);

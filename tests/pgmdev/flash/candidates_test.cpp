@@ -269,8 +269,8 @@ TEST(FlashCandidates, EachWayRoundHasItsHarm) {
 
 TEST(FlashCandidates, NearestAreOfTheMakerAndTypeThenOfTheCapacity) {
     const ROWS records{row_of("OTHER", {0xC2, 0x40, 0x18}), row_of("FAR", {0xEF, 0x40, 0x14}),
-                          row_of("NEXT", {0xEF, 0x40, 0x17}), row_of("TYPE", {0xEF, 0x60, 0x18}),
-                          row_of("NEITHER", {0xEF, 0x60, 0x12})};
+                       row_of("NEXT", {0xEF, 0x40, 0x17}), row_of("TYPE", {0xEF, 0x60, 0x18}),
+                       row_of("NEITHER", {0xEF, 0x60, 0x12})};
     EXPECT_EQ(candidates_of(records, {0xEF, 0x40, 0x18}).nearest(), (std::vector<DWORD>{2, 1, 3}));
     EXPECT_EQ(candidates_of(records, {0xEF, 0x40, 0x17}).nearest(), std::vector<DWORD>{}) << "it is taken";
     EXPECT_EQ(candidates_of(records, {0x9D, 0x40, 0x18}).nearest(), std::vector<DWORD>{});

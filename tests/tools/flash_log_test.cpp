@@ -57,9 +57,9 @@ TEST(flash_log, FindsTheResponseInUsualOutputs) {
 
 TEST(flash_log, PrefersWhatIsSaidToBeAnIdentification) {
     const JSON document = json_of(found_in("ef 70 17\n"
-                                             "SF: Detected mx25l25635e with page size 256 Bytes\n"
-                                             "spi-nor spi0.0: unrecognized JEDEC id bytes: ef, 40, 18\n"
-                                             "JEDEC ID: C22018\n")
+                                           "SF: Detected mx25l25635e with page size 256 Bytes\n"
+                                           "spi-nor spi0.0: unrecognized JEDEC id bytes: ef, 40, 18\n"
+                                           "JEDEC ID: C22018\n")
                                       .output);
     EXPECT_EQ(document.at("query"), JSON::array({"EF4018"}));
     EXPECT_EQ(document.at("log").at("others"), JSON::parse(R"([{"line":4,"text":"JEDEC ID: C22018"}])"));

@@ -19,6 +19,7 @@
 #include "tables/fault_output.h"
 #include "tables/file_bytes.h"
 #include "tables/info_file.h"
+#include "tables/notes_files.h"
 #include "tables/table_check.h"
 #include "tables/table_diff.h"
 #include "tables/table_sizes.h"
@@ -38,6 +39,7 @@
 //   read(pcf, argument)                    reads a database, which the argument has named
 //   row()                                  the schema of its records
 //   print(table, given, command)           shows the records of a database
+//   notes_of(csv, pcf)                     the notes beside the table, and what they become beside the database
 
 /// Compiles into the output's temporary file. What the compiler reports is a failure.
 template <class KIND>
@@ -81,6 +83,13 @@ void compile_table(const ARGUMENTS& given, const COMMAND& command) {
         // The format is broken, or a file is missing: the compiler itself says which condition stops it.
         compile_source<KIND>(csv_file, output);
     }
+    const std::vector<NOTES_FAULTS> notes = KIND::notes_beside(csv_file, table);
+    for (const NOTES_FAULTS& each : notes) {
+        if (each.has_fault()) {
+            print_faults(each.faults, each.file, KIND::TABLE::describe);
+            throw refused_table(each.file, {});
+        }
+    }
     if (table.has_faults()) {
         throw refused_table(csv_file, {});
     }
@@ -90,9 +99,11 @@ void compile_table(const ARGUMENTS& given, const COMMAND& command) {
         throw std::runtime_error("what was compiled from " + csv_file + " reads back differently");
     }
     const std::vector<BYTE> compiled = required_file_bytes(output.temporary().fullpath());
+    NOTES_COPIES copies(KIND::notes_of(csv_file, pcf_file));
     replace_with_info(output, pcf_file,
                       database_info(pcf_file, compiled, csv_file, source.value_or(std::vector<BYTE>()),
                                     table.records().size(), table.payload_size()));
+    copies.commit();
     if (command.json) {
         print_json(sizes_json(table));
     } else {

@@ -1,0 +1,345 @@
+#include "pgmdev_flash_candidates.h"
+
+#include <gtest/gtest.h>
+
+#include <random>
+#include <set>
+
+#include "pgmdev/flash/fixture.h"
+#include "pgmdev/flash/probe.h"
+#include "pgmdev_flash_notes.h"
+#include "support/scratch.h"
+#include "support/settings.h"
+
+// What a response may be: against a reference that tries every record by itself, and what a mistake does.
+
+namespace {
+
+using RECORD = PGMDEV_SFL_FLASH_INFO;
+using ROWS = std::vector<RECORD>;
+using RESPONSE = std::vector<BYTE>;
+using STANDING = PGMDEV_FLASH_CANDIDATE::STANDING;
+using ODDITY = PGMDEV_FLASH_ODDITY::KIND;
+using RISK = PGMDEV_FLASH_DIFFERENCE::RISK;
+
+constexpr BYTE ANY_TYPE = 255;
+
+RECORD row_of(const std::string& name, RESPONSE identification) {
+    RECORD record = flash_reference::sample(name);
+    record.mfc_id = identification[0];
+    record.memory_type = identification[1];
+    record.memory_id = identification[2];
+    return record;
+}
+
+/// A row that compares one byte in place of the maker's.
+RECORD special_row(const std::string& name, BYTE type, BYTE capacity, BYTE value, BYTE position) {
+    RECORD record = row_of(name, {value, type, capacity});
+    record.mfc_id_index = position;
+    return record;
+}
+
+PGMDEV_FLASH_CANDIDATES candidates_of(const ROWS& records, const RESPONSE& response, bool silicon_id = false) {
+    return {records.data(), static_cast<DWORD>(records.size()), silicon_id, response.data(),
+            static_cast<DWORD>(response.size())};
+}
+
+std::vector<DWORD> indexes_of(const PGMDEV_FLASH_CANDIDATES& candidates) {
+    std::vector<DWORD> indexes;
+    for (const PGMDEV_FLASH_CANDIDATE& each : candidates.candidates()) {
+        indexes.push_back(each.index);
+    }
+    return indexes;
+}
+
+std::vector<STANDING> standings_of(const PGMDEV_FLASH_CANDIDATES& candidates) {
+    std::vector<STANDING> standings;
+    for (const PGMDEV_FLASH_CANDIDATE& each : candidates.candidates()) {
+        standings.push_back(each.standing);
+    }
+    return standings;
+}
+
+/// How a record is read, told again: what it compares, byte by byte.
+bool admits(const RECORD& record, bool silicon_id, const RESPONSE& response) {
+    const auto agrees = [&response](BYTE position, BYTE value) {
+        return position >= response.size() || response[position] == value;
+    };
+    if (record.silicon_id != silicon_id || !agrees(record.memory_id_index, record.memory_id)) {
+        return false;
+    }
+    return silicon_id ||
+           (agrees(record.mfc_id_index, record.mfc_id) &&
+            (record.memory_type_index == ANY_TYPE || agrees(record.memory_type_index, record.memory_type)));
+}
+
+/// Small numbers, so that rows and responses often meet.
+class RANDOM {
+public:
+    explicit RANDOM(unsigned seed) : m_engine(seed) {}
+    BYTE below(unsigned limit) {
+        return static_cast<BYTE>(std::uniform_int_distribution<unsigned>(0, limit - 1)(m_engine));
+    }
+
+    RECORD record(unsigned number) {
+        RECORD record = flash_reference::sample("CHIP" + std::to_string(number));
+        record.silicon_id = below(5) == 0;
+        record.memory_id = below(4);
+        record.memory_id_index = below(7);
+        record.memory_type = below(4);
+        record.memory_type_index = below(4) == 0 ? ANY_TYPE : below(7);
+        record.mfc_id = below(4);
+        record.mfc_id_index = below(7);
+        return record;
+    }
+
+    RESPONSE response() {
+        RESPONSE bytes(below(9) + std::size_t{1});
+        for (BYTE& byte : bytes) {
+            byte = below(4);
+        }
+        return bytes;
+    }
+
+private:
+    std::mt19937 m_engine;
+};
+
+}  // namespace
+
+TEST(FlashCandidates, AreThoseOfTheReferenceForRandomTables) {
+    RANDOM random(7);
+    for (int table = 0; table < 150; ++table) {
+        ROWS records;
+        for (unsigned i = 0; i < 40; ++i) {
+            records.push_back(random.record(i));
+        }
+        for (int i = 0; i < 40; ++i) {
+            const RESPONSE response = random.response();
+            const bool silicon_id = i % 5 == 0;
+            const PGMDEV_FLASH_CANDIDATES found = candidates_of(records, response, silicon_id);
+            const RESPONSE telling(response.begin(), response.begin() + found.telling_count());
+            std::vector<DWORD> expected;
+            DWORD taken = INVALID_DWORD;
+            RESPONSE padded = response;
+            padded.resize(256);
+            for (DWORD index = 0; index < records.size(); ++index) {
+                if (admits(records[index], silicon_id, telling)) {
+                    expected.push_back(index);
+                }
+                if (taken == INVALID_DWORD && admits(records[index], silicon_id, padded)) {
+                    taken = index;
+                }
+            }
+            ASSERT_EQ(indexes_of(found), expected);
+            ASSERT_EQ(found.taken(), taken);
+        }
+    }
+}
+
+TEST(FlashCandidates, AreTakenAsTheManagerTakesThem) {
+    RANDOM random(11);
+    for (int table = 0; table < 40; ++table) {
+        ROWS records;
+        for (unsigned i = 0; i < 25; ++i) {
+            records.push_back(random.record(i));
+        }
+        const SCRATCH scratch;
+        scratch.write("programmer/pgm_flash.pcf", flash_reference::file(flash_reference::payload(records)));
+        const DEVICE_DB_DIRECTORY directory(scratch.directory().string());
+        PGMDEV_FLASH_MANAGER manager(false, 1, false, false);
+        for (int i = 0; i < 60; ++i) {
+            RESPONSE response = random.response();
+            const PGMDEV_FLASH_CANDIDATES found(manager.get_flash_database(), manager.get_flash_count(), false,
+                                                response.data(), static_cast<DWORD>(response.size()));
+            response.resize(256);
+            manager.flash_id_database_mapping(false, 0, response.data());
+            ASSERT_EQ(found.taken(), manager.get_flash_mapping_index(0, true));
+        }
+    }
+}
+
+TEST(FlashCandidates, TellWhichByteIsMissing) {
+    const ROWS records{special_row("NEW", 0xBB, 0x21, 0x44, 4), row_of("OLD", {0x20, 0xBB, 0x21})};
+    const PGMDEV_FLASH_CANDIDATES three = candidates_of(records, {0x20, 0xBB, 0x21});
+    EXPECT_EQ(three.taken(), 1U);
+    EXPECT_FALSE(three.is_sure());
+    EXPECT_EQ(three.missing_bytes(), std::vector<BYTE>{4});
+    EXPECT_EQ(standings_of(three), (std::vector{STANDING::OPEN, STANDING::TAKEN}));
+    EXPECT_EQ(three.candidates()[0].compared,
+              (std::vector<PGMDEV_FLASH_COMPARED_BYTE>{{1, 0xBB, true}, {2, 0x21, true}, {4, 0x44, false}}));
+
+    const PGMDEV_FLASH_CANDIDATES six = candidates_of(records, {0x20, 0xBB, 0x21, 0x10, 0x44, 0x00});
+    EXPECT_EQ(six.taken(), 0U);
+    EXPECT_TRUE(six.is_sure());
+    EXPECT_EQ(six.missing_bytes(), std::vector<BYTE>{});
+    EXPECT_EQ(standings_of(six), (std::vector{STANDING::TAKEN, STANDING::PASSED_OVER}));
+
+    const PGMDEV_FLASH_CANDIDATES other = candidates_of(records, {0x20, 0xBB, 0x21, 0x10, 0x00, 0x00});
+    EXPECT_EQ(other.taken(), 1U);
+    EXPECT_TRUE(other.is_sure());
+    EXPECT_EQ(indexes_of(other), std::vector<DWORD>{1});
+}
+
+TEST(FlashCandidates, BytesThatOnlyRepeatOrFillTellNothing) {
+    const ROWS records{special_row("NEW", 0xBB, 0x21, 0x44, 4), row_of("OLD", {0x20, 0xBB, 0x21})};
+    for (const RESPONSE& response :
+         {RESPONSE{0x20, 0xBB, 0x21, 0x20, 0xBB, 0x21}, RESPONSE{0x20, 0xBB, 0x21, 0x20, 0xBB},
+          RESPONSE{0x20, 0xBB, 0x21, 0xFF, 0xFF}, RESPONSE{0x20, 0xBB, 0x21, 0x00, 0x00, 0x00}}) {
+        const PGMDEV_FLASH_CANDIDATES found = candidates_of(records, response);
+        EXPECT_EQ(found.telling_count(), 3U);
+        EXPECT_FALSE(found.is_sure());
+        EXPECT_FALSE(found.oddity().is_fault());
+    }
+    EXPECT_EQ(candidates_of(records, {0x20, 0xBB, 0x21, 0x20, 0xBB}).oddity().kind, ODDITY::REPEATED);
+    EXPECT_EQ(candidates_of(records, {0x20, 0xBB, 0x21, 0xFF, 0xFF}).oddity().kind, ODDITY::NONE);
+}
+
+TEST(FlashCandidates, OfTheSameBytesAreAlike) {
+    RECORD again = row_of("FIRST", {0xC2, 0x20, 0x18});
+    again.default_dev = false;
+    const ROWS same{row_of("FIRST", {0xC2, 0x20, 0x18}), again};
+    EXPECT_TRUE(candidates_of(same, {0xC2, 0x20, 0x18}).is_sure()) << "one device, in two rows";
+    const ROWS others{row_of("FIRST", {0xC2, 0x20, 0x18}), row_of("SECOND", {0xC2, 0x20, 0x18})};
+    const PGMDEV_FLASH_CANDIDATES found = candidates_of(others, {0xC2, 0x20, 0x18});
+    EXPECT_FALSE(found.is_sure());
+    EXPECT_EQ(standings_of(found), (std::vector{STANDING::TAKEN, STANDING::ALIKE}));
+    EXPECT_EQ(found.missing_bytes(), std::vector<BYTE>{});
+}
+
+TEST(FlashCandidates, OfASignatureAreNeverSure) {
+    RECORD record = row_of("OLD", {0, 0, 0x13});
+    record.silicon_id = true;
+    record.memory_id_index = 0;
+    const PGMDEV_FLASH_CANDIDATES found = candidates_of({record}, {0x13}, true);
+    EXPECT_EQ(found.taken(), 0U);
+    EXPECT_FALSE(found.is_sure());
+}
+
+TEST(FlashCandidates, DifferencesTellTheWorstHarmFirst) {
+    RECORD taken = flash_reference::sample("TAKEN");
+    taken.half_size = false;
+    RECORD other = taken;
+    other.program_utime = 9000;
+    other.asc_voltage = "1.8V";
+    other.device_sector_byte = 0x40000;
+    other.protection_mask = 0x1C;
+    other.bulk_erase_time = 10;
+    const auto found = PGMDEV_FLASH_CANDIDATES::differences(taken, other);
+    ASSERT_EQ(found.size(), 5U);
+    EXPECT_EQ(found[0].member, "device_sector_byte");
+    EXPECT_EQ(found[0].risk, RISK::DATA);
+    EXPECT_EQ(found[0].taken, "65536 bytes");
+    EXPECT_EQ(found[0].other, "262144 bytes");
+    EXPECT_EQ(found[0].harm, "256 KiB sectors: erasing by 64 KiB would wipe the neighbours");
+    EXPECT_EQ(found[1].harm, "a part for 1.8V: 3.3V on it may destroy it, or make every read and write unreliable");
+    EXPECT_EQ(found[2].harm, "status-register bits 0x40 mean something else: writing the protection would change that");
+    EXPECT_EQ(found[3].harm, "takes longer: the operation may be given up before its end");
+    EXPECT_EQ(found[4].member, "bulk_erase_time");
+    EXPECT_EQ(found[4].risk, RISK::NONE) << "shorter than is waited for";
+    EXPECT_EQ(found[4].harm, "");
+}
+
+TEST(FlashCandidates, NothingDiffersWhatDoesNotMatter) {
+    RECORD taken = flash_reference::sample("TAKEN");
+    RECORD other = flash_reference::sample("OTHER");
+    other.manufacturer_name = "Another";
+    other.orvane_id = 3;
+    other.memory_id = 0x77;
+    EXPECT_TRUE(PGMDEV_FLASH_CANDIDATES::differences(taken, other).empty());
+}
+
+TEST(FlashCandidates, EachWayRoundHasItsHarm) {
+    RECORD small = flash_reference::sample("SMALL");
+    small.die_count = 2;
+    RECORD large = small;
+    large.die_count = 4;
+    large.device_bit_size = 2 * small.device_bit_size;
+    large.byte4_addressing = false;
+    const auto driven_small = PGMDEV_FLASH_CANDIDATES::differences(small, large);
+    const auto driven_large = PGMDEV_FLASH_CANDIDATES::differences(large, small);
+    EXPECT_EQ(driven_small[0].harm, "32768 KiB of capacity: what is beyond 16384 KiB would be out of reach");
+    EXPECT_EQ(driven_small[1].harm, "4 dies: erasing 2 dies would leave the others as they were, or out of reach");
+    EXPECT_EQ(driven_small[2].harm, "3-byte addresses: with others, data would land in wrong places");
+    EXPECT_EQ(driven_large[0].harm,
+              "16384 KiB of capacity: what is written beyond it, as if there were 32768 KiB, "
+              "would overwrite the beginning");
+    EXPECT_EQ(driven_large[1].harm, "2 dies: erasing 4 dies would end in errors, or erase a die twice");
+}
+
+TEST(FlashCandidates, NearestAreOfTheMakerAndTypeThenOfTheCapacity) {
+    const ROWS records{row_of("OTHER", {0xC2, 0x40, 0x18}), row_of("FAR", {0xEF, 0x40, 0x14}),
+                       row_of("NEXT", {0xEF, 0x40, 0x17}), row_of("TYPE", {0xEF, 0x60, 0x18}),
+                       row_of("NEITHER", {0xEF, 0x60, 0x12})};
+    EXPECT_EQ(candidates_of(records, {0xEF, 0x40, 0x18}).nearest(), (std::vector<DWORD>{2, 1, 3}));
+    EXPECT_EQ(candidates_of(records, {0xEF, 0x40, 0x17}).nearest(), std::vector<DWORD>{}) << "it is taken";
+    EXPECT_EQ(candidates_of(records, {0x9D, 0x40, 0x18}).nearest(), std::vector<DWORD>{});
+    EXPECT_EQ(candidates_of(records, {0xEF}).nearest(), std::vector<DWORD>{}) << "too short";
+}
+
+TEST(FlashCandidates, OddResponsesAreToldByWhatWasProbablySent) {
+    const ROWS records{row_of("CHIP", {0xEF, 0x40, 0x18}), row_of("OTHER", {0xC8, 0x40, 0x18})};
+    const struct {
+        RESPONSE response;
+        ODDITY kind;
+        DWORD index;
+    } cases[]{
+        {{0x00, 0x00, 0x00}, ODDITY::IDLE, INVALID_DWORD},
+        {{0xFF, 0xFF}, ODDITY::IDLE, INVALID_DWORD},
+        {{0x00}, ODDITY::IDLE, INVALID_DWORD},
+        {{0xEF, 0xEF, 0xEF}, ODDITY::STUCK, INVALID_DWORD},
+        {{0x7F, 0x7F, 0x7F}, ODDITY::CONTINUATION, INVALID_DWORD},
+        {{0x7F, 0x7F, 0xEF, 0x40, 0x18}, ODDITY::CONTINUATION, 0},
+        {{0x7F, 0x9D, 0x21}, ODDITY::CONTINUATION, INVALID_DWORD},
+        {{0xEF, 0xEF, 0x40, 0x18}, ODDITY::LATE, 0},
+        {{0x9F, 0xEF, 0x40, 0x18}, ODDITY::LATE, 0},
+        {{0xFF, 0xFF, 0xC8, 0x40, 0x18, 0xC8}, ODDITY::LATE, 1},
+        {{0x40, 0x18, 0x00}, ODDITY::FIRST_BYTE_MISSING, 0},
+        {{0x40, 0x18}, ODDITY::FIRST_BYTE_MISSING, 0},
+        {{0xDE, 0x80, 0x30}, ODDITY::SHIFTED, 0},
+        {{0xDE, 0x80, 0x31}, ODDITY::SHIFTED, 0},
+        {{0x77, 0xA0, 0x0C}, ODDITY::SHIFTED, 0},
+        {{0xF7, 0xA0, 0x0C}, ODDITY::SHIFTED, 0},
+        {{0xEF, 0x40, 0x19}, ODDITY::NONE, INVALID_DWORD},
+        {{0x12, 0x34, 0x56}, ODDITY::NONE, INVALID_DWORD},
+        {{0xEF, 0x40}, ODDITY::NONE, INVALID_DWORD},
+        {{}, ODDITY::NONE, INVALID_DWORD},
+    };
+    for (const auto& each : cases) {
+        const PGMDEV_FLASH_CANDIDATES found = candidates_of(records, each.response);
+        EXPECT_EQ(found.oddity().kind, each.kind) << testing::PrintToString(each.response);
+        EXPECT_EQ(found.oddity().index, each.index) << testing::PrintToString(each.response);
+        EXPECT_EQ(found.oddity().text.empty(), each.kind == ODDITY::NONE);
+    }
+}
+
+TEST(FlashCandidates, KnownContinuationCodesAreNothingOdd) {
+    RECORD record = row_of("CODED", {0x9D, 0x7F, 0x46});
+    record.memory_type_index = 0;
+    record.mfc_id_index = 1;
+    const PGMDEV_FLASH_CANDIDATES found = candidates_of({record}, {0x7F, 0x9D, 0x46});
+    EXPECT_TRUE(found.is_sure());
+    EXPECT_EQ(found.oddity().kind, ODDITY::NONE);
+}
+
+TEST(FlashCandidates, OfAnEmptyDatabaseAreNone) {
+    const BYTE response[]{0xEF, 0x40, 0x18};
+    const PGMDEV_FLASH_CANDIDATES found(nullptr, 0, false, response, 3);
+    EXPECT_TRUE(found.candidates().empty());
+    EXPECT_EQ(found.taken(), INVALID_DWORD);
+    EXPECT_FALSE(found.is_sure());
+}
+
+TEST(FlashCandidates, NotesRuleOutWhatComparesTooLittle) {
+    const SCRATCH scratch;
+    scratch.write("db.pcf.identifications.csv", "device_name, identification\nNEW, 0102194D0?\n");
+    const auto notes = PGMDEV_FLASH_NOTES::beside_database(scratch.path("db.pcf"));
+    const ROWS records{special_row("NEW", 0x40, 0x19, 0x80, 5), row_of("CHIP", {0xC8, 0x40, 0x19})};
+    const RESPONSE response{0xC8, 0x40, 0x19};
+    const PGMDEV_FLASH_CANDIDATES without = candidates_of(records, response);
+    EXPECT_FALSE(without.is_sure());
+    const PGMDEV_FLASH_CANDIDATES with(records.data(), 2, false, response.data(), 3, &notes);
+    EXPECT_EQ(standings_of(with), (std::vector{STANDING::RULED_OUT, STANDING::TAKEN}));
+    EXPECT_TRUE(with.is_sure());
+    EXPECT_EQ(with.missing_bytes(), std::vector<BYTE>{});
+}

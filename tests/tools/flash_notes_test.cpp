@@ -1,0 +1,89 @@
+#include <filesystem>
+
+#include "command_fixture.h"
+
+// The notes beside the table: checked with it, taken along when it is compiled, and shown.
+
+namespace {
+
+namespace fs = std::filesystem;
+
+/// A copy of the shipped table and its notes.
+class TABLE_WITH_NOTES {
+public:
+    TABLE_WITH_NOTES() {
+        fs::copy(fs::path(TEST_DATA_DIR) / "flash", m_scratch.directory() / "flash");
+        fs::create_directories(m_scratch.directory() / "db/programmer");
+    }
+    std::string table() const { return m_scratch.path("flash/pgm_flash.csv"); }
+    std::string database() const { return m_scratch.path("db/programmer/pgm_flash.pcf"); }
+    std::string directory() const { return m_scratch.path("db"); }
+    void write(const std::string& name, const std::string& text) const { m_scratch.write(name, text); }
+
+private:
+    SCRATCH m_scratch;
+};
+
+constexpr const char* HEADING = "response, chips, byte, told_apart_by, risk, harm\n";
+
+}  // namespace
+
+TEST(flash_notes, AreCheckedWithTheTable) {
+    const TABLE_WITH_NOTES files;
+    EXPECT_EQ(run_command({"flash", "check", files.table()}).exit_code, DONE);
+    files.write("flash/ambiguities.csv", std::string(HEADING) + "EF40, A B, -, by, fire, harm\n");
+    const PROCESS_RESULT result = run_command({"--json", "flash", "check", files.table()});
+    EXPECT_EQ(result.exit_code, INTERNAL_ERROR);
+    EXPECT_TRUE(contains(result.errors, "ambiguities.csv:2:19: fault:")) << result.errors;
+    EXPECT_TRUE(contains(result.errors, "expected one of data, voltage, protection")) << result.errors;
+    const JSON notes = json_of(result.output).at("notes");
+    ASSERT_EQ(notes.size(), 2U);
+    const JSON& fault = notes.at(0).at("faults").at(0);
+    EXPECT_EQ(fault.at("line"), 2);
+    EXPECT_EQ(fault.at("column"), 19);
+    EXPECT_EQ(fault.at("note"), "EF40");
+    EXPECT_EQ(fault.at("member"), "risk");
+    EXPECT_EQ(fault.at("cell"), "fire");
+    EXPECT_EQ(notes.at(1).at("faults"), JSON::array());
+}
+
+TEST(flash_notes, WarningsAreRefusedOnlyWhenStrict) {
+    const TABLE_WITH_NOTES files;
+    files.write("flash/ambiguities.csv", std::string(HEADING) + "EF4018, A B, -, by, data, harm\n");
+    const PROCESS_RESULT result = run_command({"flash", "check", files.table()});
+    EXPECT_EQ(result.exit_code, DONE);
+    EXPECT_TRUE(contains(result.errors, "ambiguities.csv:2:9: warning:")) << result.errors;
+    EXPECT_EQ(run_command({"flash", "check", "--strict", files.table()}).exit_code, INTERNAL_ERROR);
+}
+
+TEST(flash_notes, TravelWithTheDatabase) {
+    const TABLE_WITH_NOTES files;
+    files.write("flash/ambiguities.csv",
+                std::string(HEADING) + "EF4018, W25Q128JV W25Q128XX, -, \"a look\", data, boom\n");
+    ASSERT_EQ(run_command({"flash", "compile", files.table(), files.database()}).exit_code, DONE);
+    EXPECT_EQ(read_file(files.database() + ".ambiguities.csv"),
+              read_file(fs::path(files.table()).parent_path() / "ambiguities.csv"));
+    EXPECT_EQ(read_file(files.database() + ".identifications.csv"),
+              read_file(fs::path(TEST_DATA_DIR) / "flash/identifications.csv"));
+    const PROCESS_RESULT result = run_command({"--db-dir", files.directory(), "flash", "identify", "EF4018"});
+    EXPECT_TRUE(contains(result.output, "W25Q128JV or W25Q128XX: boom")) << result.output;
+    EXPECT_TRUE(contains(result.output, "told apart by a look")) << result.output;
+}
+
+TEST(flash_notes, WithFaultsAreNotCompiled) {
+    const TABLE_WITH_NOTES files;
+    files.write("flash/identifications.csv", "device_name, identification\nMT25QL128, 20B\n");
+    const PROCESS_RESULT result = run_command({"flash", "compile", files.table(), files.database()});
+    EXPECT_EQ(result.exit_code, INTERNAL_ERROR);
+    EXPECT_TRUE(contains(result.errors, "identifications.csv:2:12: fault:")) << result.errors;
+    EXPECT_FALSE(fs::exists(files.database()));
+}
+
+TEST(flash_notes, ThatAreDamagedAreToldAndDoNotHinder) {
+    const TABLE_WITH_NOTES files;
+    ASSERT_EQ(run_command({"flash", "compile", files.table(), files.database()}).exit_code, DONE);
+    files.write("db/programmer/pgm_flash.pcf.ambiguities.csv", std::string("\0", 1));
+    const PROCESS_RESULT result = run_command({"--db-dir", files.directory(), "flash", "identify", "EF4018"});
+    EXPECT_EQ(result.exit_code, DONE);
+    EXPECT_TRUE(contains(result.errors, "pgm_flash.pcf.ambiguities.csv: fault: expected a text file")) << result.errors;
+}

@@ -1,0 +1,127 @@
+#include "flash/log.h"
+
+#include <fmt/core.h>
+
+#include <array>
+#include <istream>
+#include <string_view>
+
+#include "flash/log_line.h"
+
+namespace {
+
+constexpr std::size_t MOST_CHARACTERS = std::size_t{16} << 20;
+constexpr std::size_t LONGEST_LINE = 4096;
+
+/// The digits of an identification alone: logs have many lines with less.
+constexpr std::size_t SHORTEST_LINE = 6;
+
+/// How far apart the lines of one identification may stand.
+constexpr std::size_t MOST_LINES_BETWEEN = 4;
+
+/// A line of the log, as much of it as is looked at; false at the end.
+bool read_line(std::istream& log, std::string& line, std::size_t& left) {
+    line.clear();
+    bool any = false;
+    for (int c = 0; left != 0 && (c = log.get()) != std::istream::traits_type::eof();) {
+        --left;
+        any = true;
+        if (c == '\n') {
+            break;
+        }
+        if (line.size() < LONGEST_LINE && c != '\r') {
+            line += static_cast<char>(c);
+        }
+    }
+    return any;
+}
+
+/// An identification that is told a field in each line.
+class SPREAD_IDENTIFICATION {
+public:
+    /// The bytes when the line completes them.
+    std::vector<BYTE> take(const std::string& line, std::size_t number) {
+        for (std::size_t form = 0; form < FORMS.size(); ++form) {
+            PROGRESS& progress = m_progress[form];
+            for (std::size_t field = 0; field < FORMS[form].size(); ++field) {
+                const std::vector<BYTE> bytes = field_in(line, FORMS[form][field]);
+                const bool continues = field == progress.fields && number - progress.line <= MOST_LINES_BETWEEN;
+                if (bytes.empty() || bytes.size() > 2 || (field != 0 && !continues)) {
+                    continue;
+                }
+                progress.bytes.resize(field == 0 ? 0 : progress.bytes.size());
+                progress.bytes.insert(progress.bytes.end(), bytes.begin(), bytes.end());
+                progress.fields = field + 1;
+                progress.line = number;
+                if (progress.bytes.size() >= LEAST_IDENTIFICATION) {
+                    return progress.bytes;
+                }
+                break;
+            }
+        }
+        return {};
+    }
+
+private:
+    using FORM = std::array<std::string_view, 3>;
+    static constexpr std::string_view NOTHING = "\n";
+    static constexpr std::array<FORM, 4> FORMS{
+        FORM{"jedec id", "memory type", "capacity"},
+        FORM{"manufacturer id", "memory type", "capacity"},
+        FORM{"manufacturer id", "device id", NOTHING},
+        FORM{"manufacturer:", "device:", NOTHING},
+    };
+
+    /// How much of a form the lines have told.
+    struct PROGRESS {
+        std::size_t fields = 0;
+        std::size_t line = 0;  ///< of the last of them
+        std::vector<BYTE> bytes;
+    };
+
+    std::array<PROGRESS, FORMS.size()> m_progress;
+};
+
+}  // namespace
+
+std::string LOG_FINDING::response() const {
+    std::string digits;
+    for (const BYTE byte : bytes) {
+        digits += fmt::format("{:02X}", byte);
+    }
+    return digits;
+}
+
+std::vector<LOG_FINDING> find_in_log(std::istream& log) {
+    std::vector<LOG_FINDING> best;
+    const auto add = [&best](LOG_FINDING finding) {
+        if (!best.empty() && finding.kind < best.front().kind) {
+            best.clear();
+        }
+        if (best.empty() || finding.kind == best.front().kind) {
+            best.push_back(std::move(finding));
+        }
+    };
+    SPREAD_IDENTIFICATION spread;
+    std::size_t number = 0;
+    std::size_t left = MOST_CHARACTERS;
+    for (std::string line; read_line(log, line, left);) {
+        ++number;
+        if (line.size() < SHORTEST_LINE) {
+            continue;
+        }
+        std::vector<BYTE> bytes = identification_in(line);
+        if (bytes.size() < LEAST_IDENTIFICATION) {
+            bytes = spread.take(line, number);
+        }
+        using enum LOG_FINDING::KIND;
+        if (bytes.size() >= LEAST_IDENTIFICATION) {
+            add({BYTES, number, line, bytes, {}});
+        } else if (const std::vector<std::string> names = names_in(line); !names.empty()) {
+            add({NAME, number, line, {}, names});
+        } else if (bytes = dump_in(line); !bytes.empty()) {
+            add({DUMP, number, line, bytes, {}});
+        }
+    }
+    return best;
+}

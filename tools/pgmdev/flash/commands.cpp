@@ -7,6 +7,7 @@
 
 #include "flash/list.h"
 #include "flash/output.h"
+#include "flash/sfdp.h"
 #include "flash/show.h"
 #include "flash/table_records.h"
 #include "flash/verbs.h"
@@ -52,10 +53,17 @@ NOUN flash_noun() {
             .takes({"HEX",
                     "What the flash behind each device position answered, in hexadecimal, missing bytes taken as 0; "
                     "- reads one response per line",
-                    ARGUMENT::TEXTS})
+                    ARGUMENT::OPTIONAL_TEXTS})
+            .takes({"--sfdp",
+                    "What the flash says of itself, as flash sfdp takes it: shown beside the record of the one HEX",
+                    ARGUMENT::OPTIONAL_TEXT, "DUMP"})
+            .takes({"--system",
+                    "Every serial NOR flash that the kernel found, below /sys or, in place of HEX, another root DIR",
+                    ARGUMENT::FLAG})
             .takes({"--user", "Try this encoded description, as flash define prints it, as record 0",
                     ARGUMENT::OPTIONAL_TEXT})
             .answers(identify_schema),
+        flash_sfdp_verb(),
         VERB("define", "Describe a flash of your own by answering questions", "pgmdev flash define < answers.txt",
              define_flash)
             .tells("What is printed behind \"INI : \" is the value for the configuration key "

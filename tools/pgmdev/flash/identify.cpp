@@ -4,6 +4,7 @@
 #include <optional>
 
 #include "flash/database.h"
+#include "flash/identify_sfdp.h"
 #include "flash/output.h"
 #include "flash/verbs.h"
 #include "terminal/answer.h"
@@ -108,7 +109,13 @@ void identify_flash(const ARGUMENTS& given, COMMAND& command) {
     if (given.has("--user")) {
         use_user_flash(given.text("--user"));
     }
-    if (responses.size() == 1 && responses.front() == "-") {
+    if (given.has("--system")) {
+        identify_system(given, command);
+    } else if (given.has("--sfdp")) {
+        identify_with_sfdp(given, command);
+    } else if (responses.empty()) {
+        throw USAGE_ERROR("expected a response HEX, or --system");
+    } else if (responses.size() == 1 && responses.front() == "-") {
         identify_batch(silicon, command);
     } else {
         identify_chain(responses, silicon, command);
@@ -121,5 +128,6 @@ JSON identify_schema() {
                                       {"devices", array_schema(object_schema(device_members()))},
                                       {"longest_program_utime", or_null(number_schema())},
                                       {"candidates", array_schema(text_schema()), false}});
-    return any_of({chain, question_schema(device_members(), {"position", "mapped", "index"})});
+    return any_of({chain, question_schema(device_members(), {"position", "mapped", "index"}), identify_sfdp_schema(),
+                   identify_system_schema()});
 }

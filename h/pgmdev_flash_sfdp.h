@@ -87,7 +87,6 @@ public:
 
         DWORD page_size() const noexcept { return page_bytes.value_or(256); }  ///< all chips without word 11 have 256
         QWORD bytes() const noexcept { return density_bits.value_or(0) / 8; }
-        bool polls_flag_status() const;  ///< whether the flag status register (opcode 70) tells when it is ready
     };
 
     /// The 4-Byte Address Instruction Table.
@@ -165,6 +164,9 @@ public:
     const BASIC_TABLE& basic() const noexcept { return m_basic; }
     const std::optional<FOUR_BYTE_TABLE>& four_byte() const noexcept { return m_four_byte; }
     const std::vector<MAP_COMMAND>& map_commands() const noexcept { return m_map_commands; }
+
+    /// Whether the flag status register (opcode 70) tells when it is ready: word 14 bit 3.
+    bool polls_flag_status() const;
 
     /// All maps that the chip may have; with map_commands, only the chip knows which of them is in use.
     const std::vector<SECTOR_MAP>& sector_maps() const noexcept { return m_sector_maps; }

@@ -27,6 +27,7 @@ public:
         for (const char* name : {"pgm_flash.pcf", "pgm_dev_info.pcf"}) {
             fs::copy_file(fs::path(TEST_DEVICES_DIR) / "programmer" / name, here / name);
         }
+        fs::copy_file(fs::path(TEST_SFDP_DIR) / "W25Q128JV.sfdp", here / "chip.sfdp");
         m_scratch.write("answers.txt", ANSWERS);
         run({"hps", "add", "nand", "manufacturer_id=0xEC", "device_id=0xD3", "device_byte_size=0x40000000"});
         run({"hps", "add", "spi", "--like", "26"});

@@ -254,9 +254,9 @@ void read_modes(const SFDP_TABLE& table, BASIC& basic, SFDP_WARNINGS& warnings) 
 
 }  // namespace
 
-bool PGMDEV_FLASH_SFDP::BASIC_TABLE::polls_flag_status() const {
-    return status_polling &&
-           std::find(status_polling->begin(), status_polling->end(), POLLING[1].name) != status_polling->end();
+bool PGMDEV_FLASH_SFDP::polls_flag_status() const {
+    const auto& polling = m_basic.status_polling;
+    return polling && std::find(polling->begin(), polling->end(), POLLING[1].name) != polling->end();
 }
 
 SFDP::BASIC_TABLE read_basic_table(const SFDP_TABLE& table, SFDP_WARNINGS& warnings) {

@@ -108,7 +108,7 @@ void take_times(const SFDP& sfdp, DERIVED& derived) {
 
 void take_flows(const SFDP& sfdp, DERIVED& derived) {
     RECORD& record = derived.record;
-    record.flag_status = sfdp.basic().polls_flag_status();
+    record.flag_status = sfdp.polls_flag_status();
     if (!sfdp.basic().status_polling) {
         assume(derived, "flag_status", "FALSE: the table has no word 14");
     }

@@ -5,6 +5,7 @@
 
 #include "flash/database.h"
 #include "flash/identify_sfdp.h"
+#include "flash/known_flash.h"
 #include "flash/output.h"
 #include "flash/verbs.h"
 #include "terminal/answer.h"
@@ -98,6 +99,9 @@ std::vector<SCHEMA_MEMBER> device_members() {
     for (SCHEMA_MEMBER& member : record_members()) {
         members.push_back({member.name, member.schema, false});  // of a device that is mapped
     }
+    for (SCHEMA_MEMBER& member : known_flash_members()) {
+        members.push_back(std::move(member));
+    }
     return members;
 }
 
@@ -108,6 +112,9 @@ void identify_flash(const ARGUMENTS& given, COMMAND& command) {
     const bool silicon = given.has("--silicon");
     if (given.has("--user")) {
         use_user_flash(given.text("--user"));
+    }
+    if (given.has("--system") && given.has("--sfdp")) {
+        throw USAGE_ERROR("expected one of --system and --sfdp");
     }
     if (given.has("--system")) {
         identify_system(given, command);
@@ -128,6 +135,5 @@ JSON identify_schema() {
                                       {"devices", array_schema(object_schema(device_members()))},
                                       {"longest_program_utime", or_null(number_schema())},
                                       {"candidates", array_schema(text_schema()), false}});
-    return any_of({chain, question_schema(device_members(), {"position", "mapped", "index"}), identify_sfdp_schema(),
-                   identify_system_schema()});
+    return any_of({chain, question_schema(device_members(), {"position", "mapped", "index"})});
 }

@@ -9,10 +9,9 @@
 #include "fio.h"
 #include "flash/database.h"
 #include "flash/identify_sfdp.h"
+#include "flash/known_flash.h"
 #include "gen.h"
-#include "terminal/answer.h"
 #include "terminal/failure.h"
-#include "terminal/text_table.h"
 #include "utf8_path.h"
 
 // What the kernel of Linux found: below /sys/bus/spi/devices each flash with a driver has a directory spi-nor with the
@@ -26,75 +25,72 @@ constexpr std::size_t LARGEST_SYSFS_TEXT = 4096;  ///< one page, as much as the 
 constexpr std::size_t LARGEST_SYSFS_DUMP = std::size_t{1} << 20;
 constexpr std::size_t MOST_SPI_DEVICES = 4096;
 
-/// One flash that the kernel found.
-struct FOUND_FLASH {
-    std::string device;  ///< "spi0.0"
-    std::string jedec_id;
-    std::string manufacturer;
-    std::string partname;
-    std::vector<std::string> problems;  ///< what could not be read or understood, sentences
-    KNOWN_FLASH known;
-};
-
 /// A file of a flash, without the line feed; "" when there is none. What cannot be read becomes a problem.
-std::string sysfs_file(const fs::path& directory, const char* name, std::size_t most, FOUND_FLASH& flash) {
+std::string sysfs_file(const fs::path& directory, const char* name, std::size_t most, KNOWN_FLASH& flash) {
     const INSPECTED_FILE file = inspect_file(utf8_from_path(directory / name), most + 1);
     if (file.missing) {
         return "";
     }
     if (!file.obstacle.empty()) {
-        flash.problems.push_back(fmt::format("{} cannot be read: {}", name, file.obstacle));
+        flash.system->problems.push_back(fmt::format("{} cannot be read: {}", name, file.obstacle));
         return "";
     }
     if (file.beginning.size() > most) {
-        flash.problems.push_back(fmt::format("{} is larger than {} bytes, and is not used", name, most));
+        flash.system->problems.push_back(fmt::format("{} is larger than {} bytes, and is not used", name, most));
         return "";
     }
     return file.beginning;
 }
 
-std::string sysfs_text(const fs::path& directory, const char* name, FOUND_FLASH& flash) {
+std::string sysfs_text(const fs::path& directory, const char* name, KNOWN_FLASH& flash) {
     return gen_remove_leading_and_trailing_white_spaces(sysfs_file(directory, name, LARGEST_SYSFS_TEXT, flash));
 }
 
-void take_response(FOUND_FLASH& flash) {
-    if (flash.jedec_id.empty()) {
-        flash.problems.emplace_back("the kernel gives no jedec_id");
+void take_response(KNOWN_FLASH& flash) {
+    flash.query = flash.system->jedec_id;
+    if (flash.query.empty()) {
+        flash.system->problems.emplace_back("the kernel gives no jedec_id");
         return;
     }
     try {
-        flash.known.response = response_bytes(flash.jedec_id);
+        flash.response = response_bytes(flash.query);
     } catch (const USAGE_ERROR& error) {
-        flash.problems.emplace_back(std::string("jedec_id is no identification: ") + error.what());
+        flash.system->problems.emplace_back(std::string("jedec_id is no identification: ") + error.what());
     }
 }
 
-void take_sfdp(const std::string& dump, FOUND_FLASH& flash) {
+void take_sfdp(const std::string& dump, KNOWN_FLASH& flash) {
     if (dump.empty()) {
         return;
     }
     const std::vector<BYTE> bytes(dump.begin(), dump.end());
     PGMDEV_FLASH_SFDP sfdp = PGMDEV_FLASH_SFDP::from_bytes(bytes);
     if (sfdp.refusal()) {
-        flash.problems.push_back("sfdp is refused: " + PGMDEV_FLASH_SFDP::describe(*sfdp.refusal()));
+        flash.system->problems.push_back("sfdp is refused: " + PGMDEV_FLASH_SFDP::describe(*sfdp.refusal()));
     } else {
-        flash.known.sfdp = std::move(sfdp);
+        flash.sfdp = std::move(sfdp);
     }
 }
 
 /// `directory` is that of a device on an SPI bus, which need not be a flash.
-std::optional<FOUND_FLASH> flash_of(const fs::path& directory) {
+std::optional<KNOWN_FLASH> flash_of(const fs::path& directory) {
     const fs::path details = directory / "spi-nor";
     std::error_code error;
     const fs::file_status status = fs::status(details, error);
-    if (!fs::is_directory(status)) {
+    const bool is_hidden = error && status.type() != fs::file_type::not_found;
+    if (!fs::is_directory(status) && !is_hidden) {
         return std::nullopt;
     }
-    FOUND_FLASH flash;
-    flash.device = utf8_from_path(directory.filename());
-    flash.jedec_id = sysfs_text(details, "jedec_id", flash);
-    flash.manufacturer = sysfs_text(details, "manufacturer", flash);
-    flash.partname = sysfs_text(details, "partname", flash);
+    KNOWN_FLASH flash;
+    flash.system.emplace();
+    flash.system->device = utf8_from_path(directory.filename());
+    if (is_hidden) {
+        flash.system->problems.push_back("spi-nor cannot be read: " + as_clause(error.message()));
+        return flash;
+    }
+    flash.system->jedec_id = sysfs_text(details, "jedec_id", flash);
+    flash.system->manufacturer = sysfs_text(details, "manufacturer", flash);
+    flash.system->partname = sysfs_text(details, "partname", flash);
     take_response(flash);
     take_sfdp(sysfs_file(details, "sfdp", LARGEST_SYSFS_DUMP, flash), flash);
     return flash;
@@ -136,7 +132,11 @@ fs::path spi_directory(const std::vector<std::string>& given) {
                                    EXIT_USAGE);
     }
     for (const char* place : PLACES) {
-        if (fs::exists(root / place, error)) {
+        const fs::file_type type = fs::status(root / place, error).type();
+        if (error && type != fs::file_type::not_found) {
+            throw unreadable_directory(root / place, as_clause(error.message()), EXIT_INTERNAL_ERROR);
+        }
+        if (type == fs::file_type::directory) {
             return root / place;
         }
     }
@@ -170,67 +170,18 @@ std::string nothing_found(const fs::path& directory, std::size_t devices) {
     return fmt::format("no serial NOR flash: no driver has bound one of the {} SPI devices in {}", devices, place);
 }
 
-std::string found_title(const FOUND_FLASH& flash) {
-    std::string title = flash.device;
-    for (const std::string& part : {flash.jedec_id, flash.manufacturer, flash.partname}) {
-        title += part.empty() ? "" : ", " + part;
-    }
-    return printable(title);
-}
-
-void print_found(const std::vector<FOUND_FLASH>& found) {
-    for (const FOUND_FLASH& flash : found) {
-        fmt::print("{}", &flash == found.data() ? "" : "\n");
-        print_known_flash(found_title(flash), flash.known);
-        for (const std::string& problem : flash.problems) {
-            fmt::print("  {}\n", printable(problem));
-        }
-    }
-}
-
-JSON found_json(const FOUND_FLASH& flash) {
-    JSON object{{"device", flash.device},
-                {"jedec_id", flash.jedec_id},
-                {"manufacturer", flash.manufacturer},
-                {"partname", flash.partname},
-                {"problems", flash.problems}};
-    object["flash"] = known_flash_json(flash.known);
-    return object;
-}
-
 }  // namespace
 
 void identify_system(const ARGUMENTS& given, COMMAND& command) {
     const fs::path directory = spi_directory(given.texts("HEX"));
     const std::vector<fs::path> paths = spi_devices(directory);
     PGMDEV_FLASH_MANAGER manager = open_flash_database(1);
-    std::vector<FOUND_FLASH> found;
-    JSON array = JSON::array();
+    std::vector<KNOWN_FLASH> found;
     for (const fs::path& path : paths) {
         if (auto flash = flash_of(path)) {
-            flash->known.mapped = map_response(manager, flash->known.response, false);
-            array.push_back(found_json(*flash));
+            flash->mapped = map_response(manager, flash->response, false);
             found.push_back(std::move(*flash));
         }
     }
-    ANSWER answer;
-    answer.found = !found.empty() && std::all_of(found.begin(), found.end(), [](const FOUND_FLASH& flash) {
-        return flash.known.mapped.record != nullptr;
-    });
-    answer.content = {{"chips", array}};
-    answer.print = [&] { print_found(found); };
-    if (found.empty()) {
-        answer.missing = nothing_found(directory, paths.size());
-    }
-    give_answer(utf8_from_path(directory), answer, command);
-}
-
-JSON identify_system_schema() {
-    const JSON chip = object_schema({{"device", text_schema()},
-                                     {"jedec_id", text_schema()},
-                                     {"manufacturer", text_schema()},
-                                     {"partname", text_schema()},
-                                     {"problems", array_schema(text_schema())},
-                                     {"flash", object_schema(known_flash_members())}});
-    return question_schema({{"chips", array_schema(chip)}}, {"chips"});
+    give_known_flash(found, nothing_found(directory, paths.size()), command);
 }

@@ -68,8 +68,8 @@ std::optional<CHIPS_WORD> word_on_flag_status(const RECORD& record, const PGMDEV
     for (const std::string& each : *polling) {
         text += (each == polling->front() ? " " : " or ") + each;
     }
-    const bool only_flag_status = sfdp.basic().polls_flag_status() && polling->size() == 1;
-    return CHIPS_WORD{text, record.flag_status ? sfdp.basic().polls_flag_status() : !only_flag_status};
+    const bool only_flag_status = sfdp.polls_flag_status() && polling->size() == 1;
+    return CHIPS_WORD{text, record.flag_status ? sfdp.polls_flag_status() : !only_flag_status};
 }
 
 std::optional<CHIPS_WORD> word_on_single_bytes(const RECORD& record, const PGMDEV_FLASH_SFDP& sfdp) {

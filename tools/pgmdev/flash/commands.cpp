@@ -47,13 +47,19 @@ NOUN flash_noun() {
     const std::vector<VERB> verbs{
         flash_list_verb(),
         flash_show_verb(),
-        VERB("identify", "Which flash answered, and how it must be driven", "pgmdev flash identify 20BA18 \"EF 70 17\"",
-             identify_flash)
+        VERB("identify", "Which flash answered, how sure that is, and how it must be driven",
+             "pgmdev flash identify 20BA18 \"EF 70 17\" silicon:13", identify_flash)
             .takes({"--silicon", "The responses are one-byte electronic signatures", ARGUMENT::FLAG})
             .takes({"HEX",
                     "What the flash behind each device position answered, in hexadecimal, missing bytes taken as 0; "
-                    "- reads one response per line",
+                    "silicon:XX is an electronic signature; - reads one response per line",
                     ARGUMENT::OPTIONAL_TEXTS})
+            .takes({"--as", "Map the device at this position (from 0) to the flash of that name; may be repeated",
+                    ARGUMENT::OPTIONAL_TEXTS, "POSITION=NAME"})
+            .takes({"--log",
+                    "Find the response in the output of a boot loader, a kernel or a tool, or in a hex dump; - reads "
+                    "standard input",
+                    ARGUMENT::OPTIONAL_TEXT, "FILE"})
             .takes({"--sfdp",
                     "What the flash says of itself, as flash sfdp takes it: shown beside the record of the one HEX",
                     ARGUMENT::OPTIONAL_TEXT, "DUMP"})
@@ -62,6 +68,8 @@ NOUN flash_noun() {
                     ARGUMENT::FLAG})
             .takes({"--user", "Try this encoded description, as flash define prints it, as record 0",
                     ARGUMENT::OPTIONAL_TEXT})
+            .tells("Ends with 1 when a device is not mapped, when no chip answers like this, and when the response is\n"
+                   "not that of the chip that it is mapped to.\n")
             .answers(identify_schema),
         flash_sfdp_verb(),
         VERB("define", "Describe a flash of your own by answering questions", "pgmdev flash define < answers.txt",

@@ -1,139 +1,263 @@
 #include <fmt/core.h>
 
 #include <algorithm>
+#include <fstream>
+#include <iostream>
 #include <optional>
 
-#include "flash/database.h"
+#include "fio.h"
+#include "flash/identification.h"
 #include "flash/identify_sfdp.h"
 #include "flash/known_flash.h"
+#include "flash/log.h"
+#include "flash/log_line.h"
 #include "flash/output.h"
 #include "flash/verbs.h"
 #include "terminal/answer.h"
-#include "terminal/input.h"
+#include "terminal/failure.h"
 #include "terminal/text_table.h"
 
 namespace {
 
-/// The record that the response of a flash matches.
-struct DEVICE {
-    DWORD index;                          ///< INVALID_DWORD: not mapped
-    const PGMDEV_SFL_FLASH_INFO* record;  ///< null: not mapped
+constexpr const char* BATCH = "-";
+
+/// What a log tells, and where.
+struct TOLD {
+    LOG_FINDING taken;
+    std::vector<LOG_FINDING> others;  ///< that tell something else
 };
 
-DEVICE identify(PGMDEV_FLASH_MANAGER& manager, DWORD position, const std::string& response, bool silicon) {
-    ID_RESPONSE bytes = parse_id_response(response);
-    if (manager.get_flash_count() == 0 || !manager.flash_id_database_mapping(silicon, position, bytes.data())) {
-        return {INVALID_DWORD, nullptr};
+void count_doubt(const FLASH_IDENTIFICATION& device, COMMAND& command) {
+    if (device.is_doubtful()) {
+        command.result = std::max(command.result, EXIT_NOT_FOUND);
     }
-    const DWORD index = manager.get_flash_mapping_index(position, false);
-    return {index, manager.get_flash_database() + index};
-}
-
-JSON device_json(DWORD position, const DEVICE& device) {
-    JSON object{{"position", position}, {"mapped", device.record != nullptr}, {"index", nullptr}};
-    if (device.record != nullptr) {
-        object["index"] = device.index;
-        add_members(object, *device.record);
-    }
-    return object;
-}
-
-void print_device(DWORD position, const std::string& response, const DEVICE& device) {
-    if (device.record == nullptr) {
-        fmt::print("Device {} ({}): no record matches\n", position, response);
-        return;
-    }
-    fmt::print("Device {} ({}): {} {}, record {}\n", position, response, printable(device.record->manufacturer_name),
-               printable(device.record->device_name), device.index);
-    print_summary(*device.record);
 }
 
 /// One answer for each line, which tells the positions of a chain one after the other.
 void identify_batch(bool silicon, COMMAND& command) {
-    PGMDEV_FLASH_MANAGER manager = open_flash_database(1);
+    FLASH_IDENTIFIER identifier(1);
     DWORD count = 0;
-    answer_each("-", command, [&](const std::string& response) {
-        const DEVICE device = identify(manager, 0, response, silicon);
+    answer_each(BATCH, command, [&](const std::string& response) {
+        const FLASH_IDENTIFICATION device = identifier.identify(0, FLASH_QUESTION::parse(response, silicon));
+        count_doubt(device, command);
         const DWORD position = count++;
         ANSWER answer;
-        answer.found = device.record != nullptr;
-        answer.content = device_json(position, device);
-        answer.print = [position, response, device] { print_device(position, response, device); };
+        answer.found = device.is_mapped();
+        answer.content = identification_json(position, device, identifier, false);
+        answer.print = [position, device, &identifier] { print_identification(position, device, identifier); };
         return answer;
     });
 }
 
-void print_chain(const std::vector<std::string>& responses, const std::vector<DEVICE>& devices,
-                 const std::optional<DWORD>& longest) {
-    for (DWORD position = 0; position < devices.size(); ++position) {
-        print_device(position, responses[position], devices[position]);
+/// Three responses of one byte each are one response that a shell has taken apart.
+std::string split_by_blanks(const std::vector<FLASH_IDENTIFICATION>& devices) {
+    std::string joined;
+    for (const FLASH_IDENTIFICATION& device : devices) {
+        if (device.is_mapped() || device.question.silicon_id || device.question.bytes.count != 1) {
+            return "";
+        }
+        joined += (joined.empty() ? "" : " ") + device.question.text;
     }
-    if (longest) {
-        fmt::print("Longest program time in the chain: {} us\n", *longest);
+    return devices.size() < LEAST_IDENTIFICATION
+               ? ""
+               : fmt::format("these {} responses of one byte look like one response split by blanks: write \"{}\"",
+                             devices.size(), joined);
+}
+
+JSON told_json(const TOLD& told) {
+    JSON others = JSON::array();
+    for (const LOG_FINDING& other : told.others) {
+        others.push_back({{"line", other.line}, {"text", other.text}});
+    }
+    return {{"line", told.taken.line}, {"text", told.taken.text}, {"others", others}};
+}
+
+void print_told(const TOLD& told) {
+    fmt::print("Line {}: {}\n", told.taken.line, printable(told.taken.text));
+    for (const LOG_FINDING& other : told.others) {
+        fmt::print("  line {} tells another one: {}\n", other.line, printable(other.text));
     }
 }
 
-void identify_chain(const std::vector<std::string>& responses, bool silicon, COMMAND& command) {
-    PGMDEV_FLASH_MANAGER manager = open_flash_database(static_cast<DWORD>(responses.size()));
-    std::vector<DEVICE> devices;
+void identify_chain(const std::vector<FLASH_QUESTION>& questions, const std::optional<TOLD>& told, COMMAND& command) {
+    FLASH_IDENTIFIER identifier(static_cast<DWORD>(questions.size()));
+    std::vector<FLASH_IDENTIFICATION> devices;
+    std::vector<std::string> query;
     JSON array = JSON::array();
-    for (DWORD position = 0; position < responses.size(); ++position) {
-        devices.push_back(identify(manager, position, responses[position], silicon));
-        array.push_back(device_json(position, devices.back()));
+    for (DWORD position = 0; position < questions.size(); ++position) {
+        devices.push_back(identifier.identify(position, questions[position]));
+        count_doubt(devices.back(), command);
+        query.push_back(questions[position].text);
+        array.push_back(identification_json(position, devices.back(), identifier, true));
     }
-    const auto mapped = [](const DEVICE& device) { return device.record != nullptr; };
-    std::optional<DWORD> longest;  // of the devices that are mapped
-    if (std::any_of(devices.begin(), devices.end(), mapped)) {
-        longest = manager.sfl_get_chain_longest_program_utime();
-    }
+    const std::optional<DWORD> longest = identifier.longest_program_utime();
     ANSWER answer;
-    answer.found = std::all_of(devices.begin(), devices.end(), mapped);
+    answer.found = std::all_of(devices.begin(), devices.end(), [](const auto& device) { return device.is_mapped(); });
     answer.content = {{"devices", array}, {"longest_program_utime", longest}};
-    answer.print = [&] { print_chain(responses, devices, longest); };
-    give_answer(responses, answer, command);
+    if (told) {
+        answer.content["log"] = told_json(*told);
+    }
+    answer.missing = split_by_blanks(devices);
+    if (!answer.missing.empty()) {
+        answer.content["hint"] = answer.missing;
+    }
+    answer.print = [&] {
+        if (told) {
+            print_told(*told);
+        }
+        for (DWORD position = 0; position < devices.size(); ++position) {
+            print_identification(position, devices[position], identifier);
+        }
+        if (longest) {
+            fmt::print("Longest program time in the chain: {} us\n", *longest);
+        }
+    };
+    give_answer(query, answer, command);
 }
 
-std::vector<SCHEMA_MEMBER> device_members() {
-    std::vector<SCHEMA_MEMBER> members{
-        {"position", number_schema()}, {"mapped", flag_schema()}, {"index", or_null(number_schema())}};
-    for (SCHEMA_MEMBER& member : record_members()) {
-        members.push_back({member.name, member.schema, false});  // of a device that is mapped
+std::vector<LOG_FINDING> findings_of(const std::string& file) {
+    if (file == BATCH) {
+        return find_in_log(std::cin);
     }
-    for (SCHEMA_MEMBER& member : known_flash_members()) {
-        members.push_back(std::move(member));
+    std::ifstream log(fio_get_unc_full_path(FIO_PATH(file).fullpath()), std::ios::binary);
+    std::vector<LOG_FINDING> findings = find_in_log(log);
+    if (!log.is_open() || log.bad()) {
+        throw COMMAND_FAILURE({"file_unreadable",
+                               "the log cannot be read",
+                               file,
+                               {},
+                               "name a file that exists and that you may read",
+                               {}});
     }
-    return members;
+    return findings;
+}
+
+/// Answers that nothing was found.
+void give_nothing(const JSON& query, std::string missing, std::vector<std::string> candidates,
+                  const std::optional<TOLD>& told, COMMAND& command) {
+    ANSWER answer;
+    answer.found = false;
+    answer.content = {{"devices", JSON::array()}, {"longest_program_utime", nullptr}};
+    if (told) {
+        answer.content["log"] = told_json(*told);
+        answer.print = [&told] { print_told(*told); };
+    }
+    answer.missing = std::move(missing);
+    answer.candidates = std::move(candidates);
+    give_answer(query, answer, command);
+}
+
+/// A log that tells names: the first one that the database has.
+void identify_name(const TOLD& told, COMMAND& command) {
+    FLASH_IDENTIFIER identifier(1);
+    const std::vector<std::string>& names = told.taken.names;
+    const auto known =
+        std::find_if(names.begin(), names.end(), [&](const std::string& name) { return identifier.knows(name); });
+    if (known == names.end()) {
+        give_nothing(names, fmt::format("no flash is named \"{}\"", names.front()),
+                     identifier.similar_names(names.front()), told, command);
+        return;
+    }
+    FLASH_QUESTION question;
+    question.by_hand = *known;
+    question.text = *known;
+    identify_chain({question}, told, command);
+}
+
+void identify_log(const std::string& file, COMMAND& command) {
+    const std::vector<LOG_FINDING> findings = findings_of(file);
+    if (findings.empty()) {
+        give_nothing(JSON::array(), "no line of the log tells the identification or the name of a flash", {},
+                     std::nullopt, command);
+        return;
+    }
+    TOLD told{findings.front(), {}};
+    for (const LOG_FINDING& finding : findings) {
+        const bool differs = finding.bytes != told.taken.bytes || finding.names != told.taken.names;
+        if (differs && finding.kind != LOG_FINDING::KIND::DUMP) {  // a dump has other lines anyway
+            told.others.push_back(finding);
+        }
+    }
+    if (told.taken.names.empty()) {
+        identify_chain({FLASH_QUESTION::parse(told.taken.response(), false)}, told, command);
+    } else {
+        identify_name(told, command);
+    }
+}
+
+/// Takes "1=W25Q64JV" for one of the positions.
+void map_by_hand(const std::string& assignment, std::vector<FLASH_QUESTION>& questions) {
+    const std::size_t sign = assignment.find('=');
+    if (sign == std::string::npos || sign + 1 == assignment.size()) {
+        throw USAGE_ERROR(fmt::format("\"{}\" maps no device: expected POSITION=NAME", assignment));
+    }
+    const DWORD position = parse_dword(assignment.substr(0, sign), "a device position");
+    if (position >= questions.size()) {
+        throw USAGE_ERROR(fmt::format("there is no device at position {}: the last is {}", position,
+                                      static_cast<int>(questions.size()) - 1));
+    }
+    questions[position].by_hand = assignment.substr(sign + 1);
 }
 
 }  // namespace
 
 void identify_flash(const ARGUMENTS& given, COMMAND& command) {
     const std::vector<std::string>& responses = given.texts("HEX");
+    if (given.has("--system") && (given.has("--log") || given.has("--sfdp") || given.has("--as"))) {
+        throw USAGE_ERROR("--system goes with no other way to identify");
+    }
+    if (given.has("HEX") == given.has("--log") && !given.has("--system")) {
+        throw USAGE_ERROR("expected one of HEX, --log and --system");
+    }
     const bool silicon = given.has("--silicon");
+    const bool batch = responses.size() == 1 && responses.front() == BATCH;
+    if (given.has("--as") && (batch || given.has("--log"))) {
+        throw USAGE_ERROR("--as goes with the responses of a chain");
+    }
     if (given.has("--user")) {
         use_user_flash(given.text("--user"));
     }
-    if (given.has("--system") && given.has("--sfdp")) {
-        throw USAGE_ERROR("expected one of --system and --sfdp");
+    if (given.has("--sfdp") && (batch || responses.size() != 1)) {
+        throw USAGE_ERROR("expected one response HEX with --sfdp");
     }
     if (given.has("--system")) {
-        identify_system(given, command);
-    } else if (given.has("--sfdp")) {
-        identify_with_sfdp(given, command);
-    } else if (responses.empty()) {
-        throw USAGE_ERROR("expected a response HEX, or --system");
-    } else if (responses.size() == 1 && responses.front() == "-") {
+        identify_system(responses, command);
+    } else if (given.has("--log")) {
+        identify_log(given.text("--log"), command);
+    } else if (batch) {
         identify_batch(silicon, command);
     } else {
-        identify_chain(responses, silicon, command);
+        std::vector<FLASH_QUESTION> questions;
+        for (const std::string& response : responses) {
+            questions.push_back(FLASH_QUESTION::parse(response, silicon));
+        }
+        for (const std::string& assignment : given.texts("--as")) {
+            map_by_hand(assignment, questions);
+        }
+        if (given.has("--sfdp")) {
+            identify_with_sfdp(questions.front(), given.text("--sfdp"), command);
+        } else {
+            identify_chain(questions, std::nullopt, command);
+        }
     }
 }
 
 JSON identify_schema() {
+    const JSON line = object_schema({{"line", number_schema()}, {"text", text_schema()}});
+    const JSON log =
+        object_schema({{"line", number_schema()}, {"text", text_schema()}, {"others", array_schema(line)}});
+    std::vector<SCHEMA_MEMBER> members = identification_members();
+    for (SCHEMA_MEMBER& member : known_flash_members()) {
+        members.push_back(std::move(member));
+    }
     const JSON chain = object_schema({{"query", array_schema(text_schema())},
                                       {"found", flag_schema()},
-                                      {"devices", array_schema(object_schema(device_members()))},
+                                      {"devices", array_schema(object_schema(members))},
                                       {"longest_program_utime", or_null(number_schema())},
+                                      {"log", log, false},
+                                      {"hint", text_schema(), false},
                                       {"candidates", array_schema(text_schema()), false}});
-    return any_of({chain, question_schema(device_members(), {"position", "mapped", "index"})});
+    return any_of({chain, question_schema(identification_members(),
+                                          {"position", "mapped", "index", "given", "telling", "by_hand", "sure",
+                                           "missing_bytes", "ambiguities", "contradictions", "oddity", "nearest"})});
 }

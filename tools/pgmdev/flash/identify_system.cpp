@@ -7,7 +7,6 @@
 
 #include "files/inspection.h"
 #include "fio.h"
-#include "flash/database.h"
 #include "flash/identify_sfdp.h"
 #include "flash/known_flash.h"
 #include "gen.h"
@@ -46,16 +45,18 @@ std::string sysfs_text(const fs::path& directory, const char* name, KNOWN_FLASH&
     return gen_remove_leading_and_trailing_white_spaces(sysfs_file(directory, name, LARGEST_SYSFS_TEXT, flash));
 }
 
-void take_response(KNOWN_FLASH& flash) {
+/// The question that the kernel's response is; nothing when it gives none.
+std::optional<FLASH_QUESTION> question_of(KNOWN_FLASH& flash) {
     flash.query = flash.system->jedec_id;
     if (flash.query.empty()) {
         flash.system->problems.emplace_back("the kernel gives no jedec_id");
-        return;
+        return std::nullopt;
     }
     try {
-        flash.response = response_bytes(flash.query);
+        return FLASH_QUESTION::parse(flash.query, false);
     } catch (const USAGE_ERROR& error) {
         flash.system->problems.emplace_back(std::string("jedec_id is no identification: ") + error.what());
+        return std::nullopt;
     }
 }
 
@@ -91,7 +92,6 @@ std::optional<KNOWN_FLASH> flash_of(const fs::path& directory) {
     flash.system->jedec_id = sysfs_text(details, "jedec_id", flash);
     flash.system->manufacturer = sysfs_text(details, "manufacturer", flash);
     flash.system->partname = sysfs_text(details, "partname", flash);
-    take_response(flash);
     take_sfdp(sysfs_file(details, "sfdp", LARGEST_SYSFS_DUMP, flash), flash);
     return flash;
 }
@@ -172,16 +172,20 @@ std::string nothing_found(const fs::path& directory, std::size_t devices) {
 
 }  // namespace
 
-void identify_system(const ARGUMENTS& given, COMMAND& command) {
-    const fs::path directory = spi_directory(given.texts("HEX"));
+void identify_system(const std::vector<std::string>& directories, COMMAND& command) {
+    const fs::path directory = spi_directory(directories);
     const std::vector<fs::path> paths = spi_devices(directory);
-    PGMDEV_FLASH_MANAGER manager = open_flash_database(1);
     std::vector<KNOWN_FLASH> found;
     for (const fs::path& path : paths) {
         if (auto flash = flash_of(path)) {
-            flash->mapped = map_response(manager, flash->response, false);
             found.push_back(std::move(*flash));
         }
     }
-    give_known_flash(found, nothing_found(directory, paths.size()), command);
+    FLASH_IDENTIFIER identifier(std::max<DWORD>(static_cast<DWORD>(found.size()), 1));
+    for (DWORD position = 0; position < found.size(); ++position) {
+        if (const auto question = question_of(found[position])) {
+            found[position].identification = identifier.identify(position, *question);
+        }
+    }
+    give_known_flash(found, identifier, nothing_found(directory, paths.size()), command);
 }

@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "flash/response_bytes.h"
+#include "flash/identification.h"
 #include "pgmdev_flash_sfdp.h"
 #include "terminal/command.h"
 #include "terminal/json.h"
@@ -24,16 +24,16 @@ struct SYSTEM_FLASH {
 
 /// One flash, as far as it is known.
 struct KNOWN_FLASH {
-    std::string query;           ///< the response as it was given
-    std::vector<BYTE> response;  ///< none: it is not known
-    MAPPED_FLASH mapped;
-    std::optional<PGMDEV_FLASH_SFDP> sfdp;  ///< not refused
+    std::string query;                                   ///< the response as it was given
+    std::optional<FLASH_IDENTIFICATION> identification;  ///< none: its response is not known
+    std::optional<PGMDEV_FLASH_SFDP> sfdp;               ///< not refused
     std::optional<SYSTEM_FLASH> system;
 };
 
 /// Answers with all of them: each with the record beside its own words or, when no record matches, the one that follows from
 /// these. `missing` is what to say when there is none.
-void give_known_flash(const std::vector<KNOWN_FLASH>& flash, const std::string& missing, COMMAND& command);
+void give_known_flash(const std::vector<KNOWN_FLASH>& flash, FLASH_IDENTIFIER& identifier, const std::string& missing,
+                      COMMAND& command);
 
 /// The members that the devices of this answer have besides those of any chain.
 std::vector<SCHEMA_MEMBER> known_flash_members();

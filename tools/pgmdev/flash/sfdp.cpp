@@ -2,11 +2,11 @@
 
 #include <fmt/core.h>
 
-#include "flash/response_bytes.h"
 #include "flash/sfdp_dump.h"
 #include "flash/sfdp_json.h"
 #include "flash/sfdp_text.h"
 #include "terminal/answer.h"
+#include "terminal/input.h"
 
 namespace {
 
@@ -20,9 +20,9 @@ std::string dump_title(const std::string& argument) {
 
 void show_sfdp(const ARGUMENTS& given, COMMAND& command) {
     const std::string& dump = given.text("DUMP");
-    const std::vector<BYTE> id = given.has("--id") ? response_bytes(given.text("--id")) : std::vector<BYTE>();
+    const ID_RESPONSE id = given.has("--id") ? parse_id_response(given.text("--id")) : ID_RESPONSE();
     const PGMDEV_FLASH_SFDP sfdp = sfdp_of(dump);
-    const PGMDEV_FLASH_SFDP::DERIVED_RECORD derived = sfdp.record(id);
+    const PGMDEV_FLASH_SFDP::DERIVED_RECORD derived = sfdp.record({id.data(), id.count});
     ANSWER answer;
     answer.content = sfdp_json(sfdp);
     answer.content["record"] = derived_record_json(derived);

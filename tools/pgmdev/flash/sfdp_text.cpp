@@ -14,7 +14,7 @@ namespace {
 using TEXTS = std::vector<std::string>;
 
 /// One below the other, under one label.
-void print_part(std::string_view label, const TEXTS& lines) {
+void print_lines(std::string_view label, const TEXTS& lines) {
     for (const std::string& line : lines) {
         fmt::print("  {:<16}{}\n", label, printable(line));
         label = "";
@@ -120,24 +120,24 @@ std::string duration_text(const PGMDEV_FLASH_SFDP::DURATION& time, const char* u
 void print_sfdp(const std::string& title, const PGMDEV_FLASH_SFDP& sfdp) {
     const PGMDEV_FLASH_SFDP::BASIC_TABLE& basic = sfdp.basic();
     fmt::print("{}: SFDP {}.{} ({})\n", printable(title), sfdp.major(), sfdp.minor(), sfdp.standard());
-    print_part("tables", table_lines(sfdp));
-    print_part("size", {basic.density_bits ? fmt::format("{}, {} bytes", size_text(*basic.density_bits), basic.bytes())
+    print_lines("tables", table_lines(sfdp));
+    print_lines("size", {basic.density_bits ? fmt::format("{}, {} bytes", size_text(*basic.density_bits), basic.bytes())
                                            : std::string("not known")});
-    print_part("addresses", {PGMDEV_FLASH_SFDP::address_text(basic.address_code) + " bytes"});
-    print_part("4-byte mode",
+    print_lines("addresses", {PGMDEV_FLASH_SFDP::address_text(basic.address_code) + " bytes"});
+    print_lines("4-byte mode",
                {"on by " + listed(basic.enter_4byte, "nothing"), "off by " + listed(basic.exit_4byte, "nothing")});
     if (sfdp.four_byte()) {
-        print_part("4-byte opcodes", {listed(sfdp.four_byte()->support, "none")});
+        print_lines("4-byte opcodes", {listed(sfdp.four_byte()->support, "none")});
     }
-    print_part("erase", erase_lines(sfdp));
-    print_part("sector map", map_lines(sfdp));
-    print_part("program", program_lines(basic));
-    print_part("written by", {basic.write_granularity == 1 ? "single bytes" : "64 bytes or more at once"});
-    print_part("fast read", read_lines(basic));
-    print_part("quad enable", {basic.quad_enable ? basic.quad_enable->meaning : std::string("not told")});
-    print_part("ready by", {listed(basic.status_polling, "nothing")});
-    print_part("soft reset", {listed(basic.soft_reset, "none")});
-    print_part("warnings", sfdp.warnings());
+    print_lines("erase", erase_lines(sfdp));
+    print_lines("sector map", map_lines(sfdp));
+    print_lines("program", program_lines(basic));
+    print_lines("written by", {basic.write_granularity == 1 ? "single bytes" : "64 bytes or more at once"});
+    print_lines("fast read", read_lines(basic));
+    print_lines("quad enable", {basic.quad_enable ? basic.quad_enable->meaning : std::string("not told")});
+    print_lines("ready by", {listed(basic.status_polling, "nothing")});
+    print_lines("soft reset", {listed(basic.soft_reset, "none")});
+    print_lines("warnings", sfdp.warnings());
 }
 
 void print_derived_record(const PGMDEV_FLASH_SFDP::DERIVED_RECORD& derived) {

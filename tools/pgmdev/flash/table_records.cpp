@@ -6,6 +6,7 @@
 #include <map>
 
 #include "flash/output.h"
+#include "pgmdev_flash_notes.h"
 #include "pgmdev_version.h"
 #include "stl.h"
 
@@ -62,6 +63,24 @@ JSON FLASH_RECORDS::values(const RECORD& record) {
     JSON object = JSON::object();
     add_members(object, record);
     return object;
+}
+
+std::vector<NOTES_FAULTS> FLASH_RECORDS::notes_beside(const std::string& csv_file, const PGMDEV_FLASH_TABLE& table) {
+    std::vector<NOTES_FAULTS> notes;
+    for (const auto& each : PGMDEV_FLASH_NOTES::beside_source(csv_file).faults_with(table.records())) {
+        notes.push_back({each.file, each.faults});
+    }
+    return notes;
+}
+
+std::vector<NOTES_COPY> FLASH_RECORDS::notes_of(const std::string& csv_file, const std::string& pcf_file) {
+    const std::vector<std::string> sources = PGMDEV_FLASH_NOTES::files_of_source(csv_file);
+    const std::vector<std::string> copies = PGMDEV_FLASH_NOTES::files_of_database(pcf_file);
+    std::vector<NOTES_COPY> files;
+    for (std::size_t i = 0; i < sources.size(); ++i) {
+        files.push_back({sources[i], copies[i]});
+    }
+    return files;
 }
 
 std::vector<std::string> FLASH_RECORDS::key_faults(const std::vector<RECORD>& records) {

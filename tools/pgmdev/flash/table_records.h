@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "pgmdev_flash_table.h"
+#include "tables/notes_files.h"
 #include "tables/packed_schema.h"
 #include "terminal/json.h"
 
@@ -26,6 +27,9 @@ struct FLASH_RECORDS {
     static std::string match_key(const RECORD& record);  ///< names are the same in any case
     static std::string cell(const PGMDEV_SFL_FLASH_MEMBER& member, const RECORD& record);
     static JSON values(const RECORD& record);
+
+    static std::vector<NOTES_FAULTS> notes_beside(const std::string& csv_file, const PGMDEV_FLASH_TABLE& table);
+    static std::vector<NOTES_COPY> notes_of(const std::string& csv_file, const std::string& pcf_file);
 
     static std::vector<std::string> key_faults(const std::vector<RECORD>& records);
     static std::vector<std::string> value_faults(const std::vector<RECORD>& /*records*/) { return {}; }

@@ -7,8 +7,8 @@
 
 #include "terminal/command_line.h"
 
-/// Maps one device position per response and shows what was found. "-" stands for one response per line of standard
-/// input.
+/// Maps one device position per response and shows what was found, how sure it is, and what a mistake would do. "-"
+/// stands for one response per line of standard input.
 void identify_flash(const ARGUMENTS& given, COMMAND& command);
 JSON identify_schema();
 

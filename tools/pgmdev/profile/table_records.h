@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "pgmdev_dev_info_table.h"
+#include "tables/notes_files.h"
 #include "tables/packed_schema.h"
 #include "terminal/json.h"
 
@@ -26,6 +27,14 @@ struct PROFILE_RECORDS {
     static std::string match_key(const RECORD& record);
     static std::string cell(const PGMDEV_DEVICE_INFO_MEMBER& member, const RECORD& record);
     static JSON values(const RECORD& record);
+
+    static std::vector<NOTES_FAULTS> notes_beside(const std::string& /*csv_file*/,
+                                                  const PGMDEV_DEV_INFO_TABLE& /*table*/) {
+        return {};
+    }
+    static std::vector<NOTES_COPY> notes_of(const std::string& /*csv_file*/, const std::string& /*pcf_file*/) {
+        return {};
+    }
 
     static std::vector<std::string> key_faults(const std::vector<RECORD>& records);
     static std::vector<std::string> value_faults(const std::vector<RECORD>& records);

@@ -116,7 +116,7 @@ private:
         COMPLETIONS found;
         if (m_verb != nullptr) {
             for (const ARGUMENT& argument : m_verb->arguments) {
-                if (is_option(argument.name) && !is_passed(argument.name)) {
+                if (is_option(argument.name) && (takes_many(argument) || !is_passed(argument.name))) {
                     found.push_back({argument.name, argument.description});
                 }
             }

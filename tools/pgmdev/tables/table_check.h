@@ -11,6 +11,7 @@
 
 #include "tables/accepted_warnings.h"
 #include "tables/fault_output.h"
+#include "tables/notes_files.h"
 #include "tables/source_hints.h"
 #include "tables/table_sizes.h"
 #include "terminal/command_line.h"
@@ -19,6 +20,7 @@
 
 // KIND says which table it is, further:
 //   names_of(member)   what the cells of a member may name; none where they hold no names
+//   notes_beside(csv_file, table)   what is wrong with the notes beside the table; none where there are no notes
 
 /// Adds to faults about unknown names those that may have been meant.
 template <class KIND>
@@ -54,13 +56,22 @@ void check_table(const ARGUMENTS& given, COMMAND& command) {
         return entry != nullptr;
     });
     const std::vector<ACCEPTED_WARNING> unused = unused_entries(accepted);
-    const bool remarkable = !faults.empty() || !unused.empty();
-    if (table.has_faults() || !accepted.malformed.empty() || (given.has("--strict") && remarkable)) {
+    const std::vector<NOTES_FAULTS> notes = KIND::notes_beside(csv_file, table);
+    const bool notes_have_faults =
+        std::any_of(notes.begin(), notes.end(), [](const NOTES_FAULTS& each) { return each.has_fault(); });
+    const bool remarkable =
+        !faults.empty() || !unused.empty() ||
+        std::any_of(notes.begin(), notes.end(), [](const NOTES_FAULTS& each) { return !each.faults.empty(); });
+    if (table.has_faults() || notes_have_faults || !accepted.malformed.empty() ||
+        (given.has("--strict") && remarkable)) {
         command.result = EXIT_INTERNAL_ERROR;
     }
 
     print_faults(faults, csv_file, KIND::TABLE::describe);
     print_leftovers(accepted);
+    for (const NOTES_FAULTS& each : notes) {
+        print_faults(each.faults, each.file, KIND::TABLE::describe);
+    }
     const auto hints =
         std::any_of(faults.begin(), faults.end(), is_of_form) ? hints_at_causes(csv_file) : std::vector<std::string>();
     for (const std::string& hint : hints) {
@@ -72,6 +83,7 @@ void check_table(const ARGUMENTS& given, COMMAND& command) {
         document["accepted"] = accepted_faults;
         document["unused"] = unused_json(unused);
         document["hints"] = hints;
+        document["notes"] = notes_json(notes);
         print_json(document);
     } else if (!table.has_faults()) {
         print_sizes(table);
@@ -88,5 +100,6 @@ JSON check_schema() {
     members.push_back({"accepted", array_schema(accepted)});
     members.push_back({"unused", array_schema(unused_schema())});
     members.push_back({"hints", array_schema(text_schema())});
+    members.push_back({"notes", notes_schema()});
     return object_schema(members);
 }

@@ -18,6 +18,7 @@
 #include "tables/fault_output.h"
 #include "tables/file_bytes.h"
 #include "tables/info_file.h"
+#include "tables/notes_files.h"
 #include "tables/table_check.h"
 #include "tables/table_diff.h"
 #include "tables/table_sizes.h"
@@ -37,6 +38,7 @@
 //   read(pcf)                              reads a database for people
 //   row()                                  the schema of its records
 //   print(table, given, command)           shows the records of a database
+//   notes_of(csv, pcf)                     the notes beside the table, and what they become beside the database
 
 /// Compiles into the output's temporary file. What the compiler reports is a failure.
 template <class KIND>
@@ -63,6 +65,13 @@ void compile_table(const ARGUMENTS& given, const COMMAND& command) {
         // The format is broken, or a file is missing: the compiler itself says which condition stops it.
         compile_source<KIND>(csv_file, output);
     }
+    const std::vector<NOTES_FAULTS> notes = KIND::notes_beside(csv_file, table);
+    for (const NOTES_FAULTS& each : notes) {
+        if (each.has_fault()) {
+            print_faults(each.faults, each.file, KIND::TABLE::describe);
+            throw refused_table(each.file, {});
+        }
+    }
     if (table.has_faults()) {
         throw refused_table(csv_file, {});
     }
@@ -77,8 +86,10 @@ void compile_table(const ARGUMENTS& given, const COMMAND& command) {
                                                      table.records().size(), table.payload_size()));
     OUTPUT_FILE info(info_file_of(pcf_file));
     info.write(std::span(reinterpret_cast<const BYTE*>(text.data()), text.size()));
+    NOTES_COPIES copies(KIND::notes_of(csv_file, pcf_file));
     output.commit();
     info.commit();
+    copies.commit();
     if (command.json) {
         print_json(sizes_json(table));
     } else {

@@ -93,6 +93,9 @@ void ARGUMENTS::bind(const std::vector<ARGUMENT>& table, CLI::App& verb) {
                 option = verb.add_flag(argument.name, value.flag, argument.description);
                 break;
         }
+        if (argument.kind == ARGUMENT::OPTIONAL_TEXTS && argument.name.starts_with("--")) {
+            option->expected(1)->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);  // a value each time
+        }
         option->required(argument.kind == ARGUMENT::TEXT || argument.kind == ARGUMENT::TEXTS ||
                          argument.kind == ARGUMENT::NUMBER);
         if (argument.value_name != nullptr) {

@@ -20,6 +20,7 @@ class Option;
 
 /// What the user may write behind a verb.
 struct ARGUMENT {
+    /// An option of OPTIONAL_TEXTS takes one text, and may be given more than once.
     enum KIND { TEXT, OPTIONAL_TEXT, TEXTS, OPTIONAL_TEXTS, NUMBER, OPTIONAL_NUMBER, FLAG };
 
     std::string name;  ///< "--name" is an option; others are told by their position

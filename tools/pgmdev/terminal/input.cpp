@@ -25,8 +25,7 @@ bool sets_apart(char c) {
 }  // namespace
 
 ID_RESPONSE parse_id_response(const std::string& text) {
-    ID_RESPONSE response{};
-    std::size_t count = 0;
+    ID_RESPONSE response;
     std::string_view rest = text;
     while (!rest.empty()) {
         if (sets_apart(rest.front())) {
@@ -42,13 +41,13 @@ ID_RESPONSE parse_id_response(const std::string& text) {
             throw USAGE_ERROR(
                 fmt::format("\"{}\" is not an identification response: expected pairs of hexadecimal digits", text));
         }
-        if (count == response.size()) {
-            throw USAGE_ERROR(fmt::format("an identification response has at most {} bytes", response.size()));
+        if (response.count == response.bytes.size()) {
+            throw USAGE_ERROR(fmt::format("an identification response has at most {} bytes", response.bytes.size()));
         }
-        response[count++] = static_cast<BYTE>(high * 16 + low);
+        response.bytes[response.count++] = static_cast<BYTE>(high * 16 + low);
         rest.remove_prefix(2);
     }
-    if (count == 0) {
+    if (response.count == 0) {
         throw USAGE_ERROR("an identification response has at least one byte");
     }
     return response;

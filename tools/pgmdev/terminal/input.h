@@ -7,8 +7,14 @@
 
 #include "pgmdev_types.h"
 
-/// An identification response, padded with zeros to all the bytes that a record may name.
-using ID_RESPONSE = std::array<BYTE, 256>;
+/// An identification response.
+struct ID_RESPONSE {
+    std::array<BYTE, 256> bytes{};  ///< padded with zeros to all the bytes that a record may name
+    DWORD count = 0;                ///< of the bytes that were given
+
+    BYTE* data() { return bytes.data(); }
+    const BYTE* data() const { return bytes.data(); }
+};
 
 /// The bytes that `text` spells: pairs of hexadecimal digits, which blanks, ':' and '-' may set apart and "0x" may
 /// precede. Anything else, and more bytes than a response has, throws USAGE_ERROR.

@@ -1,0 +1,141 @@
+#include "flash/identification.h"
+
+#include <fmt/core.h>
+
+#include <algorithm>
+
+#include "files/origins.h"
+#include "flash/database.h"
+#include "gen.h"
+#include "pgmdev_flash_table.h"
+#include "terminal/command.h"
+#include "terminal/did_you_mean.h"
+#include "terminal/text_table.h"
+
+namespace {
+
+constexpr std::string_view SILICON_PREFIX = "silicon:";
+
+PGMDEV_FLASH_NOTES installed_notes() {
+    auto notes = PGMDEV_FLASH_NOTES::beside_database(flash_database_place().path);
+    for (const auto* file : {&notes.ambiguities_file(), &notes.identifications_file()}) {
+        for (const PGMDEV_TABLE_FAULT& fault : file->faults) {
+            fmt::print(stderr, "pgmdev: {}\n", printable(PGMDEV_FLASH_TABLE::describe(fault, file->file)));
+        }
+    }
+    return notes;
+}
+
+/// The bytes in which the response is not what the record compares.
+std::vector<PGMDEV_FLASH_CONTRADICTION> compared_otherwise(const PGMDEV_SFL_FLASH_INFO& record,
+                                                           const ID_RESPONSE& response) {
+    std::vector<PGMDEV_FLASH_CONTRADICTION> found;
+    for (const auto& each : PGMDEV_FLASH_CANDIDATES::compared_bytes(record, response.count)) {
+        if (each.given && response.bytes[each.position] != each.expected) {
+            found.push_back({each.position, response.bytes[each.position], fmt::format("{:02X}", each.expected)});
+        }
+    }
+    return found;
+}
+
+}  // namespace
+
+FLASH_QUESTION FLASH_QUESTION::parse(const std::string& text, bool all_silicon) {
+    FLASH_QUESTION question;
+    question.text = text;
+    std::string digits = gen_remove_leading_and_trailing_white_spaces(text);
+    question.silicon_id = all_silicon;
+    if (gen_stricmp(digits.substr(0, SILICON_PREFIX.size()), std::string(SILICON_PREFIX)) == 0) {
+        question.silicon_id = true;
+        digits.erase(0, SILICON_PREFIX.size());
+    }
+    question.bytes = parse_id_response(digits);
+    return question;
+}
+
+bool FLASH_IDENTIFICATION::is_sure() const {
+    return is_mapped() && !is_by_hand() && candidates.is_sure() && ambiguities.empty() && contradictions.empty();
+}
+
+bool FLASH_IDENTIFICATION::is_doubtful() const {
+    return !is_by_hand() && (candidates.oddity().is_fault() || !contradictions.empty());
+}
+
+FLASH_IDENTIFIER::FLASH_IDENTIFIER(DWORD device_count)
+    : m_manager(open_flash_database(device_count)),
+      m_notes(installed_notes()),
+      m_records(m_manager.get_flash_database()),
+      m_device_count(device_count) {}
+
+DWORD FLASH_IDENTIFIER::index_of(const std::string& device_name) {
+    const PGMDEV_SFL_FLASH_INFO* record = m_manager.get_default_flash(device_name);
+    if (record == nullptr) {
+        throw USAGE_ERROR(
+            fmt::format("no flash is named \"{}\"{}", device_name, did_you_mean(similar_names(device_name))));
+    }
+    return static_cast<DWORD>(record - m_records);
+}
+
+bool FLASH_IDENTIFIER::knows(const std::string& device_name) {
+    return m_manager.get_default_flash(device_name) != nullptr;
+}
+
+std::vector<std::string> FLASH_IDENTIFIER::similar_names(const std::string& device_name) {
+    std::vector<std::string> names;
+    for (DWORD i = 0; i < m_manager.get_flash_count(); ++i) {
+        if (m_records[i].default_dev) {
+            names.push_back(m_records[i].device_name);
+        }
+    }
+    return longer_or_shorter(device_name, names);
+}
+
+FLASH_IDENTIFICATION FLASH_IDENTIFIER::identify(DWORD position, FLASH_QUESTION question) {
+    const DWORD count = m_manager.get_flash_count();
+    ID_RESPONSE& bytes = question.bytes;
+    FLASH_IDENTIFICATION device{
+        question, INVALID_DWORD, {m_records, count, question.silicon_id, bytes.data(), bytes.count}, {}, {}, {}};
+    const DWORD telling = device.candidates.telling_count();
+    if (count != 0 && m_manager.flash_id_database_mapping(question.silicon_id, position, bytes.data())) {
+        device.index = m_manager.get_flash_mapping_index(position, false);
+    }
+    if (!question.silicon_id) {
+        device.ambiguities = m_notes.ambiguities_of(bytes.data(), telling);
+    }
+    if (device.is_by_hand()) {
+        device.index = index_of(question.by_hand);
+        m_manager.set_flash_mapping_index(position, device.index);
+        device.contradictions = compared_otherwise(m_records[device.index], bytes);
+    } else if (device.is_mapped() && !question.silicon_id) {
+        device.contradictions = m_notes.contradictions(m_records[device.index].device_name, bytes.data(), telling);
+    }
+    if (!device.is_mapped()) {
+        device.nearest = device.candidates.nearest();
+        if (!device.candidates.candidates().empty()) {
+            device.nearest.clear();
+        }
+        for (const PGMDEV_FLASH_CANDIDATE& candidate : device.candidates.candidates()) {
+            device.nearest.push_back(candidate.index);
+        }
+    }
+    return device;
+}
+
+std::optional<DWORD> FLASH_IDENTIFIER::longest_program_utime() {
+    for (DWORD position = 0; position < m_device_count && m_manager.get_flash_count() != 0; ++position) {
+        if (m_manager.get_flash_mapping_index(position, true) != INVALID_DWORD) {
+            return m_manager.sfl_get_chain_longest_program_utime();
+        }
+    }
+    return std::nullopt;
+}
+
+std::string compared_text(const std::vector<PGMDEV_FLASH_COMPARED_BYTE>& compared) {
+    std::string text;
+    for (const PGMDEV_FLASH_COMPARED_BYTE& each : compared) {
+        if (each.given) {
+            text += fmt::format("{}byte {} = {:02X}", text.empty() ? "" : ", ", each.position, each.expected);
+        }
+    }
+    return text;
+}

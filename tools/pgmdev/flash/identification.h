@@ -1,0 +1,85 @@
+#pragma once
+
+/// \file
+/// One response, and all that is known of it.
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "pgmdev_flash_candidates.h"
+#include "pgmdev_flash_manager.h"
+#include "pgmdev_flash_notes.h"
+#include "terminal/input.h"
+#include "terminal/json.h"
+#include "terminal/schema.h"
+
+/// What a flash answered, as it was asked for.
+struct FLASH_QUESTION {
+    std::string text;   ///< as it was given
+    ID_RESPONSE bytes;  ///< none: only `by_hand` tells
+    bool silicon_id = false;
+    std::string by_hand;  ///< the device name to map it to; "": the response decides
+
+    /// "EF7017", or "silicon:13" for an electronic signature; with `all_silicon` all are. What is none throws USAGE_ERROR.
+    static FLASH_QUESTION parse(const std::string& text, bool all_silicon);
+};
+
+/// Which flash that is.
+struct FLASH_IDENTIFICATION {
+    FLASH_QUESTION question;
+    DWORD index = INVALID_DWORD;  ///< of the record that it is mapped to
+    PGMDEV_FLASH_CANDIDATES candidates;
+    std::vector<PGMDEV_FLASH_AMBIGUITY> ambiguities;
+    std::vector<PGMDEV_FLASH_CONTRADICTION> contradictions;
+    std::vector<DWORD> nearest;  ///< records that an unmapped one may be, or is near to
+
+    bool is_mapped() const { return index != INVALID_DWORD; }
+    bool is_by_hand() const { return !question.by_hand.empty(); }
+    bool is_sure() const;
+
+    /// Whether no chip answers like this, or not the one that it is mapped to, and nobody has said that it is that one.
+    bool is_doubtful() const;
+};
+
+/// The database with what is known besides.
+class FLASH_IDENTIFIER {
+public:
+    explicit FLASH_IDENTIFIER(DWORD device_count);
+
+    /// Maps the device at that position. A name of no record throws USAGE_ERROR.
+    FLASH_IDENTIFICATION identify(DWORD position, FLASH_QUESTION question);
+
+    /// Over all devices that are mapped; nothing when none is.
+    std::optional<DWORD> longest_program_utime();
+
+    const PGMDEV_SFL_FLASH_INFO& record(DWORD index) const { return m_records[index]; }
+
+    /// Whether a device of that name is among the records.
+    bool knows(const std::string& device_name);
+
+    /// Names of records that begin like it, or that it begins like.
+    std::vector<std::string> similar_names(const std::string& device_name);
+
+private:
+    DWORD index_of(const std::string& device_name);
+
+    PGMDEV_FLASH_MANAGER m_manager;
+    PGMDEV_FLASH_NOTES m_notes;
+    const PGMDEV_SFL_FLASH_INFO* m_records;
+    DWORD m_device_count;
+};
+
+/// "byte 1 = BA, byte 2 = 18": the bytes of a list, those that are not given left out.
+std::string compared_text(const std::vector<PGMDEV_FLASH_COMPARED_BYTE>& compared);
+
+/// What a person who drives the flash must know first: contradictions, what else it may be and what a mistake does.
+void print_identification(DWORD position, const FLASH_IDENTIFICATION& device, FLASH_IDENTIFIER& identifier);
+
+/// `position`, `mapped`, `index`, the members of the record, and what is known besides; `candidates` only in a chain, or
+/// of a device that is mapped.
+JSON identification_json(DWORD position, const FLASH_IDENTIFICATION& device, FLASH_IDENTIFIER& identifier,
+                         bool in_a_chain);
+
+/// What identification_json has.
+std::vector<SCHEMA_MEMBER> identification_members();

@@ -1,0 +1,201 @@
+#include <fmt/core.h>
+
+#include <algorithm>
+#include <utility>
+
+#include "flash/identification.h"
+#include "flash/output.h"
+#include "terminal/text_table.h"
+
+// An identification for people: what may go wrong stands first.
+
+namespace {
+
+using RISK = PGMDEV_FLASH_DIFFERENCE::RISK;
+using STANDING = PGMDEV_FLASH_CANDIDATE::STANDING;
+
+constexpr std::size_t MOST_NAMES = 8;
+constexpr std::size_t MOST_DANGERS = 12;
+
+/// A mistake, and what it does.
+struct DANGER {
+    RISK risk;
+    std::string text;
+};
+
+void print_part(std::string_view label, const std::string& text) {
+    fmt::print("  {:<14}{}\n", label, printable(text));
+}
+
+/// The names, the first few of them, without repeating any.
+std::string joined(const std::vector<std::string>& names) {
+    std::vector<std::string> different;
+    for (const std::string& name : names) {
+        if (std::find(different.begin(), different.end(), name) == different.end()) {
+            different.push_back(name);
+        }
+    }
+    std::string text;
+    for (std::size_t i = 0; i < std::min(different.size(), MOST_NAMES); ++i) {
+        text += (i == 0 ? "" : ", ") + different[i];
+    }
+    return different.size() > MOST_NAMES ? text + fmt::format(" and {} more", different.size() - MOST_NAMES) : text;
+}
+
+std::string bytes_to_read(const std::vector<BYTE>& missing) {
+    return missing.empty() ? "" : fmt::format("; read {} bytes to tell", missing.back() + 1);
+}
+
+/// The byte of the response that speaks for the taken record alone.
+std::string deciding_bytes(const PGMDEV_FLASH_CANDIDATE& taken, const PGMDEV_FLASH_CANDIDATE& other) {
+    std::vector<PGMDEV_FLASH_COMPARED_BYTE> deciding;
+    for (const PGMDEV_FLASH_COMPARED_BYTE& each : taken.compared) {
+        const bool shared = std::any_of(other.compared.begin(), other.compared.end(),
+                                        [&each](const auto& byte) { return byte.position == each.position; });
+        if (!shared) {
+            deciding.push_back(each);
+        }
+    }
+    return compared_text(deciding);
+}
+
+std::vector<BYTE> missing_of(const PGMDEV_FLASH_CANDIDATE& candidate) {
+    std::vector<BYTE> missing;
+    for (const PGMDEV_FLASH_COMPARED_BYTE& each : candidate.compared) {
+        if (!each.given) {
+            missing.push_back(each.position);
+        }
+    }
+    return missing;
+}
+
+/// What driving it as the taken record says would do to each other device that it may be.
+std::vector<DANGER> dangers_of(const FLASH_IDENTIFICATION& device, const FLASH_IDENTIFIER& identifier) {
+    std::vector<DANGER> dangers;
+    const auto add = [&dangers](RISK risk, std::string text) {
+        const auto same = [&text](const DANGER& danger) { return danger.text == text; };
+        if (std::none_of(dangers.begin(), dangers.end(), same)) {
+            dangers.push_back({risk, std::move(text)});
+        }
+    };
+    for (const PGMDEV_FLASH_CANDIDATE& candidate : device.candidates.candidates()) {
+        if (candidate.standing == STANDING::PASSED_OVER) {
+            continue;
+        }
+        for (const PGMDEV_FLASH_DIFFERENCE& difference : candidate.differences) {
+            if (difference.risk < RISK::FLOW) {
+                add(difference.risk, fmt::format("{}: {}{}", identifier.record(candidate.index).device_name,
+                                                 difference.harm, bytes_to_read(missing_of(candidate))));
+            }
+        }
+    }
+    std::stable_sort(dangers.begin(), dangers.end(), [](const DANGER& a, const DANGER& b) { return a.risk < b.risk; });
+    return dangers;
+}
+
+void print_dangers(const FLASH_IDENTIFICATION& device, const FLASH_IDENTIFIER& identifier) {
+    const std::vector<DANGER> dangers = dangers_of(device, identifier);
+    for (std::size_t i = 0; i < std::min(dangers.size(), MOST_DANGERS); ++i) {
+        print_part(i == 0 ? "danger" : "", dangers[i].text);
+    }
+    if (dangers.size() > MOST_DANGERS) {
+        print_part("", fmt::format("and {} more, which --json lists", dangers.size() - MOST_DANGERS));
+    }
+    for (const PGMDEV_FLASH_AMBIGUITY& ambiguity : device.ambiguities) {
+        std::string chips;
+        for (const std::string& chip : ambiguity.chips) {
+            chips += (chips.empty() ? "" : " or ") + chip;
+        }
+        print_part("known", fmt::format("{}: {}", chips, ambiguity.harm));
+        print_part("", fmt::format("told apart by {}", ambiguity.told_apart_by));
+    }
+}
+
+void print_certainty(const FLASH_IDENTIFICATION& device, const FLASH_IDENTIFIER& identifier) {
+    const PGMDEV_FLASH_CANDIDATES& all = device.candidates;
+    std::vector<std::string> others{identifier.record(device.index).device_name};
+    std::vector<std::string> passed_over;
+    const PGMDEV_FLASH_CANDIDATE* taken = nullptr;
+    for (const PGMDEV_FLASH_CANDIDATE& candidate : all.candidates()) {
+        taken = candidate.standing == STANDING::TAKEN ? &candidate : taken;
+    }
+    for (const PGMDEV_FLASH_CANDIDATE& candidate : all.candidates()) {
+        const std::string& name = identifier.record(candidate.index).device_name;
+        if (candidate.standing == STANDING::PASSED_OVER && taken != nullptr) {
+            passed_over.push_back(fmt::format("{} ({} decides)", name, deciding_bytes(*taken, candidate)));
+        } else {
+            others.push_back(name);
+        }
+    }
+    if (device.is_by_hand()) {
+        print_part("mapped", "by hand");
+    } else if (device.question.silicon_id) {
+        print_part("like", joined(others) + ": a signature names no maker, and several use the same ones");
+    } else if (device.is_sure()) {
+        print_part("sure", fmt::format("the {} bytes that tell something leave no other device", all.telling_count()));
+    } else if (device.contradictions.empty()) {
+        std::vector<std::string> known = others;
+        for (const PGMDEV_FLASH_AMBIGUITY& ambiguity : device.ambiguities) {
+            known.insert(known.end(), ambiguity.chips.begin(), ambiguity.chips.end());
+        }
+        print_part("one of", joined(known) + bytes_to_read(all.missing_bytes()));
+    }
+    if (!device.is_by_hand()) {
+        print_dangers(device, identifier);
+    }
+    if (!passed_over.empty() && !device.is_by_hand()) {
+        print_part("passed over", joined(passed_over));
+    }
+}
+
+void print_unmapped(DWORD position, const FLASH_IDENTIFICATION& device, const FLASH_IDENTIFIER& identifier) {
+    fmt::print("Device {} ({}): no record matches\n", position, printable(device.question.text));
+    if (device.candidates.oddity().kind != PGMDEV_FLASH_ODDITY::KIND::NONE) {
+        print_part("response", device.candidates.oddity().text);
+    }
+    std::vector<std::string> names;
+    for (const DWORD index : device.nearest) {
+        const PGMDEV_SFL_FLASH_INFO& record = identifier.record(index);
+        names.push_back(fmt::format("{} {} ({})", record.manufacturer_name, record.device_name,
+                                    compared_text(PGMDEV_FLASH_CANDIDATES::compared_bytes(record, UINT8_MAX + 1))));
+    }
+    if (!names.empty()) {
+        print_part(device.candidates.candidates().empty() ? "near to" : "may be",
+                   joined(names) + bytes_to_read(device.candidates.missing_bytes()));
+    }
+    print_dangers(device, identifier);
+}
+
+/// The response is not that of the device: what was compared, and what contradicts.
+void print_contradictions(DWORD position, const FLASH_IDENTIFICATION& device, const PGMDEV_SFL_FLASH_INFO& record) {
+    std::string text;
+    for (const PGMDEV_FLASH_CONTRADICTION& each : device.contradictions) {
+        text += fmt::format("{}byte {} is {:02X}, not {}", text.empty() ? "" : ", ", each.position, each.found,
+                            each.expected);
+    }
+    const std::string compared =
+        compared_text(PGMDEV_FLASH_CANDIDATES::compared_bytes(record, device.candidates.telling_count()));
+    fmt::print("Device {} ({}): {}", position, printable(device.question.text), device.is_by_hand() ? "note: " : "");
+    fmt::print("this is no {} {}: {}", printable(record.manufacturer_name), printable(record.device_name), text);
+    fmt::print("{}\n", device.is_by_hand() ? "" : "; it is mapped by " + compared + " only");
+}
+
+}  // namespace
+
+void print_identification(DWORD position, const FLASH_IDENTIFICATION& device, FLASH_IDENTIFIER& identifier) {
+    if (!device.is_mapped()) {
+        print_unmapped(position, device, identifier);
+        return;
+    }
+    const PGMDEV_SFL_FLASH_INFO& record = identifier.record(device.index);
+    if (!device.contradictions.empty()) {
+        print_contradictions(position, device, record);
+    }
+    fmt::print("Device {} ({}): {} {}, record {}\n", position, printable(device.question.text),
+               printable(record.manufacturer_name), printable(record.device_name), device.index);
+    if (device.candidates.oddity().kind != PGMDEV_FLASH_ODDITY::KIND::NONE) {
+        print_part("response", device.candidates.oddity().text);
+    }
+    print_certainty(device, identifier);
+    print_summary(record);
+}

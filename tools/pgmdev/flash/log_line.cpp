@@ -1,0 +1,261 @@
+#include "flash/log_line.h"
+
+#include <algorithm>
+#include <array>
+#include <cctype>
+
+#include "ascii.h"
+
+namespace {
+
+using BYTES = std::vector<BYTE>;
+
+constexpr std::size_t MOST_BYTES = 32;
+constexpr std::size_t MOST_WORDS_BEFORE = 3;
+constexpr std::string_view SEPARATORS = " \t\r,;:=()[]{}'\"|<>";
+
+/// What stands before the bytes of an identification. The longer phrases come first.
+constexpr std::array PHRASES{
+    std::string_view("jedec id bytes"), std::string_view("id bytes"),  std::string_view("jedec id"),
+    std::string_view("jedec_id"),       std::string_view("jedec-id"),  std::string_view("jedec:"),
+    std::string_view("rdid"),           std::string_view("read id"),   std::string_view("flash id"),
+    std::string_view("chip id"),        std::string_view("device id"), std::string_view("spi id"),
+    std::string_view("identification"), std::string_view("idcode"),    std::string_view("rx |"),
+};
+
+/// Those before a number whose lowest byte is the maker's.
+constexpr std::array NUMBER_PHRASES{std::string_view("(id 0x"), std::string_view("' id = 0x")};
+
+/// Fields of one line that make an identification together, in their order.
+constexpr std::array FIELD_SETS{
+    std::array{std::string_view("id1 "), std::string_view("id2 "), std::string_view("")},
+    std::array{std::string_view("manuf "), std::string_view(" jedec "), std::string_view("ext_jedec ")},
+    std::array{std::string_view("manufacturer:"), std::string_view("device:"), std::string_view("")},
+};
+
+/// What stands before the name of a flash.
+constexpr std::array NAME_PHRASES{std::string_view("sf: detected "), std::string_view("flash chip \""),
+                                  std::string_view("flash chip: "), std::string_view("flash device '")};
+
+std::string lower(std::string text) {
+    std::transform(text.begin(), text.end(), text.begin(), ascii_lower);
+    return text;
+}
+
+bool is_digit(char c) {
+    return (c >= '0' && c <= '9') || (c >= 'a' && c <= 'f');
+}
+
+std::vector<std::string> tokens_of(std::string_view text) {
+    std::vector<std::string> tokens;
+    while (!text.empty()) {
+        const std::size_t end = std::min(text.find_first_of(SEPARATORS), text.size());
+        if (end != 0) {
+            tokens.emplace_back(text.substr(0, end));
+        }
+        text.remove_prefix(std::min(end + 1, text.size()));
+    }
+    return tokens;
+}
+
+/// The bytes that a word spells, in lower case: "ef", "0xef4018", "efh", "0". None when it spells none.
+BYTES bytes_of(std::string word) {
+    while (!word.empty() && word.back() == '.') {
+        word.pop_back();
+    }
+    if (word.starts_with("0x")) {
+        word.erase(0, 2);
+    } else if (word.size() == 3 && word.back() == 'h') {
+        word.pop_back();
+    }
+    if (word.size() == 1) {
+        word.insert(word.begin(), '0');
+    }
+    BYTES bytes;
+    if (word.size() % 2 != 0 || word.size() > 2 * MOST_BYTES || !std::all_of(word.begin(), word.end(), is_digit)) {
+        return bytes;
+    }
+    const auto value = [](char c) { return c <= '9' ? c - '0' : c - 'a' + 10; };
+    for (std::size_t i = 0; i < word.size(); i += 2) {
+        bytes.push_back(static_cast<BYTE>(value(word[i]) * 16 + value(word[i + 1])));
+    }
+    return bytes;
+}
+
+/// The bytes that `text` begins with, a few words before them left out.
+BYTES bytes_at(std::string_view text) {
+    BYTES all;
+    std::size_t words = 0;
+    for (const std::string& token : tokens_of(text)) {
+        const BYTES bytes = bytes_of(token);
+        if (bytes.empty() && (!all.empty() || ++words > MOST_WORDS_BEFORE)) {
+            break;
+        }
+        all.insert(all.end(), bytes.begin(), bytes.end());
+        if (all.size() >= MOST_BYTES || (!all.empty() && token.back() == '.')) {
+            break;
+        }
+    }
+    all.resize(std::min(all.size(), MOST_BYTES));
+    return all;
+}
+
+BYTES first_word_at(std::string_view text) {
+    const std::vector<std::string> tokens = tokens_of(text);
+    return tokens.empty() ? BYTES() : bytes_of(tokens.front());
+}
+
+BYTES behind_phrases(const std::string& line) {
+    BYTES part;
+    for (const std::string_view phrase : PHRASES) {
+        const std::size_t place = line.find(phrase);
+        if (place == std::string::npos) {
+            continue;
+        }
+        BYTES bytes = bytes_at(std::string_view(line).substr(place + phrase.size()));
+        if (phrase == "rx |" && bytes.size() > LEAST_IDENTIFICATION && bytes.front() == 0xFF) {
+            bytes.erase(bytes.begin());  // what is read while the command is sent
+        }
+        if (bytes.size() >= LEAST_IDENTIFICATION) {
+            return bytes;
+        }
+        part = part.empty() ? bytes : part;
+    }
+    return part;
+}
+
+BYTES behind_number_phrases(const std::string& line) {
+    for (const std::string_view phrase : NUMBER_PHRASES) {
+        const std::size_t place = line.find(phrase);
+        if (place != std::string::npos) {
+            BYTES bytes = first_word_at(std::string_view(line).substr(place + phrase.size()));
+            while (bytes.size() > LEAST_IDENTIFICATION && bytes.front() == 0) {
+                bytes.erase(bytes.begin());
+            }
+            std::reverse(bytes.begin(), bytes.end());
+            return bytes;
+        }
+    }
+    return {};
+}
+
+BYTES in_fields(const std::string& line) {
+    for (const auto& fields : FIELD_SETS) {
+        BYTES all;
+        bool complete = true;
+        for (const std::string_view field : fields) {
+            const std::size_t place = field.empty() ? std::string::npos : line.find(field);
+            if (place == std::string::npos) {
+                complete = complete && field.empty();
+                continue;
+            }
+            const BYTES bytes = first_word_at(std::string_view(line).substr(place + field.size()));
+            all.insert(all.end(), bytes.begin(), bytes.end());
+        }
+        if (complete && all.size() >= LEAST_IDENTIFICATION) {
+            return all;
+        }
+    }
+    return {};
+}
+
+/// Whether the word is an offset of a dump that begins there: nothing but zeros, four at least, or a colon behind it.
+bool is_first_offset(std::string word) {
+    word.erase(0, word.starts_with("0x") ? 2 : 0);
+    const bool marked = word.ends_with(':');
+    word.erase(word.find_last_not_of(':') + 1);
+    return word.find_first_not_of('0') == std::string::npos && (word.size() >= 4 || (marked && !word.empty()));
+}
+
+/// The name of a flash has letters and digits.
+bool is_name(const std::string& word) {
+    const auto any = [&word](int (*is)(int)) {
+        return std::any_of(word.begin(), word.end(), [is](char c) { return is(static_cast<unsigned char>(c)) != 0; });
+    };
+    return word.size() >= 4 && any([](int c) { return std::isdigit(c); }) && any([](int c) { return std::isalpha(c); });
+}
+
+/// A name, or several with strokes between them.
+std::vector<std::string> names_of(const std::string& words) {
+    std::vector<std::string> names;
+    for (std::size_t begin = 0; begin < words.size();) {
+        const std::size_t end = std::min(words.find('/', begin), words.size());
+        const std::string name = words.substr(begin, end - begin);
+        if (is_name(name)) {
+            names.push_back(name);
+        }
+        begin = end + 1;
+    }
+    return names;
+}
+
+/// What a kernel calls the flash, behind "spi0.0: "; found: behind that word.
+std::string kernel_name(const std::string& line) {
+    const std::size_t driver = std::min(line.find("spi-nor spi"), line.find("m25p80 spi"));
+    const std::size_t colon = driver == std::string::npos ? driver : line.find(": ", driver);
+    if (colon == std::string::npos) {
+        return "";
+    }
+    const std::vector<std::string> tokens = tokens_of(std::string_view(line).substr(colon + 2));
+    if (tokens.size() > 1 && tokens[0] == "found") {
+        return tokens[1];
+    }
+    const bool states_size = line.find("bytes)", colon) != std::string::npos;
+    return states_size && !tokens.empty() ? tokens[0] : "";
+}
+
+}  // namespace
+
+std::vector<BYTE> identification_in(const std::string& line) {
+    const std::string text = lower(line);
+    BYTES bytes = in_fields(text);
+    if (bytes.empty()) {
+        bytes = behind_number_phrases(text);
+    }
+    return bytes.empty() ? behind_phrases(text) : bytes;
+}
+
+std::vector<BYTE> field_in(const std::string& line, std::string_view field) {
+    const std::string text = lower(line);
+    const std::size_t place = text.find(field);
+    return place == std::string::npos ? BYTES() : first_word_at(std::string_view(text).substr(place + field.size()));
+}
+
+std::vector<BYTE> dump_in(const std::string& line) {
+    std::string text = lower(line);
+    const std::size_t begin = std::min(text.find_first_not_of(" \t"), text.size());
+    const std::size_t end = std::min(text.find_first_of(" \t\r", begin), text.size());
+    const std::string first = text.substr(begin, end - begin);
+    const bool has_offset = end < text.size() && is_first_offset(first);
+    text.erase(0, has_offset ? end : begin);
+    text.erase(std::min(text.find("  ", text.find_first_not_of(" \t")), text.size()));  // characters, or a gap
+    const std::vector<std::string> words = tokens_of(text);
+    const bool in_words = has_offset && first.size() == 7 && !words.empty() && words.front().size() == 4;
+    BYTES all;
+    for (const std::string& word : words) {
+        BYTES bytes = bytes_of(word);
+        if (bytes.empty() || (!has_offset && bytes.size() != 1 && words.size() > 1)) {
+            return {};
+        }
+        if (in_words) {
+            std::reverse(bytes.begin(), bytes.end());  // numbers of a machine that begins with the lowest byte
+        }
+        all.insert(all.end(), bytes.begin(), bytes.end());
+    }
+    constexpr std::array<BYTE, 4> SELF_DESCRIPTION{'S', 'F', 'D', 'P'};
+    const bool describes = all.size() >= 4 && std::equal(SELF_DESCRIPTION.begin(), SELF_DESCRIPTION.end(), all.begin());
+    return all.size() < LEAST_IDENTIFICATION || describes ? BYTES() : all;
+}
+
+std::vector<std::string> names_in(const std::string& line) {
+    const std::string text = lower(line);
+    for (const std::string_view phrase : NAME_PHRASES) {
+        const std::size_t place = text.find(phrase);
+        if (place != std::string::npos) {
+            const std::size_t begin = place + phrase.size();
+            const std::size_t end = line.find_first_of(" \t\r\"',", begin);
+            return names_of(line.substr(begin, std::min(end, line.size()) - begin));
+        }
+    }
+    return names_of(kernel_name(text));
+}

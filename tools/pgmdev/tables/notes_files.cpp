@@ -1,0 +1,46 @@
+#include "tables/notes_files.h"
+
+#include <algorithm>
+
+#include "fio.h"
+#include "tables/fault_output.h"
+#include "tables/file_bytes.h"
+#include "terminal/schema.h"
+
+namespace {
+
+constexpr const char* NOTE_KEY = "note";
+
+}  // namespace
+
+bool NOTES_FAULTS::has_fault() const {
+    return std::any_of(faults.begin(), faults.end(), [](const PGMDEV_TABLE_FAULT& fault) {
+        return fault.severity == PGMDEV_TABLE_FAULT::SEVERITY::FAULT;
+    });
+}
+
+JSON notes_json(const std::vector<NOTES_FAULTS>& notes) {
+    JSON array = JSON::array();
+    for (const NOTES_FAULTS& each : notes) {
+        array.push_back({{"file", each.file}, {"faults", faults_json(each.faults, NOTE_KEY)}});
+    }
+    return array;
+}
+
+JSON notes_schema() {
+    return array_schema(object_schema({{"file", text_schema()}, {"faults", array_schema(fault_schema(NOTE_KEY))}}));
+}
+
+NOTES_COPIES::NOTES_COPIES(const std::vector<NOTES_COPY>& files) {
+    for (const NOTES_COPY& file : files) {
+        if (FIO_FILE_SYSTEM::exists(file.source.c_str())) {
+            m_outputs.emplace_back(file.copy).write(required_file_bytes(file.source));
+        }
+    }
+}
+
+void NOTES_COPIES::commit() {
+    for (OUTPUT_FILE& output : m_outputs) {
+        output.commit();
+    }
+}

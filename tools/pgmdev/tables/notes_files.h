@@ -1,0 +1,40 @@
+#pragma once
+
+/// \file
+/// The notes beside a source table: checked and compiled with it, so that table and notes travel together.
+
+#include <deque>
+#include <string>
+#include <vector>
+
+#include "files/output.h"
+#include "pgmdev_table_fault.h"
+#include "terminal/json.h"
+
+/// What is wrong with one of them.
+struct NOTES_FAULTS {
+    std::string file;
+    std::vector<PGMDEV_TABLE_FAULT> faults;
+
+    bool has_fault() const;
+};
+
+/// As an array of objects, and its schema.
+JSON notes_json(const std::vector<NOTES_FAULTS>& notes);
+JSON notes_schema();
+
+/// A file of notes, and the one beside the database that it becomes.
+struct NOTES_COPY {
+    std::string source;
+    std::string copy;
+};
+
+/// The copies, written and ready to take their places. Notes that are not there are left out.
+class NOTES_COPIES {
+public:
+    explicit NOTES_COPIES(const std::vector<NOTES_COPY>& files);
+    void commit();
+
+private:
+    std::deque<OUTPUT_FILE> m_outputs;  // whose elements stay where they are
+};

@@ -40,13 +40,16 @@ struct PGMDEV_FLASH_DIFFERENCE {
     std::string harm;   ///< what happens when the other one is driven like the first: a clause; "" when nothing does
 };
 
+class PGMDEV_FLASH_NOTES;
+
 /// A record that the response admits.
 struct PGMDEV_FLASH_CANDIDATE {
     enum class STANDING {
-        TAKEN,       ///< PGMDEV_FLASH_MANAGER maps the response to it
-        ALIKE,       ///< no byte speaks for the taken one rather than for this one
-        OPEN,        ///< a byte that it compares was not given
-        PASSED_OVER  ///< the taken one compares a byte of the response that this one does not
+        TAKEN,        ///< PGMDEV_FLASH_MANAGER maps the response to it
+        ALIKE,        ///< no byte speaks for the taken one rather than for this one
+        OPEN,         ///< a byte that it compares was not given
+        PASSED_OVER,  ///< the taken one compares a byte of the response that this one does not
+        RULED_OUT     ///< not by what it compares, but by what is known of its identification besides
     };
 
     DWORD index = 0;  ///< among the records
@@ -81,9 +84,10 @@ struct PGMDEV_FLASH_ODDITY {
 class PGMDEV_EXPORT PGMDEV_FLASH_CANDIDATES {
 public:
     /// `records` are those of PGMDEV_FLASH_MANAGER::get_flash_database. Of the response, `given` bytes (256 at most) were
-    /// read; with `silicon_id` it is an electronic signature.
+    /// read; with `silicon_id` it is an electronic signature. `notes` (pgmdev_flash_notes.h), null for none, rule out
+    /// records that compare only some bytes of their chips' identifications.
     PGMDEV_FLASH_CANDIDATES(const PGMDEV_SFL_FLASH_INFO* records, DWORD count, bool silicon_id, const BYTE* response,
-                            DWORD given);
+                            DWORD given, const PGMDEV_FLASH_NOTES* notes = nullptr);
 
     /// Every record that no given byte rules out, in their order. Bytes that only repeat the first three, or that are all
     /// zeros or all ones behind them, tell nothing: they count as not given.

@@ -9,6 +9,7 @@
 
 #include "flash/matching.h"
 #include "flash/oddities.h"
+#include "pgmdev_flash_notes.h"
 
 // The records that a response admits, and how they stand to the one that is taken.
 
@@ -86,12 +87,16 @@ std::vector<DWORD> nearest_records(RECORDS records, std::span<const BYTE> respon
     return nearest;
 }
 
+bool is_possible(const PGMDEV_FLASH_CANDIDATE& candidate) {
+    return candidate.standing != STANDING::PASSED_OVER && candidate.standing != STANDING::RULED_OUT;
+}
+
 /// Positions that are not given and that not all of the candidates in question agree on.
 std::vector<BYTE> missing_bytes_of(const std::vector<PGMDEV_FLASH_CANDIDATE>& candidates) {
     std::set<BYTE> positions;
     for (const PGMDEV_FLASH_CANDIDATE& candidate : candidates) {
         for (const PGMDEV_FLASH_COMPARED_BYTE& each : candidate.compared) {
-            if (!each.given && candidate.standing != STANDING::PASSED_OVER) {
+            if (!each.given && is_possible(candidate)) {
                 positions.insert(each.position);
             }
         }
@@ -106,7 +111,7 @@ bool is_same_device(const RECORD& taken, const PGMDEV_FLASH_CANDIDATE& candidate
 }  // namespace
 
 PGMDEV_FLASH_CANDIDATES::PGMDEV_FLASH_CANDIDATES(const PGMDEV_SFL_FLASH_INFO* records, DWORD count, bool silicon_id,
-                                                 const BYTE* response, DWORD given) {
+                                                 const BYTE* response, DWORD given, const PGMDEV_FLASH_NOTES* notes) {
     const RECORDS all(records, records != nullptr ? count : 0);
     const std::span<const BYTE> bytes(response, std::min<std::size_t>(given, RESPONSE_SIZE));
     m_telling_count = telling_bytes_of(bytes);
@@ -124,6 +129,12 @@ PGMDEV_FLASH_CANDIDATES::PGMDEV_FLASH_CANDIDATES(const PGMDEV_SFL_FLASH_INFO* re
         }
         PGMDEV_FLASH_CANDIDATE candidate{
             index, standing_of(record, taken, m_telling_count), compared_bytes(record, m_telling_count), {}};
+        const bool otherwise_known =
+            notes != nullptr && !silicon_id && &record != taken &&
+            !notes->contradictions(record.device_name, telling.data(), m_telling_count).empty();
+        if (otherwise_known) {
+            candidate.standing = STANDING::RULED_OUT;
+        }
         if (taken != nullptr && &record != taken) {
             candidate.differences = differences(*taken, record);
             m_sure =

@@ -65,7 +65,7 @@ std::vector<PGMDEV_FLASH_NOTES::FILE_FAULTS> PGMDEV_FLASH_NOTES::faults_with(
         if (record == nullptr || std::none_of(ambiguity.chips.begin(), ambiguity.chips.end(), is_named)) {
             const std::string digits = digits_of(ambiguity.response);
             all[0].faults.push_back(warning(
-                ambiguity.line, digits, "chips", "",
+                ambiguity.line, ambiguity.chips_column, digits, "chips", "",
                 record == nullptr
                     ? "no row of the table answers this response"
                     : "the table answers this response with " + record->device_name + ", which is none of the chips"));

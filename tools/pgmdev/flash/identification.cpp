@@ -14,6 +14,9 @@
 
 namespace {
 
+/// A name is similar that has as many characters of another one.
+constexpr std::size_t LEAST_BEGINNING = 5;
+
 constexpr std::string_view SILICON_PREFIX = "silicon:";
 
 PGMDEV_FLASH_NOTES installed_notes() {
@@ -87,14 +90,19 @@ std::vector<std::string> FLASH_IDENTIFIER::similar_names(const std::string& devi
             names.push_back(m_records[i].device_name);
         }
     }
-    return longer_or_shorter(device_name, names);
+    std::vector<std::string> similar;
+    for (std::size_t length = device_name.size(); similar.empty() && length >= LEAST_BEGINNING; --length) {
+        similar = longer_or_shorter(device_name.substr(0, length), names);
+    }
+    return similar;
 }
 
 FLASH_IDENTIFICATION FLASH_IDENTIFIER::identify(DWORD position, FLASH_QUESTION question) {
     const DWORD count = m_manager.get_flash_count();
     ID_RESPONSE& bytes = question.bytes;
     FLASH_IDENTIFICATION device{
-        question, INVALID_DWORD, {m_records, count, question.silicon_id, bytes.data(), bytes.count}, {}, {}, {}};
+        question, INVALID_DWORD, {m_records, count, question.silicon_id, bytes.data(), bytes.count, &m_notes}, {}, {},
+        {}};
     const DWORD telling = device.candidates.telling_count();
     if (count != 0 && m_manager.flash_id_database_mapping(question.silicon_id, position, bytes.data())) {
         device.index = m_manager.get_flash_mapping_index(position, false);
@@ -110,13 +118,13 @@ FLASH_IDENTIFICATION FLASH_IDENTIFIER::identify(DWORD position, FLASH_QUESTION q
         device.contradictions = m_notes.contradictions(m_records[device.index].device_name, bytes.data(), telling);
     }
     if (!device.is_mapped()) {
-        device.nearest = device.candidates.nearest();
-        if (!device.candidates.candidates().empty()) {
-            device.nearest.clear();
-        }
+        std::vector<DWORD> possible;
         for (const PGMDEV_FLASH_CANDIDATE& candidate : device.candidates.candidates()) {
-            device.nearest.push_back(candidate.index);
+            if (candidate.standing == PGMDEV_FLASH_CANDIDATE::STANDING::OPEN) {
+                possible.push_back(candidate.index);
+            }
         }
+        device.nearest = possible.empty() ? device.candidates.nearest() : possible;
     }
     return device;
 }

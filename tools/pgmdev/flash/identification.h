@@ -58,7 +58,7 @@ public:
     /// Whether a device of that name is among the records.
     bool knows(const std::string& device_name);
 
-    /// Names of records that begin like it, or that it begins like.
+    /// Names of records that have the longest beginning in common with it.
     std::vector<std::string> similar_names(const std::string& device_name);
 
 private:

@@ -7,7 +7,7 @@
 
 namespace {
 
-constexpr std::array STANDINGS{"taken", "alike", "open", "passed_over"};
+constexpr std::array STANDINGS{"taken", "alike", "open", "passed_over", "ruled_out"};
 constexpr std::array ODDITIES{"none",    "idle",    "stuck", "continuation", "late", "first_byte_missing",
                               "shifted", "repeated"};
 

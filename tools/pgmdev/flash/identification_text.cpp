@@ -17,10 +17,11 @@ using STANDING = PGMDEV_FLASH_CANDIDATE::STANDING;
 constexpr std::size_t MOST_NAMES = 8;
 constexpr std::size_t MOST_DANGERS = 12;
 
-/// A mistake, and what it does.
+/// A mistake, what it does, and to which devices.
 struct DANGER {
     RISK risk;
-    std::string text;
+    std::string harm;
+    std::vector<std::string> devices;
 };
 
 void print_part(std::string_view label, const std::string& text) {
@@ -69,23 +70,30 @@ std::vector<BYTE> missing_of(const PGMDEV_FLASH_CANDIDATE& candidate) {
     return missing;
 }
 
-/// What driving it as the taken record says would do to each other device that it may be.
+bool is_possible(const PGMDEV_FLASH_CANDIDATE& candidate) {
+    return candidate.standing != STANDING::PASSED_OVER && candidate.standing != STANDING::RULED_OUT;
+}
+
+void add_danger(std::vector<DANGER>& dangers, RISK risk, const std::string& harm, const std::string& device) {
+    const auto same = [&harm](const DANGER& danger) { return danger.harm == harm; };
+    const auto found = std::find_if(dangers.begin(), dangers.end(), same);
+    if (found == dangers.end()) {
+        dangers.push_back({risk, harm, {device}});
+    } else {
+        found->devices.push_back(device);
+    }
+}
+
+/// What driving it as the taken record says would do to each other device that it may be, for each risk the worst.
 std::vector<DANGER> dangers_of(const FLASH_IDENTIFICATION& device, const FLASH_IDENTIFIER& identifier) {
     std::vector<DANGER> dangers;
-    const auto add = [&dangers](RISK risk, std::string text) {
-        const auto same = [&text](const DANGER& danger) { return danger.text == text; };
-        if (std::none_of(dangers.begin(), dangers.end(), same)) {
-            dangers.push_back({risk, std::move(text)});
-        }
-    };
     for (const PGMDEV_FLASH_CANDIDATE& candidate : device.candidates.candidates()) {
-        if (candidate.standing == STANDING::PASSED_OVER) {
-            continue;
-        }
+        RISK told = RISK::NONE;
         for (const PGMDEV_FLASH_DIFFERENCE& difference : candidate.differences) {
-            if (difference.risk < RISK::FLOW) {
-                add(difference.risk, fmt::format("{}: {}{}", identifier.record(candidate.index).device_name,
-                                                 difference.harm, bytes_to_read(missing_of(candidate))));
+            if (is_possible(candidate) && difference.risk < RISK::FLOW && difference.risk != told) {
+                told = difference.risk;
+                add_danger(dangers, told, difference.harm + bytes_to_read(missing_of(candidate)),
+                           identifier.record(candidate.index).device_name);
             }
         }
     }
@@ -96,7 +104,7 @@ std::vector<DANGER> dangers_of(const FLASH_IDENTIFICATION& device, const FLASH_I
 void print_dangers(const FLASH_IDENTIFICATION& device, const FLASH_IDENTIFIER& identifier) {
     const std::vector<DANGER> dangers = dangers_of(device, identifier);
     for (std::size_t i = 0; i < std::min(dangers.size(), MOST_DANGERS); ++i) {
-        print_part(i == 0 ? "danger" : "", dangers[i].text);
+        print_part(i == 0 ? "danger" : "", joined(dangers[i].devices) + ": " + dangers[i].harm);
     }
     if (dangers.size() > MOST_DANGERS) {
         print_part("", fmt::format("and {} more, which --json lists", dangers.size() - MOST_DANGERS));
@@ -123,7 +131,7 @@ void print_certainty(const FLASH_IDENTIFICATION& device, const FLASH_IDENTIFIER&
         const std::string& name = identifier.record(candidate.index).device_name;
         if (candidate.standing == STANDING::PASSED_OVER && taken != nullptr) {
             passed_over.push_back(fmt::format("{} ({} decides)", name, deciding_bytes(*taken, candidate)));
-        } else {
+        } else if (is_possible(candidate)) {
             others.push_back(name);
         }
     }
@@ -160,7 +168,7 @@ void print_unmapped(DWORD position, const FLASH_IDENTIFICATION& device, const FL
                                     compared_text(PGMDEV_FLASH_CANDIDATES::compared_bytes(record, UINT8_MAX + 1))));
     }
     if (!names.empty()) {
-        print_part(device.candidates.candidates().empty() ? "near to" : "may be",
+        print_part(device.nearest == device.candidates.nearest() ? "near to" : "may be",
                    joined(names) + bytes_to_read(device.candidates.missing_bytes()));
     }
     print_dangers(device, identifier);

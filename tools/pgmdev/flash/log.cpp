@@ -37,22 +37,22 @@ class SPREAD_IDENTIFICATION {
 public:
     /// The bytes when the line completes them.
     std::vector<BYTE> take(const std::string& line, std::size_t number) {
-        for (const auto& form : FORMS) {
-            for (std::size_t i = 0; i < form.size(); ++i) {
-                const std::vector<BYTE> bytes = field_in(line, form[i]);
-                if (bytes.empty() || bytes.size() > 2) {
+        for (std::size_t form = 0; form < FORMS.size(); ++form) {
+            PROGRESS& progress = m_progress[form];
+            for (std::size_t field = 0; field < FORMS[form].size(); ++field) {
+                const std::vector<BYTE> bytes = field_in(line, FORMS[form][field]);
+                const bool continues = field == progress.fields && number - progress.line <= MOST_LINES_BETWEEN;
+                if (bytes.empty() || bytes.size() > 2 || (field != 0 && !continues)) {
                     continue;
                 }
-                const bool continues = m_form == &form && i == m_fields && number - m_line <= MOST_LINES_BETWEEN;
-                if (i != 0 && !continues) {
-                    continue;
+                progress.bytes.resize(field == 0 ? 0 : progress.bytes.size());
+                progress.bytes.insert(progress.bytes.end(), bytes.begin(), bytes.end());
+                progress.fields = field + 1;
+                progress.line = number;
+                if (progress.bytes.size() >= LEAST_IDENTIFICATION) {
+                    return progress.bytes;
                 }
-                m_bytes.resize(i == 0 ? 0 : m_bytes.size());
-                m_bytes.insert(m_bytes.end(), bytes.begin(), bytes.end());
-                m_form = &form;
-                m_fields = i + 1;
-                m_line = number;
-                return m_bytes.size() >= LEAST_IDENTIFICATION ? m_bytes : std::vector<BYTE>();
+                break;
             }
         }
         return {};
@@ -60,15 +60,22 @@ public:
 
 private:
     using FORM = std::array<std::string_view, 3>;
-    static constexpr std::array<FORM, 2> FORMS{
-        FORM{"jedec id", "memory type", "memory capacity"},
-        FORM{"manufacturer:", "device:", "-"},
+    static constexpr std::string_view NOTHING = "\n";
+    static constexpr std::array<FORM, 4> FORMS{
+        FORM{"jedec id", "memory type", "capacity"},
+        FORM{"manufacturer id", "memory type", "capacity"},
+        FORM{"manufacturer id", "device id", NOTHING},
+        FORM{"manufacturer:", "device:", NOTHING},
     };
 
-    const FORM* m_form = nullptr;
-    std::size_t m_fields = 0;
-    std::size_t m_line = 0;
-    std::vector<BYTE> m_bytes;
+    /// How much of a form the lines have told.
+    struct PROGRESS {
+        std::size_t fields = 0;
+        std::size_t line = 0;  ///< of the last of them
+        std::vector<BYTE> bytes;
+    };
+
+    std::array<PROGRESS, FORMS.size()> m_progress;
 };
 
 }  // namespace

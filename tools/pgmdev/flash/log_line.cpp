@@ -14,13 +14,16 @@ constexpr std::size_t MOST_BYTES = 32;
 constexpr std::size_t MOST_WORDS_BEFORE = 3;
 constexpr std::string_view SEPARATORS = " \t\r,;:=()[]{}'\"|<>";
 
+/// Before all that was read, as a tool shows it.
+constexpr std::string_view RAW_PHRASE = "rx |";
+
 /// What stands before the bytes of an identification. The longer phrases come first.
 constexpr std::array PHRASES{
     std::string_view("jedec id bytes"), std::string_view("id bytes"),  std::string_view("jedec id"),
     std::string_view("jedec_id"),       std::string_view("jedec-id"),  std::string_view("jedec:"),
     std::string_view("rdid"),           std::string_view("read id"),   std::string_view("flash id"),
     std::string_view("chip id"),        std::string_view("device id"), std::string_view("spi id"),
-    std::string_view("identification"), std::string_view("idcode"),    std::string_view("rx |"),
+    std::string_view("identification"), std::string_view("idcode"),    RAW_PHRASE,
 };
 
 /// Those before a number whose lowest byte is the maker's.
@@ -30,6 +33,8 @@ constexpr std::array NUMBER_PHRASES{std::string_view("(id 0x"), std::string_view
 constexpr std::array FIELD_SETS{
     std::array{std::string_view("id1 "), std::string_view("id2 "), std::string_view("")},
     std::array{std::string_view("manuf "), std::string_view(" jedec "), std::string_view("ext_jedec ")},
+    std::array{std::string_view("manufacturer id"), std::string_view("memory type"), std::string_view("capacity")},
+    std::array{std::string_view("manufacturer id"), std::string_view("device id"), std::string_view("")},
     std::array{std::string_view("manufacturer:"), std::string_view("device:"), std::string_view("")},
 };
 
@@ -105,6 +110,25 @@ BYTES first_word_at(std::string_view text) {
     return tokens.empty() ? BYTES() : bytes_of(tokens.front());
 }
 
+bool is_idle(BYTE byte) {
+    return byte == 0x00 || byte == 0xFF;
+}
+
+/// Without what stands before an identification: the command's own byte and, where anything may stand (`raw`), what is
+/// read while that is sent.
+BYTES without_command(BYTES bytes, bool raw) {
+    constexpr BYTE READ_IDENTIFICATION = 0x9F;
+    std::size_t before = 0;
+    while (raw && before < bytes.size() && is_idle(bytes[before])) {
+        ++before;
+    }
+    before += before < bytes.size() && bytes[before] == READ_IDENTIFICATION ? 1U : 0U;
+    if (before + LEAST_IDENTIFICATION <= bytes.size()) {
+        bytes.erase(bytes.begin(), bytes.begin() + static_cast<std::ptrdiff_t>(before));
+    }
+    return bytes;
+}
+
 BYTES behind_phrases(const std::string& line) {
     BYTES part;
     for (const std::string_view phrase : PHRASES) {
@@ -112,10 +136,8 @@ BYTES behind_phrases(const std::string& line) {
         if (place == std::string::npos) {
             continue;
         }
-        BYTES bytes = bytes_at(std::string_view(line).substr(place + phrase.size()));
-        if (phrase == "rx |" && bytes.size() > LEAST_IDENTIFICATION && bytes.front() == 0xFF) {
-            bytes.erase(bytes.begin());  // what is read while the command is sent
-        }
+        const BYTES bytes =
+            without_command(bytes_at(std::string_view(line).substr(place + phrase.size())), phrase == RAW_PHRASE);
         if (bytes.size() >= LEAST_IDENTIFICATION) {
             return bytes;
         }
@@ -244,7 +266,7 @@ std::vector<BYTE> dump_in(const std::string& line) {
     }
     constexpr std::array<BYTE, 4> SELF_DESCRIPTION{'S', 'F', 'D', 'P'};
     const bool describes = all.size() >= 4 && std::equal(SELF_DESCRIPTION.begin(), SELF_DESCRIPTION.end(), all.begin());
-    return all.size() < LEAST_IDENTIFICATION || describes ? BYTES() : all;
+    return all.size() < LEAST_IDENTIFICATION || describes ? BYTES() : without_command(all, true);
 }
 
 std::vector<std::string> names_in(const std::string& line) {

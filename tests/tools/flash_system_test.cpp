@@ -48,7 +48,8 @@ TEST(flash_identify_system, EveryFlashOfTheKernel) {
     EXPECT_EQ(answer.at("found"), true);
     ASSERT_EQ(answer.at("devices").size(), 2U);
     const JSON& first = answer.at("devices").at(0);
-    EXPECT_EQ(first.at("device_name"), "W25Q128");
+    EXPECT_EQ(first.at("manufacturer_name"), "Winbond");
+    EXPECT_FALSE(first.at("candidates").empty());
     EXPECT_EQ(first.at("system"), (JSON{{"device", "spi0.0"},
                                         {"jedec_id", "ef4018"},
                                         {"manufacturer", "winbond"},
@@ -69,7 +70,7 @@ TEST(flash_identify_system, DirectoryMayStandForAnyOfItsParents) {
     for (const std::string directory : {".", "sys", "sys/bus/spi/devices"}) {
         const PROCESS_RESULT result = run_command({"flash", "identify", "--system", root.path(directory)});
         EXPECT_EQ(result.exit_code, DONE) << directory << result.errors;
-        EXPECT_TRUE(contains(result.output, "Device 0 (spi0.0, ef4018): Winbond W25Q128")) << result.output;
+        EXPECT_TRUE(contains(result.output, "The kernel calls it spi0.0\n")) << result.output;
     }
 }
 

@@ -10,7 +10,7 @@ namespace {
 using SFDP = PGMDEV_FLASH_SFDP;
 using RECORD = PGMDEV_SFL_FLASH_INFO;
 
-constexpr QWORD MBIT = 1024 * 1024;
+constexpr QWORD MBIT = QWORD{1} << 20;
 constexpr QWORD REACH_OF_3_BYTES = 128 * MBIT;  ///< in bits
 
 /// The code of a density class, and the size from which it counts.

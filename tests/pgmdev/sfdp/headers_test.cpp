@@ -8,7 +8,6 @@ namespace {
 
 using namespace sfdp_sample;
 using testing::ElementsAre;
-using testing::HasSubstr;
 using testing::IsEmpty;
 
 using SFDP = PGMDEV_FLASH_SFDP;

@@ -120,7 +120,7 @@ fs::path spi_directory(const std::vector<std::string>& given) {
         return fs::path("/") / PLACES[0];
 #endif
     }
-    const fs::path root = fio_get_unc_full_path(FIO_PATH(given.front()).fullpath());
+    fs::path root = fio_get_unc_full_path(FIO_PATH(given.front()).fullpath());
     std::error_code error;
     const fs::file_status status = fs::status(root, error);
     if (!fs::is_directory(status)) {

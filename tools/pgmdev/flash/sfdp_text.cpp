@@ -122,10 +122,10 @@ void print_sfdp(const std::string& title, const PGMDEV_FLASH_SFDP& sfdp) {
     fmt::print("{}: SFDP {}.{} ({})\n", printable(title), sfdp.major(), sfdp.minor(), sfdp.standard());
     print_lines("tables", table_lines(sfdp));
     print_lines("size", {basic.density_bits ? fmt::format("{}, {} bytes", size_text(*basic.density_bits), basic.bytes())
-                                           : std::string("not known")});
+                                            : std::string("not known")});
     print_lines("addresses", {PGMDEV_FLASH_SFDP::address_text(basic.address_code) + " bytes"});
     print_lines("4-byte mode",
-               {"on by " + listed(basic.enter_4byte, "nothing"), "off by " + listed(basic.exit_4byte, "nothing")});
+                {"on by " + listed(basic.enter_4byte, "nothing"), "off by " + listed(basic.exit_4byte, "nothing")});
     if (sfdp.four_byte()) {
         print_lines("4-byte opcodes", {listed(sfdp.four_byte()->support, "none")});
     }

@@ -37,7 +37,8 @@ DUMP_LINE taken_apart(std::string_view line, bool has_offsets) {
         return {number, pairs.substr(0, pairs.find("  "))};  // behind two blanks stand characters
     }
     const std::string_view pairs = without_blanks_before(rest);
-    const bool pairs_follow = pairs.size() == 2 || (pairs.size() > 2 && HEX_DIGITS.find(pairs[2]) == pairs.npos);
+    const bool pairs_follow =
+        pairs.size() == 2 || (pairs.size() > 2 && HEX_DIGITS.find(pairs[2]) == std::string_view::npos);
     const bool is_last = rest.empty() && has_offsets;
     if (number.size() >= DIGITS_BEFORE_BLANKS && (pairs_follow || is_last)) {
         return {number, pairs.substr(0, pairs.find('|'))};

@@ -228,6 +228,7 @@ void identify_flash(const ARGUMENTS& given, COMMAND& command) {
         identify_batch(silicon, command);
     } else {
         std::vector<FLASH_QUESTION> questions;
+        questions.reserve(responses.size());
         for (const std::string& response : responses) {
             questions.push_back(FLASH_QUESTION::parse(response, silicon));
         }

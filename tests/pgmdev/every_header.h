@@ -23,6 +23,7 @@
 #include "pgmdev_flash_ini.h"
 #include "pgmdev_flash_manager.h"
 #include "pgmdev_flash_notes.h"
+#include "pgmdev_flash_sfdp.h"
 #include "pgmdev_flash_table.h"
 #include "pgmdev_hps_member.h"
 #include "pgmdev_hps_mgr.h"

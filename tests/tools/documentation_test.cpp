@@ -7,7 +7,7 @@
 
 // What the guides to the command show of a console is what the command does. A guide is docs/command*.md; in its blocks
 // that begin with ```console,
-//   $ pgmdev ...            is run, in a directory with the source tables below data/
+//   $ pgmdev ...            is run, in a directory with the source tables below data/ and SFDP dumps below sfdp/
 //   $ printf '...' | pgmdev ...   likewise, with that input
 //   $ echo $?               tells the exit code of the last run; where it is not asked for, it is 0
 //   pgmdev: ...             is a line on standard error
@@ -134,6 +134,7 @@ void run_block(const std::vector<STEP>& steps) {
     const SCRATCH scratch;
     const auto copied = std::filesystem::copy_options::recursive;
     std::filesystem::copy(PROJECT / "data", scratch.directory() / "data", copied);
+    std::filesystem::copy(TEST_SFDP_DIR, scratch.directory() / "sfdp");
     int exit_code = DONE;
     for (std::size_t i = 0; i < steps.size(); ++i) {
         if (steps[i].command == "echo $?") {

@@ -27,6 +27,7 @@ public:
         for (const char* name : {"pgm_flash.pcf", "pgm_dev_info.pcf"}) {
             fs::copy_file(fs::path(TEST_DEVICES_DIR) / "programmer" / name, here / name);
         }
+        fs::copy_file(fs::path(TEST_SFDP_DIR) / "W25Q128JV.sfdp", here / "chip.sfdp");
         m_scratch.write("answers.txt", ANSWERS);
         m_scratch.write("pgm_flash.ini", prepared().container);
         m_scratch.write("spi.bin", prepared().block);

@@ -50,6 +50,8 @@ struct RUN {
 
 const std::string FLASH_TABLE = std::string(TEST_DATA_DIR) + "/flash/pgm_flash.csv";
 const std::string FLASH_DATABASE_FILE = std::string(TEST_DEVICES_DIR) + "/programmer/pgm_flash.pcf";
+const std::string SFDP_DUMP = std::string(TEST_SFDP_DIR) + "/SST26VF064B.sfdp";
+const std::string SHORT_SFDP_DUMP = std::string(TEST_SFDP_DIR) + "/BY25Q32ES.sfdp";
 const std::string PROFILE_TABLE = std::string(TEST_DATA_DIR) + "/dev_info/pgm_dev_info.csv";
 const std::string PROFILE_DATABASE_FILE = std::string(TEST_DEVICES_DIR) + "/programmer/pgm_dev_info.pcf";
 
@@ -81,6 +83,12 @@ const std::vector<RUN> SINGLE{
     {{"flash", "identify"}, {"20BA18", "EF7017"}, "", DONE},
     {{"flash", "identify"}, {"20BA18", "000000"}, "", NOT_FOUND},
     {{"flash", "identify"}, {"rubbish"}, "", WRONG_USAGE},
+    {{"flash", "identify"}, {"--sfdp", SFDP_DUMP, "BF2643"}, "", DONE},
+    {{"flash", "identify"}, {"--sfdp", SHORT_SFDP_DUMP, "684016"}, "", NOT_FOUND},
+    {{"flash", "identify"}, {"--system", TEST_SFDP_DIR}, "", NOT_FOUND},
+    {{"flash", "sfdp"}, {SFDP_DUMP}, "", DONE},
+    {{"flash", "sfdp"}, {SHORT_SFDP_DUMP, "--id", "684016"}, "", DONE},
+    {{"flash", "sfdp"}, {FLASH_TABLE}, "", INTERNAL_ERROR},
     {{"flash", "decode"}, {"rubbish"}, "", INTERNAL_ERROR},
     {{"flash", "check"}, {FLASH_TABLE}, "", DONE},
     {{"flash", "check"}, {PROFILE_TABLE}, "", INTERNAL_ERROR},

@@ -7,6 +7,7 @@
 
 #include "flash/list.h"
 #include "flash/output.h"
+#include "flash/sfdp.h"
 #include "flash/show.h"
 #include "flash/table_records.h"
 #include "flash/verbs.h"
@@ -61,9 +62,16 @@ NOUN flash_noun() {
                     "Find the response in the output of a boot loader, a kernel or a tool, or in a hex dump; - reads "
                     "standard input",
                     ARGUMENT::OPTIONAL_TEXT, "FILE"})
+            .takes({"--sfdp",
+                    "What the flash says of itself, as flash sfdp takes it: shown beside the record of the one HEX",
+                    ARGUMENT::OPTIONAL_TEXT, "DUMP"})
+            .takes({"--system",
+                    "Every serial NOR flash that the kernel found, below /sys or, in place of HEX, another root DIR",
+                    ARGUMENT::FLAG})
             .tells("Ends with 1 when a device is not mapped, when no chip answers like this, and when the response is\n"
                    "not that of the chip that it is mapped to.\n")
             .answers(identify_schema),
+        flash_sfdp_verb(),
         VERB("define", "Describe a flash of your own by answering questions", "pgmdev flash define < answers.txt",
              define_flash)
             .tells("What is printed behind \"INI : \" is the value for the configuration key "

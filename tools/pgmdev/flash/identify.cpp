@@ -7,6 +7,8 @@
 
 #include "fio.h"
 #include "flash/identification.h"
+#include "flash/identify_sfdp.h"
+#include "flash/known_flash.h"
 #include "flash/log.h"
 #include "flash/log_line.h"
 #include "flash/output.h"
@@ -120,7 +122,7 @@ std::vector<LOG_FINDING> findings_of(const std::string& file) {
     std::ifstream log(fio_get_unc_full_path(FIO_PATH(file).fullpath()), std::ios::binary);
     std::vector<LOG_FINDING> findings = find_in_log(log);
     if (!log.is_open() || log.bad()) {
-        throw COMMAND_FAILURE({"file_unreadable",
+        throw COMMAND_FAILURE({FAILURE_CODE::FILE_UNREADABLE,
                                "the log cannot be read",
                                file,
                                {},
@@ -201,8 +203,11 @@ void map_by_hand(const std::string& assignment, std::vector<FLASH_QUESTION>& que
 
 void identify_flash(const ARGUMENTS& given, COMMAND& command) {
     const std::vector<std::string>& responses = given.texts("HEX");
-    if (given.has("HEX") == given.has("--log")) {
-        throw USAGE_ERROR("expected one of HEX and --log");
+    if (given.has("--system") && (given.has("--log") || given.has("--sfdp") || given.has("--as"))) {
+        throw USAGE_ERROR("--system goes with no other way to identify");
+    }
+    if (given.has("HEX") == given.has("--log") && !given.has("--system")) {
+        throw USAGE_ERROR("expected one of HEX, --log and --system");
     }
     const bool silicon = given.has("--silicon");
     const bool batch = responses.size() == 1 && responses.front() == BATCH;
@@ -212,19 +217,29 @@ void identify_flash(const ARGUMENTS& given, COMMAND& command) {
     if (given.has("--user")) {
         use_user_flash(given.text("--user"));
     }
-    if (given.has("--log")) {
+    if (given.has("--sfdp") && (batch || responses.size() != 1)) {
+        throw USAGE_ERROR("expected one response HEX with --sfdp");
+    }
+    if (given.has("--system")) {
+        identify_system(responses, command);
+    } else if (given.has("--log")) {
         identify_log(given.text("--log"), command);
     } else if (batch) {
         identify_batch(silicon, command);
     } else {
         std::vector<FLASH_QUESTION> questions;
+        questions.reserve(responses.size());
         for (const std::string& response : responses) {
             questions.push_back(FLASH_QUESTION::parse(response, silicon));
         }
         for (const std::string& assignment : given.texts("--as")) {
             map_by_hand(assignment, questions);
         }
-        identify_chain(questions, std::nullopt, command);
+        if (given.has("--sfdp")) {
+            identify_with_sfdp(questions.front(), given.text("--sfdp"), command);
+        } else {
+            identify_chain(questions, std::nullopt, command);
+        }
     }
 }
 
@@ -232,9 +247,13 @@ JSON identify_schema() {
     const JSON line = object_schema({{"line", number_schema()}, {"text", text_schema()}});
     const JSON log =
         object_schema({{"line", number_schema()}, {"text", text_schema()}, {"others", array_schema(line)}});
+    std::vector<SCHEMA_MEMBER> members = identification_members(true);
+    for (SCHEMA_MEMBER& member : known_flash_members()) {
+        members.push_back(std::move(member));
+    }
     const JSON chain = object_schema({{"query", array_schema(text_schema())},
                                       {"found", flag_schema()},
-                                      {"devices", array_schema(object_schema(identification_members(true)))},
+                                      {"devices", array_schema(object_schema(members))},
                                       {"longest_program_utime", or_null(number_schema())},
                                       {"log", log, false},
                                       {"hint", text_schema(), false},

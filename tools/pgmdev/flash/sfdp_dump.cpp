@@ -1,0 +1,110 @@
+#include "flash/sfdp_dump.h"
+
+#include <fmt/core.h>
+
+#include <array>
+#include <iostream>
+#include <optional>
+#include <string_view>
+
+#if defined(_WIN32)
+#include <fcntl.h>
+#include <io.h>
+
+#include <cstdio>
+#endif
+
+#include "files/inspection.h"
+#include "flash/hex_text.h"
+#include "terminal/command.h"
+#include "terminal/failure.h"
+
+namespace {
+
+constexpr std::string_view SFDP_SIGNATURE = "SFDP";
+
+/// No area has a thousandth part of it, as bytes or as text.
+constexpr std::size_t LARGEST_SFDP_DUMP = std::size_t{4} << 20;
+
+/// The bytes of a text of digits; nothing when it is none.
+std::optional<std::vector<BYTE>> bytes_of_digits(const std::string& text) {
+    auto bytes = bytes_of_hex_text(text, LARGEST_SFDP_DUMP);
+    return bytes && bytes->empty() ? std::nullopt : std::move(bytes);
+}
+
+/// What was read: bytes as they are, unless they are a text of digits.
+std::vector<BYTE> bytes_of_contents(const std::string& contents) {
+    if (!contents.starts_with(SFDP_SIGNATURE)) {
+        if (auto bytes = bytes_of_digits(contents)) {
+            return std::move(*bytes);
+        }
+    }
+    return {contents.begin(), contents.end()};
+}
+
+std::string standard_input() {
+#if defined(_WIN32)
+    _setmode(_fileno(stdin), _O_BINARY);
+#endif
+    std::string contents;
+    std::array<char, 4096> chunk{};
+    do {
+        std::cin.read(chunk.data(), chunk.size());
+        contents.append(chunk.data(), static_cast<std::size_t>(std::cin.gcount()));
+    } while (std::cin.good() && contents.size() <= LARGEST_SFDP_DUMP);
+    return contents;
+}
+
+COMMAND_FAILURE unreadable_dump(const std::string& path, const std::string& why) {
+    return COMMAND_FAILURE({FAILURE_CODE::FILE_UNREADABLE,
+                            "the dump cannot be read: " + why,
+                            path,
+                            {},
+                            "name a file that exists and that you may read",
+                            {}},
+                           EXIT_USAGE);
+}
+
+}  // namespace
+
+std::vector<BYTE> sfdp_bytes(const std::string& argument) {
+    std::string contents;
+    if (argument == "-") {
+        contents = standard_input();
+    } else {
+        INSPECTED_FILE file = inspect_file(argument, LARGEST_SFDP_DUMP + 1);
+        if (!file.obstacle.empty()) {
+            if (auto bytes = bytes_of_digits(argument)) {  // too long for the name of a file, for instance
+                return std::move(*bytes);
+            }
+        }
+        if (file.missing) {
+            throw USAGE_ERROR(fmt::format("\"{}\" is neither a file nor pairs of hexadecimal digits", argument));
+        }
+        if (!file.obstacle.empty()) {
+            throw unreadable_dump(argument, file.obstacle);
+        }
+        contents = std::move(file.beginning);
+    }
+    if (contents.size() > LARGEST_SFDP_DUMP) {
+        throw unreadable_dump(argument, "it is far larger than any SFDP area");
+    }
+    return bytes_of_contents(contents);
+}
+
+PGMDEV_FLASH_SFDP read_sfdp(std::span<const BYTE> bytes, const std::string& path) {
+    PGMDEV_FLASH_SFDP sfdp = PGMDEV_FLASH_SFDP::from_bytes(bytes);
+    if (sfdp.refusal()) {
+        throw COMMAND_FAILURE({FAILURE_CODE::SFDP_REFUSED,
+                               "the SFDP dump is refused: " + PGMDEV_FLASH_SFDP::describe(*sfdp.refusal()),
+                               path,
+                               {},
+                               "read the area again from address 0, to the end of its last table",
+                               {}});
+    }
+    return sfdp;
+}
+
+PGMDEV_FLASH_SFDP sfdp_of(const std::string& argument) {
+    return read_sfdp(sfdp_bytes(argument), argument == "-" || bytes_of_digits(argument) ? "" : argument);
+}

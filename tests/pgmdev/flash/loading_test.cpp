@@ -286,33 +286,12 @@ TEST_F(FlashLoading, ArraysOfADerivingClassAreTakenOver) {
 }  // the leak checker and the allocator watch this
 
 TEST_F(FlashLoading, NothingIsLoadedAfterAReport) {
-    const std::string good = m_scratch.write("good.pcf", ref::file(ref::payload({ref::sample()})));
     const std::string bad = m_scratch.write("bad.pcf", ref::file(ref::payload({ref::sample(), named("B", "")})));
     FLASH_PROBE manager;
-    manager.initialize_flash_database(good);
-    EXPECT_EQ(manager.get_flash_count(), 1U);
     EXPECT_REPORT(manager.initialize_flash_database(bad), "!ini.empty()");
     EXPECT_EQ(manager.get_flash_count(), 0U);
     EXPECT_EQ(manager.get_flash_database(), nullptr);
     EXPECT_EQ(manager.m_ini_count, 0U);
-}
-
-TEST_F(FlashLoading, AFailedLoadLeavesNothingOfTheOneBefore) {
-    const std::string file = ref::file(ref::payload({ref::sample()}));
-    const std::string good = m_scratch.write("good.pcf", file);
-    std::string magic = file;
-    magic[0] = 'X';
-    std::string stamp = file;
-    stamp[8] = 'X';
-    for (const std::string& bad : {std::string(), magic, stamp, file.substr(0, 60)}) {
-        FLASH_PROBE manager;
-        manager.initialize_flash_database(good);
-        ASSERT_EQ(manager.get_flash_count(), 1U);
-        const std::string path = m_scratch.write("bad.pcf", bad);
-        report_of([&] { manager.initialize_flash_database(path); });
-        EXPECT_EQ(manager.get_flash_count(), 0U);
-        EXPECT_EQ(manager.get_flash_database(), nullptr);
-    }
 }
 
 TEST_F(FlashLoading, LoadingKeepsTheMapButReadsNothingOutside) {
@@ -394,6 +373,57 @@ TEST_F(FlashLoading, DefaultRowsAreCheckedInTheGivenRange) {
     manager.m_flash_count = 2;
     manager.confirm_default_value(1);  // the row in slot 0 is outside
     EXPECT_REPORT(manager.confirm_default_value(0), "!one_default");
+}
+
+TEST_F(FlashLoading, ASecondLoadThatFailsLeavesWhatWasLoaded) {
+    write_records({named("A"), named("B")});
+    FLASH_PROBE manager(false, 1, false, false);
+    manager.set_flash_mapping_index(0, 1);
+    const RECORD* const records = manager.get_flash_database();
+    const std::string twice_default = ref::payload({named("C"), named("C")});
+    for (const std::string& file :
+         {std::string("short"), "X" + ref::file(twice_default).substr(1), ref::file(twice_default),
+          ref::file(twice_default.substr(0, twice_default.size() - 9)), ref::file(ref::payload({named("C", "")}))}) {
+        write(file);
+        const std::string report =
+            report_of([&] { manager.initialize_flash_database(m_scratch.path("programmer/pgm_flash.pcf")); });
+        EXPECT_EQ(report == "(no report)", file[0] == 'X');  // a file of another kind ends nothing
+        ASSERT_EQ(manager.get_flash_database(), records);
+        EXPECT_EQ(manager.get_flash_count(), 2U);
+        EXPECT_EQ(manager.m_version, 1U);
+        EXPECT_EQ(manager.m_type_count, 33U);
+        EXPECT_EQ(manager.m_ini_count, 0U);
+        EXPECT_EQ(manager.sfl_get_device_name(0), "B");
+    }
+    write_records({named("D")});
+    manager.initialize_flash_database(m_scratch.path("programmer/pgm_flash.pcf"));
+    EXPECT_EQ(manager.get_flash_count(), 1U);
+    EXPECT_EQ(manager.get_flash_database()[0].device_name, "D");
+}
+
+TEST_F(FlashLoading, ASecondLoadLeavesTheFirstOneToCopies) {
+    write_records({named("A"), named("B")});
+    FLASH_PROBE manager(false, 1, false, false);
+    FLASH_PROBE copy(manager);
+    write("short");
+    EXPECT_REPORT(manager.initialize_flash_database(m_scratch.path("programmer/pgm_flash.pcf")),
+                  "file_size > (8 + 32 + 4 + 2)");
+    EXPECT_EQ(manager.get_flash_database(), copy.get_flash_database());
+    write_records({named("C")});
+    manager.initialize_flash_database(m_scratch.path("programmer/pgm_flash.pcf"));
+    EXPECT_EQ(manager.get_flash_database()[0].device_name, "C");
+    EXPECT_EQ(copy.get_flash_database()[1].device_name, "B");
+}
+
+TEST_F(FlashLoading, AMapThatIsOlderThanTheRecordsIsFoundOut) {
+    write_records({named("A"), named("B"), named("C")});
+    FLASH_PROBE manager(false, 1, false, false);
+    manager.set_flash_mapping_index(0, 2);
+    write_records({named("D"), named("E", "OFF")});
+    manager.initialize_flash_database(m_scratch.path("programmer/pgm_flash.pcf"));
+    EXPECT_REPORT(manager.sfl_get_device_name(0), "index < data_size");
+    manager.m_device_to_flash_map[0] = 1;  // the slot of the record that is not enabled
+    EXPECT_EQ(manager.sfl_get_device_name(0), "");
 }
 
 }  // namespace

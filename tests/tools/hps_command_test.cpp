@@ -80,6 +80,86 @@ JSON spi_object(unsigned index, const std::string& name) {
             {"user", true}};
 }
 
+TEST(params_command, ValuesOfABlock) {
+    const HPS_DIRECTORY directory;
+    EXPECT_EQ(directory.run({"params", "set", "0", "STRING=a b", "bool=true", "BYTE=1", "WORD=0x1234", "DWORD=-1",
+                             "QWORD=18446744073709551615"})
+                  .output,
+              "Block \"SFL FLASH\" written, 20 bytes\n");
+    const std::string bytes("a b\0\1\1\x34\x12\xFF\xFF\xFF\xFF\xFF\xFF\xFF\xFF\xFF\xFF\xFF\xFF", 20);
+    EXPECT_EQ(directory.file(), ref::file(ref::BLOCKS{bytes, std::nullopt, std::nullopt}));
+    const JSON shown = directory.json({"params", "show", "0", "STRING", "BOOL", "BYTE", "WORD", "DWORD", "QWORD"});
+    EXPECT_EQ(shown.at("rest"), 0);
+    EXPECT_EQ(shown.at("values"), JSON::array({{{"offset", 0}, {"type", "STRING"}, {"value", "a b"}},
+                                               {{"offset", 4}, {"type", "BOOL"}, {"value", "True"}},
+                                               {{"offset", 5}, {"type", "BYTE"}, {"value", "1"}},
+                                               {{"offset", 6}, {"type", "WORD"}, {"value", "4660"}},
+                                               {{"offset", 8}, {"type", "DWORD"}, {"value", "4294967295"}},
+                                               {{"offset", 12},
+                                                {"type", "QWORD"},
+                                                {"value", "18446744073709551615"}}}));
+    EXPECT_EQ(lines_of(directory.run({"params", "show", "0", "WORD", "--hex", "--skip", "6"}).output).at(1),
+              "6       WORD  0x1234");
+    EXPECT_EQ(directory.json({"params", "show", "0", "QWORD"}).at("rest"), 4);
+    EXPECT_EQ(lines_of(directory.run({"params", "show", "0", "QWORD", "WORD"}).output).back(),
+              "2 bytes from 18 on are no whole value of these types");
+    expect_failure(directory.run({"params", "show", "1", "WORD"}), NOT_FOUND, {"HPS SPI"});
+    expect_failure(directory.run({"params", "show", "0", "INT"}), WRONG_USAGE, {"\"INT\"", "QWORD"});
+    expect_failure(directory.run({"params", "show", "0", "BYTE", "--skip", "21"}), WRONG_USAGE, {"20 bytes"});
+}
+
+TEST(params_command, NumbersAreConvertedAsAsked) {
+    const HPS_DIRECTORY directory;
+    const auto number = [&directory](std::vector<std::string> more) {
+        more.insert(more.begin(), {"params", "set", "0"});
+        EXPECT_EQ(directory.run(more).exit_code, DONE) << more.back();
+        return directory.json({"params", "show", "0", "DWORD"}).at("values").at(0).at("value");
+    };
+    EXPECT_EQ(number({"DWORD=12", "--hex"}), "18");
+    EXPECT_EQ(number({"DWORD=12", "--multiple", "1000"}), "12000");
+    EXPECT_EQ(number({"DWORD=12", "--exponent"}), "4096");
+    EXPECT_EQ(number({"DWORD=16", "--power-of-two", "--range", "1-5,0x10-0x20", "--invalid-hit", "0xF=1,1=1"}), "16");
+    const std::string before = directory.file();
+    const auto refused = [&directory](std::vector<std::string> more, const std::string& part) {
+        more.insert(more.begin(), {"params", "set", "0"});
+        expect_failure(directory.run(more), WRONG_USAGE, {part});
+    };
+    refused({"DWORD=12", "--power-of-two"}, "Input must be power of 2 (\"12\")");
+    refused({"DWORD=6", "--range", "1-5,16-32"}, "Input is out of range (\"6\")");
+    refused({"DWORD=0x13", "--invalid-hit", "0xF=3"}, "Input is invalid (hit) (\"0x13\")");
+    refused({"WORD=65", "--multiple", "1024"}, "Calculation overflow compare to type (\"65\")");
+    refused({"BYTE=256"}, "Conversion overflow compare to type (\"256\")");
+    refused({"BYTE="}, "a number is missing");
+    refused({"BYTE"}, "TYPE=VALUE");
+    refused({"BYTE=1", "--multiple", "0"}, "--multiple");
+    refused({"BYTE=1", "--range", "5"}, "--range");
+    refused({"BYTE=1", "--invalid-hit", "x=1"}, "--invalid-hit");
+    refused({"BOOL=2"}, "false or true");
+    expect_failure(directory.run({"params", "set", "1", "BYTE=1"}), WRONG_USAGE, {"HPS SPI", "hps add"});
+    expect_failure(directory.run({"params", "set", "3", "BYTE=1"}), WRONG_USAGE, {"\"3\""});
+    EXPECT_EQ(directory.file(), before);
+}
+
+TEST(params_command, BlocksBehindThoseWithNamesAreReadAndNotLost) {
+    const HPS_DIRECTORY directory;
+    const std::string file = ref::file_of({"zero", std::nullopt, std::nullopt, "three", std::nullopt});
+    directory.scratch().write("pgm_flash.ini", file);
+    const JSON blocks = directory.json({"params", "list"});
+    ASSERT_EQ(blocks.size(), 5U);
+    EXPECT_EQ(blocks.at(3), (JSON{{"block", 3}, {"name", "block 3"}, {"present", true}, {"size", 5}}));
+    EXPECT_EQ(directory.json({"params", "read", "3"}).at("data"), "7468726565");
+    EXPECT_EQ(directory.json({"params", "show", "3", "BYTE"}).at("values").size(), 5U);
+    expect_failure(directory.run({"params", "read", "4"}), NOT_FOUND, {"block 4"});
+    expect_failure(directory.run({"params", "read", "5"}), WRONG_USAGE, {"\"5\""});
+    for (const std::vector<std::string>& change :
+         {std::vector<std::string>{"params", "set", "0", "BYTE=1"}, {"params", "remove", "0"}, ADD_NAND}) {
+        std::vector<std::string> arguments = change;
+        arguments.back() = arguments.back().starts_with("device_byte") ? "device_byte_size=1024" : arguments.back();
+        expect_failure(directory.run(arguments), INTERNAL_ERROR, {"would lose"});
+    }
+    EXPECT_EQ(directory.file(), file);
+}
+
 }  // namespace
 
 TEST(hps_command, Kinds) {
@@ -196,7 +276,7 @@ TEST(hps_command, FieldsAreChecked) {
     };
     refused(3, "manufacturer_id=0xEG", {"manufacturer_id: Invalid QWORD conversion"});
     refused(3, "manufacturer_id=4294967296", {"manufacturer_id: Conversion overflow compare to type"});
-    refused(3, "manufacturer_id=256", {"manufacturer_id: Input is out of range"});
+    refused(3, "manufacturer_id=18446744073709551616", {"manufacturer_id: Conversion overflow compare to type"});
     refused(3, "manufacturer_id=", {"manufacturer_id"});
     refused(3, "manufacturer_id", {"FIELD=VALUE"});
     refused(3, "manufacturer=1", {"\"manufacturer\""});
@@ -206,7 +286,71 @@ TEST(hps_command, FieldsAreChecked) {
     std::vector<std::string> arguments = add_spi("NAME");
     arguments.at(18) = "flag_a=2";
     expect_failure(directory.run(arguments), WRONG_USAGE, {"flag_a"});
+    arguments = add_spi("NAME");
+    arguments.at(19) = "erase_opcode=256";
+    expect_failure(directory.run(arguments), WRONG_USAGE, {"erase_opcode: Input is out of range"});
     EXPECT_EQ(directory.scratch().file_count(), 0U);
+}
+
+TEST(hps_command, IdentificationsAreAsLongAsTheLibraryTakesThem) {
+    const HPS_DIRECTORY directory;
+    EXPECT_EQ(directory.json({"hps", "add", "nand", "manufacturer_id=0x12C", "device_id=-1", "device_byte_size=1024"}),
+              (JSON{{"index", 0},
+                    {"manufacturer_id", 0x12C},
+                    {"device_id", 0xFFFFFFFF},
+                    {"device_byte_size", 1024},
+                    {"user", true}}));
+    const JSON spi =
+        directory.json({"hps", "add", "spi", "--like", "26", "silicon_id=0x101840C8", "silicon_id_mask=0xFFFFFFFF"});
+    EXPECT_EQ(spi.at("silicon_id"), 0x101840C8);
+    EXPECT_EQ(spi.at("silicon_id_mask"), 0xFFFFFFFF);
+    EXPECT_EQ(directory.json({"hps", "spi"}).at(0), spi);
+}
+
+TEST(hps_command, HelpTellsWhichFieldsHaveALargestValue) {
+    EXPECT_TRUE(contains(run_command({"hps", "add", "nand", "--help"}).output,
+                         "-1 is the largest value of manufacturer_id device_id.\n"));
+    EXPECT_TRUE(contains(run_command({"hps", "add", "spi", "--help"}).output,
+                         "-1 is the largest value of silicon_id silicon_id_mask bulk_erase_time code_a code_b "
+                         "sec_erase_time code_c.\n"));
+}
+
+TEST(hps_command, EntriesAreInsertedAndChangedInTheirPlace) {
+    const HPS_DIRECTORY directory;
+    const auto add = [&directory](const std::string& id, std::vector<std::string> more) {
+        std::vector<std::string> arguments{"hps", "add", "nand", "manufacturer_id=1", "device_id=" + id,
+                                           "device_byte_size=1024"};
+        arguments.insert(arguments.end(), more.begin(), more.end());
+        return directory.json(arguments).at("index");
+    };
+    const auto ids = [&directory] {
+        std::vector<int> found;
+        for (const JSON& entry : directory.json({"hps", "nand"})) {
+            if (entry.at("user")) {
+                found.push_back(entry.at("device_id"));
+            }
+        }
+        return found;
+    };
+    EXPECT_EQ(add("10", {}), 0);
+    EXPECT_EQ(add("11", {}), 1);
+    EXPECT_EQ(add("12", {"--before", "1"}), 1);
+    EXPECT_EQ(add("13", {"--before", "0"}), 0);
+    EXPECT_EQ(ids(), (std::vector<int>{13, 10, 12, 11}));
+
+    JSON entry = directory.json({"hps", "nand"}).at(2);
+    entry["device_id"] = 20;
+    EXPECT_EQ(directory.json({"hps", "edit", "nand", "2", "device_id=20"}), entry);
+    EXPECT_EQ(ids(), (std::vector<int>{13, 10, 20, 11}));
+    EXPECT_EQ(directory.run({"hps", "edit", "nand", "0", "device_id=1"}).output, "Entry 0 changed\n");
+
+    const std::string before = directory.file();
+    expect_failure(directory.run({"hps", "edit", "nand", "4", "device_id=1"}), NOT_FOUND, {"built in"});
+    expect_failure(directory.run({"hps", "edit", "nand", "99", "device_id=1"}), NOT_FOUND, {"does not exist"});
+    expect_failure(directory.run({"hps", "edit", "nand", "0", "device=1"}), WRONG_USAGE, {"\"device\""});
+    expect_failure(directory.run({"hps", "edit", "nand", "0"}), WRONG_USAGE, {});
+    expect_failure(directory.run({"hps", "add", "nand", "--like", "0", "--before", "4"}), NOT_FOUND, {"built in"});
+    EXPECT_EQ(directory.file(), before);
 }
 
 TEST(hps_command, EntriesThatCannotBeRemoved) {
@@ -251,6 +395,11 @@ TEST(hps_command, HelpWithExamples) {
                                                   {"hps", "remove"},
                                                   {"hps", "remove", "nand"},
                                                   {"hps", "remove", "spi"},
+                                                  {"hps", "edit"},
+                                                  {"hps", "edit", "nand"},
+                                                  {"hps", "edit", "spi"},
+                                                  {"params", "show"},
+                                                  {"params", "set"},
                                                   {"params"},
                                                   {"params", "list"},
                                                   {"params", "read"},

@@ -153,10 +153,9 @@ TEST(PartCommand, FindsPartsOfDevices) {
     const PROCESS_RESULT result = run_command({"--json", "part", "from-device", lower(device)});
     EXPECT_EQ(result.exit_code, DONE);
     EXPECT_EQ(json_of(result.output),
-              found_answer(lower(device),
-                           JSON{{"name", lower(device)},
-                                {"part", PGMDEV_MGR::get_part_name_from_dev(device)},
-                                {"hidden", false}}));
+              found_answer(lower(device), JSON{{"name", lower(device)},
+                                               {"part", PGMDEV_MGR::get_part_name_from_dev(device)},
+                                               {"hidden", false}}));
     const PROCESS_RESULT unknown = run_command({"part", "from-device", device + "#"});
     expect_failure(unknown, NOT_FOUND, {"did you mean ", upper(device)});
     EXPECT_FALSE(contains(unknown.errors, "internal error"));

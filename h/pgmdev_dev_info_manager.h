@@ -43,7 +43,7 @@ public:
     ///
     /// `debug_mode` lists what was loaded on the debug channel (level 2): 1 every record, 2 the record of each family,
     /// 3 of each device, 4 of each part; 0 nothing.
-    explicit PGMDEV_DEV_INFO_MANAGER(bool no_load = false, DWORD debug_mode = 0);
+    PGMDEV_DEV_INFO_MANAGER(bool no_load = false, DWORD debug_mode = 0);  // NOLINT(google-explicit-constructor)
 
     /// A copy shares the records, the index tables and the part list with its source; they live until the last owner
     /// goes.
@@ -61,7 +61,7 @@ public:
 
     /// Compiles a source table into a packed database, with the help of the part list "h/pgm_parts.txt" of the
     /// installation. The output is written only when everything has succeeded, and replaces an existing file in one
-    /// step; the manager then holds what was compiled. A table that is refused is reported with the condition that it
+    /// step, or is opened and written, as PGMDEV_FLASH_MANAGER says; the manager then holds what was compiled. A table that is refused is reported with the condition that it
     /// breaks; the debug channel (level 1) and PGMDEV_DEV_INFO_TABLE say where. For each family without a row a
     /// notification is sent (PGM_COMMON::send_auto_email_file), and compiling goes on.
     void generate_device_database(FIO_PATH csv, FIO_PATH output);
@@ -75,8 +75,9 @@ protected:
     static const std::array<std::string, TOTAL_DEVICE_DATABASE_MEMBER> m_db_name_list;
 
     // Loading.
-    void initialize_device_database(FIO_PATH device_file);      ///< loads a packed database; after a report, nothing
-    bool parse_database(unsigned char* data, bool generating);  ///< parses an uncompressed body; always false
+    void initialize_device_database(
+        FIO_PATH device_file);  ///< loads a packed database; after a report all is as before
+    bool parse_database(unsigned char* data, bool generating);        ///< parses an uncompressed body; always false
     void get_database(const BYTE* data, DWORD& index, DWORD record);  ///< reads the members of one record
     void get_table(const BYTE* data, DWORD& index);                   ///< reads the three index tables
     DWORD get_table_size();                                           ///< their size in bytes
@@ -150,8 +151,8 @@ private:
     DWORD device_entry(DEV_DEVICE_ENUM device);
     DWORD part_entry(int part);
     void write_tables(BYTE* data, QWORD size, DWORD& index) const;
-    void unload();
-    void clear_tables();
+    class LOADING;
+    void make_tables();
     void release() noexcept;
     std::array<DWORD**, 3> tables();
     void drop_parts(std::size_t kept) noexcept;

@@ -4,7 +4,6 @@
 /// Copying and listing profiles, as loops over the member table. PGMDEV_DEV_INFO_MANAGER offers them on its own
 /// records; programs use them on records of theirs.
 
-#include <sstream>
 #include <string>
 #include <string_view>
 #include <type_traits>
@@ -75,28 +74,27 @@ inline std::string pgmdev_device_info_cell(const PGMDEV_DEVICE_INFO_MEMBER& memb
 /// A record as a block of text for people: a heading, then "member = value" a line. Identifiers and enumerators are
 /// listed with number and name.
 inline std::string pgmdev_list_device_info(const PGMDEV_DEVICE_INFO& record, const std::string& heading) {
-    std::ostringstream text;
-    text << heading;
+    std::string text = heading;
     for (const PGMDEV_DEVICE_INFO_MEMBER& member : PGMDEV_DEVICE_INFO_MEMBERS) {
         bool nameable = false;
         const std::string cell = pgmdev_device_info_cell(member, record, nameable);
-        text << "\n  " << member.name << " = ";
+        text.append("\n  ").append(member.name).append(" = ");
         if (member.kind != PGMDEV_MANAGER_DEVID_ENUM && member.kind != PGMDEV_MANAGER_ENUM) {
-            text << cell;
+            text += cell;
             continue;
         }
         std::visit(
             [&](auto field) {
                 if constexpr (std::is_convertible_v<decltype(record.*field), DWORD>) {
-                    text << static_cast<DWORD>(record.*field);
+                    text += std::to_string(static_cast<DWORD>(record.*field));
                 }
             },
             member.field);
         if (nameable) {
-            text << " (" << (cell.empty() ? "none" : cell) << ')';
+            text += " (" + (cell.empty() ? "none" : cell) + ')';
         }
     }
-    return text.str();
+    return text;
 }
 
 /// Record `index` of `count`. An index out of range is reported as `condition`, a null array, too.

@@ -54,9 +54,10 @@ public:
     /// Replaces one block and keeps the others; `size` 0 with `data` null removes it. Other blocks of a damaged file
     /// are lost, since they cannot be read.
     ///
-    /// The file is replaced in one step: whatever happens, readers find the old file or the new one, whole. False when
-    /// the block does not exist, the file is there but may not be read, or it could not be written; it is then as it
-    /// was. `data` and `size` that contradict each other are reported as "data != NULL" or "data == NULL".
+    /// The file is replaced in one step: whatever happens, readers find the old file or the new one, whole. Where its
+    /// directory may not be written, or it is of somebody else, it is written in place (fio.h), which readers may see.
+    /// False when the block does not exist, the file is there but may not be read and written, or it could not be
+    /// written; it is then as it was, unless a disk failed while it was written in place. `data` and `size` that contradict each other are reported as "data != NULL" or "data == NULL".
     static bool write_flash_ini_data(PGMDEV_FLASH_INI_ENUM which, BYTE* data, DWORD size);
 
     // The values of a block. They follow each other without tags, lengths or padding.
@@ -81,9 +82,9 @@ public:
     static std::string print_flash_ini_data(PGMDEV_PARAM_TYPE type, bool hex, void* value);
 
     /// The number that `text` spells: hexadecimal digits behind "0x", otherwise decimal digits. An empty text is 0;
-    /// with `no_empty` it is reported as "!no_empty || !string.empty()". `valid` receives whether the text is a number
-    /// of at most 64 bits, and an invalid one gives 0; without `valid` it is reported as "Invalid string to integer
-    /// conversion".
+    /// with `no_empty` it is reported as "!no_empty || !string.empty()". A number of more than 64 bits gives the largest
+    /// of 64 bits. `valid` receives whether the text is a number, and an invalid one gives 0; without `valid` it is
+    /// reported as "Invalid string to integer conversion".
     static QWORD convert_string_to_qword(std::string text, bool no_empty, bool* valid);
 
     /// Turns what a user typed into a value of that type, in these steps; the first that fails gives false and its text

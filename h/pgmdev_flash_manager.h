@@ -101,8 +101,9 @@ public:
     DWORD sfl_get_chain_longest_program_utime();
 
     /// Compiles a source table into a packed database. The output is written only when everything has succeeded, and
-    /// replaces an existing file in one step. A table that is refused is reported with the condition that it breaks;
-    /// the debug channel (level 1) and PGMDEV_FLASH_TABLE say where.
+    /// replaces an existing file in one step. An output that is no regular file, such as a pipe, is opened and written;
+    /// so is a file that may be written in a directory that may not, which is not in one step then (fio.h). A table that is refused is reported with the condition that it breaks;
+    /// the debug channel (level 1) and PGMDEV_FLASH_TABLE say where. It is the host that reports a number that is none.
     void generate_flash_database(FIO_PATH csv_file, FIO_PATH pcf_file);
 
     /// The console dialogue, on standard input and output, in which a user describes up to three flash devices and
@@ -118,7 +119,7 @@ protected:
     static const std::array<std::string, TOTAL_DATABASE_MEMBER> m_name_list;
 
     // Loading.
-    void initialize_flash_database(FIO_PATH flash_file);  ///< loads a packed database; after a report nothing is loaded
+    void initialize_flash_database(FIO_PATH flash_file);  ///< loads a packed database; after a report all is as before
     bool parse_database(BYTE* payload);                   ///< parses an uncompressed body; the result is always false
     bool get_database(BYTE* payload, DWORD& cursor, DWORD slot);  ///< reads one record; whether it is enabled
     void null_info_database(PGMDEV_SFL_FLASH_INFO* record);       ///< clears a record
@@ -135,7 +136,7 @@ protected:
     bool get_string_from_ini(std::string text, std::string* value, QWORD& position);  ///< the next '@'-delimited value
     bool assign_ini(std::string* values);       ///< m_ini_flash_info from a value each, up to the first refused one
     void print_ini_database();                  ///< lists m_ini_flash_info on the debug channel
-    bool prompt_flash_info(std::string& body);  ///< asks for one flash; `body` changes only on success
+    bool prompt_flash_info(std::string& body);  ///< asks for one flash; appends it to `body`, on success only
 
     // Compiling.
     DWORD check_flash_file(FIO_PATH csv_file, DWORD& device_count);  ///< checks the layout; the body's size in bytes
@@ -189,11 +190,13 @@ private:
     bool accept_ext_flash_info();
     void parse_body(const BYTE* body, QWORD size);
     bool read_record(const BYTE* body, QWORD size, DWORD& cursor, DWORD slot);
-    void unload();
+    class LOADED;
     void make_map();
     void release() noexcept;
 
     // A deriving class may put arrays of its own (new[]) into the two pointers above, as pgmdev_shares.h says.
     PGMDEV_SHARES<PGMDEV_SFL_FLASH_INFO[]> m_database_shares;
     PGMDEV_SHARES<DWORD[]> m_map_shares;
+    const PGMDEV_SFL_FLASH_INFO* m_counted_database = nullptr;  ///< the array that m_slots counts
+    DWORD m_slots = 0;                                          ///< records, used or not, in the array that was loaded
 };

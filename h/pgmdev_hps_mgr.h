@@ -38,7 +38,8 @@ public:
     /// The instance. The first call, from whatever thread, creates it, with no kind current.
     static PGMDEV_HPS_MGR* get_mgr();
 
-    /// Destroys the instance, if there is one, as unloading the library does.
+    /// Destroys the instance, if there is one, as unloading the library does, but not the end of a process: destructors of
+    /// static objects may still use it.
     static void delete_mgr();
 
     /// All kinds.

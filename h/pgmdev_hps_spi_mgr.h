@@ -69,6 +69,9 @@ inline constexpr std::array<PGMDEV_HPS_MEMBER<PGMDEV_HPS_SPI_STRUCTURE>, 19> PGM
 }};
 
 /// The process-wide lists. They never change; other threads must be done with them before delete_mgr.
+///
+/// Instance, lists and records live until delete_mgr or the unloading of the library. At the end of a process nothing is
+/// freed: destructors of static objects may still use all of them.
 class PGMDEV_EXPORT PGMDEV_HPS_SPI_MGR {
 public:
     /// The instance. The first call, from whatever thread, creates it and reads the container; nothing is reported when

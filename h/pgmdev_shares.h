@@ -44,6 +44,9 @@ public:
         member = shared->pointer;
     }
 
+    /// Shares from now on what `other` has shared so far; what was shared here must have been let go.
+    void take_over(PGMDEV_SHARES& other) noexcept { m_shared = std::exchange(other.m_shared, nullptr); }
+
     /// Lets go what `member` points at, and nulls it.
     void release(POINTER& member) noexcept {
         const bool never_shared = m_shared == nullptr || m_shared->pointer != member;

@@ -18,14 +18,12 @@ struct FIELD_CHECK {
 };
 
 inline constexpr std::array HPS_NAND_CHECKS{
-    FIELD_CHECK{"manufacturer_id", false, 0, 0xFF},
-    FIELD_CHECK{"device_id", false, 0, 0xFF},
     FIELD_CHECK{"device_byte_size", true, 0, NO_LIMIT},
 };
 
 inline constexpr std::array HPS_SPI_CHECKS{
-    FIELD_CHECK{"silicon_id", false, 1, 0xFFFFFF},
-    FIELD_CHECK{"silicon_id_mask", false, 1, 0xFFFFFF},
+    FIELD_CHECK{"silicon_id", false, 1, NO_LIMIT},
+    FIELD_CHECK{"silicon_id_mask", false, 1, NO_LIMIT},
     FIELD_CHECK{"ext_id", false, 0, 0xFF},
     FIELD_CHECK{"ext_id_mask", false, 0, 0xFF},
     FIELD_CHECK{"device_bit_size", true, 0, NO_LIMIT},

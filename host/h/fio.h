@@ -8,6 +8,7 @@
 #include <filesystem>
 #include <span>
 #include <string>
+#include <vector>
 
 #include "host_export.h"
 #include "host_types.h"
@@ -50,28 +51,38 @@ HOST_EXPORT std::filesystem::path fio_get_unc_full_path(const std::string& path)
 ///
 /// The contents go into a temporary file in the same directory, which takes the file's name in one step when `commit`
 /// is called, after it has reached the disk. Without a successful commit the old file stays as it was and the temporary
-/// goes with this object. An existing file keeps its permissions and a symbolic link keeps pointing to the file it names
-/// (on Windows the file takes the permissions of its directory, and the link itself is replaced); only regular files can
-/// be replaced.
+/// goes with this object. An existing file keeps its permissions and its owner, and a symbolic link keeps pointing to the
+/// file it names (on Windows the file takes the permissions of its directory, and the link itself is replaced).
+///
+/// Some files are opened and written by `commit` instead, in place and without a temporary file, so that readers may see
+/// a part of the contents:
+/// - a pipe or a device, which just receives them; a pipe that nobody reads keeps `commit` waiting;
+/// - a file that may be written, in a directory in which no file may be created, and one of somebody else, whose it is
+///   to stay. Room for the contents is taken before the first of its bytes is changed, but whatever else fails while
+///   it is written leaves it damaged.
+/// Directories are refused.
 class HOST_EXPORT FIO_REPLACEMENT {
 public:
-    /// Creates the temporary file, empty.
+    /// Creates the temporary file, empty, where there is to be one.
     explicit FIO_REPLACEMENT(const FIO_PATH& target);
     ~FIO_REPLACEMENT();
     FIO_REPLACEMENT(const FIO_REPLACEMENT&) = delete;
     FIO_REPLACEMENT& operator=(const FIO_REPLACEMENT&) = delete;
 
-    /// The temporary file; empty when it could not be created.
+    /// The temporary file; empty when it could not be created, and when the target is written in place.
     const FIO_PATH& temporary() const noexcept { return m_temporary; }
 
-    /// Writes the whole contents into the temporary file; false when that failed.
+    /// Writes the whole contents into the temporary file, or keeps them for `commit`; false when that failed.
     bool write(std::span<const BYTE> contents);
 
-    /// Flushes the temporary file to the disk and gives it the target's name; false when that, or a write, failed.
+    /// Flushes the temporary file to the disk and gives it the target's name, or writes the target in place; false when
+    /// that, or a write, failed.
     bool commit();
 
 private:
     std::filesystem::path m_target;
     FIO_PATH m_temporary;
-    bool m_failed = false;  ///< the last write did not succeed
+    bool m_in_place = false;       ///< the target is written by `commit` itself
+    std::vector<BYTE> m_contents;  ///< for that
+    bool m_failed = false;         ///< the last write did not succeed
 };

@@ -44,10 +44,9 @@ HOST_EXPORT int gen_stricmp(std::string_view left, std::string_view right);
 /// The text without the blanks, tabs, line feeds, carriage returns, vertical tabs and form feeds at its two ends.
 HOST_EXPORT std::string gen_remove_leading_and_trailing_white_spaces(const std::string& text);
 
-/// The number that the digits of `text` spell in `base` (2 to 36), whatever the locale; an empty text is 0. `valid`,
-/// when given, receives whether there is nothing but digits and the number fits into 64 bits; otherwise the result is
-/// 0.
-HOST_EXPORT QWORD gen_local_strtoQWORD(const std::string& text, int base, bool* valid);
+/// The number that the digits of `text` spell in `base` (2 to 36), whatever the locale: 2^64 - 1 for one that does not
+/// fit into 64 bits, 0 for a text that is empty or has anything but digits.
+HOST_EXPORT QWORD gen_local_strtoQWORD(const std::string& text, int base);
 
 /// The text with its ASCII letters in upper case; all other bytes stay as they are.
 HOST_EXPORT std::string gen_ascii_toupper(const std::string& text);

@@ -13,6 +13,7 @@
 #include "gen.h"
 #include "standard_places.h"
 #include "static_mutex.h"
+#include "unloading.h"
 #include "utf8_path.h"
 
 namespace {
@@ -48,8 +49,7 @@ struct CONFIGURATION {
 };
 
 CONFIGURATION& configuration() {
-    static CONFIGURATION instance;
-    return instance;
+    return lasting<CONFIGURATION>();
 }
 
 bool is_one_of(const std::string& value, const std::array<std::string_view, 4>& words) {

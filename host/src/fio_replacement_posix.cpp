@@ -79,19 +79,79 @@ fs::path create_temporary(const fs::path& directory) {
     return {};
 }
 
+bool may_write(const fs::path& file) {
+    return static_cast<bool>(DESCRIPTOR(::open(file.c_str(), O_WRONLY | O_CLOEXEC)));
+}
+
+/// Whether the file would change its owner if another one took its name.
+bool is_of_somebody_else(const fs::path& file) {
+    struct stat existing {};
+    const uid_t user = ::geteuid();
+    return user != 0 && ::stat(file.c_str(), &existing) == 0 && existing.st_uid != user;
+}
+
+/// Takes the room that a file is going to need, so that a full disk shows before anything is lost.
+bool take_room(int descriptor, std::size_t size) {
+    struct stat existing {};
+    const auto needed = static_cast<off_t>(size);
+    if (::fstat(descriptor, &existing) != 0 || existing.st_size >= needed) {
+        return true;
+    }
+    const int error = ::posix_fallocate(descriptor, 0, needed);
+    const bool full = error == ENOSPC || error == EDQUOT || error == EFBIG;
+    if (full && ::ftruncate(descriptor, existing.st_size) != 0) {
+        return false;
+    }
+    return !full;  // where room cannot be taken beforehand, writing will show
+}
+
+bool write_in_place(const fs::path& target, std::span<const BYTE> contents) {
+    const DESCRIPTOR file(::open(target.c_str(), O_WRONLY | O_CLOEXEC | O_NOCTTY));
+    struct stat existing {};
+    if (!file || ::fstat(file.number(), &existing) != 0) {
+        return false;
+    }
+    if (!S_ISREG(existing.st_mode)) {
+        return write_all(file.number(), contents);
+    }
+    return take_room(file.number(), contents.size()) && write_all(file.number(), contents) &&
+           ::ftruncate(file.number(), static_cast<off_t>(contents.size())) == 0 && ::fsync(file.number()) == 0;
+}
+
+/// Gives a new file the permissions and the owner of the one that it replaces, as far as the user may.
+bool resemble(int descriptor, const struct stat& existing) {
+    if (::fchown(descriptor, existing.st_uid, existing.st_gid) != 0) {
+        (void)!::fchown(descriptor, static_cast<uid_t>(-1), existing.st_gid);  // only root may give files away
+    }
+    return ::fchmod(descriptor, existing.st_mode & 07777) == 0;
+}
+
 }  // namespace
 
 FIO_REPLACEMENT::FIO_REPLACEMENT(const FIO_PATH& target) {
     if (target.fullpath().empty()) {
         return;
     }
-    m_target = follow_links(fio_get_unc_full_path(target.fullpath()));
+    const fs::path named = fio_get_unc_full_path(target.fullpath());
     std::error_code error;
-    if (m_target.empty() || (fs::exists(m_target, error) && !fs::is_regular_file(m_target, error))) {
+    const fs::file_status existing = fs::status(named, error);
+    if (fs::is_directory(existing)) {
         return;
     }
-    make_state_directory(m_target.parent_path());
-    m_temporary = FIO_PATH(utf8_from_path(create_temporary(m_target.parent_path())));
+    if (fs::exists(existing) && !fs::is_regular_file(existing)) {
+        m_target = named;  // what is open in a process is named by links that lead nowhere
+        m_in_place = true;
+        return;
+    }
+    m_target = follow_links(named);
+    if (m_target.empty()) {
+        return;
+    }
+    if (!is_of_somebody_else(m_target) || !may_write(m_target)) {
+        make_state_directory(m_target.parent_path());
+        m_temporary = FIO_PATH(utf8_from_path(create_temporary(m_target.parent_path())));
+    }
+    m_in_place = m_temporary.fullpath().empty() && may_write(m_target);
 }
 
 FIO_REPLACEMENT::~FIO_REPLACEMENT() {
@@ -101,6 +161,10 @@ FIO_REPLACEMENT::~FIO_REPLACEMENT() {
 }
 
 bool FIO_REPLACEMENT::write(std::span<const BYTE> contents) {
+    if (m_in_place) {
+        m_contents.assign(contents.begin(), contents.end());
+        return true;
+    }
     if (m_temporary.fullpath().empty()) {
         return false;
     }
@@ -110,6 +174,10 @@ bool FIO_REPLACEMENT::write(std::span<const BYTE> contents) {
 }
 
 bool FIO_REPLACEMENT::commit() {
+    if (m_in_place) {
+        m_in_place = false;
+        return write_in_place(m_target, m_contents);
+    }
     if (m_temporary.fullpath().empty() || m_failed) {
         return false;
     }
@@ -117,8 +185,7 @@ bool FIO_REPLACEMENT::commit() {
         const DESCRIPTOR file(::open(m_temporary.fullpath().c_str(), O_WRONLY | O_CLOEXEC));
         struct stat existing {};
         const bool replaces = ::stat(m_target.c_str(), &existing) == 0;
-        if (!file || (replaces && ::fchmod(file.number(), existing.st_mode & 07777) != 0) ||
-            ::fsync(file.number()) != 0) {
+        if (!file || (replaces && !resemble(file.number(), existing)) || ::fsync(file.number()) != 0) {
             return false;
         }
     }

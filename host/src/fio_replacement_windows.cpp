@@ -66,6 +66,41 @@ bool take_place_of(const fs::path& file, const fs::path& other) {
     return false;
 }
 
+/// Whether the path names a device or a pipe.
+bool is_device(const fs::path& path) {
+    return path.native().starts_with(L"\\\\.\\");
+}
+
+bool may_write(const fs::path& file) {
+    return static_cast<bool>(HANDLE_OWNER(open_for_writing(file, OPEN_EXISTING)));
+}
+
+/// Makes the file that long. What a longer file needs is taken from the disk at once.
+bool set_length(HANDLE file, std::size_t length) {
+    LARGE_INTEGER end{};
+    end.QuadPart = static_cast<LONGLONG>(length);
+    return SetFilePointerEx(file, end, nullptr, FILE_BEGIN) != 0 && SetEndOfFile(file) != 0;
+}
+
+/// Takes the room that a file is going to need, so that a full disk shows before anything is lost.
+bool take_room(HANDLE file, std::size_t length) {
+    LARGE_INTEGER existing{};
+    const bool grows = GetFileSizeEx(file, &existing) != 0 && existing.QuadPart < static_cast<LONGLONG>(length);
+    return (!grows || set_length(file, length)) && SetFilePointerEx(file, {}, nullptr, FILE_BEGIN) != 0;
+}
+
+bool write_in_place(const fs::path& target, std::span<const BYTE> contents) {
+    const HANDLE_OWNER file(open_for_writing(target, OPEN_EXISTING));
+    if (!file) {
+        return false;
+    }
+    if (GetFileType(file.get()) != FILE_TYPE_DISK) {
+        return write_all(file.get(), contents);
+    }
+    return take_room(file.get(), contents.size()) && write_all(file.get(), contents) &&
+           set_length(file.get(), contents.size()) && FlushFileBuffers(file.get()) != 0;
+}
+
 }  // namespace
 
 FIO_REPLACEMENT::FIO_REPLACEMENT(const FIO_PATH& target) {
@@ -73,6 +108,10 @@ FIO_REPLACEMENT::FIO_REPLACEMENT(const FIO_PATH& target) {
         return;
     }
     m_target = fio_get_unc_full_path(target.fullpath());
+    if (is_device(m_target)) {
+        m_in_place = true;
+        return;
+    }
     FIO_STATUS existing;
     if (FIO_FILE_SYSTEM::status(target.fullpath().c_str(), &existing) && !existing.regular) {
         return;
@@ -90,6 +129,7 @@ FIO_REPLACEMENT::FIO_REPLACEMENT(const FIO_PATH& target) {
             return;
         }
         if (GetLastError() != ERROR_FILE_EXISTS) {
+            m_in_place = may_write(m_target);
             return;
         }
     }
@@ -102,6 +142,10 @@ FIO_REPLACEMENT::~FIO_REPLACEMENT() {
 }
 
 bool FIO_REPLACEMENT::write(std::span<const BYTE> contents) {
+    if (m_in_place) {
+        m_contents.assign(contents.begin(), contents.end());
+        return true;
+    }
     if (m_temporary.fullpath().empty()) {
         return false;
     }
@@ -111,6 +155,10 @@ bool FIO_REPLACEMENT::write(std::span<const BYTE> contents) {
 }
 
 bool FIO_REPLACEMENT::commit() {
+    if (m_in_place) {
+        m_in_place = false;
+        return write_in_place(m_target, m_contents);
+    }
     if (m_temporary.fullpath().empty() || m_failed) {
         return false;
     }

@@ -7,13 +7,12 @@
 #include "library_path.h"
 #include "standard_places.h"
 #include "static_mutex.h"
+#include "unloading.h"
 #include "utf8_path.h"
 
 namespace {
 
 namespace fs = std::filesystem;
-
-STATIC_MUTEX g_mutex;
 
 /// One overridable directory.
 struct DIRECTORY {
@@ -21,9 +20,16 @@ struct DIRECTORY {
     std::string set;          ///< what the program set; empty: nothing
 };
 
-DIRECTORY g_install{"TESSARY_INSTALL_DIR", {}};
-DIRECTORY g_device_db{"TESSARY_DEVICE_DB_DIR", {}};
-DIRECTORY g_module{"TESSARY_MODULE_DIR", {}};
+struct DIRECTORIES {
+    STATIC_MUTEX mutex;
+    DIRECTORY install{"TESSARY_INSTALL_DIR", {}};
+    DIRECTORY device_db{"TESSARY_DEVICE_DB_DIR", {}};
+    DIRECTORY module{"TESSARY_MODULE_DIR", {}};
+};
+
+DIRECTORIES& directories() {
+    return lasting<DIRECTORIES>();
+}
 
 /// Absolute, without "." and "..", links followed as far as the directory exists, without a trailing separator.
 std::string absolute_directory(const fs::path& path) {
@@ -33,7 +39,7 @@ std::string absolute_directory(const fs::path& path) {
 
 /// The directory as set or by its environment variable; "" when neither names one.
 std::string overridden(const DIRECTORY& directory) {
-    const std::scoped_lock lock(g_mutex);
+    const std::scoped_lock lock(directories().mutex);
     if (!directory.set.empty()) {
         return directory.set;
     }
@@ -42,7 +48,7 @@ std::string overridden(const DIRECTORY& directory) {
 }
 
 void set(DIRECTORY& directory, const std::string& path) {
-    const std::scoped_lock lock(g_mutex);
+    const std::scoped_lock lock(directories().mutex);
     directory.set = path.empty() ? path : absolute_directory(path_from_utf8(path));
 }
 
@@ -61,17 +67,17 @@ fs::path found_installation() {
 }  // namespace
 
 std::string gen_get_tessary_path() {
-    const std::string path = overridden(g_install);
+    const std::string path = overridden(directories().install);
     return path.empty() ? absolute_directory(found_installation()) : path;
 }
 
 std::string gen_get_device_db_fullpath() {
-    const std::string path = overridden(g_device_db);
+    const std::string path = overridden(directories().device_db);
     return path.empty() ? gen_get_tessary_path() + "/devices" : path;
 }
 
 std::string gen_get_module_path() {
-    const std::string path = overridden(g_module);
+    const std::string path = overridden(directories().module);
     return path.empty() ? absolute_directory(writable_place(host_library_directory(), "pgm_flash.ini")) : path;
 }
 
@@ -84,13 +90,13 @@ std::vector<std::string> gen_get_state_paths() {
 }
 
 void gen_set_tessary_path(const std::string& directory) {
-    set(g_install, directory);
+    set(directories().install, directory);
 }
 
 void gen_set_device_db_fullpath(const std::string& directory) {
-    set(g_device_db, directory);
+    set(directories().device_db, directory);
 }
 
 void gen_set_module_path(const std::string& directory) {
-    set(g_module, directory);
+    set(directories().module, directory);
 }

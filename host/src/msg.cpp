@@ -8,6 +8,7 @@
 
 #include "cfg.h"
 #include "pgm_common.h"
+#include "unloading.h"
 
 namespace {
 
@@ -32,15 +33,18 @@ void log_and_throw(const MSG_INTERNAL_ERROR_REPORT& report) {
     throw MSG_INTERNAL_ERROR_EXCEPTION(report);
 }
 
-// Function-local, so that a report made while other statics are still being built finds them.
+struct RECEIVERS {
+    MSG_INTERNAL_ERROR::HANDLER errors;
+    MSG_DEBUG_SINK debug_messages;
+};
+
+// Found by a report that is made while other static objects are still being built, or are being destroyed.
 MSG_INTERNAL_ERROR::HANDLER& error_handler() {
-    static MSG_INTERNAL_ERROR::HANDLER handler;
-    return handler;
+    return lasting<RECEIVERS>().errors;
 }
 
 MSG_DEBUG_SINK& debug_sink() {
-    static MSG_DEBUG_SINK sink;
-    return sink;
+    return lasting<RECEIVERS>().debug_messages;
 }
 
 void hand_over(const MSG_INTERNAL_ERROR_REPORT& report) {

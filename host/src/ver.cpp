@@ -1,5 +1,7 @@
 #include "ver.h"
 
+#include "unloading.h"
+
 // The build defines PGMHOST_VERSION and PGMHOST_BUILD_NUMBER.
 
 namespace {
@@ -14,8 +16,7 @@ struct VERSION {
 };
 
 VERSION& version() {
-    static VERSION instance;
-    return instance;
+    return lasting<VERSION>();
 }
 
 }  // namespace

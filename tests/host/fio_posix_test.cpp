@@ -114,11 +114,25 @@ TEST(fio_posix, DevicesAndPipesAreNoRegularFiles) {
         ASSERT_TRUE(FIO_FILE_SYSTEM::status(path.c_str(), &status)) << path;
         EXPECT_FALSE(status.regular) << path;
         EXPECT_EQ(status.size, 0U) << path;
-        EXPECT_FALSE(replace(path, "x")) << path;
     }
+}
+
+TEST(fio_posix, DevicesAndPipesReceiveWhatIsWritten) {
+    const SCRATCH scratch;
+    const std::string pipe = scratch.path("pipe");
+    ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
+    std::string received;
+    std::thread reader([&] { received = read_file(pipe); });
+    EXPECT_TRUE(replace(pipe, "through the pipe"));
+    reader.join();
+    EXPECT_EQ(received, "through the pipe");
+    EXPECT_TRUE(replace("/dev/null", "x"));
+    EXPECT_FALSE(replace("/dev/full", "x"));
     struct stat status {};
-    ASSERT_EQ(::lstat(scratch.path("pipe").c_str(), &status), 0);
+    ASSERT_EQ(::lstat(pipe.c_str(), &status), 0);
     EXPECT_TRUE(S_ISFIFO(status.st_mode));
+    ASSERT_EQ(::lstat("/dev/null", &status), 0);
+    EXPECT_TRUE(S_ISCHR(status.st_mode));
     EXPECT_EQ(scratch.file_count(), 0U);
 }
 
@@ -187,10 +201,79 @@ TEST(fio_posix, LinksInACircleAreRefused) {
     EXPECT_EQ(scratch.file_count(), 0U);
 }
 
+TEST(fio_posix, AWritableFileInAnUnwritableDirectoryIsWrittenInPlace) {
+    const SCRATCH scratch;
+    const std::string file = scratch.write("directory/file", "old and longer");
+    fs::permissions(file, fs::perms::all);
+    fs::permissions(scratch.path("directory"), NOT_WRITABLE);
+    struct stat before {};
+    ASSERT_EQ(::stat(file.c_str(), &before), 0);
+    for (const std::string contents : {"new", "new and much longer", ""}) {
+        EXPECT_TRUE(succeeds_without_privileges([&] { return replace(file, contents); }));
+        EXPECT_EQ(read_file(file), contents);
+    }
+    struct stat after {};
+    ASSERT_EQ(::stat(file.c_str(), &after), 0);
+    EXPECT_EQ(after.st_ino, before.st_ino);
+    EXPECT_EQ(scratch.file_count(), 1U);
+    fs::permissions(scratch.path("directory"), fs::perms::owner_all);
+}
+
+TEST(fio_posix, InPlaceNothingHappensBeforeTheCommit) {
+    const SCRATCH scratch;
+    const std::string file = scratch.write("directory/file", "old");
+    fs::permissions(file, fs::perms::all);
+    fs::permissions(scratch.path("directory"), NOT_WRITABLE);
+    EXPECT_TRUE(succeeds_without_privileges([&] {
+        FIO_REPLACEMENT replacement(file);
+        return write(replacement, "new") && read_file(file) == "old" && replacement.temporary().fullpath().empty();
+    }));
+    EXPECT_EQ(read_file(file), "old");
+    fs::permissions(scratch.path("directory"), fs::perms::owner_all);
+}
+
+TEST(fio_posix, InPlaceAFullDiskLeavesTheOldFile) {
+    const SCRATCH scratch;
+    const std::string file = scratch.write("directory/file", "old");
+    fs::permissions(file, fs::perms::all);
+    fs::permissions(scratch.path("directory"), NOT_WRITABLE);
+    EXPECT_FALSE(succeeds_without_privileges([&] {
+        ::signal(SIGXFSZ, SIG_IGN);
+        const rlimit limit{1000, 1000};
+        return ::setrlimit(RLIMIT_FSIZE, &limit) != 0 || replace(file, std::string(2000, 'x'));
+    }));
+    EXPECT_EQ(read_file(file), "old");
+    fs::permissions(scratch.path("directory"), fs::perms::owner_all);
+}
+
+TEST(fio_posix, AFileKeepsItsOwner) {
+    if (::geteuid() != 0) {
+        GTEST_SKIP() << "only root has files of several owners";
+    }
+    constexpr uid_t SOMEBODY = 12345;
+    const SCRATCH scratch;
+    const std::string file = scratch.write("directory/file", "old");
+    fs::permissions(file, fs::perms::all);
+    fs::permissions(scratch.path("directory"), fs::perms::all);
+    ASSERT_EQ(::chown(file.c_str(), SOMEBODY, SOMEBODY), 0);
+    const auto owner = [&file] {
+        struct stat status {};
+        return ::stat(file.c_str(), &status) == 0 ? status.st_uid : 0;
+    };
+    EXPECT_TRUE(succeeds_without_privileges([&] { return replace(file, "by nobody"); }));
+    EXPECT_EQ(read_file(file), "by nobody");
+    EXPECT_EQ(owner(), SOMEBODY);
+    EXPECT_TRUE(replace(file, "by root"));
+    EXPECT_EQ(read_file(file), "by root");
+    EXPECT_EQ(owner(), SOMEBODY);
+    EXPECT_EQ(scratch.file_count(), 1U);
+}
+
 TEST(fio_posix, UnwritableDirectoryIsRefused) {
     const SCRATCH scratch;
     const std::string file = scratch.write("directory/file", "old");
     fs::permissions(file, fs::perms::all);
+    fs::permissions(file, fs::perms::owner_read | fs::perms::others_read);
     fs::permissions(scratch.path("directory"), NOT_WRITABLE);
     EXPECT_FALSE(succeeds_without_privileges([&] { return replace(file, "new"); }));
     EXPECT_FALSE(succeeds_without_privileges([&] { return replace(scratch.path("directory/other"), "new"); }));

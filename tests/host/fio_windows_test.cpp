@@ -72,10 +72,12 @@ TEST(fio_windows, AReplacementGivesUpWhereTheReaderStays) {
     EXPECT_EQ(scratch.file_count(), 1U);
 }
 
-TEST(fio_windows, DevicesAreNoFilesToReplace) {
+TEST(fio_windows, DevicesReceiveWhatIsWritten) {
     for (const char* device : {"NUL", R"(\\.\NUL)", R"(\\.\pipe\none)"}) {
         FIO_REPLACEMENT replacement{FIO_PATH(device)};
         EXPECT_EQ(replacement.temporary().fullpath(), "") << device;
-        EXPECT_FALSE(replacement.commit()) << device;
+        const std::string contents = "x";
+        EXPECT_TRUE(replacement.write({reinterpret_cast<const BYTE*>(contents.data()), contents.size()}));
+        EXPECT_EQ(replacement.commit(), std::string(device).ends_with("NUL")) << device;
     }
 }

@@ -1,34 +1,11 @@
-#include "command_fixture.h"
+#include "hps_directory.h"
 #include "pgmdev/parameters/fixture.h"
 
-// The nouns `hps` and `params`.
+// The noun `hps`.
 
 namespace {
 
 namespace ref = ini_reference;
-
-/// A module directory, and the command run on it.
-class HPS_DIRECTORY {
-public:
-    PROCESS_RESULT run(std::vector<std::string> arguments) const {
-        arguments.insert(arguments.begin(), {"--module-dir", m_scratch.directory().string()});
-        return run_command(arguments);
-    }
-    JSON json(std::vector<std::string> arguments) const {
-        arguments.insert(arguments.begin(), "--json");
-        const PROCESS_RESULT result = run(arguments);
-        EXPECT_EQ(result.exit_code, DONE) << result.errors;
-        return json_of(result.output);
-    }
-    std::string file() const { return read_file(m_scratch.directory() / "pgm_flash.ini"); }
-    const SCRATCH& scratch() const { return m_scratch; }
-
-private:
-    SCRATCH m_scratch;
-};
-
-const std::vector<std::string> ADD_NAND{
-    "hps", "add", "nand", "manufacturer_id=0xEC", "device_id=211", "device_byte_size=0x140000000"};
 
 /// An `hps add spi` of every field.
 std::vector<std::string> add_spi(const std::string& name) {
@@ -196,7 +173,7 @@ TEST(hps_command, FieldsAreChecked) {
     };
     refused(3, "manufacturer_id=0xEG", {"manufacturer_id: Invalid QWORD conversion"});
     refused(3, "manufacturer_id=4294967296", {"manufacturer_id: Conversion overflow compare to type"});
-    refused(3, "manufacturer_id=256", {"manufacturer_id: Input is out of range"});
+    refused(3, "manufacturer_id=18446744073709551616", {"manufacturer_id: Conversion overflow compare to type"});
     refused(3, "manufacturer_id=", {"manufacturer_id"});
     refused(3, "manufacturer_id", {"FIELD=VALUE"});
     refused(3, "manufacturer=1", {"\"manufacturer\""});
@@ -206,7 +183,71 @@ TEST(hps_command, FieldsAreChecked) {
     std::vector<std::string> arguments = add_spi("NAME");
     arguments.at(18) = "flag_a=2";
     expect_failure(directory.run(arguments), WRONG_USAGE, {"flag_a"});
+    arguments = add_spi("NAME");
+    arguments.at(19) = "erase_opcode=256";
+    expect_failure(directory.run(arguments), WRONG_USAGE, {"erase_opcode: Input is out of range"});
     EXPECT_EQ(directory.scratch().file_count(), 0U);
+}
+
+TEST(hps_command, IdentificationsAreAsLongAsTheLibraryTakesThem) {
+    const HPS_DIRECTORY directory;
+    EXPECT_EQ(directory.json({"hps", "add", "nand", "manufacturer_id=0x12C", "device_id=-1", "device_byte_size=1024"}),
+              (JSON{{"index", 0},
+                    {"manufacturer_id", 0x12C},
+                    {"device_id", 0xFFFFFFFF},
+                    {"device_byte_size", 1024},
+                    {"user", true}}));
+    const JSON spi =
+        directory.json({"hps", "add", "spi", "--like", "26", "silicon_id=0x101840C8", "silicon_id_mask=0xFFFFFFFF"});
+    EXPECT_EQ(spi.at("silicon_id"), 0x101840C8);
+    EXPECT_EQ(spi.at("silicon_id_mask"), 0xFFFFFFFF);
+    EXPECT_EQ(directory.json({"hps", "spi"}).at(0), spi);
+}
+
+TEST(hps_command, HelpTellsWhichFieldsHaveALargestValue) {
+    EXPECT_TRUE(contains(run_command({"hps", "add", "nand", "--help"}).output,
+                         "-1 is the largest value of manufacturer_id device_id.\n"));
+    EXPECT_TRUE(contains(run_command({"hps", "add", "spi", "--help"}).output,
+                         "-1 is the largest value of silicon_id silicon_id_mask bulk_erase_time code_a code_b "
+                         "sec_erase_time code_c.\n"));
+}
+
+TEST(hps_command, EntriesAreInsertedAndChangedInTheirPlace) {
+    const HPS_DIRECTORY directory;
+    const auto add = [&directory](const std::string& id, std::vector<std::string> more) {
+        std::vector<std::string> arguments{
+            "hps", "add", "nand", "manufacturer_id=1", "device_id=" + id, "device_byte_size=1024"};
+        arguments.insert(arguments.end(), more.begin(), more.end());
+        return directory.json(arguments).at("index");
+    };
+    const auto ids = [&directory] {
+        std::vector<int> found;
+        for (const JSON& entry : directory.json({"hps", "nand"})) {
+            if (entry.at("user")) {
+                found.push_back(entry.at("device_id"));
+            }
+        }
+        return found;
+    };
+    EXPECT_EQ(add("10", {}), 0);
+    EXPECT_EQ(add("11", {}), 1);
+    EXPECT_EQ(add("12", {"--before", "1"}), 1);
+    EXPECT_EQ(add("13", {"--before", "0"}), 0);
+    EXPECT_EQ(ids(), (std::vector<int>{13, 10, 12, 11}));
+
+    JSON entry = directory.json({"hps", "nand"}).at(2);
+    entry["device_id"] = 20;
+    EXPECT_EQ(directory.json({"hps", "edit", "nand", "2", "device_id=20"}), entry);
+    EXPECT_EQ(ids(), (std::vector<int>{13, 10, 20, 11}));
+    EXPECT_EQ(directory.run({"hps", "edit", "nand", "0", "device_id=1"}).output, "Entry 0 changed\n");
+
+    const std::string before = directory.file();
+    expect_failure(directory.run({"hps", "edit", "nand", "4", "device_id=1"}), NOT_FOUND, {"built in"});
+    expect_failure(directory.run({"hps", "edit", "nand", "99", "device_id=1"}), NOT_FOUND, {"does not exist"});
+    expect_failure(directory.run({"hps", "edit", "nand", "0", "device=1"}), WRONG_USAGE, {"\"device\""});
+    expect_failure(directory.run({"hps", "edit", "nand", "0"}), WRONG_USAGE, {});
+    expect_failure(directory.run({"hps", "add", "nand", "--like", "0", "--before", "4"}), NOT_FOUND, {"built in"});
+    EXPECT_EQ(directory.file(), before);
 }
 
 TEST(hps_command, EntriesThatCannotBeRemoved) {
@@ -251,6 +292,11 @@ TEST(hps_command, HelpWithExamples) {
                                                   {"hps", "remove"},
                                                   {"hps", "remove", "nand"},
                                                   {"hps", "remove", "spi"},
+                                                  {"hps", "edit"},
+                                                  {"hps", "edit", "nand"},
+                                                  {"hps", "edit", "spi"},
+                                                  {"params", "show"},
+                                                  {"params", "set"},
                                                   {"params"},
                                                   {"params", "list"},
                                                   {"params", "read"},
@@ -264,51 +310,4 @@ TEST(hps_command, HelpWithExamples) {
     }
     expect_failure(run_command({"hps"}), WRONG_USAGE, {});
     expect_failure(run_command({"params"}), WRONG_USAGE, {});
-}
-
-TEST(params_command, BlocksOfAFile) {
-    const HPS_DIRECTORY directory;
-    const std::string contents("any\0bytes\xFF", 10);
-    const std::string source = directory.scratch().write("source.bin", contents);
-    EXPECT_EQ(directory.json({"params", "write", "0", source}),
-              (JSON{{"block", 0}, {"name", "SFL FLASH"}, {"present", true}, {"size", 10}}));
-    EXPECT_EQ(directory.run({"params", "write", "hps nand", source, "--raw"}).exit_code, DONE);
-    EXPECT_EQ(directory.file(), ref::file(ref::BLOCKS{contents, std::nullopt, contents}));
-    EXPECT_EQ(directory.json({"params", "list"}),
-              JSON::array({{{"block", 0}, {"name", "SFL FLASH"}, {"present", true}, {"size", 10}},
-                           {{"block", 1}, {"name", "HPS SPI"}, {"present", false}, {"size", 0}},
-                           {{"block", 2}, {"name", "HPS NAND"}, {"present", true}, {"size", 10}}}));
-    EXPECT_EQ(lines_of(directory.run({"params", "list"}).output),
-              (std::vector<std::string>{"block  name       bytes", "0      SFL FLASH  10", "1      HPS SPI    absent",
-                                        "2      HPS NAND   10"}));
-
-    EXPECT_EQ(directory.json({"params", "read", "SFL FLASH"}).at("data"), "616e79006279746573ff");
-    EXPECT_EQ(directory.run({"params", "read", "0"}).output,
-              "00000000  61 6e 79 00 62 79 74 65 73 ff                    |any.bytes.|\n");
-    EXPECT_EQ(directory.run({"params", "read", "2", directory.scratch().path("copy.bin")}).exit_code, DONE);
-    EXPECT_EQ(read_file(directory.scratch().path("copy.bin")), contents);
-
-    EXPECT_EQ(directory.run({"params", "remove", "0"}).exit_code, DONE);
-    EXPECT_EQ(directory.file(), ref::file(ref::BLOCKS{std::nullopt, std::nullopt, contents}));
-}
-
-TEST(params_command, AbsentBlocks) {
-    const HPS_DIRECTORY directory;
-    expect_failure(directory.run({"params", "read", "1"}), NOT_FOUND, {"HPS SPI"});
-    expect_failure(directory.run({"params", "remove", "1"}), NOT_FOUND, {"HPS SPI"});
-    EXPECT_EQ(directory.scratch().file_count(), 0U);
-}
-
-TEST(params_command, WrongArguments) {
-    const HPS_DIRECTORY directory;
-    const std::string empty = directory.scratch().write("empty.bin", "");
-    const std::string good = directory.scratch().write("good.bin", "data");
-    expect_failure(directory.run({"params", "read", "3"}), WRONG_USAGE, {"\"3\"", "HPS NAND"});
-    expect_failure(directory.run({"params", "write", "spi", good}), WRONG_USAGE, {"\"spi\""});
-    expect_failure(directory.run({"params", "write", "1", empty}), WRONG_USAGE, {"is empty"});
-    expect_failure(directory.run({"params", "write", "1", directory.scratch().path("missing")}), WRONG_USAGE,
-                   {"cannot be read"});
-    expect_failure(directory.run({"params", "write", "1", directory.scratch().directory().string()}), WRONG_USAGE,
-                   {"cannot be read"});
-    expect_failure(directory.run({"params", "write", "1"}), WRONG_USAGE, {});
 }

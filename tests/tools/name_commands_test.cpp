@@ -153,11 +153,29 @@ TEST(PartCommand, FindsPartsOfDevices) {
     const PROCESS_RESULT result = run_command({"--json", "part", "from-device", lower(device)});
     EXPECT_EQ(result.exit_code, DONE);
     EXPECT_EQ(json_of(result.output),
-              found_answer(lower(device),
-                           JSON{{"name", lower(device)}, {"part", PGMDEV_MGR::get_part_name_from_dev(device)}}));
+              found_answer(lower(device), JSON{{"name", lower(device)},
+                                               {"part", PGMDEV_MGR::get_part_name_from_dev(device)},
+                                               {"hidden", false}}));
     const PROCESS_RESULT unknown = run_command({"part", "from-device", device + "#"});
     expect_failure(unknown, NOT_FOUND, {"did you mean ", upper(device)});
     EXPECT_FALSE(contains(unknown.errors, "internal error"));
+}
+
+TEST(PartCommand, FindsHiddenPartsOfDevicesThatHaveNoOthers) {
+    EXPECT_EQ(PGMDEV_MGR::get_part_name_from_dev("AVORT35"), "");
+    const PROCESS_RESULT result = run_command({"part", "from-device", "avort35"});
+    EXPECT_EQ(result.exit_code, DONE);
+    EXPECT_EQ(result.output, "AVORT35B256C7\n");
+    EXPECT_TRUE(contains(result.errors, "has hidden parts only")) << result.errors;
+    EXPECT_EQ(run_command({"-q", "part", "from-device", "AVORT35"}).errors, "");
+    EXPECT_EQ(json_of(run_command({"--json", "part", "from-device", "AVORT35"}).output),
+              found_answer("AVORT35", JSON{{"name", "AVORT35"}, {"part", "AVORT35B256C7"}, {"hidden", true}}));
+}
+
+TEST(PartCommand, SaysThatADeviceHasNoPart) {
+    expect_failure(run_command({"part", "from-device", "KESR50"}), NOT_FOUND,
+                   {"the device \"KESR50\" has no part: only programmer files may name it"});
+    EXPECT_EQ(GRAMMAR::get_family(std::string("KESR50")), "KESTREL");
 }
 
 TEST(PartCommand, FindsPartsOfProgrammerFileParts) {

@@ -64,6 +64,21 @@ extern "C" PLUGIN_EXPORT int use_every_index() {
     return good;
 }
 
+/// How many flash devices the lists hold. The first call remembers the lists; the later ones read what
+/// the first one found.
+extern "C" PLUGIN_EXPORT int read_remembered_lists() {
+    static const auto* const nand = &PGMDEV_HPS_NAND_MGR::get_mgr()->get_list();
+    static const auto* const spi = &PGMDEV_HPS_SPI_MGR::get_mgr()->get_list();
+    std::size_t read = 0;
+    for (const PGMDEV_HPS_NAND_STRUCTURE* flash : *nand) {
+        read += flash->device_byte_size != 0 ? 1U : 0U;
+    }
+    for (const PGMDEV_HPS_SPI_STRUCTURE* flash : *spi) {
+        read += flash->manufacturer_name.empty() ? 0U : 1U;
+    }
+    return static_cast<int>(read);
+}
+
 /// How many of the stores answered as they must, up to the first that failed. The singletons stay: the library itself has
 /// to take them away.
 extern "C" PLUGIN_EXPORT int use_every_store() {

@@ -39,7 +39,6 @@ struct CATALOG_DEVICE {
     std::string name;             ///< as the device library spells it
     std::size_t family = 0;       ///< index of the family
     std::string programmer_part;  ///< ""; the device is not known to programmer files
-    bool has_programming_names = false;
 };
 
 /// What an ordering name stands for.

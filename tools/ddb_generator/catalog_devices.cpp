@@ -59,7 +59,7 @@ void CATALOG_READER::read_device(const SOURCE_ROW& row) {
     require_ascending(row.place, "device number", *number, m_previous_device);
     m_in_device = true;
     m_catalog.devices.push_back(
-        {row.place, *number, row.cells[2], *family, programmable ? upper_case(row.cells[4]) : "", false});
+        {row.place, *number, row.cells[2], *family, programmable ? upper_case(row.cells[4]) : ""});
 }
 
 std::vector<std::string> CATALOG_READER::read_pattern(const SOURCE_ROW& row, std::size_t cell) {
@@ -123,7 +123,6 @@ void CATALOG_READER::read_parts(const SOURCE_ROW& row) {
         return;
     }
     part.device = m_catalog.devices.size() - 1;
-    m_catalog.devices.back().has_programming_names = true;
     part.number = *first;
     for (const std::string& name : names) {
         part.programming_name = name;

@@ -66,9 +66,7 @@ GRAMMAR build_grammar(const CATALOG& catalog, const std::filesystem::path& direc
         const CATALOG_FAMILY& family = catalog.families[device.family];
         builder.add(GRAMMAR_DEV_PART_PCF, device.programmer_part, device.name, device.place);
         builder.add(GRAMMAR_DEV_FAMILY_PCF, family.programmer_family, device.name, device.place);
-        if (device.has_programming_names) {
-            builder.add(GRAMMAR_FAMILY, family.name, device.programmer_part, device.place);
-        }
+        builder.add(GRAMMAR_FAMILY, family.name, device.programmer_part, device.place);
     }
     for (const CATALOG_PART& part : catalog.parts) {
         const CATALOG_DEVICE& device = catalog.devices[part.device];

@@ -3,13 +3,14 @@
 #include <algorithm>
 #include <map>
 #include <memory>
+#include <tuple>
+#include <utility>
 
 #include "cfg.h"
 #include "flash/records.h"
 #include "gen.h"
 #include "packed/file.h"
 #include "report.h"
-#include "stl.h"
 
 // Life of a manager, and the loading of its database.
 
@@ -64,6 +65,8 @@ PGMDEV_FLASH_MANAGER& PGMDEV_FLASH_MANAGER::operator=(const PGMDEV_FLASH_MANAGER
     m_ini_count = other.m_ini_count;
     m_type_count = other.m_type_count;
     m_ini_flash_info = std::move(ini_flash_info);
+    m_counted_database = other.m_counted_database;
+    m_slots = other.m_slots;
     return *this;
 }
 
@@ -83,16 +86,48 @@ void PGMDEV_FLASH_MANAGER::make_map() {
     m_device_to_flash_map = map.release();
 }
 
-void PGMDEV_FLASH_MANAGER::unload() {
-    m_version = 0;
-    m_flash_count = 0;
-    m_ini_count = 0;
-    m_type_count = 0;
-    m_database_shares.release(m_flash_database);
-}
+/// What a manager has loaded, taken out of it for as long as something else is loaded into its place.
+class PGMDEV_FLASH_MANAGER::LOADED {
+public:
+    explicit LOADED(PGMDEV_FLASH_MANAGER& manager)
+        : m_manager(manager),
+          m_ini_flash_info(manager.m_ini_flash_info),
+          m_counts{manager.m_version, manager.m_flash_count, manager.m_ini_count, manager.m_type_count,
+                   manager.m_slots},
+          m_counted_database(manager.m_counted_database),
+          m_database(std::exchange(manager.m_flash_database, nullptr)),
+          m_shares(std::move(manager.m_database_shares)) {}
+    LOADED(const LOADED&) = delete;
+    LOADED& operator=(const LOADED&) = delete;
+
+    /// Gives way to what was loaded instead, or takes its place again.
+    ~LOADED() {
+        if (!m_kept) {
+            m_shares.release(m_database);
+            return;
+        }
+        m_manager.m_database_shares.release(m_manager.m_flash_database);
+        m_manager.m_flash_database = m_database;
+        m_manager.m_database_shares.take_over(m_shares);
+        m_manager.m_counted_database = m_counted_database;
+        std::tie(m_manager.m_version, m_manager.m_flash_count, m_manager.m_ini_count, m_manager.m_type_count,
+                 m_manager.m_slots) = m_counts;
+        std::swap(m_manager.m_ini_flash_info, m_ini_flash_info);
+    }
+
+    void give_way() { m_kept = false; }
+
+private:
+    PGMDEV_FLASH_MANAGER& m_manager;
+    PGMDEV_SFL_FLASH_INFO m_ini_flash_info;
+    std::tuple<DWORD, DWORD, DWORD, DWORD, DWORD> m_counts;
+    const PGMDEV_SFL_FLASH_INFO* m_counted_database;
+    PGMDEV_SFL_FLASH_INFO* m_database;
+    PGMDEV_SHARES<PGMDEV_SFL_FLASH_INFO[]> m_shares;
+    bool m_kept = true;
+};
 
 void PGMDEV_FLASH_MANAGER::initialize_flash_database(FIO_PATH flash_file) {
-    unload();
     const PACKED_BODY body = read_packed_file(flash_file, FLASH_FORMAT);
     if (body.data != nullptr) {
         parse_body(body.data.get(), body.size);
@@ -104,7 +139,8 @@ bool PGMDEV_FLASH_MANAGER::parse_database(BYTE* payload) {
     return false;
 }
 
-void PGMDEV_FLASH_MANAGER::parse_body(const BYTE* body, QWORD size) try {
+void PGMDEV_FLASH_MANAGER::parse_body(const BYTE* body, QWORD size) {
+    LOADED before(*this);
     DWORD cursor = 0;
     PACKED_READER reader(body, size, cursor, FLASH_FORMAT);
     const PACKED_BODY_HEAD head = reader.body_head();
@@ -115,9 +151,9 @@ void PGMDEV_FLASH_MANAGER::parse_body(const BYTE* body, QWORD size) try {
 
     const DWORD extra = m_ini_flash_info.device_name.empty() ? 0 : 1;
     const QWORD slots = std::min<QWORD>(head.record_count, FLASH_CODEC::most_records_in(size)) + extra;
-    auto records = std::make_unique<PGMDEV_SFL_FLASH_INFO[]>(slots);
-    m_database_shares.release(m_flash_database);
-    m_flash_database = records.release();
+    m_flash_database = new PGMDEV_SFL_FLASH_INFO[slots];
+    m_counted_database = m_flash_database;
+    m_slots = static_cast<DWORD>(slots);
     m_ini_count = extra;
 
     for (DWORD slot = extra; slot - extra < m_flash_count;) {
@@ -137,14 +173,12 @@ void PGMDEV_FLASH_MANAGER::parse_body(const BYTE* body, QWORD size) try {
         ++m_flash_count;
     }
     m_ini_count = 0;
+    before.give_way();
     if (m_print_on_load != 0) {
         for (DWORD i = 0; i < m_flash_count; ++i) {
             print_database(i);
         }
     }
-} catch (...) {
-    unload();
-    throw;
 }
 
 bool PGMDEV_FLASH_MANAGER::get_database(BYTE* payload, DWORD& cursor, DWORD slot) {
@@ -170,18 +204,17 @@ void PGMDEV_FLASH_MANAGER::confirm_default_value(DWORD first) {
     PGMDEV_REQUIRE(m_flash_database != nullptr || m_flash_count == 0, "m_flash_database != NULL", FLASH_MANAGER_FILE);
     const PGMDEV_SFL_FLASH_INFO* const begin = m_flash_database + first;
     const PGMDEV_SFL_FLASH_INFO* const end = begin + m_flash_count;
-    const auto key = [](const PGMDEV_SFL_FLASH_INFO& record) {
-        std::string name = record.device_name;
-        stl_tolower(name);
-        return name;
+    // Which names are one name is the host's to say.
+    const auto precedes = [](const std::string& left, const std::string& right) {
+        return gen_stricmp(left, right) < 0;
     };
-    std::map<std::string, DWORD> defaults;
+    std::map<std::string, DWORD, decltype(precedes)> defaults(precedes);
     for (const auto* record = begin; record != end; ++record) {
-        defaults[key(*record)] += record->default_dev ? 1 : 0;
+        defaults[record->device_name] += record->default_dev ? 1 : 0;
     }
     for (const auto* record = begin; record != end;
          ++record) {  // in record order, so that the first faulty name is reported
-        const DWORD count = defaults[key(*record)];
+        const DWORD count = defaults[record->device_name];
         PGMDEV_REQUIRE(count <= 1, "!one_default", FLASH_MANAGER_FILE);
         PGMDEV_REQUIRE(count == 1, "one_default", FLASH_MANAGER_FILE);
     }

@@ -1,5 +1,5 @@
 #include <iostream>
-#include <sstream>
+#include <string>
 #include <type_traits>
 
 #include "flash/source.h"
@@ -23,23 +23,21 @@ void PGMDEV_FLASH_MANAGER::dump_to_database(BYTE** buffer, DWORD& index, std::ve
 
 void PGMDEV_FLASH_MANAGER::print_database(DWORD index) {
     PGMDEV_REQUIRE(m_flash_database != nullptr, "m_flash_database != NULL", FLASH_MANAGER_FILE);
-    std::ostringstream line;
-    line << "Flash Manager Debug " << index << "\n\t";
+    std::string line = "Flash Manager Debug " + std::to_string(index) + "\n\t";
     const char* separator = "";
     for (const PGMDEV_SFL_FLASH_MEMBER& member : PGMDEV_SFL_FLASH_MEMBERS) {
-        line << separator;
+        line += separator;
         separator = " ";
         std::visit(
             [&](auto field) {
                 const auto& value = m_flash_database[index].*field;
                 if constexpr (std::is_same_v<std::remove_cvref_t<decltype(value)>, std::string>) {
-                    line << value;
+                    line += value;
                 } else {
-                    line << static_cast<DWORD>(value);
+                    line += std::to_string(static_cast<DWORD>(value));
                 }
             },
             member.field);
     }
-    line << "\n";
-    std::cout << line.str() << std::flush;
+    std::cout << line << '\n' << std::flush;
 }

@@ -39,7 +39,7 @@ void PGMDEV_FLASH_MANAGER::get_dword_data(const BYTE* data, DWORD& index, DWORD*
 }
 
 void PGMDEV_FLASH_MANAGER::get_string_data(const BYTE* data, DWORD& index, std::string* value) {
-    *value = reading(data, index).get_string(true);
+    reading(data, index).get_string(true, *value);
 }
 
 void PGMDEV_FLASH_MANAGER::confirm_data_type_end(const BYTE* data, DWORD& index) {

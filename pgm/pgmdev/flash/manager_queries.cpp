@@ -40,8 +40,9 @@ bool PGMDEV_FLASH_MANAGER::flash_id_database_mapping(bool silicon_id, DWORD devi
         return false;
     }
     entry = static_cast<DWORD>(found - records.begin());
-    msg_local_vdebug("PGMDEV", MAPPING_DEBUG_LEVEL, "Found Device %d %s id at index %d",
-                     static_cast<int>(device_index + 1), silicon_id ? "silicon" : "device", static_cast<int>(entry));
+    msg_local_vdebug("PGMDEV", MAPPING_DEBUG_LEVEL,
+                     silicon_id ? "Found Device %d silicon id at index %d" : "Found Device %d device id at index %d",
+                     static_cast<int>(device_index + 1), static_cast<int>(entry));
     PGMDEV_REQUIRE(entry < m_flash_count,
                    "m_device_to_flash_map[device_index] >= 0 && m_device_to_flash_map[device_index] < m_flash_count",
                    FLASH_MANAGER_FILE);
@@ -67,8 +68,9 @@ const PGMDEV_SFL_FLASH_INFO& PGMDEV_FLASH_MANAGER::mapped_record(DWORD device) {
 }
 
 const PGMDEV_SFL_FLASH_INFO& PGMDEV_FLASH_MANAGER::record_at(DWORD index) const {
-    PGMDEV_REQUIRE(index < m_flash_count, "index < data_size",
-                   FLASH_MANAGER_FILE);  // the map may be older than the records
+    // The map may be older than the records. How many an array of a deriving class has, only that class knows.
+    PGMDEV_REQUIRE(m_flash_database != m_counted_database || index < std::max(m_slots, m_flash_count),
+                   "index < data_size", FLASH_MANAGER_FILE);
     return m_flash_database[index];
 }
 

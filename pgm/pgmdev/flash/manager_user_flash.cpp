@@ -106,23 +106,26 @@ bool PGMDEV_FLASH_MANAGER::assign_ini(std::string* values) {
     return assign_user_flash(all, m_ini_flash_info) == all.size();
 }
 
+// A host may tell messages apart by their formats, so each member has its own.
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Wformat-nonliteral"
 void PGMDEV_FLASH_MANAGER::print_ini_database() {
     for (const PGMDEV_SFL_FLASH_MEMBER& member : PGMDEV_SFL_FLASH_MEMBERS) {
-        const std::string name(member.name);
+        const std::string format = "3rd party SPI support - " + std::string(member.name) + " : ";
         std::visit(
             [&](auto field) {
                 const auto& value = m_ini_flash_info.*field;
                 if constexpr (std::is_same_v<std::remove_cvref_t<decltype(value)>, std::string>) {
-                    msg_local_vdebug("PGMDEV", USER_FLASH_DEBUG_LEVEL, "3rd party SPI support - %s : %s", name.c_str(),
-                                     value.c_str());
+                    msg_local_vdebug("PGMDEV", USER_FLASH_DEBUG_LEVEL, (format + "%s").c_str(), value.c_str());
                 } else {
-                    msg_local_vdebug("PGMDEV", USER_FLASH_DEBUG_LEVEL, "3rd party SPI support - %s : %X", name.c_str(),
+                    msg_local_vdebug("PGMDEV", USER_FLASH_DEBUG_LEVEL, (format + "%X").c_str(),
                                      static_cast<unsigned>(value));
                 }
             },
             member.field);
     }
 }
+#pragma GCC diagnostic pop
 
 void PGMDEV_FLASH_MANAGER::gen_flash_ini() {
     define_user_flash(std::cin, std::cout);

@@ -3,6 +3,7 @@
 #include <memory>
 #include <mutex>
 #include <type_traits>
+#include <utility>
 
 #include "hps/built_in_records.h"
 #include "hps/kinds.h"
@@ -10,6 +11,7 @@
 #include "pgmdev_hps_nand_mgr.h"
 #include "pgmdev_hps_spi_mgr.h"
 #include "static_mutex.h"
+#include "unloading.h"
 
 // The HPS managers: three singletons. The two flash managers differ only in their records.
 
@@ -18,7 +20,7 @@ namespace {
 constexpr DWORD STAMP_SIZE = 32;
 static_assert(PGMDEV_HPS_NAND_STAMP.size() == STAMP_SIZE && PGMDEV_HPS_SPI_STAMP.size() == STAMP_SIZE);
 
-/// Guards the creation and destruction of all three.
+/// Guards the places of all three.
 STATIC_MUTEX g_mutex;
 
 template <class RECORD>
@@ -82,22 +84,39 @@ void destroy_records(std::vector<RECORD*>& list) {
     list.clear();
 }
 
-/// The instance, made by the first call.
-template <class MANAGER, class MAKE>
-MANAGER* instance(MANAGER*& manager, MAKE make) {
+/// Puts a manager, or none, into the place of another one, which comes back. No host is called meanwhile.
+template <class MANAGER>
+MANAGER* exchange(MANAGER*& place, MANAGER* manager) {
     const std::scoped_lock lock(g_mutex);
-    if (manager == nullptr) {
-        manager = make();
+    return std::exchange(place, manager);
+}
+
+template <class MANAGER>
+MANAGER* present(MANAGER*& place) {
+    const std::scoped_lock lock(g_mutex);
+    return place;
+}
+
+/// Puts a new manager into its place, unless another thread was sooner: then that thread's stays there, and the result
+/// is the one to delete.
+template <class MANAGER>
+MANAGER* put_first(MANAGER*& place, MANAGER* manager) {
+    const std::scoped_lock lock(g_mutex);
+    if (place != nullptr) {
+        return manager;
     }
-    return manager;
+    place = manager;
+    return nullptr;
 }
 
 /// An instance that nobody deleted goes with the library.
 struct CLEAN_UP {
     ~CLEAN_UP() {
-        PGMDEV_HPS_MGR::delete_mgr();
-        PGMDEV_HPS_NAND_MGR::delete_mgr();
-        PGMDEV_HPS_SPI_MGR::delete_mgr();
+        if (library_is_unloading()) {
+            PGMDEV_HPS_MGR::delete_mgr();
+            PGMDEV_HPS_NAND_MGR::delete_mgr();
+            PGMDEV_HPS_SPI_MGR::delete_mgr();
+        }
     }
 } clean_up;
 
@@ -105,15 +124,18 @@ struct CLEAN_UP {
 
 // What the three managers have in common, defined for one of them: only its own functions may create and delete it.
 // NOLINTBEGIN(bugprone-macro-parentheses): names of types do not stand in parentheses.
-#define SINGLETON(MANAGER)                                  \
-    MANAGER* MANAGER::m_mgr = nullptr;                      \
-    MANAGER* MANAGER::get_mgr() {                           \
-        return instance(m_mgr, [] { return new MANAGER; }); \
-    }                                                       \
-    void MANAGER::delete_mgr() {                            \
-        const std::scoped_lock lock(g_mutex);               \
-        delete m_mgr;                                       \
-        m_mgr = nullptr;                                    \
+#define SINGLETON(MANAGER)                                      \
+    MANAGER* MANAGER::m_mgr = nullptr;                          \
+    MANAGER* MANAGER::get_mgr() {                               \
+        MANAGER* manager = present(m_mgr);                      \
+        while (manager == nullptr) {                            \
+            delete put_first(m_mgr, new MANAGER);               \
+            manager = present(m_mgr);                           \
+        }                                                       \
+        return manager;                                         \
+    }                                                           \
+    void MANAGER::delete_mgr() {                                \
+        delete exchange(m_mgr, static_cast<MANAGER*>(nullptr)); \
     }
 // NOLINTEND(bugprone-macro-parentheses)
 

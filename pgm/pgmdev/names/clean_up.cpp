@@ -2,11 +2,16 @@
 
 #include "names/part_indexes.h"
 #include "names/stores.h"
+#include "unloading.h"
 
 namespace {
 
 struct CLEAN_UP {
-    ~CLEAN_UP() { free_stores_and_indexes(); }
+    ~CLEAN_UP() {
+        if (library_is_unloading()) {
+            free_stores_and_indexes();
+        }
+    }
 } clean_up;
 
 }  // namespace

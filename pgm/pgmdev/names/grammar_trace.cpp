@@ -19,8 +19,7 @@ void print(std::initializer_list<const char*> texts) {
 }  // namespace
 
 bool grammar_is_traced() {
-    static const std::string KEY = "PGMDEV_ENABLE_GRAMMAR_DEBUG";
-    return cfg_is_on(KEY, false) != 0;
+    return cfg_is_on("PGMDEV_ENABLE_GRAMMAR_DEBUG", false) != 0;
 }
 
 void trace_package_name(const std::string& name, const std::string& out) {

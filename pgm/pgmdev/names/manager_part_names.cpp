@@ -42,7 +42,7 @@ std::optional<std::string> first_denoted(const std::string& name) {
 }  // namespace
 
 std::string PGMDEV_MGR::get_part_name_from_dev(std::string device_name) {
-    const DEV_PART_MANAGER manager;
+    DEV_PART_MANAGER manager;
     const DEV_DEVICE_ENUM device = dstr_get_dev_device_enum_by_string(device_name.c_str());
     const DEV_FAMILY_ENUM family = manager.get_family_of(device);
     if (!dstr_is_valid_dev_device_enum(device) || !dstr_is_valid_dev_family_enum(family)) {
@@ -61,7 +61,7 @@ std::string PGMDEV_MGR::get_part_name_from_dev(std::string device_name) {
 }
 
 std::string PGMDEV_MGR::get_part_name_from_pcf(std::string pcf_name) {
-    const DEV_PART_MANAGER manager;
+    DEV_PART_MANAGER manager;
     stl_toupper(pcf_name);
     if (const PART_NAME_INDEX* index = parts_by_programmer_file_name(INDEX_WANTED::WHEN_IT_PAYS)) {
         return index->find(pcf_name).value_or("");
@@ -80,7 +80,7 @@ std::string PGMDEV_MGR::get_part_name_from_pcf(std::string pcf_name) {
 }
 
 std::string PGMDEV_MGR::get_possible_full_name(std::string name) {
-    [[maybe_unused]] const DEV_PART_MANAGER manager;  // the host may load its part list for as long as one lives
+    [[maybe_unused]] DEV_PART_MANAGER manager;  // the host may load its part list for as long as one lives
     stl_toupper(name);
     // While conversions are traced, they have to be seen: every candidate's.
     const PART_NAME_INDEX* index = grammar_is_traced() ? nullptr : parts_by_possible_name(INDEX_WANTED::WHEN_IT_PAYS);

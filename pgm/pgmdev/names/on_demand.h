@@ -4,13 +4,12 @@
 /// What is built when it is first needed and only read from then on.
 
 #include <atomic>
-#include <mutex>
 
-#include "static_mutex.h"
-
-/// Holds an object that whichever thread comes first builds; nobody waits for a lock afterwards. A build that fails
-/// publishes nothing, and the next one tries again. There is nothing to destroy: a static object that outlives the
-/// clean-up may still ask.
+/// Holds an object that is built when it is first needed. Nobody ever waits: building calls the host, and what the host
+/// does then, such as asking the library for something, or having another thread ask, is not ours to know. Threads that
+/// come first together build an object each, and the first that is ready is everybody's. A build that fails publishes
+/// nothing, and the next one tries again. There is nothing to destroy: a static object that outlives the clean-up may
+/// still ask.
 template <class OBJECT>
 class ON_DEMAND {
 public:
@@ -20,11 +19,10 @@ public:
         if (const OBJECT* object = m_object.load(std::memory_order_acquire)) {
             return object;
         }
-        const std::scoped_lock lock(m_building);
-        if (m_object.load(std::memory_order_relaxed) == nullptr) {
-            m_object.store(build().release(), std::memory_order_release);
-        }
-        return m_object.load(std::memory_order_relaxed);
+        auto built = build();
+        const OBJECT* first = nullptr;
+        return m_object.compare_exchange_strong(first, built.get(), std::memory_order_acq_rel) ? built.release()
+                                                                                               : first;
     }
 
     /// For an object that one can do without for a while: the first `calls` calls find none unless it is there.
@@ -45,5 +43,4 @@ public:
 private:
     std::atomic<const OBJECT*> m_object{nullptr};
     std::atomic<unsigned> m_calls{0};  ///< of get_after without an object
-    STATIC_MUTEX m_building;
 };

@@ -34,7 +34,8 @@ std::string normal(std::string name) {
 
 std::unique_ptr<PART_NAME_INDEX> index_programmer_file_names(const GRAMMAR_STORE* grammar) {
     auto index = std::make_unique<PART_NAME_INDEX>();
-    for_each_preferred_part(DEV_PART_MANAGER(), "ANY", [&](int part) {
+    DEV_PART_MANAGER manager;
+    for_each_preferred_part(manager, "ANY", [&](int part) {
         std::string name = normal(dstr_get_user_string(part));
         const std::string_view part_pcf = key_of(grammar, TABLE::PGM_PART_PCF, name);
         if (!index->has(part_pcf)) {

@@ -50,7 +50,7 @@ void for_each_part(VISIT visit) {
 
 /// Calls `visit(part)` for the parts of a family ("ANY": all), pass by pass, until it returns true.
 template <class VISIT>
-void for_each_preferred_part(const DEV_PART_MANAGER& manager, const std::string& family, VISIT visit) {
+void for_each_preferred_part(DEV_PART_MANAGER& manager, const std::string& family, VISIT visit) {
     std::vector<int> parts;
     for (const PART_PASS& pass : PART_PASSES) {
         parts.clear();

@@ -3,9 +3,8 @@
 /// \file
 /// The two stores of the data compiled into the library, and the look-ups in them.
 ///
-/// Each store is built when it is first needed, by whichever thread comes first, and is only read from then on. A build
-/// that fails is reported and publishes nothing; the next call tries again. The handler of internal errors must not ask
-/// for the store whose build it is told of.
+/// Each store is built when it is first needed, and is only read from then on. A build that fails is reported and
+/// publishes nothing; the next call tries again.
 
 #include <string>
 #include <string_view>

@@ -71,14 +71,14 @@ DWORD PACKED_READER::get_dword() {
     return little_endian(4);
 }
 
-std::string PACKED_READER::get_string(bool allow_empty) {
+void PACKED_READER::get_string(bool allow_empty, std::string& text) {
     PGMDEV_REQUIRE(is_in(m_format.string_tags, next()), m_format.wrong_string_tag, m_format.file);
+    text.clear();
     const BYTE length = next();
     PGMDEV_REQUIRE(length > 0 || allow_empty, "allow_empty", m_format.file);
     require_room(length);
-    std::string text(reinterpret_cast<const char*>(m_data + m_index), length);
+    text.assign(reinterpret_cast<const char*>(m_data + m_index), length);
     m_index += length;
-    return text;
 }
 
 void PACKED_READER::confirm_marker(std::string_view marker) {

@@ -40,7 +40,7 @@ public:
     BYTE get_byte();
     WORD get_word();
     DWORD get_dword();
-    std::string get_string(bool allow_empty);
+    void get_string(bool allow_empty, std::string& text);  ///< behind a good tag, a text that is refused leaves none
 
     void confirm_record_end();    ///< "END1"
     void confirm_database_end();  ///< "END2"

@@ -132,11 +132,13 @@ FILE_IMAGE build_image(const std::array<BLOCK, PGMDEV_FLASH_INI_MAX>& blocks, QW
     return image;
 }
 
-/// Whether the file is there, and nobody may read it now. What it holds is not to be taken for lost.
+/// Whether the file is there, and may not be read and written. What it holds is neither to be taken for lost, nor to be
+/// replaced by way of its directory against its protection.
 bool is_withheld(const std::string& path) {
     FIO_STATUS status;
-    return FIO_FILE_SYSTEM::status(path.c_str(), &status) && status.regular &&
-           !open_replaced_file(fio_get_unc_full_path(path)).is_open();
+    return FIO_FILE_SYSTEM::exists(path.c_str()) &&
+           (!FIO_FILE_SYSTEM::status(path.c_str(), &status) || !status.regular ||
+            !open_replaced_file(fio_get_unc_full_path(path), std::ios::out).is_open());
 }
 
 }  // namespace

@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <bit>
+#include <utility>
 
 #include "gen.h"
 #include "parameters/numbers.h"
@@ -17,6 +18,40 @@ constexpr DWORD QWORD_DIGITS = 16;
 
 bool is_digit(char c, int base) {
     return (c >= '0' && c <= '9') || (base == 16 && c >= 'A' && c <= 'F');
+}
+
+/// A number of digits, which may be too large for 64 bits: then it is the largest that is not.
+struct SPELLED_NUMBER {
+    bool valid = false;
+    bool too_large = false;
+    QWORD value = 0;
+};
+
+/// Whether digits, without zeros in front, spell more than 64 bits hold.
+bool exceeds_qword(std::string_view digits, int base) {
+    if (base == 16) {
+        return digits.size() > QWORD_DIGITS;
+    }
+    constexpr std::string_view LARGEST_DECIMAL = "18446744073709551615";
+    return digits.size() > LARGEST_DECIMAL.size() ||
+           (digits.size() == LARGEST_DECIMAL.size() && digits > LARGEST_DECIMAL);
+}
+
+SPELLED_NUMBER spelled_number(std::string text) {
+    int base = 10;
+    if (text.starts_with(HEX_PREFIX)) {
+        base = 16;
+        text.erase(0, HEX_PREFIX.size());
+        stl_toupper(text);
+    }
+    if (!std::all_of(text.begin(), text.end(), [base](char c) { return is_digit(c, base); })) {
+        return {};
+    }
+    text.erase(0, text.find_first_not_of('0'));
+    if (exceeds_qword(text, base)) {
+        return {true, true, ~QWORD{0}};
+    }
+    return {true, false, text.empty() ? 0 : gen_local_strtoQWORD(text, base)};
 }
 
 /// Limits of a value: a count, then as many pairs. Their numbers are cut to the bits of the type.
@@ -52,20 +87,13 @@ std::string hex_text(QWORD value, DWORD count, bool prefix) {
 
 QWORD PGMDEV_FLASH_INI::convert_string_to_qword(std::string text, bool no_empty, bool* valid) {
     PGMDEV_REQUIRE(!no_empty || !text.empty(), "!no_empty || !string.empty()", FLASH_INI_FILE);
-    int base = 10;
-    if (text.starts_with(HEX_PREFIX)) {
-        base = 16;
-        text.erase(0, HEX_PREFIX.size());
-        stl_toupper(text);
-    }
-    bool good = std::all_of(text.begin(), text.end(), [base](char c) { return is_digit(c, base); });
-    const QWORD value = good ? gen_local_strtoQWORD(text, base, &good) : 0;
+    const SPELLED_NUMBER number = spelled_number(std::move(text));
     if (valid != nullptr) {
-        *valid = good;
+        *valid = number.valid;
     } else {
-        PGMDEV_REQUIRE(good, "Invalid string to integer conversion", FLASH_INI_FILE);
+        PGMDEV_REQUIRE(number.valid, "Invalid string to integer conversion", FLASH_INI_FILE);
     }
-    return good ? value : 0;
+    return number.value;
 }
 
 bool PGMDEV_FLASH_INI::convert_string_to_qword(PGMDEV_PARAM_TYPE type, QWORD& value, bool hex, std::string text,
@@ -90,12 +118,12 @@ bool PGMDEV_FLASH_INI::convert_string_to_qword(PGMDEV_PARAM_TYPE type, QWORD& va
         if (hex && !text.starts_with(HEX_PREFIX)) {
             text.insert(0, HEX_PREFIX);
         }
-        bool valid = false;
-        value = convert_string_to_qword(text, false, &valid);
-        if (!valid) {
+        const SPELLED_NUMBER number = spelled_number(std::move(text));
+        value = number.value;
+        if (!number.valid) {
             return fail("Invalid QWORD conversion");
         }
-        if (value > maximum) {
+        if (number.too_large || value > maximum) {
             return fail("Conversion overflow compare to type");
         }
     }

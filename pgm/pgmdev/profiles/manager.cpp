@@ -1,13 +1,13 @@
 #include "pgmdev_dev_info_manager.h"
 
 #include <algorithm>
-#include <memory>
 #include <utility>
 
 #include "gen.h"
 #include "msg.h"
 #include "packed/file.h"
 #include "pgmdev_dev_info_manager_auto_export.h"
+#include "profiles/loading.h"
 #include "profiles/records.h"
 #include "report.h"
 
@@ -33,7 +33,7 @@ const std::array<std::string, PGMDEV_DEV_INFO_MANAGER::TOTAL_DEVICE_DATABASE_MEM
 
 PGMDEV_DEV_INFO_MANAGER::PGMDEV_DEV_INFO_MANAGER(bool no_load, DWORD debug_mode) : m_debug_mode(debug_mode) {
     try {
-        clear_tables();
+        make_tables();
         if (!no_load) {
             initialize_device_database(FIO_PATH(gen_get_device_db_fullpath() + DATABASE_FILE));
         }
@@ -114,26 +114,17 @@ void PGMDEV_DEV_INFO_MANAGER::drop_parts(std::size_t kept) noexcept {
     }
 }
 
-/// Tables in which no record governs anything. Those that are there are filled anew in place: copies share them, and
-/// pointers to them stay good.
-void PGMDEV_DEV_INFO_MANAGER::clear_tables() {
+/// Makes the tables that are missing; no record governs anything in them. Those that are there are filled in place:
+/// copies share them, and pointers to them stay good.
+void PGMDEV_DEV_INFO_MANAGER::make_tables() {
     const auto counts = index_table_counts();
     for (std::size_t i = 0; i < counts.size(); ++i) {
         DWORD*& table = *tables()[i];
         if (table == nullptr) {
             table = new DWORD[counts[i]];
+            std::fill_n(table, counts[i], INVALID_DWORD);
         }
-        std::fill_n(table, counts[i], INVALID_DWORD);
     }
-}
-
-void PGMDEV_DEV_INFO_MANAGER::unload() {
-    m_version = 0;
-    m_device_count = 0;
-    m_type_count = 0;
-    m_index = 0;
-    m_database_shares.release(m_device_database);
-    clear_tables();
 }
 
 void PGMDEV_DEV_INFO_MANAGER::initialize_device_database(FIO_PATH device_file) {
@@ -162,29 +153,25 @@ void PGMDEV_DEV_INFO_MANAGER::parse_body(const BYTE* data, QWORD size, bool gene
     PACKED_READER reader(data, size, index, DEV_INFO_FORMAT);
     const PACKED_BODY_HEAD head = reader.body_head();
     PGMDEV_REQUIRE(m_device_database == nullptr, "m_device_database == NULL", DEV_INFO_MANAGER_FILE);
-    try {
-        m_version = head.version;
-        m_device_count = head.record_count;
-        m_type_count = head.member_count;
+    LOADING loading(*this);
+    m_version = head.version;
+    m_device_count = head.record_count;
+    m_type_count = head.member_count;
 
-        // Searches go over all records of a valid database, even if the file has fewer.
-        const QWORD records = std::min<QWORD>(head.record_count, PROFILE_CODEC::most_records_in(size));
-        clear_tables();
-        m_device_database = new PGMDEV_DEVICE_INFO[std::max<QWORD>(records, TOTAL_DATABASE_DEVICE)];
-        for (DWORD record = 0; record < m_device_count; ++record) {
-            PROFILE_CODEC::read(reader, m_device_database[record]);
-            reader.confirm_record_end();
-        }
-        reader.confirm_database_end();
-        if (!generating) {
-            PGMDEV_REQUIRE(index == m_csv_memory_size, "index == m_csv_memory_size", DEV_INFO_MANAGER_FILE);
-            read_tables(data, size, index);
-            list_loaded();
-        }
-    } catch (...) {
-        unload();
-        throw;
+    // Searches go over all records of a valid database, even if the file has fewer.
+    const QWORD records = std::min<QWORD>(head.record_count, PROFILE_CODEC::most_records_in(size));
+    m_device_database = new PGMDEV_DEVICE_INFO[std::max<QWORD>(records, TOTAL_DATABASE_DEVICE)];
+    for (DWORD record = 0; record < m_device_count; ++record) {
+        PROFILE_CODEC::read(reader, m_device_database[record]);
+        reader.confirm_record_end();
     }
+    reader.confirm_database_end();
+    if (!generating) {
+        PGMDEV_REQUIRE(index == m_csv_memory_size, "index == m_csv_memory_size", DEV_INFO_MANAGER_FILE);
+        read_tables(data, size, index);
+        list_loaded();
+    }
+    loading.done();
 }
 
 void PGMDEV_DEV_INFO_MANAGER::get_database(const BYTE* data, DWORD& index, DWORD record) {
@@ -219,7 +206,7 @@ const PGMDEV_DEVICE_INFO* PGMDEV_DEV_INFO_MANAGER::get_device_database() {
 }
 
 PGMDEV_DEVICE_INFO* PGMDEV_DEV_INFO_MANAGER::look_up(const DWORD* table, DWORD entry) {
-    m_index = table[entry];
+    m_index = table != nullptr ? table[entry] : INVALID_DWORD;  // a deriving class may have taken the table away
     if (m_index == INVALID_DWORD) {
         return nullptr;
     }

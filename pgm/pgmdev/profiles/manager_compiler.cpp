@@ -2,6 +2,7 @@
 #include "packed/file.h"
 #include "pgmdev_dev_info_manager.h"
 #include "pgmdev_dev_info_manager_auto_export.h"
+#include "profiles/loading.h"
 #include "profiles/part_list.h"
 #include "profiles/records.h"
 #include "profiles/source.h"
@@ -15,19 +16,15 @@ DWORD PGMDEV_DEV_INFO_MANAGER::check_device_file(FIO_PATH csv, DWORD& device_cou
 
 void PGMDEV_DEV_INFO_MANAGER::generate_device_database(FIO_PATH csv, FIO_PATH output) {
     PACKED_IMAGE image = compile_source_file<PROFILE_SOURCE>(csv, get_table_size());
+    PGMDEV_REQUIRE(m_device_database == nullptr, "m_device_database == NULL", DEV_INFO_MANAGER_FILE);
+    LOADING loading(*this);
     parse_body(image.data.get() + PACKED_HEAD_SIZE, image.index - PACKED_HEAD_SIZE, true);
-    const std::size_t known_parts = m_pgm_parts.size();
-    try {
-        PGMDEV_REQUIRE(m_device_database != nullptr, "m_device_database != NULL", DEV_INFO_MANAGER_FILE);
-        parse_pgm_parts();
-        compute_tables();
-        write_tables(image.data.get(), image.size, image.index);
-        write_packed_image(output, image, DEV_INFO_FORMAT);
-    } catch (...) {
-        drop_parts(known_parts);
-        unload();
-        throw;
-    }
+    PGMDEV_REQUIRE(m_device_database != nullptr, "m_device_database != NULL", DEV_INFO_MANAGER_FILE);
+    parse_pgm_parts();
+    compute_tables();
+    write_tables(image.data.get(), image.size, image.index);
+    write_packed_image(output, image, DEV_INFO_FORMAT);
+    loading.done();
 }
 
 void PGMDEV_DEV_INFO_MANAGER::dump_to_database(BYTE** data, DWORD& index, std::vector<std::string> tokens) {

@@ -153,6 +153,7 @@ DWORD PGMDEV_DEV_INFO_MANAGER::part_entry(int part) {
 
 void PGMDEV_DEV_INFO_MANAGER::compute_tables() {
     PGMDEV_REQUIRE(m_device_database != nullptr, "m_device_database != NULL", DEV_INFO_MANAGER_FILE);
+    make_tables();
     // The invalid identifiers are governed by no record: those that hold them are keyed otherwise.
     for (int i = 0; i < DEV_FAMILY_MAX; ++i) {
         const auto family = static_cast<DEV_FAMILY_ENUM>(i);

@@ -39,7 +39,7 @@ void PGMDEV_DEV_INFO_MANAGER::get_dword_data(const BYTE* data, DWORD& index, DWO
 }
 
 void PGMDEV_DEV_INFO_MANAGER::get_string_data(const BYTE* data, DWORD& index, bool allow_empty, std::string* value) {
-    *value = reading(data, index).get_string(allow_empty);
+    reading(data, index).get_string(allow_empty, *value);
 }
 
 void PGMDEV_DEV_INFO_MANAGER::confirm_data_type_end(const BYTE* data, DWORD& index) {

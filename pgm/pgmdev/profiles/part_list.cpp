@@ -14,13 +14,18 @@ constexpr std::size_t DEVICE_CELL = 1;
 constexpr std::size_t PCF_CELL = 6;
 constexpr std::size_t CELLS = 7;
 
+/// Whether the line begins with the mark of a comment; behind a separator the mark is that of nothing.
+bool is_part_list_comment(const SOURCE_LINE& line) {
+    return !line.cells.empty() && line.columns.front() == line.first_column && line.cells.front().starts_with(COMMENT);
+}
+
 }  // namespace
 
 const char* read_part_list(std::vector<PGMDEV_PGM_PART>& parts) {
     bool readable = false;
     for (const SOURCE_LINE& line : read_source_table(gen_get_tessary_path() + PART_LIST_FILE, false, readable)) {
         const std::vector<std::string>& cells = line.cells;
-        if (!cells.empty() && cells.front().starts_with(COMMENT)) {
+        if (is_part_list_comment(line)) {
             continue;
         }
         if (cells.size() < CELLS) {

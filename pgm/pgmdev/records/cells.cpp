@@ -5,7 +5,6 @@
 namespace {
 
 constexpr const char* EMPTY_CELL = "string.size() > 0";
-constexpr const char* NOT_A_NUMBER = "Invalid string to integer conversion";
 constexpr const char* NOT_A_NAME = "found";
 
 }  // namespace
@@ -27,6 +26,14 @@ const char* take_number(const CELL_SYNTAX& syntax, const std::string& cell, DWOR
     bool valid = false;
     value = PGM_COMMON::convert_string_to_dword(cell, !syntax.allow_empty, &valid, nullptr, true);
     return valid ? nullptr : NOT_A_NUMBER;
+}
+
+const char* take_number_or_report(const CELL_SYNTAX& syntax, const std::string& cell, DWORD& value) {
+    if (cell.empty() && !syntax.allow_empty) {
+        return EMPTY_CELL;
+    }
+    value = PGM_COMMON::convert_string_to_dword(cell, !syntax.allow_empty, nullptr, nullptr, true);
+    return value != 0 ? nullptr : take_number(syntax, cell, value);
 }
 
 const char* take_name(const CELL_SYNTAX& syntax, std::string_view member, PGMDEV_MANAGER_TYPE kind,

@@ -60,7 +60,8 @@ public:
     }
 
     /// Takes a member from its cell: null, or the condition that the cell breaks.
-    static const char* take(const MEMBER& member, const std::string& cell, RECORD& record) {
+    static const char* take(const MEMBER& member, const std::string& cell, RECORD& record,
+                            TAKE_NUMBER* take_number_cell = take_number) {
         return std::visit(
             [&](auto field) -> const char* {
                 auto& value = record.*field;
@@ -73,7 +74,7 @@ public:
                     DWORD number = 0;
                     const char* condition = is_named(member.kind)
                                                 ? take_name(SCHEMA::SYNTAX, member.name, member.kind, cell, number)
-                                                : take_number(SCHEMA::SYNTAX, cell, number);
+                                                : take_number_cell(SCHEMA::SYNTAX, cell, number);
                     value = static_cast<VALUE>(number);
                     return condition;
                 }
@@ -94,7 +95,7 @@ public:
         PGMDEV_REQUIRE(cells.size() == MEMBERS.size(), SCHEMA::WRONG_CELL_COUNT, SCHEMA::FORMAT.file);
         RECORD record;
         for (std::size_t i = 0; i < cells.size(); ++i) {
-            const char* condition = take(MEMBERS[i], cells[i], record);
+            const char* condition = take(MEMBERS[i], cells[i], record, take_number_or_report);
             PGMDEV_REQUIRE(condition == nullptr, condition, SCHEMA::FORMAT.file);
             write_member(writer, MEMBERS[i], record);
         }
@@ -108,7 +109,7 @@ public:
                     auto& value = record.*field;
                     using VALUE = std::remove_reference_t<decltype(value)>;
                     if constexpr (std::is_same_v<VALUE, std::string>) {
-                        value = reader.get_string(true);
+                        reader.get_string(true, value);
                     } else if constexpr (std::is_same_v<VALUE, bool>) {
                         value = reader.get_bool();
                     } else if constexpr (std::is_same_v<VALUE, BYTE>) {

@@ -40,21 +40,49 @@ struct SOURCE_LAYOUT {
     QWORD section_size = PACKED_BODY_HEAD_SIZE + PACKED_MARKER_SIZE;  ///< from the head of the body to "END2", in bytes
 };
 
-/// The second pass, for one data row with the right number of cells: takes the record, and tells whether every cell was
-/// sound.
+/// The fault of a cell of a data row that breaks a condition.
+template <class TABLE>
+PGMDEV_TABLE_FAULT refused_cell(const SOURCE_LINE& line, std::size_t cell, const char* condition) {
+    const auto& member = RECORD_SCHEMA<typename TABLE::RECORD>::MEMBERS[cell];
+    PGMDEV_TABLE_FAULT fault = cell_fault(line, cell, member.name, condition, accepted_cell(member.kind));
+    fault.row = TABLE::row_name(line);
+    return fault;
+}
+
+/// The second pass of an examination, for one data row with the right number of cells: takes the record, and tells
+/// whether every cell was sound.
 template <class TABLE>
 bool take_row(const SOURCE_LINE& line, typename TABLE::RECORD& record, const FAULT_SINK& sink) {
     bool sound = true;
     for (std::size_t i = 0; i < line.cells.size(); ++i) {
         const auto& member = RECORD_SCHEMA<typename TABLE::RECORD>::MEMBERS[i];
         if (const char* condition = RECORD_CODEC<typename TABLE::RECORD>::take(member, line.cells[i], record)) {
-            PGMDEV_TABLE_FAULT fault = cell_fault(line, i, member.name, condition, accepted_cell(member.kind));
-            fault.row = TABLE::row_name(line);
-            sink(fault, PGMDEV_LINE);
+            sink(refused_cell<TABLE>(line, i, condition), PGMDEV_LINE);
             sound = false;
         }
     }
     return sound;
+}
+
+/// The second pass of compiling, likewise: the first cell that is not sound ends the operation. Where a number stands that
+/// the host reports, only the debug channel can say.
+template <class TABLE>
+void compile_row(const SOURCE_LINE& line, typename TABLE::RECORD& record, const FIO_PATH& csv_file,
+                 const FAULT_SINK& refuse) {
+    for (std::size_t i = 0; i < line.cells.size(); ++i) {
+        const auto& member = RECORD_SCHEMA<typename TABLE::RECORD>::MEMBERS[i];
+        const char* condition = nullptr;
+        try {
+            condition =
+                RECORD_CODEC<typename TABLE::RECORD>::take(member, line.cells[i], record, take_number_or_report);
+        } catch (...) {
+            pgmdev_soften([&] { trace_refusal(refused_cell<TABLE>(line, i, NOT_A_NUMBER), csv_file); });
+            throw;
+        }
+        if (condition != nullptr) {
+            refuse(refused_cell<TABLE>(line, i, condition), PGMDEV_LINE);
+        }
+    }
 }
 
 /// The image of a file while it is written.
@@ -107,7 +135,7 @@ PACKED_IMAGE compile_source_file(const FIO_PATH& csv_file, QWORD rest) {
         TABLE::check_line(lines[i], refuse);
         if (i >= TABLE::HEADER_LINES) {
             typename TABLE::RECORD record;
-            take_row<TABLE>(lines[i], record, refuse);
+            compile_row<TABLE>(lines[i], record, csv_file, refuse);
             RECORD_CODEC<typename TABLE::RECORD>::write(writer, record);
             writer.put_text(PACKED_RECORD_END);
         }

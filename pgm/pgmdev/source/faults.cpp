@@ -1,7 +1,6 @@
 #include "source/faults.h"
 
 #include <algorithm>
-#include <sstream>
 
 #include "msg.h"
 #include "report.h"
@@ -12,38 +11,41 @@ constexpr int REFUSAL_DEBUG_LEVEL = 1;
 
 }  // namespace
 
+void trace_refusal(const PGMDEV_TABLE_FAULT& fault, const FIO_PATH& csv_file) {
+    msg_local_vdebug("PGMDEV", REFUSAL_DEBUG_LEVEL, "%s", describe_fault(fault, csv_file.fullpath()).c_str());
+}
+
 FAULT_SINK refusing_sink(const FIO_PATH& csv_file, const char* file) {
-    return [table = csv_file.fullpath(), file](const PGMDEV_TABLE_FAULT& fault, int check_line) {
-        msg_local_vdebug("PGMDEV", REFUSAL_DEBUG_LEVEL, "%s", describe_fault(fault, table).c_str());
+    return [csv_file, file](const PGMDEV_TABLE_FAULT& fault, int check_line) {
+        trace_refusal(fault, csv_file);
         pgmdev_report(fault.condition.c_str(), file, check_line);
     };
 }
 
 std::string describe_fault(const PGMDEV_TABLE_FAULT& fault, const std::string& file_name) {
     const bool is_fault = fault.severity == PGMDEV_TABLE_FAULT::SEVERITY::FAULT;
-    std::ostringstream text;
-    text << file_name;
+    std::string text = file_name;
     if (fault.line != 0) {
-        text << ':' << fault.line;
+        text += ':' + std::to_string(fault.line);
     }
     if (fault.column != 0) {
-        text << ':' << fault.column;
+        text += ':' + std::to_string(fault.column);
     }
-    text << (is_fault ? ": fault: " : ": warning: ");
+    text += is_fault ? ": fault: " : ": warning: ";
     if (!fault.row.empty()) {
-        text << "row " << fault.row << ": ";
+        text += "row " + fault.row + ": ";
     }
     if (!fault.member.empty()) {
-        text << "member " << fault.member << ": ";
+        text += "member " + fault.member + ": ";
     }
     if (!fault.cell.empty()) {
-        text << "found \"" << fault.cell << "\", ";
+        text += "found \"" + fault.cell + "\", ";
     }
-    text << (is_fault ? "expected " : "") << fault.expected;
+    text += (is_fault ? "expected " : "") + fault.expected;
     if (!fault.condition.empty()) {
-        text << " [" << fault.condition << ']';
+        text += " [" + fault.condition + ']';
     }
-    return text.str();
+    return text;
 }
 
 void sort_faults(std::vector<PGMDEV_TABLE_FAULT>& faults) {

@@ -13,6 +13,9 @@
 /// Receives a fault and the line of the check that found it. It may end the operation, or collect and go on.
 using FAULT_SINK = std::function<void(const PGMDEV_TABLE_FAULT& fault, int check_line)>;
 
+/// Says on the debug channel where a table is refused, and why.
+void trace_refusal(const PGMDEV_TABLE_FAULT& fault, const FIO_PATH& csv_file);
+
 /// Refuses a table at its first fault: the debug channel says where, the fault's condition is reported with the file
 /// `file`.
 FAULT_SINK refusing_sink(const FIO_PATH& csv_file, const char* file);

@@ -51,7 +51,7 @@ std::vector<DWORD> columns_of(const std::string& line, const std::vector<std::st
 
 std::vector<SOURCE_LINE> read_source_table(const FIO_PATH& path, bool keep_empty, bool& readable) {
     std::istringstream input(read_bounded(path, readable));
-    const QTL_TOKENIZER tokenizer(CELL_SEPARATORS, keep_empty, "", "", "", false);
+    QTL_TOKENIZER tokenizer(CELL_SEPARATORS, keep_empty, "", "", "", false);
     std::vector<SOURCE_LINE> lines;
     DWORD number = 0;
     for (std::string raw; std::getline(input, raw);) {
@@ -61,8 +61,9 @@ std::vector<SOURCE_LINE> read_source_table(const FIO_PATH& path, bool keep_empty
             continue;
         }
         std::vector<std::string> cells = tokenizer.tokenize(line);
-        std::vector<DWORD> columns = columns_of(line, cells, raw.find(line), keep_empty);
-        lines.push_back({number, raw.size(), std::move(cells), std::move(columns)});
+        const std::size_t begin = raw.find(line);
+        std::vector<DWORD> columns = columns_of(line, cells, begin, keep_empty);
+        lines.push_back({number, raw.size(), static_cast<DWORD>(begin + 1), std::move(cells), std::move(columns)});
     }
     return lines;
 }

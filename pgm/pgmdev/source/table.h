@@ -13,6 +13,7 @@
 struct SOURCE_LINE {
     DWORD number = 0;                ///< in the file, from 1
     QWORD length = 0;                ///< in characters, with the white space around it
+    DWORD first_column = 0;          ///< where the white space before it ends, from 1
     std::vector<std::string> cells;  ///< without the separators
     std::vector<DWORD> columns;      ///< where each cell begins in the line, from 1
 };

@@ -120,7 +120,6 @@ bool ask_user_flash(std::istream& answers, std::ostream& prompts, std::string& b
     }
     values[BYTE4_ADDRESSING] = record.device_bit_size > THREE_BYTE_ADDRESSES ? "1" : "0";
 
-    body.clear();
     for (const std::string& value : values) {
         body += USER_FLASH_VALUE_MARK + value;
     }

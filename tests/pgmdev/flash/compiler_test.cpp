@@ -2,6 +2,8 @@
 
 #include "pgmdev/flash/probe.h"
 #include "pgmdev/flash/source_fixture.h"
+#include "pgmdev_flash_table.h"
+#include "support/punctuated_locale.h"
 #include "support/reports.h"
 #include "support/scratch.h"
 
@@ -151,6 +153,31 @@ TEST_F(FlashCompiler, EachCellIsCheckedByItsType) {
     EXPECT_FALSE(std::filesystem::exists(output()));
 }
 
+TEST_F(FlashCompiler, ANumberThatIsNoneIsReportedByTheHost) {
+    std::vector<std::string> said;
+    const MSG_DEBUG_SINK previous = msg_set_debug_sink(
+        [&](const std::string& logger, int, const std::string& text) { said.push_back(logger + " " + text); });
+    const REPORTS reports;
+    const std::string table = source(ref::table({ref::DATA_ROW, ref::row_with(3, "0x")}));
+    EXPECT_THROW(m_manager.generate_flash_database(table, output()), MSG_INTERNAL_ERROR_EXCEPTION);
+    msg_set_debug_sink(previous);
+    ASSERT_EQ(reports.all().size(), 1U);
+    EXPECT_EQ(reports.all()[0].condition, "Invalid string to integer conversion");
+    EXPECT_EQ(reports.all()[0].module, "PGM_COMMON");
+    ASSERT_EQ(said.size(), 1U);
+    EXPECT_EQ(said[0].substr(0, said[0].find(", ")),
+              "PGMDEV " + table + ":10:18: fault: row CHIP: member memory_id: found \"0x\"");
+    EXPECT_FALSE(std::filesystem::exists(output()));
+}
+
+TEST_F(FlashCompiler, ANumberThatIsNoneIsRefusedAlsoUnderAReporterThatReturns) {
+    const auto previous = MSG_INTERNAL_ERROR::set_handler([](const MSG_INTERNAL_ERROR_REPORT&) {});
+    const std::string table = source(ref::table({ref::row_with(3, "x")}));
+    EXPECT_THROW(m_manager.generate_flash_database(table, output()), MSG_INTERNAL_ERROR_EXCEPTION);
+    MSG_INTERNAL_ERROR::set_handler(previous);
+    EXPECT_FALSE(std::filesystem::exists(output()));
+}
+
 TEST_F(FlashCompiler, TheFirstPassComesFirst) {
     EXPECT_EQ(compile(ref::table({ref::row_with(2, "maybe"), CELLS(32, "x")})), COUNT);
     EXPECT_EQ(compile(ref::table({ref::row_with(2, "maybe"), ref::row_with(3, "x")})),
@@ -234,6 +261,19 @@ TEST_F(FlashCompiler, PrintsARecordOfADerivingClass) {
               "Flash Manager Debug 0\n"
               "\t  0 0 0 0 0 0 0 0 0"                           // two names, members 3 to 11
               "  0 0 0 0 0 0 0 0 0 0 0 0 0 0 0 0 0 0 0 0 \n");  // the switch, members 13 to 32, the voltage
+}
+
+TEST_F(FlashCompiler, TextsHaveNoSeparatorsInNumbers) {
+    const PUNCTUATED_LOCALE locale;
+    m_manager.m_flash_database = new PGMDEV_SFL_FLASH_INFO[1];
+    m_manager.m_flash_database[0].device_bit_size = 134217728;
+    testing::internal::CaptureStdout();
+    m_manager.print_database(0);
+    EXPECT_NE(testing::internal::GetCapturedStdout().find(" 134217728 "), std::string::npos);
+
+    PGMDEV_TABLE_FAULT fault;
+    fault.line = 12345;
+    EXPECT_EQ(PGMDEV_FLASH_TABLE::describe(fault, "table.csv"), "table.csv:12345: fault: expected ");
 }
 
 }  // namespace

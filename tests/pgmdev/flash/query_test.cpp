@@ -280,4 +280,11 @@ TEST_F(FlashQuery, Conversions) {
     EXPECT_REPORT(m_manager.get_dword_from_string("ten", nullptr), "Invalid string to integer conversion");
 }
 
+TEST_F(FlashQuery, AnIndexIsComparedWithTheSlotsThatExist) {
+    m_manager.set_flash_mapping_index(0, 4);
+    m_manager.m_flash_count = 2;  // the records behind them are still there
+    EXPECT_EQ(m_manager.sfl_get_device_name(0), m_manager.m_flash_database[4].device_name);
+    EXPECT_EQ(m_manager.sfl_get_chain_longest_program_utime(), m_manager.m_flash_database[4].program_utime);
+}
+
 }  // namespace

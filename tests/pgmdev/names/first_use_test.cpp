@@ -98,7 +98,8 @@ TEST(DdbFirstUse, ManyThreadsMayMakeTheFirstCall) {
 
 TEST(DdbFirstUse, ManyThreadsMayFailTogether) {
     constexpr int THREADS = 4;
-    const REPORTS quiet;  // builds, and so reports, are made by one thread at a time
+    const auto previous = MSG_INTERNAL_ERROR::set_handler(
+        [](const MSG_INTERNAL_ERROR_REPORT& report) { throw MSG_INTERNAL_ERROR_EXCEPTION(report); });
     set_grammar_container(SHORT_GRAMMAR);
     START_LINE line(THREADS);
     std::vector<std::string> texts(THREADS);
@@ -116,7 +117,28 @@ TEST(DdbFirstUse, ManyThreadsMayFailTogether) {
     for (std::thread& thread : threads) {
         thread.join();
     }
+    MSG_INTERNAL_ERROR::set_handler(previous);
     EXPECT_EQ(texts, std::vector<std::string>(THREADS, TOO_FEW_TABLES));
+}
+
+TEST(DdbFirstUse, AReporterMayLookUpAName) {
+    set_grammar_container(SHORT_GRAMMAR);
+    int depth = 0;
+    std::vector<std::string> texts;
+    const auto previous = MSG_INTERNAL_ERROR::set_handler([&](const MSG_INTERNAL_ERROR_REPORT& report) {
+        texts.push_back(report.condition);
+        if (depth++ == 0) {
+            EXPECT_THROW(family_of_example(), MSG_INTERNAL_ERROR_EXCEPTION);
+            set_grammar_container(GOOD_GRAMMAR);
+            EXPECT_EQ(family_of_example(), "FAMILY_A");
+            std::thread([] { EXPECT_EQ(family_of_example(), "FAMILY_A"); }).join();
+        }
+        throw MSG_INTERNAL_ERROR_EXCEPTION(report);
+    });
+    EXPECT_THROW(family_of_example(), MSG_INTERNAL_ERROR_EXCEPTION);
+    MSG_INTERNAL_ERROR::set_handler(previous);
+    EXPECT_EQ(texts, std::vector<std::string>(2, TOO_FEW_TABLES));
+    EXPECT_EQ(family_of_example(), "FAMILY_A");
 }
 
 TEST(DdbFirstUse, AnIndexThatCannotBeMadeIsTriedAndReportedAgain) {

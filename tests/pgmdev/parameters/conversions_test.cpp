@@ -19,6 +19,7 @@ std::optional<QWORD> reference_number(const std::string& text) {
     const bool hex = text.substr(0, 2) == "0x";
     const QWORD base = hex ? 16 : 10;
     QWORD number = 0;
+    bool too_large = false;
     for (std::size_t i = hex ? 2 : 0; i < text.size(); ++i) {
         const std::string digits = "0123456789ABCDEFabcdef";
         std::size_t digit = digits.find(text[i]);
@@ -26,12 +27,18 @@ std::optional<QWORD> reference_number(const std::string& text) {
             return std::nullopt;
         }
         digit = digit >= 16 ? digit - 6 : digit;
-        if (number > (MOST - digit) / base) {
-            return std::nullopt;
-        }
+        too_large = too_large || number > (MOST - digit) / base;
         number = number * base + digit;
     }
-    return number;
+    return too_large ? MOST : number;
+}
+
+/// Whether the digits of a text spell more than 64 bits hold.
+bool is_too_large(const std::string& text) {
+    return text == "18446744073709551616" || text == "18446744073709551620" || text == "99999999999999999999" ||
+           text == "0x10000000000000000" || text == "0x18446744073709551614" || text == "0x18446744073709551615" ||
+           text == "0x18446744073709551616" || text == "0x18446744073709551620" || text == "0x99999999999999999999" ||
+           text == "0x9223372036854775808";
 }
 
 const std::vector<std::string> TEXTS{
@@ -193,12 +200,13 @@ ANSWER reference_answer(const REQUEST& r) {
     const QWORD maximum = bits == 64 ? MOST : (QWORD{1} << bits) - 1;
     QWORD value = maximum;
     if (r.text != "-1") {
-        const auto number = reference_number(r.hex && r.text.substr(0, 2) != "0x" ? "0x" + r.text : r.text);
+        const std::string text = r.hex && r.text.substr(0, 2) != "0x" ? "0x" + r.text : r.text;
+        const auto number = reference_number(text);
         if (!number) {
             return {false, 0, "Invalid QWORD conversion"};
         }
         value = *number;
-        if (value > maximum) {
+        if (value > maximum || is_too_large(text)) {
             return {false, value, "Conversion overflow compare to type"};
         }
     }
@@ -283,7 +291,19 @@ TEST(FlashIniConversions, OverflowOfTheType) {
     EXPECT_EQ(error_of({PGMDEV_PARAM_WORD, "0x10000"}), "Conversion overflow compare to type");
     EXPECT_EQ(error_of({PGMDEV_PARAM_DWORD, "4294967296"}), "Conversion overflow compare to type");
     EXPECT_EQ(convert({PGMDEV_PARAM_QWORD, "18446744073709551615"}), good(MOST));
-    EXPECT_EQ(error_of({PGMDEV_PARAM_QWORD, "18446744073709551616"}), "Invalid QWORD conversion");
+    for (const auto type : {PGMDEV_PARAM_BYTE, PGMDEV_PARAM_WORD, PGMDEV_PARAM_DWORD, PGMDEV_PARAM_QWORD}) {
+        EXPECT_EQ(error_of({type, "18446744073709551616"}), "Conversion overflow compare to type");
+        EXPECT_EQ(error_of({type, "0x10000000000000000"}), "Conversion overflow compare to type");
+    }
+}
+
+TEST(FlashIniConversions, DigitsAreValidHoweverManyThereAre) {
+    for (const std::string text : {"18446744073709551616", "0x10000000000000000", "100000000000000000000000"}) {
+        bool valid = false;
+        EXPECT_EQ(PGMDEV_FLASH_INI::convert_string_to_qword(text, true, &valid), MOST) << text;
+        EXPECT_TRUE(valid) << text;
+        EXPECT_EQ(PGMDEV_FLASH_INI::convert_string_to_qword(text, true, nullptr), MOST) << text;
+    }
 }
 
 TEST(FlashIniConversions, Hexadecimal) {

@@ -120,6 +120,46 @@ TEST(FlashIniCrash, WhatNobodyMayReadIsNotTakenForLost) {
     EXPECT_EQ(directory.scratch().file_count(), 1U);
 }
 
+/// Writes block 2 as somebody whom permissions bind.
+bool nobody_writes() {
+    constexpr uid_t NOBODY = 65534;
+    const pid_t child = ::fork();
+    if (child == 0) {
+        ::_exit((::geteuid() != 0 || ::setuid(NOBODY) == 0) && FLASH_INI_DIRECTORY::write(2, NEW_BLOCK) ? 0 : 1);
+    }
+    int status = -1;
+    ::waitpid(child, &status, 0);
+    return status == 0;
+}
+
+TEST(FlashIniCrash, AProtectedContainerIsNotReplacedByWayOfItsDirectory) {
+    const FLASH_INI_DIRECTORY directory;
+    const std::filesystem::path file = directory.scratch().directory() / "pgm_flash.ini";
+    ASSERT_TRUE(FLASH_INI_DIRECTORY::write(1, OLD_BLOCK));
+    const std::string before = directory.file();
+    std::filesystem::permissions(directory.scratch().directory(), std::filesystem::perms::all);
+    std::filesystem::permissions(file, std::filesystem::perms::owner_read | std::filesystem::perms::others_read);
+    EXPECT_FALSE(nobody_writes());
+    EXPECT_EQ(directory.file(), before);
+    EXPECT_EQ(directory.scratch().file_count(), 1U);
+}
+
+TEST(FlashIniCrash, AWritableContainerInAProtectedDirectoryIsWritten) {
+    using std::filesystem::perms;
+    const FLASH_INI_DIRECTORY directory;
+    const std::filesystem::path file = directory.scratch().directory() / "pgm_flash.ini";
+    ASSERT_TRUE(FLASH_INI_DIRECTORY::write(1, OLD_BLOCK));
+    std::filesystem::permissions(file, perms::all);
+    std::filesystem::permissions(directory.scratch().directory(), perms::all);
+    std::filesystem::permissions(directory.scratch().directory(),
+                                 perms::owner_write | perms::group_write | perms::others_write,
+                                 std::filesystem::perm_options::remove);
+    EXPECT_TRUE(nobody_writes());
+    std::filesystem::permissions(directory.scratch().directory(), perms::owner_all);
+    EXPECT_EQ(directory.file(), ref::file(ref::BLOCKS{std::nullopt, OLD_BLOCK, NEW_BLOCK}));
+    EXPECT_EQ(directory.scratch().file_count(), 1U);
+}
+
 TEST(FlashIniCrash, APipeIsNeitherReadNorReplaced) {
     const FLASH_INI_DIRECTORY directory;
     ASSERT_EQ(::mkfifo((directory.scratch().directory() / "pgm_flash.ini").c_str(), 0600), 0);

@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <memory>
+#include <type_traits>
 
 #include "dev.h"
 #include "pgmdev/profiles/fixture.h"
@@ -296,6 +297,40 @@ TEST_F(DevInfoCompiler, ThePartList) {
     EXPECT_EQ(manager.m_pgm_parts[0]->pcf, "FILE_X");
     EXPECT_EQ(manager.m_pgm_parts[1]->part, DEV_PART_INVALID);
 }
+
+TEST_F(DevInfoCompiler, OnlyALineThatBeginsWithTheMarkIsAComment) {
+    part_list("\t // a b c d e f g\n,// a b c d FILE_X\n, // a b\n");
+    DEV_INFO_PROBE manager;
+    EXPECT_REPORT(manager.parse_pgm_parts(), "svec.size() >= 7");
+    part_list("\t // a b c d e f g\n,// a b c d e FILE_X\n");
+    manager.parse_pgm_parts();
+    ASSERT_EQ(manager.m_pgm_parts.size(), 1U);
+    EXPECT_EQ(manager.m_pgm_parts[0]->pcf, "FILE_X");
+}
+
+TEST_F(DevInfoCompiler, TablesAreRefilledInPlace) {
+    DEV_INFO_PROBE manager;
+    const DEV_INFO_PROBE copy(manager);
+    const DWORD* const families = manager.m_family_table;
+    const DWORD* const parts = manager.m_part_table;
+    manager.generate_device_database(source(ref::source(ref::rows())), output());
+    EXPECT_EQ(manager.m_family_table, families);
+    EXPECT_EQ(families[6], 5U);
+    EXPECT_EQ(copy.m_part_table, parts);
+    EXPECT_NE(parts[1], 0xFFFFFFFF);
+}
+
+TEST_F(DevInfoCompiler, ANumberThatIsNoneIsReportedByTheHost) {
+    std::vector<CELLS> rows = ref::rows();
+    rows[5][column_of_kind("WORD")] = "ten";
+    const REPORTS reports;
+    DEV_INFO_PROBE manager;
+    EXPECT_THROW(manager.generate_device_database(source(ref::source(rows)), output()), MSG_INTERNAL_ERROR_EXCEPTION);
+    ASSERT_EQ(reports.all().size(), 1U);
+    EXPECT_EQ(reports.all()[0].module, "PGM_COMMON");
+}
+
+static_assert(std::is_convertible_v<bool, PGMDEV_DEV_INFO_MANAGER>);
 
 TEST_F(DevInfoCompiler, AFailureLeavesAManagerThatCanTryAgain) {
     DEV_INFO_PROBE manager;

@@ -90,4 +90,14 @@ TEST(DevInfoOwnership, IndexTablesAreRefilledInPlace) {
     EXPECT_EQ(copy.m_family_table, table);
 }
 
+TEST(DevInfoOwnership, ALoadThatFailsLeavesTheTablesThatCopiesShare) {
+    DEV_INFO_PROBE owner(holder());
+    DEV_INFO_PROBE copy(owner);
+    copy.m_device_database = nullptr;                             // so that it may load
+    BYTE nothing[16] = {1, 0, 0, 0, 1, 0, 0, 0, 1, 0, 0, 0, 99};  // no tag
+    EXPECT_THROW(copy.parse_database(nothing, false), std::runtime_error);
+    EXPECT_EQ(copy.get_device_database(), nullptr);
+    EXPECT_EQ(name_of_family(owner), "a name too long to lie within the string itself");
+}
+
 }  // namespace

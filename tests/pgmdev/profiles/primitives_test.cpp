@@ -77,7 +77,9 @@ TEST_F(DevInfoPrimitives, TextsAreEmptyOnlyWhereAllowed) {
     m_manager.get_string_data(data.data(), index, false, &text);
     EXPECT_EQ(text, "ab");
     index = 0;
+    text = "from before";
     EXPECT_REPORT(m_manager.get_string_data(data.data(), index, false, &text), "allow_empty");
+    EXPECT_EQ(text, "");
 
     const auto dump = [&](bool allow_empty, const std::string& value, PGMDEV_MANAGER_TYPE type) {
         return written(

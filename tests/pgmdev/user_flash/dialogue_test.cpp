@@ -88,6 +88,8 @@ protected:
             return {};
         }
         EXPECT_EQ(m_printed, prompts() + "Prompt outcome: " + body + "\n");
+        EXPECT_EQ(body.substr(0, 4), "kept");  // what is accepted comes behind it
+        body.erase(0, 4);
         TEXTS values;
         std::size_t from = 1;
         for (std::size_t to = body.find('@', from); to != std::string::npos; to = body.find('@', from)) {

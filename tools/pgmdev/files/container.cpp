@@ -7,6 +7,7 @@
 
 #include "files/inspection.h"
 #include "files/origins.h"
+#include "pgmdev_flash_ini.h"
 #include "terminal/failure.h"
 #include "terminal/quiet.h"
 #include "terminal/text_table.h"
@@ -74,14 +75,36 @@ CONTAINER examine_container() {
     if (!file.obstacle.empty()) {
         return {CONTAINER::UNREADABLE, file.obstacle};
     }
-    const std::string damage = file.size == 0 ? "" : damage_of(file);  // nothing is lost with an empty file
-    return {damage.empty() ? CONTAINER::SOUND : CONTAINER::DAMAGED, damage};
+    if (file.size == 0) {
+        return {CONTAINER::SOUND, ""};  // nothing is lost with an empty file
+    }
+    if (const std::string damage = damage_of(file); !damage.empty()) {
+        return {CONTAINER::DAMAGED, damage};
+    }
+    CONTAINER container{CONTAINER::SOUND, ""};
+    container.block_count = little_endian(file.beginning, MAGIC.size());
+    for (DWORD i = PGMDEV_FLASH_INI_MAX; i < container.block_count; ++i) {
+        container.has_more = container.has_more || little_endian(file.beginning, HEAD_SIZE + ENTRY_SIZE * i) != 0;
+    }
+    return container;
 }
 
 void require_sound_container(const char* aim) {
     const CONTAINER container = examine_container();
     if (container.state == CONTAINER::DAMAGED || container.state == CONTAINER::UNREADABLE) {
         throw COMMAND_FAILURE(failure_of(container, aim));
+    }
+}
+
+void require_changeable_container() {
+    require_sound_container("changed");
+    if (examine_container().has_more) {
+        throw COMMAND_FAILURE({FAILURE_CODE::CONTAINER_OF_ANOTHER_VERSION,
+                               "the parameter container cannot be changed: it has blocks that this version would lose",
+                               container_place().path,
+                               container_place().tried,
+                               "change it with the version that wrote it, or name another directory with --module-dir",
+                               {}});
     }
 }
 

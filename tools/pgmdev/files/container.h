@@ -5,18 +5,25 @@
 
 #include <string>
 
+#include "pgmdev_types.h"
+
 /// The state of the container.
 struct CONTAINER {
     enum STATE { ABSENT, SOUND, UNREADABLE, DAMAGED };
 
     STATE state = ABSENT;
-    std::string what;  ///< what keeps it from being read: a clause for people
+    std::string what;       ///< what keeps it from being read: a clause for people
+    DWORD block_count = 0;  ///< of a sound one, absent ones included
+    bool has_more = false;  ///< there is a block behind those that this version writes
 };
 
 CONTAINER examine_container();
 
 /// A container that is damaged or cannot be read throws COMMAND_FAILURE; `aim` is what cannot be done, such as "read".
 void require_sound_container(const char* aim);
+
+/// The same for one that is to be changed: writing it must not lose blocks that this version does not write.
+void require_changeable_container();
 
 /// Says on standard error when the user's lists are missing because the container is damaged or cannot be read.
 void warn_of_container();

@@ -157,9 +157,28 @@ std::string field_names() {
     return text;
 }
 
+/// The fields whose largest value "-1" stands for. Others have a limit of their own, or are powers of two.
 template <class FLASH>
-void add(const ARGUMENTS& given, const COMMAND& command) {
-    add_entry<FLASH>(given.texts("FIELD=VALUE"), given.number("--like"), command);
+std::string fields_without_limit() {
+    std::string text;
+    for (const auto& member : FLASH::MEMBERS) {
+        bool limited = member.type() == PGMDEV_PARAM_STRING || member.type() == PGMDEV_PARAM_BOOL;
+        for (const FIELD_CHECK& check : FLASH::CHECKS) {
+            limited = limited || (check.name == member.name && (check.power_of_two || check.highest != NO_LIMIT));
+        }
+        text += limited ? "" : fmt::format(" {}", member.name);
+    }
+    return text;
+}
+
+template <class FLASH>
+void add(const ARGUMENTS& given, COMMAND& command) {
+    add_entry<FLASH>(given.texts("FIELD=VALUE"), given.number("--like"), given.number("--before"), command);
+}
+
+template <class FLASH>
+void edit(const ARGUMENTS& given, COMMAND& command) {
+    edit_entry<FLASH>(*given.number("INDEX"), given.texts("FIELD=VALUE"), command);
 }
 
 template <class FLASH>
@@ -173,9 +192,19 @@ VERB add_verb(const char* name, const char* example) {
         .takes({"FIELD=VALUE", "Fields of the entry; numbers in decimal or as 0x...", ARGUMENT::OPTIONAL_TEXTS})
         .takes({"--like", "Take the fields that are not given from this entry of the list", ARGUMENT::OPTIONAL_NUMBER,
                 "INDEX"})
+        .takes({"--before", "Add it before this entry of the user's, instead of behind all of them",
+                ARGUMENT::OPTIONAL_NUMBER, "INDEX"})
         .answers(entry_schema<FLASH>)
-        .tells(field_names<FLASH>() +
-               "\nFields shown with a value may be left out. -1 is the largest value of a field.\n");
+        .tells(field_names<FLASH>() + "\nFields shown with a value may be left out. -1 is the largest value of" +
+               fields_without_limit<FLASH>() + ".\n");
+}
+
+template <class FLASH>
+VERB edit_verb(const char* name, const char* example) {
+    return VERB(name, "Change fields of an entry of the user's list", example, edit<FLASH>)
+        .takes({"INDEX", "Index of the entry in the list", ARGUMENT::NUMBER})
+        .takes({"FIELD=VALUE", "Fields to change, as hps add takes them", ARGUMENT::TEXTS})
+        .answers(entry_schema<FLASH>);
 }
 
 template <class FLASH>
@@ -192,6 +221,8 @@ NOUN hps_noun() {
         "pgmdev hps add nand manufacturer_id=0xEC device_id=0xD3 device_byte_size=0x40000000";
     constexpr const char* ADD_SPI =
         "pgmdev hps add spi --like 26 device_name=QSPI_256 silicon_id=0x1940C8 device_bit_size=0x10000000";
+    constexpr const char* EDIT_NAND = "pgmdev hps edit nand 0 device_byte_size=0x80000000";
+    constexpr const char* EDIT_SPI = "pgmdev hps edit spi 0 sec_erase_time=2000";
     const std::vector<VERB> verbs{
         with_list_options(VERB("kinds", "The kinds of hard processor systems", "pgmdev --json hps kinds", list_kinds),
                           kind_schema),
@@ -205,6 +236,10 @@ NOUN hps_noun() {
          "Add a flash device to the user's list in pgm_flash.ini",
          ADD_NAND,
          {add_verb<HPS_NAND>("nand", ADD_NAND), add_verb<HPS_SPI>("spi", ADD_SPI)}},
+        {"edit",
+         "Change a flash device of the user's list in pgm_flash.ini",
+         EDIT_SPI,
+         {edit_verb<HPS_NAND>("nand", EDIT_NAND), edit_verb<HPS_SPI>("spi", EDIT_SPI)}},
         {"remove",
          "Remove a flash device from the user's list in pgm_flash.ini",
          "pgmdev hps remove spi 0",

@@ -41,7 +41,7 @@ std::vector<BYTE> encode(const std::vector<const typename FLASH::RECORD*>& recor
 /// behind its last whole record, is left alone.
 template <class FLASH>
 std::vector<const typename FLASH::RECORD*> editable_list() {
-    require_sound_container("changed");
+    require_changeable_container();
     const auto& list = FLASH::MANAGER::get_mgr()->get_user_list();
     std::vector<const typename FLASH::RECORD*> records(list.begin(), list.end());
     DWORD size = 0;
@@ -188,24 +188,50 @@ void show_entry(std::size_t index, const typename FLASH::RECORD& record, const c
     }
 }
 
+/// Whether the user's list, which has `count` entries, has that one; says why not.
+template <class FLASH>
+bool is_of_user(std::size_t index, std::size_t count, COMMAND& command) {
+    if (index < count) {
+        return true;
+    }
+    const bool built_in = index < FLASH::MANAGER::get_mgr()->get_list().size();
+    fmt::print(stderr, "pgmdev: entry {} {}\n", index, built_in ? "is built in and stays" : "does not exist");
+    command.result = EXIT_NOT_FOUND;
+    return false;
+}
+
 }  // namespace
 
 template <class FLASH>
-void add_entry(const std::vector<std::string>& assignments, std::optional<std::size_t> like, const COMMAND& command) {
+void add_entry(const std::vector<std::string>& assignments, std::optional<std::size_t> like,
+               std::optional<std::size_t> before, COMMAND& command) {
     const typename FLASH::RECORD record = new_record<FLASH>(assignments, like);
     auto records = editable_list<FLASH>();
-    records.push_back(&record);
+    const std::size_t place = before.value_or(records.size());
+    if (before && !is_of_user<FLASH>(place, records.size(), command)) {
+        return;
+    }
+    records.insert(records.begin() + static_cast<std::ptrdiff_t>(place), &record);
     write_list<FLASH>(records);
-    show_entry<FLASH>(records.size() - 1, record, "added", command);
+    show_entry<FLASH>(place, record, "added", command);
+}
+
+template <class FLASH>
+void edit_entry(std::size_t index, const std::vector<std::string>& assignments, COMMAND& command) {
+    auto records = editable_list<FLASH>();
+    if (!is_of_user<FLASH>(index, records.size(), command)) {
+        return;
+    }
+    const typename FLASH::RECORD record = new_record<FLASH>(assignments, index);
+    records[index] = &record;
+    write_list<FLASH>(records);
+    show_entry<FLASH>(index, record, "changed", command);
 }
 
 template <class FLASH>
 void remove_entry(std::size_t index, COMMAND& command) {
     auto records = editable_list<FLASH>();
-    if (index >= records.size()) {
-        const bool built_in = index < FLASH::MANAGER::get_mgr()->get_list().size();
-        fmt::print(stderr, "pgmdev: entry {} {}\n", index, built_in ? "is built in and stays" : "does not exist");
-        command.result = EXIT_NOT_FOUND;
+    if (!is_of_user<FLASH>(index, records.size(), command)) {
         return;
     }
     const typename FLASH::RECORD record = *records[index];
@@ -214,7 +240,11 @@ void remove_entry(std::size_t index, COMMAND& command) {
     show_entry<FLASH>(index, record, "removed", command);
 }
 
-template void add_entry<HPS_NAND>(const std::vector<std::string>&, std::optional<std::size_t>, const COMMAND&);
-template void add_entry<HPS_SPI>(const std::vector<std::string>&, std::optional<std::size_t>, const COMMAND&);
+template void add_entry<HPS_NAND>(const std::vector<std::string>&, std::optional<std::size_t>,
+                                  std::optional<std::size_t>, COMMAND&);
+template void add_entry<HPS_SPI>(const std::vector<std::string>&, std::optional<std::size_t>,
+                                 std::optional<std::size_t>, COMMAND&);
+template void edit_entry<HPS_NAND>(std::size_t, const std::vector<std::string>&, COMMAND&);
+template void edit_entry<HPS_SPI>(std::size_t, const std::vector<std::string>&, COMMAND&);
 template void remove_entry<HPS_NAND>(std::size_t, COMMAND&);
 template void remove_entry<HPS_SPI>(std::size_t, COMMAND&);

@@ -35,9 +35,15 @@ JSON entry_schema() {
     return object_schema(members);
 }
 
-/// Adds an entry of the user's from "FIELD=VALUE" texts; what they leave out is taken from the entry `like`, if given.
+/// Adds an entry of the user's from "FIELD=VALUE" texts; what they leave out is taken from the entry `like`, if given. It
+/// comes before the user's entry `before`, or behind all of them.
 template <class FLASH>
-void add_entry(const std::vector<std::string>& assignments, std::optional<std::size_t> like, const COMMAND& command);
+void add_entry(const std::vector<std::string>& assignments, std::optional<std::size_t> like,
+               std::optional<std::size_t> before, COMMAND& command);
+
+/// Changes fields of an entry of the user's.
+template <class FLASH>
+void edit_entry(std::size_t index, const std::vector<std::string>& assignments, COMMAND& command);
 
 /// Removes an entry of the user's by its index in the list.
 template <class FLASH>

@@ -1,5 +1,6 @@
 #include <fmt/core.h>
 
+#include "dev.h"
 #include "names/device_names.h"
 #include "names/part_from_pcf.h"
 #include "names/part_info.h"
@@ -10,6 +11,7 @@
 #include "terminal/answer.h"
 #include "terminal/did_you_mean.h"
 #include "terminal/json.h"
+#include "terminal/quiet.h"
 #include "terminal/schema.h"
 
 namespace {
@@ -23,6 +25,7 @@ struct QUESTION {
     const char* example;
     std::string (*ask)(std::string);
     const std::vector<std::string>& (*known_names)();
+    bool of_device = false;  ///< the name is that of a device, whose parts may all be hidden
 };
 
 const std::vector<std::string>& completable_names() {
@@ -45,20 +48,48 @@ std::string complete(std::string name) {
     return part;
 }
 
+/// The first hidden part of a device, for one that has no others.
+std::string hidden_part_of(DEV_DEVICE_ENUM device) {
+    std::vector<int> parts;
+    const bool found = DEV_PART_MANAGER().filter_part_list(&parts, "ANY", dstr_get_user_string(device), "ANY", "ANY",
+                                                           "ANY", false, false, true, "any");
+    return found ? dstr_get_user_string(parts.front()) : std::string();
+}
+
+void print_hidden_part(const std::string& device, const std::string& part) {
+    fmt::print("{}\n", part);
+    if (!is_quiet()) {
+        std::fflush(stdout);
+        fmt::print(stderr, "pgmdev: note: the device \"{}\" has hidden parts only\n", device);
+    }
+}
+
 const QUESTION QUESTIONS[]{
     {"from-device", "The first part of a device of the device library", "Device name", "no part of a device",
-     "pgmdev part from-device OSPREY-8", PGMDEV_MGR::get_part_name_from_dev, device_names},
+     "pgmdev part from-device OSPREY-8", PGMDEV_MGR::get_part_name_from_dev, device_names, true},
     {"complete", "The first part that a full, package or programming name denotes, or an alias", "Name",
      "no part denoted by", "pgmdev part complete KES50", complete, completable_names},
 };
 
 ANSWER answer(const QUESTION& question, const std::string& name) {
-    const std::string part = ask_quietly([&] { return question.ask(name); });
+    std::string part = ask_quietly([&] { return question.ask(name); });
+    const DEV_DEVICE_ENUM device =
+        question.of_device ? dstr_get_dev_device_enum_by_string(name.c_str()) : DEV_DEVICE_INVALID;
+    const bool is_device = dstr_is_valid_dev_device_enum(device);
+    const bool hidden = is_device && part.empty();
+    if (hidden) {
+        part = hidden_part_of(device);
+    }
     ANSWER answer;
     answer.found = !part.empty();
     answer.content = {{"name", name}, {"part", answer.found ? JSON(part) : JSON()}};
     if (answer.found) {
-        answer.print = [part] { fmt::print("{}\n", part); };
+        if (question.of_device) {
+            answer.content["hidden"] = hidden;
+        }
+        answer.print = [name, part, hidden] { hidden ? print_hidden_part(name, part) : fmt::print("{}\n", part); };
+    } else if (is_device) {
+        answer.missing = fmt::format("the device \"{}\" has no part: only programmer files may name it", name);
     } else {
         answer.missing = fmt::format("there is {} \"{}\"", question.not_found, name);
         answer.candidates = nearest(name, question.known_names());
@@ -68,6 +99,11 @@ ANSWER answer(const QUESTION& question, const std::string& name) {
 
 JSON part_question_schema() {
     return question_schema({{"name", text_schema()}, {"part", text_schema()}}, {"name", "part"});
+}
+
+JSON device_question_schema() {
+    return question_schema({{"name", text_schema()}, {"part", text_schema()}, {"hidden", flag_schema()}},
+                           {"name", "part"});
 }
 
 }  // namespace
@@ -81,7 +117,7 @@ NOUN part_noun() {
         };
         verbs.push_back(VERB(question.verb, question.description, question.example, run)
                             .takes({"NAME", fmt::format("{}, in any case; - reads one per line", question.argument)})
-                            .answers(part_question_schema));
+                            .answers(question.of_device ? device_question_schema : part_question_schema));
     }
     return {"part", "Parts by less specific names", "pgmdev part complete KES50", verbs};
 }

@@ -4,7 +4,6 @@
 
 #include <algorithm>
 #include <fstream>
-#include <memory>
 #include <span>
 #include <vector>
 
@@ -13,8 +12,9 @@
 #include "files/origins.h"
 #include "files/output.h"
 #include "fio.h"
-#include "gen.h"
 #include "hps/block_form.h"
+#include "params/blocks.h"
+#include "params/typed_values.h"
 #include "pgmdev_flash_ini.h"
 #include "terminal/failure.h"
 #include "terminal/json.h"
@@ -23,41 +23,6 @@
 #include "terminal/text_table.h"
 
 namespace {
-
-/// One block as it was read; null when it is absent.
-struct BLOCK {
-    std::unique_ptr<BYTE[]> data;
-    DWORD size = 0;
-
-    explicit BLOCK(PGMDEV_FLASH_INI_ENUM which) { data.reset(PGMDEV_FLASH_INI::read_flash_ini_data(which, size)); }
-    std::span<const BYTE> bytes() const { return {data.get(), size}; }
-};
-
-/// The block of that number or name.
-PGMDEV_FLASH_INI_ENUM parse_block(const std::string& text) {
-    for (DWORD i = 0; i < PGMDEV_FLASH_INI_MAX; ++i) {
-        if (text == std::to_string(i) || gen_stricmp(text, PGMDEV_FLASH_INI_NAMES[i]) == 0) {
-            return static_cast<PGMDEV_FLASH_INI_ENUM>(i);
-        }
-    }
-    throw USAGE_ERROR(fmt::format(R"(there is no block "{}"; the blocks are 0 "{}", 1 "{}" and 2 "{}")", text,
-                                  PGMDEV_FLASH_INI_NAMES[0], PGMDEV_FLASH_INI_NAMES[1], PGMDEV_FLASH_INI_NAMES[2]));
-}
-
-JSON block_json(PGMDEV_FLASH_INI_ENUM which, const BLOCK& block) {
-    return {{"block", static_cast<DWORD>(which)},
-            {"name", PGMDEV_FLASH_INI_NAMES[which]},
-            {"present", block.data != nullptr},
-            {"size", block.size}};
-}
-
-std::vector<SCHEMA_MEMBER> block_members() {
-    return {{"block", number_schema()}, {"name", text_schema()}, {"present", flag_schema()}, {"size", number_schema()}};
-}
-
-JSON block_schema() {
-    return object_schema(block_members());
-}
 
 JSON block_with_data_schema() {
     std::vector<SCHEMA_MEMBER> members = block_members();
@@ -69,12 +34,12 @@ void list_blocks(const ARGUMENTS& given, const COMMAND& command) {
     require_sound_container("read");
     std::vector<JSON> rows;
     TEXT_TABLE table({"block", "name", "bytes"});
-    for (DWORD i = 0; i < PGMDEV_FLASH_INI_MAX; ++i) {
+    for (DWORD i = 0; i < std::max<DWORD>(PGMDEV_FLASH_INI_MAX, examine_container().block_count); ++i) {
         const auto which = static_cast<PGMDEV_FLASH_INI_ENUM>(i);
         const BLOCK block(which);
         rows.push_back(block_json(which, block));
-        table.add({std::to_string(i), std::string(PGMDEV_FLASH_INI_NAMES[i]),
-                   block.data != nullptr ? std::to_string(block.size) : "absent"});
+        table.add(
+            {std::to_string(i), block_name(which), block.data != nullptr ? std::to_string(block.size) : "absent"});
     }
     print_listing(block_schema(), rows, table, given, command);
 }
@@ -99,19 +64,12 @@ void print_dump(std::span<const BYTE> bytes) {
     }
 }
 
-/// Says that a block is absent.
-void report_absent(PGMDEV_FLASH_INI_ENUM which, COMMAND& command) {
-    fmt::print(stderr, "pgmdev: {}/pgm_flash.ini holds no block \"{}\"\n", gen_get_module_path(),
-               PGMDEV_FLASH_INI_NAMES[which]);
-    command.result = EXIT_NOT_FOUND;
-}
-
 void read_block(const ARGUMENTS& given, COMMAND& command) {
-    const PGMDEV_FLASH_INI_ENUM which = parse_block(given.text("BLOCK"));
+    const PGMDEV_FLASH_INI_ENUM which = readable_block(given.text("BLOCK"));
     const std::string& file = given.text("FILE");
     require_sound_container("read");
     if (!file.empty()) {
-        confirm_output(file, {container_place().path}, fmt::format("block \"{}\"", PGMDEV_FLASH_INI_NAMES[which]),
+        confirm_output(file, {container_place().path}, fmt::format("block \"{}\"", block_name(which)),
                        block_stamp(which), given.has("--force"));
     }
     const BLOCK block(which);
@@ -161,31 +119,15 @@ std::vector<BYTE> read_whole(const std::string& path) {
     return bytes;
 }
 
-/// Replaces a block, or removes it when there are no bytes.
-void replace_block(PGMDEV_FLASH_INI_ENUM which, std::vector<BYTE> bytes, const COMMAND& command) {
-    forget_system_reason();
-    if (!PGMDEV_FLASH_INI::write_flash_ini_data(which, bytes.empty() ? nullptr : bytes.data(),
-                                                static_cast<DWORD>(bytes.size()))) {
-        throw output_failure(container_place().path, container_place().tried);
-    }
-    if (command.json) {
-        print_json(block_json(which, BLOCK(which)));
-    } else if (bytes.empty()) {
-        fmt::print("Block \"{}\" removed\n", PGMDEV_FLASH_INI_NAMES[which]);
-    } else {
-        fmt::print("Block \"{}\" written, {} bytes\n", PGMDEV_FLASH_INI_NAMES[which], bytes.size());
-    }
-}
-
 void write_block(const ARGUMENTS& given, const COMMAND& command) {
-    const PGMDEV_FLASH_INI_ENUM which = parse_block(given.text("BLOCK"));
-    require_sound_container("changed");
+    const PGMDEV_FLASH_INI_ENUM which = writable_block(given.text("BLOCK"));
+    require_changeable_container();
     const std::string& file = given.text("FILE");
     std::vector<BYTE> bytes = read_whole(file);
     const std::string fault = given.has("--raw") ? "" : block_fault(which, bytes);
     if (!fault.empty()) {
         throw COMMAND_FAILURE({FAILURE_CODE::REFUSED,
-                               fmt::format("the file is no block \"{}\": {}", PGMDEV_FLASH_INI_NAMES[which], fault),
+                               fmt::format("the file is no block \"{}\": {}", block_name(which), fault),
                                file,
                                {"argument FILE"},
                                "name another file, or insist with --raw",
@@ -196,8 +138,8 @@ void write_block(const ARGUMENTS& given, const COMMAND& command) {
 }
 
 void remove_block(const ARGUMENTS& given, COMMAND& command) {
-    const PGMDEV_FLASH_INI_ENUM which = parse_block(given.text("BLOCK"));
-    require_sound_container("changed");
+    const PGMDEV_FLASH_INI_ENUM which = writable_block(given.text("BLOCK"));
+    require_changeable_container();
     if (BLOCK(which).data == nullptr) {
         report_absent(which, command);
         return;
@@ -217,6 +159,8 @@ NOUN params_noun() {
             .takes({"FILE", "File that receives the bytes instead of a listing", ARGUMENT::OPTIONAL_TEXT})
             .takes({"--force", "Replace a file that is no such block, too", ARGUMENT::FLAG})
             .answers(block_with_data_schema),
+        show_values_verb(block),
+        set_values_verb(block),
         VERB("write", "Replace a block and keep the others", "pgmdev params write 1 spi.bin", write_block)
             .takes(block)
             .takes({"FILE", "File with the bytes of the block"})

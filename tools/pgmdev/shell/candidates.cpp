@@ -130,6 +130,8 @@ constexpr SOURCE SOURCES[]{
     {"params", "", "BLOCK", block_names},
     {"hps", "add nand", "FIELD=VALUE", [](AT) { return member_names<PGMDEV_HPS_NAND_MEMBERS>("="); }},
     {"hps", "add spi", "FIELD=VALUE", [](AT) { return member_names<PGMDEV_HPS_SPI_MEMBERS>("="); }},
+    {"hps", "edit nand", "FIELD=VALUE", [](AT) { return member_names<PGMDEV_HPS_NAND_MEMBERS>("="); }},
+    {"hps", "edit spi", "FIELD=VALUE", [](AT) { return member_names<PGMDEV_HPS_SPI_MEMBERS>("="); }},
     {"", "", "--family", [](AT) { return family_names(); }},
     {"", "", "--device", [](AT) { return device_names(); }},
     {"", "", "--part", [](AT) { return part_names(); }},

@@ -44,7 +44,8 @@ foreach(page IN LISTS guides table_pages)
 endforeach()
 
 install(DIRECTORY ${guides_dir}/ DESTINATION ${PGMDEV_INSTALL_DOCDIR} COMPONENT runtime)
-install(FILES data/flash/pgm_flash.csv DESTINATION ${PGMDEV_INSTALL_DOCDIR}/data/flash COMPONENT runtime)
+install(FILES data/flash/pgm_flash.csv data/flash/aliases.csv data/flash/sources.csv data/flash/left_out.csv
+  DESTINATION ${PGMDEV_INSTALL_DOCDIR}/data/flash COMPONENT runtime)
 install(FILES data/dev_info/pgm_dev_info.csv DESTINATION ${PGMDEV_INSTALL_DOCDIR}/data/dev_info COMPONENT runtime)
 install(FILES examples/identify.cpp examples/tessary.conf
   DESTINATION ${PGMDEV_INSTALL_DOCDIR}/examples

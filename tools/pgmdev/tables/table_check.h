@@ -13,12 +13,14 @@
 #include "tables/fault_output.h"
 #include "tables/source_hints.h"
 #include "tables/table_sizes.h"
+#include "tables/table_support.h"
 #include "terminal/command_line.h"
 #include "terminal/did_you_mean.h"
 #include "terminal/json.h"
 
 // KIND says which table it is, further:
 //   names_of(member)   what the cells of a member may name; none where they hold no names
+//   support_of(csv, records)   what supports the rows, where a list of it stands beside the table
 
 /// Adds to faults about unknown names those that may have been meant.
 template <class KIND>
@@ -53,16 +55,19 @@ void check_table(const ARGUMENTS& given, COMMAND& command) {
         }
         return entry != nullptr;
     });
+    const auto hints =
+        std::any_of(faults.begin(), faults.end(), is_of_form) ? hints_at_causes(csv_file) : std::vector<std::string>();
+    const TABLE_SUPPORT support = KIND::support_of(csv_file, table.records());
+    faults.insert(faults.end(), support.faults.begin(), support.faults.end());
     const std::vector<ACCEPTED_WARNING> unused = unused_entries(accepted);
     const bool remarkable = !faults.empty() || !unused.empty();
-    if (table.has_faults() || !accepted.malformed.empty() || (given.has("--strict") && remarkable)) {
+    if (table.has_faults() || !support.faults.empty() || !accepted.malformed.empty() ||
+        (given.has("--strict") && remarkable)) {
         command.result = EXIT_INTERNAL_ERROR;
     }
 
     print_faults(faults, csv_file, KIND::TABLE::describe);
     print_leftovers(accepted);
-    const auto hints =
-        std::any_of(faults.begin(), faults.end(), is_of_form) ? hints_at_causes(csv_file) : std::vector<std::string>();
     for (const std::string& hint : hints) {
         fmt::print(stderr, "{}: hint: {}\n", csv_file, hint);
     }
@@ -72,9 +77,15 @@ void check_table(const ARGUMENTS& given, COMMAND& command) {
         document["accepted"] = accepted_faults;
         document["unused"] = unused_json(unused);
         document["hints"] = hints;
+        if (support.is_there) {
+            document["evidence"] = support.shares;
+        }
         print_json(document);
-    } else if (!table.has_faults()) {
+    } else if (!table.has_faults() && support.faults.empty()) {
         print_sizes(table);
+        for (const std::string& line : support.lines) {
+            fmt::print("{}\n", line);
+        }
     }
 }
 
@@ -88,5 +99,6 @@ JSON check_schema() {
     members.push_back({"accepted", array_schema(accepted)});
     members.push_back({"unused", array_schema(unused_schema())});
     members.push_back({"hints", array_schema(text_schema())});
+    members.push_back({"evidence", JSON{{"type", "object"}}, false});
     return object_schema(members);
 }

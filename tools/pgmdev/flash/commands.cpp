@@ -34,6 +34,8 @@ struct FLASH_TABLES : FLASH_RECORDS {
         return FLASH_EVIDENCE(csv_file.substr(0, name) + "sources.csv").support_of(records);
     }
 
+    static JSON support_schema() { return shares_schema(); }
+
     static void compile(const FIO_PATH& csv_file, const FIO_PATH& pcf_file) {
         PGMDEV_FLASH_MANAGER(false, 0, true, false).generate_flash_database(csv_file, pcf_file);
     }

@@ -17,6 +17,7 @@ constexpr std::array<std::pair<const char*, const char*>, 5> CLASSES{{
     {"one", "one public source"},
     {"family", "family rule"},
 }};
+constexpr std::array GROUPS{"identification", "geometry", "voltage", "opcodes", "protection", "times"};
 constexpr std::size_t KEY_CELLS = 2;  // device_name, compared
 
 /// A class in words; "" for a word that is none.
@@ -35,6 +36,15 @@ std::vector<std::string> sources_of(const std::string& cell) {
         sources.push_back(key);
     }
     return sources;
+}
+
+/// An object that has, for each group of the list, what `group` describes.
+JSON groups_schema(const JSON& group) {
+    std::vector<SCHEMA_MEMBER> members;
+    for (const char* name : GROUPS) {
+        members.push_back({name, group, false});
+    }
+    return object_schema(members);
 }
 
 PGMDEV_TABLE_FAULT missing_support(const std::string& row, std::string expected) {
@@ -93,7 +103,7 @@ void FLASH_EVIDENCE::check(const PGMDEV_SFL_FLASH_INFO& record, std::vector<PGMD
     }
     for (std::size_t i = 0; i < m_groups.size(); ++i) {
         const std::string& cell = found->second[i];
-        const bool family = cell == "family";
+        const bool family = class_in_words(cell) == class_in_words("family");
         if (class_in_words(cell).empty() || family != sources_of(cell).empty()) {
             faults.push_back(missing_support(
                 record.device_name, fmt::format("for {} in sources.csv, not \"{}\": datasheet, sfdp, two or one, "
@@ -143,10 +153,15 @@ JSON support_json(const std::vector<FLASH_SUPPORT>& support) {
 }
 
 JSON support_schema() {
-    JSON schema{{"type", "object"}};
-    schema["additionalProperties"] =
-        object_schema({{"evidence", text_schema()}, {"sources", array_schema(text_schema())}});
-    return schema;
+    return groups_schema(object_schema({{"evidence", text_schema()}, {"sources", array_schema(text_schema())}}));
+}
+
+JSON shares_schema() {
+    std::vector<SCHEMA_MEMBER> classes;
+    for (const auto& entry : CLASSES) {
+        classes.push_back({entry.second, number_schema()});
+    }
+    return groups_schema(object_schema(classes));
 }
 
 void print_support(const std::vector<FLASH_SUPPORT>& support) {

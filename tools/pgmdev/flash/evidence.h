@@ -48,5 +48,8 @@ private:
 JSON support_json(const std::vector<FLASH_SUPPORT>& support);
 JSON support_schema();
 
+/// The schema of the shares of a table.
+JSON shares_schema();
+
 /// A line for each group.
 void print_support(const std::vector<FLASH_SUPPORT>& support);

@@ -21,6 +21,7 @@
 // KIND says which table it is, further:
 //   names_of(member)   what the cells of a member may name; none where they hold no names
 //   support_of(csv, records)   what supports the rows, where a list of it stands beside the table
+//   support_schema()   the schema of the shares that it gives
 
 /// Adds to faults about unknown names those that may have been meant.
 template <class KIND>
@@ -99,6 +100,6 @@ JSON check_schema() {
     members.push_back({"accepted", array_schema(accepted)});
     members.push_back({"unused", array_schema(unused_schema())});
     members.push_back({"hints", array_schema(text_schema())});
-    members.push_back({"evidence", JSON{{"type", "object"}}, false});
+    members.push_back({"evidence", KIND::support_schema(), false});
     return object_schema(members);
 }

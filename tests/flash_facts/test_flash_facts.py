@@ -112,6 +112,11 @@ class ShippedTable(unittest.TestCase):
             self.assertEqual(self.table.rows_named(alias), [], alias)
             self.assertNotEqual(reason, "", alias)
             self.assertEqual(alias, alias.upper())
+            self.assertNotRegex(alias + name + reason, "[,\"]", "readers split the line at commas")
+
+    def test_chips_agree_with_their_own_parameter_tables(self):
+        result = run(TOOL / "merge.py", HERE / "own_tables.csv")
+        self.assertEqual(result.stdout, "0 row, 0 by name, 0 alias, 0 change, 0 conflict, 0 left out; nothing written\n")
 
     def test_no_row_without_the_maker_stands_above_another_maker(self):
         rows = self.table.rows

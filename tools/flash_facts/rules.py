@@ -27,7 +27,7 @@ LEFT_OUT = [
     (r"W77Q16JW", r"EF8A16", "the capacity byte listed is that of the 32-Mbit chip"),
     (r"MT35XL02GC", r"2C5B", "the type byte listed is that of the 1.8-V chips, the name that of a 3-V chip"),
     (r"(W77M26F|W25M121AW|MX65|W74M)", r"", "several different chips in one package"),
-    (r".*(XXXXXX|ESF|-OSIT|GXRR|GXRI|GXD)", r"", "an ordering code, not the name of a chip"),
+    (r".*(XXXXXX|ESF|-OSIT|UW2G345GXR)", r"", "an ordering code, not the name of a chip"),
 ]
 
 # Endings of ordering codes: the common one has the plain name, the others a letter. (pattern, name)

@@ -95,7 +95,7 @@ class Candidate:
         self.says_top_bottom = bit != 255
         mask, value = fact.mask, fact.all_protected
         too_few = mask == 0x1C and ruled[0] == 0x3C and fact.says(rules.ONE_TOOL_S_MASK)
-        if mask is None or too_few or ruled[0] in (0, 0x0C):
+        if mask is None or too_few or re.match(rules.PROTECTION_IS_KNOWN, self.name):
             mask, value, steps, bit = ruled[0], ruled[0], ruled[1], ruled[2]
         else:
             self.stated.add("protection")

@@ -118,6 +118,7 @@ PROTECTION = [
     (r"(SST)?26[VW]F", 0, 0x00, 255, 255),
     (r"(AT25D[FLQ]|AT26DF|AT25XE041B)", 0, 0x0C, 255, 255),
     (r"M45PE", 0, 0x00, 255, 255),
+    (r"(S25H|S28H|S25FS|S70FS|S35HL)", 0, 0x1C, 7, 255),
     (r"(MX25L|MX25U|MX25[UL][MWR]|MX66|MX77|MX25V|MX75|MX25S|KH25)", 16, 0x3C, 15, 255),
     (r"(W25|W77|W35|GD25|GD55)", 256, 0x3C, 15, 6),
     (r"(W25|W77|W35|GD25|GD55)", 0, 0x1C, 7, 5),
@@ -125,6 +126,8 @@ PROTECTION = [
     (r"", 256, 0x3C, 15, 255),
     (r"", 0, 0x1C, 7, 255),
 ]
+# Families whose bits are these whatever a list says: the others of the register tell of protection otherwise or of errors.
+PROTECTION_IS_KNOWN = r"((SST)?26[VW]F|AT25D[FLQ]|AT26DF|AT25XE041B|M45PE|S25H|S28H|S25FS|S70FS|S35HL)"
 DIVISIONS = {0x0C: 3, 0x1C: 7, 0x3C: 15}
 TOP_BOTTOM_NOTES = [("TB is status bit 5", 5), ("TB is status bit 6", 6)]
 ONE_TOOL_S_MASK = "mask as written by that tool"

@@ -37,7 +37,7 @@ class Files:
 
     def write(self):
         aliases = [[alias, name, reason] for alias, (name, reason) in sorted(self.aliases.items())]
-        left_out = [[device, identification, reason] for (device, identification), reason in sorted(self.left_out.items())]
+        left_out = [[*chip, reason] for chip, reason in sorted(self.left_out.items())]
         texts = [
             self.table.text(),
             csv_text(["alias", "device_name", "reason"], aliases),

@@ -70,7 +70,7 @@ def main():
     parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
     parser.add_argument("--write", action="store_true", help="write them into the README")
     default = pathlib.Path(__file__).resolve().parents[2] / "data" / "flash"
-    parser.add_argument("--directory", type=pathlib.Path, default=default, help="of the table, its files and the README")
+    parser.add_argument("--directory", type=pathlib.Path, default=default, help="of the table and its README")
     given = parser.parse_args()
     readme = given.directory / "README.md"
     text = readme.read_text(encoding="utf-8")
@@ -83,7 +83,7 @@ def main():
     if given.write:
         readme.write_text(right, encoding="utf-8", newline="\n")
     elif text != right:
-        print("numbers_of_table.py: the numbers of %s are not those of its files: run with --write" % readme, file=sys.stderr)
+        print("numbers_of_table.py: %s has other numbers than its files: run with --write" % readme, file=sys.stderr)
         return 1
     return 0
 

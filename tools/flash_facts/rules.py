@@ -126,7 +126,7 @@ PROTECTION = [
     (r"", 256, 0x3C, 15, 255),
     (r"", 0, 0x1C, 7, 255),
 ]
-# Families whose bits are these whatever a list says: the others of the register tell of protection otherwise or of errors.
+# Families whose bits are these whatever a list says: their other bits tell of errors, or of the pin that protects.
 PROTECTION_IS_KNOWN = r"((SST)?26[VW]F|AT25D[FLQ]|AT26DF|AT25XE041B|M45PE|S25H|S28H|S25FS|S70FS|S35HL)"
 DIVISIONS = {0x0C: 3, 0x1C: 7, 0x3C: 15}
 TOP_BOTTOM_NOTES = [("TB is status bit 5", 5), ("TB is status bit 6", 6)]

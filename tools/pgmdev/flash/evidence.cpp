@@ -41,6 +41,7 @@ std::vector<std::string> sources_of(const std::string& cell) {
 /// An object that has, for each group of the list, what `group` describes.
 JSON groups_schema(const JSON& group) {
     std::vector<SCHEMA_MEMBER> members;
+    members.reserve(GROUPS.size());
     for (const char* name : GROUPS) {
         members.push_back({name, group, false});
     }
@@ -158,6 +159,7 @@ JSON support_schema() {
 
 JSON shares_schema() {
     std::vector<SCHEMA_MEMBER> classes;
+    classes.reserve(CLASSES.size());
     for (const auto& entry : CLASSES) {
         classes.push_back({entry.second, number_schema()});
     }

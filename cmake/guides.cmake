@@ -45,8 +45,9 @@ foreach(page IN LISTS guides table_pages)
 endforeach()
 
 install(DIRECTORY ${guides_dir}/ DESTINATION ${PGMDEV_INSTALL_DOCDIR} COMPONENT runtime)
-install(FILES data/flash/pgm_flash.csv data/flash/pgm_flash.csv.accepted data/flash/ambiguities.csv
-  data/flash/identifications.csv DESTINATION ${PGMDEV_INSTALL_DOCDIR}/data/flash COMPONENT runtime)
+install(FILES data/flash/pgm_flash.csv data/flash/pgm_flash.csv.accepted data/flash/aliases.csv data/flash/sources.csv
+  data/flash/left_out.csv data/flash/ambiguities.csv data/flash/identifications.csv
+  DESTINATION ${PGMDEV_INSTALL_DOCDIR}/data/flash COMPONENT runtime)
 install(FILES data/dev_info/pgm_dev_info.csv data/dev_info/pgm_dev_info.csv.accepted
   DESTINATION ${PGMDEV_INSTALL_DOCDIR}/data/dev_info COMPONENT runtime)
 install(FILES examples/identify.cpp examples/tessary.conf

@@ -8,7 +8,7 @@
 int main() {
     try {
         PGMDEV_FLASH_MANAGER flash(false, 1, false, false);  // one device in the chain
-        BYTE response[256] = {0xEF, 0x70, 0x17};             // what the flash behind device 0 answered to RDID
+        BYTE response[256] = {0xEF, 0x40, 0x17};             // what the flash behind device 0 answered to RDID
         if (!flash.flash_id_database_mapping(false, 0, response)) {
             std::puts("unknown flash");
             return 1;

@@ -8,7 +8,7 @@
 
 int main() {
     PGMDEV_FLASH_MANAGER flash(false, 1, false, false);
-    BYTE response[256] = {0xEF, 0x70, 0x17};
+    BYTE response[256] = {0xEF, 0x40, 0x17};
     if (!flash.flash_id_database_mapping(false, 0, response)) {
         std::puts("unknown flash");
         return 1;

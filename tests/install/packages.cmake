@@ -21,7 +21,7 @@ endforeach()
 
 # identify(COMMAND): the command of a package finds that package's data.
 function(identify command)
-  run(said ${EMULATOR} ${command} --json flash identify EF7017)
+  run(said ${EMULATOR} ${command} --json flash identify EF4017)
   string(JSON name GET "${said}" devices 0 device_name)
   expect("${command} found" "${name}" "W25Q64JV")
 endfunction()

@@ -7,7 +7,7 @@ foreach(file ${EXPECTED_FILES})
   endif()
 endforeach()
 
-run(said ${EMULATOR} ${INSTALLED}/bin/pgmdev${SUFFIX} --json flash identify EF7017)
+run(said ${EMULATOR} ${INSTALLED}/bin/pgmdev${SUFFIX} --json flash identify EF4017)
 string(JSON name GET "${said}" devices 0 device_name)
 expect("the command found" "${name}" "W25Q64JV")
 run(said ${EMULATOR} ${INSTALLED}/bin/pgmdev${SUFFIX} --json profile list)

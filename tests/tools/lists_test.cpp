@@ -141,8 +141,8 @@ TEST(FlashList, ChoosesRecords) {
     const JSON rows =
         listed({"flash", "list", "w25q*", "--maker", "winbond", "--size", "128 mbit", "--voltage", "1.8"});
     ASSERT_EQ(rows.size(), 2U);
-    EXPECT_EQ(rows[0]["device_name"], "W25Q128FW");
-    EXPECT_EQ(rows[1]["device_name"], "W25Q128JW");
+    EXPECT_EQ(rows[0]["device_name"], "W25Q128JW");
+    EXPECT_EQ(rows[1]["device_name"], "W25Q128JWM");
     expect_failure(run_command({"flash", "list", "--size", "3x"}), WRONG_USAGE, {"\"3x\" is not a size"});
     expect_failure(run_command({"flash", "list", "no*such"}), NOT_FOUND, {"no*such"});
     expect_failure(run_command({"flash", "list", "--maker", "Winbnod", "--voltage", "9V"}), NOT_FOUND,

@@ -3,8 +3,8 @@
 // -q and -v: less, and more, on standard error.
 
 TEST(quiet, LeavesOutHints) {
-    const PROCESS_RESULT hinted = run_command({"flash", "show", "W25Q64"});
-    const PROCESS_RESULT quiet = run_command({"-q", "flash", "show", "W25Q64"});
+    const PROCESS_RESULT hinted = run_command({"flash", "show", "W25Q6"});
+    const PROCESS_RESULT quiet = run_command({"-q", "flash", "show", "W25Q6"});
     EXPECT_EQ(hinted.exit_code, NOT_FOUND);
     EXPECT_TRUE(contains(hinted.errors, "did you mean")) << hinted.errors;
     EXPECT_EQ(quiet.exit_code, NOT_FOUND);

@@ -79,7 +79,7 @@ const std::vector<RUN> SINGLE{
     {{"doctor"}, {}, "", DONE},
     {{"--version"}, {}, "", DONE},
     {{"flash", "show"}, {"W25Q64JV"}, "", DONE},
-    {{"flash", "show"}, {"W25Q64"}, "", NOT_FOUND},
+    {{"flash", "show"}, {"W25Q6"}, "", NOT_FOUND},
     {{"flash", "identify"}, {"20BA18", "EF7017"}, "", DONE},
     {{"flash", "identify"}, {"20BA18", "000000"}, "", NOT_FOUND},
     {{"flash", "identify"}, {"rubbish"}, "", WRONG_USAGE},

@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "flash/evidence.h"
 #include "flash/list.h"
 #include "flash/output.h"
 #include "flash/sfdp.h"
@@ -27,6 +28,14 @@ struct FLASH_TABLES : FLASH_RECORDS {
     static constexpr const char* ROW_KEY = "device_name";
     static constexpr const DATABASE_KIND& DATABASE_FORMAT = FLASH_DATABASE_KIND;
     static constexpr bool NEEDS_PART_LIST = false;
+
+    /// The list sources.csv in the directory of the table.
+    static TABLE_SUPPORT support_of(const std::string& csv_file, const std::vector<RECORD>& records) {
+        const std::size_t name = csv_file.find_last_of("/\\") + 1;  // 0 where there is no directory
+        return FLASH_EVIDENCE(csv_file.substr(0, name) + "sources.csv").support_of(records);
+    }
+
+    static JSON support_schema() { return shares_schema(); }
 
     static void compile(const FIO_PATH& csv_file, const FIO_PATH& pcf_file) {
         PGMDEV_FLASH_MANAGER(false, 0, true, false).generate_flash_database(csv_file, pcf_file);

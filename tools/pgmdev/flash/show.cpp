@@ -5,6 +5,9 @@
 #include <algorithm>
 #include <optional>
 
+#include "flash/aliases.h"
+#include "flash/database.h"
+#include "flash/evidence.h"
 #include "flash/output.h"
 #include "flash/rows.h"
 #include "gen.h"
@@ -36,17 +39,29 @@ const FLASH_ROW* find_by_name(const std::vector<FLASH_ROW>& rows, const std::str
     return found != rows.end() ? &*found : nullptr;
 }
 
-ANSWER answer_with(const FLASH_ROW& row, bool every_row) {
+ANSWER answer_with(const FLASH_ROW& row, bool every_row, const std::optional<FLASH_ALIAS>& alias = std::nullopt) {
+    static const FLASH_EVIDENCE evidence(beside_flash_database("sources.csv"));
+    const std::vector<FLASH_SUPPORT> support = evidence.of(row.record);
     ANSWER answer;
     answer.content = row_json(row, every_row);
+    if (alias) {
+        answer.content["alias"] = {{"name", alias->name}, {"reason", alias->reason}};
+    }
+    if (!support.empty()) {
+        answer.content["evidence"] = support_json(support);
+    }
     answer.is_block = true;
-    answer.print = [row, every_row] {
+    answer.print = [row, every_row, alias, support] {
+        if (alias) {
+            fmt::print("{} shares the record of {}: {}\n", alias->name, row.record.device_name, alias->reason);
+        }
         print_members(row.index, row.record);
         if (every_row) {
             fmt::print("{:<20}  {}\n", "row", row.row.value());
             fmt::print("{:<20}  {}\n", "enabled", row.is_enabled() ? "yes" : "no");
             fmt::print("{:<20}  {}\n", "switch", row.enabling_switch.empty() ? "-" : row.enabling_switch);
         }
+        print_support(support);
     };
     return answer;
 }
@@ -66,11 +81,19 @@ ANSWER by_name(const SOURCE& source, const std::string& name) {
     if (const FLASH_ROW* row = find_by_name(source.rows, name)) {
         return answer_with(*row, source.every_row);
     }
+    if (const std::optional<FLASH_ALIAS> alias = find_flash_alias(name)) {
+        if (const FLASH_ROW* row = find_by_name(source.rows, alias->device_name)) {
+            return answer_with(*row, source.every_row, alias);
+        }
+    }
     std::vector<std::string> names;
     for (const FLASH_ROW& row : source.rows) {
         if (row.record.default_dev) {
             names.push_back(row.record.device_name);
         }
+    }
+    for (const FLASH_ALIAS& alias : flash_aliases()) {
+        names.push_back(alias.name);
     }
     ANSWER answer;
     answer.found = false;
@@ -105,7 +128,10 @@ void show(const ARGUMENTS& given, COMMAND& command) {
 }
 
 JSON shown_flash_schema() {
-    return question_schema(any_row_members(), {"index"});
+    std::vector<SCHEMA_MEMBER> members = any_row_members();
+    members.push_back({"alias", object_schema({{"name", text_schema()}, {"reason", text_schema()}}), false});
+    members.push_back({"evidence", support_schema(), false});
+    return question_schema(members, {"index"});
 }
 
 }  // namespace

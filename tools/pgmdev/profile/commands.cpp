@@ -28,6 +28,10 @@ struct PROFILE_TABLES : PROFILE_RECORDS {
     static constexpr const DATABASE_KIND& DATABASE_FORMAT = PROFILE_DATABASE_KIND;
     static constexpr bool NEEDS_PART_LIST = true;
 
+    static TABLE_SUPPORT support_of(const std::string& /*csv_file*/, const std::vector<RECORD>& /*records*/) {
+        return {};
+    }
+    static JSON support_schema() { return object_schema({}); }
     static void compile(const FIO_PATH& csv_file, const FIO_PATH& pcf_file) {
         PGMDEV_DEV_INFO_MANAGER(true).generate_device_database(csv_file, pcf_file);
     }

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <string_view>
 
+#include "flash/aliases.h"
 #include "flash/database.h"
 #include "gen.h"
 #include "names/device_names.h"
@@ -31,6 +32,15 @@ NAMES flash_texts(const ARGUMENT_PLACE&) {
     NAMES names;
     for (DWORD i = 0; i < manager.get_flash_count(); ++i) {
         names.push_back(manager.get_flash_database()[i].*MEMBER);
+    }
+    return without_repetitions(std::move(names));
+}
+
+/// The names of the flash database, aliases too.
+NAMES flash_names(const ARGUMENT_PLACE& place) {
+    NAMES names = flash_texts<&PGMDEV_SFL_FLASH_INFO::device_name>(place);
+    for (const FLASH_ALIAS& alias : flash_aliases()) {
+        names.push_back(alias.name);
     }
     return without_repetitions(std::move(names));
 }
@@ -114,7 +124,7 @@ using AT = const ARGUMENT_PLACE&;
 
 // The first that fits counts.
 constexpr SOURCE SOURCES[]{
-    {"flash", "", "NAME", flash_texts<&PGMDEV_SFL_FLASH_INFO::device_name>},
+    {"flash", "", "NAME", flash_names},
     {"flash", "", "--maker", flash_texts<&PGMDEV_SFL_FLASH_INFO::manufacturer_name>},
     {"flash", "", "--voltage", flash_texts<&PGMDEV_SFL_FLASH_INFO::asc_voltage>},
     {"flash", "", "--fields", [](AT) { return member_names<PGMDEV_SFL_FLASH_MEMBERS>(""); }},

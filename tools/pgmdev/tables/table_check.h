@@ -15,6 +15,7 @@
 #include "tables/notes_files.h"
 #include "tables/source_hints.h"
 #include "tables/table_sizes.h"
+#include "tables/table_support.h"
 #include "terminal/command_line.h"
 #include "terminal/did_you_mean.h"
 #include "terminal/json.h"
@@ -22,6 +23,8 @@
 // KIND says which table it is, further:
 //   names_of(member)   what the cells of a member may name; none where they hold no names
 //   notes_beside(csv_file, table)   what is wrong with the notes beside the table; none where there are no notes
+//   support_of(csv, records)   what supports the rows, where a list of it stands beside the table
+//   support_schema()   the schema of the shares that it gives
 
 /// Adds to faults about unknown names those that may have been meant.
 template <class KIND>
@@ -57,6 +60,10 @@ void check_table(const ARGUMENTS& given, COMMAND& command) {
         }
         return entry != nullptr;
     });
+    const auto hints =
+        std::any_of(faults.begin(), faults.end(), is_of_form) ? hints_at_causes(csv_file) : std::vector<std::string>();
+    const TABLE_SUPPORT support = KIND::support_of(csv_file, table.records());
+    faults.insert(faults.end(), support.faults.begin(), support.faults.end());
     const std::vector<ACCEPTED_WARNING> unused = unused_entries(accepted);
     const std::vector<NOTES_FAULTS> notes = KIND::notes_beside(csv_file, table);
     const bool notes_have_faults =
@@ -64,7 +71,7 @@ void check_table(const ARGUMENTS& given, COMMAND& command) {
     const bool remarkable =
         !faults.empty() || !unused.empty() ||
         std::any_of(notes.begin(), notes.end(), [](const NOTES_FAULTS& each) { return !each.faults.empty(); });
-    if (table.has_faults() || notes_have_faults || !accepted.malformed.empty() ||
+    if (table.has_faults() || !support.faults.empty() || notes_have_faults || !accepted.malformed.empty() ||
         (given.has("--strict") && remarkable)) {
         command.result = EXIT_INTERNAL_ERROR;
     }
@@ -74,8 +81,6 @@ void check_table(const ARGUMENTS& given, COMMAND& command) {
     for (const NOTES_FAULTS& each : notes) {
         print_faults(each.faults, each.file, KIND::TABLE::describe);
     }
-    const auto hints =
-        std::any_of(faults.begin(), faults.end(), is_of_form) ? hints_at_causes(csv_file) : std::vector<std::string>();
     for (const std::string& hint : hints) {
         fmt::print(stderr, "{}: hint: {}\n", csv_file, hint);
     }
@@ -86,9 +91,15 @@ void check_table(const ARGUMENTS& given, COMMAND& command) {
         document["unused"] = unused_json(unused);
         document["hints"] = hints;
         document["notes"] = notes_json(notes);
+        if (support.is_there) {
+            document["evidence"] = support.shares;
+        }
         print_json(document);
-    } else if (!table.has_faults()) {
+    } else if (!table.has_faults() && support.faults.empty()) {
         print_sizes(table);
+        for (const std::string& line : support.lines) {
+            fmt::print("{}\n", line);
+        }
     }
 }
 
@@ -103,5 +114,6 @@ JSON check_schema() {
     members.push_back({"unused", array_schema(unused_schema())});
     members.push_back({"hints", array_schema(text_schema())});
     members.push_back({"notes", notes_schema()});
+    members.push_back({"evidence", KIND::support_schema(), false});
     return object_schema(members);
 }

@@ -1,0 +1,182 @@
+#include <gmock/gmock.h>
+
+#include "command_fixture.h"
+#include "flash_source.h"
+
+// What stands beside a flash database and a flash table: further names, and what supports the rows.
+
+namespace {
+
+using ::testing::HasSubstr;
+using ::testing::StartsWith;
+
+constexpr const char* GROUPS = "device_name,compared,identification,times\n";
+
+/// The sample record, known by the name CHIP.
+PGMDEV_SFL_FLASH_INFO known_chip() {
+    PGMDEV_SFL_FLASH_INFO record = flash_reference::sample("CHIP");
+    record.silicon_id = false;
+    record.memory_id = 0x17;
+    record.memory_id_index = 2;
+    record.memory_type = 0x40;
+    record.memory_type_index = 1;
+    record.mfc_id = 0xEF;
+    record.mfc_id_index = 0;
+    record.ini = "NONE";
+    record.default_dev = true;
+    return record;
+}
+
+/// A database with that record, an alias, one that leads nowhere, and evidence.
+class COMPANIONS {
+public:
+    COMPANIONS() {
+        m_scratch.write("programmer/pgm_flash.pcf", flash_reference::file(flash_reference::payload({known_chip()})));
+        m_scratch.write("programmer/pgm_flash.aliases.csv",
+                        "alias,device_name,reason\nCHIP-IQ,CHIP,ordering code\nLOST,GONE,nobody knows\n");
+        m_scratch.write("programmer/pgm_flash.sources.csv",
+                        std::string(GROUPS) + "CHIP,17@2 40@1 EF@0,two:linux+flashrom,family\n");
+    }
+    PROCESS_RESULT run(const std::vector<std::string>& arguments) const {
+        std::vector<std::string> all{"--db-dir", m_scratch.directory().string()};
+        all.insert(all.end(), arguments.begin(), arguments.end());
+        return run_command(all);
+    }
+
+private:
+    SCRATCH m_scratch;
+};
+
+const JSON EVIDENCE{
+    {"identification", {{"evidence", "two independent public sources"}, {"sources", {"linux", "flashrom"}}}},
+    {"times", {{"evidence", "family rule"}, {"sources", JSON::array()}}}};
+
+const FLASH_SOURCE::CHANGES ROW{{"device_name", "CHIP"},  {"silicon_id", "FALSE"}, {"memory_id", "0x17"},
+                                {"memory_id_index", "2"}, {"memory_type", "0x40"}, {"memory_type_index", "1"},
+                                {"mfc_id", "0xEF"},       {"mfc_id_index", "0"}};
+
+/// `flash check` of a table with that row, and of a list with this line beside it.
+PROCESS_RESULT check_with(const std::string& line, bool json = false) {
+    const SCRATCH scratch;
+    FLASH_SOURCE source;
+    const std::string file = scratch.write("table.csv", source.row(ROW).text());
+    scratch.write("sources.csv", GROUPS + line);
+    return run_command(json ? std::vector<std::string>{"--json", "flash", "check", file}
+                            : std::vector<std::string>{"flash", "check", file});
+}
+
+}  // namespace
+
+TEST(flash_companions, AnAliasIsAnsweredByTheRowThatItNames) {
+    const COMPANIONS database;
+    const PROCESS_RESULT text = database.run({"flash", "show", "chip-iq"});
+    EXPECT_EQ(text.exit_code, DONE) << text.errors;
+    EXPECT_THAT(text.output, StartsWith("CHIP-IQ shares the record of CHIP: ordering code\nindex "));
+    const JSON document = json_of(database.run({"--json", "flash", "show", "chip-iq"}).output);
+    EXPECT_EQ(document.at("query"), "chip-iq");
+    EXPECT_EQ(document.at("found"), true);
+    EXPECT_EQ(document.at("device_name"), "CHIP");
+    EXPECT_EQ(document.at("alias"), (JSON{{"name", "CHIP-IQ"}, {"reason", "ordering code"}}));
+    EXPECT_EQ(document.at("evidence"), EVIDENCE);
+}
+
+TEST(flash_companions, ARowTellsItsEvidenceAndIsNoAlias) {
+    const COMPANIONS database;
+    const PROCESS_RESULT text = database.run({"flash", "show", "CHIP"});
+    EXPECT_THAT(text.output, StartsWith("index "));
+    EXPECT_THAT(text.output,
+                HasSubstr("\nevidence              identification: two independent public sources (linux, flashrom)\n"
+                          "                      times: family rule\n"));
+    const JSON document = json_of(database.run({"--json", "flash", "show", "CHIP"}).output);
+    EXPECT_FALSE(document.contains("alias"));
+    EXPECT_EQ(document.at("evidence"), EVIDENCE);
+}
+
+TEST(flash_companions, AnAliasOfARowThatIsGoneIsNotFound) {
+    expect_failure(COMPANIONS().run({"flash", "show", "LOST"}), NOT_FOUND, {"no flash is named \"LOST\""});
+}
+
+TEST(flash_companions, AliasesAreSuggested) {
+    expect_failure(COMPANIONS().run({"flash", "show", "CHIP-I"}), NOT_FOUND, {"CHIP-IQ"});
+}
+
+TEST(flash_companions, WithoutTheFilesNothingIsTold) {
+    const JSON document = json_of(FLASH_DATABASE({known_chip()}).run({"--json", "flash", "show", "CHIP"}).output);
+    EXPECT_FALSE(document.contains("evidence"));
+    EXPECT_FALSE(document.contains("alias"));
+}
+
+TEST(flash_companions, CheckTellsTheShares) {
+    const std::string line = "CHIP,17@2 40@1 EF@0,sfdp:sfdp,family\n";
+    const PROCESS_RESULT text = check_with(line);
+    EXPECT_EQ(text.exit_code, DONE) << text.errors;
+    EXPECT_THAT(text.output, HasSubstr("\nidentification: 1 chip's own SFDP\ntimes: 1 family rule\n"));
+    const JSON evidence = json_of(check_with(line, true).output).at("evidence");
+    EXPECT_EQ(evidence.at("times"), (JSON{{"datasheet maximum", 0},
+                                          {"chip's own SFDP", 0},
+                                          {"two independent public sources", 0},
+                                          {"one public source", 0},
+                                          {"family rule", 1}}));
+}
+
+TEST(flash_companions, CheckRefusesARowWithoutEvidence) {
+    for (const char* line : {"", "OTHER,17@2 40@1 EF@0,family,family\n", "CHIP,18@2 40@1 EF@0,family,family\n"}) {
+        const PROCESS_RESULT result = check_with(line);
+        EXPECT_EQ(result.exit_code, INTERNAL_ERROR);
+        EXPECT_EQ(result.output, "");
+        EXPECT_THAT(result.errors, HasSubstr("row CHIP"));
+        EXPECT_THAT(result.errors, HasSubstr("a line CHIP,17@2 40@1 EF@0,... in sources.csv"));
+    }
+}
+
+TEST(flash_companions, CheckRefusesEvidenceOfNoKnownClass) {
+    for (const char* cell : {"hearsay", "", "two", "family:linux", "one:"}) {
+        const std::string line = std::string("CHIP,17@2 40@1 EF@0,") + cell + ",family\n";
+        const PROCESS_RESULT result = check_with(line);
+        EXPECT_EQ(result.exit_code, INTERNAL_ERROR) << cell;
+        EXPECT_THAT(result.errors, HasSubstr("for identification in sources.csv, not \"" + std::string(cell) + "\""));
+    }
+    EXPECT_THAT(check_with("CHIP,17@2 40@1 EF@0,family,family\nCHIP,1\n").errors,
+                HasSubstr("as many cells in line 3 of sources.csv as in its first"));
+}
+
+TEST(flash_companions, TheNamesThatPeopleTypeAreFound) {
+    const std::vector<std::pair<const char*, const char*>> names{
+        {"IS25WP512M", "IS25WP512"},    {"IS25LP01G", "IS25LP01G"},     {"IS25LP02GG", "IS25LP02G"},
+        {"IS25WP01GG", "IS25WP01GG"},   {"IS25WP02GG", "IS25WP02GG"},   {"N25Q00A", "N25Q00A"},
+        {"W25Q512NW", "W25Q512NW"},     {"W25Q01NW", "W25Q01NW"},       {"W25Q02NW", "W25Q02NW"},
+        {"W25Q02JV", "W25Q02JV"},       {"S25HS02GT", "S25HS02GT"},     {"S25FS256T", "S25FS256T"},
+        {"S70FS01GS", "S70FS01GS"},     {"MX66U2G45G", "MX66U2G45G"},   {"MX66L1G55G", "MX66L1G55G"},
+        {"GD25B512MF", "GD25B512MF"},   {"GD25LB512MF", "GD25LB512MF"}, {"GD55B01G", "GD55B01G"},
+        {"GD55B02G", "GD55B02G"},       {"GD55LB01G", "GD55LB01GE"},    {"GD55LB02G", "GD55LB02GE"},
+        {"W25Q128JV-IQ", "W25Q128JV"},  {"W25Q128JV", "W25Q128JV"},     {"W25Q64FV", "W25Q64JV"},
+        {"MX25L12835F", "MX25L12833F"}, {"MX25U25645G", "MX25U25635F"}, {"GD25Q16C", "GD25Q16"},
+        {"S25SL12801", "S25FL128P1"},   {"W25Q64CV", "W25Q64JV"},
+    };
+    std::string questions;
+    for (const auto& [name, row] : names) {
+        questions += std::string(name) + "\n";
+    }
+    const std::vector<JSON> answers = json_lines_of(run_command({"--json", "flash", "show", "-"}, questions).output);
+    ASSERT_EQ(answers.size(), names.size());
+    for (std::size_t i = 0; i < names.size(); ++i) {
+        EXPECT_EQ(answers[i].at("device_name"), names[i].second) << names[i].first;
+        EXPECT_TRUE(answers[i].contains("evidence")) << names[i].first;
+        EXPECT_EQ(answers[i].contains("alias"), std::string(names[i].first) != names[i].second) << names[i].first;
+    }
+}
+
+TEST(flash_companions, TheShippedTableHasEvidenceForEveryRow) {
+    const PROCESS_RESULT result =
+        run_command({"--json", "flash", "check", std::string(TEST_DATA_DIR) + "/flash/pgm_flash.csv"});
+    EXPECT_EQ(result.exit_code, DONE);
+    const JSON document = json_of(result.output);
+    EXPECT_EQ(document.at("evidence").size(), 6U);
+    for (const auto& [group, classes] : document.at("evidence").items()) {
+        unsigned sum = 0;
+        for (const auto& [name, count] : classes.items()) {
+            sum += count.get<unsigned>();
+        }
+        EXPECT_EQ(sum, document.at("records")) << group;
+    }
+}

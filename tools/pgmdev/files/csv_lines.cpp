@@ -1,0 +1,45 @@
+#include "files/csv_lines.h"
+
+#include <sstream>
+
+#include "fio.h"
+#include "gen.h"
+#include "tables/file_bytes.h"
+
+namespace {
+
+std::vector<std::string> cells_of_line(const std::string& line) {
+    std::vector<std::string> cells;
+    std::istringstream input(line);
+    for (std::string cell; std::getline(input, cell, ',');) {
+        cells.push_back(gen_remove_leading_and_trailing_white_spaces(cell));
+    }
+    return cells;
+}
+
+}  // namespace
+
+CSV_LINES read_csv_lines(const std::string& path) {
+    CSV_LINES read;
+    if (!FIO_FILE_SYSTEM::exists(path.c_str())) {
+        return read;
+    }
+    const std::vector<BYTE> bytes = required_file_bytes(path);
+    std::istringstream input(std::string(bytes.begin(), bytes.end()));
+    std::size_t number = 0;
+    for (std::string line; std::getline(input, line);) {
+        ++number;
+        std::vector<std::string> cells = cells_of_line(line);
+        if (cells.empty() || (cells.size() == 1 && cells.front().empty())) {
+            continue;
+        }
+        if (read.names.empty()) {
+            read.names = std::move(cells);
+        } else if (cells.size() == read.names.size()) {
+            read.lines.push_back(std::move(cells));
+        } else {
+            read.malformed.push_back(number);
+        }
+    }
+    return read;
+}

@@ -1,0 +1,179 @@
+#include "flash/evidence.h"
+
+#include <fmt/core.h>
+
+#include <algorithm>
+#include <array>
+#include <sstream>
+
+#include "files/csv_lines.h"
+
+namespace {
+
+constexpr std::array<std::pair<const char*, const char*>, 5> CLASSES{{
+    {"datasheet", "datasheet maximum"},
+    {"sfdp", "chip's own SFDP"},
+    {"two", "two independent public sources"},
+    {"one", "one public source"},
+    {"family", "family rule"},
+}};
+constexpr std::array GROUPS{"identification", "geometry", "voltage", "opcodes", "protection", "times"};
+constexpr std::size_t KEY_CELLS = 2;  // device_name, compared
+
+/// A class in words; "" for a word that is none.
+std::string class_in_words(const std::string& cell) {
+    const std::string word = cell.substr(0, cell.find(':'));
+    const auto found =
+        std::find_if(CLASSES.begin(), CLASSES.end(), [&word](auto entry) { return word == entry.first; });
+    return found != CLASSES.end() ? found->second : "";
+}
+
+std::vector<std::string> sources_of(const std::string& cell) {
+    std::vector<std::string> sources;
+    const std::size_t colon = cell.find(':');
+    std::istringstream keys(colon == std::string::npos ? "" : cell.substr(colon + 1));
+    for (std::string key; std::getline(keys, key, '+');) {
+        sources.push_back(key);
+    }
+    return sources;
+}
+
+/// An object that has, for each group of the list, what `group` describes.
+JSON groups_schema(const JSON& group) {
+    std::vector<SCHEMA_MEMBER> members;
+    members.reserve(GROUPS.size());
+    for (const char* name : GROUPS) {
+        members.push_back({name, group, false});
+    }
+    return object_schema(members);
+}
+
+PGMDEV_TABLE_FAULT missing_support(const std::string& row, std::string expected) {
+    PGMDEV_TABLE_FAULT fault;
+    fault.row = row;
+    fault.expected = std::move(expected);
+    return fault;
+}
+
+}  // namespace
+
+FLASH_EVIDENCE::FLASH_EVIDENCE(const std::string& path) {
+    CSV_LINES read = read_csv_lines(path);
+    if (read.names.size() > KEY_CELLS) {
+        m_groups.assign(read.names.begin() + KEY_CELLS, read.names.end());
+    }
+    for (std::vector<std::string>& cells : read.lines) {
+        if (cells.size() > KEY_CELLS) {
+            m_cells[{cells[0], cells[1]}].assign(cells.begin() + KEY_CELLS, cells.end());
+        }
+    }
+    m_malformed = std::move(read.malformed);
+}
+
+FLASH_EVIDENCE::KEY FLASH_EVIDENCE::key_of(const PGMDEV_SFL_FLASH_INFO& record) {
+    std::string compared = record.silicon_id ? "silicon" : "";
+    const auto add = [&compared](BYTE value, BYTE index) {
+        if (index != PGMDEV_SFL_FLASH_INFO::NONE) {
+            compared += fmt::format("{}{:02X}@{}", compared.empty() ? "" : " ", value, index);
+        }
+    };
+    add(record.memory_id, record.memory_id_index);
+    add(record.memory_type, record.memory_type_index);
+    add(record.mfc_id, record.mfc_id_index);
+    return {record.device_name, compared};
+}
+
+std::vector<FLASH_SUPPORT> FLASH_EVIDENCE::of(const PGMDEV_SFL_FLASH_INFO& record) const {
+    std::vector<FLASH_SUPPORT> support;
+    const auto found = m_cells.find(key_of(record));
+    for (std::size_t i = 0; found != m_cells.end() && i < m_groups.size(); ++i) {
+        const std::string& cell = found->second[i];
+        support.push_back({m_groups[i], class_in_words(cell), sources_of(cell)});
+    }
+    return support;
+}
+
+void FLASH_EVIDENCE::check(const PGMDEV_SFL_FLASH_INFO& record, std::vector<PGMDEV_TABLE_FAULT>& faults) const {
+    const KEY key = key_of(record);
+    const auto found = m_cells.find(key);
+    if (found == m_cells.end()) {
+        faults.push_back(missing_support(
+            record.device_name,
+            fmt::format("what supports the row: a line {},{},... in sources.csv", key.first, key.second)));
+        return;
+    }
+    for (std::size_t i = 0; i < m_groups.size(); ++i) {
+        const std::string& cell = found->second[i];
+        const bool family = class_in_words(cell) == class_in_words("family");
+        if (class_in_words(cell).empty() || family != sources_of(cell).empty()) {
+            faults.push_back(missing_support(
+                record.device_name, fmt::format("for {} in sources.csv, not \"{}\": datasheet, sfdp, two or one, "
+                                                "with a colon and the sources, or family",
+                                                m_groups[i], cell)));
+        }
+    }
+}
+
+TABLE_SUPPORT FLASH_EVIDENCE::support_of(const std::vector<PGMDEV_SFL_FLASH_INFO>& records) const {
+    TABLE_SUPPORT support;
+    support.is_there = !m_groups.empty();
+    if (!support.is_there) {
+        return support;
+    }
+    for (const std::size_t line : m_malformed) {
+        support.faults.push_back(
+            missing_support("", fmt::format("as many cells in line {} of sources.csv as in its first", line)));
+    }
+    std::map<std::pair<std::string, std::string>, std::size_t> counts;  // group and class
+    for (const PGMDEV_SFL_FLASH_INFO& record : records) {
+        check(record, support.faults);
+        for (const FLASH_SUPPORT& group : of(record)) {
+            ++counts[{group.group, group.evidence}];
+        }
+    }
+    for (const std::string& group : m_groups) {
+        JSON classes = JSON::object();
+        std::string text;
+        for (const auto& entry : CLASSES) {
+            const std::size_t count = counts[{group, entry.second}];
+            classes[entry.second] = count;
+            text += count == 0 ? "" : fmt::format("{}{} {}", text.empty() ? "" : ", ", count, entry.second);
+        }
+        support.shares[group] = classes;
+        support.lines.push_back(fmt::format("{}: {}", group, text));
+    }
+    return support;
+}
+
+JSON support_json(const std::vector<FLASH_SUPPORT>& support) {
+    JSON object = JSON::object();
+    for (const FLASH_SUPPORT& group : support) {
+        object[group.group] = {{"evidence", group.evidence}, {"sources", group.sources}};
+    }
+    return object;
+}
+
+JSON support_schema() {
+    return groups_schema(object_schema({{"evidence", text_schema()}, {"sources", array_schema(text_schema())}}));
+}
+
+JSON shares_schema() {
+    std::vector<SCHEMA_MEMBER> classes;
+    classes.reserve(CLASSES.size());
+    for (const auto& entry : CLASSES) {
+        classes.push_back({entry.second, number_schema()});
+    }
+    return groups_schema(object_schema(classes));
+}
+
+void print_support(const std::vector<FLASH_SUPPORT>& support) {
+    const char* label = "evidence";
+    for (const FLASH_SUPPORT& group : support) {
+        std::string sources;
+        for (const std::string& source : group.sources) {
+            sources += (sources.empty() ? " (" : ", ") + source;
+        }
+        fmt::print("{:<20}  {}: {}{}\n", label, group.group, group.evidence, sources.empty() ? "" : sources + ")");
+        label = "";
+    }
+}

@@ -32,9 +32,9 @@ class COMPANIONS {
 public:
     COMPANIONS() {
         m_scratch.write("programmer/pgm_flash.pcf", flash_reference::file(flash_reference::payload({known_chip()})));
-        m_scratch.write("programmer/pgm_flash.aliases.csv",
+        m_scratch.write("programmer/pgm_flash.pcf.aliases.csv",
                         "alias,device_name,reason\nCHIP-IQ,CHIP,ordering code\nLOST,GONE,nobody knows\n");
-        m_scratch.write("programmer/pgm_flash.sources.csv",
+        m_scratch.write("programmer/pgm_flash.pcf.sources.csv",
                         std::string(GROUPS) + "CHIP,17@2 40@1 EF@0,two:linux+flashrom,family\n");
     }
     PROCESS_RESULT run(const std::vector<std::string>& arguments) const {

@@ -63,8 +63,9 @@ TEST(flash_notes, TravelWithTheDatabase) {
     ASSERT_EQ(run_command({"flash", "compile", files.table(), files.database()}).exit_code, DONE);
     EXPECT_EQ(read_file(files.database() + ".ambiguities.csv"),
               read_file(fs::path(files.table()).parent_path() / "ambiguities.csv"));
-    EXPECT_EQ(read_file(files.database() + ".identifications.csv"),
-              read_file(fs::path(TEST_DATA_DIR) / "flash/identifications.csv"));
+    for (const char* name : {"identifications.csv", "aliases.csv", "sources.csv"}) {
+        EXPECT_EQ(read_file(files.database() + "." + name), read_file(fs::path(TEST_DATA_DIR) / "flash" / name)) << name;
+    }
     const PROCESS_RESULT result = run_command({"--db-dir", files.directory(), "flash", "identify", "EF4018"});
     EXPECT_TRUE(contains(result.output, "W25Q128JV or W25Q128XX: boom")) << result.output;
     EXPECT_TRUE(contains(result.output, "told apart by a look")) << result.output;

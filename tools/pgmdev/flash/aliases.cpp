@@ -9,7 +9,7 @@
 const std::vector<FLASH_ALIAS>& flash_aliases() {
     static const std::vector<FLASH_ALIAS> aliases = [] {
         std::vector<FLASH_ALIAS> read;
-        for (const std::vector<std::string>& cells : read_csv_lines(beside_flash_database("aliases.csv")).lines) {
+        for (const std::vector<std::string>& cells : read_csv_lines(installed_flash_list(FLASH_ALIASES_LIST)).lines) {
             if (cells.size() == 3) {
                 read.push_back({cells[0], cells[1], cells[2]});
             }

@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "flash/database.h"
 #include "flash/evidence.h"
 #include "flash/list.h"
 #include "flash/output.h"
@@ -31,8 +32,7 @@ struct FLASH_TABLES : FLASH_RECORDS {
 
     /// The list sources.csv in the directory of the table.
     static TABLE_SUPPORT support_of(const std::string& csv_file, const std::vector<RECORD>& records) {
-        const std::size_t name = csv_file.find_last_of("/\\") + 1;  // 0 where there is no directory
-        return FLASH_EVIDENCE(csv_file.substr(0, name) + "sources.csv").support_of(records);
+        return FLASH_EVIDENCE(beside_flash_source(csv_file, FLASH_SOURCES_LIST)).support_of(records);
     }
 
     static JSON support_schema() { return shares_schema(); }

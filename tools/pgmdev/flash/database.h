@@ -7,5 +7,14 @@
 /// Loads the flash database for that many device positions. One that cannot be read throws COMMAND_FAILURE.
 PGMDEV_FLASH_MANAGER open_flash_database(DWORD device_count);
 
-/// The file that goes with the database: pgm_flash.NAME, in its directory.
-std::string beside_flash_database(const std::string& name);
+/// The lists that stand beside a flash table, and travel with it as its notes do: further names of chips, and what
+/// supports the rows.
+constexpr const char* FLASH_ALIASES_LIST = "aliases.csv";
+constexpr const char* FLASH_SOURCES_LIST = "sources.csv";
+
+/// Where such a list is: in the directory of the table, and behind the name of the database.
+std::string beside_flash_source(const std::string& csv_file, const std::string& list);
+std::string beside_flash_database(const std::string& pcf_file, const std::string& list);
+
+/// That of the installed database.
+std::string installed_flash_list(const std::string& list);

@@ -40,7 +40,7 @@ const FLASH_ROW* find_by_name(const std::vector<FLASH_ROW>& rows, const std::str
 }
 
 ANSWER answer_with(const FLASH_ROW& row, bool every_row, const std::optional<FLASH_ALIAS>& alias = std::nullopt) {
-    static const FLASH_EVIDENCE evidence(beside_flash_database("sources.csv"));
+    static const FLASH_EVIDENCE evidence(installed_flash_list(FLASH_SOURCES_LIST));
     const std::vector<FLASH_SUPPORT> support = evidence.of(row.record);
     ANSWER answer;
     answer.content = row_json(row, every_row);

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <map>
 
+#include "flash/database.h"
 #include "flash/output.h"
 #include "pgmdev_flash_notes.h"
 #include "pgmdev_version.h"
@@ -79,6 +80,9 @@ std::vector<NOTES_COPY> FLASH_RECORDS::notes_of(const std::string& csv_file, con
     std::vector<NOTES_COPY> files;
     for (std::size_t i = 0; i < sources.size(); ++i) {
         files.push_back({sources[i], copies[i]});
+    }
+    for (const char* list : {FLASH_ALIASES_LIST, FLASH_SOURCES_LIST}) {
+        files.push_back({beside_flash_source(csv_file, list), beside_flash_database(pcf_file, list)});
     }
     return files;
 }

@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <charconv>
 #include <string>
 
 #include "pgmdev_flash_candidates.h"
@@ -57,9 +58,17 @@ std::string aai_harm(const RECORD& /*taken*/, const RECORD& other) {
                           : "programmed by pages: programming by address increment would write nothing";
 }
 
+double volts_of(const std::string& voltage) {
+    double volts = 0;  // where there is no number
+    std::from_chars(voltage.data(), voltage.data() + voltage.size(), volts);
+    return volts;
+}
+
 std::string voltage_harm(const RECORD& taken, const RECORD& other) {
-    return "a part for " + other.asc_voltage + ": " + taken.asc_voltage +
-           " on it may destroy it, or make every read and write unreliable";
+    return "a part for " + other.asc_voltage + ": " +
+           (volts_of(taken.asc_voltage) > volts_of(other.asc_voltage)
+                ? taken.asc_voltage + " on it may destroy it"
+                : "at " + taken.asc_voltage + " it neither reads nor writes reliably");
 }
 
 std::string mask_harm(const RECORD& taken, const RECORD& other) {

@@ -113,6 +113,28 @@ ODDITY late(RECORDS records, RESPONSE response) {
     return {};
 }
 
+/// A read of just so many bytes that begins one too early shows no more than maker and type.
+ODDITY late_and_cut(RECORDS records, RESPONSE response) {
+    constexpr BYTE READ_IDENTIFICATION = 0x9F;
+    if (response.size() != PLAIN_LENGTH) {
+        return {};
+    }
+    const BYTE before = response[0];
+    const bool is_none = before == 0x00 || before == 0xFF || before == READ_IDENTIFICATION || before == response[1];
+    const auto begins = std::find_if(records.begin(), records.end(), [response](const RECORD& record) {
+        return !record.silicon_id && record.mfc_id_index == 0 && record.mfc_id == response[1] &&
+               record.memory_type_index == 1 && record.memory_type == response[2];
+    });
+    if (!is_none || begins == records.end()) {
+        return {};
+    }
+    return {KIND::LATE,
+            "the first byte, " + hex_byte(before) +
+                ", probably stands before the identification (the command's own byte, or a read begun too early): " +
+                hex_text(response.subspan(1)) + " begin those of " + begins->manufacturer_name + "; read one byte more",
+            INVALID_DWORD};
+}
+
 /// The response moved by one bit, with `filling` where a bit is not known.
 BYTES shifted(RESPONSE response, bool to_the_left, bool filling) {
     BYTES bytes(response.begin(), response.end());
@@ -209,6 +231,7 @@ PGMDEV_FLASH_ODDITY flash_response_oddity(std::span<const PGMDEV_SFL_FLASH_INFO>
         [&] { return continuation(records, response); },
         [&] { return stuck(response); },
         [&] { return late(records, response); },
+        [&] { return late_and_cut(records, response); },
         [&] { return is_known() ? ODDITY() : without_first_byte(records, response); },
         [&] { return is_known() ? ODDITY() : shifted_response(records, response); },
     };

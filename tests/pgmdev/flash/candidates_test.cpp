@@ -232,7 +232,9 @@ TEST(FlashCandidates, DifferencesTellTheWorstHarmFirst) {
     EXPECT_EQ(found[0].taken, "65536 bytes");
     EXPECT_EQ(found[0].other, "262144 bytes");
     EXPECT_EQ(found[0].harm, "256 KiB sectors: erasing by 64 KiB would wipe the neighbours");
-    EXPECT_EQ(found[1].harm, "a part for 1.8V: 3.3V on it may destroy it, or make every read and write unreliable");
+    EXPECT_EQ(found[1].harm, "a part for 1.8V: 3.3V on it may destroy it");
+    EXPECT_EQ(PGMDEV_FLASH_CANDIDATES::differences(other, taken)[1].harm,
+              "a part for 3.3V: at 1.8V it neither reads nor writes reliably");
     EXPECT_EQ(found[2].harm, "status-register bits 0x40 mean something else: writing the protection would change that");
     EXPECT_EQ(found[3].harm, "takes longer: the operation may be given up before its end");
     EXPECT_EQ(found[4].member, "bulk_erase_time");
@@ -294,6 +296,11 @@ TEST(FlashCandidates, OddResponsesAreToldByWhatWasProbablySent) {
         {{0xEF, 0xEF, 0x40, 0x18}, ODDITY::LATE, 0},
         {{0x9F, 0xEF, 0x40, 0x18}, ODDITY::LATE, 0},
         {{0xFF, 0xFF, 0xC8, 0x40, 0x18, 0xC8}, ODDITY::LATE, 1},
+        {{0xFF, 0xC8, 0x40}, ODDITY::LATE, INVALID_DWORD},
+        {{0x9F, 0xEF, 0x40}, ODDITY::LATE, INVALID_DWORD},
+        {{0xEF, 0xEF, 0x40}, ODDITY::LATE, INVALID_DWORD},
+        {{0x12, 0xEF, 0x40}, ODDITY::NONE, INVALID_DWORD},
+        {{0xFF, 0xEF, 0x41}, ODDITY::NONE, INVALID_DWORD},
         {{0x40, 0x18, 0x00}, ODDITY::FIRST_BYTE_MISSING, 0},
         {{0x40, 0x18}, ODDITY::FIRST_BYTE_MISSING, 0},
         {{0xDE, 0x80, 0x30}, ODDITY::SHIFTED, 0},

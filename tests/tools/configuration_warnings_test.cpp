@@ -41,6 +41,11 @@ TEST(configuration_warnings, UnknownKeys) {
                      "TESSARY_OUTBOX_DIR"}));
 }
 
+TEST(configuration_warnings, AMisspeltSwitchOfRowsAlone) {
+    EXPECT_EQ(warnings({}, {"--set", "PGM_ALOW_M45PE=on"}),
+              LINES{"pgmdev: warning: --set: the key PGM_ALOW_M45PE is not known; did you mean PGM_ALLOW_M45PE"});
+}
+
 TEST(configuration_warnings, ValuesAndPlacesThatDoNotCount) {
     EXPECT_EQ(warnings({{"PGM_ALLOW_M45PE", "maybe"}, {"TESSARY_DEBUG_LEVEL", "much"}},
                        {"--set", "TESSARY_MODULE_DIR=x", "--set", "PGM_USER_SFL_FLASH_INFO_DEBUG=onn"}),

@@ -28,6 +28,7 @@
 
 namespace {
 
+constexpr std::string_view LIBRARY_KEYS = "PGM_";  ///< the switches of rows begin like this
 constexpr std::array<std::string_view, 3> OUR_PREFIXES{"TESSARY_", "PGM_", "PGMDEV_"};
 constexpr std::array<std::string_view, 8> SWITCH_VALUES{"on", "true", "yes", "1", "off", "false", "no", "0"};
 
@@ -76,10 +77,14 @@ std::string wrong_value(const CONFIGURATION_KEY& key, const std::string& value) 
     return "";
 }
 
+std::vector<CONFIGURATION_KEY>::const_iterator key_of(const SETTING& setting, const KNOWN_KEYS& known) {
+    return std::find_if(known.keys.begin(), known.keys.end(),
+                        [&setting](const CONFIGURATION_KEY& key) { return key.name == setting.key; });
+}
+
 /// What is wrong with a setting; "" when nothing is.
 std::string fault_of(const SETTING& setting, const KNOWN_KEYS& known) {
-    const auto has_name = [&setting](const CONFIGURATION_KEY& key) { return key.name == setting.key; };
-    const auto key = std::find_if(known.keys.begin(), known.keys.end(), has_name);
+    const auto key = key_of(setting, known);
     if (key == known.keys.end()) {
         if (setting.key.starts_with(ROW_SWITCH) && !known.row_switches) {
             return wrong_value({setting.key, CONFIGURATION_KEY::SWITCH}, setting.value);
@@ -174,9 +179,12 @@ void warn_of_configuration() {
     if (settings.empty()) {
         return;
     }
-    const bool with_row_switches = std::any_of(
-        settings.begin(), settings.end(), [](const SETTING& setting) { return setting.key.starts_with(ROW_SWITCH); });
-    const KNOWN_KEYS known = known_keys(with_row_switches);
+    KNOWN_KEYS known = known_keys(false);
+    if (std::any_of(settings.begin(), settings.end(), [&known](const SETTING& setting) {
+            return setting.key.starts_with(LIBRARY_KEYS) && key_of(setting, known) == known.keys.end();
+        })) {
+        known = known_keys(true);  // a row's switch, perhaps a misspelt one
+    }
     for (const SETTING& setting : settings) {
         const std::string fault = fault_of(setting, known);
         if (!fault.empty()) {

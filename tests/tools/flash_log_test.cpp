@@ -34,9 +34,14 @@ const std::vector<LOG> LOGS{
     {"00000000  ef 40 18 00 00 00 00 00  00 00 00 00 00 00 00 00  |.@..............|\n", "EF40180000000000", 1},
     {"0000000 40ef 0018\n0000004\n", "EF401800", 1},
     {"ef 40 18\n", "EF4018", 1},
+    {"spinor id is: ef 40 18\n", "EF4018", 1},
+    {"SFNOR: Id: ef 40 18\n", "EF4018", 1},
+    {"spi_flash_read_id -> 0xef4018\n", "EF4018", 1},
+    {"vendor id 0xef, memory type 0x40, capacity 0x18\n", "EF4018", 1},
     {"jedec_id: ef4018", "EF4018", 1},
     {"SF: Detected w25q128jv with page size 256 Bytes, erase size 4 KiB, total 16 MiB\n", "w25q128jv", 1},
     {"[    0.9] spi-nor spi0.0: mx25l25635e (32768 Kbytes)\n", "mx25l25635e", 1},
+    {"m25p80 m25p800: s25fl128s1 (16384 Kbytes)\n", "s25fl128s1", 1},
     {"[    0.9] spi-nor spi0.0: found w25q256jv, expected n25q256a\n", "w25q256jv", 1},
 };
 

@@ -23,7 +23,8 @@ constexpr std::array PHRASES{
     std::string_view("jedec_id"),       std::string_view("jedec-id"),  std::string_view("jedec:"),
     std::string_view("rdid"),           std::string_view("read id"),   std::string_view("flash id"),
     std::string_view("chip id"),        std::string_view("device id"), std::string_view("spi id"),
-    std::string_view("identification"), std::string_view("idcode"),    RAW_PHRASE,
+    std::string_view("identification"), std::string_view("idcode"),    std::string_view("nor id"),
+    std::string_view("nor: id"),        std::string_view("read_id"),   RAW_PHRASE,
 };
 
 /// Those before a number whose lowest byte is the maker's.
@@ -34,6 +35,7 @@ constexpr std::array FIELD_SETS{
     std::array{std::string_view("id1 "), std::string_view("id2 "), std::string_view("")},
     std::array{std::string_view("manuf "), std::string_view(" jedec "), std::string_view("ext_jedec ")},
     std::array{std::string_view("manufacturer id"), std::string_view("memory type"), std::string_view("capacity")},
+    std::array{std::string_view("vendor id"), std::string_view("memory type"), std::string_view("capacity")},
     std::array{std::string_view("manufacturer id"), std::string_view("device id"), std::string_view("")},
     std::array{std::string_view("manufacturer:"), std::string_view("device:"), std::string_view("")},
 };
@@ -211,9 +213,9 @@ std::vector<std::string> names_of(const std::string& words) {
     return names;
 }
 
-/// What a kernel calls the flash, behind "spi0.0: "; found: behind that word.
+/// What a kernel or a boot loader calls the flash, behind "spi0.0: " or "m25p800: "; found: behind that word.
 std::string kernel_name(const std::string& line) {
-    const std::size_t driver = std::min(line.find("spi-nor spi"), line.find("m25p80 spi"));
+    const std::size_t driver = std::min(line.find("spi-nor spi"), line.find("m25p80 "));
     const std::size_t colon = driver == std::string::npos ? driver : line.find(": ", driver);
     if (colon == std::string::npos) {
         return "";

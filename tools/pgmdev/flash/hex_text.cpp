@@ -4,15 +4,12 @@
 #include <string>
 
 #include "gen.h"
+#include "terminal/input.h"
 
 namespace {
 
 constexpr std::string_view HEX_DIGITS = "0123456789ABCDEFabcdef";
 constexpr std::string_view BETWEEN_PAIRS = " \t,:-";
-
-bool is_hex_number(std::string_view text) {
-    return !text.empty() && text.find_first_not_of(HEX_DIGITS) == std::string_view::npos;
-}
 
 std::string_view without_blanks_before(std::string_view text) {
     const std::size_t first = text.find_first_not_of(" \t");
@@ -44,26 +41,6 @@ DUMP_LINE taken_apart(std::string_view line, bool has_offsets) {
         return {number, pairs.substr(0, pairs.find('|'))};
     }
     return {"", line};
-}
-
-bool append_pairs(std::string_view text, std::vector<BYTE>& bytes) {
-    while (!text.empty()) {
-        if (BETWEEN_PAIRS.find(text.front()) != std::string_view::npos) {
-            text.remove_prefix(1);
-            continue;
-        }
-        if (text.starts_with("0x") || text.starts_with("0X")) {
-            text.remove_prefix(2);
-        }
-        if (text.size() < 2 || !is_hex_number(text.substr(0, 2))) {
-            return false;
-        }
-        BYTE byte = 0;
-        std::from_chars(text.data(), text.data() + 2, byte, 16);
-        bytes.push_back(byte);
-        text.remove_prefix(2);
-    }
-    return true;
 }
 
 /// Repeats `line` up to the offset, which counts from `start`.
@@ -110,10 +87,11 @@ std::optional<std::vector<BYTE>> bytes_of_hex_text(std::string_view text, std::s
             return std::nullopt;
         }
         repeats = false;
-        last.clear();
-        if (!append_pairs(parts.pairs, last)) {
+        std::optional<std::vector<BYTE>> pairs = bytes_of_hex_pairs(parts.pairs, BETWEEN_PAIRS);
+        if (!pairs) {
             return std::nullopt;
         }
+        last = std::move(*pairs);
         bytes.insert(bytes.end(), last.begin(), last.end());
     }
     return repeats || bytes.size() > most ? std::nullopt : std::optional(std::move(bytes));

@@ -2,6 +2,8 @@
 
 #include <fmt/core.h>
 
+#include <algorithm>
+#include <charconv>
 #include <iostream>
 #include <string_view>
 
@@ -11,45 +13,47 @@
 
 namespace {
 
-int hex_digit(char c) {
-    constexpr std::string_view DIGITS = "0123456789abcdef";
-    const char lower = c >= 'A' && c <= 'F' ? static_cast<char>(c - 'A' + 'a') : c;
-    const std::size_t value = DIGITS.find(lower);
-    return value == std::string_view::npos ? -1 : static_cast<int>(value);
-}
-
-bool sets_apart(char c) {
-    return c == ' ' || c == ':' || c == '-';
-}
+constexpr std::string_view HEX_DIGITS = "0123456789ABCDEFabcdef";
 
 }  // namespace
 
-ID_RESPONSE parse_id_response(const std::string& text) {
-    ID_RESPONSE response;
-    std::string_view rest = text;
-    while (!rest.empty()) {
-        if (sets_apart(rest.front())) {
-            rest.remove_prefix(1);
+std::optional<std::vector<BYTE>> bytes_of_hex_pairs(std::string_view text, std::string_view between) {
+    std::vector<BYTE> bytes;
+    while (!text.empty()) {
+        if (between.find(text.front()) != std::string_view::npos) {
+            text.remove_prefix(1);
             continue;
         }
-        if (rest.starts_with("0x") || rest.starts_with("0X")) {
-            rest.remove_prefix(2);
+        if (text.starts_with("0x") || text.starts_with("0X")) {
+            text.remove_prefix(2);
         }
-        const int high = !rest.empty() ? hex_digit(rest[0]) : -1;
-        const int low = rest.size() > 1 ? hex_digit(rest[1]) : -1;
-        if (high < 0 || low < 0) {
-            throw USAGE_ERROR(
-                fmt::format("\"{}\" is not an identification response: expected pairs of hexadecimal digits", text));
+        const std::string_view pair = text.substr(0, 2);
+        if (pair.size() != 2 || pair.find_first_not_of(HEX_DIGITS) != std::string_view::npos) {
+            return std::nullopt;
         }
-        if (response.count == response.bytes.size()) {
-            throw USAGE_ERROR(fmt::format("an identification response has at most {} bytes", response.bytes.size()));
-        }
-        response.bytes[response.count++] = static_cast<BYTE>(high * 16 + low);
-        rest.remove_prefix(2);
+        BYTE byte = 0;
+        std::from_chars(pair.data(), pair.data() + pair.size(), byte, 16);
+        bytes.push_back(byte);
+        text.remove_prefix(pair.size());
     }
-    if (response.count == 0) {
+    return bytes;
+}
+
+ID_RESPONSE parse_id_response(const std::string& text) {
+    ID_RESPONSE response;
+    const std::optional<std::vector<BYTE>> bytes = bytes_of_hex_pairs(text, " :-");
+    if (!bytes) {
+        throw USAGE_ERROR(
+            fmt::format("\"{}\" is not an identification response: expected pairs of hexadecimal digits", text));
+    }
+    if (bytes->size() > response.bytes.size()) {
+        throw USAGE_ERROR(fmt::format("an identification response has at most {} bytes", response.bytes.size()));
+    }
+    if (bytes->empty()) {
         throw USAGE_ERROR("an identification response has at least one byte");
     }
+    std::copy(bytes->begin(), bytes->end(), response.bytes.begin());
+    response.count = static_cast<DWORD>(bytes->size());
     return response;
 }
 

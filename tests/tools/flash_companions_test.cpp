@@ -32,15 +32,16 @@ class COMPANIONS {
 public:
     COMPANIONS() {
         m_scratch.write("programmer/pgm_flash.pcf", flash_reference::file(flash_reference::payload({known_chip()})));
-        m_scratch.write("programmer/pgm_flash.pcf.aliases.csv",
-                        "alias,device_name,reason\nCHIP-IQ,CHIP,ordering code\nLOST,GONE,nobody knows\n");
+        m_scratch.write(
+            "programmer/pgm_flash.pcf.aliases.csv",
+            "alias,device_name,reason\nCHIP-IQ,CHIP,ordering code\nCHIP64,CHIP,another name\nLOST,GONE,nobody knows\n");
         m_scratch.write("programmer/pgm_flash.pcf.sources.csv",
                         std::string(GROUPS) + "CHIP,17@2 40@1 EF@0,two:linux+flashrom,family\n");
     }
-    PROCESS_RESULT run(const std::vector<std::string>& arguments) const {
+    PROCESS_RESULT run(const std::vector<std::string>& arguments, const std::string& input = "") const {
         std::vector<std::string> all{"--db-dir", m_scratch.directory().string()};
         all.insert(all.end(), arguments.begin(), arguments.end());
-        return run_command(all);
+        return run_command(all, input);
     }
 
 private:
@@ -92,6 +93,22 @@ TEST(flash_companions, ARowTellsItsEvidenceAndIsNoAlias) {
     EXPECT_EQ(document.at("evidence"), EVIDENCE);
 }
 
+TEST(flash_companions, AnAliasIsTakenForADeviceAndInALog) {
+    const COMPANIONS database;
+    const PROCESS_RESULT by_hand = database.run({"flash", "identify", "EF4017", "--as", "0=chip-iq"});
+    EXPECT_EQ(by_hand.exit_code, DONE) << by_hand.errors;
+    EXPECT_THAT(by_hand.output, HasSubstr(" CHIP, record "));
+    EXPECT_THAT(by_hand.output,
+                HasSubstr("\n  mapped        by hand: CHIP-IQ shares the record of CHIP: ordering code\n"));
+    const PROCESS_RESULT log =
+        database.run({"flash", "identify", "--log", "-"}, "Found Maker flash chip \"CHIP64\" (8192 kB, SPI)\n");
+    EXPECT_EQ(log.exit_code, DONE) << log.errors;
+    EXPECT_THAT(log.output, HasSubstr(" CHIP, record "));
+    expect_failure(database.run({"flash", "identify", "EF4017", "--as", "0=LOST"}), WRONG_USAGE,
+                   {"no flash is named \"LOST\""});
+    expect_failure(database.run({"flash", "identify", "EF4017", "--as", "0=CHIP-I"}), WRONG_USAGE, {"CHIP-IQ"});
+}
+
 TEST(flash_companions, AnAliasOfARowThatIsGoneIsNotFound) {
     expect_failure(COMPANIONS().run({"flash", "show", "LOST"}), NOT_FOUND, {"no flash is named \"LOST\""});
 }
@@ -138,6 +155,26 @@ TEST(flash_companions, CheckRefusesEvidenceOfNoKnownClass) {
     }
     EXPECT_THAT(check_with("CHIP,17@2 40@1 EF@0,family,family\nCHIP,1\n").errors,
                 HasSubstr("as many cells in line 3 of sources.csv as in its first"));
+}
+
+TEST(flash_companions, CheckTellsWhichAliasesAreOfNoUse) {
+    const SCRATCH scratch;
+    FLASH_SOURCE source;
+    const std::string file = scratch.write("table.csv", source.row(ROW).text());
+    const auto check = [&](const std::string& lines, bool strict) {
+        scratch.write("aliases.csv", "alias,device_name,reason\n" + lines);
+        return run_command(strict ? std::vector<std::string>{"flash", "check", "--strict", file}
+                                  : std::vector<std::string>{"flash", "check", file});
+    };
+    EXPECT_EQ(check("CHIP-IQ,chip,ordering code\n", false).errors.find("aliases.csv"), std::string::npos);
+    const PROCESS_RESULT lost = check("LOST,GONE,nobody knows\n", false);
+    EXPECT_EQ(lost.exit_code, DONE) << lost.errors;
+    EXPECT_THAT(lost.errors, HasSubstr("aliases.csv: warning: row LOST: a row for it, not GONE, which has none"));
+    EXPECT_EQ(check("LOST,GONE,nobody knows\n", true).exit_code, INTERNAL_ERROR);
+    EXPECT_THAT(check("Chip,CHIP,itself\n", false).errors, HasSubstr("row Chip: a name that has no row of its own"));
+    const PROCESS_RESULT cut = check("CHIP-IQ,CHIP\n", false);
+    EXPECT_EQ(cut.exit_code, INTERNAL_ERROR);
+    EXPECT_THAT(cut.errors, HasSubstr("as many cells in line 2 as in the first"));
 }
 
 TEST(flash_companions, TheNamesThatPeopleTypeAreFound) {

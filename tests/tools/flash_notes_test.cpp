@@ -37,7 +37,7 @@ TEST(flash_notes, AreCheckedWithTheTable) {
     EXPECT_TRUE(contains(result.errors, "ambiguities.csv:2:19: fault:")) << result.errors;
     EXPECT_TRUE(contains(result.errors, "expected one of data, voltage, protection")) << result.errors;
     const JSON notes = json_of(result.output).at("notes");
-    ASSERT_EQ(notes.size(), 2U);
+    ASSERT_EQ(notes.size(), 3U);
     const JSON& fault = notes.at(0).at("faults").at(0);
     EXPECT_EQ(fault.at("line"), 2);
     EXPECT_EQ(fault.at("column"), 19);
@@ -64,7 +64,8 @@ TEST(flash_notes, TravelWithTheDatabase) {
     EXPECT_EQ(read_file(files.database() + ".ambiguities.csv"),
               read_file(fs::path(files.table()).parent_path() / "ambiguities.csv"));
     for (const char* name : {"identifications.csv", "aliases.csv", "sources.csv"}) {
-        EXPECT_EQ(read_file(files.database() + "." + name), read_file(fs::path(TEST_DATA_DIR) / "flash" / name)) << name;
+        EXPECT_EQ(read_file(files.database() + "." + name), read_file(fs::path(TEST_DATA_DIR) / "flash" / name))
+            << name;
     }
     const PROCESS_RESULT result = run_command({"--db-dir", files.directory(), "flash", "identify", "EF4018"});
     EXPECT_TRUE(contains(result.output, "W25Q128JV or W25Q128XX: boom")) << result.output;

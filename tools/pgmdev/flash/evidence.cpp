@@ -7,6 +7,7 @@
 #include <sstream>
 
 #include "files/csv_lines.h"
+#include "tables/notes_files.h"
 
 namespace {
 
@@ -46,13 +47,6 @@ JSON groups_schema(const JSON& group) {
         members.push_back({name, group, false});
     }
     return object_schema(members);
-}
-
-PGMDEV_TABLE_FAULT missing_support(const std::string& row, std::string expected) {
-    PGMDEV_TABLE_FAULT fault;
-    fault.row = row;
-    fault.expected = std::move(expected);
-    return fault;
 }
 
 }  // namespace
@@ -97,19 +91,19 @@ void FLASH_EVIDENCE::check(const PGMDEV_SFL_FLASH_INFO& record, std::vector<PGMD
     const KEY key = key_of(record);
     const auto found = m_cells.find(key);
     if (found == m_cells.end()) {
-        faults.push_back(missing_support(
-            record.device_name,
-            fmt::format("what supports the row: a line {},{},... in sources.csv", key.first, key.second)));
+        faults.push_back(
+            list_fault(record.device_name,
+                       fmt::format("what supports the row: a line {},{},... in sources.csv", key.first, key.second)));
         return;
     }
     for (std::size_t i = 0; i < m_groups.size(); ++i) {
         const std::string& cell = found->second[i];
         const bool family = class_in_words(cell) == class_in_words("family");
         if (class_in_words(cell).empty() || family != sources_of(cell).empty()) {
-            faults.push_back(missing_support(
-                record.device_name, fmt::format("for {} in sources.csv, not \"{}\": datasheet, sfdp, two or one, "
-                                                "with a colon and the sources, or family",
-                                                m_groups[i], cell)));
+            faults.push_back(list_fault(record.device_name,
+                                        fmt::format("for {} in sources.csv, not \"{}\": datasheet, sfdp, two or one, "
+                                                    "with a colon and the sources, or family",
+                                                    m_groups[i], cell)));
         }
     }
 }
@@ -122,7 +116,7 @@ TABLE_SUPPORT FLASH_EVIDENCE::support_of(const std::vector<PGMDEV_SFL_FLASH_INFO
     }
     for (const std::size_t line : m_malformed) {
         support.faults.push_back(
-            missing_support("", fmt::format("as many cells in line {} of sources.csv as in its first", line)));
+            list_fault("", fmt::format("as many cells in line {} of sources.csv as in its first", line)));
     }
     std::map<std::pair<std::string, std::string>, std::size_t> counts;  // group and class
     for (const PGMDEV_SFL_FLASH_INFO& record : records) {

@@ -5,6 +5,7 @@
 #include <algorithm>
 
 #include "files/origins.h"
+#include "flash/aliases.h"
 #include "flash/database.h"
 #include "gen.h"
 #include "pgmdev_flash_table.h"
@@ -71,7 +72,7 @@ FLASH_IDENTIFIER::FLASH_IDENTIFIER(DWORD device_count)
       m_device_count(device_count) {}
 
 DWORD FLASH_IDENTIFIER::index_of(const std::string& device_name) {
-    const PGMDEV_SFL_FLASH_INFO* record = m_manager.get_default_flash(device_name);
+    const PGMDEV_SFL_FLASH_INFO* record = record_named(device_name);
     if (record == nullptr) {
         throw USAGE_ERROR(
             fmt::format("no flash is named \"{}\"{}", device_name, did_you_mean(similar_names(device_name))));
@@ -83,6 +84,12 @@ bool FLASH_IDENTIFIER::knows(const std::string& device_name) {
     return m_manager.get_default_flash(device_name) != nullptr;
 }
 
+const PGMDEV_SFL_FLASH_INFO* FLASH_IDENTIFIER::record_named(const std::string& name) {
+    const PGMDEV_SFL_FLASH_INFO* record = m_manager.get_default_flash(name);
+    const std::optional<FLASH_ALIAS> alias = record == nullptr ? find_flash_alias(name) : std::nullopt;
+    return alias ? m_manager.get_default_flash(alias->device_name) : record;
+}
+
 std::vector<std::string> FLASH_IDENTIFIER::similar_names(const std::string& device_name) {
     std::vector<std::string> names;
     for (DWORD i = 0; i < m_manager.get_flash_count(); ++i) {
@@ -90,6 +97,7 @@ std::vector<std::string> FLASH_IDENTIFIER::similar_names(const std::string& devi
             names.push_back(m_records[i].device_name);
         }
     }
+    names = with_flash_aliases(std::move(names));
     std::vector<std::string> similar;
     for (std::size_t length = device_name.size(); similar.empty() && length >= LEAST_BEGINNING; --length) {
         similar = longer_or_shorter(device_name.substr(0, length), names);

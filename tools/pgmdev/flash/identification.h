@@ -58,7 +58,10 @@ public:
     /// Whether a device of that name is among the records.
     bool knows(const std::string& device_name);
 
-    /// Names of records that have the longest beginning in common with it.
+    /// The record that answers for a name, which may be an alias; null: none does.
+    const PGMDEV_SFL_FLASH_INFO* record_named(const std::string& name);
+
+    /// Names of records, and aliases, that have the longest beginning in common with it.
     std::vector<std::string> similar_names(const std::string& device_name);
 
 private:

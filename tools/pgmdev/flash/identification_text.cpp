@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "flash/aliases.h"
 #include "flash/identification.h"
 #include "flash/output.h"
 #include "terminal/text_table.h"
@@ -136,7 +137,10 @@ void print_certainty(const FLASH_IDENTIFICATION& device, const FLASH_IDENTIFIER&
         }
     }
     if (device.is_by_hand()) {
-        print_part("mapped", "by hand");
+        const std::optional<FLASH_ALIAS> alias = find_flash_alias(device.question.by_hand);
+        print_part("mapped", alias ? fmt::format("by hand: {} shares the record of {}: {}", alias->name,
+                                                 alias->device_name, alias->reason)
+                                   : "by hand");
     } else if (device.question.silicon_id) {
         print_part("like", joined(others) + ": a signature names no maker, and several use the same ones");
     } else if (device.is_sure()) {

@@ -151,8 +151,8 @@ void give_nothing(const JSON& query, std::string missing, std::vector<std::strin
 void identify_name(const TOLD& told, COMMAND& command) {
     FLASH_IDENTIFIER identifier(1);
     const std::vector<std::string>& names = told.taken.names;
-    const auto known =
-        std::find_if(names.begin(), names.end(), [&](const std::string& name) { return identifier.knows(name); });
+    const auto known = std::find_if(names.begin(), names.end(),
+                                    [&](const std::string& name) { return identifier.record_named(name) != nullptr; });
     if (known == names.end()) {
         give_nothing(names, fmt::format("no flash is named \"{}\"", names.front()),
                      identifier.similar_names(names.front()), told, command);

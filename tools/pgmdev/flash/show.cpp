@@ -22,6 +22,7 @@ struct SOURCE {
     bool every_row;
     std::vector<FLASH_ROW> rows;
     mutable std::optional<std::vector<FLASH_ROW>> every_one = {};  ///< all rows, once somebody asks for them
+    FLASH_EVIDENCE evidence = FLASH_EVIDENCE(installed_flash_list(FLASH_SOURCES_LIST));
 
     const std::vector<FLASH_ROW>& all() const {
         if (!every_one) {
@@ -39,9 +40,9 @@ const FLASH_ROW* find_by_name(const std::vector<FLASH_ROW>& rows, const std::str
     return found != rows.end() ? &*found : nullptr;
 }
 
-ANSWER answer_with(const FLASH_ROW& row, bool every_row, const std::optional<FLASH_ALIAS>& alias = std::nullopt) {
-    static const FLASH_EVIDENCE evidence(installed_flash_list(FLASH_SOURCES_LIST));
-    const std::vector<FLASH_SUPPORT> support = evidence.of(row.record);
+ANSWER answer_with(const SOURCE& source, const FLASH_ROW& row, const std::optional<FLASH_ALIAS>& alias = std::nullopt) {
+    const bool every_row = source.every_row;
+    const std::vector<FLASH_SUPPORT> support = source.evidence.of(row.record);
     ANSWER answer;
     answer.content = row_json(row, every_row);
     if (alias) {
@@ -79,11 +80,11 @@ std::string missing_name(const SOURCE& source, const std::string& name) {
 
 ANSWER by_name(const SOURCE& source, const std::string& name) {
     if (const FLASH_ROW* row = find_by_name(source.rows, name)) {
-        return answer_with(*row, source.every_row);
+        return answer_with(source, *row);
     }
     if (const std::optional<FLASH_ALIAS> alias = find_flash_alias(name)) {
         if (const FLASH_ROW* row = find_by_name(source.rows, alias->device_name)) {
-            return answer_with(*row, source.every_row, alias);
+            return answer_with(source, *row, alias);
         }
     }
     std::vector<std::string> names;
@@ -92,21 +93,18 @@ ANSWER by_name(const SOURCE& source, const std::string& name) {
             names.push_back(row.record.device_name);
         }
     }
-    for (const FLASH_ALIAS& alias : flash_aliases()) {
-        names.push_back(alias.name);
-    }
     ANSWER answer;
     answer.found = false;
     answer.content = {{"index", nullptr}, {"device_name", name}};
     answer.missing = missing_name(source, name);
-    answer.candidates = longer_or_shorter(name, names);
+    answer.candidates = longer_or_shorter(name, with_flash_aliases(std::move(names)));
     return answer;
 }
 
 ANSWER by_index(const SOURCE& source, const std::string& text) {
     const DWORD index = parse_dword(text, source.every_row ? "a row" : "the index of a record");
     if (index < source.rows.size()) {
-        return answer_with(source.rows[index], source.every_row);
+        return answer_with(source, source.rows[index]);
     }
     ANSWER answer;
     answer.found = false;

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <map>
 
+#include "flash/aliases.h"
 #include "flash/database.h"
 #include "flash/output.h"
 #include "pgmdev_flash_notes.h"
@@ -71,6 +72,7 @@ std::vector<NOTES_FAULTS> FLASH_RECORDS::notes_beside(const std::string& csv_fil
     for (const auto& each : PGMDEV_FLASH_NOTES::beside_source(csv_file).faults_with(table.records())) {
         notes.push_back({each.file, each.faults});
     }
+    notes.push_back(flash_alias_faults(csv_file, table.records()));
     return notes;
 }
 

@@ -38,11 +38,7 @@ NAMES flash_texts(const ARGUMENT_PLACE&) {
 
 /// The names of the flash database, aliases too.
 NAMES flash_names(const ARGUMENT_PLACE& place) {
-    NAMES names = flash_texts<&PGMDEV_SFL_FLASH_INFO::device_name>(place);
-    for (const FLASH_ALIAS& alias : flash_aliases()) {
-        names.push_back(alias.name);
-    }
-    return without_repetitions(std::move(names));
+    return without_repetitions(with_flash_aliases(flash_texts<&PGMDEV_SFL_FLASH_INFO::device_name>(place)));
 }
 
 /// The names of the members of a record, with `end` behind each.

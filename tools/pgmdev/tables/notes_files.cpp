@@ -1,6 +1,7 @@
 #include "tables/notes_files.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "fio.h"
 #include "tables/fault_output.h"
@@ -17,6 +18,14 @@ bool NOTES_FAULTS::has_fault() const {
     return std::any_of(faults.begin(), faults.end(), [](const PGMDEV_TABLE_FAULT& fault) {
         return fault.severity == PGMDEV_TABLE_FAULT::SEVERITY::FAULT;
     });
+}
+
+PGMDEV_TABLE_FAULT list_fault(const std::string& row, std::string expected, PGMDEV_TABLE_FAULT::SEVERITY severity) {
+    PGMDEV_TABLE_FAULT fault;
+    fault.severity = severity;
+    fault.row = row;
+    fault.expected = std::move(expected);
+    return fault;
 }
 
 JSON notes_json(const std::vector<NOTES_FAULTS>& notes) {

@@ -19,6 +19,10 @@ struct NOTES_FAULTS {
     bool has_fault() const;
 };
 
+/// A fault of a list that goes with a table: about one of its rows, or "".
+PGMDEV_TABLE_FAULT list_fault(const std::string& row, std::string expected,
+                              PGMDEV_TABLE_FAULT::SEVERITY severity = PGMDEV_TABLE_FAULT::SEVERITY::FAULT);
+
 /// As an array of objects, and its schema.
 JSON notes_json(const std::vector<NOTES_FAULTS>& notes);
 JSON notes_schema();

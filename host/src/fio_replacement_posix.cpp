@@ -1,3 +1,4 @@
+#include <dirent.h>
 #include <fcntl.h>
 #include <sys/random.h>
 #include <sys/stat.h>
@@ -6,7 +7,7 @@
 #include <atomic>
 #include <cerrno>
 #include <ctime>
-#include <new>
+#include <memory>
 #include <string>
 #include <string_view>
 
@@ -118,20 +119,22 @@ std::uint64_t random_number() {
 }
 
 /// Removes what writers have left behind that were ended before they could tidy up. Replacing a file takes seconds: what
-/// is a day old has no owner.
-void sweep(const fs::path& directory) noexcept try {
+/// is a day old has no owner. Not std::filesystem, which ends the process when it gets no memory for this.
+void sweep(const fs::path& directory) {
     constexpr time_t DAY = 24 * 60 * 60;
-    std::error_code error;
-    for (fs::directory_iterator entry(directory, error), end; !error && entry != end; entry.increment(error)) {
+    const std::unique_ptr<DIR, int (*)(DIR*)> entries(::opendir(directory.c_str()), ::closedir);
+    if (entries == nullptr) {
+        return;
+    }
+    const int place = ::dirfd(entries.get());
+    while (const dirent* entry = ::readdir(entries.get())) {
         struct stat status {};
-        if (entry->path().filename().native().starts_with(TEMPORARY_PREFIX) &&
-            ::lstat(entry->path().c_str(), &status) == 0 && S_ISREG(status.st_mode) && status.st_uid == ::geteuid() &&
-            status.st_mtime + DAY < ::time(nullptr) && status.st_ctime + DAY < ::time(nullptr)) {
-            ::unlink(entry->path().c_str());
+        if (std::string_view(entry->d_name).starts_with(TEMPORARY_PREFIX) &&
+            ::fstatat(place, entry->d_name, &status, AT_SYMLINK_NOFOLLOW) == 0 && S_ISREG(status.st_mode) &&
+            status.st_uid == ::geteuid() && status.st_mtime + DAY < ::time(nullptr)) {
+            ::unlinkat(place, entry->d_name, 0);
         }
     }
-} catch (const std::bad_alloc&) {  // another writer finds them
-    return;
 }
 
 /// Creates a new empty file in the directory; empty when that cannot be done. What takes memory comes before.

@@ -2,6 +2,8 @@
 #include <sys/time.h>
 #include <unistd.h>
 
+#include <chrono>
+
 #include "faults/every_fault.h"
 #include "fio.h"
 #include "host/replacing.h"
@@ -59,7 +61,12 @@ TEST(ReplacementFaults, StaleTemporariesAreSweptAndOthersStay) {
     const std::string stale = scratch.write(".tessary-2", "left behind");
     const std::string ended = scratch.write(".tessary-3", "left behind");
     const FIO_REPLACEMENT live(scratch.path("other"));
+    fs::last_write_time(stale, fs::file_time_type::clock::now() - std::chrono::hours(25));
+    fs::last_write_time(ended, fs::file_time_type::clock::now() - std::chrono::hours(1000));
+    fs::last_write_time(foreign, fs::file_time_type::clock::now() - std::chrono::hours(1000));
     ASSERT_TRUE(replace(scratch.path("file"), "new"));
+    EXPECT_FALSE(fs::exists(stale));
+    EXPECT_FALSE(fs::exists(ended));
     EXPECT_TRUE(fs::exists(young));
     EXPECT_TRUE(fs::exists(foreign));
     EXPECT_TRUE(fs::exists(live.temporary().fullpath()));

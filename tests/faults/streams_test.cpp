@@ -44,8 +44,12 @@ TEST(StreamFaults, OnlyFilesWhereFilesAreMeant) {
     const SCRATCH scratch;
     ASSERT_EQ(::mkfifo(scratch.path("pipe").c_str(), 0600), 0);
     for (const std::string& path : {scratch.path("pipe"), std::string("/dev/zero"), scratch.directory().string()}) {
-        EXPECT_EQ(exit_code_of("timeout 20 $P --database " + path + " flash list 2>/dev/null"), 3) << path;
         EXPECT_EQ(exit_code_of("TESSARY_CONFIG_FILE=" + path + " timeout 20 $P flash list 2>/dev/null"), 3) << path;
+    }
+    for (const std::string& path : {std::string("/dev/zero"), scratch.directory().string()}) {
+        EXPECT_EQ(exit_code_of("timeout 20 $P flash dump " + path + " 2>/dev/null"), 3) << path;
+        EXPECT_EQ(exit_code_of("timeout 20 $P flash check " + path + " 2>/dev/null"), 3) << path;
+        EXPECT_EQ(exit_code_of("timeout 20 $G --check " + path + " 2>/dev/null"), 1) << path;
     }
 }
 

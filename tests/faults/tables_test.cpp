@@ -5,6 +5,7 @@
 #include "pgmdev_dev_info_manager.h"
 #include "pgmdev_flash_manager.h"
 #include "pgmdev_flash_table.h"
+#include "support/process.h"
 #include "support/reports.h"
 #include "support/settings.h"
 
@@ -117,7 +118,18 @@ TEST(TableLimits, TablesThatWouldTakeAllMemoryAreRefused) {
     EXPECT_FALSE(PGMDEV_FLASH_TABLE::from_source("/dev/zero").faults().empty());
 }
 
+constexpr const char* OWN_PROCESS = "FAULT_TESTS_OWN_PROCESS";
+
 TEST(ConfigurationFaults, AFileThatIsCutGivesNothing) {
+    if (std::getenv(OWN_PROCESS) == nullptr) {  // files are read once in a process
+        const PROCESS_RESULT result = run_process({{std::filesystem::read_symlink("/proc/self/exe").string(),
+                                                    "--gtest_filter=ConfigurationFaults.AFileThatIsCutGivesNothing"},
+                                                   "",
+                                                   {{OWN_PROCESS, "1"}},
+                                                   {}});
+        EXPECT_EQ(result.exit_code, 0) << result.output;
+        return;
+    }
     const SCRATCH scratch;
     const std::string file = scratch.write("tessary.conf", "SOME_KEY = value\nOTHER_KEY = other\n");
     const std::string former = std::getenv("TESSARY_CONFIG_FILE");

@@ -94,6 +94,7 @@ JSON quad_enable_json(const std::optional<SFDP::QUAD_ENABLE>& quad) {
 
 JSON numbers_schema(const std::vector<std::string>& names) {
     std::vector<SCHEMA_MEMBER> members;
+    members.reserve(names.size());
     for (const std::string& name : names) {
         members.push_back({name, number_schema()});
     }
@@ -125,7 +126,7 @@ JSON sector_map_schema() {
 
 JSON sfdp_json(const SFDP& sfdp) {
     const SFDP::BASIC_TABLE& basic = sfdp.basic();
-    const auto known_bytes = basic.density_bits ? std::optional(basic.bytes()) : std::nullopt;
+    const JSON known_bytes = basic.density_bits ? JSON(basic.bytes()) : JSON();
     return {{"kind", "sfdp"},
             {"revision", fmt::format("{}.{}", sfdp.major(), sfdp.minor())},
             {"standard", sfdp.standard()},

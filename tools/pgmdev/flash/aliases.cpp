@@ -49,10 +49,10 @@ NOTES_FAULTS flash_alias_faults(const std::string& csv_file, const std::vector<P
         names.insert(record.device_name);
     }
     for (const FLASH_ALIAS& alias : aliases_of(read)) {
-        if (names.count(alias.device_name) == 0) {
+        if (!names.contains(alias.device_name)) {
             found.faults.push_back(list_fault(
                 alias.name, fmt::format("a row for it, not {}, which has none", alias.device_name), WARNING));
-        } else if (names.count(alias.name) != 0) {
+        } else if (names.contains(alias.name)) {
             found.faults.push_back(list_fault(alias.name, "a name that has no row of its own", WARNING));
         }
     }

@@ -4,6 +4,7 @@
 
 #include <array>
 
+#include "terminal/standard_error.h"
 #include "terminal/text_table.h"
 
 namespace {
@@ -81,7 +82,7 @@ std::string failure_text(const FAILURE& failure) {
 }
 
 void tell_failure(const FAILURE& failure, bool json) {
-    fmt::print(stderr, "pgmdev: {}\n", printable(failure_text(failure)));
+    print_error("pgmdev: {}\n", printable(failure_text(failure)));
     if (json) {
         print_json_line({{"error", failure_json(failure)}});
     }

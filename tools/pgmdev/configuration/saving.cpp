@@ -86,8 +86,8 @@ std::size_t file_in_use(const std::vector<CONFIGURATION_LINES>& files, const std
 /// Puts the setting in place of the last line that sets the key: that one counts.
 void put(CONFIGURATION_LINES& file, const std::string& key, const std::string& value) {
     const std::string text = key + " = " + value;
-    const auto last = std::find_if(file.lines.rbegin(), file.lines.rend(),
-                                   [&key](const LINE& line) { return sets(line, key); });
+    const auto last =
+        std::find_if(file.lines.rbegin(), file.lines.rend(), [&key](const LINE& line) { return sets(line, key); });
     if (last != file.lines.rend()) {
         last->text = text;
         return;

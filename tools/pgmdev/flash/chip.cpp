@@ -7,9 +7,8 @@
 #include <set>
 
 #include "fio.h"
-#include "flash/aliases.h"
 #include "flash/chip_value.h"
-#include "flash/rows.h"
+#include "flash/flash_like.h"
 #include "flash/sfdp_dump.h"
 #include "gen.h"
 #include "pgmdev_user_flash.h"
@@ -35,7 +34,7 @@ struct DEFAULT {
 };
 
 constexpr const char* USUAL = "the usual place: maker, type and capacity byte in this order";
-constexpr const char* NO_FLOW = "no, as most flash";
+constexpr const char* NO_FLOW = "as most flash";
 constexpr const char* NO_PROTECTION = "no protection bits are known";
 
 constexpr std::array DEFAULTS{DEFAULT{"memory_id_index", "2", USUAL},
@@ -46,7 +45,7 @@ constexpr std::array DEFAULTS{DEFAULT{"memory_id_index", "2", USUAL},
                               DEFAULT{"startup_protected", "no", NO_FLOW},
                               DEFAULT{"aai_mode", "no", NO_FLOW},
                               DEFAULT{"flag_status", "no", NO_FLOW},
-                              DEFAULT{"die_count", "1", "one die, as most flash"},
+                              DEFAULT{"die_count", "1", NO_FLOW},
                               DEFAULT{"protection_mask", "0", NO_PROTECTION},
                               DEFAULT{"protection_value", "0", NO_PROTECTION},
                               DEFAULT{"unprotect_value", "0", NO_PROTECTION},
@@ -81,35 +80,6 @@ std::string nearest_fields(const std::string& name) {
     return hint.empty() ? "" : hint.substr(2);  // without "; "
 }
 
-/// The row of that name or alias; nothing when there is none.
-std::optional<RECORD> row_like(const std::string& name) {
-    const std::optional<FLASH_ALIAS> alias = find_flash_alias(name);
-    const std::vector<FLASH_ROW> rows = all_flash_rows();
-    const auto find = [&rows](const std::string& device_name) {
-        return std::find_if(rows.begin(), rows.end(), [&](const FLASH_ROW& row) {
-            return row.record.default_dev && gen_stricmp(row.record.device_name, device_name) == 0;
-        });
-    };
-    auto row = find(name);
-    if (row == rows.end() && alias) {
-        row = find(alias->device_name);
-    }
-    return row != rows.end() ? std::optional(row->record) : std::nullopt;
-}
-
-std::string rows_near(const std::string& name) {
-    std::vector<std::string> names;
-    for (const FLASH_ROW& row : all_flash_rows()) {
-        names.push_back(row.record.device_name);
-    }
-    for (const FLASH_ALIAS& alias : flash_aliases()) {
-        names.push_back(alias.name);
-    }
-    const std::vector<std::string> meant = nearest(name, names);
-    const std::string hint = did_you_mean(meant.empty() ? longer_or_shorter(name, names) : meant);
-    return hint.empty() ? "" : hint.substr(2);
-}
-
 /// Makes a record of what is written of one flash.
 class CHIP_MAKER {
 public:
@@ -133,9 +103,8 @@ public:
 
 private:
     const CHIP_ENTRY* entry(std::string_view name) const {
-        const auto found =
-            std::find_if(m_text.entries.begin(), m_text.entries.end(),
-                         [name](const CHIP_ENTRY& each) { return gen_stricmp(each.name, name) == 0; });
+        const auto found = std::find_if(m_text.entries.begin(), m_text.entries.end(),
+                                        [name](const CHIP_ENTRY& each) { return gen_stricmp(each.name, name) == 0; });
         return found != m_text.entries.end() ? &*found : nullptr;
     }
 
@@ -155,9 +124,8 @@ private:
     void look_for_strangers() {
         std::set<std::string> seen;
         for (const CHIP_ENTRY& each : m_text.entries) {
-            const bool is_source =
-                std::any_of(SOURCE_FIELDS.begin(), SOURCE_FIELDS.end(),
-                            [&each](const char* name) { return gen_stricmp(each.name, name) == 0; });
+            const bool is_source = std::any_of(SOURCE_FIELDS.begin(), SOURCE_FIELDS.end(),
+                                               [&each](const char* name) { return gen_stricmp(each.name, name) == 0; });
             if (!is_source && find_flash_member(each.name) == nullptr) {
                 refuse(each, "no such field: the members that flash show lists, like, sfdp and id",
                        nearest_fields(each.name));
@@ -353,9 +321,9 @@ private:
     void look_for_implausible() {
         for (const auto& [member, found, expected] : PGMDEV_USER_FLASH::implausible(m_chip.record)) {
             const CHIP_ENTRY* const written = entry(member);
-            m_faults.push_back(
-                {written != nullptr ? written->place : place(), member, written != nullptr ? written->value : found,
-                 expected, written != nullptr ? "" : fmt::format("write {}=", member)});
+            m_faults.push_back({written != nullptr ? written->place : place(), member,
+                                written != nullptr ? written->value : found, expected,
+                                written != nullptr ? "" : fmt::format("write {}=", member)});
         }
     }
 
@@ -368,10 +336,9 @@ private:
 };
 
 COMMAND_FAILURE refusal(std::vector<FIELD_FAULT> faults) {
-    const std::string message = fmt::format("the description is refused: {} fault{}", faults.size(),
-                                            faults.size() == 1 ? "" : "s");
-    return COMMAND_FAILURE(
-        {FAILURE_CODE::DESCRIPTION_REFUSED, message, "", {}, "", {}, std::move(faults)}, EXIT_USAGE);
+    const std::string message =
+        fmt::format("the description is refused: {} fault{}", faults.size(), faults.size() == 1 ? "" : "s");
+    return COMMAND_FAILURE({FAILURE_CODE::DESCRIPTION_REFUSED, message, "", {}, "", {}, std::move(faults)}, EXIT_USAGE);
 }
 
 }  // namespace

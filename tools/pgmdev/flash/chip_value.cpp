@@ -153,9 +153,8 @@ bool is_in_range(const MEMBER& member, QWORD number) {
         return number <= std::numeric_limits<BYTE>::max();
     }
     const bool is_power = question.answer != ANSWER::POWER_OF_TWO || std::has_single_bit(number);
-    return (has_none(member) && number == RECORD::NONE) ||
-           (number >= QWORD{question.least} * question.unit && number <= QWORD{question.most} * question.unit &&
-            is_power);
+    return (has_none(member) && number == RECORD::NONE) || (number >= QWORD{question.least} * question.unit &&
+                                                            number <= QWORD{question.most} * question.unit && is_power);
 }
 
 /// What to write instead.
@@ -170,8 +169,8 @@ std::string advice_for(const MEMBER& member, const std::string& text, const std:
         if (least > member.question.most) {
             return "no longer time can be described";
         }
-        return fmt::format("write {}={}{}: it is the longest time that is waited for, so a longer one does no harm", name,
-                           least, unit);
+        return fmt::format("write {}={}{}: it is the longest time that is waited for, so a longer one does no harm",
+                           name, least, unit);
     }
     const bool is_bare = text.find_first_not_of("0123456789") == std::string::npos;
     if (!member.unit.empty() && is_bare && given->number <= member.question.most) {
@@ -226,8 +225,7 @@ bool take(NUMBER& value, const MEMBER& member, const std::string& text, std::str
 
 std::optional<FIELD_FAULT> take_chip_value(RECORD& record, const MEMBER& member, const std::string& text) {
     std::string advice;
-    const bool taken =
-        std::visit([&](auto field) { return take(record.*field, member, text, advice); }, member.field);
+    const bool taken = std::visit([&](auto field) { return take(record.*field, member, text, advice); }, member.field);
     return taken ? std::nullopt
                  : std::optional(FIELD_FAULT{"", std::string(member.name), text, accepted_chip_values(member), advice});
 }
@@ -258,7 +256,7 @@ bool raise_chip_time(RECORD& record, const MEMBER& member) {
     if (!is_time(member) || time == nullptr || record.**time >= member.question.least) {
         return false;
     }
-    record.**time = member.question.least;
+    record.** time = member.question.least;
     return true;
 }
 

@@ -127,9 +127,8 @@ public:
 
     bool ask_again(const PGMDEV_USER_FLASH::REFUSED_ANSWER& refused) {
         const std::string question = refused.question.substr(0, refused.question.rfind(" : "));
-        const std::string text =
-            fmt::format("the answer \"{}\" to \"{}\" is refused; accepted: {}", refused.answer, question,
-                        refused.accepted);
+        const std::string text = fmt::format("the answer \"{}\" to \"{}\" is refused; accepted: {}", refused.answer,
+                                             question, refused.accepted);
         if (input_is_terminal()) {
             m_prompts << printable(text) << '\n';
             return true;
@@ -184,7 +183,8 @@ std::vector<USER_CHIP> chips_of_text(const std::string& text) {
             throw USAGE_ERROR("the description is refused: " + flash.faults().front());
         }
         for (const auto& [member, found, expected] : PGMDEV_USER_FLASH::implausible(flash.record())) {
-            throw USAGE_ERROR(fmt::format("the description is refused: {} is {}, expected {}", member, found, expected));
+            throw USAGE_ERROR(
+                fmt::format("the description is refused: {} is {}, expected {}", member, found, expected));
         }
         chips.push_back({flash.record(), {}});
     }

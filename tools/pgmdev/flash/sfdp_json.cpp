@@ -125,7 +125,7 @@ JSON sector_map_schema() {
 
 JSON sfdp_json(const SFDP& sfdp) {
     const SFDP::BASIC_TABLE& basic = sfdp.basic();
-    const auto known_bytes = basic.density_bits ? std::optional(basic.bytes()) : std::nullopt;
+    const JSON known_bytes = basic.density_bits ? JSON(basic.bytes()) : JSON();
     return {{"kind", "sfdp"},
             {"revision", fmt::format("{}.{}", sfdp.major(), sfdp.minor())},
             {"standard", sfdp.standard()},

@@ -97,8 +97,8 @@ JSON decode_schema() {
     members.push_back({"taken", flag_schema()});
     std::vector<SCHEMA_MEMBER> content = description_members();
     content.push_back({"descriptions", array_schema(object_schema(members))});
-    return question_schema(
-        content, {"body", "password", "password_valid", "plausible", "record", "faults", "descriptions"});
+    return question_schema(content,
+                           {"body", "password", "password_valid", "plausible", "record", "faults", "descriptions"});
 }
 
 void use_user_flash(const std::string& argument) {

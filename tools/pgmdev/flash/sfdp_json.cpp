@@ -94,6 +94,7 @@ JSON quad_enable_json(const std::optional<SFDP::QUAD_ENABLE>& quad) {
 
 JSON numbers_schema(const std::vector<std::string>& names) {
     std::vector<SCHEMA_MEMBER> members;
+    members.reserve(names.size());
     for (const std::string& name : names) {
         members.push_back({name, number_schema()});
     }

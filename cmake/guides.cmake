@@ -7,6 +7,7 @@ set(guides
   docs/adding-a-flash-chip.md
   docs/adding-a-profile.md
   docs/command.md
+  docs/command-sfdp.md
   docs/formats.md
   docs/your-own-flash.md)
 set(table_pages data/dev_info/README.md data/flash/README.md)

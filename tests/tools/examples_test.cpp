@@ -71,6 +71,7 @@ private:
             run({"hps", "add", "nand", "manufacturer_id=0xEC", "device_id=0xD3", "device_byte_size=0x40000000"});
             run({"hps", "add", "spi", "--like", "26"});
             run({"params", "read", "1", scratch.path("block.bin")});
+            run({"params", "set", "0", "STRING=W25Q64", "DWORD=8388608", "QWORD=1"});
             container = read_file(scratch.path("pgm_flash.ini"));
             block = read_file(scratch.path("block.bin"));
             description = json_of(run({"--json", "flash", "define"}, ANSWERS))["encoded"];

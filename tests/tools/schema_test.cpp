@@ -84,7 +84,7 @@ const std::vector<RUN> SINGLE{
     {{"flash", "identify"}, {"20BA18", "000000"}, "", NOT_FOUND},
     {{"flash", "identify"}, {"rubbish"}, "", WRONG_USAGE},
     {{"flash", "identify"}, {"--sfdp", SFDP_DUMP, "BF2643"}, "", DONE},
-    {{"flash", "identify"}, {"--sfdp", SHORT_SFDP_DUMP, "684016"}, "", NOT_FOUND},
+    {{"flash", "identify"}, {"--sfdp", SHORT_SFDP_DUMP, "684A16"}, "", NOT_FOUND},
     {{"flash", "identify"}, {"--system", TEST_SFDP_DIR}, "", NOT_FOUND},
     {{"flash", "sfdp"}, {SFDP_DUMP}, "", DONE},
     {{"flash", "sfdp"}, {SHORT_SFDP_DUMP, "--id", "684016"}, "", DONE},

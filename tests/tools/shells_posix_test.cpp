@@ -45,7 +45,7 @@ TEST(shells, BashCompletes) {
                               "source '" + (SCRIPTS / "pgmdev.bash").string() + "'; COMP_WORDS=(" + words +
                                   "); COMP_CWORD=" + place + R"(; _pgmdev pgmdev; printf '%s\n' "${COMPREPLY[@]}")"});
     };
-    EXPECT_EQ(completed("pgmdev flash show w25q64j", "3"), (LINES{"W25Q64JV", "W25Q64JWM"}));
+    EXPECT_EQ(completed("pgmdev flash show w25q64jv-i", "3"), (LINES{"W25Q64JV-IM", "W25Q64JV-IQ"}));
     EXPECT_EQ(completed("pgmdev profile show --family kestr", "4"), LINES{"KESTREL"});
     EXPECT_EQ(completed("pgmdev params read hps", "3"), (LINES{"HPS\\ SPI", "HPS\\ NAND"}));
     EXPECT_EQ(completed("pgmdev flash check t", "3"), LINES{""}) << "bash offers files by itself";
@@ -59,7 +59,7 @@ TEST(shells, FishCompletes) {
         return SHELL().lines({"fish", "--no-config", "-c",
                               "source '" + (SCRIPTS / "pgmdev.fish").string() + "'; complete -C '" + line + "'"});
     };
-    EXPECT_EQ(completed("pgmdev flash show w25q64j"), (LINES{"W25Q64JV", "W25Q64JWM"}));
+    EXPECT_EQ(completed("pgmdev flash show w25q64jv-i"), (LINES{"W25Q64JV-IM", "W25Q64JV-IQ"}));
     EXPECT_EQ(completed("pgmdev hps kin"), LINES{"kinds\tThe kinds of hard processor systems"});
     EXPECT_EQ(completed("pgmdev profile show --family kestr"), LINES{"KESTREL"});
     EXPECT_EQ(completed("pgmdev flash check ta"), LINES{"table.csv"});

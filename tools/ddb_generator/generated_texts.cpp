@@ -104,6 +104,7 @@ std::string part_line(const CATALOG& catalog, const CATALOG_PART& part) {
 template <class ROW>
 std::string value_list(const std::vector<ROW>& rows, std::string ROW::*member) {
     std::vector<std::string> values;
+    values.reserve(rows.size());
     for (const ROW& row : rows) {
         values.push_back(row.*member);
     }

@@ -56,7 +56,7 @@ NOUN flash_noun() {
     const std::vector<VERB> verbs{
         flash_list_verb(),
         flash_show_verb(),
-        VERB("identify", "Which flash answered, and how it must be driven",
+        VERB("identify", "Which flash answered, how sure that is, and how it must be driven",
              "pgmdev flash identify 20BA18 \"EF 70 17\" silicon:13", identify_flash)
             .takes({"--silicon", "The responses are one-byte electronic signatures", ARGUMENT::FLAG})
             .takes({"HEX",

@@ -136,7 +136,7 @@ BYTES behind_phrases(const std::string& line) {
         if (place == std::string::npos) {
             continue;
         }
-        const BYTES bytes =
+        BYTES bytes =
             without_command(bytes_at(std::string_view(line).substr(place + phrase.size())), phrase == RAW_PHRASE);
         if (bytes.size() >= LEAST_IDENTIFICATION) {
             return bytes;

@@ -136,6 +136,7 @@ std::map<std::string, std::string, std::less<>> fields_of(const std::vector<std:
         }
         if (std::none_of(FLASH::MEMBERS.begin(), FLASH::MEMBERS.end(), known)) {
             std::vector<std::string> names;
+            names.reserve(FLASH::MEMBERS.size());
             for (const auto& member : FLASH::MEMBERS) {
                 names.emplace_back(member.name);
             }

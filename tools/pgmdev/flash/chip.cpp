@@ -19,7 +19,7 @@ namespace {
 
 using RECORD = PGMDEV_SFL_FLASH_INFO;
 using MEMBER = PGMDEV_SFL_FLASH_MEMBER;
-using ANSWER = PGMDEV_SFL_FLASH_QUESTION::ANSWER;
+using ASKED = PGMDEV_SFL_FLASH_QUESTION::ANSWER;
 
 constexpr std::array SOURCE_FIELDS{LIKE_FIELD, SFDP_FIELD, ID_FIELD};
 
@@ -59,7 +59,7 @@ constexpr std::array<std::string_view, 11> TOLD_BY_SFDP{
     "byte4_addressing", "bulk_erase_time", "sec_erase_time", "program_utime", "orvane_id"};
 
 bool is_given(const MEMBER& member) {
-    return member.question.answer == ANSWER::GIVEN;
+    return member.question.answer == ASKED::GIVEN;
 }
 
 void copy_member(const MEMBER& member, const RECORD& from, RECORD& to) {

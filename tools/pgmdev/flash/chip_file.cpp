@@ -12,13 +12,13 @@
 
 namespace {
 
-constexpr std::streamsize MOST_BYTES = 1 << 20;
+constexpr std::streamsize MOST_FILE_BYTES = 1 << 20;
 constexpr std::string_view BYTE_ORDER_MARK = "\xEF\xBB\xBF";
 constexpr const char* ASSIGNMENT = "field = value";
 
 std::string text_of_stream(std::istream& stream) {
-    std::string text(static_cast<std::size_t>(MOST_BYTES), '\0');
-    stream.read(text.data(), MOST_BYTES);
+    std::string text(static_cast<std::size_t>(MOST_FILE_BYTES), '\0');
+    stream.read(text.data(), MOST_FILE_BYTES);
     text.resize(static_cast<std::size_t>(stream.gcount()));
     return text;
 }

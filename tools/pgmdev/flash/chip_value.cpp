@@ -13,7 +13,7 @@ namespace {
 
 using RECORD = PGMDEV_SFL_FLASH_INFO;
 using MEMBER = PGMDEV_SFL_FLASH_MEMBER;
-using ANSWER = PGMDEV_SFL_FLASH_QUESTION::ANSWER;
+using ASKED = PGMDEV_SFL_FLASH_QUESTION::ANSWER;
 
 constexpr QWORD KILO = 1024;
 constexpr QWORD MEGA = KILO * KILO;
@@ -22,7 +22,7 @@ constexpr QWORD BITS = 8;
 constexpr std::string_view TEARING = "@#;";
 
 /// A unit that people write, as a fraction of the member's.
-struct UNIT {
+struct WRITTEN_UNIT {
     std::string_view of;  ///< unit of the member
     std::string_view name;
     QWORD numerator;
@@ -30,54 +30,54 @@ struct UNIT {
 };
 
 // The first of each size is the one that is told to people.
-constexpr std::array UNITS{UNIT{"bits", "Gbit", GIGA},
-                           UNIT{"bits", "Mbit", MEGA},
-                           UNIT{"bits", "Kbit", KILO},
-                           UNIT{"bits", "bits", 1},
-                           UNIT{"bits", "bit", 1},
-                           UNIT{"bits", "Gibit", GIGA},
-                           UNIT{"bits", "Mibit", MEGA},
-                           UNIT{"bits", "Kibit", KILO},
-                           UNIT{"bits", "GiB", GIGA* BITS},
-                           UNIT{"bits", "MiB", MEGA* BITS},
-                           UNIT{"bits", "KiB", KILO* BITS},
-                           UNIT{"bits", "GB", GIGA* BITS},
-                           UNIT{"bits", "MB", MEGA* BITS},
-                           UNIT{"bits", "KB", KILO* BITS},
-                           UNIT{"bits", "Mbyte", MEGA* BITS},
-                           UNIT{"bits", "bytes", BITS},
-                           UNIT{"bytes", "Mbyte", MEGA},
-                           UNIT{"bytes", "Kbyte", KILO},
-                           UNIT{"bytes", "bytes", 1},
-                           UNIT{"bytes", "byte", 1},
-                           UNIT{"bytes", "B", 1},
-                           UNIT{"bytes", "MiB", MEGA},
-                           UNIT{"bytes", "KiB", KILO},
-                           UNIT{"bytes", "MB", MEGA},
-                           UNIT{"bytes", "KB", KILO},
-                           UNIT{"s", "s", 1},
-                           UNIT{"s", "seconds", 1},
-                           UNIT{"s", "min", 60},
-                           UNIT{"s", "ms", 1, 1000},
-                           UNIT{"s", "us", 1, 1000000},
-                           UNIT{"us", "us", 1},
-                           UNIT{"us", "microseconds", 1},
-                           UNIT{"us", "ms", 1000},
-                           UNIT{"us", "s", 1000000}};
+constexpr std::array WRITTEN_UNITS{WRITTEN_UNIT{"bits", "Gbit", GIGA},
+                                   WRITTEN_UNIT{"bits", "Mbit", MEGA},
+                                   WRITTEN_UNIT{"bits", "Kbit", KILO},
+                                   WRITTEN_UNIT{"bits", "bits", 1},
+                                   WRITTEN_UNIT{"bits", "bit", 1},
+                                   WRITTEN_UNIT{"bits", "Gibit", GIGA},
+                                   WRITTEN_UNIT{"bits", "Mibit", MEGA},
+                                   WRITTEN_UNIT{"bits", "Kibit", KILO},
+                                   WRITTEN_UNIT{"bits", "GiB", GIGA* BITS},
+                                   WRITTEN_UNIT{"bits", "MiB", MEGA* BITS},
+                                   WRITTEN_UNIT{"bits", "KiB", KILO* BITS},
+                                   WRITTEN_UNIT{"bits", "GB", GIGA* BITS},
+                                   WRITTEN_UNIT{"bits", "MB", MEGA* BITS},
+                                   WRITTEN_UNIT{"bits", "KB", KILO* BITS},
+                                   WRITTEN_UNIT{"bits", "Mbyte", MEGA* BITS},
+                                   WRITTEN_UNIT{"bits", "bytes", BITS},
+                                   WRITTEN_UNIT{"bytes", "Mbyte", MEGA},
+                                   WRITTEN_UNIT{"bytes", "Kbyte", KILO},
+                                   WRITTEN_UNIT{"bytes", "bytes", 1},
+                                   WRITTEN_UNIT{"bytes", "byte", 1},
+                                   WRITTEN_UNIT{"bytes", "B", 1},
+                                   WRITTEN_UNIT{"bytes", "MiB", MEGA},
+                                   WRITTEN_UNIT{"bytes", "KiB", KILO},
+                                   WRITTEN_UNIT{"bytes", "MB", MEGA},
+                                   WRITTEN_UNIT{"bytes", "KB", KILO},
+                                   WRITTEN_UNIT{"s", "s", 1},
+                                   WRITTEN_UNIT{"s", "seconds", 1},
+                                   WRITTEN_UNIT{"s", "min", 60},
+                                   WRITTEN_UNIT{"s", "ms", 1, 1000},
+                                   WRITTEN_UNIT{"s", "us", 1, 1000000},
+                                   WRITTEN_UNIT{"us", "us", 1},
+                                   WRITTEN_UNIT{"us", "microseconds", 1},
+                                   WRITTEN_UNIT{"us", "ms", 1000},
+                                   WRITTEN_UNIT{"us", "s", 1000000}};
 
-const UNIT* find_unit(const MEMBER& member, const std::string& name) {
-    const auto* const found = std::find_if(UNITS.begin(), UNITS.end(), [&](const UNIT& unit) {
+const WRITTEN_UNIT* find_unit(const MEMBER& member, const std::string& name) {
+    const auto* const found = std::find_if(WRITTEN_UNITS.begin(), WRITTEN_UNITS.end(), [&](const WRITTEN_UNIT& unit) {
         return unit.of == member.unit && gen_stricmp(unit.name, name) == 0;
     });
-    return found != UNITS.end() ? found : nullptr;
+    return found != WRITTEN_UNITS.end() ? found : nullptr;
 }
 
 /// The unit in which the question asks for the member.
 std::string unit_of_question(const MEMBER& member) {
-    const auto* const found = std::find_if(UNITS.begin(), UNITS.end(), [&](const UNIT& unit) {
+    const auto* const found = std::find_if(WRITTEN_UNITS.begin(), WRITTEN_UNITS.end(), [&](const WRITTEN_UNIT& unit) {
         return unit.of == member.unit && unit.denominator == 1 && unit.numerator == member.question.unit;
     });
-    return found != UNITS.end() ? std::string(found->name) : "";
+    return found != WRITTEN_UNITS.end() ? std::string(found->name) : "";
 }
 
 bool is_time(const MEMBER& member) {
@@ -85,7 +85,7 @@ bool is_time(const MEMBER& member) {
 }
 
 bool has_none(const MEMBER& member) {
-    return member.question.answer == ANSWER::HEX_OR_NONE;
+    return member.question.answer == ASKED::HEX_OR_NONE;
 }
 
 std::string number_text(const MEMBER& member, QWORD number) {
@@ -118,7 +118,7 @@ std::optional<QUANTITY> decimal(const MEMBER& member, const std::string& text) {
     const std::string fraction = point == std::string::npos ? "" : number.substr(point + 1);
     std::string name = end == std::string::npos ? "" : text.substr(end);
     name = gen_remove_leading_and_trailing_white_spaces(name);
-    const UNIT* const unit = find_unit(member, name);
+    const WRITTEN_UNIT* const unit = find_unit(member, name);
     if (whole.empty() || whole.size() + fraction.size() > MOST_DIGITS ||
         fraction.find_first_not_of(DIGITS) != std::string::npos || (!name.empty() && unit == nullptr)) {
         return std::nullopt;
@@ -149,10 +149,10 @@ std::optional<QUANTITY> quantity_of(const MEMBER& member, const std::string& tex
 
 bool is_in_range(const MEMBER& member, QWORD number) {
     const PGMDEV_SFL_FLASH_QUESTION& question = member.question;
-    if (question.answer == ANSWER::GIVEN) {
+    if (question.answer == ASKED::GIVEN) {
         return number <= std::numeric_limits<BYTE>::max();
     }
-    const bool is_power = question.answer != ANSWER::POWER_OF_TWO || std::has_single_bit(number);
+    const bool is_power = question.answer != ASKED::POWER_OF_TWO || std::has_single_bit(number);
     return (has_none(member) && number == RECORD::NONE) || (number >= QWORD{question.least} * question.unit &&
                                                             number <= QWORD{question.most} * question.unit && is_power);
 }
@@ -191,7 +191,7 @@ std::optional<bool> flag_of(const std::string& text) {
 
 bool is_text_value(const MEMBER& member, const std::string& text) {
     const auto is_control = [](char c) { return static_cast<unsigned char>(c) < ' '; };
-    const std::size_t most = member.question.answer == ANSWER::GIVEN ? RECORD::NONE : member.question.most;
+    const std::size_t most = member.question.answer == ASKED::GIVEN ? RECORD::NONE : member.question.most;
     return !text.empty() && text.size() <= most && text.find_first_of(TEARING) == std::string::npos &&
            std::none_of(text.begin(), text.end(), is_control);
 }
@@ -236,13 +236,13 @@ std::string accepted_chip_values(const MEMBER& member) {
         return "yes or no";
     }
     if (member.type() == PGMDEV_MANAGER_STRING) {
-        return question.answer == ANSWER::GIVEN
+        return question.answer == ASKED::GIVEN
                    ? "a text without @, # and ;"
                    : fmt::format("{} to {} characters, none of them @, # or ;", question.least, question.most);
     }
-    const DWORD most = question.answer == ANSWER::GIVEN ? RECORD::NONE : question.most;
+    const DWORD most = question.answer == ASKED::GIVEN ? RECORD::NONE : question.most;
     std::string text = fmt::format("{} to {}", number_text(member, question.least), number_text(member, most));
-    if (question.answer == ANSWER::POWER_OF_TWO) {
+    if (question.answer == ASKED::POWER_OF_TWO) {
         text = "a power of two, " + text;
     }
     const std::string unit = unit_of_question(member);

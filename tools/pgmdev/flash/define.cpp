@@ -18,9 +18,6 @@
 
 namespace {
 
-/// A description that the library would pass over ends the command as a refused table does.
-constexpr EXIT_CODE REFUSED = EXIT_INTERNAL_ERROR;
-
 constexpr const char* SAVE = "--save";
 
 void tell(const std::string& text) {
@@ -170,7 +167,7 @@ void hold_dialogue(const ARGUMENTS& given, COMMAND& command) {
     }
     for (const std::string& fault : faults) {
         tell("the description is refused: " + fault);
-        command.result = REFUSED;
+        command.result = EXIT_INTERNAL_ERROR;  // as for a refused table
     }
 }
 

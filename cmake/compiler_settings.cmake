@@ -33,6 +33,29 @@ elseif(NOT WIN32)
   add_link_options(-Wl,--no-undefined)
 endif()
 
+# What is shipped is hardened: addresses fixed before the program runs and then read-only, no executable stack, programs
+# that can be loaded anywhere; in optimised builds also stack protector, checked string functions and control-flow
+# protection. On Windows these last would need libraries of the compiler's besides.
+if(WIN32)
+  add_link_options(-Wl,--dynamicbase,--nxcompat,--high-entropy-va)
+else()
+  add_link_options(-Wl,-z,relro -Wl,-z,now -Wl,-z,noexecstack)
+  if(CMAKE_BUILD_TYPE MATCHES "Rel" AND NOT PGMDEV_SANITIZE AND NOT PGMDEV_BUILD_FUZZERS)
+    set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+    include(CheckPIESupported)
+    check_pie_supported(LANGUAGES CXX)
+    add_compile_options(-fstack-protector-strong -U_FORTIFY_SOURCE -D_FORTIFY_SOURCE=3)
+    if(CMAKE_SYSTEM_PROCESSOR MATCHES "x86_64|AMD64")
+      add_compile_options(-fcf-protection=full)
+    endif()
+  endif()
+endif()
+
+# The checks of the standard library itself, where tests look for faults.
+if(PGMDEV_SANITIZE OR PGMDEV_BUILD_FUZZERS)
+  add_compile_definitions(_GLIBCXX_ASSERTIONS)
+endif()
+
 if(MINGW)
   # Reproducible builds: no time of day in what is linked.
   add_link_options(-Wl,--no-insert-timestamp)

@@ -25,6 +25,6 @@ if(CMAKE_CROSSCOMPILING AND NOT PGMDEV_DDB_GENERATOR)
     INSTALL_COMMAND "")
   file(GLOB sources CONFIGURE_DEPENDS
     ${PROJECT_SOURCE_DIR}/tools/ddb_generator/* ${PROJECT_SOURCE_DIR}/tables/* ${PROJECT_SOURCE_DIR}/h/*.h
-    ${PROJECT_SOURCE_DIR}/host/h/*.h)
+    ${PROJECT_SOURCE_DIR}/host/h/*.h ${PROJECT_SOURCE_DIR}/system/*)
   ExternalProject_Add_StepDependencies(native_generator build ${sources})
 endif()

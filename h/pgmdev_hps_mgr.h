@@ -3,6 +3,7 @@
 /// \file
 /// The kinds of hard processor systems (HPS), and which one is current.
 
+#include <atomic>
 #include <span>
 
 #include "pgmdev_export.h"
@@ -32,7 +33,8 @@ struct PGMDEV_HPS_STRUCTURE {
     DWORD nand_data_base;        ///< its data window
 };
 
-/// The process-wide choice of the current kind. It is meant for one thread; only the first get_mgr is guarded.
+/// The process-wide choice of the current kind. Any thread may make it and ask for it: each sees a whole choice, the last
+/// one that was made. Destroying the instance is for when no thread uses it.
 class PGMDEV_EXPORT PGMDEV_HPS_MGR {
 public:
     /// The instance. The first call, from whatever thread, creates it, with no kind current.
@@ -58,7 +60,7 @@ protected:
 
     static PGMDEV_HPS_MGR* m_mgr;  ///< null until the first get_mgr
 
-    DWORD m_current_hps = INVALID_DWORD;  ///< index of the current kind; INVALID_DWORD: none
+    std::atomic<DWORD> m_current_hps{INVALID_DWORD};  ///< index of the current kind; INVALID_DWORD: none
 
 private:
     PGMDEV_HPS_MGR(const PGMDEV_HPS_MGR&) = delete;

@@ -51,7 +51,10 @@ HOST_EXPORT std::filesystem::path fio_get_unc_full_path(const std::string& path)
 ///
 /// The contents go into a temporary file in the same directory, which takes the file's name in one step when `commit`
 /// is called, after it has reached the disk. Without a successful commit the old file stays as it was and the temporary
-/// goes with this object. An existing file keeps its permissions and its owner, and a symbolic link keeps pointing to the
+/// goes with this object; one that a process has left behind that was ended before goes when it is a day old and somebody
+/// replaces a file there. Nobody can read a temporary who may not read the file. A fault of the system that leaves open
+/// whether there is a file, or what it is, refuses it. Links of somebody else in a directory that everybody may write to
+/// are refused. An existing file keeps its permissions and its owner, and a symbolic link keeps pointing to the
 /// file it names (on Windows the file takes the permissions of its directory, and the link itself is replaced).
 ///
 /// Some files are opened and written by `commit` instead, in place and without a temporary file, so that readers may see

@@ -30,6 +30,15 @@ private:
     HANDLE m_handle;
 };
 
+/// A number that no other process takes at the same time.
+unsigned long long random_number() {
+    static std::atomic<unsigned> counter{0};
+    LARGE_INTEGER ticks{};
+    QueryPerformanceCounter(&ticks);
+    const auto mixed = static_cast<unsigned long long>(ticks.QuadPart) * 0x9E3779B97F4A7C15ULL;
+    return mixed ^ static_cast<unsigned long long>(GetCurrentProcessId()) << 24U ^ ++counter;
+}
+
 HANDLE open_for_writing(const fs::path& path, DWORD disposition) {
     return CreateFileW(path.c_str(), GENERIC_WRITE, FILE_SHARE_READ, nullptr, disposition, FILE_ATTRIBUTE_NORMAL,
                        nullptr);
@@ -118,10 +127,8 @@ FIO_REPLACEMENT::FIO_REPLACEMENT(const FIO_PATH& target) {
     }
     const fs::path directory = path_from_utf8(target.fullpath()).parent_path();
     make_state_directory(directory);
-    static std::atomic<unsigned> counter{0};
     for (int attempt = 0; attempt < 100; ++attempt) {
-        const std::wstring name =
-            L".tessary-" + std::to_wstring(GetCurrentProcessId()) + L"-" + std::to_wstring(++counter);
+        const std::wstring name = L".tessary-" + std::to_wstring(random_number());
         const FIO_PATH temporary(utf8_from_path(directory / name));
         const HANDLE_OWNER file(open_for_writing(fio_get_unc_full_path(temporary.fullpath()), CREATE_NEW));
         if (file) {

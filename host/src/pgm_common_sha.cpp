@@ -21,6 +21,13 @@ bool initialize_digests() {
     return true;
 }
 
+/// Where this library is loaded: the digest library ends the process when it can open no file, or gets no memory, to make
+/// itself ready, and at that time neither is short. Windows has no descriptors to run out of, and does not allow as much
+/// while it loads a library.
+#if !defined(_WIN32)
+[[maybe_unused]] const bool ready_when_loaded = initialize_digests();
+#endif
+
 }  // namespace
 
 BYTE* PGM_COMMON::get_block_sha(const void* data, QWORD length, DWORD digest_size) {

@@ -122,6 +122,10 @@ void CATALOG_READER::read_parts(const SOURCE_ROW& row) {
     if (!first || !has_status) {
         return;
     }
+    if (names.size() * packages.size() * grades.size() > MAX_PART_NUMBER) {
+        m_faults.add(row.place, "stands for more parts than there are numbers, " + std::to_string(MAX_PART_NUMBER));
+        return;
+    }
     part.device = m_catalog.devices.size() - 1;
     part.number = *first;
     for (const std::string& name : names) {
@@ -142,7 +146,7 @@ void CATALOG_READER::read_parts(const SOURCE_ROW& row) {
 void CATALOG_READER::add_part(CATALOG_PART part) {
     if (!check_name(part.place, part.name, "ordering name", m_faults) ||
         !check_name(part.place, part.programming_name, "programming name", m_faults) ||
-        !m_ordering_names.add(part.name, m_catalog.parts.size(), part.place, m_faults)) {
+        !m_ordering_names.is_free(part.name, part.place, m_faults)) {
         return;
     }
     if (part.number > MAX_PART_NUMBER) {
@@ -161,6 +165,8 @@ void CATALOG_READER::add_part(CATALOG_PART part) {
         }
         place = part.place;
     }
+    // Only now, for others find the part by its name: what is refused has none.
+    m_ordering_names.add(part.name, m_catalog.parts.size(), part.place, m_faults);
     m_catalog.last_part = std::max(m_catalog.last_part, part.number);
     m_catalog.parts.push_back(std::move(part));
 }

@@ -10,8 +10,19 @@ std::string text_of(const SOURCE_PLACE& place) {
     return text;
 }
 
+void FAULTS::add(const SOURCE_PLACE& place, const std::string& text) {
+    if (m_lines.size() == MOST_LINES) {
+        ++m_further;
+        return;
+    }
+    m_lines.push_back(text_of(place) + ": " + text);
+}
+
 void FAULTS::print(std::ostream& output) const {
     for (const std::string& line : m_lines) {
         output << line << '\n';
+    }
+    if (m_further != 0) {
+        output << "and " << m_further << " further faults\n";
     }
 }

@@ -17,10 +17,12 @@ struct SOURCE_PLACE {
 /// The place as people and editors know it: "file:line:column", "file:line" for a whole line, "file" for a whole file.
 std::string text_of(const SOURCE_PLACE& place);
 
-/// Collects faults, so that one run tells them all.
+/// Collects faults, so that one run tells them all, as far as anybody would read them.
 class FAULTS {
 public:
-    void add(const SOURCE_PLACE& place, const std::string& text) { m_lines.push_back(text_of(place) + ": " + text); }
+    static constexpr std::size_t MOST_LINES = 10000;
+
+    void add(const SOURCE_PLACE& place, const std::string& text);
 
     bool empty() const { return m_lines.empty(); }
     const std::vector<std::string>& lines() const { return m_lines; }
@@ -28,4 +30,5 @@ public:
 
 private:
     std::vector<std::string> m_lines;
+    std::size_t m_further = 0;  ///< those that are only counted
 };

@@ -18,12 +18,21 @@ public:
 
     /// Adds a name for the thing with that index. A name that is there already is a fault; false then.
     bool add(const std::string& name, std::size_t index, const SOURCE_PLACE& place, FAULTS& faults) {
-        const auto [entry, added] = m_entries.try_emplace(upper_case(name), ENTRY{index, place});
-        if (!added) {
+        if (!is_free(name, place, faults)) {
+            return false;
+        }
+        m_entries.emplace(upper_case(name), ENTRY{index, place});
+        return true;
+    }
+
+    /// Whether the name can be added. A name that is there already is a fault.
+    bool is_free(const std::string& name, const SOURCE_PLACE& place, FAULTS& faults) const {
+        const auto entry = m_entries.find(upper_case(name));
+        if (entry != m_entries.end()) {
             faults.add(place,
                        std::string(m_what) + " \"" + name + "\" is already given at " + text_of(entry->second.place));
         }
-        return added;
+        return entry == m_entries.end();
     }
 
     /// The index for the name. A name that is not there is a fault.

@@ -3,14 +3,16 @@
 #include <algorithm>
 #include <array>
 #include <charconv>
-#include <fstream>
-#include <sstream>
 #include <string_view>
 
 #include "ascii.h"
+#include "file_reader.h"
+#include "text_lines.h"
 
 namespace {
 
+/// No catalog that people maintain comes near.
+constexpr std::size_t LARGEST_SOURCE = std::size_t{1} << 24;
 constexpr char COMMENT = '#';
 
 /// Words with which names would be confused: the filter that does not restrict, and what stands for any device.
@@ -22,10 +24,13 @@ bool is_name_character(char c) {
 }
 
 std::vector<std::string> cells_of(const std::string& line) {
-    std::istringstream stream(line.substr(0, line.find(COMMENT)));
+    constexpr const char* BLANKS = " \t\r\v\f";
+    const std::size_t end = std::min(line.find(COMMENT), line.size());
     std::vector<std::string> cells;
-    for (std::string cell; stream >> cell;) {
-        cells.push_back(std::move(cell));
+    for (std::size_t begin = line.find_first_not_of(BLANKS); begin < end;) {
+        const std::size_t behind = std::min(line.find_first_of(BLANKS, begin), end);
+        cells.push_back(line.substr(begin, behind - begin));
+        begin = line.find_first_not_of(BLANKS, behind);
     }
     return cells;
 }
@@ -33,15 +38,13 @@ std::vector<std::string> cells_of(const std::string& line) {
 }  // namespace
 
 std::optional<std::vector<std::string>> read_lines(const std::filesystem::path& path, FAULTS& faults) {
-    std::vector<std::string> lines;
-    std::ifstream input(path, std::ios::binary);
-    for (std::string line; std::getline(input, line);) {
-        lines.push_back(std::move(line));
-    }
-    if (!input.is_open() || !input.eof() || input.bad()) {
+    std::string text;
+    if (read_whole_file(path, LARGEST_SOURCE, FILE_KINDS::REGULAR, text) != READ_RESULT::READ) {
         faults.add({path.generic_string()}, "cannot be read");
         return std::nullopt;
     }
+    std::vector<std::string> lines;
+    for_each_line(text, [&lines](std::string_view line) { lines.emplace_back(line); });
     return lines;
 }
 

@@ -21,6 +21,7 @@
 #include "terminal/quiet.h"
 #include "terminal/reports.h"
 #include "terminal/screen.h"
+#include "terminal/standard_error.h"
 
 namespace {
 
@@ -29,9 +30,12 @@ const std::array<std::string, 3> KEYS_THAT_VERBS_SET{"TESSARY_DEBUG_LEVEL", "TES
                                                      PGMDEV_USER_FLASH::CONFIGURATION_KEY};
 
 EXIT_CODE fail(const FAILURE& failure, EXIT_CODE result, const COMMAND& command) {
-    tell_failure(failure, command.json || is_given("--json"));
-    std::fflush(stdout);
-    return result;
+    try {
+        tell_failure(failure, command.json || is_given("--json"));
+    } catch (const std::exception&) {
+        return EXIT_INTERNAL_ERROR;  // a document on standard output that cannot be written, or no memory for one
+    }
+    return std::fflush(stdout) == 0 ? result : EXIT_INTERNAL_ERROR;
 }
 
 FAILURE internal_error(const MSG_INTERNAL_ERROR_REPORT& report) {
@@ -40,14 +44,13 @@ FAILURE internal_error(const MSG_INTERNAL_ERROR_REPORT& report) {
 
 /// Carries out what the arguments ask for, and tells what goes wrong.
 EXIT_CODE carry_out(const std::vector<std::string>& arguments, COMMAND& command) try {
-    if (!run_service(arguments) && !run_command_line(whole_command(), arguments, command)) {
-        return command.result;
-    }
-    if (std::fflush(stdout) != 0) {
-        fmt::print(stderr, "pgmdev: standard output cannot be written\n");
+    const bool only_help = !run_service(arguments) && !run_command_line(whole_command(), arguments, command);
+    if (std::fflush(stdout) != 0 || std::ferror(stdout) != 0) {
+        print_error("pgmdev: standard output cannot be written\n");
         return EXIT_INTERNAL_ERROR;
     }
-    if (const auto report = last_report()) {  // the operation went on, and its answer has been given
+    const auto report = last_report();
+    if (!only_help && report) {  // the operation went on, and its answer has been given
         tell_failure(internal_error(*report), false);
         return EXIT_INTERNAL_ERROR;
     }

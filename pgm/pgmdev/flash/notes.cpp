@@ -44,6 +44,7 @@ std::vector<BYTE> bytes_of(const std::string& digits) {
 
 std::vector<std::string> words_of(const std::string& text) {
     std::istringstream input(text);
+    input.exceptions(std::ios::badbit);  // a failing allocation is not the end
     std::vector<std::string> words;
     for (std::string word; input >> word;) {
         words.push_back(word);

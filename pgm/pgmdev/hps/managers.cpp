@@ -185,16 +185,18 @@ std::span<const PGMDEV_HPS_STRUCTURE> PGMDEV_HPS_MGR::get_kinds() {
 }
 
 const PGMDEV_HPS_STRUCTURE* PGMDEV_HPS_MGR::get_current_hps() {
-    return m_current_hps < HPS_KINDS.size() ? &HPS_KINDS[m_current_hps] : nullptr;
+    const DWORD current = m_current_hps.load(std::memory_order_relaxed);
+    return current < HPS_KINDS.size() ? &HPS_KINDS[current] : nullptr;
 }
 
 bool PGMDEV_HPS_MGR::set_current_hps(DWORD id) {
-    m_current_hps = INVALID_DWORD;
+    DWORD chosen = INVALID_DWORD;
     for (DWORD i = 0; i < HPS_KINDS.size(); ++i) {
         if (HPS_KINDS[i].id == id) {
-            m_current_hps = i;
-            return true;
+            chosen = i;
+            break;
         }
     }
-    return false;
+    m_current_hps.store(chosen, std::memory_order_relaxed);  // in one step: no thread sees none for a moment
+    return chosen != INVALID_DWORD;
 }

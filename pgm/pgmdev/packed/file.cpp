@@ -2,21 +2,44 @@
 
 #include <algorithm>
 #include <array>
-#include <fstream>
 #include <string_view>
 #include <vector>
 
+#include "file_reader.h"
 #include "packed/codec.h"
 #include "packed/inflate.h"
-#include "replaced_file.h"
 #include "report.h"
 #include "zlib_wrapper.h"
 
 namespace {
 
-bool read_bytes(std::istream& input, BYTE* destination, QWORD count) {
-    input.read(reinterpret_cast<char*>(destination), static_cast<std::streamsize>(count));
-    return input.good() && static_cast<QWORD>(input.gcount()) == count;
+/// Memory that is taken for a database whatever it holds.
+constexpr QWORD ROOM_FOR_ANY = QWORD{1} << 20;
+
+/// The bytes of a stream of a body of that length, at most: deflate stores what it cannot shorten.
+QWORD longest_stream(QWORD body_size) {
+    return 2 * body_size + (QWORD{1} << 16);
+}
+
+/// The body of a file that states to hold much more than it has itself. Before the memory for it is taken, its beginning
+/// must be one: of this version, and with no more records and members than there is room for, since each takes a tag and
+/// a byte at least.
+void require_plausible_body(const BYTE* stream, DWORD stream_size, DWORD body_size, const PACKED_FORMAT& format) {
+    const QWORD modest = 3 * QWORD{stream_size} + ROOM_FOR_ANY;
+    if (body_size <= modest || stream_size == 0) {
+        return;
+    }
+    const INFLATED beginning = inflate_bounded(stream, stream_size, modest);
+    if (!beginning.longer) {
+        return;  // it is damaged, or shorter than stated, which takes no more memory to find out
+    }
+    std::array<QWORD, 3> values{};  // version, records, members
+    for (DWORD i = 0; i < PACKED_BODY_HEAD_SIZE; ++i) {
+        values[i / 4] |= QWORD{beginning.data[i]} << (8 * (i % 4));
+    }
+    PGMDEV_REQUIRE(values[0] == PACKED_BODY_VERSION, format.wrong_version, format.file);
+    PGMDEV_REQUIRE(values[1] != 0 && values[2] != 0, format.wrong_counts, format.file);
+    PGMDEV_REQUIRE(values[1] <= body_size / (2 * values[2]), "index < data_size", format.file);
 }
 
 }  // namespace
@@ -28,7 +51,10 @@ WORD packed_checksum(const BYTE* /*data*/, unsigned long /*size*/) {
 BYTE_BUFFER packed_compress(const BYTE* data, DWORD offset, DWORD count, DWORD& out_count,
                             const PACKED_FORMAT& format) {
     PGMDEV_REQUIRE(offset < count, "offset < count", format.file);
-    DWORD length = count * 10;  // ample for every body: only very short ones grow, by some bytes
+    // Ample for every body: what deflate cannot shorten it stores, in blocks with a head of some bytes.
+    const QWORD ample = QWORD{count} + count / 64 + 1024;
+    PGMDEV_REQUIRE(offset + ample <= 0xFFFFFFFF, "offset < count", format.file);
+    auto length = static_cast<DWORD>(ample);
     const BYTE_BUFFER scratch(new BYTE[length]);
     PGMDEV_REQUIRE(zlib_compress(scratch.get(), &length, data + offset, count - offset) == ZLIB_OK,
                    "zlib_compress(new_data, &new_memory_count, &data[offset], count - offset) == ZLIB_OK", format.file);
@@ -43,7 +69,11 @@ BYTE_BUFFER packed_decompress(const BYTE* data, DWORD compressed_size, DWORD ori
                               const PACKED_FORMAT& format) {
     PGMDEV_REQUIRE(compressed_size > 0 && original_size > 0, "decompressed_count > 0 && original_count > 0",
                    format.file);
-    INFLATED body = inflate_bounded(data, compressed_size, original_size);
+    const QWORD modest = 3 * QWORD{compressed_size} + ROOM_FOR_ANY;
+    INFLATED body = inflate_bounded(data, compressed_size, std::min<QWORD>(original_size, modest));
+    if (body.longer && original_size > modest) {
+        body = inflate_bounded(data, compressed_size, original_size);
+    }
     PGMDEV_REQUIRE(body.good, "zlib_uncompress(decompressed_data, &new_dcmp_size, data, decompressed_count) == ZLIB_OK",
                    format.file);
     PGMDEV_REQUIRE(body.length == original_size, "new_dcmp_size == original_count", format.file);
@@ -55,19 +85,14 @@ PACKED_BODY read_packed_file(const FIO_PATH& path, const PACKED_FORMAT& format) 
     PGMDEV_REQUIRE(
         FIO_FILE_SYSTEM::exists(path.fullpath().c_str()) && FIO_FILE_SYSTEM::status(path.fullpath().c_str(), &status),
         format.missing_file, format.file);
-    std::ifstream input;
-    if (status.regular) {  // a directory or a pipe would open, too
-        input = open_replaced_file(fio_get_unc_full_path(path.fullpath()), std::ios::ate);
-    }
-    PGMDEV_REQUIRE(status.regular && input.good(), "input.good()", format.file);
     // The file may have been replaced since its status was taken. What counts is the one that is open.
-    const std::streamoff end = input.tellg();
-    PGMDEV_REQUIRE(end >= 0 && input.seekg(0), "input.good()", format.file);
-    const auto file_size = static_cast<QWORD>(end);
+    const FILE_READER input(fio_get_unc_full_path(path.fullpath()));
+    PGMDEV_REQUIRE(status.regular && input.is_open(), "input.good()", format.file);
+    const QWORD file_size = input.size();
     PGMDEV_REQUIRE(file_size > PACKED_HEAD_SIZE + PACKED_CHECKSUM_SIZE, "file_size > (8 + 32 + 4 + 2)", format.file);
 
     std::array<BYTE, PACKED_HEAD_SIZE> head{};
-    PGMDEV_REQUIRE(read_bytes(input, head.data(), head.size()), "input.good()", format.file);
+    PGMDEV_REQUIRE(input.read_at(0, head), "input.good()", format.file);
     const std::string_view text(reinterpret_cast<const char*>(head.data()), head.size());
     if (text.substr(0, PACKED_MAGIC_SIZE) != format.magic) {
         pgmdev_report_soft(format.wrong_magic, format.file, PGMDEV_LINE);
@@ -80,11 +105,12 @@ PACKED_BODY read_packed_file(const FIO_PATH& path, const PACKED_FORMAT& format) 
     DWORD index = PACKED_MAGIC_SIZE + PACKED_STAMP_SIZE;
     const DWORD body_size = PACKED_READER(head.data(), head.size(), index, format).untagged_dword();
 
-    // No stream of a body below 4 GiB is longer than that; what lies behind the end of the stream is not looked at.
+    // What lies behind the end of the stream is not looked at.
     const QWORD stored = file_size - PACKED_HEAD_SIZE - PACKED_CHECKSUM_SIZE;
-    const auto stream_size = static_cast<DWORD>(std::min<QWORD>(stored, 0xFFFFFFFF));
+    const auto stream_size = static_cast<DWORD>(std::min({stored, longest_stream(body_size), QWORD{0xFFFFFFFF}}));
     const BYTE_BUFFER stream(new BYTE[stream_size]);
-    PGMDEV_REQUIRE(read_bytes(input, stream.get(), stream_size), "input.good()", format.file);
+    PGMDEV_REQUIRE(input.read_at(PACKED_HEAD_SIZE, {stream.get(), stream_size}), "input.good()", format.file);
+    require_plausible_body(stream.get(), stream_size, body_size, format);
     return {packed_decompress(stream.get(), stream_size, body_size, format), body_size};
 }
 

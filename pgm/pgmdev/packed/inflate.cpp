@@ -4,10 +4,16 @@
 
 #include "zlib_wrapper.h"
 
+namespace {
+
+constexpr int ZLIB_TOO_LONG = -5;  ///< zlib's own code when the contents do not fit
+
+}  // namespace
+
 INFLATED inflate_bounded(const BYTE* stream, DWORD stream_length, QWORD capacity) {
     const QWORD largest = (QWORD{stream_length} + 1) * DEFLATE_LARGEST_RATIO;  // with room for one match beyond
     auto length = static_cast<DWORD>(std::min({capacity, largest, QWORD{0xFFFFFFFF}}));
     auto data = std::make_unique<BYTE[]>(length);
-    const bool good = zlib_uncompress(data.get(), &length, stream, stream_length) == ZLIB_OK;
-    return {good, std::move(data), length};
+    const int result = zlib_uncompress(data.get(), &length, stream, stream_length);
+    return {result == ZLIB_OK, std::move(data), length, result == ZLIB_TOO_LONG};
 }

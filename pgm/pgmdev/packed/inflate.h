@@ -16,6 +16,7 @@ struct INFLATED {
     bool good;                     ///< the stream was sound and fitted
     std::unique_ptr<BYTE[]> data;  ///< its contents, and bytes of 0 up to the capacity that was given to it
     DWORD length;                  ///< of the contents
+    bool longer;                   ///< the stream was sound as far as it fitted, and `data` is its beginning
 };
 
 /// Decompresses the zlib stream at the beginning of `stream`, whose contents may have up to `capacity` bytes. Memory is

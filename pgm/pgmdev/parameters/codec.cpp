@@ -56,14 +56,16 @@ bool PGMDEV_FLASH_INI::assign_flash_ini_data(const BYTE* data, DWORD& position, 
 }
 
 void PGMDEV_FLASH_INI::calculate_flash_ini_data_size(DWORD& size, PGMDEV_PARAM_TYPE type, void* value) {
+    QWORD added = 1;
     if (type == PGMDEV_PARAM_STRING) {
-        size += static_cast<DWORD>(static_cast<const std::string*>(value)->size()) + 1;
-    } else if (type == PGMDEV_PARAM_BOOL) {
-        size += 1;
-    } else {
+        added = QWORD{static_cast<const std::string*>(value)->size()} + 1;
+    } else if (type != PGMDEV_PARAM_BOOL) {
         PGMDEV_REQUIRE(number_size(type) != 0, UNSUPPORTED_PARAM_TYPE, FLASH_INI_FILE);
-        size += number_size(type);
+        added = number_size(type);
     }
+    // A sum that wraps would have the caller take too small a buffer.
+    PGMDEV_REQUIRE(added <= 0xFFFFFFFF - QWORD{size}, "size <= 0xFFFFFFFF", FLASH_INI_FILE);
+    size += static_cast<DWORD>(added);
 }
 
 void PGMDEV_FLASH_INI::fillup_flash_ini_data(BYTE* buffer, DWORD& position, PGMDEV_PARAM_TYPE type, void* value) {

@@ -1,13 +1,17 @@
 #include "pgmdev_flash_ini.h"
 
 #include <algorithm>
-#include <fstream>
+#include <chrono>
 #include <memory>
+#include <optional>
 #include <span>
 #include <vector>
 
+#include "directory_lock.h"
+#include "file_reader.h"
 #include "fio.h"
 #include "gen.h"
+#include "msg.h"
 #include "parameters/numbers.h"
 #include "replaced_file.h"
 #include "report.h"
@@ -20,7 +24,6 @@ constexpr std::string_view MAGIC = "PGMDEV_FLASH_INI";
 constexpr DWORD MAGIC_SIZE = 16;
 constexpr DWORD HEAD_SIZE = MAGIC_SIZE + 4;
 constexpr DWORD ENTRY_SIZE = 8;
-constexpr QWORD SMALLEST_FILE = MAGIC_SIZE + 1;
 constexpr QWORD LARGEST_WRITTEN = 0xFFFFFFFF;  // offsets have 32 bits
 static_assert(MAGIC.size() == MAGIC_SIZE);
 
@@ -38,47 +41,116 @@ struct ENTRY {
     DWORD size = 0;
 };
 
-bool read_bytes(std::istream& file, std::span<BYTE> bytes) {
-    file.read(reinterpret_cast<char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
-    return file.good();
-}
-
 DWORD little_endian(const BYTE* bytes) {
     return bytes[0] | DWORD{bytes[1]} << 8 | DWORD{bytes[2]} << 16 | DWORD{bytes[3]} << 24;
 }
 
-/// Checks the whole table and gives one entry of it; false when anything is wrong. Nothing is taken on trust: the table
-/// is read entry by entry, and its present blocks must fill the file from the table's end to its own.
-bool find_entry(std::istream& file, QWORD length, DWORD which, ENTRY& found) {
-    std::array<BYTE, HEAD_SIZE> head{};
-    if (!read_bytes(file, head) || !std::equal(MAGIC.begin(), MAGIC.end(), head.begin()) || HEAD_SIZE >= length) {
-        return false;
+/// What a file turns out to be.
+enum class CONTAINER_STATE {
+    ABSENT,      ///< there is no such file
+    UNREADABLE,  ///< the system did not let it be read, whatever it holds
+    DAMAGED,     ///< it is no container, or not as a container must be
+    SOUND
+};
+
+/// The container as it was when it was opened.
+class CONTAINER_FILE {
+public:
+    /// `further` is a block besides those that this version writes that may be read.
+    explicit CONTAINER_FILE(DWORD further = 0)
+        : m_file(fio_get_unc_full_path(container_path())), m_further_index(further), m_state(examine()) {}
+
+    CONTAINER_STATE state() const { return m_state; }
+
+    /// Whether it has blocks that this version does not write.
+    bool has_more() const { return m_has_more; }
+
+    /// The bytes of the whole file; nothing when it cannot be read.
+    std::optional<std::vector<BYTE>> whole() const {
+        std::vector<BYTE> bytes(m_file.size());
+        return m_file.read_at(0, bytes) ? std::optional(std::move(bytes)) : std::nullopt;
     }
-    const DWORD count = little_endian(&head[MAGIC_SIZE]);
-    QWORD expected = HEAD_SIZE + QWORD{ENTRY_SIZE} * count;
-    if (which >= count || expected >= length) {
-        return false;
+
+    /// Reads a block; null when there is none, or when the file cannot be read, which then is its state.
+    std::unique_ptr<BYTE[]> read(DWORD which, DWORD& size) {
+        size = 0;
+        const ENTRY entry = which < m_entries.size() ? m_entries[which] : m_further;
+        if (m_state != CONTAINER_STATE::SOUND || entry.size == 0) {
+            return nullptr;
+        }
+        auto block = std::make_unique<BYTE[]>(entry.size);
+        if (!m_file.read_at(entry.offset, {block.get(), entry.size})) {
+            m_state = CONTAINER_STATE::UNREADABLE;
+            return nullptr;
+        }
+        size = entry.size;
+        return block;
     }
-    for (DWORD i = 0; i < count; ++i) {
-        std::array<BYTE, ENTRY_SIZE> bytes{};
-        if (!read_bytes(file, bytes)) {
-            return false;
+
+private:
+    /// Checks the whole table. Nothing is taken on trust: its present blocks must fill the file from the table's end to
+    /// its own.
+    CONTAINER_STATE examine() {
+        if (!m_file.is_open()) {
+            return m_file.is_absent() ? CONTAINER_STATE::ABSENT : CONTAINER_STATE::UNREADABLE;
         }
-        const ENTRY entry{little_endian(bytes.data()), little_endian(&bytes[4])};
-        if ((entry.offset == 0) != (entry.size == 0) || (entry.offset != 0 && entry.offset != expected)) {
-            return false;
+        const QWORD length = m_file.size();
+        if (length == 0) {
+            return CONTAINER_STATE::SOUND;  // nothing is lost with an empty file
         }
-        expected += entry.size;
-        if (expected > length) {
-            return false;
+        if (length <= HEAD_SIZE) {
+            return CONTAINER_STATE::DAMAGED;
         }
-        if (i == which) {
-            found = entry;
+        std::array<BYTE, HEAD_SIZE> head{};
+        if (!m_file.read_at(0, head)) {
+            return CONTAINER_STATE::UNREADABLE;
         }
+        const DWORD count = little_endian(&head[MAGIC_SIZE]);
+        const QWORD table_end = HEAD_SIZE + QWORD{ENTRY_SIZE} * count;
+        if (!std::equal(MAGIC.begin(), MAGIC.end(), head.begin()) || table_end > length) {
+            return CONTAINER_STATE::DAMAGED;
+        }
+        return examine_table(count, table_end);
     }
-    // A present block therefore begins behind the table and ends inside the file.
-    return expected == length && found.offset != 0;
-}
+
+    CONTAINER_STATE examine_table(DWORD count, QWORD expected) {
+        constexpr DWORD ENTRIES_AT_ONCE = 1U << 13U;
+        std::vector<BYTE> bytes;
+        for (DWORD i = 0; i < count; ++i) {
+            if (i % ENTRIES_AT_ONCE == 0) {
+                bytes.resize(std::size_t{ENTRY_SIZE} * std::min(count - i, ENTRIES_AT_ONCE));
+                if (!m_file.read_at(HEAD_SIZE + QWORD{ENTRY_SIZE} * i, bytes)) {
+                    return CONTAINER_STATE::UNREADABLE;
+                }
+            }
+            const BYTE* place = &bytes[std::size_t{ENTRY_SIZE} * (i % ENTRIES_AT_ONCE)];
+            const ENTRY entry{little_endian(place), little_endian(place + 4)};
+            if ((entry.offset == 0) != (entry.size == 0) || (entry.offset != 0 && entry.offset != expected)) {
+                return CONTAINER_STATE::DAMAGED;
+            }
+            expected += entry.size;
+            if (expected > m_file.size()) {
+                return CONTAINER_STATE::DAMAGED;
+            }
+            if (i < m_entries.size()) {
+                m_entries[i] = entry;
+                continue;
+            }
+            m_has_more = m_has_more || entry.size != 0;
+            if (i == m_further_index) {
+                m_further = entry;
+            }
+        }
+        return expected == m_file.size() ? CONTAINER_STATE::SOUND : CONTAINER_STATE::DAMAGED;
+    }
+
+    FILE_READER m_file;
+    DWORD m_further_index;
+    std::array<ENTRY, PGMDEV_FLASH_INI_MAX> m_entries;
+    ENTRY m_further;
+    bool m_has_more = false;
+    CONTAINER_STATE m_state;
+};
 
 /// A block on its way into the file; without data it is absent.
 struct BLOCK {
@@ -132,42 +204,60 @@ FILE_IMAGE build_image(const std::array<BLOCK, PGMDEV_FLASH_INI_MAX>& blocks, QW
     return image;
 }
 
-/// Whether the file is there, and may not be read and written. What it holds is neither to be taken for lost, nor to be
-/// replaced by way of its directory against its protection.
-bool is_withheld(const std::string& path) {
-    FIO_STATUS status;
-    return FIO_FILE_SYSTEM::exists(path.c_str()) &&
-           (!FIO_FILE_SYSTEM::status(path.c_str(), &status) || !status.regular ||
-            !open_replaced_file(fio_get_unc_full_path(path), std::ios::out).is_open());
+/// Whether the file is there, and may not be written. It is not to be replaced by way of its directory against its
+/// protection.
+bool is_protected(const std::string& path) {
+    return !open_replaced_file(fio_get_unc_full_path(path), std::ios::out).is_open();
+}
+
+/// Says on the debug channel why the container stays as it was.
+bool refuse_to_write(const std::string& path, const char* reason) {
+    msg_local_vdebug("PGMDEV", 1, "%s", (path + ": not written, since " + reason).c_str());
+    return false;
+}
+
+/// Keeps a copy of a container of which the writer would lose something.
+bool keep_copy(const CONTAINER_FILE& container, const std::string& path) {
+    const auto bytes = container.whole();
+    FIO_REPLACEMENT copy(path + ".bak");
+    return bytes && copy.write(*bytes) && copy.commit();
+}
+
+/// Puts a block in the place of the one that the file has, and writes it anew; the caller has the lock.
+bool replace_block(const std::string& path, DWORD which, const BLOCK& changed) {
+    CONTAINER_FILE container;
+    const CONTAINER_STATE state = container.state();
+    if (state == CONTAINER_STATE::UNREADABLE || (state != CONTAINER_STATE::ABSENT && is_protected(path))) {
+        return refuse_to_write(path, "the file that is there cannot be read and written");
+    }
+    std::array<BLOCK, PGMDEV_FLASH_INI_MAX> blocks;
+    QWORD file_size = HEAD_SIZE + ENTRY_SIZE * PGMDEV_FLASH_INI_MAX;
+    for (DWORD i = 0; i < blocks.size(); ++i) {
+        BLOCK& block = blocks[i];
+        if (i == which) {
+            block.data = changed.data;
+            block.size = changed.size;
+        } else {
+            block.kept = container.read(i, block.size);
+            block.data = block.kept.get();
+        }
+        file_size += block.size;
+    }
+    if (container.state() == CONTAINER_STATE::UNREADABLE || file_size > LARGEST_WRITTEN) {
+        return refuse_to_write(path, "the file that is there cannot be read, or the new one would be too large");
+    }
+    if ((state == CONTAINER_STATE::DAMAGED || container.has_more()) && !keep_copy(container, path)) {
+        return refuse_to_write(path, "no copy of the damaged file could be kept");
+    }
+    FIO_REPLACEMENT replacement(path);
+    return replacement.write(build_image(blocks, file_size).bytes()) && replacement.commit();
 }
 
 }  // namespace
 
 BYTE* PGMDEV_FLASH_INI::read_flash_ini_data(PGMDEV_FLASH_INI_ENUM which, DWORD& size) {
     size = 0;
-    const std::string path = container_path();
-    FIO_STATUS status;
-    if (!FIO_FILE_SYSTEM::exists(path.c_str()) || !FIO_FILE_SYSTEM::status(path.c_str(), &status) ||
-        status.size < SMALLEST_FILE) {
-        return nullptr;
-    }
-    std::ifstream file = open_replaced_file(fio_get_unc_full_path(path), std::ios::ate);
-    if (!file.is_open()) {
-        return nullptr;
-    }
-    // The file may have been replaced since its status was taken. What counts is the one that is open.
-    const std::streamoff length = file.tellg();
-    ENTRY entry;
-    if (length < 0 || !file.seekg(0) || !find_entry(file, static_cast<QWORD>(length), which, entry) ||
-        !file.seekg(entry.offset)) {
-        return nullptr;
-    }
-    auto block = std::make_unique<BYTE[]>(entry.size);
-    if (!read_bytes(file, {block.get(), entry.size})) {
-        return nullptr;
-    }
-    size = entry.size;
-    return block.release();
+    return CONTAINER_FILE(which).read(which, size).release();
 }
 
 bool PGMDEV_FLASH_INI::write_flash_ini_data(PGMDEV_FLASH_INI_ENUM which, BYTE* data, DWORD size) {
@@ -176,24 +266,12 @@ bool PGMDEV_FLASH_INI::write_flash_ini_data(PGMDEV_FLASH_INI_ENUM which, BYTE* d
     }
     PGMDEV_REQUIRE(size == 0 || data != nullptr, "data != NULL", FLASH_INI_FILE);
     PGMDEV_REQUIRE(size != 0 || data == nullptr, "data == NULL", FLASH_INI_FILE);
-    if (is_withheld(container_path())) {
-        return false;
+    // Writers of other blocks wait, so that each keeps what the other has written.
+    constexpr std::chrono::seconds PATIENCE{10};
+    const std::string path = container_path();
+    const DIRECTORY_LOCK lock(fio_get_unc_full_path(path).parent_path(), PATIENCE);
+    if (lock.is_taken()) {
+        return refuse_to_write(path, "another process has been writing for 10 seconds");
     }
-
-    std::array<BLOCK, PGMDEV_FLASH_INI_MAX> blocks;
-    QWORD file_size = HEAD_SIZE + ENTRY_SIZE * PGMDEV_FLASH_INI_MAX;
-    for (DWORD i = 0; i < blocks.size(); ++i) {
-        BLOCK& block = blocks[i];
-        block.kept.reset(read_flash_ini_data(static_cast<PGMDEV_FLASH_INI_ENUM>(i), block.size));
-        block.data = block.kept.get();
-        if (i == which) {
-            block = {data, size, nullptr};
-        }
-        file_size += block.size;
-    }
-    if (file_size > LARGEST_WRITTEN) {
-        return false;
-    }
-    FIO_REPLACEMENT replacement(container_path());
-    return replacement.write(build_image(blocks, file_size).bytes()) && replacement.commit();
+    return replace_block(path, which, {data, size, nullptr});
 }

@@ -1,12 +1,11 @@
 #include "source/note_lines.h"
 
 #include <algorithm>
-#include <fstream>
 #include <optional>
-#include <sstream>
 
+#include "file_reader.h"
 #include "fio.h"
-#include "replaced_file.h"
+#include "text_lines.h"
 
 namespace {
 
@@ -15,14 +14,10 @@ constexpr std::size_t LONGEST_LINE = 4096;
 constexpr const char* BLANKS = " \t\r";
 
 std::optional<std::string> text_of(const std::string& file) {
-    std::ifstream input = open_replaced_file(fio_get_unc_full_path(FIO_PATH(file).fullpath()));
-    std::string text(LARGEST_NOTES + 1, '\0');
-    input.read(text.data(), static_cast<std::streamsize>(text.size()));
-    if (!input.is_open() || input.bad() || !input.eof()) {
-        return std::nullopt;
-    }
-    text.resize(static_cast<std::size_t>(input.gcount()));
-    return text;
+    std::string text;
+    const READ_RESULT result =
+        read_whole_file(fio_get_unc_full_path(FIO_PATH(file).fullpath()), LARGEST_NOTES, FILE_KINDS::STREAMS_TOO, text);
+    return result == READ_RESULT::READ ? std::optional(std::move(text)) : std::nullopt;
 }
 
 PGMDEV_TABLE_FAULT fault_at(DWORD line, std::size_t column, std::string expected) {
@@ -125,14 +120,14 @@ std::vector<NOTE_LINE> read_note_lines(const std::string& file, std::span<const 
         faults.push_back(fault_at(0, 0, "a text file that can be read, of at most 1 MiB"));
         return lines;
     }
-    std::istringstream input(*text);
     bool heading = true;
     DWORD number = 0;
-    for (std::string raw; std::getline(input, raw);) {
+    for_each_line(*text, [&](std::string_view whole) {
         ++number;
+        const std::string raw(whole);
         const std::size_t begin = raw.find_first_not_of(BLANKS);
         if (begin == std::string::npos || raw[begin] == '#') {
-            continue;
+            return;
         }
         NOTE_LINE line{number, {}, {}};
         CELL_READER cells(raw, line);
@@ -148,7 +143,7 @@ std::vector<NOTE_LINE> read_note_lines(const std::string& file, std::span<const 
             lines.push_back(std::move(line));
         }
         heading = false;
-    }
+    });
     if (heading) {
         faults.push_back(fault_at(0, 0, "the names of the columns: " + names_of(columns)));
     }

@@ -1,35 +1,19 @@
 #include "source/table.h"
 
-#include <array>
-#include <fstream>
-#include <sstream>
 #include <string_view>
 
+#include "file_reader.h"
 #include "gen.h"
 #include "qtl.h"
+#include "text_lines.h"
 
 namespace {
 
 constexpr const char* CELL_SEPARATORS = " \t\n,";
 
-/// No table that people maintain comes near; a device that never ends does.
-constexpr std::size_t LARGEST_SOURCE = std::size_t{1} << 30;
-
-/// The text of a file, which may be a pipe; empty and not readable when it cannot be read to its end or is too large.
-std::string read_bounded(const FIO_PATH& path, bool& readable) {
-    std::ifstream file(fio_get_unc_full_path(path.fullpath()), std::ios::binary);
-    std::string text;
-    std::array<char, 1 << 16> chunk{};
-    do {
-        file.read(chunk.data(), chunk.size());
-        text.append(chunk.data(), static_cast<std::size_t>(file.gcount()));
-    } while (file.good() && text.size() <= LARGEST_SOURCE);
-    readable = file.is_open() && file.eof() && !file.bad() && text.size() <= LARGEST_SOURCE;
-    if (!readable) {
-        text.clear();
-    }
-    return text;
-}
+// No table that people maintain comes near; what never ends, or was made to take all memory, does.
+constexpr std::size_t LARGEST_SOURCE = std::size_t{1} << 26;
+constexpr std::size_t MOST_SOURCE_CELLS = std::size_t{1} << 22;
 
 /// Where the cells that the tokenizer found begin: they come in order, with only separators between them.
 std::vector<DWORD> columns_of(const std::string& line, const std::vector<std::string>& cells, std::size_t offset,
@@ -47,23 +31,48 @@ std::vector<DWORD> columns_of(const std::string& line, const std::vector<std::st
     return columns;
 }
 
+bool separates(char c) {
+    return std::string_view(CELL_SEPARATORS).find(c) != std::string_view::npos;
+}
+
+/// How many cells a line has, at most.
+std::size_t most_cells(std::string_view line, bool keep_empty) {
+    std::size_t count = 1;
+    for (std::size_t i = 1; i < line.size(); ++i) {
+        count += separates(line[i]) && (keep_empty || !separates(line[i - 1])) ? 1U : 0U;
+    }
+    return count;
+}
+
 }  // namespace
 
 std::vector<SOURCE_LINE> read_source_table(const FIO_PATH& path, bool keep_empty, bool& readable) {
-    std::istringstream input(read_bounded(path, readable));
-    QTL_TOKENIZER tokenizer(CELL_SEPARATORS, keep_empty, "", "", "", false);
+    std::string text;
+    readable = read_whole_file(fio_get_unc_full_path(path.fullpath()), LARGEST_SOURCE, FILE_KINDS::STREAMS_TOO, text) ==
+               READ_RESULT::READ;
+    const QTL_TOKENIZER tokenizer(CELL_SEPARATORS, keep_empty, "", "", "", false);
     std::vector<SOURCE_LINE> lines;
     DWORD number = 0;
-    for (std::string raw; std::getline(input, raw);) {
+    std::size_t cell_count = 0;
+    for_each_line(text, [&](std::string_view whole) {
         ++number;
+        cell_count += most_cells(whole, keep_empty);
+        readable = readable && cell_count <= MOST_SOURCE_CELLS;
+        if (!readable) {
+            return;
+        }
+        const std::string raw(whole);
         const std::string line = gen_remove_leading_and_trailing_white_spaces(raw);
         if (line.empty()) {
-            continue;
+            return;
         }
         std::vector<std::string> cells = tokenizer.tokenize(line);
         const std::size_t begin = raw.find(line);
         std::vector<DWORD> columns = columns_of(line, cells, begin, keep_empty);
         lines.push_back({number, raw.size(), static_cast<DWORD>(begin + 1), std::move(cells), std::move(columns)});
+    });
+    if (!readable) {
+        lines.clear();
     }
     return lines;
 }

@@ -19,6 +19,6 @@ struct SOURCE_LINE {
 };
 
 /// Reads a source table: lines end at line feeds, the last one also without; white space around a line does not count,
-/// lines without anything else are left out. `readable` tells whether the file could be read to its end; an unreadable
-/// one reads as empty. With `keep_empty` every separator ends a cell, otherwise empty cells are dropped.
+/// lines without anything else are left out. `readable` tells whether the file could be read to its end and keeps to the
+/// limits, 64 MiB and about 4 million cells; one that is not so reads as empty. With `keep_empty` every separator ends a cell, otherwise empty cells are dropped.
 std::vector<SOURCE_LINE> read_source_table(const FIO_PATH& path, bool keep_empty, bool& readable);

@@ -258,4 +258,17 @@ TEST(FlashIniCodec, ValuesAsText) {
     EXPECT_EQ(text(5, false), "737894400291");
 }
 
+TEST(FlashIniCodec, SizesThatDoNotFitAreReported) {
+    DWORD size = 0xFFFFFFFE;
+    BYTE byte = 0;
+    std::string text;
+    PGMDEV_FLASH_INI::calculate_flash_ini_data_size(size, PGMDEV_PARAM_BYTE, &byte);
+    EXPECT_EQ(size, 0xFFFFFFFFU);
+    EXPECT_REPORT(PGMDEV_FLASH_INI::calculate_flash_ini_data_size(size, PGMDEV_PARAM_BYTE, &byte),
+                  "size <= 0xFFFFFFFF");
+    EXPECT_REPORT(PGMDEV_FLASH_INI::calculate_flash_ini_data_size(size, PGMDEV_PARAM_STRING, &text),
+                  "size <= 0xFFFFFFFF");
+    EXPECT_EQ(size, 0xFFFFFFFFU);
+}
+
 }  // namespace

@@ -4,7 +4,6 @@
 
 #include <algorithm>
 #include <array>
-#include <fstream>
 #include <iterator>
 #include <optional>
 #include <set>
@@ -15,6 +14,7 @@
 
 #include "configuration/environment.h"
 #include "configuration/keys.h"
+#include "file_reader.h"
 #include "files/inspection.h"
 #include "files/origins.h"
 #include "fio.h"
@@ -24,7 +24,9 @@
 #include "terminal/failure.h"
 #include "terminal/given_options.h"
 #include "terminal/quiet.h"
+#include "terminal/standard_error.h"
 #include "terminal/text_table.h"
+#include "text_lines.h"
 
 namespace {
 
@@ -98,7 +100,7 @@ public:
     void add(const std::string& place, const std::string& fault) {
         const std::string text = fmt::format("{}: {}", place, fault);
         if (!is_quiet() && m_told.insert(text).second) {
-            fmt::print(stderr, "pgmdev: warning: {}\n", printable(text));
+            print_error("pgmdev: warning: {}\n", printable(text));
         }
     }
 
@@ -133,20 +135,31 @@ void add_file_settings(const PLACE& place, std::vector<SETTING>& settings, WARNI
                                "make it readable, or name another one with TESSARY_CONFIG_FILE",
                                {}});
     }
-    std::ifstream file(fio_get_unc_full_path(place.path), std::ios::binary);
+    constexpr std::size_t LARGEST_CONFIGURATION = std::size_t{1} << 20;
+    std::string contents;
+    if (read_whole_file(fio_get_unc_full_path(place.path), LARGEST_CONFIGURATION, FILE_KINDS::REGULAR, contents) !=
+        READ_RESULT::READ) {
+        throw COMMAND_FAILURE({FAILURE_CODE::CONFIGURATION_UNREADABLE,
+                               "the configuration file cannot be read to its end, or is larger than 1 MiB",
+                               place.path,
+                               place.tried,
+                               "make it readable, or name another one with TESSARY_CONFIG_FILE",
+                               {}});
+    }
     std::size_t number = 0;
-    for (std::string line; std::getline(file, line);) {
+    for_each_line(contents, [&](std::string_view whole) {
+        const std::string line(whole);
         const std::string where = fmt::format("{}:{}", place.path, ++number);
         const std::string text = gen_remove_leading_and_trailing_white_spaces(line);
         if (text.empty() || text.starts_with('#')) {
-            continue;
+            return;
         }
         if (const auto assignment = assignment_of(text)) {
             settings.push_back({SETTING::FILE, where, assignment->first, assignment->second});
         } else {
             warnings.add(where, fmt::format("\"{}\" is no assignment: expected KEY = VALUE", text));
         }
-    }
+    });
 }
 
 }  // namespace

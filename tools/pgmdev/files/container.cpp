@@ -10,6 +10,7 @@
 #include "pgmdev_flash_ini.h"
 #include "terminal/failure.h"
 #include "terminal/quiet.h"
+#include "terminal/standard_error.h"
 #include "terminal/text_table.h"
 
 namespace {
@@ -111,6 +112,6 @@ void require_changeable_container() {
 void warn_of_container() {
     const CONTAINER container = examine_container();
     if (!is_quiet() && (container.state == CONTAINER::DAMAGED || container.state == CONTAINER::UNREADABLE)) {
-        fmt::print(stderr, "pgmdev: warning: {}\n", printable(failure_text(failure_of(container, "read"))));
+        print_error("pgmdev: warning: {}\n", printable(failure_text(failure_of(container, "read"))));
     }
 }

@@ -11,6 +11,7 @@ namespace {
 std::vector<std::string> cells_of_line(const std::string& line) {
     std::vector<std::string> cells;
     std::istringstream input(line);
+    input.exceptions(std::ios::badbit);  // a failing allocation is not the end
     for (std::string cell; std::getline(input, cell, ',');) {
         cells.push_back(gen_remove_leading_and_trailing_white_spaces(cell));
     }
@@ -26,6 +27,7 @@ CSV_LINES read_csv_lines(const std::string& path) {
     }
     const std::vector<BYTE> bytes = required_file_bytes(path);
     std::istringstream input(std::string(bytes.begin(), bytes.end()));
+    input.exceptions(std::ios::badbit);  // a failing allocation is not the end
     std::size_t number = 0;
     for (std::string line; std::getline(input, line);) {
         ++number;

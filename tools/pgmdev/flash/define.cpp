@@ -12,6 +12,7 @@
 #include "terminal/library_output.h"
 #include "terminal/quiet.h"
 #include "terminal/screen.h"
+#include "terminal/standard_error.h"
 #include "terminal/text_table.h"
 
 // The verbs that make the encoded text of a flash of one's own.
@@ -21,7 +22,7 @@ namespace {
 constexpr const char* SAVE = "--save";
 
 void tell(const std::string& text) {
-    fmt::print(stderr, "pgmdev: {}\n", printable(text));
+    print_error("pgmdev: {}\n", printable(text));
 }
 
 /// Keeps the text in the configuration, when that is asked for, and tells where. Null: it is not asked for.

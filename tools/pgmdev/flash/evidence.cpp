@@ -32,6 +32,7 @@ std::vector<std::string> sources_of(const std::string& cell) {
     std::vector<std::string> sources;
     const std::size_t colon = cell.find(':');
     std::istringstream keys(colon == std::string::npos ? "" : cell.substr(colon + 1));
+    keys.exceptions(std::ios::badbit);  // a failing allocation is not the end
     for (std::string key; std::getline(keys, key, '+');) {
         sources.push_back(key);
     }

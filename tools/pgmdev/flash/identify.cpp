@@ -117,7 +117,9 @@ void identify_chain(const std::vector<FLASH_QUESTION>& questions, const std::opt
 
 std::vector<LOG_FINDING> findings_of(const std::string& file) {
     if (file == BATCH) {
-        return find_in_log(std::cin);
+        std::vector<LOG_FINDING> findings = find_in_log(std::cin);
+        require_readable_input();
+        return findings;
     }
     std::ifstream log(fio_get_unc_full_path(FIO_PATH(file).fullpath()), std::ios::binary);
     std::vector<LOG_FINDING> findings = find_in_log(log);

@@ -18,6 +18,7 @@
 #include "flash/hex_text.h"
 #include "terminal/command.h"
 #include "terminal/failure.h"
+#include "terminal/input.h"
 
 namespace {
 
@@ -52,6 +53,7 @@ std::string standard_input() {
         std::cin.read(chunk.data(), chunk.size());
         contents.append(chunk.data(), static_cast<std::size_t>(std::cin.gcount()));
     } while (std::cin.good() && contents.size() <= LARGEST_SFDP_DUMP);
+    require_readable_input();
     return contents;
 }
 

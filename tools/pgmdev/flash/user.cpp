@@ -8,6 +8,7 @@
 #include "flash/verbs.h"
 #include "pgmdev_user_flash.h"
 #include "terminal/answer.h"
+#include "terminal/standard_error.h"
 #include "terminal/text_table.h"
 
 namespace {
@@ -17,7 +18,7 @@ constexpr EXIT_CODE REFUSED = EXIT_INTERNAL_ERROR;
 
 void show_faults(const PGMDEV_USER_FLASH& flash) {
     for (const std::string& fault : flash.faults()) {
-        fmt::print(stderr, "pgmdev: the description is refused: {}\n", printable(fault));
+        print_error("pgmdev: the description is refused: {}\n", printable(fault));
     }
 }
 

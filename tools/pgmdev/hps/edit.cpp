@@ -11,6 +11,7 @@
 #include "gen.h"
 #include "hps/edit.h"
 #include "terminal/did_you_mean.h"
+#include "terminal/standard_error.h"
 
 // The lists are read as the managers read them, and written back whole.
 
@@ -196,7 +197,7 @@ bool is_of_user(std::size_t index, std::size_t count, COMMAND& command) {
         return true;
     }
     const bool built_in = index < FLASH::MANAGER::get_mgr()->get_list().size();
-    fmt::print(stderr, "pgmdev: entry {} {}\n", index, built_in ? "is built in and stays" : "does not exist");
+    print_error("pgmdev: entry {} {}\n", index, built_in ? "is built in and stays" : "does not exist");
     command.result = EXIT_NOT_FOUND;
     return false;
 }

@@ -13,6 +13,7 @@
 #include "terminal/json.h"
 #include "terminal/quiet.h"
 #include "terminal/schema.h"
+#include "terminal/standard_error.h"
 
 namespace {
 
@@ -60,7 +61,7 @@ void print_hidden_part(const std::string& device, const std::string& part) {
     fmt::print("{}\n", part);
     if (!is_quiet()) {
         std::fflush(stdout);
-        fmt::print(stderr, "pgmdev: note: the device \"{}\" has hidden parts only\n", device);
+        print_error("pgmdev: note: the device \"{}\" has hidden parts only\n", device);
     }
 }
 

@@ -9,6 +9,7 @@
 #include "files/origins.h"
 #include "files/output.h"
 #include "gen.h"
+#include "terminal/standard_error.h"
 
 namespace {
 
@@ -74,7 +75,7 @@ JSON block_schema() {
 }
 
 void report_absent(PGMDEV_FLASH_INI_ENUM which, COMMAND& command) {
-    fmt::print(stderr, "pgmdev: {}/pgm_flash.ini holds no block \"{}\"\n", gen_get_module_path(), block_name(which));
+    print_error("pgmdev: {}/pgm_flash.ini holds no block \"{}\"\n", gen_get_module_path(), block_name(which));
     command.result = EXIT_NOT_FOUND;
 }
 

@@ -10,6 +10,7 @@
 #include "gen.h"
 #include "tables/file_bytes.h"
 #include "terminal/schema.h"
+#include "terminal/standard_error.h"
 #include "terminal/text_table.h"
 
 namespace {
@@ -54,6 +55,7 @@ ACCEPTED_WARNINGS read_accepted_warnings(const std::string& csv_file) {
     accepted.file = path;
     const std::vector<BYTE> bytes = required_file_bytes(path);
     std::istringstream input(std::string(bytes.begin(), bytes.end()));
+    input.exceptions(std::ios::badbit);  // a failing allocation is not the end
     std::size_t number = 0;
     for (std::string line; std::getline(input, line);) {
         ++number;
@@ -116,10 +118,10 @@ JSON unused_schema() {
 
 void print_leftovers(const ACCEPTED_WARNINGS& accepted) {
     for (const std::size_t line : accepted.malformed) {
-        fmt::print(stderr, "{}:{}: fault: expected ROW MEMBER TEXT # WHY, or * for any text\n", accepted.file, line);
+        print_error("{}:{}: fault: expected ROW MEMBER TEXT # WHY, or * for any text\n", accepted.file, line);
     }
     for (const ACCEPTED_WARNING& entry : unused_entries(accepted)) {
-        fmt::print(stderr, "{}:{}: warning: not used: there is no such warning: {} {} {}\n", accepted.file, entry.line,
-                   printable(entry.row), printable(entry.member), printable(entry.text));
+        print_error("{}:{}: warning: not used: there is no such warning: {} {} {}\n", accepted.file, entry.line,
+                    printable(entry.row), printable(entry.member), printable(entry.text));
     }
 }

@@ -8,6 +8,7 @@
 #include "tables/packed_file.h"
 #include "tables/packed_payload.h"
 #include "terminal/schema.h"
+#include "terminal/standard_error.h"
 #include "terminal/text_table.h"
 
 namespace {
@@ -83,7 +84,7 @@ void annotate_database(const std::string& pcf_file, std::vector<BYTE> bytes, con
         if (check.outcome == TABLE_CHECK::FAILED) {
             command.result = EXIT_INTERNAL_ERROR;
             faults.push_back({{"check", check.name}, {"detail", check.detail}});
-            fmt::print(stderr, "pgmdev: {}: {}: {}\n", pcf_file, check.name, printable(check.detail));
+            print_error("pgmdev: {}: {}: {}\n", pcf_file, check.name, printable(check.detail));
         }
     }
     if (command.json) {

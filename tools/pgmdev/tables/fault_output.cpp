@@ -3,6 +3,7 @@
 #include <fmt/core.h>
 
 #include "terminal/schema.h"
+#include "terminal/standard_error.h"
 #include "terminal/text_table.h"
 
 JSON fault_json(const PGMDEV_TABLE_FAULT& fault, const std::string& row_key) {
@@ -38,6 +39,6 @@ JSON faults_json(const std::vector<PGMDEV_TABLE_FAULT>& faults, const std::strin
 void print_faults(const std::vector<PGMDEV_TABLE_FAULT>& faults, const std::string& csv_file,
                   std::string (*describe)(const PGMDEV_TABLE_FAULT&, const std::string&)) {
     for (const PGMDEV_TABLE_FAULT& fault : faults) {
-        fmt::print(stderr, "{}\n", printable(describe(fault, csv_file)));
+        print_error("{}\n", printable(describe(fault, csv_file)));
     }
 }

@@ -2,11 +2,11 @@
 
 #include <fmt/core.h>
 
-#include <array>
 #include <fstream>
 #include <memory>
 #include <string_view>
 
+#include "file_reader.h"
 #include "files/inspection.h"
 #include "fio.h"
 #include "pgm_common.h"
@@ -16,7 +16,7 @@
 namespace {
 
 /// No database that people maintain comes near; a device that never ends does.
-constexpr std::size_t LARGEST_FILE = std::size_t{1} << 30;
+constexpr std::size_t LARGEST_FILE = std::size_t{1} << 28;
 
 /// What the magics of all packed databases begin with.
 constexpr std::string_view PACKED_BEGINNING = "PGMIO_";
@@ -24,17 +24,12 @@ constexpr std::string_view PACKED_BEGINNING = "PGMIO_";
 }  // namespace
 
 std::optional<std::vector<BYTE>> file_bytes(const std::string& path) {
-    std::ifstream file = open_replaced_file(fio_get_unc_full_path(FIO_PATH(path).fullpath()));
-    std::vector<BYTE> bytes;
-    std::array<char, 1 << 16> chunk{};
-    do {
-        file.read(chunk.data(), chunk.size());
-        bytes.insert(bytes.end(), chunk.data(), chunk.data() + file.gcount());
-    } while (file.good() && bytes.size() <= LARGEST_FILE);
-    if (!file.is_open() || !file.eof() || file.bad() || bytes.size() > LARGEST_FILE) {
+    std::string text;
+    if (read_whole_file(fio_get_unc_full_path(FIO_PATH(path).fullpath()), LARGEST_FILE, FILE_KINDS::STREAMS_TOO,
+                        text) != READ_RESULT::READ) {
         return std::nullopt;
     }
-    return bytes;
+    return std::vector<BYTE>(text.begin(), text.end());
 }
 
 std::vector<BYTE> required_file_bytes(const std::string& path) {

@@ -54,6 +54,7 @@ bool take(const std::string& text, QWORD& value) {
 /// Reads a text. Keys that are not known are left to those who know them; false when one is missing or has no value.
 bool parse(const std::vector<BYTE>& bytes, DATABASE_INFO& info) {
     std::istringstream input(std::string(bytes.begin(), bytes.end()));
+    input.exceptions(std::ios::badbit);  // a failing allocation is not the end
     std::size_t taken = 0;
     for (std::string line; std::getline(input, line);) {
         const std::size_t equals = line.find('=');

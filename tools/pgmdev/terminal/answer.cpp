@@ -4,11 +4,12 @@
 
 #include <algorithm>
 #include <cstdio>
-#include <iostream>
 
 #include "gen.h"
 #include "terminal/did_you_mean.h"
 #include "terminal/failure.h"
+#include "terminal/input.h"
+#include "terminal/standard_error.h"
 #include "terminal/text_table.h"
 
 namespace {
@@ -35,7 +36,7 @@ void give(const JSON& query, const ANSWER& answer, bool batch, COMMAND& command)
         count(answer.when_missing, command);
     }
     if (!answer.found && !answer.missing.empty()) {
-        fmt::print(stderr, "pgmdev: {}{}\n", printable(answer.missing), printable(did_you_mean(answer.candidates)));
+        print_error("pgmdev: {}{}\n", printable(answer.missing), printable(did_you_mean(answer.candidates)));
     }
     if (command.json) {
         print_json_answer(answer_json(query, answer), batch);
@@ -48,7 +49,7 @@ void give(const JSON& query, const ANSWER& answer, bool batch, COMMAND& command)
 /// A line that could not be answered.
 void give_failure(const std::string& query, const FAILURE& failure, EXIT_CODE result, COMMAND& command) {
     count(result, command);
-    fmt::print(stderr, "pgmdev: {}\n", printable(failure_text(failure)));
+    print_error("pgmdev: {}\n", printable(failure_text(failure)));
     if (command.json) {
         print_json_line({{"query", query}, {"found", false}, {"error", failure_json(failure)}});
     }
@@ -84,7 +85,7 @@ void answer_each(const std::string& argument, COMMAND& command,
         give_answer(argument, answer(gen_remove_leading_and_trailing_white_spaces(argument)), command);
         return;
     }
-    for (std::string line; std::getline(std::cin, line);) {
+    for (std::string line; read_input_line(line);) {
         if (line.ends_with('\r')) {
             line.pop_back();  // of a text file from Windows
         }

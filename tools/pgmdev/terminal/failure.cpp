@@ -4,6 +4,7 @@
 
 #include <array>
 
+#include "terminal/standard_error.h"
 #include "terminal/text_table.h"
 
 namespace {
@@ -109,9 +110,9 @@ std::string failure_text(const FAILURE& failure) {
 
 void tell_failure(const FAILURE& failure, bool json) {
     for (const FIELD_FAULT& fault : failure.faults) {
-        fmt::print(stderr, "pgmdev: {}\n", printable(fault_text(fault)));
+        print_error("pgmdev: {}\n", printable(fault_text(fault)));
     }
-    fmt::print(stderr, "pgmdev: {}\n", printable(failure_text(failure)));
+    print_error("pgmdev: {}\n", printable(failure_text(failure)));
     if (json) {
         print_json_line({{"error", failure_json(failure)}});
     }

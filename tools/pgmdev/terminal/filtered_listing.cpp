@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "gen.h"
+#include "terminal/standard_error.h"
 #include "terminal/wildcard.h"
 
 namespace {
@@ -35,7 +36,7 @@ void print_filtered_listing(const JSON& row, const std::vector<JSON>& rows, cons
                             const std::function<std::string()>& missing, const ARGUMENTS& given, COMMAND& command) {
     if (rows.empty()) {
         command.result = EXIT_NOT_FOUND;
-        fmt::print(stderr, "pgmdev: {}\n", printable(missing()));
+        print_error("pgmdev: {}\n", printable(missing()));
         if (!command.json && !given.has("--csv")) {
             return;  // people need no heading above nothing
         }

@@ -2,12 +2,14 @@
 
 #include <fmt/core.h>
 
+#include <cstdio>
 #include <iostream>
 #include <string_view>
 
 #include "gen.h"
 #include "pgm_common.h"
 #include "terminal/command.h"
+#include "terminal/failure.h"
 
 namespace {
 
@@ -16,6 +18,12 @@ int hex_digit(char c) {
     const char lower = c >= 'A' && c <= 'F' ? static_cast<char>(c - 'A' + 'a') : c;
     const std::size_t value = DIGITS.find(lower);
     return value == std::string_view::npos ? -1 : static_cast<int>(value);
+}
+
+constexpr std::size_t LONGEST_INPUT_LINE = std::size_t{1} << 16;
+
+COMMAND_FAILURE unreadable_input(const char* message) {
+    return COMMAND_FAILURE({FAILURE_CODE::FILE_UNREADABLE, message, "-", {}, "name an input that can be read", {}});
 }
 
 bool sets_apart(char c) {
@@ -62,8 +70,36 @@ DWORD parse_dword(const std::string& text, std::string_view what) {
     return number;
 }
 
+void require_readable_input() {
+    if (std::ferror(stdin) != 0 || std::cin.bad()) {
+        std::clearerr(stdin);
+        throw unreadable_input("standard input cannot be read to its end");
+    }
+}
+
+bool read_input_line(std::string& line) {
+    using TRAITS = std::streambuf::traits_type;
+    line.clear();
+    std::streambuf& input = *std::cin.rdbuf();
+    for (;;) {
+        const auto next = input.sbumpc();
+        if (TRAITS::eq_int_type(next, TRAITS::eof())) {
+            require_readable_input();
+            return !line.empty();
+        }
+        const char c = TRAITS::to_char_type(next);
+        if (c == '\n') {
+            return true;
+        }
+        if (line.size() == LONGEST_INPUT_LINE) {
+            throw unreadable_input("standard input has a line of more than 65536 characters");
+        }
+        line += c;
+    }
+}
+
 void for_each_input_line(const std::function<void(const std::string&)>& use) {
-    for (std::string line; std::getline(std::cin, line);) {
+    for (std::string line; read_input_line(line);) {
         const std::string item = gen_remove_leading_and_trailing_white_spaces(line);
         if (!item.empty()) {
             use(item);

@@ -24,6 +24,13 @@ ID_RESPONSE parse_id_response(const std::string& text);
 /// is not `what`.
 DWORD parse_dword(const std::string& text, std::string_view what);
 
+/// Reads the next line of standard input; false at its end. An input that cannot be read, and a line that is longer than
+/// any question, throw COMMAND_FAILURE.
+bool read_input_line(std::string& line);
+
+/// Throws COMMAND_FAILURE when standard input has ended because it could not be read.
+void require_readable_input();
+
 /// Calls `use` for each line of standard input that holds more than white space, without the white space around it.
 void for_each_input_line(const std::function<void(const std::string&)>& use);
 

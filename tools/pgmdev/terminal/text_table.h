@@ -3,7 +3,8 @@
 #include <string>
 #include <vector>
 
-/// The text with its control characters shown as \xNN: what comes from a file must not command the terminal.
+/// The text with its control characters, those that change the direction of writing, and what is no UTF-8 shown as \xNN:
+/// what comes from a file must not command the terminal.
 std::string printable(const std::string& text);
 
 /// A table for people: columns as wide as their widest cell, two blanks between them, control characters shown as \xNN.

@@ -1,0 +1,35 @@
+#include "directory_lock.h"
+
+#include <windows.h>
+
+// A file that only one may have open, and that goes when it is closed.
+DIRECTORY_LOCK::DIRECTORY_LOCK(const std::filesystem::path& directory, std::chrono::milliseconds patience) {
+    constexpr DWORD PAUSE = 5;  // milliseconds
+    const std::filesystem::path file = directory / L".tessary-lock";
+    const auto end = std::chrono::steady_clock::now() + patience;
+    for (;;) {
+        const HANDLE handle = CreateFileW(file.c_str(), GENERIC_WRITE | DELETE, 0, nullptr, OPEN_ALWAYS,
+                                          FILE_ATTRIBUTE_HIDDEN | FILE_FLAG_DELETE_ON_CLOSE, nullptr);
+        if (handle != INVALID_HANDLE_VALUE) {
+            m_handle = reinterpret_cast<std::intptr_t>(handle);
+            return;
+        }
+        const DWORD error = GetLastError();
+        // While the last one's file goes, the system denies access to it.
+        const bool denied = error == ERROR_ACCESS_DENIED && GetFileAttributesW(file.c_str()) != INVALID_FILE_ATTRIBUTES;
+        if (error != ERROR_SHARING_VIOLATION && !denied) {
+            return;
+        }
+        if (std::chrono::steady_clock::now() >= end) {
+            m_taken = true;
+            return;
+        }
+        Sleep(PAUSE);
+    }
+}
+
+DIRECTORY_LOCK::~DIRECTORY_LOCK() {
+    if (m_handle != NONE) {
+        CloseHandle(reinterpret_cast<HANDLE>(m_handle));  // NOLINT(performance-no-int-to-ptr): what a handle is
+    }
+}

@@ -1,0 +1,18 @@
+#pragma once
+
+/// \file
+/// A text line by line. Unlike a stream, which takes a failing allocation for its end, this lets every exception pass.
+
+#include <algorithm>
+#include <string_view>
+
+/// Calls `use` for each line, as std::string_view without its line feed; what stands behind the last one counts as a
+/// line unless it is empty.
+template <class USE>
+void for_each_line(std::string_view text, USE use) {
+    while (!text.empty()) {
+        const std::size_t end = std::min(text.find('\n'), text.size());
+        use(text.substr(0, end));
+        text.remove_prefix(std::min(end + 1, text.size()));
+    }
+}

@@ -1,0 +1,159 @@
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <csignal>
+
+#include "faults/every_fault.h"
+#include "pgmdev/parameters/fixture.h"
+
+// The parameter container on a system that fails: a block is never lost, and the result is the truth.
+
+namespace {
+
+namespace ref = ini_reference;
+
+const ref::BLOCKS BLOCKS{"first", "second", "third"};
+const ref::BLOCKS CHANGED{"first", "new", "third"};
+
+class ContainerFaults : public testing::Test {
+protected:
+    void prepare() const { m_directory.write_file(ref::file(BLOCKS)); }
+
+    /// Old or new, as the result says; nothing else in the directory; and the next call works.
+    void judge(bool result) const {
+        EXPECT_EQ(m_directory.file(), ref::file(result ? CHANGED : BLOCKS));
+        EXPECT_EQ(m_directory.scratch().file_count(), 1U);
+        EXPECT_TRUE(FLASH_INI_DIRECTORY::write(1, "new"));
+        EXPECT_EQ(m_directory.file(), ref::file(CHANGED));
+    }
+
+    FLASH_INI_DIRECTORY m_directory;
+};
+
+TEST_F(ContainerFaults, NoFailingCallLosesABlock) {
+    for (const int error : {EIO, EMFILE, ENOSPC, EACCES, EINTR}) {
+        with_each_call_failing<bool>(
+            error, [this] { prepare(); }, [] { return FLASH_INI_DIRECTORY::write(1, "new"); },
+            [this](bool result, const char* /*call*/) { judge(result); });
+    }
+}
+
+TEST_F(ContainerFaults, NoFailingAllocationLosesABlock) {
+    bool result = false;
+    with_each_allocation_failing(
+        [&] {
+            prepare();
+            result = false;
+        },
+        [&] {
+            BYTE bytes[] = {'n', 'e', 'w'};
+            result = PGMDEV_FLASH_INI::write_flash_ini_data(PGMDEV_FLASH_INI_HPS_SPI, bytes, sizeof bytes);
+        },
+        [&](bool /*ended*/) { judge(result); });
+}
+
+TEST_F(ContainerFaults, NoDescriptorsFromSomePointOn) {
+    for (std::size_t number = 1; number < 40; ++number) {
+        prepare();
+        bool result = false;
+        {
+            const FAILING_CALL fault(number, EMFILE, true);
+            result = FLASH_INI_DIRECTORY::write(1, "new");
+        }
+        EXPECT_EQ(m_directory.file(), ref::file(result ? CHANGED : BLOCKS)) << number;
+    }
+}
+
+TEST_F(ContainerFaults, InterruptedAndShortCallsAreContinued) {
+    prepare();
+    bool written = false;
+    std::optional<std::string> read;
+    {
+        const SLOW_CALLS slow;
+        written = FLASH_INI_DIRECTORY::write(1, "new");
+        read = FLASH_INI_DIRECTORY::read(2);
+    }
+    EXPECT_TRUE(written);
+    EXPECT_EQ(read, "third");
+    EXPECT_EQ(m_directory.file(), ref::file(CHANGED));
+}
+
+TEST_F(ContainerFaults, ABlockIsReadWholeOrNotAtAll) {
+    for (const int error : {EIO, EMFILE, EINTR}) {
+        with_each_call_failing<std::optional<std::string>>(
+            error, [this] { prepare(); }, [] { return FLASH_INI_DIRECTORY::read(1); },
+            [](const std::optional<std::string>& block, const char* call) {
+                EXPECT_TRUE(!block || block == "second");
+                EXPECT_TRUE(*call != '\0' || block.has_value());
+            });
+    }
+}
+
+TEST_F(ContainerFaults, CopyOfADamagedContainerIsKept) {
+    const std::string damaged = ref::file(BLOCKS) + "garbage";
+    m_directory.write_file(damaged);
+    ASSERT_TRUE(FLASH_INI_DIRECTORY::write(1, "new"));
+    EXPECT_EQ(m_directory.file(), ref::file({std::nullopt, "new", std::nullopt}));
+    EXPECT_EQ(read_file(m_directory.scratch().directory() / "pgm_flash.ini.bak"), damaged);
+}
+
+TEST_F(ContainerFaults, DamagedContainerWithoutACopyStays) {
+    const std::string damaged = ref::file(BLOCKS) + "garbage";
+    with_each_call_failing<bool>(
+        EIO,
+        [&] {
+            std::filesystem::remove(m_directory.scratch().directory() / "pgm_flash.ini.bak");
+            m_directory.write_file(damaged);
+        },
+        [] { return FLASH_INI_DIRECTORY::write(1, "new"); },
+        [&](bool result, const char* /*call*/) {
+            EXPECT_EQ(m_directory.file(), result ? ref::file({std::nullopt, "new", std::nullopt}) : damaged);
+            const std::filesystem::path copy = m_directory.scratch().directory() / "pgm_flash.ini.bak";
+            EXPECT_TRUE(!result || read_file(copy) == damaged);
+        });
+}
+
+/// Processes that write a block each, again and again.
+TEST_F(ContainerFaults, TwoWritersKeepEachOthersBlocks) {
+    constexpr int ROUNDS = 50;
+    std::array<pid_t, 3> writers{};
+    for (unsigned which = 0; which < writers.size(); ++which) {
+        writers.at(which) = ::fork();
+        if (writers.at(which) == 0) {
+            bool good = true;
+            for (int round = 0; round < ROUNDS; ++round) {
+                const std::string block(static_cast<std::size_t>(round % 7 + 1), static_cast<char>('a' + which));
+                good = FLASH_INI_DIRECTORY::write(which, block) && FLASH_INI_DIRECTORY::read(which) == block && good;
+            }
+            ::_exit(good ? 0 : 1);
+        }
+    }
+    for (const pid_t writer : writers) {
+        int status = -1;
+        EXPECT_EQ(::waitpid(writer, &status, 0), writer);
+        EXPECT_EQ(status, 0);
+    }
+    EXPECT_EQ(m_directory.scratch().file_count(), 1U);
+}
+
+TEST_F(ContainerFaults, KilledWritersLeaveOldOrNew) {
+    constexpr int KILLS = 60;
+    prepare();
+    for (int kill = 0; kill < KILLS; ++kill) {
+        const pid_t writer = ::fork();
+        if (writer == 0) {
+            for (;;) {
+                FLASH_INI_DIRECTORY::write(1, "new");
+                FLASH_INI_DIRECTORY::write(1, "second");
+            }
+        }
+        ::usleep(static_cast<useconds_t>(500 + 137 * kill));
+        ::kill(writer, SIGKILL);
+        ::waitpid(writer, nullptr, 0);
+        const std::string file = m_directory.file();
+        ASSERT_TRUE(file == ref::file(BLOCKS) || file == ref::file(CHANGED)) << testing::PrintToString(file);
+    }
+    EXPECT_TRUE(FLASH_INI_DIRECTORY::write(1, "after"));  // the lock went with its holder
+}
+
+}  // namespace

@@ -1,0 +1,51 @@
+#include <gtest/gtest.h>
+
+#include "support/process.h"
+
+// How the binaries are protected against what would make a fault of theirs worse.
+
+namespace {
+
+std::string told_of(const std::string& file, const std::string& options) {
+    const PROCESS_RESULT result = run_process({{"/usr/bin/env", "readelf", options, file}, "", {}, {}});
+    EXPECT_EQ(result.exit_code, 0) << result.errors;
+    return result.output;
+}
+
+bool has(const std::string& text, const std::string& part) {
+    return text.find(part) != std::string::npos;
+}
+
+class Hardening : public testing::TestWithParam<const char*> {};
+
+TEST_P(Hardening, AddressesAreFixedBeforeTheProgramRuns) {
+    EXPECT_TRUE(has(told_of(GetParam(), "-lW"), "GNU_RELRO"));
+    const std::string dynamic = told_of(GetParam(), "-dW");
+    EXPECT_TRUE(has(dynamic, "BIND_NOW") || has(dynamic, "NOW")) << dynamic;
+    EXPECT_TRUE(has(told_of(GetParam(), "-hW"), "DYN "));  // a library, or a program that can be loaded anywhere
+}
+
+TEST_P(Hardening, TheStackIsNotExecutable) {
+    const std::string segments = told_of(GetParam(), "-lW");
+    const std::size_t stack = segments.find("GNU_STACK");
+    ASSERT_NE(stack, std::string::npos);
+    EXPECT_FALSE(has(segments.substr(stack, segments.find('\n', stack) - stack), "RWE"));
+}
+
+/// An empty element of a run path is the current directory: whoever may write there could be loaded.
+TEST_P(Hardening, RunPathsBeginWhereTheBinaryIs) {
+    const std::string dynamic = told_of(GetParam(), "-dW");
+    const std::size_t begin = dynamic.find("runpath: [");
+    if (begin == std::string::npos) {
+        return;  // it loads nothing of ours
+    }
+    std::string path = dynamic.substr(begin + 10, dynamic.find(']', begin) - begin - 10) + ":";
+    for (std::size_t end = 0; (end = path.find(':')) != std::string::npos; path.erase(0, end + 1)) {
+        EXPECT_EQ(path.compare(0, 7, "$ORIGIN"), 0) << dynamic;
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Shipped, Hardening,
+                         testing::Values(TEST_COMMAND, TEST_LIBRARY, TEST_HOST_LIBRARY, TEST_GENERATOR));
+
+}  // namespace

@@ -1,0 +1,56 @@
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+
+#include "support/process.h"
+#include "support/scratch.h"
+
+// Programs whose standard streams are closed or full: they end by themselves, and their exit code is the truth.
+
+namespace {
+
+/// What a shell makes of a command line; $P is the command pgmdev, $G the generator.
+int exit_code_of(const std::string& line) {
+    PROCESS process{{"/bin/sh", "-c", line}, "", {{"P", TEST_COMMAND}, {"G", TEST_GENERATOR}}, {}};
+    return run_process(process).exit_code;
+}
+
+TEST(StreamFaults, EveryCombinationOfClosedAndFullStreams) {
+    for (const std::string error : {"", "2>&-", "2>/dev/full"}) {
+        for (const std::string output : {"", ">&-", ">/dev/full"}) {
+            for (const std::string input : {"</dev/null", "<&-"}) {
+                const std::string streams = " " + input + " " + output + " " + error;
+                SCOPED_TRACE(streams);
+                const int answered = output.empty() ? 0 : 3;
+                EXPECT_EQ(exit_code_of("$P flash list" + streams), answered);
+                EXPECT_EQ(exit_code_of("$P --help" + streams), answered);
+                EXPECT_EQ(exit_code_of("$P --version" + streams), answered);
+                EXPECT_EQ(exit_code_of("$P no-such-noun" + streams), 2);
+                EXPECT_EQ(exit_code_of("$P --json no-such-noun" + streams), answered == 0 ? 2 : 3);
+                EXPECT_EQ(exit_code_of("$P flash check /none" + streams), 3);
+                EXPECT_EQ(exit_code_of("$G --help" + streams), answered);
+            }
+        }
+    }
+}
+
+TEST(StreamFaults, StandardInputThatCannotBeReadIsNoEnd) {
+    EXPECT_EQ(exit_code_of("$P part info - </dev/null"), 0);
+    EXPECT_EQ(exit_code_of("$P part info - <&- 2>/dev/null"), 3);
+    EXPECT_EQ(exit_code_of("$P part info - </ 2>/dev/null"), 3);
+    EXPECT_EQ(exit_code_of("$P part info - </dev/zero 2>/dev/null"), 3);
+}
+
+TEST(StreamFaults, OnlyFilesWhereFilesAreMeant) {
+    const SCRATCH scratch;
+    ASSERT_EQ(::mkfifo(scratch.path("pipe").c_str(), 0600), 0);
+    for (const std::string& path : {scratch.path("pipe"), std::string("/dev/zero"), scratch.directory().string()}) {
+        EXPECT_EQ(exit_code_of("TESSARY_CONFIG_FILE=" + path + " timeout 20 $P flash list 2>/dev/null"), 3) << path;
+    }
+    for (const std::string& path : {std::string("/dev/zero"), scratch.directory().string()}) {
+        EXPECT_EQ(exit_code_of("timeout 20 $P flash dump " + path + " 2>/dev/null"), 3) << path;
+        EXPECT_EQ(exit_code_of("timeout 20 $P flash check " + path + " 2>/dev/null"), 3) << path;
+        EXPECT_EQ(exit_code_of("timeout 20 $G --check " + path + " 2>/dev/null"), 1) << path;
+    }
+}
+
+}  // namespace

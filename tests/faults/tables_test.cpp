@@ -1,0 +1,151 @@
+#include "cfg.h"
+#include "faults/every_fault.h"
+#include "pgmdev/flash/source_fixture.h"
+#include "pgmdev/profiles/fixture.h"
+#include "pgmdev_dev_info_manager.h"
+#include "pgmdev_flash_manager.h"
+#include "pgmdev_flash_table.h"
+#include "support/process.h"
+#include "support/reports.h"
+#include "support/settings.h"
+
+// Databases compiled and loaded on a system that fails: the output is the table or there is none.
+
+namespace {
+
+namespace flash_ref = flash_reference;
+namespace profile_ref = dev_info_reference;
+
+std::string flash_text(int rows) {
+    std::vector<flash_ref::CELLS> cells;
+    for (int i = 0; i < rows; ++i) {
+        cells.push_back(flash_ref::DATA_ROW);
+    }
+    return flash_ref::table(cells);
+}
+
+/// Compiling is done wholly or not at all.
+class CompileFaults : public testing::Test {
+protected:
+    void expect_all_or_nothing(const std::string& source, const std::function<void()>& compile) {
+        m_source = m_scratch.write("table.csv", source);
+        compile();
+        const std::string whole = read_file(m_output);
+        const REPORTS quiet;
+        with_each_allocation_failing([&] { m_scratch.write("table.pcf", "old"); }, compile,
+                                     [&](bool ended) { EXPECT_TRUE(read_file(m_output) == (ended ? whole : "old")); });
+        for (const int error : {EIO, EMFILE, EINTR, ENOSPC}) {
+            with_each_call_failing<bool>(
+                error, [&] { m_scratch.write("table.pcf", "old"); },
+                [&] {
+                    try {
+                        compile();
+                    } catch (const MSG_INTERNAL_ERROR_EXCEPTION&) {
+                        return false;
+                    }
+                    return true;
+                },
+                [&](bool ended, const char* /*call*/) { EXPECT_TRUE(read_file(m_output) == (ended ? whole : "old")); });
+        }
+        EXPECT_EQ(m_scratch.file_count(), 2U);
+    }
+
+    SCRATCH m_scratch;
+    std::string m_source;
+    std::string m_output = m_scratch.path("table.pcf");
+};
+
+TEST_F(CompileFaults, FlashTable) {
+    expect_all_or_nothing(flash_text(20), [this] {
+        PGMDEV_FLASH_MANAGER manager(false, 1, true, false);
+        manager.generate_flash_database(m_source, m_output);
+    });
+}
+
+TEST_F(CompileFaults, ProfileTable) {
+    const SCRATCH outbox;
+    const SETTING messages("TESSARY_OUTBOX_DIR", outbox.directory().string());
+    expect_all_or_nothing(profile_ref::source(profile_ref::rows()), [this] {
+        PGMDEV_DEV_INFO_MANAGER manager(true);
+        manager.generate_device_database(m_source, m_output);
+    });
+}
+
+TEST(LoadFaults, FlashDatabaseIsWholeOrReported) {
+    const DWORD whole = PGMDEV_FLASH_MANAGER(false, 1, false, false).get_flash_count();
+    const REPORTS quiet;
+    DWORD found = 0;
+    const auto load = [&] { found = PGMDEV_FLASH_MANAGER(false, 1, false, false).get_flash_count(); };
+    with_each_allocation_failing([&] { found = whole; }, load, [&](bool) { EXPECT_EQ(found, whole); });
+    for (const int error : {EIO, EMFILE, EINTR}) {
+        with_each_call_failing<bool>(
+            error, [&] { found = whole; },
+            [&] {
+                try {
+                    load();
+                } catch (const MSG_INTERNAL_ERROR_EXCEPTION&) {
+                    return false;
+                }
+                return true;
+            },
+            [&](bool, const char*) { EXPECT_EQ(found, whole); });
+    }
+}
+
+TEST(LoadFaults, ProfileDatabaseIsWholeOrReported) {
+    const REPORTS quiet;
+    with_each_allocation_failing(
+        [] {},
+        [] {
+            PGMDEV_DEV_INFO_MANAGER profiles;
+            const std::unique_ptr<PGMDEV_DEVICE_INFO> found(profiles.get_db_by_device(DEV_DEVICE_GENERIC));
+            EXPECT_NE(found, nullptr);
+        },
+        [](bool) {}, 16);
+}
+
+TEST(TableLimits, TablesThatWouldTakeAllMemoryAreRefused) {
+    const SCRATCH scratch;
+    const REPORTS quiet;
+    const std::string commas(std::size_t{20} << 20, ',');
+    std::string feeds(std::size_t{20} << 20, '\n');
+    for (const std::string& text : {commas, feeds}) {
+        const PGMDEV_FLASH_TABLE table = PGMDEV_FLASH_TABLE::from_source(scratch.write("table.csv", text));
+        EXPECT_TRUE(table.records().empty());
+        EXPECT_FALSE(table.faults().empty());
+        EXPECT_LT(table.faults().size(), 10U);
+    }
+    EXPECT_FALSE(PGMDEV_FLASH_TABLE::from_source("/dev/zero").faults().empty());
+}
+
+constexpr const char* OWN_PROCESS = "FAULT_TESTS_OWN_PROCESS";
+
+TEST(ConfigurationFaults, AFileThatIsCutGivesNothing) {
+    if (std::getenv(OWN_PROCESS) == nullptr) {  // files are read once in a process
+        const PROCESS_RESULT result = run_process({{std::filesystem::read_symlink("/proc/self/exe").string(),
+                                                    "--gtest_filter=ConfigurationFaults.AFileThatIsCutGivesNothing"},
+                                                   "",
+                                                   {{OWN_PROCESS, "1"}},
+                                                   {}});
+        EXPECT_EQ(result.exit_code, 0) << result.output;
+        return;
+    }
+    const SCRATCH scratch;
+    const std::string file = scratch.write("tessary.conf", "SOME_KEY = value\nOTHER_KEY = other\n");
+    const std::string former = std::getenv("TESSARY_CONFIG_FILE");
+    ASSERT_EQ(::setenv("TESSARY_CONFIG_FILE", file.c_str(), 1), 0);
+    std::string value;
+    std::string other;
+    const std::string key = "OTHER_KEY";
+    for (const int error : {EIO, EMFILE, EINTR}) {
+        for (std::size_t number = 1; number < 20; ++number) {
+            const FAILING_CALL fault(number, error);
+            other = cfg_get_value(key);
+            EXPECT_TRUE(other.empty() || other == "other");
+        }
+    }
+    EXPECT_EQ(cfg_get_value(key), "other");  // a fault that has passed leaves nothing behind
+    ASSERT_EQ(::setenv("TESSARY_CONFIG_FILE", former.c_str(), 1), 0);
+}
+
+}  // namespace

@@ -1,0 +1,41 @@
+#pragma once
+
+/// \file
+/// A system that fails when a test wants it: calls and allocations of this thread, by their number. A program that links
+/// faulty_system_posix.cpp has its calls and those of all libraries go through it.
+
+#include <cstddef>
+
+/// While it lives, the call with that number, from 1, of those that have to do with files fails with that `errno`.
+class FAILING_CALL {
+public:
+    FAILING_CALL(std::size_t number, int error, bool all_later = false);
+    ~FAILING_CALL();
+    FAILING_CALL(const FAILING_CALL&) = delete;
+    FAILING_CALL& operator=(const FAILING_CALL&) = delete;
+
+    /// Whether as many calls were made.
+    bool happened() const;
+    /// The call that failed; "" when none has.
+    const char* name() const;
+};
+
+/// While it lives, every read and write moves at most one byte, and every other one is interrupted before it begins.
+class SLOW_CALLS {
+public:
+    SLOW_CALLS();
+    ~SLOW_CALLS();
+    SLOW_CALLS(const SLOW_CALLS&) = delete;
+    SLOW_CALLS& operator=(const SLOW_CALLS&) = delete;
+};
+
+/// While it lives, the allocation with that number, from 1, fails.
+class FAILING_ALLOCATION {
+public:
+    explicit FAILING_ALLOCATION(std::size_t number);
+    ~FAILING_ALLOCATION();
+    FAILING_ALLOCATION(const FAILING_ALLOCATION&) = delete;
+    FAILING_ALLOCATION& operator=(const FAILING_ALLOCATION&) = delete;
+
+    bool happened() const;
+};

@@ -1,0 +1,209 @@
+#include "support/faulty_system.h"
+
+#include <dlfcn.h>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdarg>
+#include <cstdio>
+#include <cstdlib>
+#include <new>
+
+namespace {
+
+struct STATE {
+    bool calls_armed = false;
+    bool all_later = false;
+    bool slow = false;
+    std::size_t calls_left = 0;
+    int error = 0;
+    const char* failed_call = "";
+    unsigned slow_count = 0;
+
+    bool allocations_armed = false;
+    bool allocation_failed = false;
+    std::size_t allocations_left = 0;
+};
+
+thread_local STATE g_state;
+
+/// Whether this call is to fail; sets `errno` then.
+bool is_to_fail(const char* name) {
+    if (!g_state.calls_armed) {
+        return false;
+    }
+    if (g_state.calls_left > 1) {
+        --g_state.calls_left;
+        return false;
+    }
+    const bool first = g_state.calls_left == 1;
+    if (!first && !g_state.all_later) {
+        return false;
+    }
+    if (first) {
+        g_state.calls_left = 0;
+        g_state.failed_call = name;
+    }
+    errno = g_state.error;
+    return true;
+}
+
+bool is_interrupted() {
+    if (g_state.slow && ++g_state.slow_count % 2 == 0) {
+        errno = EINTR;
+        return true;
+    }
+    return false;
+}
+
+std::size_t allowed(std::size_t count) {
+    return g_state.slow && count > 1 ? 1 : count;
+}
+
+template <class FUNCTION>
+FUNCTION* next(const char* name) {
+    return reinterpret_cast<FUNCTION*>(::dlsym(RTLD_NEXT, name));
+}
+
+void* allocate(std::size_t size) {
+    if (g_state.allocations_armed && g_state.allocations_left != 0 && --g_state.allocations_left == 0) {
+        g_state.allocation_failed = true;
+        return nullptr;
+    }
+    return std::malloc(size == 0 ? 1 : size);  // NOLINT(cppcoreguidelines-no-malloc): this is what others stand on
+}
+
+}  // namespace
+
+#define INTERPOSED extern "C" __attribute__((visibility("default")))
+
+INTERPOSED int open(const char* path, int flags, ...) {
+    std::va_list rest;
+    va_start(rest, flags);
+    const mode_t mode = (flags & (O_CREAT | O_TMPFILE)) != 0 ? va_arg(rest, mode_t) : 0;
+    va_end(rest);
+    static auto* const real = next<int(const char*, int, ...)>("open");
+    return is_to_fail("open") || is_interrupted() ? -1 : real(path, flags, mode);
+}
+
+INTERPOSED ssize_t read(int file, void* bytes, std::size_t count) {
+    static auto* const real = next<ssize_t(int, void*, std::size_t)>("read");
+    return is_to_fail("read") || is_interrupted() ? -1 : real(file, bytes, allowed(count));
+}
+
+INTERPOSED ssize_t pread(int file, void* bytes, std::size_t count, off_t offset) {
+    static auto* const real = next<ssize_t(int, void*, std::size_t, off_t)>("pread");
+    return is_to_fail("pread") || is_interrupted() ? -1 : real(file, bytes, allowed(count), offset);
+}
+
+INTERPOSED ssize_t write(int file, const void* bytes, std::size_t count) {
+    static auto* const real = next<ssize_t(int, const void*, std::size_t)>("write");
+    return is_to_fail("write") || is_interrupted() ? -1 : real(file, bytes, allowed(count));
+}
+
+INTERPOSED int stat(const char* path, struct stat* status) {
+    static auto* const real = next<int(const char*, struct stat*)>("stat");
+    return is_to_fail("stat") ? -1 : real(path, status);
+}
+
+INTERPOSED int lstat(const char* path, struct stat* status) {
+    static auto* const real = next<int(const char*, struct stat*)>("lstat");
+    return is_to_fail("lstat") ? -1 : real(path, status);
+}
+
+INTERPOSED int fstat(int file, struct stat* status) {
+    static auto* const real = next<int(int, struct stat*)>("fstat");
+    return is_to_fail("fstat") ? -1 : real(file, status);
+}
+
+INTERPOSED off_t lseek(int file, off_t offset, int whence) {
+    static auto* const real = next<off_t(int, off_t, int)>("lseek");
+    return is_to_fail("lseek") ? -1 : real(file, offset, whence);
+}
+
+INTERPOSED int fsync(int file) {
+    static auto* const real = next<int(int)>("fsync");
+    return is_to_fail("fsync") || is_interrupted() ? -1 : real(file);
+}
+
+INTERPOSED int fchmod(int file, mode_t mode) {
+    static auto* const real = next<int(int, mode_t)>("fchmod");
+    return is_to_fail("fchmod") ? -1 : real(file, mode);
+}
+
+INTERPOSED int rename(const char* from, const char* to) {
+    static auto* const real = next<int(const char*, const char*)>("rename");
+    return is_to_fail("rename") ? -1 : real(from, to);
+}
+
+__attribute__((visibility("default"))) void* operator new(std::size_t size) {
+    if (void* memory = allocate(size)) {
+        return memory;
+    }
+    throw std::bad_alloc();
+}
+__attribute__((visibility("default"))) void* operator new[](std::size_t size) {
+    return operator new(size);
+}
+__attribute__((visibility("default"))) void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
+    return allocate(size);
+}
+__attribute__((visibility("default"))) void* operator new[](std::size_t size, const std::nothrow_t&) noexcept {
+    return allocate(size);
+}
+__attribute__((visibility("default"))) void operator delete(void* memory) noexcept {
+    std::free(memory);  // NOLINT(cppcoreguidelines-no-malloc)
+}
+__attribute__((visibility("default"))) void operator delete[](void* memory) noexcept {
+    operator delete(memory);
+}
+__attribute__((visibility("default"))) void operator delete(void* memory, std::size_t) noexcept {
+    operator delete(memory);
+}
+__attribute__((visibility("default"))) void operator delete[](void* memory, std::size_t) noexcept {
+    operator delete(memory);
+}
+
+FAILING_CALL::FAILING_CALL(std::size_t number, int error, bool all_later) {
+    g_state.failed_call = "";
+    g_state.calls_left = number;
+    g_state.error = error;
+    g_state.all_later = all_later;
+    g_state.calls_armed = true;
+}
+
+FAILING_CALL::~FAILING_CALL() {
+    g_state.calls_armed = false;
+}
+
+bool FAILING_CALL::happened() const {
+    return *g_state.failed_call != '\0';
+}
+
+const char* FAILING_CALL::name() const {
+    return g_state.failed_call;
+}
+
+SLOW_CALLS::SLOW_CALLS() {
+    g_state.slow = true;
+}
+
+SLOW_CALLS::~SLOW_CALLS() {
+    g_state.slow = false;
+}
+
+FAILING_ALLOCATION::FAILING_ALLOCATION(std::size_t number) {
+    g_state.allocation_failed = false;
+    g_state.allocations_left = number;
+    g_state.allocations_armed = true;
+}
+
+FAILING_ALLOCATION::~FAILING_ALLOCATION() {
+    g_state.allocations_armed = false;
+}
+
+bool FAILING_ALLOCATION::happened() const {
+    return g_state.allocation_failed;
+}

@@ -1,0 +1,32 @@
+#include <gtest/gtest.h>
+
+#include "terminal/text_table.h"
+
+// What comes from files and command lines must not command a terminal.
+
+TEST(printable, OrdinaryTextStaysAsItIs) {
+    EXPECT_EQ(printable("W25Q128 \"x\", 3.3 V"), "W25Q128 \"x\", 3.3 V");
+    EXPECT_EQ(printable("Ger\xC3\xA4t \xE5\x99\xA8\xE4\xBB\xB6 \xF0\x9F\x98\x80"),
+              "Ger\xC3\xA4t \xE5\x99\xA8\xE4\xBB\xB6 \xF0\x9F\x98\x80");
+}
+
+TEST(printable, ControlCharactersOfBothKinds) {
+    EXPECT_EQ(printable("\x1B[2J\n\x7F"), "\\x1B[2J\\x0A\\x7F");
+    EXPECT_EQ(printable("\xC2\x9B"
+                        "2J"),
+              "\\xC2\\x9B2J");
+    EXPECT_EQ(printable("\x9B"
+                        "2J"),
+              "\\x9B2J");  // as terminals of 8 bits read it
+}
+
+TEST(printable, DirectionsOfWriting) {
+    EXPECT_EQ(printable("a\xE2\x80\xAE"
+                        "b"),
+              "a\\xE2\\x80\\xAEb");
+    EXPECT_EQ(printable("\xE2\x81\xA7\xD8\x9C"), "\\xE2\\x81\\xA7\\xD8\\x9C");
+}
+
+TEST(printable, WhatIsNoUtf8) {
+    EXPECT_EQ(printable("\xFF\xC0\x80\xE5\x99"), "\\xFF\\xC0\\x80\\xE5\\x99");
+}

@@ -80,7 +80,7 @@ struct PGMDEV_SFL_FLASH_QUESTION {
 
     ANSWER answer;
     std::string_view text;  ///< the prompt
-    DWORD least = 0;        ///< the range of an answer that is a number
+    DWORD least = 0;        ///< the range of an answer that is a number, of the length of a text
     DWORD most = 0;
     DWORD unit = 1;  ///< what a number that is answered is multiplied by to become the member
 };
@@ -126,8 +126,8 @@ inline constexpr auto PGMDEV_SFL_FLASH_MEMBERS = [] {
     using INFO = PGMDEV_SFL_FLASH_INFO;
     using enum PGMDEV_NUMBER_BASE;
     return std::to_array<PGMDEV_SFL_FLASH_MEMBER>({
-        {"manufacturer_name", &INFO::manufacturer_name, "", BASE_10, {A::NAME, "Manufacture Name : "}},
-        {"device_name", &INFO::device_name, "", BASE_10, {A::NAME, "Device Name : "}},
+        {"manufacturer_name", &INFO::manufacturer_name, "", BASE_10, {A::NAME, "Manufacture Name : ", 1, 19}},
+        {"device_name", &INFO::device_name, "", BASE_10, {A::NAME, "Device Name : ", 1, 19}},
         {"silicon_id", &INFO::silicon_id, "", BASE_10, {A::GIVEN, "0"}},
         {"memory_id", &INFO::memory_id, "", BASE_16, {A::HEX, "Memory ID (hex) [1 - FE] : ", 1, 0xFE}},
         {"memory_id_index", &INFO::memory_id_index, "", BASE_10, {A::HEX, "Memory ID Index [0/1/2] : ", 0, 2}},
@@ -158,7 +158,7 @@ inline constexpr auto PGMDEV_SFL_FLASH_MEMBERS = [] {
         {"protection_division", &INFO::protection_division, "", BASE_10, {A::HEX_OR_NONE, "Protection Divisor (hex) [-1/3 - 20] : ", 3, 0x20}},
         {"bottom_value", &INFO::bottom_value, "", BASE_10, {A::HEX_OR_NONE, "Bottom Value (bit location) [-1/0 - 7] : ", 0, 7}},
         {"sdm_support", &INFO::sdm_support, "", BASE_10, {A::YES_NO, "SDM Support [Y/N] : "}},
-        {"asc_voltage", &INFO::asc_voltage, "", BASE_10, {A::TEXT, "AS Configuration Voltage : "}},
+        {"asc_voltage", &INFO::asc_voltage, "", BASE_10, {A::TEXT, "AS Configuration Voltage : ", 1, 19}},
     });
 }();
 // clang-format on

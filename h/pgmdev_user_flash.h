@@ -6,7 +6,9 @@
 /// The text is the value of a configuration key. PGMDEV_FLASH_MANAGER makes the flash that it describes record 0, or
 /// silently goes on without it; this class says why.
 
+#include <functional>
 #include <iosfwd>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -23,9 +25,41 @@ public:
     /// with several descriptions the first one counts, as it does for the manager.
     static PGMDEV_USER_FLASH from_encoded(const std::string& encoded);
 
+    /// The same for all descriptions of a text, in their order. The first one, which is always there, is what
+    /// from_encoded gives: a manager takes it or none.
+    static std::vector<PGMDEV_USER_FLASH> all_from_encoded(const std::string& encoded);
+
     /// Holds the dialogue of PGMDEV_FLASH_MANAGER::gen_flash_ini on these streams. The encoded text; "" when the
     /// dialogue ended without one.
     static std::string define(std::istream& answers, std::ostream& prompts);
+
+    /// An answer that the dialogue does not take.
+    struct REFUSED_ANSWER {
+        std::string question;  ///< the prompt
+        std::string answer;
+        std::string accepted;  ///< what would be taken, for people
+    };
+
+    /// The same dialogue for a person. Lines may end in CR LF; a name or voltage with one of the characters @ # ; which
+    /// would tear the description apart, is refused. `ask_again` hears of every refused answer and says whether the
+    /// question is put again, or the dialogue ends.
+    static std::string define(std::istream& answers, std::ostream& prompts,
+                              const std::function<bool(const REFUSED_ANSWER&)>& ask_again);
+
+    /// The text that the dialogue would give for these flash devices, one to MOST_FLASHES, signed by this build; "" for
+    /// another number of them, and for names that a text cannot carry.
+    static std::string encode(std::span<const PGMDEV_SFL_FLASH_INFO> flashes);
+    static constexpr std::size_t MOST_FLASHES = 3;
+
+    /// A member that is not that of a flash.
+    struct IMPLAUSIBLE_MEMBER {
+        std::string member;
+        std::string found;     ///< in decimal
+        std::string expected;  ///< for people
+    };
+
+    /// Every member for which a manager would refuse a flash.
+    static std::vector<IMPLAUSIBLE_MEMBER> implausible(const PGMDEV_SFL_FLASH_INFO& flash);
 
     const std::string& body() const noexcept { return m_body; }          ///< the values; "" when nothing decodes
     const std::string& password() const noexcept { return m_password; }  ///< as the text has it
@@ -41,6 +75,7 @@ public:
 
 private:
     PGMDEV_USER_FLASH() = default;
+    static PGMDEV_USER_FLASH from_decoded(const std::string& text);
 
     std::string m_body;
     std::string m_password;

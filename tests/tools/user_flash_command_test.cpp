@@ -1,6 +1,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <fstream>
+#include <iterator>
 #include <string>
 
 #include "command_fixture.h"
@@ -133,8 +135,188 @@ TEST(flash_identify_user, RefusesADescriptionThatWouldNotBeTaken) {
     }
 }
 
+/// The chip of the answers, as fields.
+const std::vector<std::string> CHIP_LINES{"id = 207114",
+                                          "manufacturer_name = Numonyx",
+                                          "device_name = M25PX80",
+                                          "device_bit_size = 8 Mbit",
+                                          "device_sector_byte = 64 KiB",
+                                          "bulk_erase_time = 80",
+                                          "sec_erase_time = 3 s",
+                                          "program_utime = 5 ms",
+                                          "protection_mask = 1C",
+                                          "protection_value = 0x1c",
+                                          "unprotect_value = 0",
+                                          "protection_division = 7",
+                                          "bottom_value = 5",
+                                          "asc_voltage = 3.3v # its supply"};
+
+std::string chip_text(const std::vector<std::string>& lines, const std::string& end = "\n") {
+    std::string text = "# a chip" + end;
+    for (const std::string& line : lines) {
+        text += line + end;
+    }
+    return text;
+}
+
+std::vector<std::string> with_line(std::vector<std::string> lines, std::size_t number, const std::string& line) {
+    lines.at(number) = line;
+    return lines;
+}
+
+TEST(flash_define_fields, GiveTheTextOfTheDialogue) {
+    const SCRATCH scratch;
+    for (const std::string end : {"\n", "\r\n"}) {
+        const std::string file = scratch.write("chip.txt", chip_text(CHIP_LINES, end));
+        const PROCESS_RESULT run = run_command({"flash", "define", "@" + file});
+        EXPECT_EQ(run.exit_code, DONE) << run.errors;
+        EXPECT_EQ(run.output, defined() + "\n");
+        EXPECT_THAT(run.errors, HasSubstr("pgmdev: M25PX80: die_count is assumed, 1: as most flash\n"));
+    }
+    std::vector<std::string> arguments{"-q", "flash", "define"};
+    for (const std::string& line : CHIP_LINES) {
+        arguments.push_back(line.substr(0, line.find(" #")));
+    }
+    const PROCESS_RESULT run = run_command(arguments);
+    EXPECT_EQ(run.output, defined() + "\n");
+    EXPECT_EQ(run.errors, "");
+}
+
+TEST(flash_define_fields, NameEveryFaultAtOnce) {
+    const PROCESS_RESULT run = run_command({"--json", "flash", "define", "program_utime=700us", "device_bit_size=8",
+                                            "memory_id=FFF", "device_nam=X", "nonsense", "die_count=2"});
+    const JSON error = json_failure(run, WRONG_USAGE, "description_refused");
+    const JSON faults = error.at("faults");
+    ASSERT_EQ(faults.size(), 13U) << faults;
+    EXPECT_EQ(faults.at(0).at("given"), "nonsense");
+    EXPECT_EQ(faults.at(1).at("advice"), "did you mean device_name");
+    EXPECT_EQ(faults.at(2), (JSON{{"place", nullptr},
+                                  {"field", "program_utime"},
+                                  {"given", "700us"},
+                                  {"accepted", "1000 to 1000000 us"},
+                                  {"advice",
+                                   "write program_utime=1000us: it is the longest time that is waited for, so a longer "
+                                   "one does no harm"}}));
+    EXPECT_EQ(faults.at(3).at("accepted"), "a power of two, 1 to 2048 Mbit");
+    EXPECT_EQ(faults.at(3).at("advice"), "without a unit it counts bits: write device_bit_size=8Mbit");
+    EXPECT_EQ(faults.at(4).at("accepted"), "1 to FE in hexadecimal");
+    EXPECT_EQ(faults.at(5).at("field"), "manufacturer_name");
+    EXPECT_TRUE(faults.at(5).at("given").is_null());
+    EXPECT_THAT(run.errors, HasSubstr("pgmdev: memory_id is \"FFF\", accepted: 1 to FE in hexadecimal\n"));
+    EXPECT_THAT(run.errors, EndsWith("pgmdev: the description is refused: 13 faults\n"));
+}
+
+TEST(flash_define_fields, NameFileAndLine) {
+    const SCRATCH scratch;
+    const std::string file = scratch.write("chip.txt", chip_text(with_line(CHIP_LINES, 12, "bottom_value = 8")));
+    expect_failure(run_command({"flash", "define", "@" + file}), WRONG_USAGE,
+                   {file + ":14: bottom_value is \"8\", accepted: 0 to 7, or none\n"});
+    expect_failure(run_command({"flash", "define", "@" + file + ".none"}), INTERNAL_ERROR,
+                   {"the description cannot be read"});
+}
+
+TEST(flash_define_fields, TakeUpToThreeChips) {
+    const SCRATCH scratch;
+    const std::string one = chip_text(CHIP_LINES);
+    const std::string two = one + "\n" + chip_text(with_line(CHIP_LINES, 2, "device_name = SECOND"));
+    const std::string text =
+        json_of(run_command({"--json", "flash", "define", "@" + scratch.write("two.txt", two)}).output).at("encoded");
+    const JSON decoded = json_of(run_command({"--json", "flash", "decode", text}).output);
+    EXPECT_EQ(decoded.at("record").at("device_name"), "M25PX80");
+    ASSERT_EQ(decoded.at("descriptions").size(), 2U);
+    EXPECT_EQ(decoded.at("descriptions").at(0).at("taken"), true);
+    EXPECT_EQ(decoded.at("descriptions").at(1).at("taken"), false);
+    EXPECT_EQ(decoded.at("descriptions").at(1).at("record").at("device_name"), "SECOND");
+    EXPECT_THAT(run_command({"flash", "decode", text}).output,
+                HasSubstr("description           2 of 2, which is passed over: only the first one counts\n"));
+    std::string four;
+    for (int i = 0; i < 4; ++i) {
+        four += "[chip]\n" + one;
+    }
+    expect_failure(run_command({"flash", "define", "@" + scratch.write("four.txt", four)}), WRONG_USAGE,
+                   {"\"4 flash devices\", accepted: 1 to 3"});
+}
+
+TEST(flash_define_fields, AreAsOfAnotherFlash) {
+    const FLASH_DATABASE database({flash_reference::sample()});
+    const std::string like = flash_reference::sample().device_name;
+    const PROCESS_RESULT run = database.run({"--json", "flash", "define", "--like", like, "--id", "857114",
+                                             "device_name=mine", "die_count=2", "memory_type=72", "program_utime=6ms"});
+    EXPECT_EQ(run.exit_code, DONE) << run.errors;
+    const JSON flash = json_of(run.output).at("flashes").at(0);
+    EXPECT_EQ(flash.at("device_name"), "MINE");
+    EXPECT_EQ(flash.at("mfc_id"), 0x85);
+    EXPECT_EQ(flash.at("memory_type"), 0x72);
+    EXPECT_EQ(flash.at("die_count"), 2);
+    EXPECT_EQ(flash.at("program_utime"), 6000);
+    EXPECT_EQ(flash.at("device_sector_byte"), flash_reference::sample().device_sector_byte);
+    expect_failure(database.run({"flash", "define", "--like", "NONE-SUCH"}), WRONG_USAGE,
+                   {"--like: like is \"NONE-SUCH\", accepted: a flash of the database, or another name of one"});
+}
+
+TEST(flash_define_save, ReplacesTheLineAndKeepsTheOthers) {
+    const SCRATCH scratch;
+    const std::string chip = scratch.write("chip.txt", chip_text(CHIP_LINES));
+    const std::string file =
+        scratch.write("own.conf", "# mine\r\nPGM_USER_SFL_FLASH_INFO = old\r\nOTHER=1\r\nlast = 2");
+    const PROCESS_RESULT run = run_process(
+        {{TEST_COMMAND, "--json", "flash", "define", "@" + chip, "--save"}, "", {{"TESSARY_CONFIG_FILE", file}}, {}});
+    EXPECT_EQ(run.exit_code, DONE) << run.errors;
+    EXPECT_EQ(json_of(run.output).at("saved"), file);
+    EXPECT_THAT(run.errors, HasSubstr("PGM_USER_SFL_FLASH_INFO is saved in " + file +
+                                      " (environment variable TESSARY_CONFIG_FILE)\n"));
+    std::ifstream saved(file, std::ios::binary);
+    EXPECT_EQ(std::string(std::istreambuf_iterator<char>(saved), {}),
+              "# mine\r\nPGM_USER_SFL_FLASH_INFO = " + defined() + "\r\nOTHER=1\r\nlast = 2");
+}
+
+TEST(flash_reseal, SignsForThisBuild) {
+    const std::string body = text_ref::body();
+    const std::string old = text_ref::encoded(body + "#ABCDEFGHIJKLMNOP;");
+    EXPECT_EQ(run_command({"flash", "decode", old}).exit_code, INTERNAL_ERROR);
+    const PROCESS_RESULT run = run_command({"flash", "reseal", old});
+    EXPECT_EQ(run.exit_code, DONE) << run.errors;
+    const JSON decoded = json_of(run_command({"--json", "flash", "decode", lines_of(run.output).at(0)}).output);
+    EXPECT_EQ(decoded.at("body"), body);
+    EXPECT_EQ(decoded.at("password_valid"), true);
+    expect_failure(run_command({"flash", "reseal", "wrong"}), WRONG_USAGE, {"the description is refused: "});
+    const SCRATCH scratch;
+    const std::string file = scratch.write("chip.txt", chip_text(CHIP_LINES));
+    EXPECT_EQ(run_command({"flash", "reseal", "@" + file}).output, defined() + "\n");
+}
+
+TEST(flash_define, TakesLinesOfAnotherSystem) {
+    std::string answers;
+    for (const std::string& line : lines_of(DIALOGUE_ANSWERS)) {
+        answers += line + "\r\n";
+    }
+    EXPECT_THAT(run_command({"flash", "define"}, answers).output, EndsWith("\nINI : " + defined() + "\n"));
+}
+
+TEST(flash_define, RefusesWhatTearsTheDescriptionApart) {
+    for (const std::string name : {"A@B", "A#B", "A;B"}) {
+        const PROCESS_RESULT run = run_command({"flash", "define"}, "1\n" + name + "\n");
+        EXPECT_EQ(run.exit_code, WRONG_USAGE);
+        EXPECT_EQ(run.errors,
+                  "pgmdev: the answer \"" + name +
+                      "\" to \"Manufacture Name\" is refused; accepted: 1 to 19 characters, none of them @, "
+                      "# or ;\n");
+    }
+}
+
+TEST(flash_identify_user, TriesAFile) {
+    const SCRATCH scratch;
+    const std::string file = scratch.write("chip.txt", chip_text(with_line(CHIP_LINES, 0, "id = 857114")));
+    const PROCESS_RESULT unknown = run_command({"flash", "identify", "857114"});
+    EXPECT_EQ(unknown.exit_code, NOT_FOUND);
+    EXPECT_THAT(unknown.output, HasSubstr("docs/your-own-flash.md"));
+    const PROCESS_RESULT run = run_command({"flash", "identify", "--user", "@" + file, "857114"});
+    EXPECT_EQ(run.exit_code, DONE) << run.errors;
+    EXPECT_THAT(run.output, testing::StartsWith("Device 0 (857114): NUMONYX M25PX80, record 0\n"));
+}
+
 TEST(flash_user_help, HasAnExampleForEachVerb) {
-    for (const std::string verb : {"define", "decode", "identify"}) {
+    for (const std::string verb : {"define", "reseal", "decode", "identify"}) {
         const PROCESS_RESULT run = run_command({"flash", verb, "--help"});
         EXPECT_EQ(run.exit_code, 0);
         EXPECT_THAT(run.output, HasSubstr("Example: pgmdev flash " + verb));

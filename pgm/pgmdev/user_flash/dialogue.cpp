@@ -1,8 +1,6 @@
 #include "user_flash/dialogue.h"
 
 #include <array>
-#include <bit>
-#include <cstdint>
 #include <istream>
 #include <optional>
 #include <ostream>
@@ -10,92 +8,61 @@
 #include "gen.h"
 #include "pgm_common.h"
 #include "pgmdev_types.h"
-#include "user_flash/codec.h"
+#include "user_flash/questions.h"
+#include "user_flash/sealing.h"
 #include "user_flash/text.h"
 
 namespace {
 
-constexpr DWORD MOST_DEVICES = 3;
-constexpr std::size_t LONGEST_TEXT = 19;
 constexpr DWORD THREE_BYTE_ADDRESSES = 0x8000000;  ///< bits that 24-bit addresses reach
 
+constexpr const char* COUNT_PROMPT = "Number of 3rd party flash to define (max 3) : ";
 constexpr const char* NOT_A_DEFINITION = "Invalid input or too many flash to define\n";
 
 using QUESTION = PGMDEV_SFL_FLASH_QUESTION;
-using ANSWER = QUESTION::ANSWER;
 
-constexpr std::size_t BYTE4_ADDRESSING = [] {
-    std::size_t i = 0;
-    while (PGMDEV_SFL_FLASH_MEMBERS[i].name != "byte4_addressing") {
-        ++i;
-    }
-    return i;
-}();
+/// Where answers come from, where prompts go, and who hears of refused answers.
+struct CONVERSATION {
+    std::istream& answers;
+    std::ostream& prompts;
+    const USER_FLASH_ASK_AGAIN& ask_again;
 
-std::string read_answer(std::istream& answers, std::ostream& prompts, std::string_view prompt) {
-    prompts << prompt << std::flush;
-    std::string line;
-    std::getline(answers, line);
-    return line;
-}
+    bool is_with_a_person() const { return static_cast<bool>(ask_again); }
 
-bool is_hexadecimal(ANSWER answer) {
-    return answer == ANSWER::HEX || answer == ANSWER::HEX_OR_ALL_ONES || answer == ANSWER::HEX_OR_NONE;
-}
-
-/// The text of the number that `line` spells; nothing when it is not accepted.
-std::optional<std::string> number_value(const QUESTION& question, const std::string& line) {
-    const bool none = question.answer == ANSWER::HEX_OR_NONE && line == "-1";
-    const std::string spelled = none ? "FFFFFFFF" : line;
-    bool valid = false;
-    const DWORD number = PGM_COMMON::convert_string_to_dword(is_hexadecimal(question.answer) ? "0x" + spelled : spelled,
-                                                             true, &valid, nullptr, true);
-    if (!valid) {
-        return std::nullopt;
-    }
-    if (number == INVALID_DWORD &&
-        (question.answer == ANSWER::HEX_OR_ALL_ONES || question.answer == ANSWER::HEX_OR_NONE)) {
-        return std::to_string(number & 0xFF);
-    }
-    if (number < question.least || number > question.most ||
-        (question.answer == ANSWER::POWER_OF_TWO && !std::has_single_bit(number))) {
-        return std::nullopt;
-    }
-    return std::to_string(static_cast<std::int32_t>(number * question.unit));  // signed: 2048 Mbit come out negative
-}
-
-/// The value that an answer stands for; nothing when it is not accepted.
-std::optional<std::string> value_of(const QUESTION& question, const std::string& line) {
-    switch (question.answer) {
-        case ANSWER::GIVEN:
-            return std::string(question.text);
-        case ANSWER::NAME:
-        case ANSWER::TEXT:
-            return !line.empty() && line.size() <= LONGEST_TEXT ? std::optional(line) : std::nullopt;
-        case ANSWER::YES_NO:
-            return line == "Y"   ? std::optional<std::string>("1")
-                   : line == "N" ? std::optional<std::string>("0")
-                                 : std::nullopt;
-        default:
-            return number_value(question, line);
-    }
-}
-
-bool ask_values(std::istream& answers, std::ostream& prompts, std::array<std::string, USER_FLASH_VALUES>& values) {
-    for (std::size_t i = 0; i < values.size(); ++i) {
-        const QUESTION& question = PGMDEV_SFL_FLASH_MEMBERS[i].question;
+    std::string ask(std::string_view prompt) const {
+        prompts << prompt << std::flush;
         std::string line;
-        if (question.answer != ANSWER::GIVEN) {
-            line = gen_ascii_toupper(read_answer(answers, prompts, question.text));
+        std::getline(answers, line);
+        if (is_with_a_person() && line.ends_with('\r')) {
+            line.pop_back();
         }
-        const auto value = value_of(question, line);
-        if (!value) {
-            prompts << (question.answer == ANSWER::NAME ? "Empty name or name too long\n" : "") << "Invalid input\n";
-            return false;
-        }
-        values[i] = *value;
+        return line;
     }
-    return true;
+
+    /// Whether the question is put again. The end of the input is the end.
+    bool asks_again(std::string_view prompt, const std::string& answer, const std::string& accepted) const {
+        return is_with_a_person() && ask_again({std::string(prompt), answer, accepted}) && answers.good();
+    }
+};
+
+/// The value that is answered; nothing when the dialogue ends here.
+std::optional<std::string> ask_value(const CONVERSATION& talk, const QUESTION& question) {
+    if (question.answer == QUESTION::ANSWER::GIVEN) {
+        return std::string(question.text);
+    }
+    for (;;) {
+        const std::string line = talk.ask(question.text);
+        const std::string answer = gen_ascii_toupper(line);
+        const bool tears = talk.is_with_a_person() && tears_user_flash(question, answer);
+        if (const auto value = user_flash_value(question, answer); value && !tears) {
+            return value;
+        }
+        const bool is_unnamed = question.answer == QUESTION::ANSWER::NAME && !tears;
+        talk.prompts << (is_unnamed ? "Empty name or name too long\n" : "") << "Invalid input\n" << std::flush;
+        if (!talk.asks_again(question.text, line, accepted_user_flash_answers(question))) {
+            return std::nullopt;
+        }
+    }
 }
 
 bool indexes_differ(const PGMDEV_SFL_FLASH_INFO& record) {
@@ -105,67 +72,70 @@ bool indexes_differ(const PGMDEV_SFL_FLASH_INFO& record) {
     return type_apart && record.memory_id_index != record.mfc_id_index;
 }
 
-}  // namespace
-
-bool ask_user_flash(std::istream& answers, std::ostream& prompts, std::string& body) {
+bool ask_for_flash(const CONVERSATION& talk, std::string& body) {
     std::array<std::string, USER_FLASH_VALUES> values;
-    if (!ask_values(answers, prompts, values)) {
-        return false;
+    for (std::size_t i = 0; i < values.size(); ++i) {
+        const std::optional<std::string> value = ask_value(talk, PGMDEV_SFL_FLASH_MEMBERS[i].question);
+        if (!value) {
+            return false;
+        }
+        values[i] = *value;
     }
     PGMDEV_SFL_FLASH_INFO record;
     assign_user_flash(values, record);
     if (!indexes_differ(record)) {
-        prompts << "Memory ID, Memory Type and Manufacturer ID index cannot be at the same location";
+        talk.prompts << "Memory ID, Memory Type and Manufacturer ID index cannot be at the same location";
         return false;
     }
-    values[BYTE4_ADDRESSING] = record.device_bit_size > THREE_BYTE_ADDRESSES ? "1" : "0";
-
-    for (const std::string& value : values) {
-        body += USER_FLASH_VALUE_MARK + value;
-    }
-    body += USER_FLASH_VALUE_MARK;
-    prompts << "Prompt outcome: " << body << '\n';
+    record.byte4_addressing = record.device_bit_size > THREE_BYTE_ADDRESSES;
+    body += user_flash_body(record);
+    talk.prompts << "Prompt outcome: " << body << '\n';
     return true;
 }
 
-std::string define_user_flash(std::istream& answers, std::ostream& prompts) {
-    bool valid = false;
-    const DWORD count = PGM_COMMON::convert_string_to_dword(
-        read_answer(answers, prompts, "Number of 3rd party flash to define (max 3) : "), true, &valid, nullptr, true);
-    if (!valid) {
-        prompts << NOT_A_DEFINITION;
-        return {};
+/// How many flash devices there are; nothing when the dialogue ends here.
+std::optional<DWORD> ask_count(const CONVERSATION& talk) {
+    for (;;) {
+        const std::string line = talk.ask(COUNT_PROMPT);
+        bool valid = false;
+        const DWORD count = PGM_COMMON::convert_string_to_dword(line, true, &valid, nullptr, true);
+        if (valid && count >= 1 && count <= PGMDEV_USER_FLASH::MOST_FLASHES) {
+            return count;
+        }
+        talk.prompts << (valid ? "" : NOT_A_DEFINITION) << std::flush;
+        if (!talk.asks_again(COUNT_PROMPT, line, "1, 2 or 3")) {
+            return std::nullopt;
+        }
     }
-    if (count < 1 || count > MOST_DEVICES) {
-        return {};
-    }
+}
+
+}  // namespace
+
+bool ask_user_flash(std::istream& answers, std::ostream& prompts, std::string& body) {
+    return ask_for_flash({answers, prompts, {}}, body);
+}
+
+std::string define_user_flash(std::istream& answers, std::ostream& prompts, const USER_FLASH_ASK_AGAIN& ask_again) {
+    const CONVERSATION talk{answers, prompts, ask_again};
+    const DWORD count = ask_count(talk).value_or(0);
     std::string text;
     for (DWORD i = 0; i < count; ++i) {
         std::string body;
-        if (!ask_user_flash(answers, prompts, body)) {
+        if (!ask_for_flash(talk, body)) {
             prompts << NOT_A_DEFINITION;
             return {};
         }
-        text += body + USER_FLASH_BODY_END + user_flash_password(body) + USER_FLASH_TEXT_END;
+        text += sealed_user_flash(body);
         prompts << "Raw: " << text << '\n';
     }
-    const USER_FLASH_CODING encoded = encode_user_flash(text);
+    if (count == 0) {
+        return {};
+    }
+    const USER_FLASH_CODING encoded = encode_checked_user_flash(text);
     if (encoded.failure != nullptr) {
         prompts << encoded.failure;
-        return {};
+    } else if (!encoded.text.empty()) {
+        prompts << "INI : " << encoded.text << '\n';
     }
-    const USER_FLASH_CODING decoded = decode_user_flash(encoded.text);
-    if (decoded.failure != nullptr) {
-        prompts << decoded.failure;
-        return {};
-    }
-    if (decoded.text.empty()) {
-        return {};
-    }
-    if (decoded.text != text) {
-        prompts << "Fail to generate INI because fail to counter-check cmp-encode-decode-decmp\n";
-        return {};
-    }
-    prompts << "INI : " << encoded.text << '\n';
     return encoded.text;
 }

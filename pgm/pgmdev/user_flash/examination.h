@@ -34,5 +34,5 @@ struct USER_FLASH_EXAMINATION {
     USER_FLASH_EXAMINATION& operator=(const USER_FLASH_EXAMINATION&) = delete;
 };
 
-/// Examines what `examination.decoded` holds, as far as it is sound.
+/// Examines what `examination.decoded` holds, as far as it is sound. Of several descriptions the first one counts.
 void examine_user_flash(USER_FLASH_EXAMINATION& examination);

@@ -4,6 +4,8 @@
 
 #include "user_flash/dialogue.h"
 #include "user_flash/examination.h"
+#include "user_flash/questions.h"
+#include "user_flash/sealing.h"
 
 // What is wrong with a user's flash description, in words.
 
@@ -39,11 +41,8 @@ std::vector<std::string> value_faults(const USER_FLASH_EXAMINATION& examination)
         faults.push_back(std::string(member.name) + " is \"" + examination.values[examination.assigned] +
                          "\", expected " + std::string(accepted_user_flash_values(member)));
     } else {
-        for (const USER_FLASH_RULE& rule : user_flash_rules()) {
-            if (!rule.holds(record)) {
-                faults.push_back(std::string(rule.member) + " is " + value_of(record, rule.member) + ", expected " +
-                                 std::string(rule.expected));
-            }
+        for (const auto& [member, found, expected] : PGMDEV_USER_FLASH::implausible(record)) {
+            faults.push_back(member + " is " + found + ", expected " + expected);
         }
         if (record.device_name.empty()) {
             faults.emplace_back("device_name is empty, which stands for no flash at all");
@@ -54,14 +53,10 @@ std::vector<std::string> value_faults(const USER_FLASH_EXAMINATION& examination)
 
 }  // namespace
 
-PGMDEV_USER_FLASH PGMDEV_USER_FLASH::from_encoded(const std::string& encoded) {
+PGMDEV_USER_FLASH PGMDEV_USER_FLASH::from_decoded(const std::string& text) {
     PGMDEV_USER_FLASH flash;
     USER_FLASH_EXAMINATION examination;
-    examination.decoded = decode_user_flash(encoded);
-    if (examination.decoded.failure != nullptr) {
-        flash.m_faults.push_back(undecodable(encoded));
-        return flash;
-    }
+    examination.decoded.text = text;
     examine_user_flash(examination);
     if (!examination.has_pieces()) {
         flash.m_faults.emplace_back("the decoded text is not of the form body#password;");
@@ -81,6 +76,63 @@ PGMDEV_USER_FLASH PGMDEV_USER_FLASH::from_encoded(const std::string& encoded) {
     return flash;
 }
 
+PGMDEV_USER_FLASH PGMDEV_USER_FLASH::from_encoded(const std::string& encoded) {
+    const USER_FLASH_CODING decoded = decode_user_flash(encoded);
+    if (decoded.failure != nullptr) {
+        PGMDEV_USER_FLASH flash;
+        flash.m_faults.push_back(undecodable(encoded));
+        return flash;
+    }
+    return from_decoded(decoded.text);
+}
+
+std::vector<PGMDEV_USER_FLASH> PGMDEV_USER_FLASH::all_from_encoded(const std::string& encoded) {
+    std::vector<PGMDEV_USER_FLASH> all{from_encoded(encoded)};
+    const std::string text = decode_user_flash(encoded).text;
+    std::size_t begin = text.find(USER_FLASH_TEXT_END);
+    while (begin != std::string::npos) {
+        const std::size_t end = text.find(USER_FLASH_TEXT_END, ++begin);
+        const std::string next = text.substr(begin, end == std::string::npos ? end : end - begin + 1);
+        if (split_user_flash(next)) {
+            all.push_back(from_decoded(next));
+        }
+        begin = end;
+    }
+    return all;
+}
+
+std::vector<PGMDEV_USER_FLASH::IMPLAUSIBLE_MEMBER> PGMDEV_USER_FLASH::implausible(const PGMDEV_SFL_FLASH_INFO& flash) {
+    std::vector<IMPLAUSIBLE_MEMBER> members;
+    for (const USER_FLASH_RULE& rule : user_flash_rules()) {
+        if (!rule.holds(flash)) {
+            members.push_back({std::string(rule.member), value_of(flash, rule.member), std::string(rule.expected)});
+        }
+    }
+    return members;
+}
+
 std::string PGMDEV_USER_FLASH::define(std::istream& answers, std::ostream& prompts) {
     return define_user_flash(answers, prompts);
+}
+
+std::string PGMDEV_USER_FLASH::define(std::istream& answers, std::ostream& prompts,
+                                      const std::function<bool(const REFUSED_ANSWER&)>& ask_again) {
+    return define_user_flash(answers, prompts, ask_again);
+}
+
+std::string PGMDEV_USER_FLASH::encode(std::span<const PGMDEV_SFL_FLASH_INFO> flashes) {
+    if (flashes.empty() || flashes.size() > MOST_FLASHES) {
+        return {};
+    }
+    std::string text;
+    for (const PGMDEV_SFL_FLASH_INFO& flash : flashes) {
+        for (const PGMDEV_SFL_FLASH_MEMBER& member : PGMDEV_SFL_FLASH_MEMBERS) {
+            const auto* name = std::get_if<std::string PGMDEV_SFL_FLASH_INFO::*>(&member.field);
+            if (name != nullptr && tears_user_flash(member.question, flash.**name)) {
+                return {};
+            }
+        }
+        text += sealed_user_flash(user_flash_body(flash));
+    }
+    return encode_checked_user_flash(text).text;
 }

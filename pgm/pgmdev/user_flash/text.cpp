@@ -57,6 +57,22 @@ bool assign(RECORD& record, DWORD RECORD::*field, const std::string& text) {
     return true;
 }
 
+std::string spelled(const std::string& text) {
+    return text;
+}
+
+std::string spelled(bool flag) {
+    return flag ? "1" : "0";
+}
+
+std::string spelled(BYTE number) {
+    return std::to_string(number);
+}
+
+std::string spelled(DWORD number) {
+    return std::to_string(static_cast<std::int32_t>(number));
+}
+
 template <DWORD UNIT>
 constexpr bool is_multiple(DWORD number) {
     return number != 0 && number % UNIT == 0;
@@ -131,6 +147,15 @@ std::size_t assign_user_flash(std::span<const std::string, USER_FLASH_VALUES> va
         ++i;
     }
     return i;
+}
+
+std::string user_flash_body(const RECORD& record) {
+    std::string body(1, USER_FLASH_VALUE_MARK);
+    for (const PGMDEV_SFL_FLASH_MEMBER& member : PGMDEV_SFL_FLASH_MEMBERS) {
+        body += std::visit([&record](auto field) { return spelled(record.*field); }, member.field);
+        body += USER_FLASH_VALUE_MARK;
+    }
+    return body;
 }
 
 std::string_view accepted_user_flash_values(const PGMDEV_SFL_FLASH_MEMBER& member) {

@@ -34,6 +34,10 @@ std::optional<std::string_view> next_user_flash_value(std::string_view body, QWO
 /// 0, or USER_FLASH_VALUES when all are accepted.
 std::size_t assign_user_flash(std::span<const std::string, USER_FLASH_VALUES> values, PGMDEV_SFL_FLASH_INFO& record);
 
+/// The body of a description: what assign_user_flash takes the record from. Sizes are spelled as signed numbers, which the
+/// largest one needs.
+std::string user_flash_body(const PGMDEV_SFL_FLASH_INFO& record);
+
 /// What assign_user_flash accepts for a member, for people.
 std::string_view accepted_user_flash_values(const PGMDEV_SFL_FLASH_MEMBER& member);
 

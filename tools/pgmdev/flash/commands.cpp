@@ -63,7 +63,8 @@ NOUN flash_noun() {
                     "What the flash behind each device position answered, in hexadecimal, missing bytes taken as 0; "
                     "silicon:XX is an electronic signature; - reads one response per line",
                     ARGUMENT::OPTIONAL_TEXTS})
-            .takes({"--user", "Try this encoded description, as flash define prints it, as record 0",
+            .takes({"--user",
+                    "Try this description as record 0: the text that flash define prints, or @FILE as it takes it",
                     ARGUMENT::OPTIONAL_TEXT})
             .takes({"--as", "Map the device at this position (from 0) to the flash of that name; may be repeated",
                     ARGUMENT::OPTIONAL_TEXTS, "POSITION=NAME"})
@@ -81,10 +82,29 @@ NOUN flash_noun() {
                    "not that of the chip that it is mapped to.\n")
             .answers(identify_schema),
         flash_sfdp_verb(),
-        VERB("define", "Describe a flash of your own by answering questions", "pgmdev flash define < answers.txt",
-             define_flash)
-            .tells("What is printed behind \"INI : \" is the value for the configuration key "
-                   "PGM_USER_SFL_FLASH_INFO.\n")
+        VERB("define", "Describe a flash of your own: by its fields, in a file, or by answering questions",
+             "pgmdev flash define --like W25Q64JV --id C86517 device_name=MYFLASH", define_flash)
+            .takes(
+                {"FIELD=VALUE",
+                 "A member of the record, as flash show lists it, such as device_bit_size=8Mbit or program_utime=5ms; "
+                 "@FILE has them in lines, of up to three flash devices; without any, and without options, questions "
+                 "are asked",
+                 ARGUMENT::OPTIONAL_TEXTS})
+            .takes({"--like", "What is not told is as for this flash of the database, or another name of one",
+                    ARGUMENT::OPTIONAL_TEXT, "NAME"})
+            .takes({"--sfdp", "What the flash says of itself, as flash sfdp takes it", ARGUMENT::OPTIONAL_TEXT, "DUMP"})
+            .takes({"--id", "What it answers to the identification: maker, type and capacity byte",
+                    ARGUMENT::OPTIONAL_TEXT, "HEX"})
+            .takes({"--save", "Write the text into the configuration file in use", ARGUMENT::FLAG})
+            .tells("What is printed, in the dialogue behind \"INI : \", is the value for the configuration key\n"
+                   "PGM_USER_SFL_FLASH_INFO. A time below the described limit, such as a page program time of 700us,\n"
+                   "is written as the limit: a longer one does no harm.\n")
+            .answers(define_schema),
+        VERB("reseal", "Sign a description for this build, after an update of the tool",
+             "pgmdev flash reseal \"$PGM_USER_SFL_FLASH_INFO\"", reseal_flash)
+            .takes(
+                {"TEXT", "The encoded description, or @FILE; none: that of the configuration", ARGUMENT::OPTIONAL_TEXT})
+            .takes({"--save", "Write the text into the configuration file in use", ARGUMENT::FLAG})
             .answers(define_schema),
         VERB("decode", "What an encoded description holds, and why it would be refused",
              "pgmdev flash decode \"$PGM_USER_SFL_FLASH_INFO\"", decode_flash)

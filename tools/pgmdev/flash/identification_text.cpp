@@ -176,6 +176,9 @@ void print_unmapped(DWORD position, const FLASH_IDENTIFICATION& device, const FL
                    joined(names) + bytes_to_read(device.candidates.missing_bytes()));
     }
     print_dangers(device, identifier);
+    if (device.candidates.oddity().kind == PGMDEV_FLASH_ODDITY::KIND::NONE) {
+        print_part("your own", "flash define describes a flash that no table has: docs/your-own-flash.md");
+    }
 }
 
 /// The response is not that of the device: what was compared, and what contradicts.

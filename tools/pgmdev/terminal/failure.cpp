@@ -23,6 +23,7 @@ constexpr std::array CODE_NAMES{"usage",
                                 "part_list_unreadable",
                                 "table_refused",
                                 "sfdp_refused",
+                                "description_refused",
                                 "system_flash_unreadable",
                                 "output_not_writable",
                                 "container_of_another_version",
@@ -31,6 +32,25 @@ constexpr std::array CODE_NAMES{"usage",
                                 "block_of_another_version",
                                 "configuration_unreadable",
                                 "internal"};
+
+std::string fault_text(const FIELD_FAULT& fault) {
+    std::string text = fault.place.empty() ? "" : fault.place + ": ";
+    if (!fault.field.empty()) {
+        text += fault.field + (fault.given.empty() ? " is missing" : " is \"" + fault.given + "\"");
+    } else {
+        text += "\"" + fault.given + "\"";
+    }
+    return text + ", accepted: " + fault.accepted + (fault.advice.empty() ? "" : "; " + fault.advice);
+}
+
+JSON fault_json(const FIELD_FAULT& fault) {
+    const auto or_null = [](const std::string& text) { return text.empty() ? JSON() : JSON(text); };
+    return {{"place", or_null(fault.place)},
+            {"field", or_null(fault.field)},
+            {"given", or_null(fault.given)},
+            {"accepted", fault.accepted},
+            {"advice", or_null(fault.advice)}};
+}
 
 }  // namespace
 
@@ -59,6 +79,13 @@ JSON failure_json(const FAILURE& failure) {
         object["source"] = failure.report->file;
         object["line"] = static_cast<DWORD>(failure.report->line);
     }
+    if (!failure.faults.empty()) {
+        JSON faults = JSON::array();
+        for (const FIELD_FAULT& fault : failure.faults) {
+            faults.push_back(fault_json(fault));
+        }
+        object["faults"] = faults;
+    }
     return object;
 }
 
@@ -82,6 +109,9 @@ std::string failure_text(const FAILURE& failure) {
 }
 
 void tell_failure(const FAILURE& failure, bool json) {
+    for (const FIELD_FAULT& fault : failure.faults) {
+        print_error("pgmdev: {}\n", printable(fault_text(fault)));
+    }
     print_error("pgmdev: {}\n", printable(failure_text(failure)));
     if (json) {
         print_json_line({{"error", failure_json(failure)}});

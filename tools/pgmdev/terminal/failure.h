@@ -27,6 +27,7 @@ enum class FAILURE_CODE {
     PART_LIST_UNREADABLE,
     TABLE_REFUSED,
     SFDP_REFUSED,
+    DESCRIPTION_REFUSED,
     SYSTEM_FLASH_UNREADABLE,
     OUTPUT_NOT_WRITABLE,
     CONTAINER_OF_ANOTHER_VERSION,
@@ -43,6 +44,15 @@ std::string code_name(FAILURE_CODE code);
 /// The names of all codes.
 std::vector<std::string> code_names();
 
+/// What is wrong with one field of what the user has described.
+struct FIELD_FAULT {
+    std::string place;     ///< argument, or file and line; "": it stands nowhere
+    std::string field;     ///< "": none is meant
+    std::string given;     ///< "": nothing
+    std::string accepted;  ///< what would be taken
+    std::string advice;    ///< what to write instead; "": nothing in particular
+};
+
 /// What a failure tells, in the order in which people read it. Empty parts are left out.
 struct FAILURE {
     FAILURE_CODE code;
@@ -51,6 +61,7 @@ struct FAILURE {
     std::vector<std::string> tried;  ///< what led to that path: option, environment variable, or default
     std::string advice;              ///< what to do next
     std::optional<MSG_INTERNAL_ERROR_REPORT> report;  ///< what the library said, with module and source
+    std::vector<FIELD_FAULT> faults = {};             ///< of a description: for people, a line each
 };
 
 /// Ends the command with a failure.

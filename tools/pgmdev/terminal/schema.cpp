@@ -34,6 +34,11 @@ JSON array_schema(JSON items) {
 }
 
 JSON failure_schema() {
+    const JSON fault = object_schema({{"place", or_null(text_schema())},
+                                      {"field", or_null(text_schema())},
+                                      {"given", or_null(text_schema())},
+                                      {"accepted", text_schema()},
+                                      {"advice", or_null(text_schema())}});
     return object_schema({{"code", choice_schema(code_names())},
                           {"message", text_schema()},
                           {"path", text_schema(), false},
@@ -42,7 +47,8 @@ JSON failure_schema() {
                           {"condition", text_schema(), false},
                           {"module", text_schema(), false},
                           {"source", text_schema(), false},
-                          {"line", number_schema(), false}});
+                          {"line", number_schema(), false},
+                          {"faults", array_schema(fault), false}});
 }
 
 JSON failure_reference() {

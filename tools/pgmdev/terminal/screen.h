@@ -19,5 +19,8 @@ std::string in_bold(const std::string& text);
 /// Whether standard output is a terminal that understands escape sequences.
 bool output_is_terminal();
 
+/// Whether standard input is a terminal: a person answers.
+bool input_is_terminal();
+
 /// The columns of that terminal; 0 when the system does not tell.
 std::size_t terminal_columns();

@@ -7,6 +7,10 @@ bool output_is_terminal() {
     return isatty(STDOUT_FILENO) != 0;
 }
 
+bool input_is_terminal() {
+    return isatty(STDIN_FILENO) != 0;
+}
+
 std::size_t terminal_columns() {
     winsize size{};
     return ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) == 0 ? size.ws_col : 0;

@@ -1,0 +1,134 @@
+#include "configuration/saving.h"
+
+#include <fmt/core.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <optional>
+
+#include "configuration/environment.h"
+#include "files/inspection.h"
+#include "files/output.h"
+#include "fio.h"
+#include "gen.h"
+#include "terminal/failure.h"
+#include "terminal/given_options.h"
+
+namespace {
+
+struct LINE {
+    std::string text;
+    std::string end;  ///< "" for a last line without one
+};
+
+struct CONFIGURATION_LINES {
+    bool exists = false;
+    std::vector<LINE> lines;
+};
+
+CONFIGURATION_LINES lines_of(const PLACE& place) {
+    const INSPECTED_FILE inspected = inspect_file(place.path, 0);
+    if (inspected.missing) {
+        return {};
+    }
+    CONFIGURATION_LINES file{true, {}};
+    std::ifstream stream(fio_get_unc_full_path(place.path), std::ios::binary);
+    const std::string text{std::istreambuf_iterator<char>(stream), {}};
+    if (!inspected.obstacle.empty() || !stream.is_open() || stream.bad()) {
+        throw COMMAND_FAILURE({FAILURE_CODE::CONFIGURATION_UNREADABLE,
+                               "the configuration file cannot be read, and is not changed",
+                               place.path,
+                               place.tried,
+                               "make it readable, or name another one with TESSARY_CONFIG_FILE",
+                               {}});
+    }
+    for (std::size_t begin = 0; begin < text.size();) {
+        const std::size_t feed = text.find('\n', begin);
+        const std::size_t next = feed == std::string::npos ? text.size() : feed + 1;
+        std::size_t end = feed == std::string::npos ? next : feed;
+        if (feed != std::string::npos && end > begin && text[end - 1] == '\r') {
+            --end;
+        }
+        file.lines.push_back({text.substr(begin, end - begin), text.substr(end, next - end)});
+        begin = next;
+    }
+    return file;
+}
+
+/// As the host reads lines.
+bool sets(const LINE& line, const std::string& key) {
+    const std::size_t equals = line.text.find('=');
+    return equals != std::string::npos &&
+           gen_remove_leading_and_trailing_white_spaces(line.text.substr(0, equals)) == key;
+}
+
+bool has_key(const CONFIGURATION_LINES& file, const std::string& key) {
+    return std::any_of(file.lines.begin(), file.lines.end(), [&key](const LINE& line) { return sets(line, key); });
+}
+
+/// The file to write: of those that have the key, or else exist, the one that wins; or else the user's own.
+std::size_t file_in_use(const std::vector<CONFIGURATION_LINES>& files, const std::string& key) {
+    for (std::size_t i = files.size(); i-- > 0;) {
+        if (has_key(files[i], key)) {
+            return i;
+        }
+    }
+    for (std::size_t i = files.size(); i-- > 0;) {
+        if (files[i].exists) {
+            return i;
+        }
+    }
+    return files.size() > 1 ? files.size() - 2 : 0;  // the last one is that of the installation
+}
+
+/// Puts the setting in place of the last line that sets the key: that one counts.
+void put(CONFIGURATION_LINES& file, const std::string& key, const std::string& value) {
+    const std::string text = key + " = " + value;
+    const auto last =
+        std::find_if(file.lines.rbegin(), file.lines.rend(), [&key](const LINE& line) { return sets(line, key); });
+    if (last != file.lines.rend()) {
+        last->text = text;
+        return;
+    }
+    const std::string end = file.lines.empty() || file.lines.front().end.empty() ? "\n" : file.lines.front().end;
+    if (!file.lines.empty() && file.lines.back().end.empty()) {
+        file.lines.back().end = end;
+    }
+    file.lines.push_back({text, end});
+}
+
+}  // namespace
+
+PLACE save_setting(const std::string& key, const std::string& value) {
+    const std::vector<PLACE> places = configuration_places();
+    std::vector<CONFIGURATION_LINES> files;
+    files.reserve(places.size());
+    for (const PLACE& place : places) {
+        files.push_back(lines_of(place));
+    }
+    const std::size_t chosen = file_in_use(files, key);
+    put(files[chosen], key, value);
+    std::vector<BYTE> contents;
+    for (const LINE& line : files[chosen].lines) {
+        contents.insert(contents.end(), line.text.begin(), line.text.end());
+        contents.insert(contents.end(), line.end.begin(), line.end.end());
+    }
+    const std::string& path = places[chosen].path;
+    std::error_code error;  // what keeps the directory from being made keeps the file from being written
+    std::filesystem::create_directories(fio_get_unc_full_path(path).parent_path(), error);
+    OUTPUT_FILE output(path);
+    output.write(contents);
+    output.commit();
+    return places[chosen];
+}
+
+std::string outweighed_by(const std::string& key) {
+    for (const std::string& assignment : given_values("--set")) {
+        if (assignment.starts_with(key + "=")) {
+            return "option --set";
+        }
+    }
+    return environment_text(key).empty() ? "" : fmt::format("environment variable {}", key);
+}

@@ -1,0 +1,118 @@
+#include "flash/chip_file.h"
+
+#include <fmt/core.h>
+
+#include <algorithm>
+#include <fstream>
+#include <iostream>
+#include <iterator>
+
+#include "fio.h"
+#include "gen.h"
+
+namespace {
+
+constexpr std::streamsize MOST_FILE_BYTES = 1 << 20;
+constexpr std::string_view BYTE_ORDER_MARK = "\xEF\xBB\xBF";
+constexpr const char* ASSIGNMENT = "field = value";
+
+std::string text_of_stream(std::istream& stream) {
+    std::string text(static_cast<std::size_t>(MOST_FILE_BYTES), '\0');
+    stream.read(text.data(), MOST_FILE_BYTES);
+    text.resize(static_cast<std::size_t>(stream.gcount()));
+    return text;
+}
+
+std::string text_of_file(const std::string& file) {
+    if (file == "-") {
+        return text_of_stream(std::cin);
+    }
+    std::ifstream stream(fio_get_unc_full_path(FIO_PATH(file).fullpath()), std::ios::binary);
+    std::string text = stream.is_open() ? text_of_stream(stream) : "";
+    if (!stream.is_open() || stream.bad() || (text.empty() && !stream.eof())) {
+        throw COMMAND_FAILURE({FAILURE_CODE::FILE_UNREADABLE,
+                               "the description cannot be read",
+                               file,
+                               {},
+                               "name a text file that exists and that you may read",
+                               {}});
+    }
+    return text;
+}
+
+/// Puts the lines of a file together to chips.
+class CHIP_READER {
+public:
+    CHIP_READER(std::string directory, std::vector<FIELD_FAULT>& faults)
+        : m_directory(std::move(directory)), m_faults(faults) {}
+
+    void take(const std::string& line, const std::string& place) {
+        const std::string text = gen_remove_leading_and_trailing_white_spaces(line.substr(0, line.find('#')));
+        const std::size_t equals = text.find('=');
+        if (text.empty()) {
+            m_behind_blank = m_behind_blank || line.find('#') == std::string::npos;
+        } else if (text.front() == '[' && text.back() == ']') {
+            m_begins = true;
+        } else if (equals == std::string::npos || equals == 0) {
+            m_faults.push_back({place, "", text, ASSIGNMENT, ""});
+        } else {
+            add({place, gen_remove_leading_and_trailing_white_spaces(text.substr(0, equals)),
+                 gen_remove_leading_and_trailing_white_spaces(text.substr(equals + 1))});
+        }
+    }
+
+    std::vector<CHIP_TEXT> chips;
+
+private:
+    void add(CHIP_ENTRY entry) {
+        const auto is_same = [&entry](const CHIP_ENTRY& other) { return gen_stricmp(entry.name, other.name) == 0; };
+        const bool again = !chips.empty() && m_behind_blank &&
+                           std::any_of(chips.back().entries.begin(), chips.back().entries.end(), is_same);
+        if (chips.empty() || m_begins || again) {
+            chips.push_back({m_directory, {}});
+        }
+        m_begins = false;
+        m_behind_blank = false;
+        chips.back().entries.push_back(std::move(entry));
+    }
+
+    std::string m_directory;
+    std::vector<FIELD_FAULT>& m_faults;
+    bool m_begins = true;
+    bool m_behind_blank = false;
+};
+
+}  // namespace
+
+CHIP_TEXT chip_of_arguments(const std::vector<std::string>& assignments, std::vector<FIELD_FAULT>& faults) {
+    CHIP_TEXT chip;
+    for (const std::string& assignment : assignments) {
+        const std::size_t equals = assignment.find('=');
+        if (equals == std::string::npos || equals == 0) {
+            faults.push_back({"", "", assignment, "FIELD=VALUE", ""});
+            continue;
+        }
+        chip.entries.push_back({"", gen_remove_leading_and_trailing_white_spaces(assignment.substr(0, equals)),
+                                gen_remove_leading_and_trailing_white_spaces(assignment.substr(equals + 1))});
+    }
+    return chip;
+}
+
+std::vector<CHIP_TEXT> chips_of_file(const std::string& file, std::vector<FIELD_FAULT>& faults) {
+    std::string text = text_of_file(file);
+    if (text.starts_with(BYTE_ORDER_MARK)) {
+        text.erase(0, BYTE_ORDER_MARK.size());
+    }
+    CHIP_READER reader(file.substr(0, file.find_last_of("/\\") + 1), faults);
+    std::size_t number = 0;
+    for (std::size_t begin = 0; begin < text.size();) {
+        const std::size_t end = std::min(text.find('\n', begin), text.size());
+        reader.take(text.substr(begin, end - begin), fmt::format("{}:{}", file, ++number));
+        begin = end + 1;
+    }
+    return reader.chips;
+}
+
+bool names_chip_file(const std::string& argument) {
+    return argument.size() > 1 && argument.front() == '@';
+}

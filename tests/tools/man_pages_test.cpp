@@ -42,7 +42,8 @@ TEST(man_pages, TellWhatHelpTells) {
          {".TH pgmdev-flash 1", ".SH NAME\npgmdev-flash - Serial flash devices", ".SS pgmdev flash identify",
           "Which flash answered, how sure that is, and how it must be driven", "--silicon",
           "The responses are one-byte", "pgmdev flash identify [--silicon] [HEX] ... ",
-          "    pgmdev flash identify 20BA18 \"EF 70 17\" silicon:13", "What is printed behind \"INI : \""}) {
+          "    pgmdev flash identify 20BA18 \"EF 70 17\" silicon:13",
+          "What is printed, in the dialogue behind \"INI : \","}) {
         EXPECT_TRUE(contains(flash, part)) << part;
     }
     const std::string top = shown(page({}));

@@ -38,9 +38,9 @@ inline BYTES dump(const std::vector<TABLE>& tables, BYTE minor = 6) {
     BYTES bytes{'S', 'F', 'D', 'P', minor, 1, static_cast<BYTE>(tables.size() - 1), 0xFF};
     auto offset = static_cast<DWORD>(8 * (1 + tables.size()));
     for (const TABLE& table : tables) {
-        append_word(bytes, (table.id & 0xFFU) | table.minor << 8 | table.major << 16 |
+        append_word(bytes, (table.id & 0xFFU) | DWORD{table.minor} << 8 | DWORD{table.major} << 16 |
                                static_cast<DWORD>(table.words.size()) << 24);
-        append_word(bytes, offset | (table.id >> 8U) << 24);
+        append_word(bytes, offset | (DWORD{table.id} >> 8U) << 24);
         offset += static_cast<DWORD>(4 * table.words.size());
     }
     for (const TABLE& table : tables) {

@@ -22,9 +22,10 @@ JSON schema_of(const WORDS& verb) {
 /// The words that lead to each verb, and to each option, that answers in JSON: the titles of the schemas.
 std::vector<WORDS> all_verbs() {
     std::vector<WORDS> verbs;
-    for (const auto& [name, schema] : schema_of({})["$defs"].items()) {
+    const JSON all = schema_of({});
+    for (const auto& [name, schema] : all.at("$defs").items()) {
         if (schema.contains("title")) {
-            std::istringstream title(schema["title"].get<std::string>());
+            std::istringstream title(schema.at("title").get<std::string>());
             verbs.push_back({std::istream_iterator<std::string>(title), std::istream_iterator<std::string>()});
             verbs.back().erase(verbs.back().begin());  // "pgmdev"
         }

@@ -223,15 +223,17 @@ bool keep_copy(const CONTAINER_FILE& container, const std::string& path) {
     return bytes && copy.write(*bytes) && copy.commit();
 }
 
-/// Puts a block in the place of the one that the file has, and writes it anew; the caller has the lock.
-bool replace_block(const std::string& path, DWORD which, const BLOCK& changed) {
+using BLOCKS = std::array<BLOCK, PGMDEV_FLASH_INI_MAX>;
+
+/// What the file is to hold, of which it has the other blocks already. False when it is not to be written; the debug channel
+/// says why. The file is closed afterwards: on Windows, one that is open is not replaced.
+bool collect_blocks(const std::string& path, DWORD which, const BLOCK& changed, BLOCKS& blocks, QWORD& file_size) {
     CONTAINER_FILE container;
     const CONTAINER_STATE state = container.state();
     if (state == CONTAINER_STATE::UNREADABLE || (state != CONTAINER_STATE::ABSENT && is_protected(path))) {
         return refuse_to_write(path, "the file that is there cannot be read and written");
     }
-    std::array<BLOCK, PGMDEV_FLASH_INI_MAX> blocks;
-    QWORD file_size = HEAD_SIZE + ENTRY_SIZE * PGMDEV_FLASH_INI_MAX;
+    file_size = HEAD_SIZE + ENTRY_SIZE * PGMDEV_FLASH_INI_MAX;
     for (DWORD i = 0; i < blocks.size(); ++i) {
         BLOCK& block = blocks[i];
         if (i == which) {
@@ -248,6 +250,16 @@ bool replace_block(const std::string& path, DWORD which, const BLOCK& changed) {
     }
     if ((state == CONTAINER_STATE::DAMAGED || container.has_more()) && !keep_copy(container, path)) {
         return refuse_to_write(path, "no copy of the damaged file could be kept");
+    }
+    return true;
+}
+
+/// Puts a block in the place of the one that the file has, and writes it anew; the caller has the lock.
+bool replace_block(const std::string& path, DWORD which, const BLOCK& changed) {
+    BLOCKS blocks;
+    QWORD file_size = 0;
+    if (!collect_blocks(path, which, changed, blocks, file_size)) {
+        return false;
     }
     FIO_REPLACEMENT replacement(path);
     return replacement.write(build_image(blocks, file_size).bytes()) && replacement.commit();

@@ -91,6 +91,7 @@ const std::vector<RUN> SINGLE{
     {{"flash", "sfdp"}, {SHORT_SFDP_DUMP, "--id", "684016"}, "", DONE},
     {{"flash", "sfdp"}, {FLASH_TABLE}, "", INTERNAL_ERROR},
     {{"flash", "decode"}, {"rubbish"}, "", INTERNAL_ERROR},
+    {{"flash", "reseal"}, {"rubbish"}, "", WRONG_USAGE},
     {{"flash", "check"}, {FLASH_TABLE}, "", DONE},
     {{"flash", "check"}, {PROFILE_TABLE}, "", INTERNAL_ERROR},
     {{"flash", "dump"}, {FLASH_DATABASE_FILE}, "", DONE},

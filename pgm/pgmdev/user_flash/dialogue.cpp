@@ -54,7 +54,7 @@ std::optional<std::string> ask_value(const CONVERSATION& talk, const QUESTION& q
         const std::string line = talk.ask(question.text);
         const std::string answer = gen_ascii_toupper(line);
         const bool tears = talk.is_with_a_person() && tears_user_flash(question, answer);
-        if (const auto value = user_flash_value(question, answer); value && !tears) {
+        if (auto value = user_flash_value(question, answer); value && !tears) {
             return value;
         }
         const bool is_unnamed = question.answer == QUESTION::ANSWER::NAME && !tears;

@@ -42,7 +42,7 @@ std::vector<std::string> value_faults(const USER_FLASH_EXAMINATION& examination)
                          "\", expected " + std::string(accepted_user_flash_values(member)));
     } else {
         for (const auto& [member, found, expected] : PGMDEV_USER_FLASH::implausible(record)) {
-            faults.push_back(member + " is " + found + ", expected " + expected);
+            faults.push_back(std::string(member).append(" is ").append(found).append(", expected ").append(expected));
         }
         if (record.device_name.empty()) {
             faults.emplace_back("device_name is empty, which stands for no flash at all");

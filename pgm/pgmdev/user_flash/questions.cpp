@@ -87,7 +87,7 @@ std::string accepted_user_flash_answers(const QUESTION& question) {
     const auto spelled = [&](DWORD number) {
         return hexadecimal_digits ? hexadecimal(number) : std::to_string(number);
     };
-    const std::string range = spelled(question.least) + " to " + spelled(question.most);
+    std::string range = spelled(question.least) + " to " + spelled(question.most);
     switch (question.answer) {
         case ANSWER::NAME:
         case ANSWER::TEXT:

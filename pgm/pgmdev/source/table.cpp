@@ -50,7 +50,7 @@ std::vector<SOURCE_LINE> read_source_table(const FIO_PATH& path, bool keep_empty
     std::string text;
     readable = read_whole_file(fio_get_unc_full_path(path.fullpath()), LARGEST_SOURCE, FILE_KINDS::STREAMS_TOO, text) ==
                READ_RESULT::READ;
-    const QTL_TOKENIZER tokenizer(CELL_SEPARATORS, keep_empty, "", "", "", false);
+    QTL_TOKENIZER tokenizer(CELL_SEPARATORS, keep_empty, "", "", "", false);
     std::vector<SOURCE_LINE> lines;
     DWORD number = 0;
     std::size_t cell_count = 0;

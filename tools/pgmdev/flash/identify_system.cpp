@@ -132,12 +132,13 @@ fs::path spi_directory(const std::vector<std::string>& given) {
                                    EXIT_USAGE);
     }
     for (const char* place : PLACES) {
-        const fs::file_type type = fs::status(root / place, error).type();
+        const fs::file_type type = fs::status(root / fs::path(place).make_preferred(), error).type();
         if (error && type != fs::file_type::not_found) {
-            throw unreadable_directory(root / place, as_clause(error.message()), EXIT_INTERNAL_ERROR);
+            throw unreadable_directory(root / fs::path(place).make_preferred(), as_clause(error.message()),
+                                       EXIT_INTERNAL_ERROR);
         }
         if (type == fs::file_type::directory) {
-            return root / place;
+            return root / fs::path(place).make_preferred();
         }
     }
     return root;

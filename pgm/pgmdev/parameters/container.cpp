@@ -24,7 +24,8 @@ constexpr std::string_view MAGIC = "PGMDEV_FLASH_INI";
 constexpr DWORD MAGIC_SIZE = 16;
 constexpr DWORD HEAD_SIZE = MAGIC_SIZE + 4;
 constexpr DWORD ENTRY_SIZE = 8;
-constexpr QWORD LARGEST_WRITTEN = 0xFFFFFFFF;  // offsets have 32 bits
+constexpr QWORD LARGEST_WRITTEN = 0xFFFFFFFF;     // offsets have 32 bits
+constexpr QWORD LARGEST_COPIED = QWORD{1} << 28;  // far more than parameters take
 static_assert(MAGIC.size() == MAGIC_SIZE);
 
 /// The lines that reports state for the checks of the written image, which share a text: fixed, since programs that read
@@ -65,8 +66,11 @@ public:
     /// Whether it has blocks that this version does not write.
     bool has_more() const { return m_has_more; }
 
-    /// The bytes of the whole file; nothing when it cannot be read.
+    /// The bytes of the whole file; nothing when it cannot be read, or is no file that anybody wants a copy of in memory.
     std::optional<std::vector<BYTE>> whole() const {
+        if (m_file.size() > LARGEST_COPIED) {
+            return std::nullopt;
+        }
         std::vector<BYTE> bytes(m_file.size());
         return m_file.read_at(0, bytes) ? std::optional(std::move(bytes)) : std::nullopt;
     }

@@ -1,3 +1,6 @@
+#include <filesystem>
+#include <fstream>
+
 #include "pgmdev/parameters/fixture.h"
 #include "support/reports.h"
 
@@ -175,6 +178,18 @@ TEST(FlashIniContainer, DamagedFileIsReplaced) {
     directory.write_file(ref::file(SAMPLE) + "garbage");
     ASSERT_TRUE(directory.write(0, "new"));
     EXPECT_EQ(directory.file(), ref::file(ref::BLOCKS{"new", std::nullopt, std::nullopt}));
+}
+
+TEST(FlashIniContainer, DamagedFileTooLargeForACopyStays) {
+    const FLASH_INI_DIRECTORY directory;
+    directory.write_file("garbage");
+    const std::uintmax_t size = (std::uintmax_t{1} << 28) + 1;
+    std::filesystem::resize_file(directory.path(), size);
+    EXPECT_FALSE(directory.write(0, "new"));
+    EXPECT_EQ(std::filesystem::file_size(directory.path()), size);
+    std::string beginning(7, ' ');
+    std::ifstream(directory.path(), std::ios::binary).read(beginning.data(), 7);
+    EXPECT_EQ(beginning, "garbage");
 }
 
 TEST(FlashIniContainer, UnknownBlocksAreNotWritten) {

@@ -99,10 +99,11 @@ inline std::optional<std::string> read_block(const std::string& file, unsigned l
 /// A module directory with a container that a test writes and reads.
 class FLASH_INI_DIRECTORY {
 public:
+    std::filesystem::path path() const { return m_scratch.directory() / "pgm_flash.ini"; }
     void write_file(const std::string& contents) const { m_scratch.write("pgm_flash.ini", contents); }
     /// Changes one byte of the file in place: on journaling file systems much faster than writing the file anew.
     void change_byte(std::size_t at, char value) const {
-        std::fstream file(m_scratch.directory() / "pgm_flash.ini", std::ios::binary | std::ios::in | std::ios::out);
+        std::fstream file(path(), std::ios::binary | std::ios::in | std::ios::out);
         file.seekp(static_cast<std::streamoff>(at)).put(value);
         EXPECT_TRUE(file.flush().good());
     }

@@ -122,6 +122,11 @@ public:
 
     const std::string& file() const { return m_file; }
 
+    /// Makes a file beside it: the database's name, and `ending` behind it.
+    void write_beside(const std::string& ending, const std::string& text) const {
+        m_scratch.write("programmer/pgm_flash.pcf" + ending, text);
+    }
+
     /// Runs the command on it, after further global options.
     PROCESS_RESULT run(const std::vector<std::string>& arguments, const std::string& input = "") const {
         std::vector<std::string> all{"--db-dir", m_scratch.directory().string()};

@@ -28,24 +28,14 @@ PGMDEV_SFL_FLASH_INFO known_chip() {
 }
 
 /// A database with that record, an alias, one that leads nowhere, and evidence.
-class COMPANIONS {
+class COMPANIONS : public FLASH_DATABASE {
 public:
-    COMPANIONS() {
-        m_scratch.write("programmer/pgm_flash.pcf", flash_reference::file(flash_reference::payload({known_chip()})));
-        m_scratch.write(
-            "programmer/pgm_flash.pcf.aliases.csv",
+    COMPANIONS() : FLASH_DATABASE({known_chip()}) {
+        write_beside(
+            ".aliases.csv",
             "alias,device_name,reason\nCHIP-IQ,CHIP,ordering code\nCHIP64,CHIP,another name\nLOST,GONE,nobody knows\n");
-        m_scratch.write("programmer/pgm_flash.pcf.sources.csv",
-                        std::string(GROUPS) + "CHIP,17@2 40@1 EF@0,two:linux+flashrom,family\n");
+        write_beside(".sources.csv", std::string(GROUPS) + "CHIP,17@2 40@1 EF@0,two:linux+flashrom,family\n");
     }
-    PROCESS_RESULT run(const std::vector<std::string>& arguments, const std::string& input = "") const {
-        std::vector<std::string> all{"--db-dir", m_scratch.directory().string()};
-        all.insert(all.end(), arguments.begin(), arguments.end());
-        return run_command(all, input);
-    }
-
-private:
-    SCRATCH m_scratch;
 };
 
 const JSON EVIDENCE{

@@ -72,6 +72,21 @@ TEST(flash_notes, TravelWithTheDatabase) {
     EXPECT_TRUE(contains(result.output, "told apart by a look")) << result.output;
 }
 
+TEST(flash_notes, OfAnotherTableAreToldWhenOneWithoutNotesIsCompiled) {
+    const TABLE_WITH_NOTES files;
+    ASSERT_EQ(run_command({"flash", "compile", files.table(), files.database()}).errors, "");
+    const std::string aliases = read_file(files.database() + ".aliases.csv");
+    fs::remove(fs::path(files.table()).parent_path() / "aliases.csv");
+    const PROCESS_RESULT result = run_command({"flash", "compile", files.table(), files.database()});
+    EXPECT_EQ(result.exit_code, DONE);
+    EXPECT_TRUE(contains(result.errors,
+                         ".aliases.csv is not of this table, which has no such notes; remove it unless "
+                         "it is yours\n"))
+        << result.errors;
+    EXPECT_FALSE(contains(result.errors, ".sources.csv")) << result.errors;
+    EXPECT_EQ(read_file(files.database() + ".aliases.csv"), aliases);
+}
+
 TEST(flash_notes, WithFaultsAreNotCompiled) {
     const TABLE_WITH_NOTES files;
     files.write("flash/identifications.csv", "device_name, identification\nMT25QL128, 20B\n");

@@ -2,9 +2,10 @@
 
 #include <sstream>
 
+#include "files/file_bytes.h"
 #include "fio.h"
 #include "gen.h"
-#include "tables/file_bytes.h"
+#include "text_lines.h"
 
 namespace {
 
@@ -26,14 +27,12 @@ CSV_LINES read_csv_lines(const std::string& path) {
         return read;
     }
     const std::vector<BYTE> bytes = required_file_bytes(path);
-    std::istringstream input(std::string(bytes.begin(), bytes.end()));
-    input.exceptions(std::ios::badbit);  // a failing allocation is not the end
     std::size_t number = 0;
-    for (std::string line; std::getline(input, line);) {
+    for_each_line({reinterpret_cast<const char*>(bytes.data()), bytes.size()}, [&](std::string_view line) {
         ++number;
-        std::vector<std::string> cells = cells_of_line(line);
+        std::vector<std::string> cells = cells_of_line(std::string(line));
         if (cells.empty() || (cells.size() == 1 && cells.front().empty())) {
-            continue;
+            return;
         }
         if (read.names.empty()) {
             read.names = std::move(cells);
@@ -42,6 +41,6 @@ CSV_LINES read_csv_lines(const std::string& path) {
         } else {
             read.malformed.push_back(number);
         }
-    }
+    });
     return read;
 }

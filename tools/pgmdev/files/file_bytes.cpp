@@ -1,4 +1,4 @@
-#include "tables/file_bytes.h"
+#include "files/file_bytes.h"
 
 #include <fmt/core.h>
 

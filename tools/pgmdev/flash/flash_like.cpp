@@ -1,6 +1,7 @@
 #include "flash/flash_like.h"
 
 #include <algorithm>
+#include <utility>
 #include <vector>
 
 #include "flash/aliases.h"
@@ -28,9 +29,7 @@ std::string rows_near(const std::string& name) {
     for (const FLASH_ROW& row : all_flash_rows()) {
         names.push_back(row.record.device_name);
     }
-    for (const FLASH_ALIAS& alias : flash_aliases()) {
-        names.push_back(alias.name);
-    }
+    names = with_flash_aliases(std::move(names));
     const std::vector<std::string> meant = nearest(name, names);
     const std::string hint = did_you_mean(meant.empty() ? longer_or_shorter(name, names) : meant);
     return hint.empty() ? "" : hint.substr(2);

@@ -4,14 +4,15 @@
 
 #include <algorithm>
 #include <optional>
-#include <sstream>
+#include <string_view>
 
+#include "files/file_bytes.h"
 #include "fio.h"
 #include "gen.h"
-#include "tables/file_bytes.h"
 #include "terminal/schema.h"
 #include "terminal/standard_error.h"
 #include "terminal/text_table.h"
+#include "text_lines.h"
 
 namespace {
 
@@ -54,22 +55,20 @@ ACCEPTED_WARNINGS read_accepted_warnings(const std::string& csv_file) {
     }
     accepted.file = path;
     const std::vector<BYTE> bytes = required_file_bytes(path);
-    std::istringstream input(std::string(bytes.begin(), bytes.end()));
-    input.exceptions(std::ios::badbit);  // a failing allocation is not the end
     std::size_t number = 0;
-    for (std::string line; std::getline(input, line);) {
+    for_each_line({reinterpret_cast<const char*>(bytes.data()), bytes.size()}, [&](std::string_view line) {
         ++number;
         const std::size_t comment = std::min(line.find('#'), line.size());
-        const std::string text = gen_remove_leading_and_trailing_white_spaces(line.substr(0, comment));
+        const std::string text = gen_remove_leading_and_trailing_white_spaces(std::string(line.substr(0, comment)));
         if (text.empty()) {
-            continue;
+            return;
         }
-        if (auto entry = parse(text, number, comment < line.size() ? line.substr(comment + 1) : "")) {
+        if (auto entry = parse(text, number, std::string(comment < line.size() ? line.substr(comment + 1) : ""))) {
             accepted.entries.push_back(std::move(*entry));
         } else {
             accepted.malformed.push_back(number);
         }
-    }
+    });
     return accepted;
 }
 

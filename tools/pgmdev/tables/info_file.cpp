@@ -5,14 +5,15 @@
 #include <algorithm>
 #include <array>
 #include <charconv>
-#include <sstream>
+#include <string_view>
 #include <variant>
 
+#include "files/file_bytes.h"
 #include "fio.h"
 #include "gen.h"
 #include "pgmdev_version.h"
-#include "tables/file_bytes.h"
 #include "terminal/schema.h"
+#include "text_lines.h"
 #include "utf8_path.h"
 
 namespace {
@@ -53,26 +54,23 @@ bool take(const std::string& text, QWORD& value) {
 
 /// Reads a text. Keys that are not known are left to those who know them; false when one is missing or has no value.
 bool parse(const std::vector<BYTE>& bytes, DATABASE_INFO& info) {
-    std::istringstream input(std::string(bytes.begin(), bytes.end()));
-    input.exceptions(std::ios::badbit);  // a failing allocation is not the end
     std::size_t taken = 0;
-    for (std::string line; std::getline(input, line);) {
+    for_each_line({reinterpret_cast<const char*>(bytes.data()), bytes.size()}, [&](std::string_view line) {
         const std::size_t equals = line.find('=');
-        const std::string name = gen_remove_leading_and_trailing_white_spaces(line.substr(0, equals));
-        if (equals == std::string::npos) {
-            continue;
+        if (equals == std::string_view::npos) {
+            return;
         }
-        const std::string text = gen_remove_leading_and_trailing_white_spaces(line.substr(equals + 1));
+        const std::string name = gen_remove_leading_and_trailing_white_spaces(std::string(line.substr(0, equals)));
+        const std::string text = gen_remove_leading_and_trailing_white_spaces(std::string(line.substr(equals + 1)));
         if (name == REPLACES) {
             info.replaces_sha256 = text;
         }
         const auto* const key =
             std::find_if(KEYS.begin(), KEYS.end(), [&](const INFO_KEY& candidate) { return name == candidate.name; });
-        if (key == KEYS.end()) {
-            continue;
+        if (key != KEYS.end()) {
+            taken += std::visit([&](auto field) { return take(text, info.*field); }, key->field) ? 1U : 0U;
         }
-        taken += std::visit([&](auto field) { return take(text, info.*field); }, key->field) ? 1U : 0U;
-    }
+    });
     return taken == KEYS.size();
 }
 

@@ -3,10 +3,12 @@
 #include <algorithm>
 #include <utility>
 
+#include "files/file_bytes.h"
 #include "fio.h"
 #include "tables/fault_output.h"
-#include "tables/file_bytes.h"
 #include "terminal/schema.h"
+#include "terminal/standard_error.h"
+#include "terminal/text_table.h"
 
 namespace {
 
@@ -44,6 +46,8 @@ NOTES_COPIES::NOTES_COPIES(const std::vector<NOTES_COPY>& files) {
     for (const NOTES_COPY& file : files) {
         if (FIO_FILE_SYSTEM::exists(file.source.c_str())) {
             m_outputs.emplace_back(file.copy).write(required_file_bytes(file.source));
+        } else if (FIO_FILE_SYSTEM::exists(file.copy.c_str())) {
+            m_left.push_back(file.copy);
         }
     }
 }
@@ -51,5 +55,9 @@ NOTES_COPIES::NOTES_COPIES(const std::vector<NOTES_COPY>& files) {
 void NOTES_COPIES::commit() {
     for (OUTPUT_FILE& output : m_outputs) {
         output.commit();
+    }
+    for (const std::string& left : m_left) {
+        print_error("pgmdev: {} is not of this table, which has no such notes; remove it unless it is yours\n",
+                    printable(left));
     }
 }

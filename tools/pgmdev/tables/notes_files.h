@@ -33,7 +33,8 @@ struct NOTES_COPY {
     std::string copy;
 };
 
-/// The copies, written and ready to take their places. Notes that are not there are left out.
+/// The copies, written and ready to take their places. Notes that are not there are left out; where the database has some
+/// of that kind already, standard error says that they are not of this table.
 class NOTES_COPIES {
 public:
     explicit NOTES_COPIES(const std::vector<NOTES_COPY>& files);
@@ -41,4 +42,5 @@ public:
 
 private:
     std::deque<OUTPUT_FILE> m_outputs;  // whose elements stay where they are
+    std::vector<std::string> m_left;    ///< beside the database, and none beside the table
 };

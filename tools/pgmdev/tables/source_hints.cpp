@@ -4,7 +4,7 @@
 #include <array>
 #include <string_view>
 
-#include "tables/file_bytes.h"
+#include "files/file_bytes.h"
 
 namespace {
 

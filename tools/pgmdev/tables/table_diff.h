@@ -10,10 +10,10 @@
 #include <string_view>
 #include <vector>
 
+#include "files/file_bytes.h"
 #include "files/origins.h"
 #include "files/source.h"
 #include "tables/fault_output.h"
-#include "tables/file_bytes.h"
 #include "tables/row_matching.h"
 #include "terminal/command_line.h"
 #include "terminal/failure.h"

@@ -11,13 +11,13 @@
 #include <vector>
 
 #include "files/database.h"
+#include "files/file_bytes.h"
 #include "files/inspection.h"
 #include "files/output.h"
 #include "files/source.h"
 #include "fio.h"
 #include "tables/annotate.h"
 #include "tables/fault_output.h"
-#include "tables/file_bytes.h"
 #include "tables/info_file.h"
 #include "tables/notes_files.h"
 #include "tables/table_check.h"

@@ -11,9 +11,9 @@
 
 #include "cfg.h"
 #include "files/database.h"
+#include "files/file_bytes.h"
 #include "files/source.h"
 #include "tables/fault_output.h"
-#include "tables/file_bytes.h"
 #include "tables/verify_output.h"
 #include "terminal/command_line.h"
 

@@ -58,6 +58,16 @@ public:
 
     const std::vector<PGMDEV_FLASH_AMBIGUITY>& ambiguities() const noexcept { return m_ambiguities; }
 
+    /// A chip's whole identification.
+    struct IDENTIFICATION {
+        DWORD line = 0;
+        DWORD column = 0;  ///< of the digits
+        std::string device_name;
+        std::string digits;  ///< two for each byte, "?" for any
+    };
+
+    const std::vector<IDENTIFICATION>& identifications() const noexcept { return m_identifications; }
+
     /// Those that begin like the response and that none of its `given` bytes decides, the worst first.
     std::vector<PGMDEV_FLASH_AMBIGUITY> ambiguities_of(const BYTE* response, DWORD given) const;
 
@@ -71,14 +81,6 @@ public:
     static std::vector<std::string> files_of_database(const std::string& pcf_file);
 
 private:
-    /// A chip's whole identification.
-    struct IDENTIFICATION {
-        DWORD line = 0;
-        DWORD column = 0;  ///< of the digits
-        std::string device_name;
-        std::string digits;  ///< two for each byte, "?" for any
-    };
-
     explicit PGMDEV_FLASH_NOTES(const std::vector<std::string>& files);
     void read_ambiguities(const std::string& file);
     void read_identifications(const std::string& file);

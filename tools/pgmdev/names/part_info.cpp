@@ -8,6 +8,7 @@
 #include <set>
 #include <utility>
 
+#include "names/device_names.h"
 #include "names/name_schemes.h"
 #include "names/spellings.h"
 #include "pgmdev_mgr.h"
@@ -253,12 +254,18 @@ JSON facts_json(const NAME_MEANING& meaning, PROFILE_DATABASE& profiles) {
 
 std::vector<JSON> facts_of_all_names() {
     SOURCES sources;
-    std::sort(sources.names.begin(), sources.names.end());
-    sources.names.erase(std::unique(sources.names.begin(), sources.names.end()), sources.names.end());
+    std::set<std::string> names(sources.names.begin(), sources.names.end());
+    for (const auto* further : {&part_names(), &package_and_programming_names(), &programmer_part_names(),
+                                &device_names(), &family_names()}) {
+        names.insert(further->begin(), further->end());
+    }
     std::vector<JSON> of_parts;
     std::vector<JSON> of_others;
-    for (const std::string& name : sources.names) {
+    for (const std::string& name : names) {
         const NAME_MEANING meaning = sources.schemes.meaning_of(name);
+        if (meaning.schemes.empty() || meaning.name != name) {
+            continue;  // in another case, or an alias
+        }
         const bool is_part = common_of(meaning).part != nullptr;
         (is_part ? of_parts : of_others).push_back(facts_json(meaning, sources.profiles));
     }

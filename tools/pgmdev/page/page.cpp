@@ -16,13 +16,13 @@
 
 namespace {
 
-/// Makes the directory if its own directory is there.
-void require_directory(const std::string& directory) {
+/// Makes the directory of the file if its own directory is there.
+void require_directory(const std::string& directory, const std::string& file) {
     std::error_code error;
     const std::filesystem::path path(fio_get_unc_full_path(directory));
     forget_system_reason();
-    if (!std::filesystem::is_directory(path, error) && !std::filesystem::create_directory(path, error) && error) {
-        throw output_failure(directory);
+    if (!std::filesystem::is_directory(path, error) && !std::filesystem::create_directory(path, error)) {
+        throw output_failure(std::filesystem::exists(path, error) ? file : directory);
     }
 }
 
@@ -34,7 +34,7 @@ QWORD rows_of(JSON list) {
 void write_page(const ARGUMENTS& given, COMMAND& command) {
     const std::string& directory = given.text("OUTPUT_DIR");
     const std::string file = utf8_from_path(path_from_utf8(directory) / "index.html");
-    require_directory(directory);
+    require_directory(directory, file);
     confirm_output(file, {flash_database_place().path}, "page of pgmdev", PAGE_BEGINNING, given.has("--force"));
     PAGE_DATA data{page_flash_data(), page_tables_data(), page_names_data()};
     const std::string page = page_document(data);
@@ -66,7 +66,7 @@ JSON page_schema() {
 
 VERB page_verb() {
     return VERB("page", "Write a page for browsers: all chips, profiles and names, to look up without a network",
-                "pgmdev page /tmp/tessary-page", write_page)
+                "pgmdev page tessary-page", write_page)
         .takes({"OUTPUT_DIR", "Directory for the page, index.html, which is made where it is missing"})
         .takes({"--force", "Replace an index.html that is no such page", ARGUMENT::FLAG})
         .tells("The page is one file, opens from any place, asks no network, and answers as flash identify, flash show,\n"

@@ -31,8 +31,7 @@ function summary_facts(row) {
         ["program", `within ${row.program_utime} us`],
         ["voltage", row.asc_voltage],
         ["features", features.join(", ")],
-        ["switch", row.enabled || row.switch !== null
-            ? (row.switch ?? "") : null],
+        ["switch", row.switch ?? ""],
     ]);
 }
 
@@ -55,14 +54,25 @@ function difference_list(differs) {
             harm === "" ? null : make("span", { class: "harm" }, ` ${harm}`))));
 }
 
-function candidates_table(candidates) {
-    return data_table("Chips that these bytes admit", ["chip", "bytes compared", "standing", "differs from the one taken"],
-        candidates.map(({ index, standing, compared, differs }) => {
+function candidates_table(caption, candidates) {
+    return data_table(caption, ["chip", "bytes compared", "standing", "differs from the one taken"],
+        candidates.map(({ index, standing, differs }) => {
             const row = FLASH.records[index];
-            return [chip_link(row), make("code", {}, compared_text(row)),
-                STANDINGS[standing] + (compared.every(({ given }) => given) ? "" : ""),
+            return [chip_link(row), make("code", {}, compared_text(row)), STANDINGS[standing],
                 standing === "taken" ? "" : difference_list(differs)];
         }), "candidates");
+}
+
+/// Those that are possible, and behind a click those that only their compared bytes admit.
+function candidates_part(candidates) {
+    const possible = candidates.filter(is_possible);
+    const others = candidates.filter((each) => !is_possible(each));
+    return [
+        possible.length > 1 ? candidates_table("Chips that give these bytes", possible) : null,
+        others.length > 0 ? make("details", {}, make("summary", {},
+            `${counted(others.length, "row", "rows")} that would take these bytes, but not before this one`),
+        candidates_table("Rows that would take these bytes", others)) : null,
+    ].filter(Boolean);
 }
 
 function same_bytes_part(row) {
@@ -74,8 +84,8 @@ function same_bytes_part(row) {
     const answer = identification(0, parse_question(question), true);
     return [
         make("p", {}, make("a", { href: `#/identify/${encodeURIComponent(question)}` }, `Identify ${question}`),
-            answer.candidates.length > 1 ? "" : ": no other chip of the table answers so."),
-        answer.candidates.length > 1 ? candidates_table(answer.candidates) : null,
+            answer.candidates.filter(is_possible).length > 1 ? "" : ": no other chip of the table answers so."),
+        ...candidates_part(answer.candidates),
     ];
 }
 
@@ -84,6 +94,8 @@ function aliases_part(row) {
     return aliases.length === 0 ? [] : [make("h3", {}, "Further names"), data_table("Names that share this record",
         ["name", "why"], aliases.map(({ name, reason }) => [name, reason]))];
 }
+
+const is_near_in_size = (a, b) => Math.abs(density_class(a) - density_class(b)) <= 1;
 
 function chip_page(row) {
     return [
@@ -94,8 +106,9 @@ function chip_page(row) {
         make("h3", {}, "The same bytes"), ...same_bytes_part(row),
         make("h3", {}, "Block protection"), ...protection_part(row),
         make("h3", {}, "Erase time beside others"),
-        make("figure", {}, erase_picture(FLASH.records, row), make("figcaption", {},
-            "The longest erase of the whole chip, as the tool waits for it. The ring is this chip.")),
+        make("figure", {}, erase_picture(FLASH.records.filter((each) => is_near_in_size(each, row)), row),
+            make("figcaption", {}, "The longest erase of the whole chip, as the tool waits for it, of chips of this and " +
+                "the neighbouring sizes. The ring is this chip.")),
         make("h3", {}, "Members"), members_table(row),
     ];
 }

@@ -10,13 +10,18 @@ const EVIDENCE_SHORT = {
     "family rule": "family rule",
 };
 
+/// "128 Mbit" as one word.
+function without_blank(size) {
+    return size.replace(/(\d) (?=([KMG]?bit|[KMG]iB|bytes)\b)/gi, "$1");
+}
+
 /// How a chip is found: all words of the question are in this text, or its digits are those of the identification.
 function searched_text(row) {
     const names = FLASH.aliases_of(row).map((alias) => alias.name);
     const id = compared_text(row);
-    const size = size_text(row.device_bit_size);
-    return [row.manufacturer_name, row.device_name, ...names, id, id.replace(/ /g, ""), size, size.replace(" ", ""),
-        bytes_text(row.device_bit_size / 8), row.asc_voltage].join(" ").toLowerCase();
+    const sizes = [size_text(row.device_bit_size), bytes_text(row.device_bit_size / 8)].map(without_blank);
+    return [row.manufacturer_name, row.device_name, ...names, id, id.replace(/ /g, ""), ...sizes, row.asc_voltage]
+        .join(" ").toLowerCase();
 }
 
 const CHIPS_VIEW = (() => {
@@ -108,7 +113,7 @@ const CHIPS_VIEW = (() => {
 
     function ask() {
         const question = part("search").value.trim().toLowerCase();
-        state.words = question.split(/\s+/).filter((word) => word !== "");
+        state.words = without_blank(question).split(/\s+/).filter((word) => word !== "");
         const digits = question.replace(/[\s:,-]|0x/g, "");
         state.digits = /^([0-9a-f]{2}){2,}$/.test(digits) ? digits : "";
         state.shown = CHIPS_AT_A_TIME;

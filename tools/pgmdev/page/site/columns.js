@@ -60,9 +60,12 @@ function column_values(column) {
 }
 
 function rows_of(list) {
-    const columns = list.columns.map((column) => [column.name, column_values(column)]);
-    return Array.from({ length: list.rows }, (unused, row) =>
-        Object.fromEntries(columns.map(([name, values]) => [name, values[row]])));
+    const rows = Array.from({ length: list.rows }, () => ({}));
+    for (const column of list.columns) {
+        const values = column_values(column);
+        rows.forEach((row, i) => { row[column.name] = values[i]; });
+    }
+    return rows;
 }
 
 function data_of(id) {

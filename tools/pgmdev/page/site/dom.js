@@ -49,8 +49,10 @@ function facts(pairs) {
         ([label, value]) => [make("dt", {}, label), make("dd", {}, value)]));
 }
 
+const WITH_THOUSANDS = new Intl.NumberFormat("en");
+
 function counted(count, one, many) {
-    return `${count.toLocaleString("en")} ${count === 1 ? one : many}`;
+    return `${WITH_THOUSANDS.format(count)} ${count === 1 ? one : many}`;
 }
 
 /// A size in the largest of Mbit, Kbit and bit that leaves no fraction, as the command writes it.
@@ -70,7 +72,7 @@ function bytes_text(bytes) {
 /// The page of a record.
 function chip_address(row) {
     return row.enabled && FLASH.record_named(row.device_name) === row
-        ? `#/chip/${encodeURIComponent(row.device_name)}` : `#/row/${FLASH.rows.indexOf(row)}`;
+        ? `#/chip/${encodeURIComponent(row.device_name)}` : `#/row/${FLASH.place_of(row)}`;
 }
 
 function chip_link(row) {

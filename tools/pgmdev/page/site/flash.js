@@ -4,7 +4,7 @@ const FLASH = (() => {
     const data = data_of("flash-data");
     const rows = rows_of(data.records);
     const evidence = data.evidence ? rows_of(data.evidence) : [];
-    const aliases = rows_of(data.aliases);
+    const place_of = new Map(rows.map((row, place) => [row, place]));
     const member_named = new Map(data.members.map((member) => [member.name, member]));
     const by_name = new Map();
     for (const row of rows) {
@@ -13,9 +13,12 @@ const FLASH = (() => {
         }
     }
     const aliases_of = new Map();
-    for (const alias of aliases) {
+    for (const alias of rows_of(data.aliases)) {
         const key = alias.device_name.toUpperCase();
-        aliases_of.set(key, [...(aliases_of.get(key) ?? []), alias]);
+        if (!aliases_of.has(key)) {
+            aliases_of.set(key, []);
+        }
+        aliases_of.get(key).push(alias);
     }
     return {
         members: data.members,
@@ -23,7 +26,8 @@ const FLASH = (() => {
         rows,
         /// Those that programs use: the index of a record is its place among them.
         records: rows.filter((row) => row.enabled),
-        evidence_of: (row) => evidence[rows.indexOf(row)],
+        place_of: (row) => place_of.get(row),
+        evidence_of: (row) => evidence[place_of.get(row)],
         aliases_of: (row) => aliases_of.get(row.device_name.toUpperCase()) ?? [],
         ambiguities: data.ambiguities,
         identifications: data.identifications,

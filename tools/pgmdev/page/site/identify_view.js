@@ -2,7 +2,9 @@
 
 const IDENTIFY_EXAMPLES = ["EF 40 18", "20 BB 21", "01 20 18 4D 01 80", "C2 20 19", "FF FF FF", "20 17 EF"];
 
-/// One sentence on what the answer is.
+const full_link = (row) => make("span", {}, `${row.manufacturer_name} `, chip_link(row));
+
+/// A mood, and one sentence on what the answer is.
 function verdict(answer) {
     const taken = answer.mapped ? FLASH.records[answer.index] : null;
     if (!taken) {
@@ -10,10 +12,10 @@ function verdict(answer) {
             "Not mapped: no record takes these bytes."];
     }
     if (answer.contradictions.length > 0) {
-        return ["bad", `Taken as ${full_name(taken)}, but the bytes are not that chip's.`];
+        return ["bad", "Taken as ", full_link(taken), ", but the bytes are not that chip's."];
     }
-    return answer.sure ? ["good", `${full_name(taken)}, and no other chip that is known.`]
-        : ["unsure", `${full_name(taken)} is taken, but others are possible.`];
+    return answer.sure ? ["good", full_link(taken), ", and no other chip that is known."]
+        : ["unsure", full_link(taken), " is taken, but others are possible."];
 }
 
 function missing_text(positions) {
@@ -29,21 +31,20 @@ function ambiguity_item({ chips, told_apart_by, risk, harm }) {
 }
 
 function answer_part(answer) {
-    const [mood, text] = verdict(answer);
+    const [mood, ...text] = verdict(answer);
     const taken = answer.mapped ? FLASH.records[answer.index] : null;
     return [
-        make("p", { class: `verdict ${mood}` }, text),
+        make("p", { class: `verdict ${mood}` }, ...text),
         answer.oddity ? make("p", { class: "oddity" }, `Odd: ${answer.oddity.text}.`) : null,
         answer.nearest.length > 0 ? make("ul", {}, answer.nearest.map(({ index }) =>
             make("li", {}, chip_link(FLASH.records[index]), " ", make("code", {}, compared_text(FLASH.records[index]))))) : null,
         ...answer.contradictions.map(({ position, found, expected }) =>
             make("p", { class: "oddity" }, `Byte ${position} is ${found}, expected ${expected}.`)),
-        taken ? make("p", {}, chip_link(taken)) : null,
         taken ? summary_facts(taken) : null,
         missing_text(answer.missing_bytes),
         answer.ambiguities.length > 0 ? make("h3", {}, "Known to be ambiguous") : null,
         answer.ambiguities.length > 0 ? make("ul", {}, answer.ambiguities.map(ambiguity_item)) : null,
-        (answer.candidates?.length ?? 0) > 1 ? candidates_table(answer.candidates) : null,
+        ...candidates_part(answer.candidates),
     ].filter(Boolean);
 }
 

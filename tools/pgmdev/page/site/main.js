@@ -72,8 +72,13 @@ function press(event) {
     const is_typing = ["INPUT", "TEXTAREA", "SELECT"].includes(event.target.tagName);
     if (event.key === "/" && !is_typing && !event.ctrlKey && !event.metaKey && !event.altKey) {
         event.preventDefault();
-        location.hash = "#/chips";
-        part("search").focus();
+        const search = () => part("search").focus();
+        if (part("view-chips").hidden) {
+            window.addEventListener("hashchange", search, { once: true });
+            location.hash = "#/chips";
+        } else {
+            search();
+        }
     }
 }
 
@@ -86,6 +91,7 @@ NAMES_VIEW.start();
 window.addEventListener("hashchange", () => show_view(true));
 document.addEventListener("keydown", press);
 show_view(false);
+performance.mark("ready");
 
 /// For scripts that ask the page, such as its tests.
 window.tessary = {

@@ -4,6 +4,7 @@ const NAMES = (() => {
     const OWN_NAME = "=";
     let rows = null;
     let by_name = null;
+    let parts_by_name = null;
 
     function whole_row(row) {
         return Object.fromEntries(Object.entries(row).map(([key, value]) => [key, value === OWN_NAME ? row.name : value]));
@@ -25,10 +26,25 @@ const NAMES = (() => {
             part.family, device?.dev_part_pcf, device?.dev_family_pcf];
     }
 
+    function index_parts() {
+        parts_by_name = new Map();
+        const parts = read().filter((row) => row.number !== null).sort((a, b) => a.number - b.number);
+        for (const part of parts) {
+            for (const name of new Set(names_of_part(part))) {
+                if (!parts_by_name.has(name)) {
+                    parts_by_name.set(name, []);
+                }
+                parts_by_name.get(name).push(part.name);
+            }
+        }
+    }
+
     /// The parts that a name stands for in any of its schemes, by number.
     function parts_of(name) {
-        return read().filter((row) => row.number !== null && names_of_part(row).includes(name))
-            .sort((a, b) => a.number - b.number).map((row) => row.name);
+        if (parts_by_name === null) {
+            index_parts();
+        }
+        return parts_by_name.get(name) ?? [];
     }
 
     /// What a name stands for; undefined: nothing.

@@ -54,7 +54,7 @@ function time_scale(left, width, least, most) {
 }
 
 function seconds_text(seconds) {
-    return `${seconds.toLocaleString("en")} s`;
+    return `${WITH_THOUSANDS.format(seconds)} s`;
 }
 
 const round_time = (seconds) => (seconds < 60 ? `${seconds} s` : seconds < 3600 ? `${seconds / 60} min` : `${seconds / 3600} h`);

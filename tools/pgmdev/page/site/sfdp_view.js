@@ -60,7 +60,7 @@ function sfdp_part(sfdp, record) {
 /// The same beside the record of the table.
 function known_sfdp_part(sfdp, answer) {
     const comparison = answer.comparison === null ? [] : [data_table("The record beside what the flash says of itself",
-        ["member", "record", "flash", ""], answer.comparison.map(({ member, unit, record, chip, agrees }) =>
+        ["member", "record", "flash", "do they agree"], answer.comparison.map(({ member, unit, record, chip, agrees }) =>
             [make("code", {}, member), `${record} ${unit}`, chip, agrees ? "agrees" : make("strong", {}, "disagrees")]))];
     return [...comparison, ...sfdp_part(sfdp, answer.record)];
 }

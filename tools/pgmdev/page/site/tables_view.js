@@ -23,7 +23,7 @@ function boot_flash_view() {
         make("h3", {}, "NAND flash"),
         data_table("NAND flash that hard processor systems boot from", ["maker", "device", "size", "from"], nand),
         make("h3", {}, "Kinds of hard processor systems"),
-        data_table("Kinds of hard processor systems", ["", ...kinds.map((kind) => kind.name)],
+        data_table("Kinds of hard processor systems", ["member", ...kinds.map((kind) => kind.name)],
             members.map((name) => [make("code", {}, name), ...kinds.map((kind) => number(name, kind[name]))])),
     ];
 }

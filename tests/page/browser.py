@@ -85,11 +85,11 @@ class Page:
         self.driver.execute_cdp_cmd("Emulation.setEmulatedMedia", {
             "media": media, "features": [{"name": "prefers-color-scheme", "value": scheme}]})
 
-    def violations(self, only=None, but=()):
-        """What the accessibility checker finds in what is shown: rule and place of each. `only` a rule, or all but some."""
-        options = {"resultTypes": ["violations"], "rules": {rule: {"enabled": False} for rule in but}}
+    def violations(self, only=None):
+        """What the accessibility checker finds in what is shown, by all rules or some: rule and place of each."""
+        options = {"resultTypes": ["violations"]}
         if only:
-            options["runOnly"] = {"type": "rule", "values": [only]}
+            options["runOnly"] = {"type": "rule", "values": only}
         self.driver.execute_script(f"if (!window.axe) {{ {self.axe} }}")
         return self.driver.execute_async_script(
             """const [options, done] = arguments;

@@ -1,6 +1,7 @@
 // The list of all chips: searched while one types, filtered, sorted.
 
-const CHIPS_AT_A_TIME = 100;
+const CHIPS_AT_FIRST = 100;
+const CHIPS_MORE = 1000;  // many more at once would keep people waiting
 
 const EVIDENCE_SHORT = {
     "datasheet maximum": "data sheet",
@@ -35,7 +36,7 @@ const CHIPS_VIEW = (() => {
         ["Chip erase", (row) => row.bulk_erase_time, (row) => seconds_text(row.bulk_erase_time), false],
         ["Identification by", (row) => evidence_short(row), (row) => evidence_short(row), false],
     ];
-    const state = { words: [], digits: "", sorted: null, down: false, shown: CHIPS_AT_A_TIME };
+    const state = { words: [], digits: "", sorted: null, down: false, shown: CHIPS_AT_FIRST };
     let texts = null;
 
     function evidence_short(row) {
@@ -116,7 +117,7 @@ const CHIPS_VIEW = (() => {
         state.words = without_blank(question).split(/\s+/).filter((word) => word !== "");
         const digits = question.replace(/[\s:,-]|0x/g, "");
         state.digits = /^([0-9a-f]{2}){2,}$/.test(digits) ? digits : "";
-        state.shown = CHIPS_AT_A_TIME;
+        state.shown = CHIPS_AT_FIRST;
         show();
     }
 
@@ -147,7 +148,7 @@ const CHIPS_VIEW = (() => {
         ["maker", "size", "voltage", "switched-off"].forEach((id) => part(id).addEventListener("change", ask));
         part("chips-more").addEventListener("click", () => {
             const first_new = state.shown;
-            state.shown = Infinity;
+            state.shown += CHIPS_MORE;
             show();
             part("chips-table").querySelectorAll("tbody a")[first_new]?.focus();
         });

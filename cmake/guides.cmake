@@ -9,6 +9,7 @@ set(guides
   docs/command.md
   docs/command-sfdp.md
   docs/formats.md
+  docs/page.md
   docs/your-own-flash.md)
 set(table_pages data/dev_info/README.md data/flash/README.md)
 

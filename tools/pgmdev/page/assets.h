@@ -6,6 +6,6 @@
 #include <span>
 #include <string_view>
 
-std::string_view page_template();                 ///< site/page.html
-std::string_view page_style();                    ///< site/page.css
+std::string_view page_template();                  ///< site/page.html
+std::string_view page_style();                     ///< site/page.css
 std::span<const std::string_view> page_scripts();  ///< site/*.js, in the order in which they build on each other

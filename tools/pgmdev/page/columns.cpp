@@ -125,7 +125,8 @@ JSON in_steps(const std::vector<JSON>& column) {
 /// The shortest way to write a column.
 JSON shortest(const std::vector<JSON>& column) {
     const VALUE_PLACES places = value_places(column);
-    return shortest_way({JSON{{"plain", column}}, in_front(column), in_steps(column), in_digits(places), in_runs(places)});
+    return shortest_way(
+        {JSON{{"plain", column}}, in_front(column), in_steps(column), in_digits(places), in_runs(places)});
 }
 
 }  // namespace

@@ -69,7 +69,8 @@ VERB page_verb() {
                 "pgmdev page tessary-page", write_page)
         .takes({"OUTPUT_DIR", "Directory for the page, index.html, which is made where it is missing"})
         .takes({"--force", "Replace an index.html that is no such page", ARGUMENT::FLAG})
-        .tells("The page is one file, opens from any place, asks no network, and answers as flash identify, flash show,\n"
-               "flash sfdp and part info do.\n")
+        .tells(
+            "The page is one file, opens from any place, asks no network, and answers as flash identify, flash show,\n"
+            "flash sfdp and part info do.\n")
         .answers(page_schema);
 }

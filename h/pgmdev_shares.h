@@ -14,6 +14,9 @@
 /// freed, unless copies still share it, and nothing else ever is. A deriving class may thus delete what the member
 /// points at and null or replace the member, or hand it to another manager and null it here.
 ///
+/// What copies share is theirs together. Who deletes it, or hands it on, does so for all of them, and nulls the member of
+/// each. A copy whose member was nulled shares until it goes: should it be the last to go, nobody frees.
+///
 /// `T` is an array type for what new[] made. Copies of one manager may be destroyed by different threads.
 template <class T>
 class PGMDEV_SHARES {

@@ -9,10 +9,11 @@
 /// - A missing or damaged file and bad user input are results: null, false, or an error text. An unknown parameter type
 ///   and a broken precondition are internal errors (msg.h) with the module "PGMDEV" and the source file
 ///   "pgm/pgmdev/pgmdev_flash_ini".
-/// - Any number of threads and processes may read while one writes. Of two writers at the same time, one may lose its
-///   update.
+/// - Any number of threads and processes may read while one writes. Writers of different blocks wait for each other. Who
+///   writes what follows from what was read holds a PGMDEV_FLASH_INI_LOCK meanwhile.
 
 #include <array>
+#include <memory>
 #include <string>
 #include <string_view>
 
@@ -111,4 +112,26 @@ public:
     /// digits of the value is reported: "count != 0 && count <= 8" or "count != 0 && count <= 16".
     static std::string convert_dword_to_hex_string(DWORD value, DWORD count, bool prefix);
     static std::string convert_qword_to_hex_string(QWORD value, DWORD count, bool prefix);
+};
+
+/// Keeps other writers of the container out, threads and processes, from a reading to the writing that follows from it, so
+/// that neither undoes what the other has done. A thread that has it may write, and may take it again.
+///
+/// It is advisory: the writers of this class wait for it, and other programs that ask for it as they do
+/// (docs/reliability.md). The system takes it back when its holder ends, however that comes about.
+class PGMDEV_EXPORT PGMDEV_FLASH_INI_LOCK final {
+public:
+    /// Waits for other writers, up to 10 seconds.
+    PGMDEV_FLASH_INI_LOCK();
+    ~PGMDEV_FLASH_INI_LOCK();
+    PGMDEV_FLASH_INI_LOCK(const PGMDEV_FLASH_INI_LOCK&) = delete;
+    PGMDEV_FLASH_INI_LOCK& operator=(const PGMDEV_FLASH_INI_LOCK&) = delete;
+
+    /// False when another writer had it all the time. True also where the file system has no locks, and nothing keeps
+    /// others out.
+    bool is_held() const noexcept;
+
+private:
+    class STATE;
+    std::unique_ptr<STATE> m_state;
 };

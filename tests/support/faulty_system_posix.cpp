@@ -9,6 +9,7 @@
 #include <cstdarg>
 #include <cstdio>
 #include <cstdlib>
+#include <ctime>
 #include <new>
 
 namespace {
@@ -25,6 +26,10 @@ struct STATE {
     bool allocations_armed = false;
     bool allocation_failed = false;
     std::size_t allocations_left = 0;
+
+    bool clock_is_fast = false;
+    time_t seconds_skipped = 0;
+    long nanoseconds_skipped = 0;
 };
 
 thread_local STATE g_state;
@@ -60,6 +65,13 @@ bool is_interrupted() {
 
 std::size_t allowed(std::size_t count) {
     return g_state.slow && count > 1 ? 1 : count;
+}
+
+void add_to(timespec& time, time_t seconds, long nanoseconds) {
+    constexpr long SECOND = 1'000'000'000;
+    time.tv_nsec += nanoseconds;
+    time.tv_sec += seconds + time.tv_nsec / SECOND;
+    time.tv_nsec %= SECOND;
 }
 
 template <class FUNCTION>
@@ -138,6 +150,27 @@ INTERPOSED int rename(const char* from, const char* to) {
     return is_to_fail("rename") ? -1 : real(from, to);
 }
 
+INTERPOSED int clock_gettime(clockid_t clock, timespec* time) noexcept {
+    static auto* const real = next<int(clockid_t, timespec*)>("clock_gettime");
+    const int result = real(clock, time);
+    if (g_state.clock_is_fast) {
+        add_to(*time, g_state.seconds_skipped, g_state.nanoseconds_skipped);
+    }
+    return result;
+}
+
+INTERPOSED int nanosleep(const timespec* duration, timespec* rest) {
+    static auto* const real = next<int(const timespec*, timespec*)>("nanosleep");
+    if (!g_state.clock_is_fast) {
+        return real(duration, rest);
+    }
+    timespec skipped{g_state.seconds_skipped, g_state.nanoseconds_skipped};
+    add_to(skipped, duration->tv_sec, duration->tv_nsec);
+    g_state.seconds_skipped = skipped.tv_sec;
+    g_state.nanoseconds_skipped = skipped.tv_nsec;
+    return 0;
+}
+
 __attribute__((visibility("default"))) void* operator new(std::size_t size) {
     if (void* memory = allocate(size)) {
         return memory;
@@ -206,4 +239,12 @@ FAILING_ALLOCATION::~FAILING_ALLOCATION() {
 
 bool FAILING_ALLOCATION::happened() const {
     return g_state.allocation_failed;
+}
+
+FAST_CLOCK::FAST_CLOCK() {
+    g_state.clock_is_fast = true;
+}
+
+FAST_CLOCK::~FAST_CLOCK() {
+    g_state.clock_is_fast = false;
 }

@@ -1,13 +1,11 @@
 #include "pgmdev_flash_ini.h"
 
 #include <algorithm>
-#include <chrono>
 #include <memory>
 #include <optional>
 #include <span>
 #include <vector>
 
-#include "directory_lock.h"
 #include "file_reader.h"
 #include "fio.h"
 #include "gen.h"
@@ -282,11 +280,9 @@ bool PGMDEV_FLASH_INI::write_flash_ini_data(PGMDEV_FLASH_INI_ENUM which, BYTE* d
     }
     PGMDEV_REQUIRE(size == 0 || data != nullptr, "data != NULL", FLASH_INI_FILE);
     PGMDEV_REQUIRE(size != 0 || data == nullptr, "data == NULL", FLASH_INI_FILE);
-    // Writers of other blocks wait, so that each keeps what the other has written.
-    constexpr std::chrono::seconds PATIENCE{10};
     const std::string path = container_path();
-    const DIRECTORY_LOCK lock(fio_get_unc_full_path(path).parent_path(), PATIENCE);
-    if (lock.is_taken()) {
+    const PGMDEV_FLASH_INI_LOCK lock;  // writers of other blocks wait, so that each keeps what the other has written
+    if (!lock.is_held()) {
         return refuse_to_write(path, "another process has been writing for 10 seconds");
     }
     return replace_block(path, which, {data, size, nullptr});

@@ -7,7 +7,6 @@
 
 #include "files/inspection.h"
 #include "files/origins.h"
-#include "pgmdev_flash_ini.h"
 #include "terminal/failure.h"
 #include "terminal/quiet.h"
 #include "terminal/standard_error.h"
@@ -105,6 +104,17 @@ void require_changeable_container() {
                                container_place().path,
                                container_place().tried,
                                "change it with the version that wrote it, or name another directory with --module-dir",
+                               {}});
+    }
+}
+
+CONTAINER_LOCK::CONTAINER_LOCK() {
+    if (!m_lock.is_held()) {
+        throw COMMAND_FAILURE({FAILURE_CODE::CONTAINER_BUSY,
+                               "the parameter container cannot be changed, since another program is changing it",
+                               container_place().path,
+                               container_place().tried,
+                               "try again when that program has ended",
                                {}});
     }
 }

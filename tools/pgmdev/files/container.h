@@ -5,7 +5,7 @@
 
 #include <string>
 
-#include "pgmdev_types.h"
+#include "pgmdev_flash_ini.h"
 
 /// The state of the container.
 struct CONTAINER {
@@ -24,6 +24,16 @@ void require_sound_container(const char* aim);
 
 /// The same for one that is to be changed: writing it must not lose blocks that this version does not write.
 void require_changeable_container();
+
+/// Keeps other writers out from the reading of what is changed to its writing. Throws COMMAND_FAILURE when another one is
+/// at it for too long.
+class CONTAINER_LOCK {
+public:
+    CONTAINER_LOCK();
+
+private:
+    PGMDEV_FLASH_INI_LOCK m_lock;
+};
 
 /// Says on standard error when the user's lists are missing because the container is damaged or cannot be read.
 void warn_of_container();

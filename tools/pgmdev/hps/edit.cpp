@@ -207,6 +207,7 @@ bool is_of_user(std::size_t index, std::size_t count, COMMAND& command) {
 template <class FLASH>
 void add_entry(const std::vector<std::string>& assignments, std::optional<std::size_t> like,
                std::optional<std::size_t> before, COMMAND& command) {
+    const CONTAINER_LOCK lock;  // before the list is read
     const typename FLASH::RECORD record = new_record<FLASH>(assignments, like);
     auto records = editable_list<FLASH>();
     const std::size_t place = before.value_or(records.size());
@@ -220,6 +221,7 @@ void add_entry(const std::vector<std::string>& assignments, std::optional<std::s
 
 template <class FLASH>
 void edit_entry(std::size_t index, const std::vector<std::string>& assignments, COMMAND& command) {
+    const CONTAINER_LOCK lock;  // before the list is read
     auto records = editable_list<FLASH>();
     if (!is_of_user<FLASH>(index, records.size(), command)) {
         return;
@@ -232,6 +234,7 @@ void edit_entry(std::size_t index, const std::vector<std::string>& assignments, 
 
 template <class FLASH>
 void remove_entry(std::size_t index, COMMAND& command) {
+    const CONTAINER_LOCK lock;  // before the list is read
     auto records = editable_list<FLASH>();
     if (!is_of_user<FLASH>(index, records.size(), command)) {
         return;

@@ -121,6 +121,7 @@ std::vector<BYTE> read_whole(const std::string& path) {
 
 void write_block(const ARGUMENTS& given, const COMMAND& command) {
     const PGMDEV_FLASH_INI_ENUM which = writable_block(given.text("BLOCK"));
+    const CONTAINER_LOCK lock;
     require_changeable_container();
     const std::string& file = given.text("FILE");
     std::vector<BYTE> bytes = read_whole(file);
@@ -139,6 +140,7 @@ void write_block(const ARGUMENTS& given, const COMMAND& command) {
 
 void remove_block(const ARGUMENTS& given, COMMAND& command) {
     const PGMDEV_FLASH_INI_ENUM which = writable_block(given.text("BLOCK"));
+    const CONTAINER_LOCK lock;
     require_changeable_container();
     if (BLOCK(which).data == nullptr) {
         report_absent(which, command);

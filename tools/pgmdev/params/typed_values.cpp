@@ -252,6 +252,7 @@ void set_values(const ARGUMENTS& given, const COMMAND& command) {
     for (const std::string& assignment : given.texts("TYPE=VALUE")) {
         values.push_back(value_of(assignment, conversion));
     }
+    const CONTAINER_LOCK lock;
     require_changeable_container();
     DWORD size = 0;
     for (TYPED_VALUE& value : values) {

@@ -29,6 +29,7 @@ constexpr std::array CODE_NAMES{"usage",
                                 "container_of_another_version",
                                 "container_damaged",
                                 "container_unreadable",
+                                "container_busy",
                                 "block_of_another_version",
                                 "configuration_unreadable",
                                 "internal"};

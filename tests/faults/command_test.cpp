@@ -1,0 +1,84 @@
+#include "faults/every_fault.h"
+#include "pgmdev/parameters/fixture.h"
+#include "run.h"
+#include "support/captured_run.h"
+
+// The command, as a person uses it, on a system that fails.
+
+namespace {
+
+namespace ref = ini_reference;
+
+class CommandFaults : public testing::Test {
+protected:
+    static constexpr int DONE = 0;
+
+    /// Runs the command with a fault, which `arm` makes, behind the redirection of its streams.
+    template <class ARM>
+    int run_with(const std::vector<std::string>& arguments, const ARM& arm) const {
+        std::vector<std::string> all{"--module-dir", m_directory.scratch().directory().string()};
+        all.insert(all.end(), arguments.begin(), arguments.end());
+        return run_captured(
+                   [&] {
+                       const auto fault = arm();
+                       const int result = run_pgmdev(all);
+                       m_happened = fault->happened();
+                       return result;
+                   },
+                   "")
+            .exit_code;
+    }
+
+    /// Repeats the command with the first, second, ... fault, until there is none. Done is what it says that it has done;
+    /// otherwise the container is the old or the new one.
+    template <class ARM_NUMBER>
+    void expect_truth(const std::string& before, const std::vector<std::string>& arguments,
+                      const ARM_NUMBER& arm_number, std::size_t thinning) {
+        m_directory.write_file(before);
+        ASSERT_EQ(run_with(arguments, [] { return std::make_unique<NO_FAULT>(); }), DONE);
+        const std::string after = m_directory.file();
+        ASSERT_NE(after, before);
+        std::size_t number = 1;
+        for (m_happened = true; m_happened && !HasFailure(); number += 1 + number / thinning) {
+            SCOPED_TRACE(number);
+            m_directory.write_file(before);
+            const int result = run_with(arguments, [&] { return arm_number(number); });
+            const std::string file = m_directory.file();
+            EXPECT_TRUE(file == after || (result != DONE && file == before));
+            EXPECT_EQ(m_directory.scratch().file_count(), 1U);
+        }
+        EXPECT_GT(number, 2U);
+    }
+
+    void expect_truth_of(const std::vector<std::string>& arguments) {
+        const std::string before = ref::file({"first", std::nullopt, "third"});
+        for (const int error : {EIO, EMFILE, ENOSPC}) {
+            expect_truth(
+                before, arguments,
+                [error](std::size_t number) { return std::make_unique<FAILING_CALL>(number, error); }, 1000);
+        }
+        expect_truth(
+            before, arguments, [](std::size_t number) { return std::make_unique<FAILING_ALLOCATION>(number); }, 16);
+    }
+
+private:
+    struct NO_FAULT {
+        static bool happened() { return false; }
+    };
+
+    FLASH_INI_DIRECTORY m_directory;
+    mutable bool m_happened = false;
+};
+
+TEST_F(CommandFaults, AnEntryOfBootFlashIsAddedOrNot) {
+    expect_truth_of({"hps", "add", "spi", "silicon_id=0x1840C8", "manufacturer_name=A maker", "device_name=A flash",
+                     "device_bit_size=0x8000000", "device_sector_byte=65536", "bulk_erase_time=300", "code_a=3",
+                     "code_b=11", "sec_erase_time=-1", "flag_a=true", "erase_opcode=0xDC", "program_opcode=0x12",
+                     "read_opcode=0x13"});
+}
+
+TEST_F(CommandFaults, ABlockIsRemovedOrNot) {
+    expect_truth_of({"params", "remove", "0"});
+}
+
+}  // namespace

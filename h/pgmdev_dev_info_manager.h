@@ -161,5 +161,6 @@ private:
     // A deriving class may put arrays (new[]) and parts (new) of its own into the members above, as pgmdev_shares.h says.
     PGMDEV_SHARES<PGMDEV_DEVICE_INFO[]> m_database_shares;
     std::array<PGMDEV_SHARES<DWORD[]>, 3> m_table_shares;
-    mutable std::map<PGMDEV_PGM_PART*, PGMDEV_SHARES<PGMDEV_PGM_PART>> m_part_shares;  ///< of those that copies share
+    /// Of the parts that copies share; a copy that takes one out of its list shares it until it goes.
+    mutable std::map<PGMDEV_PGM_PART*, PGMDEV_SHARES<PGMDEV_PGM_PART>> m_part_shares;
 };

@@ -89,6 +89,17 @@ TEST(DevInfoOwnership, ACopyThatNullsItsPointersLeavesTheRestToTheOthers) {
     EXPECT_EQ(owner.m_pgm_parts.front()->pcf, "a file name too long to lie within");
 }
 
+TEST(DevInfoOwnership, ACopyThatHasNulledItsPointersSharesNothing) {
+    std::optional<DEV_INFO_PROBE> owner(holder());
+    DEV_INFO_PROBE copy(*owner);
+    copy.m_device_database = nullptr;
+    copy.m_family_table = copy.m_device_table = nullptr;
+    copy.m_part_table = new DWORD[1]{7};
+    owner.reset();  // frees what only it points at
+    EXPECT_EQ(copy.m_part_table[0], 7U);
+    EXPECT_EQ(copy.m_pgm_parts.front()->pcf, "a file name too long to lie within");
+}
+
 TEST(DevInfoOwnership, IndexTablesAreRefilledInPlace) {
     DEV_INFO_PROBE manager;
     const DEV_INFO_PROBE copy(manager);

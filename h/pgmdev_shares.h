@@ -31,15 +31,13 @@ public:
     /// Gets ready for a copy to share what `member` points at, whose hidden side this is.
     void prepare(const POINTER& member) const {
         if (m_group == nullptr) {
-            m_group = new GROUP;
-            m_member = &member;
-            m_group->first = this;
+            start_group(member);
         }
     }
 
     /// Shares what the prepared `other` points at; what `member` pointed at so far is let go.
     void share(const PGMDEV_SHARES& other, POINTER& member) noexcept {
-        const POINTER shared = *other.m_member;
+        POINTER shared = *other.m_member;
         release(member);
         join(other, member, [&] { member = shared; });
     }
@@ -90,6 +88,12 @@ private:
     private:
         GROUP& m_group;
     };
+
+    void start_group(const POINTER& member) const {
+        m_group = new GROUP;
+        m_member = &member;
+        m_group->first = this;
+    }
 
     template <class CHANGE>
     void join(const PGMDEV_SHARES& other, const POINTER& member, CHANGE change) noexcept {

@@ -94,6 +94,7 @@ TEST(FlashOwnership, CopiesComeAndGoOnDifferentThreads) {
         std::vector<std::optional<FLASH_PROBE>> copies(THREADS, *owner);
         START_LINE line(THREADS + 1);
         std::vector<std::thread> threads;
+        threads.reserve(THREADS);
         for (std::optional<FLASH_PROBE>& copy : copies) {
             threads.emplace_back([&copy, &line] {
                 line.arrive_and_wait();
@@ -124,7 +125,8 @@ TEST(FlashOwnership, ACopyThatReplacesItsArrayFreesThatOne) {
 
 TEST(FlashOwnership, AnArrayReplacedBetweenTwoCopiesIsShared) {
     FLASH_PROBE owner(holder());
-    { const FLASH_PROBE early(owner); }
+    std::optional<FLASH_PROBE> early(owner);
+    early.reset();
     delete[] owner.m_flash_database;
     owner.m_flash_database = new PGMDEV_SFL_FLASH_INFO[RECORDS];
     owner.m_flash_database[1].device_name = "another name that does not lie within the string";

@@ -3,9 +3,9 @@
 
     bench/generate_flash_table.py ROWS DIRECTORY
 
-The rows are those of the shipped table, again and again, with names and identifications of their own: most compare three
-bytes of their own, some the bytes of an earlier row (which they never win against), some a further byte. The same numbers
-give the same table.
+The rows are those of the shipped table, again and again, with names and identifications of their own: most compare
+three bytes of their own, some the bytes of an earlier row (which they never win against), some a further byte. The same
+number gives the same table.
 """
 
 import pathlib
@@ -23,7 +23,7 @@ def cells_of(line):
 
 
 def compared(cells):
-    parts = [(cells[MEMORY_ID], cells[MEMORY_ID + 1]), (cells[TYPE], cells[TYPE_INDEX]), (cells[MAKER], cells[MAKER + 1])]
+    parts = [(cells[place], cells[place + 1]) for place in (MEMORY_ID, TYPE, MAKER)]
     return " ".join(f"{int(value, 16):02X}@{index}" for value, index in parts if index != "255")
 
 
@@ -50,7 +50,8 @@ def main():
     templates = [cells for cells in templates if cells[SILICON_ID] == "FALSE" and cells[11] == "NONE"]
     chance = random.Random(rows)
     identifications = []
-    made = [generated_row(templates[number % len(templates)], number, chance, identifications) for number in range(rows)]
+    made = [generated_row(templates[number % len(templates)], number, chance, identifications)
+            for number in range(rows)]
     table = lines[:HEADER_LINES] + [", ".join(cells) for cells in made]
     (directory / "pgm_flash.csv").write_text("\n".join(table) + "\n")
     evidence = ["device_name,compared,identification,geometry,voltage,opcodes,protection,times"]

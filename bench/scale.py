@@ -3,8 +3,8 @@
 
     bench/scale.py COMMAND [ROWS...]
 
-Times are those of the processor, user and system, so that what else runs counts little. The page is opened in the browser
-that the tests use; without it (python3-selenium, chromium) its columns are empty.
+Times are those of the processor, user and system, so that what else runs counts little. The page is opened in the
+browser that the tests use; without it (python3-selenium, chromium) its columns are empty.
 """
 
 import csv
@@ -56,7 +56,8 @@ def page_times(file):
             ready.append(page.ask("performance.getEntriesByName('ready')[0].startTime"))
         took = "(() => {{ const begin = performance.now(); {}; return performance.now() - begin; }})()"
         identified = page.ask(took.format("for (let i = 10; i < 30; ++i) { tessary.identify('EF40' + i); }")) / 20
-        search = "const box = document.getElementById('search'); box.value = '{}'; box.dispatchEvent(new Event('input'))"
+        search = ("const box = document.getElementById('search'); box.value = '{}';"
+                  " box.dispatchEvent(new Event('input'))")
         page.ask(took.format(search.format("a")))  # makes the texts that are searched
         searched = page.ask(took.format(search.format("64 mbit 1.8v")))
         return [f"{min(ready):.0f} ms", f"{identified:.1f} ms", f"{searched:.0f} ms"]
@@ -85,8 +86,8 @@ def measure(command, rows, directory):
 
 def main():
     command = sys.argv[1]
-    headings = ["rows", "`flash check`", "`flash compile`", "load, identify one", "each further one", "`page`", "its size",
-                "first answer", "an identification", "a search"]
+    headings = ["rows", "`flash check`", "`flash compile`", "load, identify one", "each further one", "`page`",
+                "its size", "first answer", "an identification", "a search"]
     print(f"| {' | '.join(headings)} |\n|{'--:|' * len(headings)}", flush=True)
     for rows in map(int, sys.argv[2:] or ROWS):
         with tempfile.TemporaryDirectory() as scratch:

@@ -1,7 +1,7 @@
 // The list of all chips: searched while one types, filtered, sorted.
 
 const CHIPS_AT_FIRST = 100;
-const CHIPS_MORE = 1000;  // many more at once would keep people waiting
+const CHIPS_MORE = 1000; // many more at once would keep people waiting
 
 const EVIDENCE_SHORT = {
     "datasheet maximum": "data sheet",
@@ -22,11 +22,13 @@ function searched_text(row) {
     const id = compared_text(row);
     const sizes = [size_text(row.device_bit_size), bytes_text(row.device_bit_size / 8)].map(without_blank);
     return [row.manufacturer_name, row.device_name, ...names, id, id.replace(/ /g, ""), ...sizes, row.asc_voltage]
-        .join(" ").toLowerCase();
+        .join(" ")
+        .toLowerCase();
 }
 
 const CHIPS_VIEW = (() => {
-    const COLUMNS = [  // heading, what is sorted by, what is shown, and whether narrow screens have it
+    const COLUMNS = [
+        // heading, what is sorted by, what is shown, and whether narrow screens have it
         ["Maker", (row) => row.manufacturer_name.toLowerCase(), (row) => row.manufacturer_name, true],
         ["Chip", (row) => row.device_name.toLowerCase(), (row) => chip_cell(row), true],
         ["Answers", (row) => compared_text(row), (row) => make("code", {}, compared_text(row)), true],
@@ -46,10 +48,19 @@ const CHIPS_VIEW = (() => {
 
     /// The name; behind it the further name that was searched for, or the switch that the row waits for.
     function chip_cell(row) {
-        const further = state.words.length === 0 ? undefined : FLASH.aliases_of(row).find(({ name }) =>
-            state.words.some((word) => name.toLowerCase().includes(word) && !row.device_name.toLowerCase().includes(word)));
-        return [chip_link(row), further ? make("span", { class: "further" }, ` also ${further.name}`) : null,
-            row.enabled ? null : make("span", { class: "further" }, ` off: ${row.switch}`)];
+        const further =
+            state.words.length === 0
+                ? undefined
+                : FLASH.aliases_of(row).find(({ name }) =>
+                      state.words.some(
+                          (word) => name.toLowerCase().includes(word) && !row.device_name.toLowerCase().includes(word),
+                      ),
+                  );
+        return [
+            chip_link(row),
+            further ? make("span", { class: "further" }, ` also ${further.name}`) : null,
+            row.enabled ? null : make("span", { class: "further" }, ` off: ${row.switch}`),
+        ];
     }
 
     function searched(row) {
@@ -59,10 +70,14 @@ const CHIPS_VIEW = (() => {
 
     function passes(row) {
         const chosen = (id, value) => part(id).value === "" || part(id).value === String(value);
-        return (part("switched-off").checked || row.enabled) && chosen("maker", row.manufacturer_name) &&
-            chosen("size", row.device_bit_size) && chosen("voltage", row.asc_voltage) &&
+        return (
+            (part("switched-off").checked || row.enabled) &&
+            chosen("maker", row.manufacturer_name) &&
+            chosen("size", row.device_bit_size) &&
+            chosen("voltage", row.asc_voltage) &&
             (state.words.every((word) => searched(row).includes(word)) ||
-             (state.digits !== "" && searched(row).includes(state.digits)));
+                (state.digits !== "" && searched(row).includes(state.digits)))
+        );
     }
 
     function chosen_rows() {
@@ -88,33 +103,58 @@ const CHIPS_VIEW = (() => {
 
     function heading([text, , , always], column) {
         const is_sorted = state.sorted === column;
-        return make("th", { scope: "col", class: always ? "" : "wide",
-            "aria-sort": is_sorted ? (state.down ? "descending" : "ascending") : "none" },
-        make("button", { type: "button", click: () => sort_by(column) }, text,
-            make("span", { "aria-hidden": "true", class: "arrow" }, is_sorted ? (state.down ? " ▼" : " ▲") : "")));
+        return make(
+            "th",
+            {
+                scope: "col",
+                class: always ? "" : "wide",
+                "aria-sort": is_sorted ? (state.down ? "descending" : "ascending") : "none",
+            },
+            make(
+                "button",
+                { type: "button", click: () => sort_by(column) },
+                text,
+                make("span", { "aria-hidden": "true", class: "arrow" }, is_sorted ? (state.down ? " ▼" : " ▲") : ""),
+            ),
+        );
     }
 
     function table_row(row) {
-        return make("tr", { class: row.enabled ? "" : "off" }, COLUMNS.map(([, , cell, always], i) =>
-            make(i === 1 ? "th" : "td", { scope: i === 1 ? "row" : false, class: always ? "" : "wide" }, cell(row))));
+        return make(
+            "tr",
+            { class: row.enabled ? "" : "off" },
+            COLUMNS.map(([, , cell, always], i) =>
+                make(i === 1 ? "th" : "td", { scope: i === 1 ? "row" : false, class: always ? "" : "wide" }, cell(row)),
+            ),
+        );
     }
 
     /// Shows what the question and the filters choose.
     function show() {
         const rows = chosen_rows();
         const shown = rows.slice(0, state.shown);
-        part("chips-count").textContent = rows.length > shown.length
-            ? `${counted(rows.length, "chip", "chips")}, the first ${shown.length} shown` : counted(rows.length, "chip", "chips");
-        part("chips-table").replaceChildren(make("table", { class: "chips" },
-            make("caption", { class: "unseen" }, "Serial flash chips"),
-            make("thead", {}, make("tr", {}, COLUMNS.map(heading))), make("tbody", {}, shown.map(table_row))));
+        part("chips-count").textContent =
+            rows.length > shown.length
+                ? `${counted(rows.length, "chip", "chips")}, the first ${shown.length} shown`
+                : counted(rows.length, "chip", "chips");
+        part("chips-table").replaceChildren(
+            make(
+                "table",
+                { class: "chips" },
+                make("caption", { class: "unseen" }, "Serial flash chips"),
+                make("thead", {}, make("tr", {}, COLUMNS.map(heading))),
+                make("tbody", {}, shown.map(table_row)),
+            ),
+        );
         part("chips-more").hidden = rows.length <= shown.length;
         part("chips-none").hidden = rows.length > 0;
     }
 
     function ask() {
         const question = part("search").value.trim().toLowerCase();
-        state.words = without_blank(question).split(/\s+/).filter((word) => word !== "");
+        state.words = without_blank(question)
+            .split(/\s+/)
+            .filter((word) => word !== "");
         const digits = question.replace(/[\s:,-]|0x/g, "");
         state.digits = /^([0-9a-f]{2}){2,}$/.test(digits) ? digits : "";
         state.shown = CHIPS_AT_FIRST;
@@ -141,8 +181,15 @@ const CHIPS_VIEW = (() => {
 
     function start() {
         const different = (name) => [...new Set(FLASH.rows.map((row) => row[name]))];
-        add_choices("maker", different("manufacturer_name").sort((a, b) => a.localeCompare(b)));
-        add_choices("size", different("device_bit_size").sort((a, b) => a - b), size_text);
+        add_choices(
+            "maker",
+            different("manufacturer_name").sort((a, b) => a.localeCompare(b)),
+        );
+        add_choices(
+            "size",
+            different("device_bit_size").sort((a, b) => a - b),
+            size_text,
+        );
         add_choices("voltage", different("asc_voltage").sort());
         part("search").addEventListener("input", ask);
         ["maker", "size", "voltage", "switched-off"].forEach((id) => part(id).addEventListener("change", ask));

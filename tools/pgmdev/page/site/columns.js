@@ -63,7 +63,9 @@ function rows_of(list) {
     const rows = Array.from({ length: list.rows }, () => ({}));
     for (const column of list.columns) {
         const values = column_values(column);
-        rows.forEach((row, i) => { row[column.name] = values[i]; });
+        rows.forEach((row, i) => {
+            row[column.name] = values[i];
+        });
     }
     return rows;
 }

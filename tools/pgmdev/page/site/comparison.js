@@ -18,10 +18,12 @@ function word_on_time(given, scale, time, unit, note = "") {
 
 function word_on_sectors(record, sfdp) {
     const types = sfdp.basic.erase_types.map((type) => `${type.bytes} bytes with ${hex_byte(type.opcode)}`);
-    return types.length === 0 ? null : {
-        text: types.join(", ") + (sfdp.hybrid ? "; not all everywhere (sector map)" : ""),
-        agrees: erase_of(sfdp, record.device_sector_byte) !== null,
-    };
+    return types.length === 0
+        ? null
+        : {
+              text: types.join(", ") + (sfdp.hybrid ? "; not all everywhere (sector map)" : ""),
+              agrees: erase_of(sfdp, record.device_sector_byte) !== null,
+          };
 }
 
 function word_on_addresses(record, sfdp) {
@@ -31,7 +33,8 @@ function word_on_addresses(record, sfdp) {
     const takes_4 = basic.address_code === 1 || basic.address_code === 2 || has_opcodes || has_mode;
     const takes_3 = basic.address_code !== 2;
     return {
-        text: `${ADDRESS_TEXTS[basic.address_code]}-byte addresses${has_mode ? ", a 4-byte mode" : ""}` +
+        text:
+            `${ADDRESS_TEXTS[basic.address_code]}-byte addresses${has_mode ? ", a 4-byte mode" : ""}` +
             (has_opcodes ? ", opcodes with 4" : ""),
         agrees: record.byte4_addressing ? takes_4 : takes_3 && basic.bytes <= REACH_OF_3_BYTES,
     };
@@ -73,8 +76,13 @@ function word_on_sector_erase(record, sfdp) {
     if (type === null || type.ms === null) {
         return null;
     }
-    return word_on_time(record.sec_erase_time, 1000, type.ms, "ms",
-        type.bytes !== record.device_sector_byte ? ` (of ${type.bytes} bytes)` : "");
+    return word_on_time(
+        record.sec_erase_time,
+        1000,
+        type.ms,
+        "ms",
+        type.bytes !== record.device_sector_byte ? ` (of ${type.bytes} bytes)` : "",
+    );
 }
 
 function word_on_program(record, sfdp) {
@@ -83,8 +91,13 @@ function word_on_program(record, sfdp) {
 }
 
 const WORDS_ON_MEMBERS = [
-    ["device_bit_size", (record, { basic: { density_bits } }) => density_bits === null ? null
-        : { text: `${whole(density_bits)} bits`, agrees: density_bits === record.device_bit_size }],
+    [
+        "device_bit_size",
+        (record, { basic: { density_bits } }) =>
+            density_bits === null
+                ? null
+                : { text: `${whole(density_bits)} bits`, agrees: density_bits === record.device_bit_size },
+    ],
     ["device_sector_byte", word_on_sectors],
     ["byte4_addressing", word_on_addresses],
     ["flag_status", word_on_flag_status],
@@ -101,8 +114,13 @@ function compare_with_sfdp(record, sfdp) {
         const word = ask(record, sfdp);
         const member = FLASH.member_named.get(name);
         if (word !== null) {
-            members.push({ member: name, unit: member.unit, record: cell_text(member, record[name]), chip: word.text,
-                agrees: word.agrees });
+            members.push({
+                member: name,
+                unit: member.unit,
+                record: cell_text(member, record[name]),
+                chip: word.text,
+                agrees: word.agrees,
+            });
         }
     }
     return members;

@@ -1,6 +1,6 @@
 // What differs between two records, and what a mistake between them does.
 
-const RISKS = ["data", "voltage", "protection", "flow", "time", "none"];  // the worst first
+const RISKS = ["data", "voltage", "protection", "flow", "time", "none"]; // the worst first
 
 function size_in_bytes(bytes) {
     return bytes !== 0 && bytes % 1024 === 0 ? `${bytes / 1024} KiB` : `${bytes} bytes`;
@@ -15,10 +15,11 @@ function volts_of(voltage) {
 }
 
 function sector_harm(taken, other) {
-    const sectors = `${size_in_bytes(other.device_sector_byte)} sectors: erasing by ` +
-        size_in_bytes(taken.device_sector_byte);
+    const sectors =
+        `${size_in_bytes(other.device_sector_byte)} sectors: erasing by ` + size_in_bytes(taken.device_sector_byte);
     return other.device_sector_byte > taken.device_sector_byte
-        ? `${sectors} would wipe the neighbours` : `${sectors} would leave the rest of each sector as it was`;
+        ? `${sectors} would wipe the neighbours`
+        : `${sectors} would leave the rest of each sector as it was`;
 }
 
 function capacity_harm(taken, other) {
@@ -32,14 +33,18 @@ function capacity_harm(taken, other) {
 
 function dies_harm(taken, other) {
     const dies = `${dies_text(other.die_count)}: erasing ${dies_text(taken.die_count)}`;
-    return other.die_count > taken.die_count ? `${dies} would leave the others as they were, or out of reach`
+    return other.die_count > taken.die_count
+        ? `${dies} would leave the others as they were, or out of reach`
         : `${dies} would end in errors, or erase a die twice`;
 }
 
 function voltage_harm(taken, other) {
-    return `a part for ${other.asc_voltage}: ` + (volts_of(taken.asc_voltage) > volts_of(other.asc_voltage)
-        ? `${taken.asc_voltage} on it may destroy it`
-        : `at ${taken.asc_voltage} it neither reads nor writes reliably`);
+    return (
+        `a part for ${other.asc_voltage}: ` +
+        (volts_of(taken.asc_voltage) > volts_of(other.asc_voltage)
+            ? `${taken.asc_voltage} on it may destroy it`
+            : `at ${taken.asc_voltage} it neither reads nor writes reliably`)
+    );
 }
 
 function mask_harm(taken, other) {
@@ -62,22 +67,40 @@ const DIFFERENCE_RULES = [
     ["device_sector_byte", "data", sector_harm],
     ["device_bit_size", "data", capacity_harm],
     ["die_count", "data", dies_harm],
-    ["byte4_addressing", "data", (taken, other) =>
-        `${other.byte4_addressing ? "4-byte" : "3-byte"} addresses: with others, data would land in wrong places`],
-    ["half_size", "data", (taken, other) => other.half_size
-        ? "only half of it may be used: what is beyond would be lost"
-        : "all of it may be used: half would be out of reach"],
-    ["aai_mode", "data", (taken, other) => other.aai_mode
-        ? "programmed by address increment: programming by pages would write the first byte only"
-        : "programmed by pages: programming by address increment would write nothing"],
+    [
+        "byte4_addressing",
+        "data",
+        (taken, other) =>
+            `${other.byte4_addressing ? "4-byte" : "3-byte"} addresses: with others, data would land in wrong places`,
+    ],
+    [
+        "half_size",
+        "data",
+        (taken, other) =>
+            other.half_size
+                ? "only half of it may be used: what is beyond would be lost"
+                : "all of it may be used: half would be out of reach",
+    ],
+    [
+        "aai_mode",
+        "data",
+        (taken, other) =>
+            other.aai_mode
+                ? "programmed by address increment: programming by pages would write the first byte only"
+                : "programmed by pages: programming by address increment would write nothing",
+    ],
     ["asc_voltage", "voltage", voltage_harm],
     ["protection_mask", "protection", mask_harm],
     ["protection_value", "protection", protection_harm],
     ["unprotect_value", "protection", protection_harm],
     ["protection_division", "protection", protection_harm],
     ["bottom_value", "protection", protection_harm],
-    ["startup_protected", "protection", (taken, other) => other.startup_protected
-        ? "protected after power-up: erasing and programming would do nothing" : ""],
+    [
+        "startup_protected",
+        "protection",
+        (taken, other) =>
+            other.startup_protected ? "protected after power-up: erasing and programming would do nothing" : "",
+    ],
     ["micron_flow", "flow", flow_harm],
     ["spansion_flow", "flow", flow_harm],
     ["flag_status", "flow", flow_harm],

@@ -29,15 +29,32 @@ function part(id) {
 }
 
 function heading_row(headings) {
-    return make("tr", {}, headings.map((heading) => make("th", { scope: "col" }, heading)));
+    return make(
+        "tr",
+        {},
+        headings.map((heading) => make("th", { scope: "col" }, heading)),
+    );
 }
 
 /// A table that scrolls by itself where it is too wide. Rows are lists of cells; the first cell of a row heads it.
 function data_table(caption, headings, rows, classes = "") {
-    const body = rows.map((cells) => make("tr", {}, cells.map((cell, i) =>
-        i === 0 ? make("th", { scope: "row" }, cell) : make("td", {}, cell))));
-    return scrolling(caption, make("table", { class: classes }, make("caption", {}, caption),
-        make("thead", {}, heading_row(headings)), make("tbody", {}, body)));
+    const body = rows.map((cells) =>
+        make(
+            "tr",
+            {},
+            cells.map((cell, i) => (i === 0 ? make("th", { scope: "row" }, cell) : make("td", {}, cell))),
+        ),
+    );
+    return scrolling(
+        caption,
+        make(
+            "table",
+            { class: classes },
+            make("caption", {}, caption),
+            make("thead", {}, heading_row(headings)),
+            make("tbody", {}, body),
+        ),
+    );
 }
 
 function scrolling(name, content) {
@@ -45,8 +62,13 @@ function scrolling(name, content) {
 }
 
 function facts(pairs) {
-    return make("dl", { class: "facts" }, pairs.filter(([, value]) => value !== null && value !== "").flatMap(
-        ([label, value]) => [make("dt", {}, label), make("dd", {}, value)]));
+    return make(
+        "dl",
+        { class: "facts" },
+        pairs
+            .filter(([, value]) => value !== null && value !== "")
+            .flatMap(([label, value]) => [make("dt", {}, label), make("dd", {}, value)]),
+    );
 }
 
 const WITH_THOUSANDS = new Intl.NumberFormat("en");
@@ -64,7 +86,11 @@ function size_text(size) {
 }
 
 function bytes_text(bytes) {
-    const units = [[1 << 30, "GiB"], [1 << 20, "MiB"], [1024, "KiB"]];
+    const units = [
+        [1 << 30, "GiB"],
+        [1 << 20, "MiB"],
+        [1024, "KiB"],
+    ];
     const [unit, name] = units.find(([each]) => bytes !== 0 && bytes % each === 0) ?? [1, "bytes"];
     return `${bytes / unit} ${name}`;
 }
@@ -72,7 +98,8 @@ function bytes_text(bytes) {
 /// The page of a record.
 function chip_address(row) {
     return row.enabled && FLASH.record_named(row.device_name) === row
-        ? `#/chip/${encodeURIComponent(row.device_name)}` : `#/row/${FLASH.place_of(row)}`;
+        ? `#/chip/${encodeURIComponent(row.device_name)}`
+        : `#/row/${FLASH.place_of(row)}`;
 }
 
 function chip_link(row) {
@@ -84,6 +111,8 @@ function compared_text(record) {
     const comparisons = comparisons_of(record);
     const last = Math.max(...comparisons.map(({ position }) => position));
     const bytes = Array.from({ length: last + 1 }, () => "··");
-    comparisons.forEach(({ position, value }) => { bytes[position] = hex_byte(value); });
+    comparisons.forEach(({ position, value }) => {
+        bytes[position] = hex_byte(value);
+    });
     return `${record.silicon_id ? "signature " : ""}${bytes.join(" ")}`;
 }

@@ -36,7 +36,7 @@ const FLASH = (() => {
     };
 })();
 
-const NONE = 255;  // no place, where a member names a byte of the response or a bit
+const NONE = 255; // no place, where a member names a byte of the response or a bit
 
 function hex_byte(byte) {
     return byte.toString(16).toUpperCase().padStart(2, "0");

@@ -42,14 +42,14 @@ function append(bytes, more) {
     }
 }
 
-/// A line of a dump: its offset, "" for none, and its pairs. `has_offsets`: lines before have some, so that a number alone
-/// is the last one.
+/// A line of a dump: its offset, "" for none, and its pairs. `has_offsets`: lines before have some, so that a number
+/// alone is the last one.
 function dump_line(line, has_offsets) {
     const number = /^[0-9A-Fa-f]*/.exec(line)[0];
     const rest = line.slice(number.length);
     if (number.length >= 4 && rest.startsWith(":")) {
         const pairs = rest.slice(1).replace(/^[ \t]+/, "");
-        const characters = pairs.indexOf("  ");  // behind two blanks stand characters
+        const characters = pairs.indexOf("  "); // behind two blanks stand characters
         return { offset: number, pairs: characters < 0 ? pairs : pairs.slice(0, characters) };
     }
     const pairs = rest.replace(/^[ \t]+/, "");

@@ -70,13 +70,19 @@ function contradictions_of(device_name, response) {
 /// What the notes know of a response of which the bytes tell something.
 function ambiguities_of(telling) {
     return FLASH.ambiguities
-        .filter(({ response, telling_byte }) =>
-            (telling_byte === null || telling_byte >= telling.length) && response.length <= telling.length &&
-            response.every((byte, i) => byte === telling[i]))
+        .filter(
+            ({ response, telling_byte }) =>
+                (telling_byte === null || telling_byte >= telling.length) &&
+                response.length <= telling.length &&
+                response.every((byte, i) => byte === telling[i]),
+        )
         .sort((a, b) => RISKS.indexOf(a.risk) - RISKS.indexOf(b.risk))
         .map(({ chips, telling_byte, told_apart_by, risk, harm }) => ({
             chips: chips.map((name) => ({ device_name: name, in_table: FLASH.record_named(name) !== undefined })),
-            telling_byte, told_apart_by, risk, harm,
+            telling_byte,
+            told_apart_by,
+            risk,
+            harm,
         }));
 }
 
@@ -84,8 +90,12 @@ function ambiguities_of(telling) {
 function nearest_indexes(response) {
     const distances = [];
     for (const [index, record] of FLASH.records.entries()) {
-        const usual = !record.silicon_id && record.default_dev && record.mfc_id_index === 0 &&
-            record.memory_id_index === 2 && record.memory_type_index === 1;
+        const usual =
+            !record.silicon_id &&
+            record.default_dev &&
+            record.mfc_id_index === 0 &&
+            record.memory_id_index === 2 &&
+            record.memory_type_index === 1;
         if (response.length < 3 || !usual || record.mfc_id !== response[0]) {
             continue;
         }
@@ -110,8 +120,8 @@ function candidates_of(question, telling, taken) {
         if (record.silicon_id !== question.silicon_id || !admits(record, telling)) {
             continue;
         }
-        const ruled_out = record !== taken && !question.silicon_id &&
-            contradictions_of(record.device_name, telling).length > 0;
+        const ruled_out =
+            record !== taken && !question.silicon_id && contradictions_of(record.device_name, telling).length > 0;
         candidates.push({
             ...named_record(index),
             standing: ruled_out ? "ruled_out" : standing_of(record, taken, telling.length),
@@ -127,15 +137,25 @@ function is_possible(candidate) {
 }
 
 function missing_bytes_of(candidates) {
-    const positions = candidates.filter(is_possible)
+    const positions = candidates
+        .filter(is_possible)
         .flatMap(({ compared }) => compared.filter(({ given }) => !given).map(({ position }) => position));
     return [...new Set(positions)].sort((a, b) => a - b);
 }
 
 function leaves_no_other(candidates, question, telling, taken, odd) {
-    return taken !== undefined && !question.silicon_id && !is_fault(odd) && !is_open(taken, telling.length) &&
-        candidates.every((each) => each.standing === "taken" || !is_possible(each) ||
-            (each.differs.length === 0 && each.device_name === taken.device_name));
+    return (
+        taken !== undefined &&
+        !question.silicon_id &&
+        !is_fault(odd) &&
+        !is_open(taken, telling.length) &&
+        candidates.every(
+            (each) =>
+                each.standing === "taken" ||
+                !is_possible(each) ||
+                (each.differs.length === 0 && each.device_name === taken.device_name),
+        )
+    );
 }
 
 /// An element of `devices` in the command's answer. With `in_a_chain` false it is the answer to a line of a batch.
@@ -157,7 +177,9 @@ function identification(position, question, in_a_chain) {
         given: question.bytes.length,
         telling: telling.length,
         by_hand: false,
-        sure: leaves_no_other(candidates, question, telling, taken, odd) && ambiguities.length === 0 &&
+        sure:
+            leaves_no_other(candidates, question, telling, taken, odd) &&
+            ambiguities.length === 0 &&
             contradictions.length === 0,
         missing_bytes: missing_bytes_of(candidates),
         ambiguities,

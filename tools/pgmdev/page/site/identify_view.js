@@ -8,26 +8,45 @@ const full_link = (row) => make("span", {}, `${row.manufacturer_name} `, chip_li
 function verdict(answer) {
     const taken = answer.mapped ? FLASH.records[answer.index] : null;
     if (!taken) {
-        return ["bad", answer.nearest.length > 0 ? "Not mapped: no record takes these bytes. Near to them:" :
-            "Not mapped: no record takes these bytes."];
+        return [
+            "bad",
+            answer.nearest.length > 0
+                ? "Not mapped: no record takes these bytes. Near to them:"
+                : "Not mapped: no record takes these bytes.",
+        ];
     }
     if (answer.contradictions.length > 0) {
         return ["bad", "Taken as ", full_link(taken), ", but the bytes are not that chip's."];
     }
-    return answer.sure ? ["good", full_link(taken), ", and no other chip that is known."]
+    return answer.sure
+        ? ["good", full_link(taken), ", and no other chip that is known."]
         : ["unsure", full_link(taken), " is taken, but others are possible."];
 }
 
 function missing_text(positions) {
-    return positions.length === 0 ? null
-        : make("p", {}, `Read ${positions[positions.length - 1] + 1} bytes: byte ${positions.join(", ")} would tell more.`);
+    return positions.length === 0
+        ? null
+        : make(
+              "p",
+              {},
+              `Read ${positions[positions.length - 1] + 1} bytes: byte ${positions.join(", ")} would tell more.`,
+          );
 }
 
 function ambiguity_item({ chips, told_apart_by, risk, harm }) {
-    const names = chips.flatMap(({ device_name, in_table }, i) => [i === 0 ? "" : ", ",
-        in_table ? chip_link(FLASH.record_named(device_name)) : `${device_name} (not in the table)`]);
-    return make("li", {}, make("span", { class: `risk ${risk}` }, risk), " ", ...names, `: ${told_apart_by}. `,
-        make("span", { class: "harm" }, harm));
+    const names = chips.flatMap(({ device_name, in_table }, i) => [
+        i === 0 ? "" : ", ",
+        in_table ? chip_link(FLASH.record_named(device_name)) : `${device_name} (not in the table)`,
+    ]);
+    return make(
+        "li",
+        {},
+        make("span", { class: `risk ${risk}` }, risk),
+        " ",
+        ...names,
+        `: ${told_apart_by}. `,
+        make("span", { class: "harm" }, harm),
+    );
 }
 
 function answer_part(answer) {
@@ -36,10 +55,24 @@ function answer_part(answer) {
     return [
         make("p", { class: `verdict ${mood}` }, ...text),
         answer.oddity ? make("p", { class: "oddity" }, `Odd: ${answer.oddity.text}.`) : null,
-        answer.nearest.length > 0 ? make("ul", {}, answer.nearest.map(({ index }) =>
-            make("li", {}, chip_link(FLASH.records[index]), " ", make("code", {}, compared_text(FLASH.records[index]))))) : null,
+        answer.nearest.length > 0
+            ? make(
+                  "ul",
+                  {},
+                  answer.nearest.map(({ index }) =>
+                      make(
+                          "li",
+                          {},
+                          chip_link(FLASH.records[index]),
+                          " ",
+                          make("code", {}, compared_text(FLASH.records[index])),
+                      ),
+                  ),
+              )
+            : null,
         ...answer.contradictions.map(({ position, found, expected }) =>
-            make("p", { class: "oddity" }, `Byte ${position} is ${found}, expected ${expected}.`)),
+            make("p", { class: "oddity" }, `Byte ${position} is ${found}, expected ${expected}.`),
+        ),
         taken ? summary_facts(taken) : null,
         missing_text(answer.missing_bytes),
         answer.ambiguities.length > 0 ? make("h3", {}, "Known to be ambiguous") : null,
@@ -50,8 +83,12 @@ function answer_part(answer) {
 
 /// The answer as the command gives it to programs.
 function json_part(answer) {
-    return make("details", {}, make("summary", {}, "As JSON"),
-        make("pre", { tabindex: "0" }, JSON.stringify(answer, null, 2)));
+    return make(
+        "details",
+        {},
+        make("summary", {}, "As JSON"),
+        make("pre", { tabindex: "0" }, JSON.stringify(answer, null, 2)),
+    );
 }
 
 function wrong_input(text) {
@@ -72,8 +109,12 @@ function identify_answer(response, dump) {
         }
     }
     if (trim_white(response) === "") {
-        return sfdp ? [...sfdp_part(sfdp, derived_record(sfdp, [])), json_part({ ...sfdp_json(sfdp),
-            record: derived_record(sfdp, []) })] : [];
+        return sfdp
+            ? [
+                  ...sfdp_part(sfdp, derived_record(sfdp, [])),
+                  json_part({ ...sfdp_json(sfdp), record: derived_record(sfdp, []) }),
+              ]
+            : [];
     }
     try {
         const question = parse_question(response);
@@ -92,8 +133,14 @@ const IDENTIFY_VIEW = (() => {
     function start() {
         part("response").addEventListener("input", show);
         part("dump").addEventListener("input", show);
-        part("identify-examples").append("Try ", ...IDENTIFY_EXAMPLES.flatMap((example, i) => [i === 0 ? "" : ", ",
-            make("a", { href: `#/identify/${encodeURIComponent(example)}` }, example)]), ".");
+        part("identify-examples").append(
+            "Try ",
+            ...IDENTIFY_EXAMPLES.flatMap((example, i) => [
+                i === 0 ? "" : ", ",
+                make("a", { href: `#/identify/${encodeURIComponent(example)}` }, example),
+            ]),
+            ".",
+        );
     }
 
     /// Fills in a response that an address has brought.

@@ -6,14 +6,22 @@ function pictures_view() {
         make("h3", {}, "Capacity by maker"),
         figure(capacity_picture(FLASH.records), "Chips of the table; capacities in Mbit."),
         make("h3", {}, "Erase times"),
-        figure(erase_picture(FLASH.records),
-            "The longest erase of the whole chip, as the tool waits for it; larger dots are more chips."),
+        figure(
+            erase_picture(FLASH.records),
+            "The longest erase of the whole chip, as the tool waits for it; larger dots are more chips.",
+        ),
     ];
 }
 
 function chip_view(row) {
-    part("view-chip").replaceChildren(...(row ? chip_page(row).filter(Boolean)
-        : [make("h2", { tabindex: "-1" }, "No such chip"), make("p", {}, make("a", { href: "#/chips" }, "All chips"))]));
+    part("view-chip").replaceChildren(
+        ...(row
+            ? chip_page(row).filter(Boolean)
+            : [
+                  make("h2", { tabindex: "-1" }, "No such chip"),
+                  make("p", {}, make("a", { href: "#/chips" }, "All chips")),
+              ]),
+    );
 }
 
 /// Views that show the same whatever the address says further are filled when they are first seen.
@@ -27,7 +35,8 @@ const once = (id, content) => {
     };
 };
 
-const VIEWS = {  // by the first word of the address: the view, its link, and how it is filled
+const VIEWS = {
+    // by the first word of the address: the view, its link, and how it is filled
     chips: ["view-chips", "chips", () => {}],
     chip: ["view-chip", "chips", (name) => chip_view(FLASH.record_named(name))],
     row: ["view-chip", "chips", (place) => chip_view(FLASH.rows[Number(place)])],
@@ -39,19 +48,24 @@ const VIEWS = {  // by the first word of the address: the view, its link, and ho
 };
 
 function address_words() {
-    return location.hash.replace(/^#\/?/, "").split("/").map((word) => {
-        try {
-            return decodeURIComponent(word);
-        } catch {
-            return word;
-        }
-    });
+    return location.hash
+        .replace(/^#\/?/, "")
+        .split("/")
+        .map((word) => {
+            try {
+                return decodeURIComponent(word);
+            } catch {
+                return word;
+            }
+        });
 }
 
 function show_view(focus) {
     const [word, argument] = address_words();
     const [id, link, fill_view] = VIEWS[word] ?? VIEWS.chips;
-    document.querySelectorAll("main > section").forEach((section) => { section.hidden = section.id !== id; });
+    document.querySelectorAll("main > section").forEach((section) => {
+        section.hidden = section.id !== id;
+    });
     document.querySelectorAll("nav a").forEach((each) => {
         if (each.getAttribute("href") === `#/${link}`) {
             each.setAttribute("aria-current", "page");
@@ -82,7 +96,8 @@ function press(event) {
     }
 }
 
-part("made-from").textContent = `${counted(FLASH.records.length, "record", "records")} of serial flash, ` +
+part("made-from").textContent =
+    `${counted(FLASH.records.length, "record", "records")} of serial flash, ` +
     `written by pgmdev ${TABLES.version.command}, catalog ${TABLES.version.catalog}.`;
 CHIPS_VIEW.start();
 IDENTIFY_VIEW.start();
@@ -96,10 +111,12 @@ performance.mark("ready");
 /// For scripts that ask the page, such as its tests.
 window.tessary = {
     identify: (text, in_a_chain = false) => identification(0, parse_question(text), in_a_chain),
-    identify_with_sfdp: (text, dump) => identification_with_sfdp(parse_question(text), read_sfdp(bytes_of_hex_text(dump))),
+    identify_with_sfdp: (text, dump) =>
+        identification_with_sfdp(parse_question(text), read_sfdp(bytes_of_hex_text(dump))),
     sfdp: (dump) => {
         const sfdp = read_sfdp(bytes_of_hex_text(dump));
-        return sfdp.refusal ? { refusal: describe_refusal(sfdp.refusal) }
+        return sfdp.refusal
+            ? { refusal: describe_refusal(sfdp.refusal) }
             : { ...sfdp_json(sfdp), record: derived_record(sfdp, []) };
     },
     spell: NAMES.spell,

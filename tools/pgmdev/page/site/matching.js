@@ -15,7 +15,8 @@ function comparisons_of(record) {
 /// Whether no byte of the response contradicts; bytes that it has not may be anything.
 function admits(record, response) {
     return comparisons_of(record).every(
-        ({ position, value }) => position >= response.length || response[position] === value);
+        ({ position, value }) => position >= response.length || response[position] === value,
+    );
 }
 
 /// Whether all that is compared is there and agrees.

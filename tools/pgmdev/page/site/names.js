@@ -7,7 +7,9 @@ const NAMES = (() => {
     let parts_by_name = null;
 
     function whole_row(row) {
-        return Object.fromEntries(Object.entries(row).map(([key, value]) => [key, value === OWN_NAME ? row.name : value]));
+        return Object.fromEntries(
+            Object.entries(row).map(([key, value]) => [key, value === OWN_NAME ? row.name : value]),
+        );
     }
 
     /// They are many, and are read when somebody asks for one.
@@ -22,13 +24,24 @@ const NAMES = (() => {
     /// All that a part is called, the names of what it belongs to included.
     function names_of_part(part) {
         const device = by_name.get(part.device);
-        return [part.name, part.package_name, part.pgm_name, part.device, part.pgm_part_pcf, part.pgm_family_pcf,
-            part.family, device?.dev_part_pcf, device?.dev_family_pcf];
+        return [
+            part.name,
+            part.package_name,
+            part.pgm_name,
+            part.device,
+            part.pgm_part_pcf,
+            part.pgm_family_pcf,
+            part.family,
+            device?.dev_part_pcf,
+            device?.dev_family_pcf,
+        ];
     }
 
     function index_parts() {
         parts_by_name = new Map();
-        const parts = read().filter((row) => row.number !== null).sort((a, b) => a.number - b.number);
+        const parts = read()
+            .filter((row) => row.number !== null)
+            .sort((a, b) => a.number - b.number);
         for (const part of parts) {
             for (const name of new Set(names_of_part(part))) {
                 if (!parts_by_name.has(name)) {
@@ -61,8 +74,10 @@ const NAMES = (() => {
             const beginning = wanted.slice(0, length);
             const found = read().filter((row) => row.name.startsWith(beginning));
             if (found.length > 0) {
-                return found.sort((a, b) => a.name.length - b.name.length || (a.name < b.name ? -1 : 1))
-                    .slice(0, most).map((row) => row.name);
+                return found
+                    .sort((a, b) => a.name.length - b.name.length || (a.name < b.name ? -1 : 1))
+                    .slice(0, most)
+                    .map((row) => row.name);
             }
         }
         return [];

@@ -1,18 +1,18 @@
-// Responses that no chip gives, in words. Each way in which a response can go wrong is undone; what a record then matches
-// was probably sent.
+// Responses that no chip gives, in words. Each way in which a response can go wrong is undone; what a record then
+// matches was probably sent.
 
 const CONTINUATION_CODE = 0x7f;
 const READ_IDENTIFICATION = 0x9f;
-const PLAIN_LENGTH = 3;  // maker, type, capacity
-const MOST_BEFORE = 8;   // bytes that may stand before an identification
+const PLAIN_LENGTH = 3; // maker, type, capacity
+const MOST_BEFORE = 8; // bytes that may stand before an identification
 const MOST_NAMED = 4;
 
 function are_all(bytes, value) {
     return bytes.length > 0 && bytes.every((byte) => byte === value);
 }
 
-/// How many bytes of the response tell something: not those behind an identification that only repeat it, or that are what
-/// an idle bus has.
+/// How many bytes of the response tell something: not those behind an identification that only repeat it, or that are
+/// what an idle bus has.
 function telling_bytes_of(response) {
     if (response.length <= PLAIN_LENGTH) {
         return response.length;
@@ -25,7 +25,8 @@ function telling_bytes_of(response) {
 /// The first record all of whose bytes are there. A signature is too short to tell a mistake by.
 function record_that_takes(response) {
     return FLASH.records.findIndex(
-        (record) => !record.silicon_id && record.memory_type_index !== NONE && is_met_by(record, response));
+        (record) => !record.silicon_id && record.memory_type_index !== NONE && is_met_by(record, response),
+    );
 }
 
 function full_name(record) {
@@ -38,14 +39,18 @@ function oddity(kind, text, index = -1) {
 
 function idle_oddity(response) {
     if (are_all(response, 0x00)) {
-        return oddity("idle",
+        return oddity(
+            "idle",
             "all zeros: the data line is held low; look for a missing pull-up, a chip without supply or held in " +
-            "reset, or swapped lines");
+                "reset, or swapped lines",
+        );
     }
     if (are_all(response, 0xff)) {
-        return oddity("idle",
+        return oddity(
+            "idle",
             "all ones: nobody drives the data line; look at chip select, at the supply, and for a chip in deep " +
-            "power-down or in a mode of four lines");
+                "power-down or in a mode of four lines",
+        );
     }
     return null;
 }
@@ -56,22 +61,30 @@ function continuation_oddity(response) {
         return null;
     }
     if (begin < 0) {
-        return oddity("continuation",
-            "continuation codes (7F) only: the maker's number comes behind them; read more bytes");
+        return oddity(
+            "continuation",
+            "continuation codes (7F) only: the maker's number comes behind them; read more bytes",
+        );
     }
     const index = record_that_takes(response.slice(begin));
-    const text = `${begin} continuation ${begin === 1 ? "code" : "codes"} (7F): the maker's number ` +
+    const text =
+        `${begin} continuation ${begin === 1 ? "code" : "codes"} (7F): the maker's number ` +
         `${hex_byte(response[begin])} is one of bank ${begin + 1} of the makers' list, and no record has that`;
-    return oddity("continuation",
-        index < 0 ? text : `${text}; without the codes it would be ${full_name(FLASH.records[index])}`, index);
+    return oddity(
+        "continuation",
+        index < 0 ? text : `${text}; without the codes it would be ${full_name(FLASH.records[index])}`,
+        index,
+    );
 }
 
 function stuck_oddity(response) {
     if (response.length < 2 || !are_all(response, response[0])) {
         return null;
     }
-    return oddity("stuck",
-        "the same byte again and again: each byte is a read of its own; keep chip select low and go on clocking");
+    return oddity(
+        "stuck",
+        "the same byte again and again: each byte is a read of its own; keep chip select low and go on clocking",
+    );
 }
 
 function late_oddity(response) {
@@ -79,10 +92,13 @@ function late_oddity(response) {
         const rest = response.slice(before);
         const index = record_that_takes(rest);
         if (index >= 0) {
-            return oddity("late",
+            return oddity(
+                "late",
                 `the first ${before === 1 ? "byte" : `${before} bytes`}, ${hex_bytes(response.slice(0, before))}, ` +
-                `${before === 1 ? "stands" : "stand"} before the identification (the command's own byte, or a read ` +
-                `begun too early): ${hex_bytes(rest)} would be ${full_name(FLASH.records[index])}`, index);
+                    `${before === 1 ? "stands" : "stand"} before the identification (the command's own byte, or a read ` +
+                    `begun too early): ${hex_bytes(rest)} would be ${full_name(FLASH.records[index])}`,
+                index,
+            );
         }
     }
     return null;
@@ -95,16 +111,23 @@ function late_and_cut_oddity(response) {
     }
     const [before, maker, type] = response;
     const is_none = [0x00, 0xff, READ_IDENTIFICATION, maker].includes(before);
-    const begins = FLASH.records.find((record) =>
-        !record.silicon_id && record.mfc_id_index === 0 && record.mfc_id === maker &&
-        record.memory_type_index === 1 && record.memory_type === type);
+    const begins = FLASH.records.find(
+        (record) =>
+            !record.silicon_id &&
+            record.mfc_id_index === 0 &&
+            record.mfc_id === maker &&
+            record.memory_type_index === 1 &&
+            record.memory_type === type,
+    );
     if (!is_none || !begins) {
         return null;
     }
-    return oddity("late",
+    return oddity(
+        "late",
         `the first byte, ${hex_byte(before)}, probably stands before the identification (the command's own byte, or a ` +
-        `read begun too early): ${hex_bytes(response.slice(1))} begin those of ${begins.manufacturer_name}; read one ` +
-        "byte more");
+            `read begun too early): ${hex_bytes(response.slice(1))} begin those of ${begins.manufacturer_name}; read one ` +
+            "byte more",
+    );
 }
 
 /// The response moved by one bit, with `filling` where a bit is not known.
@@ -113,7 +136,7 @@ function shifted(response, to_the_left, filling) {
     let carry = filling;
     const move = (i) => {
         const byte = bytes[i];
-        bytes[i] = to_the_left ? (byte << 1 & 0xff) | carry : byte >> 1 | carry << 7;
+        bytes[i] = to_the_left ? ((byte << 1) & 0xff) | carry : (byte >> 1) | (carry << 7);
         carry = to_the_left ? byte >> 7 : byte & 1;
     };
     const places = bytes.map((unused, i) => i);
@@ -127,9 +150,12 @@ function shifted_oddity(response) {
             const bytes = shifted(response, to_the_left, filling);
             const index = record_that_takes(bytes);
             if (index >= 0) {
-                return oddity("shifted",
+                return oddity(
+                    "shifted",
                     `one clock too ${to_the_left ? "few" : "many"} before the first byte was read: shifted by one bit ` +
-                    `it is ${hex_bytes(bytes)}, ${full_name(FLASH.records[index])}`, index);
+                        `it is ${hex_bytes(bytes)}, ${full_name(FLASH.records[index])}`,
+                    index,
+                );
             }
         }
     }
@@ -140,8 +166,14 @@ function shifted_oddity(response) {
 function first_byte_oddity(response) {
     const makers = new Map();
     for (const [index, record] of FLASH.records.entries()) {
-        const fits = response.length >= 2 && !record.silicon_id && record.default_dev && record.mfc_id_index === 0 &&
-            record.memory_type_index === 1 && record.memory_id_index === 2 && record.memory_type === response[0] &&
+        const fits =
+            response.length >= 2 &&
+            !record.silicon_id &&
+            record.default_dev &&
+            record.mfc_id_index === 0 &&
+            record.memory_type_index === 1 &&
+            record.memory_id_index === 2 &&
+            record.memory_type === response[0] &&
             record.memory_id === response[1];
         if (fits && makers.size < MOST_NAMED && !makers.has(record.manufacturer_name)) {
             makers.set(record.manufacturer_name, index);
@@ -151,14 +183,20 @@ function first_byte_oddity(response) {
         return null;
     }
     const guesses = [...makers.values()].map(
-        (index) => `${hex_byte(FLASH.records[index].mfc_id)} for ${full_name(FLASH.records[index])}`);
-    return oddity("first_byte_missing",
+        (index) => `${hex_byte(FLASH.records[index].mfc_id)} for ${full_name(FLASH.records[index])}`,
+    );
+    return oddity(
+        "first_byte_missing",
         `no maker has the number ${hex_byte(response[0])}: perhaps the first byte is missing, such as ` +
-        guesses.join(", "), [...makers.values()][0]);
+            guesses.join(", "),
+        [...makers.values()][0],
+    );
 }
 
 function repeated_oddity(response) {
-    const repeats = response.length > PLAIN_LENGTH && telling_bytes_of(response) === PLAIN_LENGTH &&
+    const repeats =
+        response.length > PLAIN_LENGTH &&
+        telling_bytes_of(response) === PLAIN_LENGTH &&
         response[PLAIN_LENGTH] === response[0];
     return repeats ? oddity("repeated", "the bytes from 3 on only repeat the first ones, and tell nothing") : null;
 }
@@ -170,9 +208,15 @@ function response_oddity(silicon_id, response, is_taken) {
         return idle ?? repeated_oddity(response);
     }
     const is_known = FLASH.records.some(
-        (record) => !record.silicon_id && record.mfc_id_index === 0 && record.mfc_id === response[0]);
-    const looks = [continuation_oddity, stuck_oddity, late_oddity, late_and_cut_oddity,
-        ...(is_known ? [] : [first_byte_oddity, shifted_oddity])];
+        (record) => !record.silicon_id && record.mfc_id_index === 0 && record.mfc_id === response[0],
+    );
+    const looks = [
+        continuation_oddity,
+        stuck_oddity,
+        late_oddity,
+        late_and_cut_oddity,
+        ...(is_known ? [] : [first_byte_oddity, shifted_oddity]),
+    ];
     for (const look of looks) {
         const found = look(response);
         if (found) {

@@ -1,20 +1,38 @@
 // What a flash says of itself, from the bytes of a dump: the answer of `pgmdev flash sfdp`.
 
 const SFDP_SIGNATURE = [0x53, 0x46, 0x44, 0x50];
-const SFDP_HEADER_BYTES = 8;   // of the SFDP header, and of each parameter header
-const SFDP_KNOWN_MAJOR = 1;    // another one would be another format
-const SFDP_BASIC_WORDS = 9;    // as few as the first edition of the standard gives the basic table
+const SFDP_HEADER_BYTES = 8; // of the SFDP header, and of each parameter header
+const SFDP_KNOWN_MAJOR = 1; // another one would be another format
+const SFDP_BASIC_WORDS = 9; // as few as the first edition of the standard gives the basic table
 const BASIC_ID = 0xff00;
 const SECTOR_MAP_ID = 0xff81;
 const FOUR_BYTE_ID = 0xff84;
 
-const SFDP_TABLE_NAMES = new Map([[BASIC_ID, "basic"], [0xff03, "replay-protected counters"], [0xff05, "xSPI profile 1"],
-    [0xff06, "xSPI profile 2"], [0xff09, "register map, xSPI profile 2"], [0xff0a, "octal DDR sequences"],
-    [0xff0c, "quad with data strobe"], [SECTOR_MAP_ID, "sector map"], [FOUR_BYTE_ID, "4-byte instructions"],
-    [0xff87, "register map"], [0xff88, "register map, several dies"], [0xff8b, "long latency"],
-    [0xff8d, "quad DDR sequences"], [0xff8e, "secure packets"]]);
-const SFDP_EDITIONS = [[0, "JESD216"], [5, "JESD216A"], [6, "JESD216B"], [7, "JESD216C"], [8, "JESD216D"],
-    [9, "JESD216E"], [10, "JESD216F"]];  // from which minor revision on
+const SFDP_TABLE_NAMES = new Map([
+    [BASIC_ID, "basic"],
+    [0xff03, "replay-protected counters"],
+    [0xff05, "xSPI profile 1"],
+    [0xff06, "xSPI profile 2"],
+    [0xff09, "register map, xSPI profile 2"],
+    [0xff0a, "octal DDR sequences"],
+    [0xff0c, "quad with data strobe"],
+    [SECTOR_MAP_ID, "sector map"],
+    [FOUR_BYTE_ID, "4-byte instructions"],
+    [0xff87, "register map"],
+    [0xff88, "register map, several dies"],
+    [0xff8b, "long latency"],
+    [0xff8d, "quad DDR sequences"],
+    [0xff8e, "secure packets"],
+]);
+const SFDP_EDITIONS = [
+    [0, "JESD216"],
+    [5, "JESD216A"],
+    [6, "JESD216B"],
+    [7, "JESD216C"],
+    [8, "JESD216D"],
+    [9, "JESD216E"],
+    [10, "JESD216F"],
+]; // from which minor revision on
 const ADDRESS_TEXTS = ["3", "3 or 4", "4", "reserved"];
 
 function in_bytes(count) {
@@ -62,13 +80,15 @@ function sfdp_headers(bytes, warnings) {
     for (let i = 0; i < count; ++i) {
         const offset = SFDP_HEADER_BYTES * (1 + i);
         if (bytes.length < offset + SFDP_HEADER_BYTES) {
-            warnings.push(`header ${i + 1} of ${count} at ${sfdp_hex(offset)}h: the dump ends after ` +
-                `${in_bytes(bytes.length)}; no further header is read`);
+            warnings.push(
+                `header ${i + 1} of ${count} at ${sfdp_hex(offset)}h: the dump ends after ` +
+                    `${in_bytes(bytes.length)}; no further header is read`,
+            );
             break;
         }
         const [word1, word2] = [sfdp_word(bytes, offset), sfdp_word(bytes, offset + 4)];
         headers.push({
-            id: bits(word2, 31, 24) << 8 | bits(word1, 7, 0),
+            id: (bits(word2, 31, 24) << 8) | bits(word1, 7, 0),
             minor: bits(word1, 15, 8),
             major: bits(word1, 23, 16),
             words: bits(word1, 31, 24),
@@ -91,22 +111,37 @@ function table_refusal(bytes, header, least_words) {
         return refusal(header.offset, `major revision of the ${name}`, String(header.major), "1");
     }
     if (header.words < least_words) {
-        return refusal(header.offset, `length of the ${name}`, `${header.words} words`, `${least_words} words at least`);
+        return refusal(
+            header.offset,
+            `length of the ${name}`,
+            `${header.words} words`,
+            `${least_words} words at least`,
+        );
     }
     if (header.offset < 2 * SFDP_HEADER_BYTES) {
-        return refusal(header.offset, `offset of the ${name}`, `${sfdp_hex(header.offset)}h`,
-            "10h at least, behind the headers");
+        return refusal(
+            header.offset,
+            `offset of the ${name}`,
+            `${sfdp_hex(header.offset)}h`,
+            "10h at least, behind the headers",
+        );
     }
     if (end > bytes.length) {
-        return refusal(Math.max(bytes.length, header.offset), name, `a dump of ${in_bytes(bytes.length)}`,
-            `${header.words} words, up to ${sfdp_hex(end)}h`);
+        return refusal(
+            Math.max(bytes.length, header.offset),
+            name,
+            `a dump of ${in_bytes(bytes.length)}`,
+            `${header.words} words, up to ${sfdp_hex(end)}h`,
+        );
     }
     return null;
 }
 
 function sfdp_table(bytes, header) {
     const name = `${sfdp_table_name(header.id)} table at ${sfdp_hex(header.offset)}h`;
-    const words = Array.from({ length: bytes ? header.words : 0 }, (unused, i) => sfdp_word(bytes, header.offset + 4 * i));
+    const words = Array.from({ length: bytes ? header.words : 0 }, (unused, i) =>
+        sfdp_word(bytes, header.offset + 4 * i),
+    );
     return {
         name,
         words,
@@ -118,8 +153,9 @@ function sfdp_table(bytes, header) {
 
 /// The newest table of a kind that can be read, null for none. `refusals` receives why those before it cannot.
 function newest_table(bytes, headers, id, least_words, warnings, refusals) {
-    const wanted = headers.filter((header) => header.id === id)
-        .sort((a, b) => (b.major << 8 | b.minor) - (a.major << 8 | a.minor));
+    const wanted = headers
+        .filter((header) => header.id === id)
+        .sort((a, b) => ((b.major << 8) | b.minor) - ((a.major << 8) | a.minor));
     for (const header of wanted) {
         const damage = table_refusal(bytes, header, least_words);
         if (damage === null) {
@@ -144,15 +180,23 @@ function read_sfdp(bytes) {
     const table = (id, least) => newest_table(bytes, sfdp.headers, id, least, warnings, refusals);
     const basic = table(BASIC_ID, SFDP_BASIC_WORDS);
     if (!basic) {
-        sfdp.refusal = refusals[0] ?? { offset: SFDP_HEADER_BYTES, field: "parameter headers", found: "no basic table",
-            expected: "a header with the number FF00" };
+        sfdp.refusal = refusals[0] ?? {
+            offset: SFDP_HEADER_BYTES,
+            field: "parameter headers",
+            found: "no basic table",
+            expected: "a header with the number FF00",
+        };
         return sfdp;
     }
     sfdp.basic = read_basic_table(basic, warnings);
     const four = table(FOUR_BYTE_ID, 1);
     sfdp.four_byte = four ? read_four_byte_table(four, warnings) : null;
     for (const [number, opcode] of sfdp.four_byte?.erase ?? []) {
-        sfdp.basic.erase_types.filter((type) => type.number === number).forEach((type) => { type.opcode_4byte = opcode; });
+        sfdp.basic.erase_types
+            .filter((type) => type.number === number)
+            .forEach((type) => {
+                type.opcode_4byte = opcode;
+            });
     }
     const maps = table(SECTOR_MAP_ID, 1);
     const read = maps ? read_sector_maps(maps, sfdp.basic, warnings) : { commands: [], maps: [] };
@@ -164,10 +208,13 @@ function read_sfdp(bytes) {
 
 /// The largest erase type that may be used everywhere and has the usual opcode, or what comes nearest; null: none.
 function sector_erase(sfdp) {
-    const everywhere = (type) => sfdp.sector_maps.every(
-        (map) => map.regions.every((region) => region.erase_types.includes(type.number)));
+    const everywhere = (type) =>
+        sfdp.sector_maps.every((map) => map.regions.every((region) => region.erase_types.includes(type.number)));
     const rank = (type) => (everywhere(type) ? 2 ** 40 : 0) + (type.opcode === 0xd8 ? 2 ** 36 : 0) + type.bytes;
-    return sfdp.basic.erase_types.reduce((best, type) => (best === null || rank(best) < rank(type) ? type : best), null);
+    return sfdp.basic.erase_types.reduce(
+        (best, type) => (best === null || rank(best) < rank(type) ? type : best),
+        null,
+    );
 }
 
 function sfdp_standard(minor) {
@@ -178,8 +225,14 @@ function sfdp_standard(minor) {
 const or_null = (value, make) => (value === null ? null : make(value));
 
 function byte_program_json({ first_byte_us: first, next_byte_us: next }) {
-    return first === null ? null : { first_typical_us: first.typical, first_max_us: first.longest,
-        next_typical_us: next.typical, next_max_us: next.longest };
+    return first === null
+        ? null
+        : {
+              first_typical_us: first.typical,
+              first_max_us: first.longest,
+              next_typical_us: next.typical,
+              next_max_us: next.longest,
+          };
 }
 
 /// What the command gives of it.
@@ -198,12 +251,21 @@ function sfdp_json(sfdp) {
         erase_4k_opcode: or_null(basic.erase_4k_opcode, hex_byte),
         write_granularity_bytes: basic.write_granularity,
         dtr: basic.dtr,
-        fast_reads: basic.fast_reads.map((read) => ({ mode: read.mode, opcode: hex_byte(read.opcode),
-            mode_clocks: read.mode_clocks, wait_clocks: read.wait_clocks,
-            dummy_clocks: read.mode_clocks + read.wait_clocks })),
-        erase_types: basic.erase_types.map((type) => ({ type: type.number, size_bytes: type.bytes,
-            opcode: hex_byte(type.opcode), typical_ms: type.ms?.typical ?? null, max_ms: type.ms?.longest ?? null,
-            opcode_4byte: or_null(type.opcode_4byte, hex_byte) })),
+        fast_reads: basic.fast_reads.map((read) => ({
+            mode: read.mode,
+            opcode: hex_byte(read.opcode),
+            mode_clocks: read.mode_clocks,
+            wait_clocks: read.wait_clocks,
+            dummy_clocks: read.mode_clocks + read.wait_clocks,
+        })),
+        erase_types: basic.erase_types.map((type) => ({
+            type: type.number,
+            size_bytes: type.bytes,
+            opcode: hex_byte(type.opcode),
+            typical_ms: type.ms?.typical ?? null,
+            max_ms: type.ms?.longest ?? null,
+            opcode_4byte: or_null(type.opcode_4byte, hex_byte),
+        })),
         page_bytes: basic.page_bytes ?? 256,
         page_bytes_known: basic.page_bytes !== null,
         page_program: or_null(basic.page_program_us, (us) => ({ typical_us: us.typical, max_us: us.longest })),
@@ -214,16 +276,28 @@ function sfdp_json(sfdp) {
         soft_reset: basic.soft_reset,
         enter_4byte: basic.enter_4byte,
         exit_4byte: basic.exit_4byte,
-        headers: sfdp.headers.map((header) => ({ id: header.id.toString(16).toUpperCase().padStart(4, "0"),
-            name: sfdp_table_name(header.id), revision: `${header.major}.${header.minor}`, dwords: header.words,
-            offset: header.offset })),
-        four_byte_instructions: or_null(four_byte, (four) => ({ dword1: four.word1, dword2: four.word2,
+        headers: sfdp.headers.map((header) => ({
+            id: header.id.toString(16).toUpperCase().padStart(4, "0"),
+            name: sfdp_table_name(header.id),
+            revision: `${header.major}.${header.minor}`,
+            dwords: header.words,
+            offset: header.offset,
+        })),
+        four_byte_instructions: or_null(four_byte, (four) => ({
+            dword1: four.word1,
+            dword2: four.word2,
             support: four.support,
-            erase_opcodes: Object.fromEntries(four.erase.map(([type, opcode]) => [type, hex_byte(opcode)])) })),
-        map_commands: sfdp.map_commands.map((command) => ({ ...command, opcode: hex_byte(command.opcode),
-            mask: hex_byte(command.mask) })),
-        sector_maps: sfdp.sector_maps.map((map) => ({ id: map.id, regions: map.regions.map(
-            ({ offset, bytes, erase_types }) => ({ offset, size_bytes: bytes, erase_types })) })),
+            erase_opcodes: Object.fromEntries(four.erase.map(([type, opcode]) => [type, hex_byte(opcode)])),
+        })),
+        map_commands: sfdp.map_commands.map((command) => ({
+            ...command,
+            opcode: hex_byte(command.opcode),
+            mask: hex_byte(command.mask),
+        })),
+        sector_maps: sfdp.sector_maps.map((map) => ({
+            id: map.id,
+            regions: map.regions.map(({ offset, bytes, erase_types }) => ({ offset, size_bytes: bytes, erase_types })),
+        })),
         hybrid: sfdp.hybrid,
         warnings: sfdp.warnings,
     };

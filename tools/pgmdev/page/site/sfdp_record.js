@@ -1,7 +1,16 @@
 // The record of a flash from its own words (SFDP). What these do not tell is assumed, and said to be.
 
 const MBIT = 1 << 20;
-const DENSITY_CLASSES = [[512, 32], [256, 25], [128, 24], [64, 22], [32, 21], [16, 20], [4, 18], [0, 16]];  // from Mbit on
+const DENSITY_CLASSES = [
+    [512, 32],
+    [256, 25],
+    [128, 24],
+    [64, 22],
+    [32, 21],
+    [16, 20],
+    [4, 18],
+    [0, 16],
+]; // from Mbit on
 const MICRON_IDS = [0x20, 0x2c];
 const SPANSION_ID = 0x01;
 
@@ -19,9 +28,14 @@ function take_identification(id, record, assume) {
     Object.assign(record, {
         manufacturer_name: "UNKNOWN",
         device_name: id.length === 0 ? "UNKNOWN" : `UNKNOWN-${id.slice(0, 6).map(hex_byte).join("")}`,
-        mfc_id: id[0] ?? 0, memory_type: id[1] ?? 0, memory_id: id[2] ?? 0,
-        mfc_id_index: 0, memory_type_index: 1, memory_id_index: 2,
-        default_dev: true, ini: "NONE",
+        mfc_id: id[0] ?? 0,
+        memory_type: id[1] ?? 0,
+        memory_id: id[2] ?? 0,
+        mfc_id_index: 0,
+        memory_type_index: 1,
+        memory_id_index: 2,
+        default_dev: true,
+        ini: "NONE",
     });
     assume("manufacturer_name", title_page);
     assume("device_name", title_page);
@@ -42,8 +56,10 @@ function take_geometry(sfdp, record, assume) {
     });
     assume("die_count", "1: a chip does not tell how many dies it has");
     if (sfdp.hybrid) {
-        assume("device_sector_byte",
-            "the largest that erase everywhere, or else the largest: regions differ (see the sector map)");
+        assume(
+            "device_sector_byte",
+            "the largest that erase everywhere, or else the largest: regions differ (see the sector map)",
+        );
     }
 }
 
@@ -74,8 +90,12 @@ function take_flows(sfdp, record, assume) {
     record.micron_flow = MICRON_IDS.includes(record.mfc_id) && record.flag_status;
     record.spansion_flow = record.mfc_id === SPANSION_ID;
     assume("startup_protected", "FALSE: not told");
-    assume("aai_mode", sfdp.basic.write_granularity === 1
-        ? "FALSE: not told, but it is written by single bytes (word 1 bit 2): look it up" : "FALSE: not told");
+    assume(
+        "aai_mode",
+        sfdp.basic.write_granularity === 1
+            ? "FALSE: not told, but it is written by single bytes (word 1 bit 2): look it up"
+            : "FALSE: not told",
+    );
 }
 
 function take_the_rest(record, assume) {

@@ -1,5 +1,5 @@
-// The Sector Map Parameter Table of SFDP: descriptors of commands, two words each, and behind them descriptors of maps, one
-// word and one for each region.
+// The Sector Map Parameter Table of SFDP: descriptors of commands, two words each, and behind them descriptors of maps,
+// one word and one for each region.
 
 const is_map = (word) => bits(word, 1, 1) !== 0;
 const ends_sequence = (word) => bits(word, 0, 0) !== 0;
@@ -10,7 +10,7 @@ function map_command(word, address) {
         opcode: bits(word, 15, 8),
         address_bytes: [0, 3, 4][bits(word, 23, 22)] ?? null,
         address,
-        wait_clocks: clocks !== 15 ? clocks : null,  // 15: as the chip is set
+        wait_clocks: clocks !== 15 ? clocks : null, // 15: as the chip is set
         mask: bits(word, 31, 24),
     };
 }
@@ -37,8 +37,9 @@ function map_fits(map, place, basic, warnings) {
     const last = map.regions[map.regions.length - 1];
     const end = last.offset + last.bytes;
     if (basic.bytes !== 0 && end !== basic.bytes) {
-        warnings.push(`${place}: its regions end at ${whole(end)} bytes, the chip has ${whole(basic.bytes)}; it is not ` +
-            "used");
+        warnings.push(
+            `${place}: its regions end at ${whole(end)} bytes, the chip has ${whole(basic.bytes)}; it is not ` + "used",
+        );
         return false;
     }
     return true;

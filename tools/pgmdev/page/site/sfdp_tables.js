@@ -1,5 +1,5 @@
-// The tables of SFDP (JEDEC JESD216) that are understood, each from its double words, which count from 1. What is odd goes
-// to `warnings`, with how it is taken.
+// The tables of SFDP (JEDEC JESD216) that are understood, each from its double words, which count from 1. What is odd
+// goes to `warnings`, with how it is taken.
 
 const REACH_OF_3_BYTES = 1 << 24;
 
@@ -17,27 +17,84 @@ function whole(number) {
     return BigInt(number).toString();
 }
 
-const READS = [  // the bit that says that it exists: word and bit; the half of a word that describes it: word and shift
-    ["1-1-2", 1, 16, 4, 0], ["1-2-2", 1, 20, 4, 16], ["1-1-4", 1, 22, 3, 16], ["1-4-4", 1, 21, 3, 0],
-    ["2-2-2", 5, 0, 6, 16], ["4-4-4", 5, 4, 7, 16], ["1S-1D-1D", 21, 0, 22, 0], ["1S-2D-2D", 21, 1, 22, 16],
-    ["1S-4D-4D", 21, 2, 23, 0], ["4S-4D-4D", 21, 3, 23, 16],
+const READS = [
+    // the bit that says that it exists: word and bit; the half of a word that describes it: word and shift
+    ["1-1-2", 1, 16, 4, 0],
+    ["1-2-2", 1, 20, 4, 16],
+    ["1-1-4", 1, 22, 3, 16],
+    ["1-4-4", 1, 21, 3, 0],
+    ["2-2-2", 5, 0, 6, 16],
+    ["4-4-4", 5, 4, 7, 16],
+    ["1S-1D-1D", 21, 0, 22, 0],
+    ["1S-2D-2D", 21, 1, 22, 16],
+    ["1S-4D-4D", 21, 2, 23, 0],
+    ["4S-4D-4D", 21, 3, 23, 16],
 ];
-const OCTAL_WORD = 17;  // reading on eight lines has no bit of its own: an opcode says that it exists
-const OCTAL_READS = [["1-1-8", 16], ["1-8-8", 0]];
+const OCTAL_WORD = 17; // reading on eight lines has no bit of its own: an opcode says that it exists
+const OCTAL_READS = [
+    ["1-1-8", 16],
+    ["1-8-8", 0],
+];
 
-const POLLING = [[2, "05 bit 0"], [3, "70 bit 7"]];
-const SOFT_RESET = [[8, "F on 4 lines, 8 clocks"], [9, "F on 4 lines, 10 clocks"], [10, "F on 4 lines, 16 clocks"],
-    [11, "F0"], [12, "66 99"], [13, "leave 0-4-4 first"]];
-const EXIT_4BYTE = [[14, "E9"], [15, "06 E9"], [16, "extended address register C8/C5"], [17, "bank register 16/17"],
-    [18, "configuration register B5/B1"], [19, "hardware reset"], [20, "software reset"], [21, "power cycle"]];
-const ENTER_4BYTE = [[24, "B7"], [25, "06 B7"], [26, "extended address register C8/C5"], [27, "bank register 16/17"],
-    [28, "configuration register B5/B1"], [29, "4-byte instruction set"], [30, "always 4-byte"]];
-const QUAD_ENABLE = ["no quad enable bit", "status register 2 bit 1, 16-bit write (01), 8-bit write clears it",
-    "status register 1 bit 6", "status register 2 bit 7, read 3F, write 3E", "status register 2 bit 1, 16-bit write (01)",
-    "status register 2 bit 1, read 35, 16-bit write (01)", "status register 2 bit 1, read 35, write 31", "reserved"];
-const FOUR_BYTE_NAMES = ["read 13", "fast read 0C", "read 1-1-2 3C", "read 1-2-2 BC", "read 1-1-4 6C", "read 1-4-4 EC",
-    "program 12", "program 1-1-4 34", "program 1-4-4 3E", "erase type 1", "erase type 2", "erase type 3",
-    "erase type 4", "DTR read 0E", "DTR read 1-2-2 BE", "DTR read 1-4-4 EE"];
+const POLLING = [
+    [2, "05 bit 0"],
+    [3, "70 bit 7"],
+];
+const SOFT_RESET = [
+    [8, "F on 4 lines, 8 clocks"],
+    [9, "F on 4 lines, 10 clocks"],
+    [10, "F on 4 lines, 16 clocks"],
+    [11, "F0"],
+    [12, "66 99"],
+    [13, "leave 0-4-4 first"],
+];
+const EXIT_4BYTE = [
+    [14, "E9"],
+    [15, "06 E9"],
+    [16, "extended address register C8/C5"],
+    [17, "bank register 16/17"],
+    [18, "configuration register B5/B1"],
+    [19, "hardware reset"],
+    [20, "software reset"],
+    [21, "power cycle"],
+];
+const ENTER_4BYTE = [
+    [24, "B7"],
+    [25, "06 B7"],
+    [26, "extended address register C8/C5"],
+    [27, "bank register 16/17"],
+    [28, "configuration register B5/B1"],
+    [29, "4-byte instruction set"],
+    [30, "always 4-byte"],
+];
+const QUAD_ENABLE = [
+    "no quad enable bit",
+    "status register 2 bit 1, 16-bit write (01), 8-bit write clears it",
+    "status register 1 bit 6",
+    "status register 2 bit 7, read 3F, write 3E",
+    "status register 2 bit 1, 16-bit write (01)",
+    "status register 2 bit 1, read 35, 16-bit write (01)",
+    "status register 2 bit 1, read 35, write 31",
+    "reserved",
+];
+const FOUR_BYTE_NAMES = [
+    "read 13",
+    "fast read 0C",
+    "read 1-1-2 3C",
+    "read 1-2-2 BC",
+    "read 1-1-4 6C",
+    "read 1-4-4 EC",
+    "program 12",
+    "program 1-1-4 34",
+    "program 1-4-4 3E",
+    "erase type 1",
+    "erase type 2",
+    "erase type 3",
+    "erase type 4",
+    "DTR read 0E",
+    "DTR read 1-2-2 BE",
+    "DTR read 1-4-4 EE",
+];
 
 const no_opcode = (opcode) => opcode === 0x00 || opcode === 0xff;
 const named_bits = (word, names) => names.filter(([bit]) => bits(word, bit, bit) === 1).map(([, name]) => name);
@@ -55,8 +112,10 @@ function read_first_word(table, basic, warnings) {
     const erase_code = bits(word, 1, 0);
     basic.erase_4k_uniform = erase_code === 1;
     if (erase_code === 0 || erase_code === 2) {
-        warnings.push(`${table.place(1)}: the code of erase sizes is ${erase_code}, which is reserved; taken as no ` +
-            "uniform 4 KiB erase");
+        warnings.push(
+            `${table.place(1)}: the code of erase sizes is ${erase_code}, which is reserved; taken as no ` +
+                "uniform 4 KiB erase",
+        );
     }
     const opcode = bits(word, 15, 8);
     basic.erase_4k_opcode = opcode !== 0xff ? opcode : null;
@@ -74,8 +133,9 @@ function read_density(table, basic, warnings) {
     } else if (number < 64) {
         basic.density_bits = 2 ** number;
     } else {
-        warnings.push(`${table.place(2)}: 2 to the power of ${number} bits are more than any chip has, the size is not ` +
-            "used");
+        warnings.push(
+            `${table.place(2)}: 2 to the power of ${number} bits are more than any chip has, the size is not ` + "used",
+        );
     }
     basic.bytes = Math.floor((basic.density_bits ?? 0) / 8);
     if (basic.density_bits !== null && basic.density_bits % 8 !== 0) {
@@ -89,11 +149,17 @@ function read_density(table, basic, warnings) {
 function read_fast_reads(table, basic, warnings) {
     basic.fast_reads = [];
     for (const [mode, support_word, support_bit, word, shift] of READS) {
-        if (table.has(support_word) && table.has(word) && bits(table.word(support_word), support_bit, support_bit) === 1) {
+        if (
+            table.has(support_word) &&
+            table.has(word) &&
+            bits(table.word(support_word), support_bit, support_bit) === 1
+        ) {
             const read = read_of(mode, table.word(word) >>> shift);
             if (no_opcode(read.opcode)) {
-                warnings.push(`${table.place(word)}: read ${mode} has the opcode ${sfdp_hex(read.opcode)}, which no read ` +
-                    "has");
+                warnings.push(
+                    `${table.place(word)}: read ${mode} has the opcode ${sfdp_hex(read.opcode)}, which no read ` +
+                        "has",
+                );
             }
             basic.fast_reads.push(read);
         }
@@ -136,14 +202,20 @@ function read_erase_types(table, basic, warnings) {
         const exponent = bits(half, 7, 0);
         const opcode = bits(half, 15, 8);
         if (exponent === 0) {
-            continue;  // it does not exist
+            continue; // it does not exist
         }
         const obstacle = erase_obstacle(exponent, opcode, basic);
         if (obstacle !== "") {
             warnings.push(`${table.place(word)}: erase type ${number} ${obstacle}; it is not used`);
             continue;
         }
-        basic.erase_types.push({ number, bytes: 2 ** exponent, opcode, ms: erase_time(table, number), opcode_4byte: null });
+        basic.erase_types.push({
+            number,
+            bytes: 2 ** exponent,
+            opcode,
+            ms: erase_time(table, number),
+            opcode_4byte: null,
+        });
     }
 }
 
@@ -201,15 +273,22 @@ function read_four_byte_table(table, warnings) {
         return null;
     }
     const [word1, word2] = [table.word(1), table.word(2)];
-    const four = { word1, word2, support: FOUR_BYTE_NAMES.filter((unused, bit) => bits(word1, bit, bit) === 1), erase: [] };
+    const four = {
+        word1,
+        word2,
+        support: FOUR_BYTE_NAMES.filter((unused, bit) => bits(word1, bit, bit) === 1),
+        erase: [],
+    };
     for (let type = 1; type <= 4; ++type) {
         const opcode = bits(word2, 8 * type - 1, 8 * type - 8);
         if (bits(word1, 8 + type, 8 + type) === 0) {
             continue;
         }
         if (no_opcode(opcode)) {
-            warnings.push(`${table.name} word 2: erase type ${type} has the opcode ${sfdp_hex(opcode)}, which erases ` +
-                "nothing; it is not used");
+            warnings.push(
+                `${table.name} word 2: erase type ${type} has the opcode ${sfdp_hex(opcode)}, which erases ` +
+                    "nothing; it is not used",
+            );
             continue;
         }
         four.erase.push([type, opcode]);

@@ -296,8 +296,8 @@ class Everybody(PageTest):
         parsed = self.page.ask("performance.getEntriesByType('navigation')[0].responseEnd")
         asking = self.page.ask("(() => { const begin = performance.now(); tessary.identify('EF4018');"
                                " return performance.now() - begin; })()")
-        print(f"        first answer {loaded:.0f} ms after the beginning, {loaded - parsed:.0f} ms behind the last byte; "
-              f"an identification {asking:.1f} ms")
+        print(f"        first answer {loaded:.0f} ms after the beginning, {loaded - parsed:.0f} ms behind the last "
+              f"byte; an identification {asking:.1f} ms")
         self.assertGreater(loaded, 0)
 
 

@@ -11,7 +11,8 @@ namespace {
 std::vector<FLASH_COMPARISON> by_position(const PGMDEV_SFL_FLASH_INFO& record) {
     const FLASH_COMPARISONS comparisons(record);
     std::vector<FLASH_COMPARISON> sorted(comparisons.begin(), comparisons.end());
-    std::sort(sorted.begin(), sorted.end());
+    std::sort(sorted.begin(), sorted.end(),
+              [](const FLASH_COMPARISON& a, const FLASH_COMPARISON& b) { return a.position < b.position; });
     return sorted;
 }
 
@@ -21,6 +22,7 @@ PGMDEV_FLASH_INDEX::PGMDEV_FLASH_INDEX(const PGMDEV_SFL_FLASH_INFO* records, DWO
     for (DWORD index = 0; records != nullptr && index < count; ++index) {
         const std::vector<FLASH_COMPARISON> comparisons = by_position(records[index]);
         std::vector<BYTE> positions;
+        positions.reserve(comparisons.size());
         for (const FLASH_COMPARISON& each : comparisons) {
             positions.push_back(each.position);
         }

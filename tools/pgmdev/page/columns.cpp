@@ -32,13 +32,13 @@ bool is_null(const JSON& value) {
     return std::holds_alternative<std::nullptr_t>(value.value());
 }
 
-/// The shortest of several ways; nulls are none.
+/// The shortest of several ways, of which the first is one; nulls are none.
 JSON shortest_way(const std::vector<JSON>& ways) {
-    const JSON* best = nullptr;
-    std::size_t length = 0;
+    const JSON* best = &ways.front();
+    std::size_t length = json_text(*best).size();
     for (const JSON& way : ways) {
         const std::size_t other = json_text(way).size();
-        if (!is_null(way) && (best == nullptr || other < length)) {
+        if (!is_null(way) && other < length) {
             best = &way;
             length = other;
         }

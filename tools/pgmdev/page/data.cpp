@@ -89,6 +89,7 @@ JSON ambiguity_json(const PGMDEV_FLASH_AMBIGUITY& ambiguity) {
 JSON page_flash_data() {
     const std::vector<FLASH_ROW> rows = rows_of_page();
     std::vector<JSON> records;
+    records.reserve(rows.size());
     for (const FLASH_ROW& row : rows) {
         records.push_back(row_json(row, true));
     }

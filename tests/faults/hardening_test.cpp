@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "support/process.h"
+#include "support/scratch.h"
 
 // How the binaries are protected against what would make a fault of theirs worse.
 
@@ -42,6 +43,30 @@ TEST_P(Hardening, RunPathsBeginWhereTheBinaryIs) {
     std::string path = dynamic.substr(begin + 10, dynamic.find(']', begin) - begin - 10) + ":";
     for (std::size_t end = 0; (end = path.find(':')) != std::string::npos; path.erase(0, end + 1)) {
         EXPECT_EQ(path.compare(0, 7, "$ORIGIN"), 0) << dynamic;
+    }
+}
+
+TEST_P(Hardening, AnOverwrittenStackEndsTheProgram) {
+    EXPECT_TRUE(has(told_of(GetParam(), "-sW"), " __stack_chk_fail"));
+}
+
+/// Jumps may go where an instruction of its own marks it: many places, since each function is one that is called so.
+TEST_P(Hardening, JumpsHaveMarkedPlaces) {
+#if defined(__x86_64__)
+    constexpr std::string_view MARK{"\xF3\x0F\x1E\xFA"};
+    const std::string binary = read_file(std::string(GetParam()));
+    unsigned count = 0;
+    for (std::size_t at = binary.find(MARK); at != std::string::npos; at = binary.find(MARK, at + MARK.size())) {
+        ++count;
+    }
+    EXPECT_GT(count, 200U);
+#endif
+}
+
+/// String functions that know how much room there is: where the compiler can tell, which is not in every binary.
+TEST(HardeningOfStrings, IsInTheBinariesThatFormatText) {
+    for (const char* const binary : {TEST_COMMAND, TEST_HOST_LIBRARY}) {
+        EXPECT_TRUE(has(told_of(binary, "-sW"), "printf_chk")) << binary;
     }
 }
 

@@ -180,7 +180,8 @@ TEST(flash_check, FilesThatAreNoTable) {
         noise += static_cast<char>(i * 2654435761U >> 24);
     }
     EXPECT_EQ(run_command({"flash", "check", scratch.write("noise", noise)}).exit_code, INTERNAL_ERROR);
-    EXPECT_EQ(run_command({"--json", "flash", "check", TEST_COMMAND}).exit_code, INTERNAL_ERROR);
+    const std::string program = scratch.write("program", read_file(std::string(TEST_COMMAND)).substr(0, 1U << 20U));
+    EXPECT_EQ(run_command({"--json", "flash", "check", program}).exit_code, INTERNAL_ERROR);
 }
 
 TEST(flash_check, FilesThatCannotBeRead) {

@@ -63,7 +63,7 @@ TEST(table_verify, ASoundDatabase) {
     EXPECT_EQ(answer.at("stamp"), flash_reference::STAMP);
     OUTCOMES expected;
     for (const char* name : {"file", "magic", "stamp", "size", "stream", "stream end", "checksum slot", "version",
-                             "counts", "records", "end", "rest", "default rows", "values"}) {
+                             "counts", "records", "end", "rest", "default rows", "values", "own table"}) {
         expected[name] = "passed";
     }
     expected["origin"] = "skipped";
@@ -149,6 +149,24 @@ TEST(table_verify, WithTheSourceTable) {
     EXPECT_EQ(scratch.file_count(), 5U);  // three tables, the database and its text: verifying leaves nothing
 }
 
+/// Values that are read as they are, and that no table may hold.
+TEST(table_verify, ValuesOutsideOfTheirRange) {
+    const SCRATCH scratch;
+    PGMDEV_SFL_FLASH_INFO sectors = flash_reference::sample("CHIP");
+    sectors.device_sector_byte = 65537;
+    const std::string pcf = scratch.write("x.pcf", flash_reference::file(flash_reference::payload({sectors})));
+    const PROCESS_RESULT result = run_command({"--json", "flash", "verify", pcf});
+    EXPECT_EQ(result.exit_code, INTERNAL_ERROR);
+    const JSON answer = json_of(result.output);
+    EXPECT_EQ(failed_checks(answer), CHECK_NAMES{"own table"});
+    for (const JSON& check : answer.at("checks")) {
+        if (check.at("check") == "own table") {
+            EXPECT_TRUE(contains(text_of(check.at("detail")), "65537")) << check;
+        }
+    }
+    EXPECT_EQ(scratch.file_count(), 1U);
+}
+
 TEST(table_verify, WhatCannotBeRead) {
     expect_failure(run_command({"flash", "verify", "/nowhere/x.pcf"}), INTERNAL_ERROR, {});
     expect_failure(run_command({"flash", "verify"}), WRONG_USAGE, {});
@@ -172,7 +190,7 @@ TEST(table_verify, Profiles) {
     const auto with_rows = [&](const std::vector<profile_ref::CELLS>& rows) {
         return failures(profile_ref::records(rows) + profile_ref::tables({}));
     };
-    EXPECT_EQ(failures(good), CHECK_NAMES{});
+    EXPECT_EQ(failures(good), CHECK_NAMES{"own table"});  // index tables that name no record at all
     profile_ref::TABLES tables;
     tables.part[3] = 78;
     EXPECT_EQ(failures(profile_ref::records(profile_ref::rows()) + profile_ref::tables(tables)),

@@ -114,7 +114,8 @@ std::string unknown_option(const COMMAND_TABLE& table, const std::vector<std::st
             break;  // behind it are no options
         }
         if (is_option_name(name) && std::find(known.begin(), known.end(), name) == known.end()) {
-            return fmt::format("there is no option \"{}\"{}", name, did_you_mean(nearest(name, known)));
+            const bool is_word = name.starts_with("--");  // all letters are alike
+            return fmt::format("there is no option \"{}\"{}", name, is_word ? did_you_mean(nearest(name, known)) : "");
         }
     }
     return "";

@@ -10,10 +10,10 @@
 #include "flash/verbs.h"
 #include "pgmdev_user_flash.h"
 #include "terminal/library_output.h"
+#include "terminal/printable.h"
 #include "terminal/quiet.h"
 #include "terminal/screen.h"
 #include "terminal/standard_error.h"
-#include "terminal/text_table.h"
 
 // The verbs that make the encoded text of a flash of one's own.
 

@@ -11,8 +11,8 @@
 #include "pgmdev_flash_table.h"
 #include "terminal/command.h"
 #include "terminal/did_you_mean.h"
+#include "terminal/printable.h"
 #include "terminal/standard_error.h"
-#include "terminal/text_table.h"
 
 namespace {
 

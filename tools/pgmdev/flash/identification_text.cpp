@@ -6,7 +6,7 @@
 #include "flash/aliases.h"
 #include "flash/identification.h"
 #include "flash/output.h"
-#include "terminal/text_table.h"
+#include "terminal/printable.h"
 
 // An identification for people: what may go wrong stands first.
 

@@ -15,7 +15,7 @@
 #include "flash/verbs.h"
 #include "terminal/answer.h"
 #include "terminal/failure.h"
-#include "terminal/text_table.h"
+#include "terminal/printable.h"
 
 namespace {
 

@@ -8,7 +8,7 @@
 #include "flash/sfdp_json.h"
 #include "flash/sfdp_text.h"
 #include "terminal/answer.h"
-#include "terminal/text_table.h"
+#include "terminal/printable.h"
 
 namespace {
 

@@ -8,6 +8,7 @@
 
 #include "pgmdev_cell.h"
 #include "terminal/listing.h"
+#include "terminal/printable.h"
 #include "terminal/text_table.h"
 
 namespace {

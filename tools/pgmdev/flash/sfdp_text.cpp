@@ -7,7 +7,7 @@
 
 #include "flash/output.h"
 #include "flash/sfdp_json.h"
-#include "terminal/text_table.h"
+#include "terminal/printable.h"
 
 namespace {
 

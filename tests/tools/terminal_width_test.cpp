@@ -7,6 +7,7 @@
 #include <array>
 #include <cstdlib>
 #include <filesystem>
+#include <sstream>
 #include <stdexcept>
 
 #include "command_fixture.h"
@@ -96,6 +97,16 @@ std::size_t longest_line(const std::string& text) {
     return longest;
 }
 
+/// The words with single blanks between them.
+std::string words_of(const std::string& text) {
+    std::istringstream input(text);
+    std::string words;
+    for (std::string word; input >> word;) {
+        words += (words.empty() ? "" : " ") + word;
+    }
+    return words;
+}
+
 }  // namespace
 
 TEST(terminal_width, TablesFitIt) {
@@ -147,6 +158,27 @@ TEST(terminal_width, OneLongNameWidensNothing) {
     EXPECT_LE(longest_line(table), 120U);
     EXPECT_TRUE(contains(table, "LL..")) << table;
     EXPECT_TRUE(contains(table, "voltage")) << table;
+}
+
+TEST(terminal_width, SentencesAreBrokenAtBlanks) {
+    const std::string whole = run_command({"flash", "identify", "012018"}).output;
+    EXPECT_GT(longest_line(whole), 120U);
+    for (const unsigned columns : {48U, 80U}) {
+        const std::string broken = shown(columns, "flash identify 012018");
+        EXPECT_LE(longest_line(broken), columns);
+        EXPECT_EQ(words_of(broken), words_of(whole));
+    }
+    EXPECT_EQ(shown(500, "flash identify 012018"), whole);
+    EXPECT_EQ(shown(48, "flash identify 012018 --wide"), whole);
+}
+
+TEST(terminal_width, WhatAFlashSaysOfItselfIsBrokenButForTheRow) {
+    const std::string dump = TEST_SFDP_DIR "/MT35XU01G.sfdp";
+    std::size_t longer = 0;
+    for (const std::string& line : lines_of(shown(60, "flash sfdp " + dump))) {
+        longer += line.size() > 60 && !contains(line, dump) ? 1U : 0U;
+    }
+    EXPECT_EQ(longer, 1U) << "the row, to be copied into a table";
 }
 
 TEST(terminal_width, HeadingsAreBoldWhereColoursAreWanted) {

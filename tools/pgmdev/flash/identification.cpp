@@ -109,9 +109,13 @@ std::vector<std::string> FLASH_IDENTIFIER::similar_names(const std::string& devi
 FLASH_IDENTIFICATION FLASH_IDENTIFIER::identify(DWORD position, FLASH_QUESTION question) {
     const DWORD count = m_manager.get_flash_count();
     ID_RESPONSE& bytes = question.bytes;
-    FLASH_IDENTIFICATION device{
-        question, INVALID_DWORD, {m_records, count, question.silicon_id, bytes.data(), bytes.count, &m_notes}, {}, {},
-        {}};
+    FLASH_IDENTIFICATION device{question,
+                                INVALID_DWORD,
+                                {m_records, count, question.silicon_id, bytes.data(), bytes.count, &m_notes},
+                                {},
+                                {},
+                                {},
+                                {}};
     const DWORD telling = device.candidates.telling_count();
     if (count != 0 && m_manager.flash_id_database_mapping(question.silicon_id, position, bytes.data())) {
         device.index = m_manager.get_flash_mapping_index(position, false);
@@ -125,6 +129,10 @@ FLASH_IDENTIFICATION FLASH_IDENTIFIER::identify(DWORD position, FLASH_QUESTION q
         device.contradictions = compared_otherwise(m_records[device.index], bytes);
     } else if (device.is_mapped() && !question.silicon_id) {
         device.contradictions = m_notes.contradictions(m_records[device.index].device_name, bytes.data(), telling);
+        if (!device.contradictions.empty()) {
+            device.fitting = m_notes.devices_of(bytes.data(), telling);
+            std::erase_if(device.fitting, [this](const std::string& name) { return !knows(name); });
+        }
     }
     if (!device.is_mapped()) {
         std::vector<DWORD> possible;

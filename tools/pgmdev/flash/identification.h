@@ -32,7 +32,8 @@ struct FLASH_IDENTIFICATION {
     PGMDEV_FLASH_CANDIDATES candidates;
     std::vector<PGMDEV_FLASH_AMBIGUITY> ambiguities;
     std::vector<PGMDEV_FLASH_CONTRADICTION> contradictions;
-    std::vector<DWORD> nearest;  ///< records that an unmapped one may be, or is near to
+    std::vector<std::string> fitting;  ///< when contradictions are: devices whose whole identification it may be
+    std::vector<DWORD> nearest;        ///< records that an unmapped one may be, or is near to
 
     bool is_mapped() const { return index != INVALID_DWORD; }
     bool is_by_hand() const { return !question.by_hand.empty(); }

@@ -6,7 +6,7 @@
 #include "flash/aliases.h"
 #include "flash/identification.h"
 #include "flash/output.h"
-#include "terminal/text_table.h"
+#include "terminal/wrapped.h"
 
 // An identification for people: what may go wrong stands first.
 
@@ -26,7 +26,7 @@ struct DANGER {
 };
 
 void print_part(std::string_view label, const std::string& text) {
-    fmt::print("  {:<14}{}\n", label, printable(text));
+    print_labelled(fmt::format("  {}", label), SUMMARY_COLUMN, text);
 }
 
 /// The names, the first few of them, without repeating any.
@@ -130,10 +130,15 @@ void print_certainty(const FLASH_IDENTIFICATION& device, const FLASH_IDENTIFIER&
     }
     for (const PGMDEV_FLASH_CANDIDATE& candidate : all.candidates()) {
         const std::string& name = identifier.record(candidate.index).device_name;
-        if (candidate.standing == STANDING::PASSED_OVER && taken != nullptr) {
-            passed_over.push_back(fmt::format("{} ({} decides)", name, deciding_bytes(*taken, candidate)));
-        } else if (is_possible(candidate)) {
+        if (is_possible(candidate)) {
             others.push_back(name);
+        }
+    }
+    for (const PGMDEV_FLASH_CANDIDATE& candidate : all.candidates()) {
+        const std::string& name = identifier.record(candidate.index).device_name;
+        const bool is_open = std::find(others.begin(), others.end(), name) != others.end();  // by another row
+        if (candidate.standing == STANDING::PASSED_OVER && taken != nullptr && !is_open) {
+            passed_over.push_back(fmt::format("{} ({} decides)", name, deciding_bytes(*taken, candidate)));
         }
     }
     if (device.is_by_hand()) {
@@ -161,7 +166,7 @@ void print_certainty(const FLASH_IDENTIFICATION& device, const FLASH_IDENTIFIER&
 }
 
 void print_unmapped(DWORD position, const FLASH_IDENTIFICATION& device, const FLASH_IDENTIFIER& identifier) {
-    fmt::print("Device {} ({}): no record matches\n", position, printable(device.question.text));
+    print_sentence(fmt::format("Device {} ({}): no record matches", position, device.question.text));
     if (device.candidates.oddity().kind != PGMDEV_FLASH_ODDITY::KIND::NONE) {
         print_part("response", device.candidates.oddity().text);
     }
@@ -181,18 +186,35 @@ void print_unmapped(DWORD position, const FLASH_IDENTIFICATION& device, const FL
     }
 }
 
+/// "00 to 3F" for "[0-3]?", which leaves the last digit open; other patterns are understood as they are.
+std::string expected_text(const std::string& pattern) {
+    constexpr std::size_t RANGE_LENGTH = 5;
+    const bool is_range = pattern.size() == RANGE_LENGTH + 1 && pattern.front() == '[' && pattern.back() == '?';
+    return is_range ? fmt::format("{}0 to {}F", pattern[1], pattern[3]) : pattern;
+}
+
 /// The response is not that of the device: what was compared, and what contradicts.
 void print_contradictions(DWORD position, const FLASH_IDENTIFICATION& device, const PGMDEV_SFL_FLASH_INFO& record) {
     std::string text;
     for (const PGMDEV_FLASH_CONTRADICTION& each : device.contradictions) {
         text += fmt::format("{}byte {} is {:02X}, not {}", text.empty() ? "" : ", ", each.position, each.found,
-                            each.expected);
+                            expected_text(each.expected));
     }
-    const std::string compared =
-        compared_text(PGMDEV_FLASH_CANDIDATES::compared_bytes(record, device.candidates.telling_count()));
-    fmt::print("Device {} ({}): {}", position, printable(device.question.text), device.is_by_hand() ? "note: " : "");
-    fmt::print("this is no {} {}: {}", printable(record.manufacturer_name), printable(record.device_name), text);
-    fmt::print("{}\n", device.is_by_hand() ? "" : "; it is mapped by " + compared + " only");
+    std::string line =
+        fmt::format("Device {} ({}): {}this is no {} {}: {}", position, device.question.text,
+                    device.is_by_hand() ? "note: " : "", record.manufacturer_name, record.device_name, text);
+    if (!device.is_by_hand()) {
+        line += "; it is mapped by " +
+                compared_text(PGMDEV_FLASH_CANDIDATES::compared_bytes(record, device.candidates.telling_count())) +
+                " only";
+    }
+    print_sentence(line);
+    if (!device.fitting.empty()) {
+        print_part("rather",
+                   joined(device.fitting) +
+                       fmt::format(", of which this may be a variant that has no row: --as {}={} drives it so",
+                                   position, device.fitting.front()));
+    }
 }
 
 }  // namespace
@@ -206,8 +228,8 @@ void print_identification(DWORD position, const FLASH_IDENTIFICATION& device, FL
     if (!device.contradictions.empty()) {
         print_contradictions(position, device, record);
     }
-    fmt::print("Device {} ({}): {} {}, record {}\n", position, printable(device.question.text),
-               printable(record.manufacturer_name), printable(record.device_name), device.index);
+    print_sentence(fmt::format("Device {} ({}): {} {}, record {}", position, device.question.text,
+                               record.manufacturer_name, record.device_name, device.index));
     if (device.candidates.oddity().kind != PGMDEV_FLASH_ODDITY::KIND::NONE) {
         print_part("response", device.candidates.oddity().text);
     }

@@ -15,7 +15,7 @@
 #include "flash/verbs.h"
 #include "terminal/answer.h"
 #include "terminal/failure.h"
-#include "terminal/text_table.h"
+#include "terminal/wrapped.h"
 
 namespace {
 
@@ -73,9 +73,9 @@ JSON told_json(const TOLD& told) {
 }
 
 void print_told(const TOLD& told) {
-    fmt::print("Line {}: {}\n", told.taken.line, printable(told.taken.text));
+    print_sentence(fmt::format("Line {}: {}", told.taken.line, told.taken.text));
     for (const LOG_FINDING& other : told.others) {
-        fmt::print("  line {} tells another one: {}\n", other.line, printable(other.text));
+        print_labelled("", 2, fmt::format("line {} tells another one: {}", other.line, other.text));
     }
 }
 
@@ -263,5 +263,5 @@ JSON identify_schema() {
     return any_of(
         {chain, question_schema(identification_members(false),
                                 {"position", "mapped", "index", "given", "telling", "by_hand", "sure", "missing_bytes",
-                                 "ambiguities", "contradictions", "oddity", "nearest", "admitted"})});
+                                 "ambiguities", "contradictions", "fitting", "oddity", "nearest", "admitted"})});
 }

@@ -8,7 +8,7 @@
 #include "flash/sfdp_json.h"
 #include "flash/sfdp_text.h"
 #include "terminal/answer.h"
-#include "terminal/text_table.h"
+#include "terminal/wrapped.h"
 
 namespace {
 
@@ -31,7 +31,7 @@ PGMDEV_FLASH_SFDP::DERIVED_RECORD own_record(const KNOWN_FLASH& flash) {
 JSON unidentified_json(DWORD position) {
     JSON object{{"position", position}, {"mapped", false},  {"index", nullptr}, {"given", DWORD{0}},
                 {"telling", DWORD{0}},  {"by_hand", false}, {"sure", false},    {"oddity", nullptr}};
-    for (const char* list : {"missing_bytes", "ambiguities", "contradictions", "nearest", "candidates"}) {
+    for (const char* list : {"missing_bytes", "ambiguities", "contradictions", "fitting", "nearest", "candidates"}) {
         object[list] = JSON::array();
     }
     return object;
@@ -75,7 +75,7 @@ void print_own_words(const KNOWN_FLASH& flash, const PGMDEV_SFL_FLASH_INFO* reco
         print_derived_record(own_record(flash));
     }
     for (const std::string& warning : flash.sfdp->warnings()) {
-        fmt::print("The flash's own words are odd: {}\n", printable(warning));
+        print_sentence("The flash's own words are odd: " + warning);
     }
 }
 
@@ -86,9 +86,9 @@ void print_known_flash(DWORD position, const KNOWN_FLASH& flash, FLASH_IDENTIFIE
         fmt::print("Device {}: its response is not known\n", position);
     }
     if (flash.system) {
-        fmt::print("{}\n", printable(system_text(*flash.system)));
+        print_sentence(system_text(*flash.system));
         for (const std::string& problem : flash.system->problems) {
-            fmt::print("  {}\n", printable(problem));
+            print_labelled("", 2, problem);
         }
     }
     if (flash.sfdp) {

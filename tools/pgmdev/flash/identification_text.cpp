@@ -85,17 +85,32 @@ void add_danger(std::vector<DANGER>& dangers, RISK risk, const std::string& harm
     }
 }
 
+/// Of each risk the worst difference.
+void add_dangers(std::vector<DANGER>& dangers, const std::vector<PGMDEV_FLASH_DIFFERENCE>& differences,
+                 const std::string& ending, const std::string& device) {
+    RISK told = RISK::NONE;
+    for (const PGMDEV_FLASH_DIFFERENCE& difference : differences) {
+        if (difference.risk < RISK::FLOW && difference.risk != told) {
+            told = difference.risk;
+            add_danger(dangers, told, difference.harm + ending, device);
+        }
+    }
+}
+
 /// What driving it as the taken record says would do to each other device that it may be, for each risk the worst.
 std::vector<DANGER> dangers_of(const FLASH_IDENTIFICATION& device, const FLASH_IDENTIFIER& identifier) {
     std::vector<DANGER> dangers;
     for (const PGMDEV_FLASH_CANDIDATE& candidate : device.candidates.candidates()) {
-        RISK told = RISK::NONE;
-        for (const PGMDEV_FLASH_DIFFERENCE& difference : candidate.differences) {
-            if (is_possible(candidate) && difference.risk < RISK::FLOW && difference.risk != told) {
-                told = difference.risk;
-                add_danger(dangers, told, difference.harm + bytes_to_read(missing_of(candidate)),
-                           identifier.record(candidate.index).device_name);
-            }
+        if (!device.question.is_name && is_possible(candidate)) {
+            add_dangers(dangers, candidate.differences, bytes_to_read(missing_of(candidate)),
+                        identifier.record(candidate.index).device_name);
+        }
+    }
+    for (const DWORD index : device.nearest) {
+        if (device.question.is_name && device.is_mapped()) {
+            const PGMDEV_SFL_FLASH_INFO& other = identifier.record(index);
+            add_dangers(dangers, PGMDEV_FLASH_CANDIDATES::differences(identifier.record(device.index), other), "",
+                        other.device_name);
         }
     }
     std::stable_sort(dangers.begin(), dangers.end(), [](const DANGER& a, const DANGER& b) { return a.risk < b.risk; });
@@ -120,7 +135,32 @@ void print_dangers(const FLASH_IDENTIFICATION& device, const FLASH_IDENTIFIER& i
     }
 }
 
+std::string shared_record_text(const std::string& name) {
+    const std::optional<FLASH_ALIAS> alias = find_flash_alias(name);
+    return alias ? fmt::format(": {} shares the record of {}: {}", alias->name, alias->device_name, alias->reason) : "";
+}
+
+/// A name that was printed somewhere is mapped to what it stands for, and tells no response.
+void print_name_certainty(const FLASH_IDENTIFICATION& device, const FLASH_IDENTIFIER& identifier) {
+    print_part("named", "by a name alone, not by its response" + shared_record_text(device.question.by_hand));
+    std::vector<std::string> all{identifier.record(device.index).device_name};
+    for (const DWORD index : device.nearest) {
+        all.push_back(identifier.record(index).device_name);
+    }
+    for (const PGMDEV_FLASH_AMBIGUITY& ambiguity : device.ambiguities) {
+        all.insert(all.end(), ambiguity.chips.begin(), ambiguity.chips.end());
+    }
+    if (std::count(all.begin(), all.end(), all.front()) != static_cast<std::ptrdiff_t>(all.size())) {
+        print_part("one of", joined(all) + "; identify the bytes that it answers to RDID (9F) to tell");
+    }
+    print_dangers(device, identifier);
+}
+
 void print_certainty(const FLASH_IDENTIFICATION& device, const FLASH_IDENTIFIER& identifier) {
+    if (device.question.is_name) {
+        print_name_certainty(device, identifier);
+        return;
+    }
     const PGMDEV_FLASH_CANDIDATES& all = device.candidates;
     std::vector<std::string> others{identifier.record(device.index).device_name};
     std::vector<std::string> passed_over;
@@ -142,10 +182,7 @@ void print_certainty(const FLASH_IDENTIFICATION& device, const FLASH_IDENTIFIER&
         }
     }
     if (device.is_by_hand()) {
-        const std::optional<FLASH_ALIAS> alias = find_flash_alias(device.question.by_hand);
-        print_part("mapped", alias ? fmt::format("by hand: {} shares the record of {}: {}", alias->name,
-                                                 alias->device_name, alias->reason)
-                                   : "by hand");
+        print_part("mapped", "by hand" + shared_record_text(device.question.by_hand));
     } else if (device.question.silicon_id) {
         print_part("like", joined(others) + ": a signature names no maker, and several use the same ones");
     } else if (device.is_sure()) {
@@ -166,7 +203,8 @@ void print_certainty(const FLASH_IDENTIFICATION& device, const FLASH_IDENTIFIER&
 }
 
 void print_unmapped(DWORD position, const FLASH_IDENTIFICATION& device, const FLASH_IDENTIFIER& identifier) {
-    print_sentence(fmt::format("Device {} ({}): no record matches", position, device.question.text));
+    print_sentence(fmt::format("Device {} ({}): no record {}", position, device.question.text,
+                               device.question.is_name ? "has this name" : "matches"));
     if (device.candidates.oddity().kind != PGMDEV_FLASH_ODDITY::KIND::NONE) {
         print_part("response", device.candidates.oddity().text);
     }
@@ -177,7 +215,7 @@ void print_unmapped(DWORD position, const FLASH_IDENTIFICATION& device, const FL
                                     compared_text(PGMDEV_FLASH_CANDIDATES::compared_bytes(record, UINT8_MAX + 1))));
     }
     if (!names.empty()) {
-        print_part(device.nearest == device.candidates.nearest() ? "near to" : "may be",
+        print_part(!device.question.is_name && device.nearest == device.candidates.nearest() ? "near to" : "may be",
                    joined(names) + bytes_to_read(device.candidates.missing_bytes()));
     }
     print_dangers(device, identifier);

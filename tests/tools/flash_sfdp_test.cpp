@@ -210,6 +210,47 @@ TEST(flash_identify_sfdp, DisagreementsAreTold) {
     EXPECT_TRUE(contains(text.output, "!  device_bit_size")) << text.output;
 }
 
+TEST(flash_identify_sfdp, TheFlashsOwnWordsChooseAmongCandidates) {
+    const auto ranked = [](const std::string& dump, const std::string& response) {
+        std::vector<std::string> names;
+        const JSON device = identified(dump, response);
+        for (const JSON& each : device.at("ranking")) {
+            std::string name = each.at("device_name");
+            for (const JSON& member : each.at("contradicting")) {
+                name += " " + member.get<std::string>();
+            }
+            names.push_back(name);
+        }
+        return names;
+    };
+    EXPECT_EQ(ranked("W25Q512JV", "C84019"),
+              (WORDS{"GD25S512MD", "GD25Q256 device_bit_size", "GD25B256 device_bit_size"}));
+    EXPECT_EQ(ranked("W25Q256FV", "C84019"), (WORDS{"GD25Q256", "GD25B256", "GD25S512MD device_bit_size"}));
+    EXPECT_EQ(
+        ranked("W25Q128JV", "0120184D00"),
+        (WORDS{"S25FL129P0 device_sector_byte", "S25FS128S0 device_sector_byte", "S25FL128S0 device_sector_byte"}));
+    EXPECT_EQ(ranked("W25Q128JV", "EF4018"), WORDS{"W25Q128JV"});
+    const auto sentence = [](const std::string& dump, const std::string& response) {
+        const PROCESS_RESULT result = run_command({"flash", "identify", "--sfdp", dump_file(dump), response});
+        for (const std::string& line : lines_of(result.output)) {
+            if (line.starts_with("What the flash says of itself")) {
+                return line;
+            }
+        }
+        return std::string();
+    };
+    EXPECT_EQ(sentence("W25Q512JV", "C84019"),
+              "What the flash says of itself decides: GD25S512MD, and not GD25Q256 (device_bit_size), GD25B256 "
+              "(device_bit_size); --as 0=GD25S512MD drives it so");
+    EXPECT_EQ(sentence("W25Q256FV", "C84019"),
+              "What the flash says of itself decides: GD25Q256 or GD25B256, and not GD25S512MD (device_bit_size)");
+    EXPECT_EQ(sentence("W25Q128JV", "20BB19104400"),
+              "What the flash says of itself decides: it is none of these: MT25QU256A (device_bit_size)");
+    EXPECT_EQ(sentence("W25Q128JV", "C22018"),
+              "What the flash says of itself leaves all of them: MX25L12833F or MX25L12845E or MX25L12805D");
+    EXPECT_EQ(sentence("W25Q128JV", "EF4018"), "");
+}
+
 TEST(flash_identify_sfdp, TimesDisagreeOnlyBelowTheTypicalOnes) {
     PGMDEV_SFL_FLASH_INFO record = flash_reference::sample("TOO-QUICK");
     record.mfc_id = 0xEF;

@@ -1,85 +1,13 @@
-#include <fcntl.h>
-#include <sys/ioctl.h>
-#include <sys/wait.h>
-#include <unistd.h>
-
 #include <algorithm>
-#include <array>
-#include <cstdlib>
 #include <filesystem>
 #include <sstream>
-#include <stdexcept>
 
 #include "command_fixture.h"
+#include "support/pseudo_terminal.h"
 
 // Tables on a terminal: they fit its width. What no terminal reads stays whole.
 
 namespace {
-
-/// A pair of terminal ends: the command writes to one, the test reads the other.
-class PSEUDO_TERMINAL {
-public:
-    explicit PSEUDO_TERMINAL(unsigned columns) : m_reader(::posix_openpt(O_RDWR | O_NOCTTY | O_CLOEXEC)) {
-        if (m_reader < 0 || ::grantpt(m_reader) != 0 || ::unlockpt(m_reader) != 0) {
-            throw std::runtime_error("there is no pseudo-terminal");
-        }
-        m_name = ::ptsname(m_reader);
-        m_kept_open = ::open(m_name.c_str(), O_RDWR | O_NOCTTY | O_CLOEXEC);
-        const winsize size{25, static_cast<unsigned short>(columns), 0, 0};
-        ::ioctl(m_kept_open, TIOCSWINSZ, &size);
-    }
-    ~PSEUDO_TERMINAL() {
-        ::close(m_kept_open);
-        ::close(m_reader);
-    }
-    PSEUDO_TERMINAL(const PSEUDO_TERMINAL&) = delete;
-    PSEUDO_TERMINAL& operator=(const PSEUDO_TERMINAL&) = delete;
-
-    /// What a line of the shell shows there, with line feeds alone.
-    std::string shown_by(const std::string& line) const {
-        const pid_t child = ::fork();
-        if (child == 0) {
-            ::dup2(::open(m_name.c_str(), O_RDWR | O_NOCTTY), STDOUT_FILENO);
-            ::execl("/bin/sh", "sh", "-c", line.c_str(), nullptr);
-            ::_exit(127);
-        }
-        std::string text;
-        int status = 0;
-        bool ended = false;
-        while (!ended) {
-            ended = ::waitpid(child, &status, WNOHANG) == child;
-            text += waiting();
-        }
-        EXPECT_EQ(WIFEXITED(status) ? WEXITSTATUS(status) : -1, DONE) << line;
-        std::erase(text, '\r');
-        return text;
-    }
-
-private:
-    /// What has arrived, after a short while.
-    std::string waiting() const {
-        std::string text;
-        for (;;) {
-            fd_set readable;
-            FD_ZERO(&readable);
-            FD_SET(m_reader, &readable);
-            timeval patience{0, 50'000};
-            if (::select(m_reader + 1, &readable, nullptr, nullptr, &patience) <= 0) {
-                return text;
-            }
-            std::array<char, 4096> part{};
-            const ssize_t count = ::read(m_reader, part.data(), part.size());
-            if (count <= 0) {
-                return text;
-            }
-            text.append(part.data(), static_cast<std::size_t>(count));
-        }
-    }
-
-    int m_reader;
-    int m_kept_open = -1;  // so that what was written stays readable when the command has ended
-    std::string m_name;
-};
 
 /// What the command shows on a terminal of that width.
 std::string shown(unsigned columns, const std::string& arguments, const std::string& variables = "NO_COLOR=1",

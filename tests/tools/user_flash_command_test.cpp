@@ -1,6 +1,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <string>
@@ -252,6 +253,90 @@ TEST(flash_define_fields, AreAsOfAnotherFlash) {
     EXPECT_EQ(flash.at("device_sector_byte"), flash_reference::sample().device_sector_byte);
     expect_failure(database.run({"flash", "define", "--like", "NONE-SUCH"}), WRONG_USAGE,
                    {"--like: like is \"NONE-SUCH\", accepted: a flash of the database, or another name of one"});
+}
+
+TEST(flash_define_fields, AreAsTheFlashSaysOfItself) {
+    const std::string dump = std::string(TEST_SFDP_DIR) + "/BY25Q32ES.sfdp";
+    const PROCESS_RESULT run =
+        run_command({"--json", "flash", "define", "--sfdp", dump, "--id", "684A16", "manufacturer_name=BoyaMicro",
+                     "device_name=BY25Q32ES", "asc_voltage=3.3V"});
+    EXPECT_EQ(run.exit_code, DONE) << run.errors;
+    const JSON flash = json_of(run.output).at("flashes").at(0);
+    EXPECT_EQ(flash.at("device_bit_size"), 33554432);
+    EXPECT_EQ(flash.at("device_sector_byte"), 65536);
+    EXPECT_EQ(flash.at("byte4_addressing"), false);
+    EXPECT_EQ(flash.at("mfc_id"), 0x68);
+    EXPECT_EQ(json_of(run_command({"--json", "flash", "decode", json_of(run.output).at("encoded")}).output)
+                  .at("record")
+                  .at("device_name"),
+              "BY25Q32ES");
+    const SCRATCH scratch;
+    scratch.write("own.sfdp", "SFDP");
+    const std::string file = scratch.write("chip.txt",
+                                           "sfdp = own.sfdp\nid = 684A16\nmanufacturer_name = A\n"
+                                           "device_name = B\nasc_voltage = 3.3V\n");
+    expect_failure(run_command({"flash", "define", "@" + file}), WRONG_USAGE,
+                   {file + ":1: sfdp is \"own.sfdp\", accepted: an SFDP dump that a record follows from",
+                    "the description is refused: 1 fault\n"});
+}
+
+TEST(flash_define_fields, TakeFurtherNamesOfAnotherFlash) {
+    const auto like = [](const std::string& name) {
+        const PROCESS_RESULT run =
+            run_command({"--json", "flash", "define", "--like", name, "--id", "C86517", "device_name=MINE"});
+        EXPECT_EQ(run.exit_code, DONE) << run.errors;
+        return json_of(run.output).at("encoded");
+    };
+    EXPECT_EQ(like("w25q128fv"), like("W25Q128JV"));
+    EXPECT_NE(like("W25Q64FV"), like("W25Q128JV"));
+    expect_failure(run_command({"flash", "define", "--like", "W25Q128JVV", "--id", "C86517"}), WRONG_USAGE,
+                   {"like is \"W25Q128JVV\"", "did you mean W25Q128JV"});
+}
+
+/// How the command runs with the configuration below a directory.
+PROCESS configured(const SCRATCH& scratch, const std::vector<std::string>& arguments) {
+    PROCESS process{{TEST_COMMAND, "--db-dir", TEST_DEVICES_DIR},
+                    "",
+                    {{"TESSARY_INSTALL_DIR", scratch.path("installation")}, {"XDG_CONFIG_HOME", scratch.path("home")}},
+                    {}};
+    process.command.insert(process.command.end(), arguments.begin(), arguments.end());
+    return process;
+}
+
+#if defined(__linux__)
+TEST(flash_define_save, TakesTheUsersOwnFileWhereTheNearestCannotBeWritten) {
+    const SCRATCH scratch;
+    const std::string chip = scratch.write("chip.txt", chip_text(CHIP_LINES));
+    scratch.write("installation/other", "");
+    std::filesystem::create_symlink("/proc/version", scratch.path("installation/tessary.conf"));
+    const std::string own = scratch.path("home/tessary/tessary.conf");
+    const PROCESS_RESULT run = run_process(configured(scratch, {"--json", "flash", "define", "@" + chip, "--save"}));
+    EXPECT_EQ(run.exit_code, DONE) << run.errors;
+    EXPECT_EQ(json_of(run.output).at("saved"), own);
+    EXPECT_THAT(run.errors, HasSubstr("pgmdev: warning: " + scratch.path("installation/tessary.conf") +
+                                      ": the output cannot be written, since "));
+    EXPECT_THAT(run.errors, HasSubstr("; your own configuration file has it instead\n"));
+    EXPECT_THAT(run.errors, HasSubstr("PGM_USER_SFL_FLASH_INFO is saved in " + own + " ("));
+    EXPECT_THAT(run_process(configured(scratch, {"flash", "identify", "207114"})).output,
+                HasSubstr("NUMONYX M25PX80, record 0\n"));
+}
+#endif
+
+TEST(flash_reseal, TakesTheTextOfTheConfiguration) {
+    const SCRATCH scratch;
+    const std::string old = text_ref::encoded(text_ref::body() + "#ABCDEFGHIJKLMNOP;");
+    const std::string own = scratch.write("home/tessary/tessary.conf", "PGM_USER_SFL_FLASH_INFO = " + old + "\n");
+    scratch.write("installation/other", "");
+    const PROCESS_RESULT run = run_process(configured(scratch, {"--json", "flash", "reseal", "--save"}));
+    EXPECT_EQ(run.exit_code, DONE) << run.errors;
+    EXPECT_EQ(json_of(run.output).at("saved"), own);
+    EXPECT_EQ(json_of(run.output).at("flashes").at(0).at("device_name"), "AC25X80");
+    std::ifstream saved(own, std::ios::binary);
+    const std::string text = json_of(run.output).at("encoded");
+    EXPECT_EQ(std::string(std::istreambuf_iterator<char>(saved), {}), "PGM_USER_SFL_FLASH_INFO = " + text + "\n");
+    EXPECT_EQ(json_of(run_command({"--json", "flash", "decode", text}).output).at("password_valid"), true);
+    expect_failure(run_command({"flash", "reseal"}), WRONG_USAGE,
+                   {"expected TEXT or @FILE: PGM_USER_SFL_FLASH_INFO has no description either"});
 }
 
 TEST(flash_define_save, ReplacesTheLineAndKeepsTheOthers) {

@@ -31,8 +31,11 @@ JSON saved(const std::string& encoded, const ARGUMENTS& given) {
         return {};
     }
     const std::string key = PGMDEV_USER_FLASH::CONFIGURATION_KEY;
-    const PLACE place = save_setting(key, encoded);
+    const auto [place, passed_over] = save_setting(key, encoded);
     if (!is_quiet()) {
+        if (!passed_over.empty()) {
+            tell(fmt::format("warning: {}; your own configuration file has it instead", passed_over));
+        }
         tell(fmt::format("{} is saved in {} ({})", key, place.path, place.tried.front()));
     }
     const std::string stronger = outweighed_by(key);

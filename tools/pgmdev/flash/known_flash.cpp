@@ -6,6 +6,7 @@
 
 #include "flash/sfdp_comparison.h"
 #include "flash/sfdp_json.h"
+#include "flash/sfdp_ranking.h"
 #include "flash/sfdp_text.h"
 #include "terminal/answer.h"
 #include "terminal/wrapped.h"
@@ -51,6 +52,9 @@ JSON known_flash_json(DWORD position, const KNOWN_FLASH& flash, FLASH_IDENTIFIER
     if (flash.sfdp) {
         const PGMDEV_SFL_FLASH_INFO* record = record_of(flash, identifier);
         object["comparison"] = record != nullptr ? comparison_json(compare_with_sfdp(*record, *flash.sfdp)) : JSON();
+        if (flash.identification) {
+            object["ranking"] = ranking_json(rank_by_sfdp(*flash.identification, identifier, *flash.sfdp), identifier);
+        }
         object["sfdp"] = sfdp_json(*flash.sfdp);
         object["record"] = derived_record_json(own_record(flash));
     }
@@ -90,6 +94,10 @@ void print_known_flash(DWORD position, const KNOWN_FLASH& flash, FLASH_IDENTIFIE
         for (const std::string& problem : flash.system->problems) {
             print_labelled("", 2, problem);
         }
+    }
+    if (flash.sfdp && flash.identification) {
+        print_ranking(position, *flash.identification, rank_by_sfdp(*flash.identification, identifier, *flash.sfdp),
+                      identifier);
     }
     if (flash.sfdp) {
         print_own_words(flash, record_of(flash, identifier));
@@ -131,6 +139,7 @@ std::vector<SCHEMA_MEMBER> known_flash_members() {
                                        {"partname", text_schema()},
                                        {"problems", array_schema(text_schema())}});
     return {{"comparison", or_null(comparison_schema()), false},
+            {"ranking", ranking_schema(), false},
             {"sfdp", object_schema(sfdp_members()), false},
             {"record", derived_record_schema(), false},
             {"system", system, false}};

@@ -43,13 +43,13 @@ std::vector<std::string> risks(const JSON& device) {
     return all;
 }
 
-using NAMES = std::vector<std::string>;
+using DEVICE_NAMES = std::vector<std::string>;
 
 struct COLLISION {
     const char* response;
     const char* answered;
-    NAMES also;
-    NAMES risks;  ///< of what is known besides, the worst first
+    DEVICE_NAMES also;
+    DEVICE_NAMES risks;  ///< of what is known besides, the worst first
 };
 
 const std::vector<COLLISION> OF_THREE_BYTES{

@@ -293,6 +293,7 @@ TEST(flash_define_fields, TakeFurtherNamesOfAnotherFlash) {
                    {"like is \"W25Q128JVV\"", "did you mean W25Q128JV"});
 }
 
+#if defined(__linux__)
 /// How the command runs with the configuration below a directory.
 PROCESS configured(const SCRATCH& scratch, const std::vector<std::string>& arguments) {
     PROCESS process{{TEST_COMMAND, "--db-dir", TEST_DEVICES_DIR},
@@ -303,7 +304,6 @@ PROCESS configured(const SCRATCH& scratch, const std::vector<std::string>& argum
     return process;
 }
 
-#if defined(__linux__)
 TEST(flash_define_save, TakesTheUsersOwnFileWhereTheNearestCannotBeWritten) {
     const SCRATCH scratch;
     const std::string chip = scratch.write("chip.txt", chip_text(CHIP_LINES));
@@ -320,7 +320,6 @@ TEST(flash_define_save, TakesTheUsersOwnFileWhereTheNearestCannotBeWritten) {
     EXPECT_THAT(run_process(configured(scratch, {"flash", "identify", "207114"})).output,
                 HasSubstr("NUMONYX M25PX80, record 0\n"));
 }
-#endif
 
 TEST(flash_reseal, TakesTheTextOfTheConfiguration) {
     const SCRATCH scratch;
@@ -338,6 +337,7 @@ TEST(flash_reseal, TakesTheTextOfTheConfiguration) {
     expect_failure(run_command({"flash", "reseal"}), WRONG_USAGE,
                    {"expected TEXT or @FILE: PGM_USER_SFL_FLASH_INFO has no description either"});
 }
+#endif
 
 TEST(flash_define_save, ReplacesTheLineAndKeepsTheOthers) {
     const SCRATCH scratch;

@@ -224,6 +224,8 @@ TEST(flash_collisions, ResponsesThatNoChipGivesAreSaidInWords) {
         {"4018FF", "first_byte_missing", "perhaps the first byte is missing"},
         {"DE8031", "shifted", "one clock too many"},
         {"77A00C", "shifted", "one clock too few"},
+        {"1840EF", "reversed", "EF 40 18 would be Winbond W25Q128JV"},
+        {"0018BA20", "reversed", "20 BA 18 would be Micron N25Q128A13"},
     };
     for (const auto& each : cases) {
         const JSON device = identified(each.response, NOT_FOUND);

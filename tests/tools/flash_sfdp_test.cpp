@@ -56,10 +56,17 @@ JSON comparison_of(const JSON& device, const std::string& member) {
     return nullptr;
 }
 
-JSON identified(const std::string& dump, const std::string& response, int exit_code = DONE) {
+/// The only device; whether it is what it is mapped to, the exit code tells as well.
+JSON identified(const std::string& dump, const std::string& response) {
     const PROCESS_RESULT result = run_command({"--json", "flash", "identify", "--sfdp", dump_file(dump), response});
-    EXPECT_EQ(result.exit_code, exit_code) << result.errors;
-    return json_of(result.output).at("devices").at(0);
+    JSON device = json_of(result.output).at("devices").at(0);
+    bool contradicts = false;
+    for (const JSON& each : device.at("ranking")) {
+        contradicts = contradicts || (each.at("index") == device.at("index") && !each.at("contradicting").empty());
+    }
+    EXPECT_EQ(result.exit_code, contradicts ? NOT_FOUND : DONE) << response << result.errors;
+    EXPECT_FALSE(contradicts && device.at("sure").get<bool>()) << response;
+    return device;
 }
 
 }  // namespace
@@ -200,6 +207,7 @@ TEST(flash_identify_sfdp, ShowsRecordAndChipSideBySide) {
 TEST(flash_identify_sfdp, DisagreementsAreTold) {
     // The chip that answers is not the one that the dump is of: half as large, with another way to wait.
     const JSON device = identified("W25Q128JV", "20BB19104400");
+    EXPECT_EQ(device.at("sure"), false);
     EXPECT_EQ(comparison_of(device, "device_bit_size").at("agrees"), false);
     EXPECT_EQ(comparison_of(device, "device_bit_size").at("chip"), "134217728 bits");
     EXPECT_EQ(comparison_of(device, "byte4_addressing").at("agrees"), false);
@@ -249,6 +257,13 @@ TEST(flash_identify_sfdp, TheFlashsOwnWordsChooseAmongCandidates) {
     EXPECT_EQ(sentence("W25Q128JV", "C22018"),
               "What the flash says of itself leaves all of them: MX25L12833F or MX25L12845E or MX25L12805D");
     EXPECT_EQ(sentence("W25Q128JV", "EF4018"), "");
+    const std::vector<std::string> harmful =
+        lines_of(run_command({"flash", "identify", "--sfdp", dump_file("W25Q512JV"), "C84019"}).output);
+    EXPECT_TRUE(harmful.at(0).starts_with("What the flash says of itself decides: GD25S512MD")) << harmful.at(0);
+    const PROCESS_RESULT by_hand =
+        run_command({"flash", "identify", "--sfdp", dump_file("W25Q512JV"), "C84019", "--as", "0=GD25S512MD"});
+    EXPECT_EQ(by_hand.exit_code, DONE) << by_hand.errors;
+    EXPECT_FALSE(contains(by_hand.output, "What the flash says of itself decides")) << by_hand.output;
 }
 
 TEST(flash_identify_sfdp, TimesDisagreeOnlyBelowTheTypicalOnes) {

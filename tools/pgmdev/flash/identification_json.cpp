@@ -9,7 +9,7 @@ namespace {
 
 constexpr std::array STANDINGS{"taken", "alike", "open", "passed_over", "ruled_out"};
 constexpr std::array ODDITIES{"none",    "idle",    "stuck", "continuation", "late", "first_byte_missing",
-                              "shifted", "repeated"};
+                              "shifted", "reversed", "repeated"};
 
 /// In a line of a batch, "candidates" are names that may have been meant, as in every answer.
 const char* candidates_key(bool in_a_chain) {

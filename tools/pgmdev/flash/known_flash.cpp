@@ -19,6 +19,17 @@ const PGMDEV_SFL_FLASH_INFO* record_of(const KNOWN_FLASH& flash, const FLASH_IDE
                                                                      : nullptr;
 }
 
+/// What it may be by its own words; nothing when these or its response are not known.
+std::vector<RANKED_RECORD> ranking_of(const KNOWN_FLASH& flash, const FLASH_IDENTIFIER& identifier) {
+    return flash.identification && flash.sfdp ? rank_by_sfdp(*flash.identification, identifier, *flash.sfdp)
+                                              : std::vector<RANKED_RECORD>();
+}
+
+/// Whether it is not what it is mapped to.
+bool is_another(const KNOWN_FLASH& flash, const FLASH_IDENTIFIER& identifier) {
+    return flash.identification && contradicts_mapping(*flash.identification, ranking_of(flash, identifier));
+}
+
 /// The record that follows from its own words.
 PGMDEV_FLASH_SFDP::DERIVED_RECORD own_record(const KNOWN_FLASH& flash) {
     if (!flash.identification || flash.identification->question.silicon_id) {
@@ -52,9 +63,8 @@ JSON known_flash_json(DWORD position, const KNOWN_FLASH& flash, FLASH_IDENTIFIER
     if (flash.sfdp) {
         const PGMDEV_SFL_FLASH_INFO* record = record_of(flash, identifier);
         object["comparison"] = record != nullptr ? comparison_json(compare_with_sfdp(*record, *flash.sfdp)) : JSON();
-        if (flash.identification) {
-            object["ranking"] = ranking_json(rank_by_sfdp(*flash.identification, identifier, *flash.sfdp), identifier);
-        }
+        object["sure"] = flash.identification && flash.identification->is_sure() && !is_another(flash, identifier);
+        object["ranking"] = ranking_json(ranking_of(flash, identifier), identifier);
         object["sfdp"] = sfdp_json(*flash.sfdp);
         object["record"] = derived_record_json(own_record(flash));
     }
@@ -84,6 +94,11 @@ void print_own_words(const KNOWN_FLASH& flash, const PGMDEV_SFL_FLASH_INFO* reco
 }
 
 void print_known_flash(DWORD position, const KNOWN_FLASH& flash, FLASH_IDENTIFIER& identifier) {
+    const std::vector<RANKED_RECORD> ranking = ranking_of(flash, identifier);
+    const bool harms = is_another(flash, identifier);
+    if (harms) {
+        print_ranking(position, *flash.identification, ranking, identifier);
+    }
     if (flash.identification) {
         print_identification(position, *flash.identification, identifier);
     } else {
@@ -95,9 +110,8 @@ void print_known_flash(DWORD position, const KNOWN_FLASH& flash, FLASH_IDENTIFIE
             print_labelled("", 2, problem);
         }
     }
-    if (flash.sfdp && flash.identification) {
-        print_ranking(position, *flash.identification, rank_by_sfdp(*flash.identification, identifier, *flash.sfdp),
-                      identifier);
+    if (!ranking.empty() && !harms) {
+        print_ranking(position, *flash.identification, ranking, identifier);
     }
     if (flash.sfdp) {
         print_own_words(flash, record_of(flash, identifier));
@@ -113,7 +127,9 @@ void give_known_flash(const std::vector<KNOWN_FLASH>& flash, FLASH_IDENTIFIER& i
     for (const KNOWN_FLASH& each : flash) {
         devices.push_back(known_flash_json(static_cast<DWORD>(query.size()), each, identifier));
         query.push_back(each.query);
-        if (each.identification && each.identification->is_doubtful()) {
+        const bool is_doubtful = each.identification && each.identification->is_doubtful();
+        const bool is_by_hand = each.identification && each.identification->is_by_hand();
+        if (is_doubtful || (!is_by_hand && is_another(each, identifier))) {
             command.result = std::max(command.result, EXIT_NOT_FOUND);
         }
     }

@@ -81,6 +81,12 @@ std::vector<RANKED_RECORD> rank_by_sfdp(const FLASH_IDENTIFICATION& device, cons
     return ranking;
 }
 
+bool contradicts_mapping(const FLASH_IDENTIFICATION& device, const std::vector<RANKED_RECORD>& ranking) {
+    return std::any_of(ranking.begin(), ranking.end(), [&device](const RANKED_RECORD& each) {
+        return each.index == device.index && !each.contradicting.empty();
+    });
+}
+
 JSON ranking_json(const std::vector<RANKED_RECORD>& ranking, const FLASH_IDENTIFIER& identifier) {
     JSON array = JSON::array();
     for (const RANKED_RECORD& each : ranking) {
@@ -114,7 +120,7 @@ void print_ranking(DWORD position, const FLASH_IDENTIFICATION& device, const std
         print_sentence("What the flash says of itself decides: it is none of these: " + others);
         return;
     }
-    const bool taken_fits = ranking.front().index == device.index;
+    const bool taken_fits = !contradicts_mapping(device, ranking);
     print_sentence(fmt::format("What the flash says of itself decides: {}, and not {}{}", fitting, others,
                                taken_fits ? ""
                                           : fmt::format("; --as {}={} drives it so", position,

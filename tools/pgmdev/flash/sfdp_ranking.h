@@ -22,6 +22,9 @@ std::vector<RANKED_RECORD> rank_by_sfdp(const FLASH_IDENTIFICATION& device, cons
 JSON ranking_json(const std::vector<RANKED_RECORD>& ranking, const FLASH_IDENTIFIER& identifier);
 JSON ranking_schema();
 
+/// Whether the record that it is mapped to is not that of the flash.
+bool contradicts_mapping(const FLASH_IDENTIFICATION& device, const std::vector<RANKED_RECORD>& ranking);
+
 /// A sentence, where there is something to choose.
 void print_ranking(DWORD position, const FLASH_IDENTIFICATION& device, const std::vector<RANKED_RECORD>& ranking,
                    const FLASH_IDENTIFIER& identifier);

@@ -1,7 +1,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <string>
@@ -292,52 +291,6 @@ TEST(flash_define_fields, TakeFurtherNamesOfAnotherFlash) {
     expect_failure(run_command({"flash", "define", "--like", "W25Q128JVV", "--id", "C86517"}), WRONG_USAGE,
                    {"like is \"W25Q128JVV\"", "did you mean W25Q128JV"});
 }
-
-#if defined(__linux__)
-/// How the command runs with the configuration below a directory.
-PROCESS configured(const SCRATCH& scratch, const std::vector<std::string>& arguments) {
-    PROCESS process{{TEST_COMMAND, "--db-dir", TEST_DEVICES_DIR},
-                    "",
-                    {{"TESSARY_INSTALL_DIR", scratch.path("installation")}, {"XDG_CONFIG_HOME", scratch.path("home")}},
-                    {}};
-    process.command.insert(process.command.end(), arguments.begin(), arguments.end());
-    return process;
-}
-
-TEST(flash_define_save, TakesTheUsersOwnFileWhereTheNearestCannotBeWritten) {
-    const SCRATCH scratch;
-    const std::string chip = scratch.write("chip.txt", chip_text(CHIP_LINES));
-    scratch.write("installation/other", "");
-    std::filesystem::create_symlink("/proc/version", scratch.path("installation/tessary.conf"));
-    const std::string own = scratch.path("home/tessary/tessary.conf");
-    const PROCESS_RESULT run = run_process(configured(scratch, {"--json", "flash", "define", "@" + chip, "--save"}));
-    EXPECT_EQ(run.exit_code, DONE) << run.errors;
-    EXPECT_EQ(json_of(run.output).at("saved"), own);
-    EXPECT_THAT(run.errors, HasSubstr("pgmdev: warning: " + scratch.path("installation/tessary.conf") +
-                                      ": the output cannot be written, since "));
-    EXPECT_THAT(run.errors, HasSubstr("; your own configuration file has it instead\n"));
-    EXPECT_THAT(run.errors, HasSubstr("PGM_USER_SFL_FLASH_INFO is saved in " + own + " ("));
-    EXPECT_THAT(run_process(configured(scratch, {"flash", "identify", "207114"})).output,
-                HasSubstr("NUMONYX M25PX80, record 0\n"));
-}
-
-TEST(flash_reseal, TakesTheTextOfTheConfiguration) {
-    const SCRATCH scratch;
-    const std::string old = text_ref::encoded(text_ref::body() + "#ABCDEFGHIJKLMNOP;");
-    const std::string own = scratch.write("home/tessary/tessary.conf", "PGM_USER_SFL_FLASH_INFO = " + old + "\n");
-    scratch.write("installation/other", "");
-    const PROCESS_RESULT run = run_process(configured(scratch, {"--json", "flash", "reseal", "--save"}));
-    EXPECT_EQ(run.exit_code, DONE) << run.errors;
-    EXPECT_EQ(json_of(run.output).at("saved"), own);
-    EXPECT_EQ(json_of(run.output).at("flashes").at(0).at("device_name"), "AC25X80");
-    std::ifstream saved(own, std::ios::binary);
-    const std::string text = json_of(run.output).at("encoded");
-    EXPECT_EQ(std::string(std::istreambuf_iterator<char>(saved), {}), "PGM_USER_SFL_FLASH_INFO = " + text + "\n");
-    EXPECT_EQ(json_of(run_command({"--json", "flash", "decode", text}).output).at("password_valid"), true);
-    expect_failure(run_command({"flash", "reseal"}), WRONG_USAGE,
-                   {"expected TEXT or @FILE: PGM_USER_SFL_FLASH_INFO has no description either"});
-}
-#endif
 
 TEST(flash_define_save, ReplacesTheLineAndKeepsTheOthers) {
     const SCRATCH scratch;

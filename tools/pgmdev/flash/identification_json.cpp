@@ -8,7 +8,7 @@
 namespace {
 
 constexpr std::array STANDINGS{"taken", "alike", "open", "passed_over", "ruled_out"};
-constexpr std::array ODDITIES{"none",    "idle",    "stuck", "continuation", "late", "first_byte_missing",
+constexpr std::array ODDITIES{"none",    "idle",     "stuck",   "continuation", "late", "first_byte_missing",
                               "shifted", "reversed", "repeated"};
 
 /// In a line of a batch, "candidates" are names that may have been meant, as in every answer.

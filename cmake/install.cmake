@@ -79,15 +79,28 @@ install(FILES ${PROJECT_BINARY_DIR}/package/pgmdev.pc
   DESTINATION ${PGMDEV_INSTALL_PKGCONFIGDIR}
   COMPONENT development)
 
-# On Windows, the libraries of the compiler and of others besides, so that a bare machine has all it needs; with their
-# licences, as the packages that they come from tell them.
+# What of others is in it, and its licences, as the packages that it comes from tell them. On Windows also the libraries of
+# the compiler and of others, so that a bare machine has all it needs.
+include(cmake/third_party.cmake)
 if(WIN32)
   install(FILES ${PGMDEV_RUNTIME_DLLS} DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT runtime)
-  foreach(package IN LISTS PGMDEV_RUNTIME_PACKAGES)
-    install(FILES /usr/share/doc/${package}/copyright
-      DESTINATION ${PGMDEV_INSTALL_DOCDIR}/licences
-      RENAME ${package}.txt
-      COMPONENT runtime
-      OPTIONAL)
-  endforeach()
 endif()
+foreach(component IN LISTS PGMDEV_THIRD_PARTY)
+  string(REPLACE "|" ";" fields "${component}")
+  list(GET fields 1 package)
+  list(APPEND licensed_packages ${package})
+endforeach()
+list(REMOVE_DUPLICATES licensed_packages)
+foreach(package IN LISTS licensed_packages)
+  install(FILES /usr/share/doc/${package}/copyright
+    DESTINATION ${PGMDEV_INSTALL_DOCDIR}/licences
+    RENAME ${package}.txt
+    COMPONENT runtime
+    OPTIONAL)
+endforeach()
+install(CODE "
+  set(VERSION ${PROJECT_VERSION})
+  set(OUTPUT ${PGMDEV_INSTALL_DOCDIR}/pgmdev.spdx.json)
+  set(THIRD_PARTY \"${PGMDEV_THIRD_PARTY}\")
+  set(CPACK_PGMDEV_SOURCE_DIR ${PROJECT_SOURCE_DIR})" COMPONENT runtime)
+install(SCRIPT cmake/bill_of_materials.cmake COMPONENT runtime)

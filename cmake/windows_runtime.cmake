@@ -1,12 +1,8 @@
-# The DLLs that ours need and that Windows does not have. PGMDEV_RUNTIME_DLLS lists them, PGMDEV_RUNTIME_PACKAGES the
-# Debian packages that they come from; the target runtime_dlls puts them beside our programs, so that these run where they
-# were built.
+# The DLLs that ours need and that Windows does not have. PGMDEV_RUNTIME_DLLS lists them, third_party.cmake whose they are;
+# the target runtime_dlls puts them beside our programs, so that these run where they were built.
 
 find_package(ZLIB REQUIRED)
 set(names libstdc++-6.dll libgcc_s_seh-1.dll libwinpthread-1.dll zlib1.dll libgcrypt-20.dll libgpg-error-0.dll)
-set(PGMDEV_RUNTIME_PACKAGES
-  gcc-mingw-w64-x86-64-posix-runtime mingw-w64-x86-64-dev libz-mingw-w64 libgcrypt-mingw-w64-dev
-  libgpg-error-mingw-w64-dev)
 
 set(PGMDEV_RUNTIME_DLLS)
 foreach(name ${names})

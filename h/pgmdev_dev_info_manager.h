@@ -61,9 +61,10 @@ public:
 
     /// Compiles a source table into a packed database, with the help of the part list "h/pgm_parts.txt" of the
     /// installation. The output is written only when everything has succeeded, and replaces an existing file in one
-    /// step, or is opened and written, as PGMDEV_FLASH_MANAGER says; the manager then holds what was compiled. A table that is refused is reported with the condition that it
-    /// breaks; the debug channel (level 1) and PGMDEV_DEV_INFO_TABLE say where. For each family without a row a
-    /// notification is sent (PGM_COMMON::send_auto_email_file), and compiling goes on.
+    /// step, or is opened and written, as PGMDEV_FLASH_MANAGER says; the manager then holds what was compiled. A table
+    /// that is refused is reported with the condition that it breaks; the debug channel (level 1) and
+    /// PGMDEV_DEV_INFO_TABLE say where. For each family without a row a notification is sent
+    /// (PGM_COMMON::send_auto_email_file), and compiling goes on.
     void generate_device_database(FIO_PATH csv, FIO_PATH output);
 
 protected:
@@ -160,5 +161,6 @@ private:
     // A deriving class may put arrays (new[]) and parts (new) of its own into the members above, as pgmdev_shares.h says.
     PGMDEV_SHARES<PGMDEV_DEVICE_INFO[]> m_database_shares;
     std::array<PGMDEV_SHARES<DWORD[]>, 3> m_table_shares;
-    mutable std::map<PGMDEV_PGM_PART*, PGMDEV_SHARES<PGMDEV_PGM_PART>> m_part_shares;  ///< of those that copies share
+    /// Of the parts that copies share; a copy that takes one out of its list shares it until it goes.
+    mutable std::map<PGMDEV_PGM_PART*, PGMDEV_SHARES<PGMDEV_PGM_PART>> m_part_shares;
 };

@@ -102,8 +102,10 @@ public:
 
     /// Compiles a source table into a packed database. The output is written only when everything has succeeded, and
     /// replaces an existing file in one step. An output that is no regular file, such as a pipe, is opened and written;
-    /// so is a file that may be written in a directory that may not, which is not in one step then (fio.h). A table that is refused is reported with the condition that it breaks;
-    /// the debug channel (level 1) and PGMDEV_FLASH_TABLE say where. It is the host that reports a number that is none.
+    /// so is a file that may be written in a directory that may not, which is not in one step then (fio.h). A table that
+    /// is refused is reported with the condition that it breaks; the debug channel (level 1) and PGMDEV_FLASH_TABLE say
+    /// where. It is the host that reports a number that is none. An output that cannot be written is reported as
+    /// "status".
     void generate_flash_database(FIO_PATH csv_file, FIO_PATH pcf_file);
 
     /// The console dialogue, on standard input and output, in which a user describes up to three flash devices and

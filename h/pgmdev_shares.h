@@ -5,72 +5,133 @@
 
 #include <atomic>
 #include <memory>
+#include <thread>
 #include <type_traits>
 #include <utility>
 
 #include "pgmdev_types.h"
 
 /// The hidden side of a pointer member of an interface. The member is the truth: what it points at when it is let go is
-/// freed, unless copies still share it, and nothing else ever is. A deriving class may thus delete what the member
-/// points at and null or replace the member, or hand it to another manager and null it here.
+/// freed, unless the member of a copy points at it, too, and nothing else ever is. A deriving class may thus delete what
+/// the member points at and null or replace the member, or hand it to another manager and null it here. Of what copies
+/// share, it does so with the members of all of them, or only nulls or replaces its own.
 ///
-/// `T` is an array type for what new[] made. Copies of one manager may be destroyed by different threads.
+/// `T` is an array type for what new[] made. Copies of one manager may be used and destroyed by different threads; a
+/// deriving class writes a member that copies share while they are not copied or destroyed.
 template <class T>
 class PGMDEV_SHARES {
 public:
     using POINTER = std::remove_extent_t<T>*;
 
     PGMDEV_SHARES() = default;
-    PGMDEV_SHARES(PGMDEV_SHARES&& other) noexcept : m_shared(std::exchange(other.m_shared, nullptr)) {}
     PGMDEV_SHARES(const PGMDEV_SHARES&) = delete;
     PGMDEV_SHARES& operator=(const PGMDEV_SHARES&) = delete;
-    ~PGMDEV_SHARES() { leave(); }
+    ~PGMDEV_SHARES() { leave(nullptr); }
 
-    /// Gets ready for a copy to share what `member` points at.
-    void prepare(POINTER member) const {
-        if (m_shared == nullptr || m_shared->pointer != member) {
-            auto* shared = new SHARED{member, {1}};
-            leave();
-            m_shared = shared;
+    /// Gets ready for a copy to share what `member` points at, whose hidden side this is.
+    void prepare(const POINTER& member) const {
+        if (m_group == nullptr) {
+            start_group(member);
         }
     }
 
     /// Shares what the prepared `other` points at; what `member` pointed at so far is let go.
     void share(const PGMDEV_SHARES& other, POINTER& member) noexcept {
-        SHARED* shared = other.m_shared;
-        ++shared->holders;
+        POINTER shared = *other.m_member;
         release(member);
-        m_shared = shared;
-        member = shared->pointer;
+        join(other, member, [&] { member = shared; });
     }
 
-    /// Shares from now on what `other` has shared so far; what was shared here must have been let go.
-    void take_over(PGMDEV_SHARES& other) noexcept { m_shared = std::exchange(other.m_shared, nullptr); }
+    /// Shares with the prepared `other` what it points at, which `member` does already.
+    void accompany(const PGMDEV_SHARES& other, const POINTER& member) noexcept {
+        join(other, member, [] {});
+    }
+
+    /// Moves what `from` points at, whose hidden side is `other`, to `to`, and nulls `from`. What `to` pointed at must have
+    /// been let go.
+    void take_over(PGMDEV_SHARES& other, POINTER& from, POINTER& to) noexcept {
+        const auto move = [&] { to = std::exchange(from, nullptr); };
+        if (other.m_group == nullptr) {
+            move();
+        } else {
+            join(other, to, move);
+            other.leave(nullptr);
+        }
+    }
 
     /// Lets go what `member` points at, and nulls it.
     void release(POINTER& member) noexcept {
-        const bool never_shared = m_shared == nullptr || m_shared->pointer != member;
-        if (leave() || never_shared) {
+        if (leave(&member)) {
             std::default_delete<T>()(member);
         }
         member = nullptr;
     }
 
 private:
-    struct SHARED {
-        POINTER pointer;
-        std::atomic<DWORD> holders;
+    /// The copies, in a list. Whoever looks at it, or writes a member of theirs, has it locked.
+    struct GROUP {
+        const PGMDEV_SHARES* first = nullptr;
+        std::atomic_flag locked;
     };
 
-    /// Whether this was the last holder.
-    bool leave() const noexcept {
-        SHARED* shared = std::exchange(m_shared, nullptr);
-        const bool last = shared != nullptr && --shared->holders == 0;
-        if (last) {
-            delete shared;
+    class LOCK {
+    public:
+        explicit LOCK(GROUP& group) noexcept : m_group(group) {
+            while (m_group.locked.test_and_set(std::memory_order_acquire)) {
+                std::this_thread::yield();  // for as long as it takes to walk along a list
+            }
         }
-        return last;
+        ~LOCK() { m_group.locked.clear(std::memory_order_release); }
+        LOCK(const LOCK&) = delete;
+        LOCK& operator=(const LOCK&) = delete;
+
+    private:
+        GROUP& m_group;
+    };
+
+    void start_group(const POINTER& member) const {
+        m_group = new GROUP;
+        m_member = &member;
+        m_group->first = this;
     }
 
-    mutable SHARED* m_shared = nullptr;  ///< null until a copy shares
+    template <class CHANGE>
+    void join(const PGMDEV_SHARES& other, const POINTER& member, CHANGE change) noexcept {
+        const LOCK lock(*other.m_group);
+        change();
+        m_group = other.m_group;
+        m_member = &member;
+        m_next = std::exchange(m_group->first, this);
+    }
+
+    /// Leaves the group, if there is one. Whether no other member points at what `member` does.
+    bool leave(const POINTER* member) const noexcept {
+        GROUP* group = std::exchange(m_group, nullptr);
+        if (group == nullptr) {
+            return true;
+        }
+        bool alone = true;
+        bool last = false;
+        {
+            const LOCK lock(*group);
+            const PGMDEV_SHARES** place = &group->first;
+            while (*place != this) {
+                place = &(*place)->m_next;
+            }
+            *place = m_next;
+            for (const PGMDEV_SHARES* other = group->first; member != nullptr && other != nullptr;
+                 other = other->m_next) {
+                alone = alone && *other->m_member != *member;
+            }
+            last = group->first == nullptr;
+        }
+        if (last) {
+            delete group;
+        }
+        return alone;
+    }
+
+    mutable GROUP* m_group = nullptr;  ///< null until a copy shares
+    mutable const PGMDEV_SHARES* m_next = nullptr;
+    mutable const POINTER* m_member = nullptr;  ///< in a group, the member whose hidden side this is
 };

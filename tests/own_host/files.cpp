@@ -4,6 +4,7 @@
 #include <iterator>
 #include <map>
 #include <random>
+#include <utility>
 
 #include "fio.h"
 #include "gen.h"
@@ -45,12 +46,8 @@ bool FIO_FILE_SYSTEM::exists(std::string name) {
 }
 
 bool FIO_FILE_SYSTEM::status(std::string name, FIO_STATUS* status) {
-    const auto found = memory().find(name);
-    if (found == memory().end()) {
-        return false;
-    }
-    *status = {1, true, found->second.size()};
-    return true;
+    *status = {1, true};
+    return exists(name);
 }
 
 fs::path fio_get_unc_full_path(std::string name) {
@@ -83,5 +80,8 @@ std::string gen_get_device_db_fullpath() {
 }
 
 std::string gen_get_module_path() {
+    if (const auto asking = std::exchange(own_host().asking, nullptr)) {
+        asking();
+    }
     return "memory:module";
 }

@@ -16,6 +16,7 @@ struct OWN_HOST_THROWN OWN_FAILURE {
 struct OWN_HOST {
     bool reporter_throws = false;                       ///< otherwise it returns
     std::function<void(const std::string&)> reporting;  ///< called with each report, unless empty
+    std::function<void()> asking;                       ///< called once, when the library asks where its container is
     std::vector<std::string> reports;                   ///< module and condition
     std::vector<std::string> debug_formats;
     std::vector<std::string> mails;

@@ -2,6 +2,7 @@
 
 #include <cstdio>
 #include <memory>
+#include <thread>
 
 #include "dstr.h"
 #include "msg.h"
@@ -10,6 +11,7 @@
 #include "pgmdev_device_grammar_mgr.h"
 #include "pgmdev_flash_ini.h"
 #include "pgmdev_flash_manager.h"
+#include "pgmdev_hps_nand_mgr.h"
 #include "pgmdev_hps_spi_mgr.h"
 #include "pgmdev_mgr.h"
 #include "pgmdev_user_flash.h"
@@ -194,7 +196,23 @@ void use_container() {
     PGMDEV_FLASH_INI::convert_string_to_qword(PGMDEV_PARAM_QWORD, value, false, "18446744073709551616", false, nullptr,
                                               nullptr, false, 1, error);
     say("65 bits", error);
-    say("boot flash", std::to_string(PGMDEV_HPS_SPI_MGR::get_mgr()->get_list().size()));
+}
+
+/// While the library makes a list of boot flash it calls this host, which asks for the lists itself, and has another
+/// thread do so.
+void use_boot_flash() {
+    const PGMDEV_HPS_SPI_MGR* meanwhile = nullptr;
+    own_host().asking = [&meanwhile] {
+        meanwhile = PGMDEV_HPS_SPI_MGR::get_mgr();
+        std::thread([] {
+            say("NAND flash, by another thread", std::to_string(PGMDEV_HPS_NAND_MGR::get_mgr()->get_list().size()));
+        }).join();
+    };
+    const PGMDEV_HPS_SPI_MGR* manager = PGMDEV_HPS_SPI_MGR::get_mgr();
+    say("SPI flash", std::to_string(manager->get_list().size()));
+    say("its manager", manager == meanwhile ? "the only one" : "another one");
+    PGMDEV_HPS_SPI_MGR::delete_mgr();
+    PGMDEV_HPS_NAND_MGR::delete_mgr();
 }
 
 void use_names() {
@@ -214,6 +232,7 @@ int main() {
             fail();
             use_profiles();
             use_container();
+            use_boot_flash();
             use_names();
         }));
     say_all("report", own_host().reports);

@@ -94,9 +94,9 @@ public:
           m_ini_flash_info(manager.m_ini_flash_info),
           m_counts{manager.m_version, manager.m_flash_count, manager.m_ini_count, manager.m_type_count,
                    manager.m_slots},
-          m_counted_database(manager.m_counted_database),
-          m_database(std::exchange(manager.m_flash_database, nullptr)),
-          m_shares(std::move(manager.m_database_shares)) {}
+          m_counted_database(manager.m_counted_database) {
+        m_shares.take_over(manager.m_database_shares, manager.m_flash_database, m_database);
+    }
     LOADED(const LOADED&) = delete;
     LOADED& operator=(const LOADED&) = delete;
 
@@ -107,8 +107,7 @@ public:
             return;
         }
         m_manager.m_database_shares.release(m_manager.m_flash_database);
-        m_manager.m_flash_database = m_database;
-        m_manager.m_database_shares.take_over(m_shares);
+        m_manager.m_database_shares.take_over(m_shares, m_database, m_manager.m_flash_database);
         m_manager.m_counted_database = m_counted_database;
         std::tie(m_manager.m_version, m_manager.m_flash_count, m_manager.m_ini_count, m_manager.m_type_count,
                  m_manager.m_slots) = m_counts;
@@ -122,7 +121,7 @@ private:
     PGMDEV_SFL_FLASH_INFO m_ini_flash_info;
     std::tuple<DWORD, DWORD, DWORD, DWORD, DWORD> m_counts;
     const PGMDEV_SFL_FLASH_INFO* m_counted_database;
-    PGMDEV_SFL_FLASH_INFO* m_database;
+    PGMDEV_SFL_FLASH_INFO* m_database = nullptr;
     PGMDEV_SHARES<PGMDEV_SFL_FLASH_INFO[]> m_shares;
     bool m_kept = true;
 };

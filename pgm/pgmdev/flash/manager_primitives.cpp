@@ -65,7 +65,10 @@ void PGMDEV_FLASH_MANAGER::dump_value_to_database(BYTE** data, DWORD& index, std
     PGMDEV_REQUIRE(!text.empty(), "string.size() > 0", FLASH_MANAGER_FILE);
     PGMDEV_REQUIRE(count == 1 || count == 2 || count == 4, "count == 1 || count == 2 || count == 4",
                    FLASH_MANAGER_FILE);
-    writing(data, index).put_number(get_dword_from_string(text, nullptr), count);
+    DWORD value = 0;
+    const char* condition = take_number_or_report(RECORD_SCHEMA<PGMDEV_SFL_FLASH_INFO>::SYNTAX, text, value);
+    PGMDEV_REQUIRE(condition == nullptr, condition, FLASH_MANAGER_FILE);
+    writing(data, index).put_number(value, count);
 }
 
 void PGMDEV_FLASH_MANAGER::dump_string_to_database(BYTE** data, DWORD& index, std::string text) {

@@ -1,6 +1,7 @@
 #include "pgmdev_dev_info_manager.h"
 
 #include <algorithm>
+#include <memory>
 #include <utility>
 
 #include "gen.h"
@@ -54,18 +55,18 @@ PGMDEV_DEV_INFO_MANAGER& PGMDEV_DEV_INFO_MANAGER::operator=(const PGMDEV_DEV_INF
     std::vector<PGMDEV_PGM_PART*> parts = other.m_pgm_parts;
     std::map<PGMDEV_PGM_PART*, PGMDEV_SHARES<PGMDEV_PGM_PART>> part_shares;
     for (PGMDEV_PGM_PART* part : parts) {
-        other.m_part_shares[part].prepare(part);
+        const auto shares = other.m_part_shares.try_emplace(part).first;
+        shares->second.prepare(shares->first);
         part_shares[part];
     }
     other.m_database_shares.prepare(other.m_device_database);
-    const std::array other_tables{other.m_family_table, other.m_device_table, other.m_part_table};
+    const std::array other_tables{&other.m_family_table, &other.m_device_table, &other.m_part_table};
     for (std::size_t i = 0; i < other_tables.size(); ++i) {
-        other.m_table_shares[i].prepare(other_tables[i]);
+        other.m_table_shares[i].prepare(*other_tables[i]);
     }
     // Nothing fails from here on: a copy that fails leaves both managers as they were.
     for (auto& [part, shares] : part_shares) {
-        PGMDEV_PGM_PART* none = nullptr;
-        shares.share(other.m_part_shares.find(part)->second, none);
+        shares.accompany(other.m_part_shares.find(part)->second, part);
     }
     drop_parts(0);
     m_pgm_parts.swap(parts);
@@ -121,8 +122,10 @@ void PGMDEV_DEV_INFO_MANAGER::make_tables() {
     for (std::size_t i = 0; i < counts.size(); ++i) {
         DWORD*& table = *tables()[i];
         if (table == nullptr) {
-            table = new DWORD[counts[i]];
-            std::fill_n(table, counts[i], INVALID_DWORD);
+            auto made = std::make_unique_for_overwrite<DWORD[]>(counts[i]);
+            std::fill_n(made.get(), counts[i], INVALID_DWORD);
+            m_table_shares[i].release(table);
+            table = made.release();
         }
     }
 }
@@ -160,6 +163,7 @@ void PGMDEV_DEV_INFO_MANAGER::parse_body(const BYTE* data, QWORD size, bool gene
 
     // Searches go over all records of a valid database, even if the file has fewer.
     const QWORD records = std::min<QWORD>(head.record_count, PROFILE_CODEC::most_records_in(size));
+    m_database_shares.release(m_device_database);
     m_device_database = new PGMDEV_DEVICE_INFO[std::max<QWORD>(records, TOTAL_DATABASE_DEVICE)];
     for (DWORD record = 0; record < m_device_count; ++record) {
         PROFILE_CODEC::read(reader, m_device_database[record]);

@@ -94,7 +94,7 @@ bool PGMDEV_DEV_INFO_MANAGER::search_pcf_for_device(DEV_DEVICE_ENUM device) {
                    "m_device_database != NULL && device < DEV_DEVICE_MAX", DEV_INFO_MANAGER_FILE);
     m_index = INVALID_DWORD;
     for (const PGMDEV_PGM_PART* entry : m_pgm_parts) {
-        if (device != DEV_DEVICE_INVALID && entry->device == device) {
+        if (device != DEV_DEVICE_INVALID && entry != nullptr && entry->device == device) {
             return find_pcf(entry->pcf);
         }
     }
@@ -106,7 +106,7 @@ bool PGMDEV_DEV_INFO_MANAGER::search_pcf_for_part(int part) {
                    "m_device_database != NULL && part < DEV_PART_MAX", DEV_INFO_MANAGER_FILE);
     m_index = INVALID_DWORD;
     for (const PGMDEV_PGM_PART* entry : m_pgm_parts) {
-        if (part != DEV_PART_INVALID && entry->part == part) {
+        if (part != DEV_PART_INVALID && entry != nullptr && entry->part == part) {
             return find_pcf(entry->pcf);
         }
     }

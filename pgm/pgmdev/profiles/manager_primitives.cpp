@@ -68,7 +68,10 @@ DWORD PGMDEV_DEV_INFO_MANAGER::get_dword_from_string(std::string text) {
 void PGMDEV_DEV_INFO_MANAGER::dump_value_to_database(BYTE** data, DWORD& index, std::string text, DWORD count) {
     PGMDEV_REQUIRE(count == 1 || count == 2 || count == 4, "count == 1 || count == 2 || count == 4",
                    DEV_INFO_MANAGER_FILE);
-    writing(data, index).put_number(get_dword_from_string(text), count);
+    DWORD value = 0;
+    const char* condition = take_number_or_report(RECORD_SCHEMA<PGMDEV_DEVICE_INFO>::SYNTAX, text, value);
+    PGMDEV_REQUIRE(condition == nullptr, condition, DEV_INFO_MANAGER_FILE);
+    writing(data, index).put_number(value, count);
 }
 
 void PGMDEV_DEV_INFO_MANAGER::dump_string_to_database(BYTE** data, DWORD& index, bool allow_empty, std::string text,

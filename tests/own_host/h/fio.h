@@ -23,7 +23,6 @@ private:
 struct FIO_STATUS {
     int links;
     bool regular;
-    std::size_t size;
 };
 
 struct FIO_FILE_SYSTEM {

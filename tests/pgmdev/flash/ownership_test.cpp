@@ -2,9 +2,12 @@
 
 #include <memory>
 #include <optional>
+#include <thread>
 #include <utility>
+#include <vector>
 
 #include "pgmdev/flash/probe.h"
+#include "support/start_line.h"
 
 // Who frees the arrays that a manager's pointer members point at. The address sanitizer is the judge of what is freed
 // twice, read after that, or never freed.
@@ -72,6 +75,44 @@ TEST(FlashOwnership, ACopyThatNullsItsPointersLeavesTheArraysToTheOthers) {
     EXPECT_EQ(owner.sfl_get_device_name(0), "a name too long to lie within the string itself");
 }
 
+TEST(FlashOwnership, ACopyThatHasNulledItsPointersSharesNothing) {
+    std::optional<FLASH_PROBE> owner(holder());
+    FLASH_PROBE copy(*owner);
+    copy.m_flash_database = nullptr;
+    copy.m_device_to_flash_map = new DWORD[1]{7};
+    owner.reset();  // frees what only it points at
+    EXPECT_EQ(copy.m_device_to_flash_map[0], 7U);
+    owner.emplace(copy);
+    EXPECT_EQ(owner->m_device_to_flash_map, copy.m_device_to_flash_map);
+    EXPECT_EQ(owner->m_flash_database, nullptr);
+}
+
+TEST(FlashOwnership, CopiesComeAndGoOnDifferentThreads) {
+    constexpr int THREADS = 3;
+    for (int round = 0; round < 50; ++round) {
+        std::optional<FLASH_PROBE> owner(holder());
+        std::vector<std::optional<FLASH_PROBE>> copies(THREADS, *owner);
+        START_LINE line(THREADS + 1);
+        std::vector<std::thread> threads;
+        threads.reserve(THREADS);
+        for (std::optional<FLASH_PROBE>& copy : copies) {
+            threads.emplace_back([&copy, &line] {
+                line.arrive_and_wait();
+                FLASH_PROBE another(*copy);
+                copy.reset();
+                copy.emplace(another);
+                EXPECT_EQ(another.sfl_get_device_name(0), "a name too long to lie within the string itself");
+            });
+        }
+        line.arrive_and_wait();
+        owner.reset();
+        for (std::thread& thread : threads) {
+            thread.join();
+        }
+        EXPECT_EQ(copies.front()->m_flash_database, copies.back()->m_flash_database);
+    }
+}
+
 TEST(FlashOwnership, ACopyThatReplacesItsArrayFreesThatOne) {
     FLASH_PROBE owner(holder());
     {
@@ -84,7 +125,8 @@ TEST(FlashOwnership, ACopyThatReplacesItsArrayFreesThatOne) {
 
 TEST(FlashOwnership, AnArrayReplacedBetweenTwoCopiesIsShared) {
     FLASH_PROBE owner(holder());
-    { const FLASH_PROBE early(owner); }
+    std::optional<FLASH_PROBE> early(owner);
+    early.reset();
     delete[] owner.m_flash_database;
     owner.m_flash_database = new PGMDEV_SFL_FLASH_INFO[RECORDS];
     owner.m_flash_database[1].device_name = "another name that does not lie within the string";

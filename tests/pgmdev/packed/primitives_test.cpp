@@ -148,6 +148,16 @@ TEST_F(PackedPrimitives, WritesTheLowBytesOfNumbers) {
     }
 }
 
+TEST_F(PackedPrimitives, ANumberThatIsNoneIsNotWrittenAlsoUnderAReporterThatReturns) {
+    const RETURNING_REPORTER reporter;
+    BYTES buffer(8);
+    BYTE* data = buffer.data();
+    DWORD index = 0;
+    EXPECT_THROW(m_manager.dump_value_to_database(&data, index, "x", 4), MSG_INTERNAL_ERROR_EXCEPTION);
+    EXPECT_EQ(index, 0U);
+    EXPECT_EQ(reporter.modules(), (std::vector<std::string>{"PGM_COMMON", "PGMDEV"}));
+}
+
 TEST_F(PackedPrimitives, WritesTextsWithTheLowByteOfTheirLength) {
     const auto dump = [&](const std::string& text) {
         return written([&](BYTE** data, DWORD& index) { m_manager.dump_string_to_database(data, index, text); });

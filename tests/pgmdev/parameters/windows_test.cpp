@@ -19,4 +19,20 @@ TEST(FlashIniWindows, WhatNobodyMayReadIsNotTakenForLost) {
     EXPECT_EQ(scratch.file_count(), 1U);
 }
 
+TEST(FlashIniWindows, AProtectedContainerIsNotReplaced) {
+    const FLASH_INI_DIRECTORY directory;
+    const std::filesystem::path file = directory.scratch().directory() / "pgm_flash.ini";
+    ASSERT_TRUE(FLASH_INI_DIRECTORY::write(0, "kept"));
+    ASSERT_NE(SetFileAttributesW(file.c_str(), FILE_ATTRIBUTE_READONLY), 0);
+    if (std::fstream(file, std::ios::in | std::ios::out | std::ios::binary).is_open()) {
+        GTEST_SKIP() << "the system lets this user write what is protected, as Wine does for root";
+    }
+    EXPECT_FALSE(FLASH_INI_DIRECTORY::write(1, "new"));
+    EXPECT_NE(GetFileAttributesW(file.c_str()) & FILE_ATTRIBUTE_READONLY, 0U);
+    EXPECT_EQ(directory.scratch().file_count(), 1U);
+    ASSERT_NE(SetFileAttributesW(file.c_str(), FILE_ATTRIBUTE_NORMAL), 0);
+    EXPECT_EQ(FLASH_INI_DIRECTORY::read(0), "kept");
+    EXPECT_EQ(FLASH_INI_DIRECTORY::read(1), std::nullopt);
+}
+
 }  // namespace

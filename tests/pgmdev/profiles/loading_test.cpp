@@ -6,6 +6,8 @@
 #include "msg.h"
 #include "pgmdev/profiles/fixture.h"
 #include "pgmdev/profiles/probe.h"
+#include "pgmdev_dev_info_manager_auto_export.h"
+#include "support/punctuated_locale.h"
 #include "support/reports.h"
 #include "support/scratch.h"
 #include "support/settings.h"
@@ -371,6 +373,16 @@ TEST_F(DevInfoLoading, DebugModesListOnTheDebugChannel) {
             EXPECT_EQ(channel.messages()[1].substr(0, 30), "PGMDEV 2 Record 72 for Generic");
         }
     }
+}
+
+TEST(DevInfoListing, HasNoSeparatorsInNumbers) {
+    const PUNCTUATED_LOCALE locale;
+    PGMDEV_DEVICE_INFO info;
+    info.jtag_program_startup_tck = 134217728;
+    info.fbgen_cvp_core_start_block = 4294967294;
+    const std::string text = pgmdev_list_device_info(info, "heading");
+    EXPECT_NE(text.find("\n  jtag_program_startup_tck = 134217728\n"), std::string::npos) << text;
+    EXPECT_NE(text.find("\n  fbgen_cvp_core_start_block = 4294967294\n"), std::string::npos) << text;
 }
 
 }  // namespace

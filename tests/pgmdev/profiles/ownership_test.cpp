@@ -41,6 +41,16 @@ TEST(DevInfoOwnership, ADerivingClassDeletesAndNulls) {
     EXPECT_EQ(manager.get_device_database(), nullptr);
 }
 
+TEST(DevInfoOwnership, ADerivingClassNullsAPart) {
+    DEV_INFO_PROBE manager(holder());
+    manager.m_device_database[4].pcf = manager.m_pgm_parts[1]->pcf;
+    delete std::exchange(manager.m_pgm_parts[0], nullptr);
+    const DEV_INFO_PROBE copy(manager);
+    EXPECT_TRUE(manager.search_pcf_for_part(2));
+    EXPECT_EQ(manager.m_index, 4U);
+    EXPECT_FALSE(manager.search_pcf_for_device(static_cast<DEV_DEVICE_ENUM>(1)));
+}
+
 TEST(DevInfoOwnership, ADerivingClassHandsOnWhatItHolds) {
     std::optional<DEV_INFO_PROBE> giver(holder());
     DEV_INFO_PROBE taker;
@@ -77,6 +87,17 @@ TEST(DevInfoOwnership, ACopyThatNullsItsPointersLeavesTheRestToTheOthers) {
     }
     EXPECT_EQ(name_of_family(owner), "a name too long to lie within the string itself");
     EXPECT_EQ(owner.m_pgm_parts.front()->pcf, "a file name too long to lie within");
+}
+
+TEST(DevInfoOwnership, ACopyThatHasNulledItsPointersSharesNothing) {
+    std::optional<DEV_INFO_PROBE> owner(holder());
+    DEV_INFO_PROBE copy(*owner);
+    copy.m_device_database = nullptr;
+    copy.m_family_table = copy.m_device_table = nullptr;
+    copy.m_part_table = new DWORD[1]{7};
+    owner.reset();  // frees what only it points at
+    EXPECT_EQ(copy.m_part_table[0], 7U);
+    EXPECT_EQ(copy.m_pgm_parts.front()->pcf, "a file name too long to lie within");
 }
 
 TEST(DevInfoOwnership, IndexTablesAreRefilledInPlace) {

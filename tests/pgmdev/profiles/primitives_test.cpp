@@ -35,6 +35,16 @@ protected:
     DEV_INFO_PROBE m_manager;
 };
 
+TEST_F(DevInfoPrimitives, ANumberThatIsNoneIsNotWrittenAlsoUnderAReporterThatReturns) {
+    const RETURNING_REPORTER reporter;
+    BYTES buffer(8);
+    BYTE* data = buffer.data();
+    DWORD index = 0;
+    EXPECT_THROW(m_manager.dump_value_to_database(&data, index, "x", 4), MSG_INTERNAL_ERROR_EXCEPTION);
+    EXPECT_EQ(index, 0U);
+    EXPECT_EQ(reporter.modules(), (std::vector<std::string>{"PGM_COMMON", "PGMDEV"}));
+}
+
 TEST_F(DevInfoPrimitives, EveryReaderAcceptsItsOwnTagsOnly) {
     for (unsigned tag = 0; tag < 256; ++tag) {
         const BYTES data{static_cast<BYTE>(tag), 0, 0, 0, 0};

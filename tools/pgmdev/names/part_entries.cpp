@@ -17,8 +17,8 @@ namespace {
 using GRAMMAR = PGMDEV_DEVICE_GRAMMAR_MGR;
 
 /// What only parts have.
-constexpr std::array TEXTS_OF_PARTS{&PART_FILTER::device, &PART_FILTER::package, &PART_FILTER::pins,
-                                    &PART_FILTER::speed, &PART_FILTER::temperature};
+constexpr std::array TEXTS_OF_PARTS{&PART_FILTER::package, &PART_FILTER::pins, &PART_FILTER::speed,
+                                    &PART_FILTER::temperature};
 
 template <class IDENTIFIER>
 std::string upper_name(IDENTIFIER identifier) {
@@ -146,6 +146,7 @@ std::vector<DEV_DEVICE_ENUM> devices_without_parts(const PART_FILTER& filter) {
     }
     const DEV_FAMILY_ENUM family = dstr_get_dev_family_enum_by_string(filter.family.c_str());
     const bool any_family = gen_stricmp(filter.family, PART_FILTER::ANY) == 0;
+    const bool any_device = gen_stricmp(filter.device, PART_FILTER::ANY) == 0;
     PART_FILTER all;
     all.hidden = true;
     const DEV_PART_MANAGER manager;
@@ -157,7 +158,8 @@ std::vector<DEV_DEVICE_ENUM> devices_without_parts(const PART_FILTER& filter) {
     for (int number = DEV_DEVICE_INVALID + 1; number < DEV_DEVICE_GENERIC; ++number) {
         const auto device = static_cast<DEV_DEVICE_ENUM>(number);
         if (dstr_is_valid_dev_device_enum(device) && !with_parts.contains(device) &&
-            (any_family || manager.get_family_of(device) == family)) {
+            (any_family || manager.get_family_of(device) == family) &&
+            (any_device || gen_stricmp(dstr_get_user_string(device), filter.device) == 0)) {
             devices.push_back(device);
         }
     }

@@ -63,7 +63,8 @@ struct DEVICE_ENTRY {
 
 DEVICE_ENTRY device_entry(DEV_DEVICE_ENUM device);
 
-/// The devices that pass the filter although they have no parts: of the family, when nothing is asked of parts.
+/// The devices that pass the filter although they have no parts: of the family and the name, when nothing is asked of
+/// parts.
 std::vector<DEV_DEVICE_ENUM> devices_without_parts(const PART_FILTER& filter);
 
 /// Characteristics for programs: null for "", and for a number that is none.

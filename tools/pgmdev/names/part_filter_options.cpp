@@ -71,9 +71,17 @@ std::vector<std::string> neighbours(const std::string& number, const std::vector
     return found;
 }
 
-/// What may have been meant by a value that no part has.
-std::string meant(const std::string& value, const std::vector<std::string>& known) {
+/// Why no part is of a device that there is.
+constexpr const char* WITHOUT_PARTS = ": there is that device, but only programmer files may name it";
+
+/// What may have been meant by a value that no part has, or why none has it.
+std::string meant(const TEXT_FILTER& filter, const std::string& value) {
     constexpr std::size_t FEW = 12;
+    const std::vector<std::string>& known = filter.known();
+    if (filter.field == &PART_FILTER::device &&
+        dstr_is_valid_dev_device_enum(dstr_get_dev_device_enum_by_string(value.c_str()))) {
+        return is_quiet() ? "" : WITHOUT_PARTS;
+    }
     if (is_number(value) && is_number(known.front())) {
         return did_you_mean(neighbours(value, known));
     }
@@ -122,7 +130,7 @@ std::string empty_list_text(const std::string& thing, const ARGUMENTS& given) {
         if (part_numbers(alone).empty()) {
             const std::string& value = alone.*filter.field;
             reasons += fmt::format("; no part passes {} {}", filter.option, value);
-            reasons += meant(value, filter.known());
+            reasons += meant(filter, value);
         }
     }
     return fmt::format("there is no {}{} that passes all filters{}", thing, given_pattern_text(given), reasons);

@@ -1,0 +1,21 @@
+# What of others is in our programs or comes with them: "name|Debian package|licence (SPDX)|relationship (SPDX)". Of
+# libraries that are loaded, the name is that of the file.
+
+set(PGMDEV_THIRD_PARTY
+  "CLI11|libcli11-dev|BSD-3-Clause|STATIC_LINK"
+  "fmt|libfmt-dev|MIT|STATIC_LINK"
+  "nlohmann_json|nlohmann-json3-dev|MIT|STATIC_LINK")
+if(WIN32)
+  list(APPEND PGMDEV_THIRD_PARTY
+    "libgcc_s_seh-1.dll|gcc-mingw-w64-x86-64-posix-runtime|GPL-3.0-or-later WITH GCC-exception-3.1|CONTAINS"
+    "libgcrypt-20.dll|libgcrypt-mingw-w64-dev|LGPL-2.1-or-later|CONTAINS"
+    "libgpg-error-0.dll|libgpg-error-mingw-w64-dev|LGPL-2.1-or-later|CONTAINS"
+    "libstdc++-6.dll|gcc-mingw-w64-x86-64-posix-runtime|GPL-3.0-or-later WITH GCC-exception-3.1|CONTAINS"
+    "libwinpthread-1.dll|mingw-w64-x86-64-dev|MIT AND BSD-3-Clause|CONTAINS"
+    "zlib1.dll|libz-mingw-w64|Zlib|CONTAINS")
+else()
+  list(APPEND PGMDEV_THIRD_PARTY "libz.so.1|zlib1g|Zlib|DYNAMIC_LINK")
+  if(TARGET pgmhost)
+    list(APPEND PGMDEV_THIRD_PARTY "libgcrypt.so.20|libgcrypt20|LGPL-2.1-or-later|DYNAMIC_LINK")
+  endif()
+endif()

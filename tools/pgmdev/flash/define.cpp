@@ -128,7 +128,7 @@ public:
 
     bool ask_again(const PGMDEV_USER_FLASH::REFUSED_ANSWER& refused) {
         const std::string question = refused.question.substr(0, refused.question.rfind(" : "));
-        const std::string text = fmt::format("the answer \"{}\" to \"{}\" is refused; accepted: {}", refused.answer,
+        const std::string text = fmt::format(R"(the answer "{}" to "{}" is refused; accepted: {})", refused.answer,
                                              question, refused.accepted);
         if (input_is_terminal()) {
             m_prompts << printable(text) << '\n';

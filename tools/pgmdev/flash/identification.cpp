@@ -57,9 +57,9 @@ ID_RESPONSE response_of(const PGMDEV_SFL_FLASH_INFO& record) {
     return response;
 }
 
-void add_new(std::vector<DWORD>& indexes, DWORD index, DWORD but) {
-    if (index != but && std::find(indexes.begin(), indexes.end(), index) == indexes.end()) {
-        indexes.push_back(index);
+void add_new(std::vector<DWORD>& indexes, DWORD added, DWORD mapped) {
+    if (added != mapped && std::find(indexes.begin(), indexes.end(), added) == indexes.end()) {
+        indexes.push_back(added);
     }
 }
 

@@ -316,7 +316,7 @@ std::vector<std::string> names_in(const std::string& line) {
         }
         const std::vector<std::string> words = words_at(std::string_view(line).substr(place + phrase.before.size()));
         for (const std::string& word : words) {
-            const std::vector<std::string> names = names_of(word);
+            std::vector<std::string> names = names_of(word);
             if (!names.empty()) {
                 return names;
             }

@@ -42,7 +42,7 @@ TEST(terminal_width, TablesFitIt) {
         const std::string table = shown(columns, "flash list");
         EXPECT_LE(longest_line(table), columns);
         EXPECT_GT(longest_line(table), columns / 2);
-        EXPECT_TRUE(table.starts_with("index  manufacturer  device")) << table.substr(0, 100);
+        EXPECT_TRUE(table.starts_with("index  manufacturer   device")) << table.substr(0, 100);
     }
 }
 
@@ -52,6 +52,15 @@ TEST(terminal_width, ALastLineTellsWhatIsLeftOut) {
     EXPECT_TRUE(contains(lines.back(), "left out: ")) << lines.back();
     EXPECT_TRUE(contains(lines.back(), "erase/program/read")) << lines.back();
     EXPECT_FALSE(contains(lines.front(), "erase/program/read")) << lines.front();
+}
+
+TEST(terminal_width, WhatIsAskedForIsNotWhatIsLeftOut) {
+    const std::string list = lines_of(shown(80, "flash list")).front();
+    EXPECT_EQ(list, "index  manufacturer   device       size       sector  voltage  default  switch");
+    const std::vector<std::string> rows = lines_of(shown(80, "flash list --all-rows 'M45*'"));
+    EXPECT_EQ(rows.front(), "row  index  manufacturer  device   size     voltage  enabled  switch");
+    EXPECT_TRUE(contains(rows.at(4), "16 Mbit")) << rows.at(4);
+    EXPECT_TRUE(contains(rows.back(), "left out: recognised by")) << rows.back();
 }
 
 TEST(terminal_width, WideShowsAll) {

@@ -186,6 +186,7 @@ void run_doctor(const ARGUMENTS&, COMMAND& command) {
 VERB doctor_verb() {
     return VERB("doctor", "What is running with which files and settings, and what is wrong with them", "pgmdev doctor",
                 run_doctor)
+        .needs_no_settings()
         .tells("Exit code 1: something is wrong.\n")
         .answers(diagnosis_schema);
 }

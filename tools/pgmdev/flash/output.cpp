@@ -119,6 +119,10 @@ std::vector<std::string> record_heading() {
     return {"index", "manufacturer", "device", "recognised by", "size", "sector", "voltage", "default", "switch"};
 }
 
+std::vector<std::string> record_columns_that_matter_least() {
+    return {"recognised by", "default", "sector"};
+}
+
 std::vector<std::string> record_cells(const RECORD& record) {
     return {record.manufacturer_name,
             record.device_name,
@@ -133,6 +137,7 @@ std::vector<std::string> record_cells(const RECORD& record) {
 void print_records(const RECORD* records, DWORD count, const ARGUMENTS& given, const COMMAND& command) {
     std::vector<JSON> rows;
     TEXT_TABLE table(record_heading());
+    table.leaves_out(record_columns_that_matter_least());
     for (DWORD i = 0; i < count; ++i) {
         rows.push_back(record_json(i, records[i]));
         std::vector<std::string> cells = record_cells(records[i]);

@@ -38,6 +38,9 @@ void print_summary(const PGMDEV_SFL_FLASH_INFO& record);
 
 /// The most telling members, for people: what they are called, behind the index, and as cells of a table.
 std::vector<std::string> record_heading();
+
+/// The columns that a narrow terminal does without first: how records are recognised takes half a line.
+std::vector<std::string> record_columns_that_matter_least();
 std::vector<std::string> record_cells(const PGMDEV_SFL_FLASH_INFO& record);
 
 /// The records as a list, for people with their most telling members.

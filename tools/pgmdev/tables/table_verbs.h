@@ -90,6 +90,10 @@ void compile_table(const ARGUMENTS& given, const COMMAND& command) {
             throw refused_table(each.file, {});
         }
     }
+    const auto& faults = table.faults();
+    if (std::any_of(faults.begin(), faults.end(), is_of_part_list)) {
+        throw COMMAND_FAILURE(part_list_failure());
+    }
     if (table.has_faults()) {
         throw refused_table(csv_file, {});
     }
@@ -132,6 +136,9 @@ void dump_table(const ARGUMENTS& given, COMMAND& command) {
         throw USAGE_ERROR("expected one of --csv, --plain-csv and --annotate");
     }
     for (const char* form : {"--csv", "--plain-csv", "--annotate"}) {
+        if (command.json && given.has(form) && std::string_view(form) != "--annotate") {
+            throw USAGE_ERROR(fmt::format("expected one of {} and --json", form));
+        }
         if (given.has(form) && given.has("--fields")) {
             throw USAGE_ERROR(fmt::format("expected one of {} and --fields: that form has all columns", form));
         }

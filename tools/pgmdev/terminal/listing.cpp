@@ -123,6 +123,7 @@ VERB with_list_options(VERB verb, JSON (*row)()) {
 }
 
 VERB with_field_option(VERB verb, JSON (*row)()) {
+    verb.row = row;
     return std::move(verb)
         .answers([row] { return list_schema(row()); })
         .takes({"--fields", "Only these fields, as --json names them, in this order", ARGUMENT::OPTIONAL_TEXT,

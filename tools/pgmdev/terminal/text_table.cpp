@@ -1,5 +1,4 @@
 #include "terminal/text_table.h"
-#include "terminal/printable.h"
 
 #include <fmt/core.h>
 
@@ -8,6 +7,7 @@
 #include <string_view>
 #include <utility>
 
+#include "terminal/printable.h"
 #include "terminal/screen.h"
 
 namespace {

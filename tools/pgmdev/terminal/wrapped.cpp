@@ -4,8 +4,8 @@
 
 #include <algorithm>
 
-#include "terminal/screen.h"
 #include "terminal/printable.h"
+#include "terminal/screen.h"
 
 namespace {
 

@@ -31,6 +31,8 @@ def mistaken(response, chance):
     yield response[:1]
     yield response[:2]
     yield response[1:] + response[:1]
+    yield response[::-1]
+    yield b"\0" + response[::-1]
     yield response + response
     yield response + b"\0\0\0"
     yield response + b"\xff\xff"

@@ -117,6 +117,7 @@ class Answers(PageTest):
             for _ in range(6):
                 damaged[chance.randrange(16, len(damaged))] = chance.randrange(256)
             dumps += [whole[:chance.randrange(len(whole))], bytes(damaged)]
+        dumps += [b"\xff" * 64, b"\0" * 8, b"\0\0\0" + dumps[0]]
         told = self.page.ask("arguments[0].map((each) => tessary.sfdp(each))", [dump.hex(" ") for dump in dumps])
         for dump, page in zip(dumps, told):
             answer = self.command.json("flash", "sfdp", dump.hex())

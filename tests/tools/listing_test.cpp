@@ -22,7 +22,7 @@ TEST(listing, CsvHasAHeaderAndQuotesWhatNeedsIt) {
     EXPECT_EQ(result.output,
               "device_name,manufacturer_name,memory_id,silicon_id\r\n"
               "PLAIN,Maker,24,false\r\n"
-              "\"A,\"\"B\"\"\",=SUM(A1),1,false\r\n");
+              "\"A,\"\"B\"\"\",'=SUM(A1),1,false\r\n");
 }
 
 TEST(listing, CsvHasAllFieldsByDefault) {

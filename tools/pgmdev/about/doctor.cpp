@@ -12,6 +12,7 @@
 #include "configuration/environment.h"
 #include "configuration/keys.h"
 #include "pgmdev_user_flash.h"
+#include "terminal/printable.h"
 #include "terminal/schema.h"
 #include "terminal/screen.h"
 #include "terminal/text_table.h"

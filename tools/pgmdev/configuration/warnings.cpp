@@ -23,9 +23,9 @@
 #include "terminal/did_you_mean.h"
 #include "terminal/failure.h"
 #include "terminal/given_options.h"
+#include "terminal/printable.h"
 #include "terminal/quiet.h"
 #include "terminal/standard_error.h"
-#include "terminal/text_table.h"
 #include "text_lines.h"
 
 namespace {

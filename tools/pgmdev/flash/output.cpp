@@ -8,7 +8,9 @@
 
 #include "pgmdev_cell.h"
 #include "terminal/listing.h"
+#include "terminal/printable.h"
 #include "terminal/text_table.h"
+#include "terminal/wrapped.h"
 
 namespace {
 
@@ -97,7 +99,7 @@ void print_summary(const RECORD& record) {
         }
     }
     const auto line = [](std::string_view label, const std::string& text) {
-        fmt::print("  {:<14}{}\n", label, printable(text));
+        print_labelled(fmt::format("  {}", label), SUMMARY_COLUMN, text);
     };
     line("recognised by", identified_by(record));
     line("size", fmt::format("{}, {} die{}, sectors of {} bytes", size_text(record.device_bit_size), record.die_count,

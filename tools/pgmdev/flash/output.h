@@ -3,6 +3,7 @@
 /// \file
 /// Serial flash records as JSON and as text for people.
 
+#include <cstddef>
 #include <optional>
 #include <string>
 #include <vector>
@@ -28,6 +29,9 @@ JSON record_json(DWORD index, const PGMDEV_SFL_FLASH_INFO& record);
 
 /// The index, if there is one, and all members, a line each, with their units.
 void print_members(const std::optional<DWORD>& index, const PGMDEV_SFL_FLASH_INFO& record);
+
+/// Where the texts begin that print_summary has behind its labels.
+inline constexpr std::size_t SUMMARY_COLUMN = 16;
 
 /// What a person who drives the flash wants to know.
 void print_summary(const PGMDEV_SFL_FLASH_INFO& record);

@@ -100,7 +100,7 @@ JSON page_flash_data() {
     }
     JSON identifications = JSON::array();
     for (const PGMDEV_FLASH_NOTES::IDENTIFICATION& each : notes.identifications()) {
-        identifications.push_back({{"device_name", each.device_name}, {"digits", each.digits}});
+        identifications.push_back({{"device_name", each.device_name}, {"bytes", each.bytes}});
     }
     return {{"members", members_json(PGMDEV_SFL_FLASH_MEMBERS)},
             {"records", in_columns(records)},

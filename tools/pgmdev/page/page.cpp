@@ -10,8 +10,8 @@
 #include "files/output.h"
 #include "page/data.h"
 #include "page/document.h"
+#include "terminal/printable.h"
 #include "terminal/schema.h"
-#include "terminal/text_table.h"
 #include "utf8_path.h"
 
 namespace {

@@ -8,8 +8,8 @@
 #include <sstream>
 
 #include "terminal/failure.h"
+#include "terminal/printable.h"
 #include "terminal/standard_error.h"
-#include "terminal/text_table.h"
 #include "terminal/unknown_word.h"
 
 namespace {

@@ -4,8 +4,8 @@
 
 #include <array>
 
+#include "terminal/printable.h"
 #include "terminal/standard_error.h"
-#include "terminal/text_table.h"
 
 namespace {
 

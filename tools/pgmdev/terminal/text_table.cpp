@@ -7,6 +7,7 @@
 #include <string_view>
 #include <utility>
 
+#include "terminal/printable.h"
 #include "terminal/screen.h"
 
 namespace {
@@ -126,64 +127,7 @@ void print_left_out(const std::vector<std::string>& heading, const WIDTHS& width
                                                           std::count(widths.begin(), widths.end(), LEFT_OUT)));
 }
 
-unsigned char byte_at(std::string_view text, std::size_t place) {
-    return static_cast<unsigned char>(text[place]);
-}
-
-/// The bytes of the character of UTF-8 that begins there; 0 when none does.
-std::size_t length_at(std::string_view text, std::size_t place) {
-    const unsigned char first = byte_at(text, place);
-    const std::size_t length = first < 0x80   ? 1
-                               : first < 0xC2 ? 0
-                               : first < 0xE0 ? 2
-                               : first < 0xF0 ? 3
-                               : first < 0xF5 ? 4
-                                              : 0;
-    if (place + length > text.size()) {
-        return 0;
-    }
-    for (std::size_t i = 1; i < length; ++i) {
-        if ((byte_at(text, place + i) & 0xC0) != 0x80) {
-            return 0;
-        }
-    }
-    return length;
-}
-
-/// Whether the character does something to a terminal instead of being shown: the control characters, and those that
-/// change the direction of what stands around them.
-bool commands(std::string_view character) {
-    if (character.size() == 1) {
-        return byte_at(character, 0) < 0x20 || byte_at(character, 0) == 0x7F;
-    }
-    if (character.size() == 2) {
-        return (byte_at(character, 0) == 0xC2 && byte_at(character, 1) < 0xA0) || character == "\xD8\x9C";
-    }
-    const std::string_view beginning = character.substr(0, 2);
-    const unsigned char last = byte_at(character, character.size() - 1);
-    return character.size() == 3 &&
-           ((beginning == "\xE2\x80" && (last == 0x8E || last == 0x8F || (last >= 0xA8 && last <= 0xAE))) ||
-            (beginning == "\xE2\x81" && last >= 0xA6 && last <= 0xA9));
-}
-
 }  // namespace
-
-std::string printable(const std::string& text) {
-    std::string shown;
-    for (std::size_t i = 0; i < text.size();) {
-        const std::size_t length = length_at(text, i);
-        const std::string_view character(text.data() + i, std::max<std::size_t>(length, 1));
-        i += character.size();
-        if (length != 0 && !commands(character)) {
-            shown += character;
-            continue;
-        }
-        for (const char c : character) {
-            shown += fmt::format("\\x{:02X}", static_cast<unsigned char>(c));
-        }
-    }
-    return shown;
-}
 
 TEXT_TABLE& TEXT_TABLE::leaves_out(std::vector<std::string> columns) {
     m_left_out_first = std::move(columns);

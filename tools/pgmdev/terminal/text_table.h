@@ -3,10 +3,6 @@
 #include <string>
 #include <vector>
 
-/// The text with its control characters, those that change the direction of writing, and what is no UTF-8 shown as \xNN:
-/// what comes from a file must not command the terminal.
-std::string printable(const std::string& text);
-
 /// A table for people: columns as wide as their widest cell, two blanks between them, control characters shown as \xNN.
 ///
 /// On a terminal, a table that is too wide for it is fitted to it: cells that are longer than nearly all others of their

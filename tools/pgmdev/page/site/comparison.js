@@ -126,12 +126,32 @@ function compare_with_sfdp(record, sfdp) {
     return members;
 }
 
+/// The records that the response may be, those first whose size and sectors the flash's own words leave.
+function ranking_by_sfdp(question, device, sfdp) {
+    const indexes = [...(device.mapped ? [device.index] : []), ...possible_indexes(question)];
+    const names = indexes.map((index) => FLASH.records[index].device_name);
+    const ranking = indexes
+        .filter((index, i) => names.indexOf(names[i]) === i)
+        .map((index) => ({
+            ...named_record(index),
+            contradicting: compare_with_sfdp(FLASH.records[index], sfdp)
+                .filter(({ member, agrees }) => !agrees && /^device_(bit_size|sector_byte)$/.test(member))
+                .map(({ member }) => member),
+        }));
+    const fits = ({ contradicting }) => contradicting.length === 0;
+    return [...ranking.filter(fits), ...ranking.filter((each) => !fits(each))];
+}
+
 /// An element of `devices` in the answer of `pgmdev flash identify --sfdp`.
 function identification_with_sfdp(question, sfdp) {
     const device = identification(0, question, true);
+    const ranking = ranking_by_sfdp(question, device, sfdp);
+    const is_another = ranking.some(({ index, contradicting }) => index === device.index && contradicting.length > 0);
     return {
         ...device,
+        sure: device.sure && !is_another,
         comparison: device.mapped ? compare_with_sfdp(FLASH.records[device.index], sfdp) : null,
+        ranking,
         sfdp: sfdp_json(sfdp),
         record: derived_record(sfdp, question.silicon_id ? [] : question.bytes),
     };

@@ -44,30 +44,46 @@ function standing_of(record, taken, telling) {
     if (!taken || is_open(record, telling)) {
         return "open";
     }
-    return says_more(taken, record, telling) ? "passed_over" : "alike";
+    return !is_open(taken, telling) && says_more(taken, record, telling) ? "passed_over" : "alike";
+}
+
+/// Whether the byte is one that two digits allow, each of them a digit, "?" for any, or "[0-3]" for one out of a range.
+function fits_pattern(pattern, byte) {
+    const digits = pattern.match(/\[.-.\]|./g);
+    return [...hex_byte(byte)].every((digit, i) => {
+        const [first, last] = digits[i].length > 1 ? [digits[i][1], digits[i][3]] : [digits[i], digits[i]];
+        return digits[i] === "?" || (first <= digit && digit <= last);
+    });
+}
+
+function differing_bytes(identification, response) {
+    return identification
+        .slice(0, response.length)
+        .map((expected, position) => ({ position, found: hex_byte(response[position]), expected }))
+        .filter(({ position, expected }) => !fits_pattern(expected, response[position]));
 }
 
 /// Bytes that are not those of the device; of one with several identifications, the one that fits best counts.
 function contradictions_of(device_name, response) {
     let fewest = null;
-    for (const { device_name: name, digits } of FLASH.identifications) {
-        if (name.toUpperCase() !== device_name.toUpperCase()) {
-            continue;
+    for (const { device_name: name, bytes } of FLASH.identifications) {
+        if (name.toUpperCase() === device_name.toUpperCase()) {
+            const found = differing_bytes(bytes, response);
+            fewest = fewest === null || found.length < fewest.length ? found : fewest;
         }
-        const found = [];
-        for (let i = 0; i < response.length && 2 * i < digits.length; ++i) {
-            const expected = digits.slice(2 * i, 2 * i + 2);
-            const byte = hex_byte(response[i]);
-            if ([0, 1].some((place) => expected[place] !== "?" && expected[place] !== byte[place])) {
-                found.push({ position: i, found: byte, expected });
-            }
-        }
-        fewest = fewest === null || found.length < fewest.length ? found : fewest;
     }
     return fewest ?? [];
 }
 
-/// What the notes know of a response of which the bytes tell something.
+/// The devices of the table whose whole identification is known and is that of the response.
+function fitting_devices(response) {
+    const names = FLASH.identifications
+        .filter(({ bytes }) => differing_bytes(bytes, response).length === 0)
+        .map(({ device_name }) => device_name);
+    return [...new Set(names)].filter((name) => FLASH.record_named(name) !== undefined);
+}
+
+/// What the notes know of a response of which the bytes tell something, without chips whose identification is another.
 function ambiguities_of(telling) {
     return FLASH.ambiguities
         .filter(
@@ -76,7 +92,12 @@ function ambiguities_of(telling) {
                 response.length <= telling.length &&
                 response.every((byte, i) => byte === telling[i]),
         )
-        .sort((a, b) => RISKS.indexOf(a.risk) - RISKS.indexOf(b.risk))
+        .map((each) => ({
+            ...each,
+            chips: each.chips.filter((chip) => contradictions_of(chip, telling).length === 0),
+        }))
+        .filter(({ chips }) => chips.length > 1)
+        .sort((left, right) => RISKS.indexOf(left.risk) - RISKS.indexOf(right.risk))
         .map(({ chips, telling_byte, told_apart_by, risk, harm }) => ({
             chips: chips.map((name) => ({ device_name: name, in_table: FLASH.record_named(name) !== undefined })),
             telling_byte,
@@ -158,6 +179,15 @@ function leaves_no_other(candidates, question, telling, taken, odd) {
     );
 }
 
+/// The records that a response may be, whether one takes it or not.
+function possible_indexes(question) {
+    const telling = question.bytes.slice(0, telling_bytes_of(question.bytes));
+    const taken = FLASH.records[taken_index(question.silicon_id, question.bytes)];
+    return candidates_of(question, telling, taken)
+        .filter(is_possible)
+        .map(({ index }) => index);
+}
+
 /// An element of `devices` in the command's answer. With `in_a_chain` false it is the answer to a line of a batch.
 function identification(position, question, in_a_chain) {
     const telling = question.bytes.slice(0, telling_bytes_of(question.bytes));
@@ -184,6 +214,7 @@ function identification(position, question, in_a_chain) {
         missing_bytes: missing_bytes_of(candidates),
         ambiguities,
         contradictions,
+        fitting: contradictions.length > 0 ? fitting_devices(telling) : [],
         oddity: odd,
         nearest: taken ? [] : near.map(named_record),
         [in_a_chain ? "candidates" : "admitted"]: taken ? candidates : [],

@@ -162,6 +162,21 @@ function shifted_oddity(response) {
     return null;
 }
 
+/// Tools that keep the identification in a number print the maker last.
+function reversed_oddity(response) {
+    const zeros = response.length > PLAIN_LENGTH && response[0] === 0 ? 1 : 0; // of a number of 32 bits
+    const bytes = response.slice(zeros).reverse();
+    const index = bytes.length === PLAIN_LENGTH ? record_that_takes(bytes) : -1;
+    return index < 0
+        ? null
+        : oddity(
+              "reversed",
+              `the last byte stands first, as in a number: ${hex_bytes(bytes)} would be ` +
+                  full_name(FLASH.records[index]),
+              index,
+          );
+}
+
 /// The makers of which the response may be what follows their number.
 function first_byte_oddity(response) {
     const makers = new Map();
@@ -215,7 +230,7 @@ function response_oddity(silicon_id, response, is_taken) {
         stuck_oddity,
         late_oddity,
         late_and_cut_oddity,
-        ...(is_known ? [] : [first_byte_oddity, shifted_oddity]),
+        ...(is_known ? [] : [reversed_oddity, first_byte_oddity, shifted_oddity]),
     ];
     for (const look of looks) {
         const found = look(response);

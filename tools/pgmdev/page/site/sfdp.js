@@ -43,6 +43,18 @@ function describe_refusal({ offset, field, found, expected }) {
     return `byte ${sfdp_hex(offset)}h, ${field}: found ${found}, expected ${expected}`;
 }
 
+/// What probably happened that the signature is not where it should be; "": nobody knows.
+function signature_hint(bytes) {
+    for (let before = 1; before <= 8 && before + SFDP_SIGNATURE.length <= bytes.length; ++before) {
+        if (SFDP_SIGNATURE.every((byte, i) => bytes[before + i] === byte)) {
+            return `; it stands ${in_bytes(before)} later: take those before it away`;
+        }
+    }
+    return are_all(bytes, 0x00) || are_all(bytes, 0xff)
+        ? ", and nothing else: the flash has no SFDP, or nobody drives the data line"
+        : "";
+}
+
 /// Why there is no area at the beginning of the bytes; null: there is one.
 function header_refusal(bytes) {
     const expected = '53 46 44 50 ("SFDP")';
@@ -51,7 +63,12 @@ function header_refusal(bytes) {
             return { offset: i, field: "signature", found: "the end of the dump", expected };
         }
         if (bytes[i] !== byte) {
-            return { offset: i, field: "signature", found: hex_bytes(bytes.slice(0, SFDP_SIGNATURE.length)), expected };
+            return {
+                offset: i,
+                field: "signature",
+                found: hex_bytes(bytes.slice(0, SFDP_SIGNATURE.length)) + signature_hint(bytes),
+                expected,
+            };
         }
     }
     if (bytes.length < 2 * SFDP_HEADER_BYTES) {

@@ -4,6 +4,9 @@ const IDENTIFY_EXAMPLES = ["EF 40 18", "20 BB 21", "01 20 18 4D 01 80", "C2 20 1
 
 const full_link = (row) => make("span", {}, `${row.manufacturer_name} `, chip_link(row));
 
+const named_link = (name) => chip_link(FLASH.record_named(name));
+const joined = (parts) => parts.flatMap((each, i) => (i === 0 ? [each] : [" or ", each]));
+
 /// A mood, and one sentence on what the answer is.
 function verdict(answer) {
     const taken = answer.mapped ? FLASH.records[answer.index] : null;
@@ -73,6 +76,9 @@ function answer_part(answer) {
         ...answer.contradictions.map(({ position, found, expected }) =>
             make("p", { class: "oddity" }, `Byte ${position} is ${found}, expected ${expected}.`),
         ),
+        answer.fitting.length > 0
+            ? make("p", {}, "They are those of ", ...joined(answer.fitting.map((name) => named_link(name))), ".")
+            : null,
         taken ? summary_facts(taken) : null,
         missing_text(answer.missing_bytes),
         answer.ambiguities.length > 0 ? make("h3", {}, "Known to be ambiguous") : null,

@@ -2,9 +2,9 @@
 
 #include <fmt/core.h>
 
-#include "configuration/environment.h"
 #include "files/container.h"
 #include "files/database.h"
+#include "files/environment.h"
 #include "files/inspection.h"
 #include "pgmdev_dev_info_table.h"
 #include "pgmdev_flash_ini.h"

@@ -8,7 +8,7 @@
 #include <iterator>
 #include <optional>
 
-#include "configuration/environment.h"
+#include "files/environment.h"
 #include "files/inspection.h"
 #include "files/output.h"
 #include "fio.h"

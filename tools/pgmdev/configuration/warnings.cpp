@@ -12,9 +12,9 @@
 #include <utility>
 #include <vector>
 
-#include "configuration/environment.h"
 #include "configuration/keys.h"
 #include "file_reader.h"
+#include "files/environment.h"
 #include "files/inspection.h"
 #include "files/origins.h"
 #include "fio.h"

@@ -9,6 +9,7 @@
 #include "pgmdev_cell.h"
 #include "terminal/listing.h"
 #include "terminal/printable.h"
+#include "terminal/size_text.h"
 #include "terminal/text_table.h"
 #include "terminal/wrapped.h"
 
@@ -39,15 +40,6 @@ std::string identified_by(const RECORD& record) {
 }
 
 }  // namespace
-
-std::string size_text(QWORD bits) {
-    constexpr DWORD MBIT = 1024 * 1024;
-    constexpr DWORD KBIT = 1024;
-    if (bits != 0 && bits % MBIT == 0) {
-        return fmt::format("{} Mbit", bits / MBIT);
-    }
-    return bits != 0 && bits % KBIT == 0 ? fmt::format("{} Kbit", bits / KBIT) : fmt::format("{} bit", bits);
-}
 
 void add_members(JSON& object, const RECORD& record) {
     for (const PGMDEV_SFL_FLASH_MEMBER& member : PGMDEV_SFL_FLASH_MEMBERS) {

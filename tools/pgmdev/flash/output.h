@@ -45,6 +45,3 @@ std::vector<std::string> record_cells(const PGMDEV_SFL_FLASH_INFO& record);
 
 /// The records as a list, for people with their most telling members.
 void print_records(const PGMDEV_SFL_FLASH_INFO* records, DWORD count, const ARGUMENTS& given, const COMMAND& command);
-
-/// A size in the largest of Mbit, Kbit and bit that leaves no fraction: "128 Mbit".
-std::string size_text(QWORD bits);

@@ -7,6 +7,7 @@
 
 #include "flash/output.h"
 #include "flash/sfdp_json.h"
+#include "terminal/size_text.h"
 #include "terminal/wrapped.h"
 
 namespace {

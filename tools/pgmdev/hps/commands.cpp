@@ -7,12 +7,12 @@
 #include <vector>
 
 #include "files/container.h"
-#include "flash/output.h"
 #include "hps/edit.h"
 #include "hps/lists.h"
 #include "hps/port.h"
 #include "pgmdev_hps_mgr.h"
 #include "terminal/listing.h"
+#include "terminal/size_text.h"
 #include "terminal/text_table.h"
 
 namespace {

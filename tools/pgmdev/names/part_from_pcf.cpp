@@ -7,8 +7,8 @@
 #include <memory>
 #include <utility>
 
+#include "catalog/device_names.h"
 #include "gen.h"
-#include "names/device_names.h"
 #include "names/part_entries.h"
 #include "pgmdev_device_grammar_mgr.h"
 #include "pgmdev_mgr.h"

@@ -3,10 +3,10 @@
 #include <algorithm>
 #include <string_view>
 
+#include "catalog/device_names.h"
 #include "flash/aliases.h"
 #include "flash/database.h"
 #include "gen.h"
-#include "names/device_names.h"
 #include "names/enum_commands.h"
 #include "names/part_values.h"
 #include "pgmdev_device_grammar_mgr.h"

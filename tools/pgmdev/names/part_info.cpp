@@ -8,7 +8,7 @@
 #include <set>
 #include <utility>
 
-#include "names/device_names.h"
+#include "catalog/device_names.h"
 #include "names/name_schemes.h"
 #include "names/spellings.h"
 #include "pgmdev_mgr.h"

@@ -28,7 +28,7 @@ install_node_packages() {
     say "Fetching packages from the npm registry"
     mkdir -p "$directory"
     cp "$wanted/package.json" "$wanted/package-lock.json" "$directory"
-    (cd "$directory" && logged "$directory/npm.log" npm ci --ignore-scripts --no-audit --no-fund)
+    (cd "$directory" && logged "$directory/npm.log" npm ci --prefer-offline --ignore-scripts --no-audit --no-fund)
     cp "$wanted/package-lock.json" "$directory/node_modules/.fetched"
 }
 

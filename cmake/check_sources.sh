@@ -1,9 +1,9 @@
 #!/usr/bin/env bash
 # check_sources.sh quick|full: holds the sources against .clang-format and .clang-tidy.
 #
-# quick  every file against .clang-format; libraries, generator and command against some checks of .clang-tidy that
-#        cost little, a room at a time as the build tree build/asan compiles them. Passes at once when nothing has changed
-#        since it last passed.
+# quick  every file against .clang-format; that no rooms include each other in a circle; libraries, generator and command
+#        against some checks of .clang-tidy that cost little, a room at a time as the build tree build/asan compiles them.
+#        Passes at once when nothing has changed since it last passed.
 # full   every file, tests too, against all of .clang-tidy, one by one: minutes.
 set -euo pipefail
 root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
@@ -31,8 +31,22 @@ tidy() {
 # compiled PATTERN: the files that the build compiles and whose paths match.
 compiled() { sed -nE 's/^ *"file": "(.*)",?$/\1/p' build/tidy/compile_commands.json | grep -E "$1" | sort -u; }
 
+# circles DIRECTORY: the rooms of the directory that include each other; nothing where all arrows run one way.
+circles() {
+    (cd "$1" && grep -Eo '^#include "[a-z_]+/' -r --include='*.h' --include='*.cpp' . |
+        sed -nE 's|^\./([a-z_]+)/[^:]*:#include "([a-z_]+)/|\1 \2|p' | sort -u | tsort 2>&1 >/dev/null |
+        grep -v 'contains a loop' || true)
+}
+
 say "Checking the sources"
 clang-format --dry-run -Werror "${sources[@]}"
+for directory in pgm/pgmdev tools/pgmdev tools/ddb_generator; do
+    found=$(circles "$directory")
+    if [ -n "$found" ]; then
+        say "$directory: rooms in a circle: $found"
+        exit 1
+    fi
+done
 if [ "$mode" = full ]; then
     cmake -S . -B build/file_by_file -G Ninja -DCMAKE_BUILD_TYPE=Debug -DPGMDEV_COMPILE_BY_ROOM=none >/dev/null
     database file_by_file

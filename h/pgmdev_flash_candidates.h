@@ -69,6 +69,7 @@ struct PGMDEV_FLASH_ODDITY {
         LATE,                ///< other bytes stand before the identification
         FIRST_BYTE_MISSING,  ///< begins with the second byte
         SHIFTED,             ///< one clock too many, or too few
+        REVERSED,            ///< its last byte first, as a number of a machine that begins with the lowest byte
         REPEATED             ///< the identification over and over, as many chips send it: no fault
     };
 

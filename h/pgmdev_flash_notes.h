@@ -33,7 +33,7 @@ struct PGMDEV_FLASH_AMBIGUITY {
 struct PGMDEV_FLASH_CONTRADICTION {
     DWORD position = 0;
     BYTE found = 0;
-    std::string expected;  ///< two hexadecimal digits, "?" where any is right
+    std::string expected;  ///< two hexadecimal digits; "?" is any, "[0-3]" one of these
 };
 
 class PGMDEV_EXPORT PGMDEV_FLASH_NOTES {
@@ -58,13 +58,17 @@ public:
 
     const std::vector<PGMDEV_FLASH_AMBIGUITY>& ambiguities() const noexcept { return m_ambiguities; }
 
-    /// Those that begin like the response and that none of its `given` bytes decides, the worst first.
+    /// Those that begin like the response and that none of its `given` bytes decides, the worst first, without the chips
+    /// whose identification is known to be another one.
     std::vector<PGMDEV_FLASH_AMBIGUITY> ambiguities_of(const BYTE* response, DWORD given) const;
 
     /// The `given` bytes that are not those of the device, by position; none when all are, or nothing is known of it. Of
     /// a device with several identifications, the one that fits best counts.
     std::vector<PGMDEV_FLASH_CONTRADICTION> contradictions(const std::string& device_name, const BYTE* response,
                                                            DWORD given) const;
+
+    /// The devices whose identification is known and is that of the response, as far as its `given` bytes go.
+    std::vector<std::string> devices_of(const BYTE* response, DWORD given) const;
 
     /// How the tables are called that belong to a database, in the order: ambiguities, identifications.
     static std::vector<std::string> files_of_source(const std::string& csv_file);
@@ -76,7 +80,7 @@ private:
         DWORD line = 0;
         DWORD column = 0;  ///< of the digits
         std::string device_name;
-        std::string digits;  ///< two for each byte, "?" for any
+        std::vector<std::string> bytes;  ///< what each of them may be, as PGMDEV_FLASH_CONTRADICTION::expected
     };
 
     explicit PGMDEV_FLASH_NOTES(const std::vector<std::string>& files);

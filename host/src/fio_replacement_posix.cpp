@@ -227,7 +227,7 @@ FIO_REPLACEMENT::FIO_REPLACEMENT(const FIO_PATH& target) {
         sweep(directory);
         m_temporary = create_temporary(directory, exists ? 0600 : 0666);  // nobody reads it who may not read the file
     }
-    m_in_place = m_temporary.fullpath().empty() && may_write(m_target);
+    m_in_place = m_temporary.fullpath().empty() && exists && may_write(m_target);
 }
 
 FIO_REPLACEMENT::~FIO_REPLACEMENT() {

@@ -90,6 +90,22 @@ TEST(completion, OfMembersAndBlocks) {
     EXPECT_EQ(completions({"params", "read", "hps"}), (WORDS{"HPS SPI", "HPS NAND"}));
 }
 
+TEST(completion, OfColumnsOfEveryList) {
+    EXPECT_EQ(completions({"part", "list", "--fields", "packa"}), (WORDS{"package_name", "package"}));
+    EXPECT_EQ(completions({"part", "list", "--fields", "name,orde"}), WORDS{"name,orderable"});
+    EXPECT_EQ(completions({"flash", "list", "--fields", "ind"}), WORDS{"index"});
+    EXPECT_EQ(completions({"enum", "list", "--fields", ""}), (WORDS{"value", "name"}));
+    EXPECT_EQ(completions({"profile", "tables", "--fields", "k"}), WORDS{"key"});
+    EXPECT_EQ(completions({"flash", "dump", "--fields", "asc"}), WORDS{"asc_voltage"});
+}
+
+TEST(completion, OfWhatOptionsAskFor) {
+    EXPECT_EQ(completions({"hps", "spi", "--hps", ""}), (WORDS{"HPS 1", "HPS 2"}));
+    EXPECT_TRUE(has(completions({"profile", "show", "--pcf", "blu_"}), "BLU_R35"));
+    EXPECT_TRUE(has(completions({"flash", "define", "--like", "w25q6"}), "W25Q64JV"));
+    EXPECT_EQ(completions({"flash", "define", "program_u"}), WORDS{"program_utime="});
+}
+
 TEST(completion, LeavesFilesToTheShell) {
     EXPECT_EQ(completions({"flash", "check", ""}), WORDS{});
     EXPECT_EQ(completions({"--db-dir", ""}), WORDS{});

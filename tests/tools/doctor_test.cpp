@@ -126,6 +126,13 @@ TEST_F(doctor, FindsANamedConfigurationFileThatIsMissing) {
     EXPECT_EQ(named(all["files"], "configuration file")["state"], "missing");
 }
 
+TEST_F(doctor, FindsAConfigurationFileThatCannotBeRead) {
+    environment["TESSARY_CONFIG_FILE"] = scratch.directory().string();
+    const JSON all = examine(NOT_FOUND);
+    EXPECT_EQ(named(all["files"], "configuration file")["state"], "unreadable");
+    EXPECT_TRUE(contains(text_of(all["problems"].at(0)), "it is a directory")) << all["problems"];
+}
+
 TEST_F(doctor, SaysWhyADescriptionIsNotTaken) {
     environment["PGM_USER_SFL_FLASH_INFO"] = "nonsense";
     const JSON all = examine(NOT_FOUND);

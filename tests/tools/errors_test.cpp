@@ -132,6 +132,26 @@ TEST(errors, FilesThatCompilingNeeds) {
     EXPECT_EQ(scratch.file_count(), 0U);
 }
 
+TEST(errors, APartListThatIsNoneIsNoFaultOfTheTable) {
+    const SCRATCH scratch;
+    const std::string list = scratch.write("h/pgm_parts.txt", "anything\n");
+    const std::string csv = std::string(TEST_DATA_DIR) + "/dev_info/pgm_dev_info.csv";
+    const auto run = [&](std::vector<std::string> arguments) {
+        arguments.insert(arguments.begin(), {"--json", "--install-dir", scratch.directory().string(), "profile"});
+        return run_command(arguments);
+    };
+    const JSON error =
+        json_failure(run({"compile", csv, scratch.path("out.pcf")}), INTERNAL_ERROR, "part_list_unreadable");
+    EXPECT_TRUE(contains(error.at("path"), "h/pgm_parts.txt"));
+    std::filesystem::remove(list);
+    const PROCESS_RESULT check = run({"check", csv});
+    EXPECT_EQ(check.exit_code, INTERNAL_ERROR);
+    const std::string hint = text_of(json_of(check.output).at("hints").at(0));
+    EXPECT_TRUE(contains(hint, "since there is no such file: ")) << hint;
+    EXPECT_TRUE(contains(hint, "(option --install-dir); name the directory")) << hint;
+    EXPECT_TRUE(contains(check.errors, "hint: the part list cannot be read")) << check.errors;
+}
+
 TEST(errors, AnOutputThatCannotBeWrittenTellsWhy) {
     const SCRATCH scratch;
     const std::string csv = std::string(TEST_DATA_DIR) + "/flash/pgm_flash.csv";

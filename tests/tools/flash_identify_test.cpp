@@ -32,7 +32,7 @@ JSON unmapped(unsigned position) {
 }
 
 const std::vector<std::string> BESIDES{"given",       "telling",        "by_hand", "sure",   "missing_bytes",
-                                       "ambiguities", "contradictions", "oddity",  "nearest"};
+                                       "ambiguities", "contradictions", "fitting", "oddity", "nearest"};
 
 /// A device without what is told of it besides (flash_candidates_test.cpp), which must be there.
 void take_off_besides(JSON& device, const std::string& candidates) {

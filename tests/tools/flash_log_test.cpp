@@ -43,6 +43,48 @@ const std::vector<LOG> LOGS{
     {"[    0.9] spi-nor spi0.0: mx25l25635e (32768 Kbytes)\n", "mx25l25635e", 1},
     {"m25p80 m25p800: s25fl128s1 (16384 Kbytes)\n", "s25fl128s1", 1},
     {"[    0.9] spi-nor spi0.0: found w25q256jv, expected n25q256a\n", "w25q256jv", 1},
+    {"[    1.4] spi-nor spi0.0: w25q128 (16384 Kbytes)\n[    1.5] 4 fixed-partitions partitions found\n", "w25q128", 1},
+    {"[    0.9] spi-nor spi0.0: Winbond W25Q64JV (8192 Kbytes)\n", "w25q64jv", 1},
+    {"SF: Detected S25FL256S_64K with page size 256 Bytes, erase size 64 KiB, total 32 MiB\n", "S25FL256S_64K", 1},
+    {"Found Winbond flash chip \"W25Q128.V\" (16384 kB, SPI) on linux_spi.\n", "W25Q128.V", 1},
+    {"Found Macronix flash chip \"MX25L3205(A)\" (4096 kB, SPI).\n", "MX25L3205(A)", 1},
+    {"Detected: Winbond W25Q128 256 sectors size: 128Mb\n", "W25Q128", 1},
+    {"Read JEDEC ID:\n0xc2 0x20 0x18\nflash chip: unknown\n", "C22018", 2},
+    {"SF: Got idcodes\n00000000: ef 40 18 00 00    .@...\nSF: Detected W25Q128BV with page size 256 Bytes\n",
+     "EF40180000", 2},
+    {"# cat /sys/bus/spi/devices/spi0.0/spi-nor/jedec_id\n20bb20104400\n", "20BB20104400", 2},
+    {"Xilinx First Stage Boot Loader\nFlashID=0x1 0x2 0x20\nSPANSION 512M Bits\n", "010220", 2},
+    {"RDID returned 0x20 0xbb 0x21 0x10 0x44 0x00. compare_id: id1 0x20, id2 0xbb21\n", "20BB21104400", 1},
+    {"Info : device id = 0x10036413\nInfo : Found flash device 'micron n25q128' (ID 0x0018ba20)\n", "20BA18", 2},
+    {"## ID code: 0x1F 0x45 0x01 0x00\n", "1F450100", 1},
+    {"SPI flash vendor: 0xef, device id: 0x4018\n", "EF4018", 1},
+    {"Flash: 0x1840ef (manufacturer: ef, memory type: 40, capacity: 18)\n", "EF4018", 1},
+    {"$ xxd id.bin\n00000000: 9fc2 2539 c225 39                        ..%9.%9\n", "C22539C22539", 2},
+    {"00000000  ff c8 40 18 c8 40                                 |..@..@|\n00000006\n", "C84018C840", 1},
+};
+
+/// Names of logs, what they are mapped to, and what they may be as well.
+struct NAMED {
+    const char* name;
+    const char* device;  ///< null: none
+    std::vector<const char*> also;
+};
+
+const std::vector<NAMED> NAMED_DEVICES{
+    {"w25q128", "W25Q128JV", {"W25Q128JW", "W25Q128JVM", "W25Q128JWM"}},
+    {"w25q128jv", "W25Q128JV", {"W25Q128JVM"}},
+    {"W25Q128.V", "W25Q128JV", {"W25Q128JVM"}},
+    {"W25Q128JVSIQ", "W25Q128JV", {}},
+    {"s25fl256s1", "S25FL256S1", {"S25FS256S", "S25FS256S0", "S25FL256S0"}},
+    {"s25fl256s", "S25FL256S1", {"S25FS256S", "S25FS256S0", "S25FL256S0"}},
+    {"s25fl128s0", "S25FL128S0", {}},
+    {"mt25qu512a", "MT25QU512A", {}},
+    {"n25q256a", "N25Q256A", {"MT25QL256A", "N25Q256AX1"}},
+    {"n25q00a", "N25Q00A", {"MT25QU01G", "N25Q00"}},
+    {"w25q16jv-im/jm", "W25Q16JVM", {}},
+    {"m25p80", "M25P80", {}},
+    {"n25q128", nullptr, {"N25Q128A13", "N25Q128A11"}},
+    {"N25Q128_3V", nullptr, {"N25Q128A13", "N25Q128A11"}},
 };
 
 }  // namespace
@@ -58,6 +100,42 @@ TEST(flash_log, FindsTheResponseInUsualOutputs) {
                   lines_of(log.text).at(log.line - 1).substr(0, lines_of(log.text).at(log.line - 1).find('\r')));
         EXPECT_EQ(document.at("devices").at(0).at("mapped"), true) << log.text;
     }
+}
+
+TEST(flash_log, NamesStandForRowsAndTellWhatElseItMayBe) {
+    for (const NAMED& named : NAMED_DEVICES) {
+        const PROCESS_RESULT result = found_in(std::string("spi-nor spi0.0: ") + named.name + " (16384 Kbytes)\n");
+        EXPECT_EQ(result.exit_code, named.device != nullptr ? DONE : NOT_FOUND) << named.name << result.errors;
+        const JSON device = json_of(result.output).at("devices").at(0);
+        EXPECT_EQ(device.at("mapped"), named.device != nullptr) << named.name;
+        EXPECT_EQ(device.value("device_name", ""), named.device != nullptr ? named.device : "");
+        EXPECT_EQ(device.at("sure"), false) << named.name;
+        std::vector<std::string> also;
+        for (const JSON& other : device.at("nearest")) {
+            also.push_back(other.at("device_name"));
+        }
+        EXPECT_EQ(also, std::vector<std::string>(named.also.begin(), named.also.end())) << named.name;
+    }
+}
+
+TEST(flash_log, ANameIsToldToBeNoMoreThanThat) {
+    const PROCESS_RESULT result =
+        run_command({"flash", "identify", "--log", "-"}, "[    1.4] spi-nor spi0.0: w25q128 (16384 Kbytes)\n");
+    const std::vector<std::string> lines = lines_of(result.output);
+    EXPECT_TRUE(contains(lines.at(1), "Device 0 (w25q128): Winbond W25Q128JV, record ")) << lines.at(1);
+    EXPECT_EQ(lines.at(2),
+              "  named         by a name alone, not by its response: W25Q128 shares the record of W25Q128JV: answers "
+              "EF4018 as W25Q128JV does");
+    EXPECT_EQ(
+        lines.at(3),
+        "  one of        W25Q128JV, W25Q128JW, W25Q128JVM, W25Q128JWM; identify the bytes that it answers to RDID "
+        "(9F) to tell");
+    EXPECT_EQ(lines.at(4), "  danger        W25Q128JW, W25Q128JWM: a part for 1.8V: 3.3V on it may destroy it");
+    const PROCESS_RESULT none =
+        run_command({"flash", "identify", "--log", "-"}, "[    1.4] spi-nor spi0.0: n25q128 (16384 Kbytes)\n");
+    EXPECT_EQ(none.exit_code, NOT_FOUND);
+    EXPECT_EQ(lines_of(none.output).at(1), "Device 0 (n25q128): no record has this name");
+    EXPECT_TRUE(contains(lines_of(none.output).at(2), "  may be        Micron N25Q128A13 (")) << none.output;
 }
 
 TEST(flash_log, PrefersWhatIsSaidToBeAnIdentification) {

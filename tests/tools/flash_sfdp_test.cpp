@@ -56,10 +56,17 @@ JSON comparison_of(const JSON& device, const std::string& member) {
     return nullptr;
 }
 
-JSON identified(const std::string& dump, const std::string& response, int exit_code = DONE) {
+/// The only device; whether it is what it is mapped to, the exit code tells as well.
+JSON identified(const std::string& dump, const std::string& response) {
     const PROCESS_RESULT result = run_command({"--json", "flash", "identify", "--sfdp", dump_file(dump), response});
-    EXPECT_EQ(result.exit_code, exit_code) << result.errors;
-    return json_of(result.output).at("devices").at(0);
+    JSON device = json_of(result.output).at("devices").at(0);
+    bool contradicts = false;
+    for (const JSON& each : device.at("ranking")) {
+        contradicts = contradicts || (each.at("index") == device.at("index") && !each.at("contradicting").empty());
+    }
+    EXPECT_EQ(result.exit_code, contradicts ? NOT_FOUND : DONE) << response << result.errors;
+    EXPECT_FALSE(contradicts && device.at("sure").get<bool>()) << response;
+    return device;
 }
 
 }  // namespace
@@ -200,6 +207,7 @@ TEST(flash_identify_sfdp, ShowsRecordAndChipSideBySide) {
 TEST(flash_identify_sfdp, DisagreementsAreTold) {
     // The chip that answers is not the one that the dump is of: half as large, with another way to wait.
     const JSON device = identified("W25Q128JV", "20BB19104400");
+    EXPECT_EQ(device.at("sure"), false);
     EXPECT_EQ(comparison_of(device, "device_bit_size").at("agrees"), false);
     EXPECT_EQ(comparison_of(device, "device_bit_size").at("chip"), "134217728 bits");
     EXPECT_EQ(comparison_of(device, "byte4_addressing").at("agrees"), false);
@@ -208,6 +216,54 @@ TEST(flash_identify_sfdp, DisagreementsAreTold) {
     const PROCESS_RESULT text = run_command({"flash", "identify", "--sfdp", dump_file("W25Q128JV"), "20BB19104400"});
     EXPECT_TRUE(contains(text.output, "3 of 8 members disagree")) << text.output;
     EXPECT_TRUE(contains(text.output, "!  device_bit_size")) << text.output;
+}
+
+TEST(flash_identify_sfdp, TheFlashsOwnWordsChooseAmongCandidates) {
+    const auto ranked = [](const std::string& dump, const std::string& response) {
+        std::vector<std::string> names;
+        const JSON device = identified(dump, response);
+        for (const JSON& each : device.at("ranking")) {
+            std::string name = each.at("device_name");
+            for (const JSON& member : each.at("contradicting")) {
+                name += " " + member.get<std::string>();
+            }
+            names.push_back(name);
+        }
+        return names;
+    };
+    EXPECT_EQ(ranked("W25Q512JV", "C84019"),
+              (WORDS{"GD25S512MD", "GD25Q256 device_bit_size", "GD25B256 device_bit_size"}));
+    EXPECT_EQ(ranked("W25Q256FV", "C84019"), (WORDS{"GD25Q256", "GD25B256", "GD25S512MD device_bit_size"}));
+    EXPECT_EQ(
+        ranked("W25Q128JV", "0120184D00"),
+        (WORDS{"S25FL129P0 device_sector_byte", "S25FS128S0 device_sector_byte", "S25FL128S0 device_sector_byte"}));
+    EXPECT_EQ(ranked("W25Q128JV", "EF4018"), WORDS{"W25Q128JV"});
+    const auto sentence = [](const std::string& dump, const std::string& response) {
+        const PROCESS_RESULT result = run_command({"flash", "identify", "--sfdp", dump_file(dump), response});
+        for (const std::string& line : lines_of(result.output)) {
+            if (line.starts_with("What the flash says of itself")) {
+                return line;
+            }
+        }
+        return std::string();
+    };
+    EXPECT_EQ(sentence("W25Q512JV", "C84019"),
+              "What the flash says of itself decides: GD25S512MD, and not GD25Q256 (device_bit_size), GD25B256 "
+              "(device_bit_size); --as 0=GD25S512MD drives it so");
+    EXPECT_EQ(sentence("W25Q256FV", "C84019"),
+              "What the flash says of itself decides: GD25Q256 or GD25B256, and not GD25S512MD (device_bit_size)");
+    EXPECT_EQ(sentence("W25Q128JV", "20BB19104400"),
+              "What the flash says of itself decides: it is none of these: MT25QU256A (device_bit_size)");
+    EXPECT_EQ(sentence("W25Q128JV", "C22018"),
+              "What the flash says of itself leaves all of them: MX25L12833F or MX25L12845E or MX25L12805D");
+    EXPECT_EQ(sentence("W25Q128JV", "EF4018"), "");
+    const std::vector<std::string> harmful =
+        lines_of(run_command({"flash", "identify", "--sfdp", dump_file("W25Q512JV"), "C84019"}).output);
+    EXPECT_TRUE(harmful.at(0).starts_with("What the flash says of itself decides: GD25S512MD")) << harmful.at(0);
+    const PROCESS_RESULT by_hand =
+        run_command({"flash", "identify", "--sfdp", dump_file("W25Q512JV"), "C84019", "--as", "0=GD25S512MD"});
+    EXPECT_EQ(by_hand.exit_code, DONE) << by_hand.errors;
+    EXPECT_FALSE(contains(by_hand.output, "What the flash says of itself decides")) << by_hand.output;
 }
 
 TEST(flash_identify_sfdp, TimesDisagreeOnlyBelowTheTypicalOnes) {

@@ -109,6 +109,30 @@ TEST(flash_identify_system, WhatCannotBeReadIsToldOfThatFlash) {
               JSON::array({"jedec_id is larger than 4096 bytes, and is not used", "the kernel gives no jedec_id"}));
 }
 
+TEST(flash_identify_system, NamesCountWhereNoIdentificationIsTold) {
+    const SYSTEM_ROOT root;
+    root.add("spi0.0", "spi-nor/partname", "s25fl256s1\n");
+    root.add("spi0.0", "spi-nor/manufacturer", "spansion\n");
+    const JSON device = root.identified(DONE).at("devices").at(0);
+    EXPECT_EQ(device.at("device_name"), "S25FL256S1");
+    EXPECT_EQ(device.at("sure"), false);
+    EXPECT_EQ(device.at("nearest").at(2).at("device_name"), "S25FL256S0");
+    EXPECT_EQ(device.at("system").at("problems"), JSON::array({"the kernel gives no jedec_id"}));
+}
+
+TEST(flash_identify_system, DevicesStandInTheOrderOfTheirNumbers) {
+    const SYSTEM_ROOT root;
+    for (const char* device : {"spi10.0", "spi2.10", "spi2.9", "spi0.0"}) {
+        root.add(device, "spi-nor/jedec_id", "ef4018\n");
+    }
+    const JSON devices = root.identified(DONE).at("devices");
+    std::vector<std::string> names;
+    for (const JSON& device : devices) {
+        names.push_back(device.at("system").at("device"));
+    }
+    EXPECT_EQ(names, (std::vector<std::string>{"spi0.0", "spi2.9", "spi2.10", "spi10.0"}));
+}
+
 TEST(flash_identify_system, NoFlashIsSaid) {
     const SYSTEM_ROOT root;
     const PROCESS_RESULT nothing = run_command({"flash", "identify", "--system", root.path(".")});

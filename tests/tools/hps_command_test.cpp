@@ -250,6 +250,20 @@ TEST(hps_command, EntriesAreInsertedAndChangedInTheirPlace) {
     EXPECT_EQ(directory.file(), before);
 }
 
+TEST(hps_command, EntriesThatStayAreToldToPrograms) {
+    const HPS_DIRECTORY directory;
+    const auto failure = [&directory](std::vector<std::string> arguments, const std::string& code) {
+        arguments.insert(arguments.begin(), "--json");
+        const JSON error = json_failure(directory.run(arguments), NOT_FOUND, code);
+        return text_of(error.value("message", JSON())) + "; " + text_of(error.value("advice", JSON()));
+    };
+    EXPECT_EQ(failure({"hps", "remove", "nand", "0"}, "entry_built_in"),
+              "entry 0 is built in and stays; hps add nand --like 0 makes one of your own of it");
+    EXPECT_EQ(failure({"hps", "edit", "spi", "99", "code_a=1"}, "entry_missing"),
+              "entry 99 does not exist; hps spi lists all");
+    failure({"hps", "add", "nand", "--like", "0", "--before", "0"}, "entry_built_in");
+}
+
 TEST(hps_command, EntriesThatCannotBeRemoved) {
     const HPS_DIRECTORY directory;
     expect_failure(directory.run({"hps", "remove", "nand", "0"}), NOT_FOUND, {"built in"});

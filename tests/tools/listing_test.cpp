@@ -22,7 +22,7 @@ TEST(listing, CsvHasAHeaderAndQuotesWhatNeedsIt) {
     EXPECT_EQ(result.output,
               "device_name,manufacturer_name,memory_id,silicon_id\r\n"
               "PLAIN,Maker,24,false\r\n"
-              "\"A,\"\"B\"\"\",=SUM(A1),1,false\r\n");
+              "\"A,\"\"B\"\"\",'=SUM(A1),1,false\r\n");
 }
 
 TEST(listing, CsvHasAllFieldsByDefault) {
@@ -89,6 +89,9 @@ TEST(listing, UnknownFieldsAreNamedWithSimilarOnes) {
 
 TEST(listing, DumpsTakeFieldsButKeepTheirSourceTables) {
     const FLASH_DATABASE database = two_records();
+    for (const char* form : {"--csv", "--plain-csv"}) {
+        json_failure(run_command({"--json", "flash", "dump", database.file(), form}), WRONG_USAGE, "usage");
+    }
     const JSON rows = json_of(run_command({"--json", "flash", "dump", database.file(), "--fields", "ini"}).output);
     EXPECT_EQ(rows[0], (JSON{{"ini", flash_reference::sample().ini}}));
     expect_failure(run_command({"flash", "dump", "--csv", database.file(), "--fields", "ini"}), WRONG_USAGE,

@@ -187,6 +187,10 @@ TEST(PartCommand, FindsPartsOfProgrammerFileParts) {
     const std::string expected = PGMDEV_MGR::get_part_name_from_pcf(pcf);
     EXPECT_EQ(run_command({"part", "from-pcf", lower(pcf)}).output, expected + "\n");
     expect_failure(run_command({"part", "from-pcf", pcf + "#"}), NOT_FOUND, {pcf});
+    expect_failure(run_command({"part", "from-pcf", ""}), NOT_FOUND, {});
+    expect_failure(run_command({"part", "from-pcf", " ", "--all"}), NOT_FOUND, {});
+    expect_failure(run_command({"part", "from-pcf", "BLUEBIRD_RT180_PRE", "--all"}), NOT_FOUND,
+                   {"its devices have no parts"});
 
     const PROCESS_RESULT batch = run_command({"--json", "part", "from-pcf", "-"}, pcf + "\nnone_such\n");
     EXPECT_EQ(batch.exit_code, NOT_FOUND);

@@ -117,6 +117,21 @@ TEST(params_command, AbsentBlocks) {
     const HPS_DIRECTORY directory;
     expect_failure(directory.run({"params", "read", "1"}), NOT_FOUND, {"HPS SPI"});
     expect_failure(directory.run({"params", "remove", "1"}), NOT_FOUND, {"HPS SPI"});
+    const auto answer = [&directory](std::vector<std::string> arguments) {
+        arguments.insert(arguments.begin(), "--json");
+        const PROCESS_RESULT result = directory.run(arguments);
+        EXPECT_EQ(result.exit_code, NOT_FOUND);
+        return json_of(result.output);
+    };
+    JSON absent{{"block", 1}, {"name", "HPS SPI"}, {"present", false}, {"size", 0}};
+    EXPECT_EQ(answer({"params", "remove", "1"}), absent);
+    JSON read = absent;
+    read["data"] = "";
+    EXPECT_EQ(answer({"params", "read", "1"}), read);
+    EXPECT_EQ(answer({"params", "read", "1", directory.scratch().path("spi.bin")}), read);
+    absent["values"] = JSON::array();
+    absent["rest"] = 0;
+    EXPECT_EQ(answer({"params", "show", "1", "DWORD"}), absent);
     EXPECT_EQ(directory.scratch().file_count(), 0U);
 }
 

@@ -1,6 +1,8 @@
 #include <gtest/gtest.h>
 
-#include "terminal/text_table.h"
+#include <nlohmann/json.hpp>
+
+#include "terminal/printable.h"
 
 // What comes from files and command lines must not command a terminal.
 
@@ -29,4 +31,21 @@ TEST(printable, DirectionsOfWriting) {
 
 TEST(printable, WhatIsNoUtf8) {
     EXPECT_EQ(printable("\xFF\xC0\x80\xE5\x99"), "\\xFF\\xC0\\x80\\xE5\\x99");
+}
+
+TEST(printable, JsonKeepsItsValues) {
+    const std::string text = "a\x1B\xC2\x9B\xE2\x80\xAE\xD8\x9C\x7F\xC3\xA4\xF0\x9F\x98\x80";
+    const std::string shown = printable_json(nlohmann::json(text).dump());
+    EXPECT_EQ(shown, "\"a\\u001b\\u009b\\u202e\\u061c\\u007f\xC3\xA4\xF0\x9F\x98\x80\"");
+    EXPECT_EQ(nlohmann::json::parse(shown).get<std::string>(), text);
+}
+
+TEST(printable, CellsAreNoFormulas) {
+    EXPECT_EQ(printable_cell("=1+1"), "'=1+1");
+    EXPECT_EQ(printable_cell("+1"), "'+1");
+    EXPECT_EQ(printable_cell("-1"), "'-1");
+    EXPECT_EQ(printable_cell("@SUM(1)"), "'@SUM(1)");
+    EXPECT_EQ(printable_cell("\t=1"), "\\x09=1");
+    EXPECT_EQ(printable_cell("W25Q64JV-IQ"), "W25Q64JV-IQ");
+    EXPECT_EQ(printable_cell(""), "");
 }

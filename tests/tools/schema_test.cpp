@@ -134,7 +134,11 @@ const std::vector<RUN> SINGLE{
     {{"hps", "kinds"}, {}, "", DONE},
     {{"hps", "nand"}, {}, "", DONE},
     {{"hps", "spi"}, {"--fields", "device_name"}, "", DONE},
+    {{"hps", "remove", "nand"}, {"99"}, "", NOT_FOUND},
     {{"params", "list"}, {}, "", DONE},
+    {{"params", "read"}, {"1"}, "", NOT_FOUND},
+    {{"params", "show"}, {"1", "DWORD"}, "", NOT_FOUND},
+    {{"params", "remove"}, {"1"}, "", NOT_FOUND},
 };
 
 const std::vector<RUN> BATCHES{

@@ -93,6 +93,25 @@ TEST(usage, WrongUsage) {
     }
 }
 
+TEST(usage, WhatIsMissingOrTooMuchIsNamed) {
+    expect_failure(run_command({}), WRONG_USAGE, {"a noun is missing; the nouns are doctor, schema, flash"});
+    expect_failure(run_command({"opn"}), WRONG_USAGE,
+                   {"a verb is missing; behind \"opn\" may stand name, index, hash, from-hash, list"});
+    expect_failure(run_command({"hps", "add"}), WRONG_USAGE, {"behind \"hps add\" may stand nand, spi"});
+    expect_failure(run_command({"-x", "opn", "list"}), WRONG_USAGE, {"there is no option \"-x\""});
+    expect_failure(run_command({"--db-dir", "a", "flash", "list", "--db-dir", "b"}), WRONG_USAGE,
+                   {"--db-dir is given more than once"});
+}
+
+TEST(usage, AnOptionThatMayBeRepeatedTakesOneValueEachTime) {
+    const PROCESS_RESULT set = run_command({"--json", "flash", "show", "--set", "PGM_ALLOW_M45PE=on", "M45PE40"});
+    EXPECT_EQ(set.exit_code, DONE) << set.errors;
+    EXPECT_TRUE(contains(set.output, "\"M45PE40\"")) << set.output;
+    const PROCESS_RESULT as = run_command({"--json", "flash", "identify", "--as", "0=W25Q64JV", "EF4017"});
+    EXPECT_EQ(as.exit_code, DONE) << as.errors;
+    EXPECT_EQ(json_of(as.output)["devices"][0]["by_hand"], true);
+}
+
 TEST(usage, SetMayBeGivenManyTimes) {
     const FLASH_DATABASE database({flash_reference::sample()});
     const PROCESS_RESULT result = database.run({"--set", "A=1", "--set", "B=", "--set", "C=x=y", "--set",

@@ -57,7 +57,9 @@ STANDING standing_of(const RECORD& record, const RECORD* taken, DWORD telling_co
     if (taken == nullptr || is_open(comparisons, telling_count)) {
         return STANDING::OPEN;
     }
-    return says_more(FLASH_COMPARISONS(*taken), comparisons, telling_count) ? STANDING::PASSED_OVER : STANDING::ALIKE;
+    const FLASH_COMPARISONS of_taken(*taken);
+    const bool decides = !is_open(of_taken, telling_count) && says_more(of_taken, comparisons, telling_count);
+    return decides ? STANDING::PASSED_OVER : STANDING::ALIKE;
 }
 
 /// How far a record is from the identification of an unknown chip; what is nearer is smaller.

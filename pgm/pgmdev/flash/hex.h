@@ -14,9 +14,3 @@ inline constexpr std::string_view HEX_DIGITS = "0123456789ABCDEF";
 inline std::string hex_byte(BYTE byte) {
     return {HEX_DIGITS[byte >> 4], HEX_DIGITS[byte & 0xF]};
 }
-
-/// Whether two digits, "?" for any, are those of the byte.
-inline bool fits_digits(const std::string& digits, BYTE byte) {
-    const std::string own = hex_byte(byte);
-    return (digits[0] == '?' || digits[0] == own[0]) && (digits[1] == '?' || digits[1] == own[1]);
-}

@@ -6,6 +6,7 @@
 #include <optional>
 #include <sstream>
 
+#include "flash/byte_pattern.h"
 #include "flash/hex.h"
 #include "gen.h"
 #include "source/faults.h"
@@ -29,9 +30,9 @@ constexpr std::size_t DIGITS_CELL = 1;
 constexpr const char* NO_BYTE = "-";
 constexpr std::size_t LONGEST_RESPONSE = 256;
 
-bool are_byte_digits(const std::string& text, std::string_view allowed) {
+bool are_byte_digits(const std::string& text) {
     return !text.empty() && text.size() % 2 == 0 && text.size() <= 2 * LONGEST_RESPONSE &&
-           text.find_first_not_of(allowed) == std::string::npos;
+           text.find_first_not_of(HEX_DIGITS) == std::string::npos;
 }
 
 std::vector<BYTE> bytes_of(const std::string& digits) {
@@ -83,7 +84,7 @@ std::optional<PGMDEV_FLASH_AMBIGUITY> ambiguity_of(const NOTE_LINE& line, FAULTS
     const std::optional<DWORD> position = position_of(text(TELLING_BYTE));
     const std::optional<RISK> risk = risk_of(text(RISK_NAME));
     const std::vector<std::string> chips = words_of(text(CHIPS));
-    if (!are_byte_digits(text(RESPONSE), HEX_DIGITS)) {
+    if (!are_byte_digits(text(RESPONSE))) {
         refuse(RESPONSE, "pairs of hexadecimal digits in upper case");
     }
     if (chips.size() < 2) {
@@ -115,6 +116,18 @@ std::string directory_of(const std::string& file) {
     constexpr const char* SEPARATORS = "/";
 #endif
     return file.substr(0, file.find_last_of(SEPARATORS) + 1);
+}
+
+/// The bytes of the response that are not those of the identification.
+std::vector<PGMDEV_FLASH_CONTRADICTION> differing(const std::vector<std::string>& identification, const BYTE* response,
+                                                  DWORD given) {
+    std::vector<PGMDEV_FLASH_CONTRADICTION> found;
+    for (DWORD i = 0; i < given && i < identification.size(); ++i) {
+        if (!fits_pattern(identification[i], response[i])) {
+            found.push_back({i, response[i], identification[i]});
+        }
+    }
+    return found;
 }
 
 }  // namespace
@@ -155,15 +168,15 @@ void PGMDEV_FLASH_NOTES::read_ambiguities(const std::string& file) {
 
 void PGMDEV_FLASH_NOTES::read_identifications(const std::string& file) {
     m_identifications_file.file = file;
-    const std::string allowed = std::string(HEX_DIGITS) + '?';
     for (const NOTE_LINE& line : read_note_lines(file, IDENTIFICATION_COLUMNS, m_identifications_file.faults)) {
-        if (are_byte_digits(line.cells[DIGITS_CELL], allowed)) {
+        auto bytes = byte_patterns_of(line.cells[DIGITS_CELL]);
+        if (bytes && bytes->size() <= LONGEST_RESPONSE) {
             m_identifications.push_back(
-                {line.number, line.columns[DIGITS_CELL], line.cells[DEVICE_NAME_CELL], line.cells[DIGITS_CELL]});
+                {line.number, line.columns[DIGITS_CELL], line.cells[DEVICE_NAME_CELL], std::move(*bytes)});
         } else {
             m_identifications_file.faults.push_back(
                 note_fault(line, DIGITS_CELL, IDENTIFICATION_COLUMNS,
-                           "pairs of hexadecimal digits in upper case, ? for any digit"));
+                           "pairs of hexadecimal digits in upper case, ? for any digit, [0-3] for one of these"));
         }
     }
 }
@@ -172,9 +185,15 @@ std::vector<PGMDEV_FLASH_AMBIGUITY> PGMDEV_FLASH_NOTES::ambiguities_of(const BYT
     std::vector<PGMDEV_FLASH_AMBIGUITY> found;
     for (const PGMDEV_FLASH_AMBIGUITY& ambiguity : m_ambiguities) {
         const bool decided = ambiguity.telling_byte != INVALID_DWORD && ambiguity.telling_byte < given;
-        if (!decided && ambiguity.response.size() <= given &&
-            std::equal(ambiguity.response.begin(), ambiguity.response.end(), response)) {
-            found.push_back(ambiguity);
+        if (decided || ambiguity.response.size() > given ||
+            !std::equal(ambiguity.response.begin(), ambiguity.response.end(), response)) {
+            continue;
+        }
+        PGMDEV_FLASH_AMBIGUITY open = ambiguity;
+        std::erase_if(open.chips,
+                      [&](const std::string& chip) { return !contradictions(chip, response, given).empty(); });
+        if (open.chips.size() > 1) {
+            found.push_back(std::move(open));
         }
     }
     std::stable_sort(found.begin(), found.end(), [](const auto& a, const auto& b) { return a.risk < b.risk; });
@@ -189,17 +208,22 @@ std::vector<PGMDEV_FLASH_CONTRADICTION> PGMDEV_FLASH_NOTES::contradictions(const
         if (gen_stricmp(identification.device_name, device_name) != 0) {
             continue;
         }
-        std::vector<PGMDEV_FLASH_CONTRADICTION> found;
-        for (DWORD i = 0; i < given && 2 * i < identification.digits.size(); ++i) {
-            const std::string digits = identification.digits.substr(2 * std::size_t{i}, 2);
-            if (!fits_digits(digits, response[i])) {
-                found.push_back({i, response[i], digits});
-            }
-        }
+        std::vector<PGMDEV_FLASH_CONTRADICTION> found = differing(identification.bytes, response, given);
         if (!known || found.size() < fewest.size()) {
             fewest = std::move(found);
         }
         known = true;
     }
     return fewest;
+}
+
+std::vector<std::string> PGMDEV_FLASH_NOTES::devices_of(const BYTE* response, DWORD given) const {
+    std::vector<std::string> names;
+    for (const IDENTIFICATION& identification : m_identifications) {
+        const bool is_new = std::find(names.begin(), names.end(), identification.device_name) == names.end();
+        if (is_new && differing(identification.bytes, response, given).empty()) {
+            names.push_back(identification.device_name);
+        }
+    }
+    return names;
 }

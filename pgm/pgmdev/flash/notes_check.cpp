@@ -2,6 +2,7 @@
 #include <array>
 #include <string>
 
+#include "flash/byte_pattern.h"
 #include "flash/hex.h"
 #include "flash/matching.h"
 #include "gen.h"
@@ -35,6 +36,14 @@ std::string digits_of(const std::vector<BYTE>& bytes) {
     return digits;
 }
 
+std::string joined(const std::vector<std::string>& patterns) {
+    std::string text;
+    for (const std::string& pattern : patterns) {
+        text += pattern;
+    }
+    return text;
+}
+
 /// The record that the walk takes when no switch is on; null: none.
 const RECORD* answered_by(const std::vector<RECORD>& records, const std::vector<BYTE>& response) {
     std::array<BYTE, 256> padded{};
@@ -46,11 +55,10 @@ const RECORD* answered_by(const std::vector<RECORD>& records, const std::vector<
     return found != records.end() ? &*found : nullptr;
 }
 
-bool is_compatible(const RECORD& record, const std::string& identification) {
+bool is_compatible(const RECORD& record, const std::vector<std::string>& identification) {
     const FLASH_COMPARISONS comparisons(record);
     return std::all_of(comparisons.begin(), comparisons.end(), [&](const FLASH_COMPARISON& each) {
-        const std::size_t place = 2 * std::size_t{each.position};
-        return place >= identification.size() || fits_digits(identification.substr(place, 2), each.value);
+        return each.position >= identification.size() || fits_pattern(identification[each.position], each.value);
     });
 }
 
@@ -77,11 +85,11 @@ std::vector<PGMDEV_FLASH_NOTES::FILE_FAULTS> PGMDEV_FLASH_NOTES::faults_with(
         for (const RECORD& record : records) {
             const bool same = !record.silicon_id && gen_stricmp(record.device_name, identification.device_name) == 0;
             named = named || same;
-            admitted = admitted || (same && is_compatible(record, identification.digits));
+            admitted = admitted || (same && is_compatible(record, identification.bytes));
         }
         if (!admitted) {
             all[1].faults.push_back(warning(identification.line, identification.column, identification.device_name,
-                                            "identification", identification.digits,
+                                            "identification", joined(identification.bytes),
                                             named ? "no row of this name takes it" : "no row has this name"));
         }
     }

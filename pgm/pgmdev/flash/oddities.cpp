@@ -169,6 +169,20 @@ ODDITY shifted_response(RECORDS records, RESPONSE response) {
     return {};
 }
 
+/// Tools that keep the identification in a number print the maker last.
+ODDITY reversed(RECORDS records, RESPONSE response) {
+    const std::size_t zeros =
+        response.size() > PLAIN_LENGTH && response.front() == 0 ? 1 : 0;  // of a number of 32 bits
+    const BYTES bytes(response.rbegin(), response.rend() - static_cast<std::ptrdiff_t>(zeros));
+    const DWORD index = bytes.size() == PLAIN_LENGTH ? record_of(records, bytes) : INVALID_DWORD;
+    if (index == INVALID_DWORD) {
+        return {};
+    }
+    return {KIND::REVERSED,
+            "the last byte stands first, as in a number: " + hex_text(bytes) + " would be " + name_of(records, index),
+            index};
+}
+
 /// The makers of which `response` may be what follows their number.
 ODDITY without_first_byte(RECORDS records, RESPONSE response) {
     ODDITY oddity;
@@ -232,6 +246,7 @@ PGMDEV_FLASH_ODDITY flash_response_oddity(std::span<const PGMDEV_SFL_FLASH_INFO>
         [&] { return stuck(response); },
         [&] { return late(records, response); },
         [&] { return late_and_cut(records, response); },
+        [&] { return is_known() ? ODDITY() : reversed(records, response); },
         [&] { return is_known() ? ODDITY() : without_first_byte(records, response); },
         [&] { return is_known() ? ODDITY() : shifted_response(records, response); },
     };

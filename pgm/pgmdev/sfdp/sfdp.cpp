@@ -59,6 +59,24 @@ std::string spelled(BYTES bytes) {
     return text;
 }
 
+/// What probably happened that the signature is not where it should be; "": nobody knows.
+std::string signature_hint(BYTES bytes) {
+    constexpr std::size_t MOST_BEFORE = 8;  // the command, its address, and what is clocked in vain
+    const auto same = [](BYTE byte, char c) { return byte == static_cast<BYTE>(c); };
+    for (std::size_t before = 1; before <= MOST_BEFORE && before + SIGNATURE.size() <= bytes.size(); ++before) {
+        const BYTES rest = bytes.subspan(before, SIGNATURE.size());
+        if (std::equal(rest.begin(), rest.end(), SIGNATURE.begin(), same)) {
+            return "; it stands " + in_bytes(before) + " later: take those before it away";
+        }
+    }
+    for (const BYTE idle : {BYTE{0x00}, BYTE{0xFF}}) {
+        if (std::all_of(bytes.begin(), bytes.end(), [idle](BYTE byte) { return byte == idle; })) {
+            return ", and nothing else: the flash has no SFDP, or nobody drives the data line";
+        }
+    }
+    return "";
+}
+
 /// Why there is no area at the beginning of the bytes.
 std::optional<SFDP::REFUSAL> header_refusal(BYTES bytes) {
     for (std::size_t i = 0; i < SIGNATURE.size(); ++i) {
@@ -67,7 +85,7 @@ std::optional<SFDP::REFUSAL> header_refusal(BYTES bytes) {
         }
         if (bytes[i] != static_cast<BYTE>(SIGNATURE[i])) {
             return SFDP::REFUSAL{static_cast<DWORD>(i), "signature",
-                                 spelled(bytes.first(std::min(bytes.size(), SIGNATURE.size()))),
+                                 spelled(bytes.first(std::min(bytes.size(), SIGNATURE.size()))) + signature_hint(bytes),
                                  "53 46 44 50 (\"SFDP\")"};
         }
     }

@@ -181,6 +181,17 @@ TEST(FlashCandidates, TellWhichByteIsMissing) {
     EXPECT_EQ(indexes_of(other), std::vector<DWORD>{1});
 }
 
+TEST(FlashCandidates, WhatIsTakenForAByteThatWasNotGivenPassesNothingOver) {
+    RECORD zero = special_row("ZERO", 0x4D, 0x19, 0x00, 4);
+    zero.memory_type_index = 3;
+    const ROWS records{zero, row_of("USUAL", {0x01, 0x02, 0x19})};
+    const PGMDEV_FLASH_CANDIDATES four = candidates_of(records, {0x01, 0x02, 0x19, 0x4D});
+    EXPECT_EQ(four.taken(), 0U);
+    EXPECT_EQ(standings_of(four), (std::vector{STANDING::TAKEN, STANDING::ALIKE}));
+    EXPECT_EQ(standings_of(candidates_of(records, {0x01, 0x02, 0x19, 0x4D, 0x00})),
+              (std::vector{STANDING::TAKEN, STANDING::PASSED_OVER}));
+}
+
 TEST(FlashCandidates, BytesThatOnlyRepeatOrFillTellNothing) {
     const ROWS records{special_row("NEW", 0xBB, 0x21, 0x44, 4), row_of("OLD", {0x20, 0xBB, 0x21})};
     for (const RESPONSE& response :

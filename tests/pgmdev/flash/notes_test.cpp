@@ -161,6 +161,47 @@ TEST(FlashNotes, TellContradictionsOfTheIdentificationThatFitsBest) {
     EXPECT_EQ(notes.contradictions("CHIP", response, 2)[0].expected, "20");
 }
 
+TEST(FlashNotes, ADigitOfAnIdentificationMayBeOneOfARange) {
+    NOTES files;
+    const PGMDEV_FLASH_NOTES notes =
+        files
+            .identifications(
+                "device_name, identification\nNEW, 20[4-7]?\nOLD, 20[0-3]?\nOLDER, 200[0-0]\nBAD, 2[3-1]\nBAD, 2[3\n"
+                "BAD, [0-3]\nBAD, 2[0-]\nBAD, 2[0-g]\n")
+            .read();
+    constexpr const char* EXPECTED =
+        "pairs of hexadecimal digits in upper case, ? for any digit, [0-3] for one of these";
+    EXPECT_EQ(told(notes.identifications_file().faults),
+              (std::vector<PLACE_AND_TEXT>{
+                  {5, 6, EXPECTED}, {6, 6, EXPECTED}, {7, 6, EXPECTED}, {8, 6, EXPECTED}, {9, 6, EXPECTED}}));
+    using NAMES = std::vector<std::string>;
+    const auto devices = [&notes](BYTE second) {
+        const BYTE response[]{0x20, second};
+        return notes.devices_of(response, 2);
+    };
+    EXPECT_EQ(devices(0x3F), NAMES{"OLD"});
+    EXPECT_EQ(devices(0x40), NAMES{"NEW"});
+    EXPECT_EQ(devices(0x7F), NAMES{"NEW"});
+    EXPECT_EQ(devices(0x80), NAMES{});
+    EXPECT_EQ(devices(0x00), (NAMES{"OLD", "OLDER"}));
+    EXPECT_EQ(devices(0x01), NAMES{"OLD"});
+    const BYTE response[]{0x20, 0x44};
+    EXPECT_EQ(notes.contradictions("OLD", response, 2)[0].expected, "[0-3]?");
+}
+
+TEST(FlashNotes, ChipsOfAnotherIdentificationAreNotAmbiguous) {
+    NOTES files;
+    const PGMDEV_FLASH_NOTES notes =
+        files.ambiguities(HEADING + "012018, A B C, 5, by, voltage, volts\n012018, A B, 6, by, flow, flows\n")
+            .identifications("device_name, identification\nA, 0120184D01\nB, 0120184D00\n")
+            .read();
+    const BYTE response[]{0x01, 0x20, 0x18, 0x4D, 0x01};
+    const auto found = notes.ambiguities_of(response, 5);
+    ASSERT_EQ(found.size(), 1U);
+    EXPECT_EQ(found[0].chips, (std::vector<std::string>{"A", "C"}));
+    EXPECT_EQ(notes.ambiguities_of(response, 4).size(), 2U);
+}
+
 TEST(FlashNotes, AreHeldAgainstTheTable) {
     PGMDEV_SFL_FLASH_INFO chip = flash_reference::sample("CHIP");  // 20BA18
     NOTES files;

@@ -82,6 +82,18 @@ TEST(SfdpDamage, EveryByteOfTheHeadersWithExtremeValues) {
     }
 }
 
+TEST(SfdpDamage, EveryBitOfTheShippedDumpsFlipped) {
+    for (const auto& [name, seed] : shipped_dumps()) {
+        for (std::size_t place = 0; place < seed.size(); ++place) {
+            for (unsigned bit = 0; bit < 8; ++bit) {
+                BYTES bytes = seed;
+                bytes[place] = static_cast<BYTE>(bytes[place] ^ 1U << bit);
+                expect_sensible(read_from_heap(bytes), bytes.size());
+            }
+        }
+    }
+}
+
 TEST(SfdpDamage, ManyBytesAtRandom) {
     std::mt19937 random(216);  // NOLINT(cert-msc32-c,cert-msc51-cpp): the same every run
     const std::vector<BYTES> all = seeds();

@@ -43,7 +43,16 @@ TEST(SfdpHeaders, RefusedOnesTellByteFieldAndExpectation) {
     EXPECT_EQ(refusal_of({}), "byte 00h, signature: found the end of the dump, expected 53 46 44 50 (\"SFDP\")");
     EXPECT_EQ(refusal_of({'S', 'F'}),
               "byte 02h, signature: found the end of the dump, expected 53 46 44 50 (\"SFDP\")");
-    EXPECT_EQ(refusal_of(BYTES(64, 0xFF)), "byte 00h, signature: found FF FF FF FF, expected 53 46 44 50 (\"SFDP\")");
+    for (const BYTE idle : {BYTE{0x00}, BYTE{0xFF}}) {
+        const std::string digits = idle == 0 ? "00 00 00 00" : "FF FF FF FF";
+        EXPECT_EQ(refusal_of(BYTES(64, idle)), "byte 00h, signature: found " + digits +
+                                                   ", and nothing else: the flash has no SFDP, or nobody drives the "
+                                                   "data line, expected 53 46 44 50 (\"SFDP\")");
+    }
+    EXPECT_EQ(
+        refusal_of({0xFF, 'S', 'F', 'D', 'P', 6, 1}),
+        "byte 00h, signature: found FF 53 46 44; it stands 1 byte later: take those before it away, expected 53 46 "
+        "44 50 (\"SFDP\")");
     EXPECT_EQ(refusal_of(with_byte(3, 'Q')), "byte 03h, signature: found 53 46 44 51, expected 53 46 44 50 (\"SFDP\")");
     EXPECT_EQ(refusal_of(cut(good, 7)),
               "byte 07h, SFDP header: found the end of the dump, expected 16 bytes for both headers");

@@ -9,9 +9,10 @@
 #include "about/doctor_files.h"
 #include "about/version.h"
 #include "cfg.h"
-#include "configuration/environment.h"
 #include "configuration/keys.h"
+#include "files/environment.h"
 #include "pgmdev_user_flash.h"
+#include "terminal/printable.h"
 #include "terminal/schema.h"
 #include "terminal/screen.h"
 #include "terminal/text_table.h"
@@ -186,6 +187,7 @@ void run_doctor(const ARGUMENTS&, COMMAND& command) {
 VERB doctor_verb() {
     return VERB("doctor", "What is running with which files and settings, and what is wrong with them", "pgmdev doctor",
                 run_doctor)
+        .needs_no_settings()
         .tells("Exit code 1: something is wrong.\n")
         .answers(diagnosis_schema);
 }

@@ -2,9 +2,9 @@
 
 #include <fmt/core.h>
 
-#include "configuration/environment.h"
 #include "files/container.h"
 #include "files/database.h"
+#include "files/environment.h"
 #include "files/inspection.h"
 #include "pgmdev_dev_info_table.h"
 #include "pgmdev_flash_ini.h"
@@ -37,7 +37,7 @@ FILE_FINDING database(const DATABASE_KIND& kind, PLACE place) {
             info.state == INFO_FINDING::DIFFERS || info.state == INFO_FINDING::UNREADABLE) {
             finding.wrong = true;
             finding.state = "doubtful";
-            finding.remark += fmt::format("; {}", info.message);
+            finding.remark += fmt::format("; {}; compile it again, or remove that text", info.message);
         }
     } catch (const COMMAND_FAILURE& failure) {
         finding.wrong = true;

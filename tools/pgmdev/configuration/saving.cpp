@@ -8,7 +8,7 @@
 #include <iterator>
 #include <optional>
 
-#include "configuration/environment.h"
+#include "files/environment.h"
 #include "files/inspection.h"
 #include "files/output.h"
 #include "fio.h"
@@ -68,6 +68,11 @@ bool has_key(const CONFIGURATION_LINES& file, const std::string& key) {
     return std::any_of(file.lines.begin(), file.lines.end(), [&key](const LINE& line) { return sets(line, key); });
 }
 
+/// The user's own; the last one is that of the installation.
+std::size_t own_file(const std::vector<CONFIGURATION_LINES>& files) {
+    return files.size() > 1 ? files.size() - 2 : 0;
+}
+
 /// The file to write: of those that have the key, or else exist, the one that wins; or else the user's own.
 std::size_t file_in_use(const std::vector<CONFIGURATION_LINES>& files, const std::string& key) {
     for (std::size_t i = files.size(); i-- > 0;) {
@@ -80,7 +85,7 @@ std::size_t file_in_use(const std::vector<CONFIGURATION_LINES>& files, const std
             return i;
         }
     }
-    return files.size() > 1 ? files.size() - 2 : 0;  // the last one is that of the installation
+    return own_file(files);
 }
 
 /// Puts the setting in place of the last line that sets the key: that one counts.
@@ -99,9 +104,24 @@ void put(CONFIGURATION_LINES& file, const std::string& key, const std::string& v
     file.lines.push_back({text, end});
 }
 
+/// Replaces the file by its lines with the setting.
+void write_with(const PLACE& place, CONFIGURATION_LINES file, const std::string& key, const std::string& value) {
+    put(file, key, value);
+    std::vector<BYTE> contents;
+    for (const LINE& line : file.lines) {
+        contents.insert(contents.end(), line.text.begin(), line.text.end());
+        contents.insert(contents.end(), line.end.begin(), line.end.end());
+    }
+    std::error_code error;  // what keeps the directory from being made keeps the file from being written
+    std::filesystem::create_directories(fio_get_unc_full_path(place.path).parent_path(), error);
+    OUTPUT_FILE output(place.path);
+    output.write(contents);
+    output.commit();
+}
+
 }  // namespace
 
-PLACE save_setting(const std::string& key, const std::string& value) {
+SAVED_SETTING save_setting(const std::string& key, const std::string& value) {
     const std::vector<PLACE> places = configuration_places();
     std::vector<CONFIGURATION_LINES> files;
     files.reserve(places.size());
@@ -109,19 +129,18 @@ PLACE save_setting(const std::string& key, const std::string& value) {
         files.push_back(lines_of(place));
     }
     const std::size_t chosen = file_in_use(files, key);
-    put(files[chosen], key, value);
-    std::vector<BYTE> contents;
-    for (const LINE& line : files[chosen].lines) {
-        contents.insert(contents.end(), line.text.begin(), line.text.end());
-        contents.insert(contents.end(), line.end.begin(), line.end.end());
+    const std::size_t own = own_file(files);
+    try {
+        write_with(places[chosen], files[chosen], key, value);
+        return {places[chosen], ""};
+    } catch (const COMMAND_FAILURE& failure) {
+        const bool outweighs = chosen > own && has_key(files[chosen], key);
+        if (chosen == own || outweighs || failure.failure().code != FAILURE_CODE::OUTPUT_NOT_WRITABLE) {
+            throw;
+        }
+        write_with(places[own], files[own], key, value);
+        return {places[own], fmt::format("{}: {}", places[chosen].path, failure.failure().message)};
     }
-    const std::string& path = places[chosen].path;
-    std::error_code error;  // what keeps the directory from being made keeps the file from being written
-    std::filesystem::create_directories(fio_get_unc_full_path(path).parent_path(), error);
-    OUTPUT_FILE output(path);
-    output.write(contents);
-    output.commit();
-    return places[chosen];
 }
 
 std::string outweighed_by(const std::string& key) {

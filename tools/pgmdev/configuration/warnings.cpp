@@ -12,9 +12,9 @@
 #include <utility>
 #include <vector>
 
-#include "configuration/environment.h"
 #include "configuration/keys.h"
 #include "file_reader.h"
+#include "files/environment.h"
 #include "files/inspection.h"
 #include "files/origins.h"
 #include "fio.h"
@@ -23,9 +23,9 @@
 #include "terminal/did_you_mean.h"
 #include "terminal/failure.h"
 #include "terminal/given_options.h"
+#include "terminal/printable.h"
 #include "terminal/quiet.h"
 #include "terminal/standard_error.h"
-#include "terminal/text_table.h"
 #include "text_lines.h"
 
 namespace {

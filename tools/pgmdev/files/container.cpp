@@ -8,9 +8,9 @@
 #include "files/inspection.h"
 #include "files/origins.h"
 #include "terminal/failure.h"
+#include "terminal/printable.h"
 #include "terminal/quiet.h"
 #include "terminal/standard_error.h"
-#include "terminal/text_table.h"
 
 namespace {
 

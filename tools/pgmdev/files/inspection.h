@@ -3,6 +3,7 @@
 /// \file
 /// Looking at a file that something has failed on: as little of it as explains the failure.
 
+#include <filesystem>
 #include <string>
 #include <vector>
 
@@ -25,6 +26,9 @@ bool is_stream(const std::string& path);
 /// What the system says about its last error; "" when it says nothing.
 std::string system_reason();
 void forget_system_reason();
+
+/// Why the system would not let this user write the file, or make it in its directory; "" when it would.
+std::string reason_not_to_write(const std::filesystem::path& file);
 
 /// A reason of the system as a clause for people.
 std::string as_clause(const std::string& reason);

@@ -5,7 +5,7 @@
 #include <algorithm>
 
 #include "cfg.h"
-#include "configuration/environment.h"
+#include "files/environment.h"
 #include "gen.h"
 #include "pgm_common.h"
 #include "terminal/given_options.h"

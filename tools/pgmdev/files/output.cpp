@@ -34,7 +34,8 @@ std::string obstacle(const std::string& path, std::string reason) {
     if (!fs::is_directory(directory, error)) {
         return fs::exists(directory, error) ? "what should be its directory is none" : "its directory does not exist";
     }
-    return as_clause(reason);
+    const std::string forbidden = reason_not_to_write(native);  // calls behind the one that failed may have failed, too
+    return as_clause(forbidden.empty() ? reason : forbidden);
 }
 
 }  // namespace

@@ -30,6 +30,22 @@ std::string part_list_obstacle() {
     return inspect_file(part_list_place().path, 0).obstacle;
 }
 
+bool is_of_part_list(const PGMDEV_TABLE_FAULT& fault) {
+    return fault.expected.starts_with("a part list,");
+}
+
+FAILURE part_list_failure(std::optional<MSG_INTERNAL_ERROR_REPORT> report) {
+    const PLACE place = part_list_place();
+    const std::string obstacle = part_list_obstacle();
+    return {FAILURE_CODE::PART_LIST_UNREADABLE,
+            fmt::format("the part list cannot be read, since {}",
+                        obstacle.empty() ? "a line of it is none of a part list" : obstacle),
+            place.path,
+            place.tried,
+            "name the directory with h/pgm_parts.txt: --install-dir DIR",
+            std::move(report)};
+}
+
 void require_readable_table(const std::string& csv_file, const std::string& argument) {
     const std::string obstacle = table_obstacle(csv_file);
     if (!obstacle.empty()) {
@@ -50,12 +66,8 @@ COMMAND_FAILURE compile_failure(const std::string& csv_file, bool needs_part_lis
     if (!table.empty()) {
         return unreadable_table(csv_file, "CSV", table, report);
     }
-    const std::string part_list = needs_part_list ? part_list_obstacle() : "";
-    if (!part_list.empty()) {
-        const PLACE place = part_list_place();
-        return COMMAND_FAILURE({FAILURE_CODE::PART_LIST_UNREADABLE,
-                                fmt::format("the part list cannot be read, since {}", part_list), place.path,
-                                place.tried, "name the directory with h/pgm_parts.txt: --install-dir DIR", report});
+    if (needs_part_list && !part_list_obstacle().empty()) {
+        return COMMAND_FAILURE(part_list_failure(report));
     }
     return report.condition == FILE_CONDITION ? not_written : refused_table(csv_file, report);
 }

@@ -7,10 +7,17 @@
 #include <string>
 
 #include "files/output.h"
+#include "pgmdev_table_fault.h"
 #include "terminal/failure.h"
 
 /// Why the part list cannot be read: a clause for people; "" when it can.
 std::string part_list_obstacle();
+
+/// Whether what the library finds wrong with a table is that the part list cannot be read, or is none.
+bool is_of_part_list(const PGMDEV_TABLE_FAULT& fault);
+
+/// What to say of such a part list.
+FAILURE part_list_failure(std::optional<MSG_INTERNAL_ERROR_REPORT> report = {});
 
 /// A source table that cannot be read throws COMMAND_FAILURE; `argument` has named it. Pipes and devices are left to the
 /// library.

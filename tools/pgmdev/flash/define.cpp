@@ -10,10 +10,10 @@
 #include "flash/verbs.h"
 #include "pgmdev_user_flash.h"
 #include "terminal/library_output.h"
+#include "terminal/printable.h"
 #include "terminal/quiet.h"
 #include "terminal/screen.h"
 #include "terminal/standard_error.h"
-#include "terminal/text_table.h"
 
 // The verbs that make the encoded text of a flash of one's own.
 
@@ -31,8 +31,11 @@ JSON saved(const std::string& encoded, const ARGUMENTS& given) {
         return {};
     }
     const std::string key = PGMDEV_USER_FLASH::CONFIGURATION_KEY;
-    const PLACE place = save_setting(key, encoded);
+    const auto [place, passed_over] = save_setting(key, encoded);
     if (!is_quiet()) {
+        if (!passed_over.empty()) {
+            tell(fmt::format("warning: {}; your own configuration file has it instead", passed_over));
+        }
         tell(fmt::format("{} is saved in {} ({})", key, place.path, place.tried.front()));
     }
     const std::string stronger = outweighed_by(key);
@@ -125,7 +128,7 @@ public:
 
     bool ask_again(const PGMDEV_USER_FLASH::REFUSED_ANSWER& refused) {
         const std::string question = refused.question.substr(0, refused.question.rfind(" : "));
-        const std::string text = fmt::format("the answer \"{}\" to \"{}\" is refused; accepted: {}", refused.answer,
+        const std::string text = fmt::format(R"(the answer "{}" to "{}" is refused; accepted: {})", refused.answer,
                                              question, refused.accepted);
         if (input_is_terminal()) {
             m_prompts << printable(text) << '\n';

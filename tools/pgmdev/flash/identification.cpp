@@ -7,12 +7,14 @@
 #include "files/origins.h"
 #include "flash/aliases.h"
 #include "flash/database.h"
+#include "flash/log_line.h"
+#include "flash/named_rows.h"
 #include "gen.h"
 #include "pgmdev_flash_table.h"
 #include "terminal/command.h"
 #include "terminal/did_you_mean.h"
+#include "terminal/printable.h"
 #include "terminal/standard_error.h"
-#include "terminal/text_table.h"
 
 namespace {
 
@@ -41,6 +43,24 @@ std::vector<PGMDEV_FLASH_CONTRADICTION> compared_otherwise(const PGMDEV_SFL_FLAS
         }
     }
     return found;
+}
+
+/// What a flash answers that a record is recognised by, up to the first byte that it does not compare.
+ID_RESPONSE response_of(const PGMDEV_SFL_FLASH_INFO& record) {
+    ID_RESPONSE response;
+    for (const auto& each : PGMDEV_FLASH_CANDIDATES::compared_bytes(record, UINT8_MAX + 1)) {
+        if (each.position != response.count) {
+            break;
+        }
+        response.bytes[response.count++] = each.expected;
+    }
+    return response;
+}
+
+void add_new(std::vector<DWORD>& indexes, DWORD added, DWORD mapped) {
+    if (added != mapped && std::find(indexes.begin(), indexes.end(), added) == indexes.end()) {
+        indexes.push_back(added);
+    }
 }
 
 }  // namespace
@@ -109,9 +129,13 @@ std::vector<std::string> FLASH_IDENTIFIER::similar_names(const std::string& devi
 FLASH_IDENTIFICATION FLASH_IDENTIFIER::identify(DWORD position, FLASH_QUESTION question) {
     const DWORD count = m_manager.get_flash_count();
     ID_RESPONSE& bytes = question.bytes;
-    FLASH_IDENTIFICATION device{
-        question, INVALID_DWORD, {m_records, count, question.silicon_id, bytes.data(), bytes.count, &m_notes}, {}, {},
-        {}};
+    FLASH_IDENTIFICATION device{question,
+                                INVALID_DWORD,
+                                {m_records, count, question.silicon_id, bytes.data(), bytes.count, &m_notes},
+                                {},
+                                {},
+                                {},
+                                {}};
     const DWORD telling = device.candidates.telling_count();
     if (count != 0 && m_manager.flash_id_database_mapping(question.silicon_id, position, bytes.data())) {
         device.index = m_manager.get_flash_mapping_index(position, false);
@@ -125,6 +149,10 @@ FLASH_IDENTIFICATION FLASH_IDENTIFIER::identify(DWORD position, FLASH_QUESTION q
         device.contradictions = compared_otherwise(m_records[device.index], bytes);
     } else if (device.is_mapped() && !question.silicon_id) {
         device.contradictions = m_notes.contradictions(m_records[device.index].device_name, bytes.data(), telling);
+        if (!device.contradictions.empty()) {
+            device.fitting = m_notes.devices_of(bytes.data(), telling);
+            std::erase_if(device.fitting, [this](const std::string& name) { return !knows(name); });
+        }
     }
     if (!device.is_mapped()) {
         std::vector<DWORD> possible;
@@ -135,6 +163,44 @@ FLASH_IDENTIFICATION FLASH_IDENTIFIER::identify(DWORD position, FLASH_QUESTION q
         }
         device.nearest = possible.empty() ? device.candidates.nearest() : possible;
     }
+    return device;
+}
+
+std::optional<FLASH_IDENTIFICATION> FLASH_IDENTIFIER::identify_named(DWORD position,
+                                                                     const std::vector<std::string>& names) {
+    const DWORD count = m_manager.get_flash_count();
+    const NAMED_ROWS rows = rows_named(names, {m_records, count});
+    if (rows.meant.empty() && rows.family.empty()) {
+        return std::nullopt;
+    }
+    FLASH_QUESTION question;
+    question.text = names.front();
+    question.is_name = true;
+    if (rows.meant.empty()) {
+        const ID_RESPONSE none;
+        return FLASH_IDENTIFICATION{question, INVALID_DWORD, {m_records, 0, false, none.data(), 0}, {}, {},
+                                    {},       rows.family};
+    }
+    question.by_hand = rows.meant.front().name;
+    const DWORD index = rows.meant.front().index;
+    m_manager.set_flash_mapping_index(position, index);
+    const ID_RESPONSE bytes = response_of(m_records[index]);
+    FLASH_IDENTIFICATION device{question, index, {m_records, count, false, bytes.data(), bytes.count, &m_notes}, {}, {},
+                                {},       {}};
+    for (const NAMED_ROW& row : rows.meant) {
+        add_new(device.nearest, row.index, index);
+    }
+    for (const PGMDEV_FLASH_CANDIDATE& candidate : device.candidates.candidates()) {
+        const bool is_possible = candidate.standing != PGMDEV_FLASH_CANDIDATE::STANDING::PASSED_OVER &&
+                                 candidate.standing != PGMDEV_FLASH_CANDIDATE::STANDING::RULED_OUT;
+        if (is_possible && bytes.count >= LEAST_IDENTIFICATION && m_records[candidate.index].default_dev) {
+            add_new(device.nearest, candidate.index, index);
+        }
+    }
+    for (const DWORD each : rows.family) {
+        add_new(device.nearest, each, index);
+    }
+    device.ambiguities = m_notes.ambiguities_of(bytes.data(), bytes.count);
     return device;
 }
 

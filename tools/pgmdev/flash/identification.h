@@ -19,7 +19,8 @@ struct FLASH_QUESTION {
     std::string text;   ///< as it was given
     ID_RESPONSE bytes;  ///< none: only `by_hand` tells
     bool silicon_id = false;
-    std::string by_hand;  ///< the device name to map it to; "": the response decides
+    std::string by_hand;   ///< the device name to map it to; "": the response decides
+    bool is_name = false;  ///< another program has printed a name, and no response: `by_hand` is what it stands for
 
     /// "EF7017", or "silicon:13" for an electronic signature; with `all_silicon` all are. What is none throws USAGE_ERROR.
     static FLASH_QUESTION parse(const std::string& text, bool all_silicon);
@@ -32,7 +33,8 @@ struct FLASH_IDENTIFICATION {
     PGMDEV_FLASH_CANDIDATES candidates;
     std::vector<PGMDEV_FLASH_AMBIGUITY> ambiguities;
     std::vector<PGMDEV_FLASH_CONTRADICTION> contradictions;
-    std::vector<DWORD> nearest;  ///< records that an unmapped one may be, or is near to
+    std::vector<std::string> fitting;  ///< when contradictions are: devices whose whole identification it may be
+    std::vector<DWORD> nearest;  ///< further records that a name may mean; that an unmapped one may be, or is near to
 
     bool is_mapped() const { return index != INVALID_DWORD; }
     bool is_by_hand() const { return !question.by_hand.empty(); }
@@ -49,6 +51,9 @@ public:
 
     /// Maps the device at that position. A name of no record throws USAGE_ERROR.
     FLASH_IDENTIFICATION identify(DWORD position, FLASH_QUESTION question);
+
+    /// Likewise, by names that another program has printed, which are alternatives. Nothing when they stand for no record.
+    std::optional<FLASH_IDENTIFICATION> identify_named(DWORD position, const std::vector<std::string>& names);
 
     /// Over all devices that are mapped; nothing when none is.
     std::optional<DWORD> longest_program_utime();

@@ -8,8 +8,8 @@
 namespace {
 
 constexpr std::array STANDINGS{"taken", "alike", "open", "passed_over", "ruled_out"};
-constexpr std::array ODDITIES{"none",    "idle",    "stuck", "continuation", "late", "first_byte_missing",
-                              "shifted", "repeated"};
+constexpr std::array ODDITIES{"none",    "idle",     "stuck",   "continuation", "late", "first_byte_missing",
+                              "shifted", "reversed", "repeated"};
 
 /// In a line of a batch, "candidates" are names that may have been meant, as in every answer.
 const char* candidates_key(bool in_a_chain) {
@@ -155,6 +155,7 @@ JSON identification_json(DWORD position, const FLASH_IDENTIFICATION& device, FLA
     object["missing_bytes"] = missing_json(device.candidates);
     object["ambiguities"] = ambiguities_json(device, identifier);
     object["contradictions"] = contradictions_json(device);
+    object["fitting"] = device.fitting;
     object["oddity"] = oddity_json(device.candidates.oddity());
     object["nearest"] = nearest_json(device, identifier);
     object[candidates_key(in_a_chain)] = device.is_mapped() ? candidates_json(device, identifier) : JSON::array();
@@ -177,7 +178,8 @@ std::vector<SCHEMA_MEMBER> identification_members(bool in_a_chain) {
           SCHEMA_MEMBER{"by_hand", flag_schema()}, SCHEMA_MEMBER{"sure", flag_schema()},
           SCHEMA_MEMBER{"missing_bytes", array_schema(number_schema())},
           SCHEMA_MEMBER{"ambiguities", array_schema(ambiguity_schema())},
-          SCHEMA_MEMBER{"contradictions", array_schema(contradiction)}, SCHEMA_MEMBER{"oddity", or_null(oddity)},
+          SCHEMA_MEMBER{"contradictions", array_schema(contradiction)},
+          SCHEMA_MEMBER{"fitting", array_schema(text_schema())}, SCHEMA_MEMBER{"oddity", or_null(oddity)},
           SCHEMA_MEMBER{"nearest", array_schema(object_schema(named_record_members()))},
           SCHEMA_MEMBER{candidates_key(in_a_chain), array_schema(candidate_schema())}}) {
         members.push_back(member);

@@ -6,7 +6,7 @@
 #include "flash/aliases.h"
 #include "flash/identification.h"
 #include "flash/output.h"
-#include "terminal/text_table.h"
+#include "terminal/wrapped.h"
 
 // An identification for people: what may go wrong stands first.
 
@@ -26,7 +26,7 @@ struct DANGER {
 };
 
 void print_part(std::string_view label, const std::string& text) {
-    fmt::print("  {:<14}{}\n", label, printable(text));
+    print_labelled(fmt::format("  {}", label), SUMMARY_COLUMN, text);
 }
 
 /// The names, the first few of them, without repeating any.
@@ -85,17 +85,32 @@ void add_danger(std::vector<DANGER>& dangers, RISK risk, const std::string& harm
     }
 }
 
+/// Of each risk the worst difference.
+void add_dangers(std::vector<DANGER>& dangers, const std::vector<PGMDEV_FLASH_DIFFERENCE>& differences,
+                 const std::string& ending, const std::string& device) {
+    RISK told = RISK::NONE;
+    for (const PGMDEV_FLASH_DIFFERENCE& difference : differences) {
+        if (difference.risk < RISK::FLOW && difference.risk != told) {
+            told = difference.risk;
+            add_danger(dangers, told, difference.harm + ending, device);
+        }
+    }
+}
+
 /// What driving it as the taken record says would do to each other device that it may be, for each risk the worst.
 std::vector<DANGER> dangers_of(const FLASH_IDENTIFICATION& device, const FLASH_IDENTIFIER& identifier) {
     std::vector<DANGER> dangers;
     for (const PGMDEV_FLASH_CANDIDATE& candidate : device.candidates.candidates()) {
-        RISK told = RISK::NONE;
-        for (const PGMDEV_FLASH_DIFFERENCE& difference : candidate.differences) {
-            if (is_possible(candidate) && difference.risk < RISK::FLOW && difference.risk != told) {
-                told = difference.risk;
-                add_danger(dangers, told, difference.harm + bytes_to_read(missing_of(candidate)),
-                           identifier.record(candidate.index).device_name);
-            }
+        if (!device.question.is_name && is_possible(candidate)) {
+            add_dangers(dangers, candidate.differences, bytes_to_read(missing_of(candidate)),
+                        identifier.record(candidate.index).device_name);
+        }
+    }
+    for (const DWORD index : device.nearest) {
+        if (device.question.is_name && device.is_mapped()) {
+            const PGMDEV_SFL_FLASH_INFO& other = identifier.record(index);
+            add_dangers(dangers, PGMDEV_FLASH_CANDIDATES::differences(identifier.record(device.index), other), "",
+                        other.device_name);
         }
     }
     std::stable_sort(dangers.begin(), dangers.end(), [](const DANGER& a, const DANGER& b) { return a.risk < b.risk; });
@@ -120,7 +135,32 @@ void print_dangers(const FLASH_IDENTIFICATION& device, const FLASH_IDENTIFIER& i
     }
 }
 
+std::string shared_record_text(const std::string& name) {
+    const std::optional<FLASH_ALIAS> alias = find_flash_alias(name);
+    return alias ? fmt::format(": {} shares the record of {}: {}", alias->name, alias->device_name, alias->reason) : "";
+}
+
+/// A name that was printed somewhere is mapped to what it stands for, and tells no response.
+void print_name_certainty(const FLASH_IDENTIFICATION& device, const FLASH_IDENTIFIER& identifier) {
+    print_part("named", "by a name alone, not by its response" + shared_record_text(device.question.by_hand));
+    std::vector<std::string> all{identifier.record(device.index).device_name};
+    for (const DWORD index : device.nearest) {
+        all.push_back(identifier.record(index).device_name);
+    }
+    for (const PGMDEV_FLASH_AMBIGUITY& ambiguity : device.ambiguities) {
+        all.insert(all.end(), ambiguity.chips.begin(), ambiguity.chips.end());
+    }
+    if (std::count(all.begin(), all.end(), all.front()) != static_cast<std::ptrdiff_t>(all.size())) {
+        print_part("one of", joined(all) + "; identify the bytes that it answers to RDID (9F) to tell");
+    }
+    print_dangers(device, identifier);
+}
+
 void print_certainty(const FLASH_IDENTIFICATION& device, const FLASH_IDENTIFIER& identifier) {
+    if (device.question.is_name) {
+        print_name_certainty(device, identifier);
+        return;
+    }
     const PGMDEV_FLASH_CANDIDATES& all = device.candidates;
     std::vector<std::string> others{identifier.record(device.index).device_name};
     std::vector<std::string> passed_over;
@@ -130,17 +170,19 @@ void print_certainty(const FLASH_IDENTIFICATION& device, const FLASH_IDENTIFIER&
     }
     for (const PGMDEV_FLASH_CANDIDATE& candidate : all.candidates()) {
         const std::string& name = identifier.record(candidate.index).device_name;
-        if (candidate.standing == STANDING::PASSED_OVER && taken != nullptr) {
-            passed_over.push_back(fmt::format("{} ({} decides)", name, deciding_bytes(*taken, candidate)));
-        } else if (is_possible(candidate)) {
+        if (is_possible(candidate)) {
             others.push_back(name);
         }
     }
+    for (const PGMDEV_FLASH_CANDIDATE& candidate : all.candidates()) {
+        const std::string& name = identifier.record(candidate.index).device_name;
+        const bool is_open = std::find(others.begin(), others.end(), name) != others.end();  // by another row
+        if (candidate.standing == STANDING::PASSED_OVER && taken != nullptr && !is_open) {
+            passed_over.push_back(fmt::format("{} ({} decides)", name, deciding_bytes(*taken, candidate)));
+        }
+    }
     if (device.is_by_hand()) {
-        const std::optional<FLASH_ALIAS> alias = find_flash_alias(device.question.by_hand);
-        print_part("mapped", alias ? fmt::format("by hand: {} shares the record of {}: {}", alias->name,
-                                                 alias->device_name, alias->reason)
-                                   : "by hand");
+        print_part("mapped", "by hand" + shared_record_text(device.question.by_hand));
     } else if (device.question.silicon_id) {
         print_part("like", joined(others) + ": a signature names no maker, and several use the same ones");
     } else if (device.is_sure()) {
@@ -161,7 +203,8 @@ void print_certainty(const FLASH_IDENTIFICATION& device, const FLASH_IDENTIFIER&
 }
 
 void print_unmapped(DWORD position, const FLASH_IDENTIFICATION& device, const FLASH_IDENTIFIER& identifier) {
-    fmt::print("Device {} ({}): no record matches\n", position, printable(device.question.text));
+    print_sentence(fmt::format("Device {} ({}): no record {}", position, device.question.text,
+                               device.question.is_name ? "has this name" : "matches"));
     if (device.candidates.oddity().kind != PGMDEV_FLASH_ODDITY::KIND::NONE) {
         print_part("response", device.candidates.oddity().text);
     }
@@ -172,7 +215,7 @@ void print_unmapped(DWORD position, const FLASH_IDENTIFICATION& device, const FL
                                     compared_text(PGMDEV_FLASH_CANDIDATES::compared_bytes(record, UINT8_MAX + 1))));
     }
     if (!names.empty()) {
-        print_part(device.nearest == device.candidates.nearest() ? "near to" : "may be",
+        print_part(!device.question.is_name && device.nearest == device.candidates.nearest() ? "near to" : "may be",
                    joined(names) + bytes_to_read(device.candidates.missing_bytes()));
     }
     print_dangers(device, identifier);
@@ -181,18 +224,35 @@ void print_unmapped(DWORD position, const FLASH_IDENTIFICATION& device, const FL
     }
 }
 
+/// "00 to 3F" for "[0-3]?", which leaves the last digit open; other patterns are understood as they are.
+std::string expected_text(const std::string& pattern) {
+    constexpr std::size_t RANGE_LENGTH = 5;
+    const bool is_range = pattern.size() == RANGE_LENGTH + 1 && pattern.front() == '[' && pattern.back() == '?';
+    return is_range ? fmt::format("{}0 to {}F", pattern[1], pattern[3]) : pattern;
+}
+
 /// The response is not that of the device: what was compared, and what contradicts.
 void print_contradictions(DWORD position, const FLASH_IDENTIFICATION& device, const PGMDEV_SFL_FLASH_INFO& record) {
     std::string text;
     for (const PGMDEV_FLASH_CONTRADICTION& each : device.contradictions) {
         text += fmt::format("{}byte {} is {:02X}, not {}", text.empty() ? "" : ", ", each.position, each.found,
-                            each.expected);
+                            expected_text(each.expected));
     }
-    const std::string compared =
-        compared_text(PGMDEV_FLASH_CANDIDATES::compared_bytes(record, device.candidates.telling_count()));
-    fmt::print("Device {} ({}): {}", position, printable(device.question.text), device.is_by_hand() ? "note: " : "");
-    fmt::print("this is no {} {}: {}", printable(record.manufacturer_name), printable(record.device_name), text);
-    fmt::print("{}\n", device.is_by_hand() ? "" : "; it is mapped by " + compared + " only");
+    std::string line =
+        fmt::format("Device {} ({}): {}this is no {} {}: {}", position, device.question.text,
+                    device.is_by_hand() ? "note: " : "", record.manufacturer_name, record.device_name, text);
+    if (!device.is_by_hand()) {
+        line += "; it is mapped by " +
+                compared_text(PGMDEV_FLASH_CANDIDATES::compared_bytes(record, device.candidates.telling_count())) +
+                " only";
+    }
+    print_sentence(line);
+    if (!device.fitting.empty()) {
+        print_part("rather",
+                   joined(device.fitting) +
+                       fmt::format(", of which this may be a variant that has no row: --as {}={} drives it so",
+                                   position, device.fitting.front()));
+    }
 }
 
 }  // namespace
@@ -206,8 +266,8 @@ void print_identification(DWORD position, const FLASH_IDENTIFICATION& device, FL
     if (!device.contradictions.empty()) {
         print_contradictions(position, device, record);
     }
-    fmt::print("Device {} ({}): {} {}, record {}\n", position, printable(device.question.text),
-               printable(record.manufacturer_name), printable(record.device_name), device.index);
+    print_sentence(fmt::format("Device {} ({}): {} {}, record {}", position, device.question.text,
+                               record.manufacturer_name, record.device_name, device.index));
     if (device.candidates.oddity().kind != PGMDEV_FLASH_ODDITY::KIND::NONE) {
         print_part("response", device.candidates.oddity().text);
     }

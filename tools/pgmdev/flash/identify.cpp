@@ -15,7 +15,7 @@
 #include "flash/verbs.h"
 #include "terminal/answer.h"
 #include "terminal/failure.h"
-#include "terminal/text_table.h"
+#include "terminal/wrapped.h"
 
 namespace {
 
@@ -73,22 +73,21 @@ JSON told_json(const TOLD& told) {
 }
 
 void print_told(const TOLD& told) {
-    fmt::print("Line {}: {}\n", told.taken.line, printable(told.taken.text));
+    print_sentence(fmt::format("Line {}: {}", told.taken.line, told.taken.text));
     for (const LOG_FINDING& other : told.others) {
-        fmt::print("  line {} tells another one: {}\n", other.line, printable(other.text));
+        print_labelled("", 2, fmt::format("line {} tells another one: {}", other.line, other.text));
     }
 }
 
-void identify_chain(const std::vector<FLASH_QUESTION>& questions, const std::optional<TOLD>& told, COMMAND& command) {
-    FLASH_IDENTIFIER identifier(static_cast<DWORD>(questions.size()));
-    std::vector<FLASH_IDENTIFICATION> devices;
+/// Answers with what was identified.
+void give_chain(const std::vector<FLASH_IDENTIFICATION>& devices, FLASH_IDENTIFIER& identifier,
+                const std::optional<TOLD>& told, COMMAND& command) {
     std::vector<std::string> query;
     JSON array = JSON::array();
-    for (DWORD position = 0; position < questions.size(); ++position) {
-        devices.push_back(identifier.identify(position, questions[position]));
-        count_doubt(devices.back(), command);
-        query.push_back(questions[position].text);
-        array.push_back(identification_json(position, devices.back(), identifier, true));
+    for (const FLASH_IDENTIFICATION& device : devices) {
+        count_doubt(device, command);
+        array.push_back(identification_json(static_cast<DWORD>(query.size()), device, identifier, true));
+        query.push_back(device.question.text);
     }
     const std::optional<DWORD> longest = identifier.longest_program_utime();
     ANSWER answer;
@@ -113,6 +112,15 @@ void identify_chain(const std::vector<FLASH_QUESTION>& questions, const std::opt
         }
     };
     give_answer(query, answer, command);
+}
+
+void identify_chain(const std::vector<FLASH_QUESTION>& questions, const std::optional<TOLD>& told, COMMAND& command) {
+    FLASH_IDENTIFIER identifier(static_cast<DWORD>(questions.size()));
+    std::vector<FLASH_IDENTIFICATION> devices;
+    for (DWORD position = 0; position < questions.size(); ++position) {
+        devices.push_back(identifier.identify(position, questions[position]));
+    }
+    give_chain(devices, identifier, told, command);
 }
 
 std::vector<LOG_FINDING> findings_of(const std::string& file) {
@@ -149,21 +157,27 @@ void give_nothing(const JSON& query, std::string missing, std::vector<std::strin
     give_answer(query, answer, command);
 }
 
-/// A log that tells names: the first one that the database has.
+/// A log that tells names, and no response.
 void identify_name(const TOLD& told, COMMAND& command) {
     FLASH_IDENTIFIER identifier(1);
     const std::vector<std::string>& names = told.taken.names;
-    const auto known = std::find_if(names.begin(), names.end(),
-                                    [&](const std::string& name) { return identifier.record_named(name) != nullptr; });
-    if (known == names.end()) {
+    if (const auto device = identifier.identify_named(0, names)) {
+        give_chain({*device}, identifier, told, command);
+    } else {
         give_nothing(names, fmt::format("no flash is named \"{}\"", names.front()),
                      identifier.similar_names(names.front()), told, command);
-        return;
     }
-    FLASH_QUESTION question;
-    question.by_hand = *known;
-    question.text = *known;
-    identify_chain({question}, told, command);
+}
+
+/// The first one that the database knows: other devices have identifications, too. Or else the first one.
+const LOG_FINDING& most_telling(const std::vector<LOG_FINDING>& findings) {
+    FLASH_IDENTIFIER identifier(1);
+    const auto known = std::find_if(findings.begin(), findings.end(), [&identifier](const LOG_FINDING& finding) {
+        return finding.names.empty()
+                   ? identifier.identify(0, FLASH_QUESTION::parse(finding.response(), false)).is_mapped()
+                   : identifier.identify_named(0, finding.names).has_value();
+    });
+    return known != findings.end() ? *known : findings.front();
 }
 
 void identify_log(const std::string& file, COMMAND& command) {
@@ -173,7 +187,7 @@ void identify_log(const std::string& file, COMMAND& command) {
                      std::nullopt, command);
         return;
     }
-    TOLD told{findings.front(), {}};
+    TOLD told{most_telling(findings), {}};
     for (const LOG_FINDING& finding : findings) {
         const bool differs = finding.bytes != told.taken.bytes || finding.names != told.taken.names;
         if (differs && finding.kind != LOG_FINDING::KIND::DUMP) {  // a dump has other lines anyway
@@ -263,5 +277,5 @@ JSON identify_schema() {
     return any_of(
         {chain, question_schema(identification_members(false),
                                 {"position", "mapped", "index", "given", "telling", "by_hand", "sure", "missing_bytes",
-                                 "ambiguities", "contradictions", "oddity", "nearest", "admitted"})});
+                                 "ambiguities", "contradictions", "fitting", "oddity", "nearest", "admitted"})});
 }

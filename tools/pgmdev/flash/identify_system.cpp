@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <filesystem>
+#include <string_view>
 #include <system_error>
 
 #include "files/inspection.h"
@@ -144,6 +145,37 @@ fs::path spi_directory(const std::vector<std::string>& given) {
     return root;
 }
 
+/// The number whose digits a text begins with, without the zeros before it.
+std::string_view number_of(std::string_view text) {
+    text = text.substr(0, std::min(text.find_first_not_of("0123456789"), text.size()));
+    text.remove_prefix(std::min(text.find_first_not_of('0'), text.size()));
+    return text;
+}
+
+/// As people count: spi2.0 before spi10.0.
+bool comes_before(std::string_view a, std::string_view b) {
+    const auto digits = [](std::string_view text) {
+        return std::min(text.find_first_not_of("0123456789"), text.size());
+    };
+    while (!a.empty() && !b.empty()) {
+        if (digits(a) != 0 && digits(b) != 0) {
+            const std::string_view x = number_of(a);
+            const std::string_view y = number_of(b);
+            if (x != y) {
+                return x.size() != y.size() ? x.size() < y.size() : x < y;
+            }
+            a.remove_prefix(digits(a));
+            b.remove_prefix(digits(b));
+        } else if (a.front() != b.front()) {
+            return a.front() < b.front();
+        } else {
+            a.remove_prefix(1);
+            b.remove_prefix(1);
+        }
+    }
+    return a.size() < b.size();
+}
+
 /// The devices in their order; none where the kernel has no SPI bus.
 std::vector<fs::path> spi_devices(const fs::path& directory) {
     std::error_code error;
@@ -158,7 +190,9 @@ std::vector<fs::path> spi_devices(const fs::path& directory) {
     if (error) {
         throw unreadable_directory(directory, as_clause(error.message()), EXIT_INTERNAL_ERROR);
     }
-    std::sort(paths.begin(), paths.end());
+    std::sort(paths.begin(), paths.end(), [](const fs::path& a, const fs::path& b) {
+        return comes_before(utf8_from_path(a.filename()), utf8_from_path(b.filename()));
+    });
     return paths;
 }
 
@@ -186,6 +220,8 @@ void identify_system(const std::vector<std::string>& directories, COMMAND& comma
     for (DWORD position = 0; position < found.size(); ++position) {
         if (const auto question = question_of(found[position])) {
             found[position].identification = identifier.identify(position, *question);
+        } else if (const std::string& name = found[position].system->partname; !name.empty()) {
+            found[position].identification = identifier.identify_named(position, {name});
         }
     }
     give_known_flash(found, identifier, nothing_found(directory, paths.size()), command);

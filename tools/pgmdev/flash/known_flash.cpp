@@ -6,9 +6,10 @@
 
 #include "flash/sfdp_comparison.h"
 #include "flash/sfdp_json.h"
+#include "flash/sfdp_ranking.h"
 #include "flash/sfdp_text.h"
 #include "terminal/answer.h"
-#include "terminal/text_table.h"
+#include "terminal/wrapped.h"
 
 namespace {
 
@@ -16,6 +17,17 @@ namespace {
 const PGMDEV_SFL_FLASH_INFO* record_of(const KNOWN_FLASH& flash, const FLASH_IDENTIFIER& identifier) {
     return flash.identification && flash.identification->is_mapped() ? &identifier.record(flash.identification->index)
                                                                      : nullptr;
+}
+
+/// What it may be by its own words; nothing when these or its response are not known.
+std::vector<RANKED_RECORD> ranking_of(const KNOWN_FLASH& flash, const FLASH_IDENTIFIER& identifier) {
+    return flash.identification && flash.sfdp ? rank_by_sfdp(*flash.identification, identifier, *flash.sfdp)
+                                              : std::vector<RANKED_RECORD>();
+}
+
+/// Whether it is not what it is mapped to.
+bool is_another(const KNOWN_FLASH& flash, const FLASH_IDENTIFIER& identifier) {
+    return flash.identification && contradicts_mapping(*flash.identification, ranking_of(flash, identifier));
 }
 
 /// The record that follows from its own words.
@@ -31,7 +43,7 @@ PGMDEV_FLASH_SFDP::DERIVED_RECORD own_record(const KNOWN_FLASH& flash) {
 JSON unidentified_json(DWORD position) {
     JSON object{{"position", position}, {"mapped", false},  {"index", nullptr}, {"given", DWORD{0}},
                 {"telling", DWORD{0}},  {"by_hand", false}, {"sure", false},    {"oddity", nullptr}};
-    for (const char* list : {"missing_bytes", "ambiguities", "contradictions", "nearest", "candidates"}) {
+    for (const char* list : {"missing_bytes", "ambiguities", "contradictions", "fitting", "nearest", "candidates"}) {
         object[list] = JSON::array();
     }
     return object;
@@ -51,6 +63,8 @@ JSON known_flash_json(DWORD position, const KNOWN_FLASH& flash, FLASH_IDENTIFIER
     if (flash.sfdp) {
         const PGMDEV_SFL_FLASH_INFO* record = record_of(flash, identifier);
         object["comparison"] = record != nullptr ? comparison_json(compare_with_sfdp(*record, *flash.sfdp)) : JSON();
+        object["sure"] = flash.identification && flash.identification->is_sure() && !is_another(flash, identifier);
+        object["ranking"] = ranking_json(ranking_of(flash, identifier), identifier);
         object["sfdp"] = sfdp_json(*flash.sfdp);
         object["record"] = derived_record_json(own_record(flash));
     }
@@ -75,21 +89,29 @@ void print_own_words(const KNOWN_FLASH& flash, const PGMDEV_SFL_FLASH_INFO* reco
         print_derived_record(own_record(flash));
     }
     for (const std::string& warning : flash.sfdp->warnings()) {
-        fmt::print("The flash's own words are odd: {}\n", printable(warning));
+        print_sentence("The flash's own words are odd: " + warning);
     }
 }
 
 void print_known_flash(DWORD position, const KNOWN_FLASH& flash, FLASH_IDENTIFIER& identifier) {
+    const std::vector<RANKED_RECORD> ranking = ranking_of(flash, identifier);
+    const bool harms = is_another(flash, identifier);
+    if (harms) {
+        print_ranking(position, *flash.identification, ranking, identifier);
+    }
     if (flash.identification) {
         print_identification(position, *flash.identification, identifier);
     } else {
         fmt::print("Device {}: its response is not known\n", position);
     }
     if (flash.system) {
-        fmt::print("{}\n", printable(system_text(*flash.system)));
+        print_sentence(system_text(*flash.system));
         for (const std::string& problem : flash.system->problems) {
-            fmt::print("  {}\n", printable(problem));
+            print_labelled("", 2, problem);
         }
+    }
+    if (!ranking.empty() && !harms) {
+        print_ranking(position, *flash.identification, ranking, identifier);
     }
     if (flash.sfdp) {
         print_own_words(flash, record_of(flash, identifier));
@@ -105,7 +127,9 @@ void give_known_flash(const std::vector<KNOWN_FLASH>& flash, FLASH_IDENTIFIER& i
     for (const KNOWN_FLASH& each : flash) {
         devices.push_back(known_flash_json(static_cast<DWORD>(query.size()), each, identifier));
         query.push_back(each.query);
-        if (each.identification && each.identification->is_doubtful()) {
+        const bool is_doubtful = each.identification && each.identification->is_doubtful();
+        const bool is_by_hand = each.identification && each.identification->is_by_hand();
+        if (is_doubtful || (!is_by_hand && is_another(each, identifier))) {
             command.result = std::max(command.result, EXIT_NOT_FOUND);
         }
     }
@@ -131,6 +155,7 @@ std::vector<SCHEMA_MEMBER> known_flash_members() {
                                        {"partname", text_schema()},
                                        {"problems", array_schema(text_schema())}});
     return {{"comparison", or_null(comparison_schema()), false},
+            {"ranking", ranking_schema(), false},
             {"sfdp", object_schema(sfdp_members()), false},
             {"record", derived_record_schema(), false},
             {"system", system, false}};

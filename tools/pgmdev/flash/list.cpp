@@ -70,7 +70,9 @@ TEXT_TABLE table_of(bool every_row) {
         heading.insert(heading.begin(), "row");
         heading.insert(heading.end() - 1, "enabled");
     }
-    return TEXT_TABLE(std::move(heading));
+    TEXT_TABLE table(std::move(heading));
+    table.leaves_out(record_columns_that_matter_least());
+    return table;
 }
 
 std::vector<std::string> cells_of(const FLASH_ROW& row, bool every_row) {

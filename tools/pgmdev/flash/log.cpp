@@ -104,6 +104,7 @@ std::vector<LOG_FINDING> find_in_log(std::istream& log) {
     };
     SPREAD_IDENTIFICATION spread;
     std::size_t number = 0;
+    std::size_t announced = 0;  // in that line; 0: nowhere
     std::size_t left = MOST_CHARACTERS;
     for (std::string line; read_line(log, line, left);) {
         ++number;
@@ -114,6 +115,10 @@ std::vector<LOG_FINDING> find_in_log(std::istream& log) {
         if (bytes.size() < LEAST_IDENTIFICATION) {
             bytes = spread.take(line, number);
         }
+        if (bytes.empty() && announced != 0 && announced + 1 == number) {
+            bytes = dump_in(line);
+        }
+        announced = bytes.empty() && announces_identification(line) ? number : 0;
         using enum LOG_FINDING::KIND;
         if (bytes.size() >= LEAST_IDENTIFICATION) {
             add({BYTES, number, line, bytes, {}});

@@ -19,12 +19,16 @@ constexpr std::string_view RAW_PHRASE = "rx |";
 
 /// What stands before the bytes of an identification. The longer phrases come first.
 constexpr std::array PHRASES{
-    std::string_view("jedec id bytes"), std::string_view("id bytes"),  std::string_view("jedec id"),
-    std::string_view("jedec_id"),       std::string_view("jedec-id"),  std::string_view("jedec:"),
-    std::string_view("rdid"),           std::string_view("read id"),   std::string_view("flash id"),
-    std::string_view("chip id"),        std::string_view("device id"), std::string_view("spi id"),
-    std::string_view("identification"), std::string_view("idcode"),    std::string_view("nor id"),
-    std::string_view("nor: id"),        std::string_view("read_id"),   RAW_PHRASE,
+    std::string_view("jedec id bytes"), std::string_view("id bytes"),
+    std::string_view("jedec id"),       std::string_view("jedec_id"),
+    std::string_view("jedec-id"),       std::string_view("jedec:"),
+    std::string_view("rdid"),           std::string_view("read id"),
+    std::string_view("flash id"),       std::string_view("chip id"),
+    std::string_view("device id"),      std::string_view("spi id"),
+    std::string_view("identification"), std::string_view("idcode"),
+    std::string_view("nor id"),         std::string_view("nor: id"),
+    std::string_view("read_id"),        std::string_view("flashid"),
+    std::string_view("id code"),        RAW_PHRASE,
 };
 
 /// Those before a number whose lowest byte is the maker's.
@@ -38,11 +42,18 @@ constexpr std::array FIELD_SETS{
     std::array{std::string_view("vendor id"), std::string_view("memory type"), std::string_view("capacity")},
     std::array{std::string_view("manufacturer id"), std::string_view("device id"), std::string_view("")},
     std::array{std::string_view("manufacturer:"), std::string_view("device:"), std::string_view("")},
+    std::array{std::string_view("manufacturer:"), std::string_view("memory type"), std::string_view("capacity")},
+    std::array{std::string_view("vendor:"), std::string_view("device id"), std::string_view("")},
 };
 
-/// What stands before the name of a flash.
-constexpr std::array NAME_PHRASES{std::string_view("sf: detected "), std::string_view("flash chip \""),
-                                  std::string_view("flash chip: "), std::string_view("flash device '")};
+/// What stands before the name of a flash, or of its maker and the flash, and what else a line has that tells it.
+struct NAME_PHRASE {
+    std::string_view before;
+    std::string_view besides;
+};
+constexpr std::array NAME_PHRASES{NAME_PHRASE{"sf: detected ", ""}, NAME_PHRASE{"flash chip \"", ""},
+                                  NAME_PHRASE{"flash chip: ", ""}, NAME_PHRASE{"flash device '", ""},
+                                  NAME_PHRASE{"detected: ", "sectors size"}};
 
 std::string lower(std::string text) {
     std::transform(text.begin(), text.end(), text.begin(), ascii_lower);
@@ -199,6 +210,20 @@ bool is_name(const std::string& word) {
     return word.size() >= 4 && any([](int c) { return std::isdigit(c); }) && any([](int c) { return std::isalpha(c); });
 }
 
+/// The maker's, and that of the flash.
+constexpr std::size_t WORDS_OF_A_NAME = 2;
+
+/// The words that a text begins with; names may be in quotation marks, and have parentheses.
+std::vector<std::string> words_at(std::string_view text) {
+    std::vector<std::string> words;
+    while (!text.empty() && words.size() < WORDS_OF_A_NAME) {
+        const std::size_t end = std::min(text.find_first_of(" \t\r\"',"), text.size());
+        words.emplace_back(text.substr(0, end));
+        text.remove_prefix(std::min(end + 1, text.size()));
+    }
+    return words;
+}
+
 /// A name, or several with strokes between them.
 std::vector<std::string> names_of(const std::string& words) {
     std::vector<std::string> names;
@@ -225,7 +250,10 @@ std::string kernel_name(const std::string& line) {
         return tokens[1];
     }
     const bool states_size = line.find("bytes)", colon) != std::string::npos;
-    return states_size && !tokens.empty() ? tokens[0] : "";
+    const auto name = std::find_if(tokens.begin(), tokens.end(), is_name);  // behind that of the maker, if there is one
+    return states_size && name != tokens.end() && static_cast<std::size_t>(name - tokens.begin()) < WORDS_OF_A_NAME
+               ? *name
+               : "";
 }
 
 }  // namespace
@@ -236,7 +264,15 @@ std::vector<BYTE> identification_in(const std::string& line) {
     if (bytes.empty()) {
         bytes = behind_number_phrases(text);
     }
-    return bytes.empty() ? behind_phrases(text) : bytes;
+    const BYTES more = behind_phrases(text);
+    const bool goes_on = more.size() > bytes.size() && std::equal(bytes.begin(), bytes.end(), more.begin());
+    return goes_on ? more : bytes;
+}
+
+bool announces_identification(const std::string& line) {
+    const std::string text = lower(line);
+    const auto stands_in = [&text](std::string_view phrase) { return text.find(phrase) != std::string::npos; };
+    return std::any_of(PHRASES.begin(), PHRASES.end(), stands_in);
 }
 
 std::vector<BYTE> field_in(const std::string& line, std::string_view field) {
@@ -273,13 +309,19 @@ std::vector<BYTE> dump_in(const std::string& line) {
 
 std::vector<std::string> names_in(const std::string& line) {
     const std::string text = lower(line);
-    for (const std::string_view phrase : NAME_PHRASES) {
-        const std::size_t place = text.find(phrase);
-        if (place != std::string::npos) {
-            const std::size_t begin = place + phrase.size();
-            const std::size_t end = line.find_first_of(" \t\r\"',", begin);
-            return names_of(line.substr(begin, std::min(end, line.size()) - begin));
+    for (const NAME_PHRASE& phrase : NAME_PHRASES) {
+        const std::size_t place = text.find(phrase.before);
+        if (place == std::string::npos || text.find(phrase.besides) == std::string::npos) {
+            continue;
         }
+        const std::vector<std::string> words = words_at(std::string_view(line).substr(place + phrase.before.size()));
+        for (const std::string& word : words) {
+            std::vector<std::string> names = names_of(word);
+            if (!names.empty()) {
+                return names;
+            }
+        }
+        return {};
     }
     return names_of(kernel_name(text));
 }

@@ -17,6 +17,9 @@ inline constexpr std::size_t LEAST_IDENTIFICATION = 3;
 /// fewer than LEAST_IDENTIFICATION.
 std::vector<BYTE> identification_in(const std::string& line);
 
+/// Whether the line speaks of an identification, so that bytes in the next one are probably those of it.
+bool announces_identification(const std::string& line);
+
 /// The bytes behind a field such as "manufacturer:" or "memory type"; none when the line has it not.
 std::vector<BYTE> field_in(const std::string& line, std::string_view field);
 

@@ -8,7 +8,10 @@
 
 #include "pgmdev_cell.h"
 #include "terminal/listing.h"
+#include "terminal/printable.h"
+#include "terminal/size_text.h"
 #include "terminal/text_table.h"
+#include "terminal/wrapped.h"
 
 namespace {
 
@@ -37,15 +40,6 @@ std::string identified_by(const RECORD& record) {
 }
 
 }  // namespace
-
-std::string size_text(QWORD bits) {
-    constexpr DWORD MBIT = 1024 * 1024;
-    constexpr DWORD KBIT = 1024;
-    if (bits != 0 && bits % MBIT == 0) {
-        return fmt::format("{} Mbit", bits / MBIT);
-    }
-    return bits != 0 && bits % KBIT == 0 ? fmt::format("{} Kbit", bits / KBIT) : fmt::format("{} bit", bits);
-}
 
 void add_members(JSON& object, const RECORD& record) {
     for (const PGMDEV_SFL_FLASH_MEMBER& member : PGMDEV_SFL_FLASH_MEMBERS) {
@@ -97,7 +91,7 @@ void print_summary(const RECORD& record) {
         }
     }
     const auto line = [](std::string_view label, const std::string& text) {
-        fmt::print("  {:<14}{}\n", label, printable(text));
+        print_labelled(fmt::format("  {}", label), SUMMARY_COLUMN, text);
     };
     line("recognised by", identified_by(record));
     line("size", fmt::format("{}, {} die{}, sectors of {} bytes", size_text(record.device_bit_size), record.die_count,
@@ -118,6 +112,10 @@ std::vector<std::string> record_heading() {
     return {"index", "manufacturer", "device", "recognised by", "size", "sector", "voltage", "default", "switch"};
 }
 
+std::vector<std::string> record_columns_that_matter_least() {
+    return {"recognised by", "default", "sector"};
+}
+
 std::vector<std::string> record_cells(const RECORD& record) {
     return {record.manufacturer_name,
             record.device_name,
@@ -132,6 +130,7 @@ std::vector<std::string> record_cells(const RECORD& record) {
 void print_records(const RECORD* records, DWORD count, const ARGUMENTS& given, const COMMAND& command) {
     std::vector<JSON> rows;
     TEXT_TABLE table(record_heading());
+    table.leaves_out(record_columns_that_matter_least());
     for (DWORD i = 0; i < count; ++i) {
         rows.push_back(record_json(i, records[i]));
         std::vector<std::string> cells = record_cells(records[i]);

@@ -7,7 +7,8 @@
 
 #include "flash/output.h"
 #include "flash/sfdp_json.h"
-#include "terminal/text_table.h"
+#include "terminal/size_text.h"
+#include "terminal/wrapped.h"
 
 namespace {
 
@@ -15,8 +16,9 @@ using TEXTS = std::vector<std::string>;
 
 /// One below the other, under one label.
 void print_lines(std::string_view label, const TEXTS& lines) {
+    constexpr std::size_t COLUMN = 18;
     for (const std::string& line : lines) {
-        fmt::print("  {:<16}{}\n", label, printable(line));
+        print_labelled(label.empty() ? "" : fmt::format("  {}", label), COLUMN, line);
         label = "";
     }
 }
@@ -119,7 +121,7 @@ std::string duration_text(const PGMDEV_FLASH_SFDP::DURATION& time, const char* u
 
 void print_sfdp(const std::string& title, const PGMDEV_FLASH_SFDP& sfdp) {
     const PGMDEV_FLASH_SFDP::BASIC_TABLE& basic = sfdp.basic();
-    fmt::print("{}: SFDP {}.{} ({})\n", printable(title), sfdp.major(), sfdp.minor(), sfdp.standard());
+    print_sentence(fmt::format("{}: SFDP {}.{} ({})", title, sfdp.major(), sfdp.minor(), sfdp.standard()));
     print_lines("tables", table_lines(sfdp));
     print_lines("size", {basic.density_bits ? fmt::format("{}, {} bytes", size_text(*basic.density_bits), basic.bytes())
                                             : std::string("not known")});
@@ -142,7 +144,7 @@ void print_sfdp(const std::string& title, const PGMDEV_FLASH_SFDP& sfdp) {
 
 void print_derived_record(const PGMDEV_FLASH_SFDP::DERIVED_RECORD& derived) {
     if (!derived.obstacle.empty()) {
-        fmt::print("No record follows: {}\n", printable(derived.obstacle));
+        print_sentence("No record follows: " + derived.obstacle);
         return;
     }
     fmt::print("Record that follows, as a row of the source table:\n{}\n", source_row(derived.record));
@@ -153,6 +155,7 @@ void print_derived_record(const PGMDEV_FLASH_SFDP::DERIVED_RECORD& derived) {
     }
     fmt::print("Assumed, since the chip does not tell it:\n");
     for (const auto& [member, taken] : derived.assumed) {
-        fmt::print("  {:<20}{}\n", member, taken);
+        constexpr std::size_t COLUMN = 22;
+        print_labelled(fmt::format("  {}", member), COLUMN, taken);
     }
 }

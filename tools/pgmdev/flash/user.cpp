@@ -8,8 +8,8 @@
 #include "flash/verbs.h"
 #include "pgmdev_user_flash.h"
 #include "terminal/answer.h"
+#include "terminal/printable.h"
 #include "terminal/standard_error.h"
-#include "terminal/text_table.h"
 
 namespace {
 

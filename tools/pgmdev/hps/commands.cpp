@@ -7,11 +7,11 @@
 #include <vector>
 
 #include "files/container.h"
-#include "flash/output.h"
 #include "hps/edit.h"
 #include "hps/port.h"
 #include "pgmdev_hps_mgr.h"
 #include "terminal/listing.h"
+#include "terminal/size_text.h"
 #include "terminal/text_table.h"
 
 namespace {

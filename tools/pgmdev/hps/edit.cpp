@@ -190,29 +190,33 @@ void show_entry(std::size_t index, const typename FLASH::RECORD& record, const c
     }
 }
 
-/// Whether the user's list, which has `count` entries, has that one; says why not.
+/// Refuses an entry that is not among the first `count`, which are the user's.
 template <class FLASH>
-bool is_of_user(std::size_t index, std::size_t count, COMMAND& command) {
+void require_entry_of_user(std::size_t index, std::size_t count) {
     if (index < count) {
-        return true;
+        return;
     }
     const bool built_in = index < FLASH::MANAGER::get_mgr()->get_list().size();
-    print_error("pgmdev: entry {} {}\n", index, built_in ? "is built in and stays" : "does not exist");
-    command.result = EXIT_NOT_FOUND;
-    return false;
+    const std::string what = fmt::format("entry {} {}", index, built_in ? "is built in and stays" : "does not exist");
+    const std::string advice =
+        built_in ? fmt::format("hps add {} --like {} makes one of your own of it", FLASH::VERB_NAME, index)
+                 : fmt::format("hps {} lists all", FLASH::VERB_NAME);
+    throw COMMAND_FAILURE(
+        {built_in ? FAILURE_CODE::ENTRY_BUILT_IN : FAILURE_CODE::ENTRY_MISSING, what, "", {}, advice, {}},
+        EXIT_NOT_FOUND);
 }
 
 }  // namespace
 
 template <class FLASH>
 void add_entry(const std::vector<std::string>& assignments, std::optional<std::size_t> like,
-               std::optional<std::size_t> before, COMMAND& command) {
+               std::optional<std::size_t> before, const COMMAND& command) {
     const CONTAINER_LOCK lock;  // before the list is read
     const typename FLASH::RECORD record = new_record<FLASH>(assignments, like);
     auto records = editable_list<FLASH>();
     const std::size_t place = before.value_or(records.size());
-    if (before && !is_of_user<FLASH>(place, records.size(), command)) {
-        return;
+    if (before) {
+        require_entry_of_user<FLASH>(place, records.size());
     }
     records.insert(records.begin() + static_cast<std::ptrdiff_t>(place), &record);
     write_list<FLASH>(records);
@@ -220,12 +224,10 @@ void add_entry(const std::vector<std::string>& assignments, std::optional<std::s
 }
 
 template <class FLASH>
-void edit_entry(std::size_t index, const std::vector<std::string>& assignments, COMMAND& command) {
+void edit_entry(std::size_t index, const std::vector<std::string>& assignments, const COMMAND& command) {
     const CONTAINER_LOCK lock;  // before the list is read
     auto records = editable_list<FLASH>();
-    if (!is_of_user<FLASH>(index, records.size(), command)) {
-        return;
-    }
+    require_entry_of_user<FLASH>(index, records.size());
     const typename FLASH::RECORD record = new_record<FLASH>(assignments, index);
     records[index] = &record;
     write_list<FLASH>(records);
@@ -233,12 +235,10 @@ void edit_entry(std::size_t index, const std::vector<std::string>& assignments, 
 }
 
 template <class FLASH>
-void remove_entry(std::size_t index, COMMAND& command) {
+void remove_entry(std::size_t index, const COMMAND& command) {
     const CONTAINER_LOCK lock;  // before the list is read
     auto records = editable_list<FLASH>();
-    if (!is_of_user<FLASH>(index, records.size(), command)) {
-        return;
-    }
+    require_entry_of_user<FLASH>(index, records.size());
     const typename FLASH::RECORD record = *records[index];
     records.erase(records.begin() + static_cast<std::ptrdiff_t>(index));
     write_list<FLASH>(records);
@@ -246,10 +246,10 @@ void remove_entry(std::size_t index, COMMAND& command) {
 }
 
 template void add_entry<HPS_NAND>(const std::vector<std::string>&, std::optional<std::size_t>,
-                                  std::optional<std::size_t>, COMMAND&);
+                                  std::optional<std::size_t>, const COMMAND&);
 template void add_entry<HPS_SPI>(const std::vector<std::string>&, std::optional<std::size_t>,
-                                 std::optional<std::size_t>, COMMAND&);
-template void edit_entry<HPS_NAND>(std::size_t, const std::vector<std::string>&, COMMAND&);
-template void edit_entry<HPS_SPI>(std::size_t, const std::vector<std::string>&, COMMAND&);
-template void remove_entry<HPS_NAND>(std::size_t, COMMAND&);
-template void remove_entry<HPS_SPI>(std::size_t, COMMAND&);
+                                 std::optional<std::size_t>, const COMMAND&);
+template void edit_entry<HPS_NAND>(std::size_t, const std::vector<std::string>&, const COMMAND&);
+template void edit_entry<HPS_SPI>(std::size_t, const std::vector<std::string>&, const COMMAND&);
+template void remove_entry<HPS_NAND>(std::size_t, const COMMAND&);
+template void remove_entry<HPS_SPI>(std::size_t, const COMMAND&);

@@ -39,12 +39,12 @@ JSON entry_schema() {
 /// comes before the user's entry `before`, or behind all of them.
 template <class FLASH>
 void add_entry(const std::vector<std::string>& assignments, std::optional<std::size_t> like,
-               std::optional<std::size_t> before, COMMAND& command);
+               std::optional<std::size_t> before, const COMMAND& command);
 
 /// Changes fields of an entry of the user's.
 template <class FLASH>
-void edit_entry(std::size_t index, const std::vector<std::string>& assignments, COMMAND& command);
+void edit_entry(std::size_t index, const std::vector<std::string>& assignments, const COMMAND& command);
 
 /// Removes an entry of the user's by its index in the list.
 template <class FLASH>
-void remove_entry(std::size_t index, COMMAND& command);
+void remove_entry(std::size_t index, const COMMAND& command);

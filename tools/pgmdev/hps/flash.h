@@ -21,6 +21,7 @@ struct FIELD_DEFAULT {
 struct HPS_NAND {
     using RECORD = PGMDEV_HPS_NAND_STRUCTURE;
     using MANAGER = PGMDEV_HPS_NAND_MGR;
+    static constexpr std::string_view VERB_NAME = "nand";  ///< of the verb that lists them
     static constexpr PGMDEV_FLASH_INI_ENUM BLOCK = PGMDEV_FLASH_INI_HPS_NAND;
     static constexpr std::string_view STAMP = PGMDEV_HPS_NAND_STAMP;
     static constexpr const auto& MEMBERS = PGMDEV_HPS_NAND_MEMBERS;
@@ -32,6 +33,7 @@ struct HPS_NAND {
 struct HPS_SPI {
     using RECORD = PGMDEV_HPS_SPI_STRUCTURE;
     using MANAGER = PGMDEV_HPS_SPI_MGR;
+    static constexpr std::string_view VERB_NAME = "spi";
     static constexpr PGMDEV_FLASH_INI_ENUM BLOCK = PGMDEV_FLASH_INI_HPS_SPI;
     static constexpr std::string_view STAMP = PGMDEV_HPS_SPI_STAMP;
     static constexpr const auto& MEMBERS = PGMDEV_HPS_SPI_MEMBERS;

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <array>
 
-#include "names/device_names.h"
+#include "catalog/device_names.h"
 #include "names/enum_commands.h"
 #include "nouns.h"
 #include "pgmdev_mgr.h"

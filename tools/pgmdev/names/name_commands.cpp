@@ -4,7 +4,7 @@
 #include <variant>
 #include <vector>
 
-#include "names/device_names.h"
+#include "catalog/device_names.h"
 #include "names/spellings.h"
 #include "nouns.h"
 #include "terminal/answer.h"

@@ -2,7 +2,7 @@
 
 #include <charconv>
 
-#include "names/device_names.h"
+#include "catalog/device_names.h"
 #include "names/part_list.h"
 #include "nouns.h"
 #include "pgmdev_mgr.h"

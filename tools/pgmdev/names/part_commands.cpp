@@ -1,7 +1,7 @@
 #include <fmt/core.h>
 
+#include "catalog/device_names.h"
 #include "dev.h"
-#include "names/device_names.h"
 #include "names/part_from_pcf.h"
 #include "names/part_info.h"
 #include "names/part_list.h"

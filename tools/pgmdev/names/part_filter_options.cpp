@@ -6,8 +6,8 @@
 #include <array>
 #include <utility>
 
+#include "catalog/device_names.h"
 #include "gen.h"
-#include "names/device_names.h"
 #include "names/part_values.h"
 #include "terminal/did_you_mean.h"
 #include "terminal/filtered_listing.h"

@@ -7,8 +7,10 @@
 #include <memory>
 #include <utility>
 
-#include "names/device_names.h"
+#include "catalog/device_names.h"
+#include "gen.h"
 #include "names/part_entries.h"
+#include "pgmdev_device_grammar_mgr.h"
 #include "pgmdev_mgr.h"
 #include "stl.h"
 #include "terminal/answer.h"
@@ -38,11 +40,26 @@ std::vector<std::string> parts_of(std::string pcf) {
     return names;
 }
 
+/// The library's answer. To a blank name it gives any part whose name is no programming name.
+std::string first_part_of(const std::string& pcf) {
+    return pcf.empty() ? "" : PGMDEV_MGR::get_part_name_from_pcf(pcf);
+}
+
+bool is_name_of_device(const std::string& pcf) {
+    const std::vector<std::string>& known = device_names();
+    return std::any_of(known.begin(), known.end(), [&pcf](const std::string& device) {
+        return gen_stricmp(PGMDEV_DEVICE_GRAMMAR_MGR::get_dev_part_pcf(device), pcf) == 0;
+    });
+}
+
 ANSWER not_found(const std::string& pcf, const std::vector<std::string>& parts) {
     ANSWER answer;
     answer.found = false;
     answer.content = {{"name", pcf}, {"part", nullptr}};
-    if (parts.empty()) {
+    if (parts.empty() && is_name_of_device(pcf)) {
+        answer.missing =
+            fmt::format("no part has the programmer-file part name \"{}\": its devices have no parts", pcf);
+    } else if (parts.empty()) {
         answer.missing = fmt::format("there is no part with the programmer-file part name \"{}\"", pcf);
         answer.candidates = nearest(pcf, programmer_part_names());
     } else {
@@ -56,7 +73,7 @@ ANSWER not_found(const std::string& pcf, const std::vector<std::string>& parts) 
 }
 
 ANSWER first_part(const std::string& pcf) {
-    const std::string part = PGMDEV_MGR::get_part_name_from_pcf(pcf);
+    const std::string part = first_part_of(pcf);
     if (part.empty()) {
         return not_found(pcf, parts_of(pcf));
     }
@@ -67,7 +84,7 @@ ANSWER first_part(const std::string& pcf) {
 }
 
 ANSWER all_parts(const std::string& pcf) {
-    const std::string first = PGMDEV_MGR::get_part_name_from_pcf(pcf);
+    const std::string first = first_part_of(pcf);
     std::vector<std::string> parts = parts_of(pcf);
     if (parts.empty()) {
         return not_found(pcf, parts);

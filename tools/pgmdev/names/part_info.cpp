@@ -15,8 +15,8 @@
 #include "profile/output.h"
 #include "terminal/answer.h"
 #include "terminal/did_you_mean.h"
+#include "terminal/printable.h"
 #include "terminal/schema.h"
-#include "terminal/text_table.h"
 
 namespace {
 

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <utility>
 
-#include "names/device_names.h"
+#include "catalog/device_names.h"
 #include "pgmdev_device_grammar_mgr.h"
 #include "pgmdev_mgr.h"
 

@@ -74,9 +74,12 @@ JSON block_schema() {
     return object_schema(block_members());
 }
 
-void report_absent(PGMDEV_FLASH_INI_ENUM which, COMMAND& command) {
+void report_absent(PGMDEV_FLASH_INI_ENUM which, const JSON& answer, COMMAND& command) {
     print_error("pgmdev: {}/pgm_flash.ini holds no block \"{}\"\n", gen_get_module_path(), block_name(which));
     command.result = EXIT_NOT_FOUND;
+    if (command.json) {
+        print_json(answer);
+    }
 }
 
 void replace_block(PGMDEV_FLASH_INI_ENUM which, std::vector<BYTE> bytes, const COMMAND& command) {

@@ -35,8 +35,8 @@ JSON block_json(PGMDEV_FLASH_INI_ENUM which, const BLOCK& block);
 std::vector<SCHEMA_MEMBER> block_members();
 JSON block_schema();
 
-/// Says that a block is absent.
-void report_absent(PGMDEV_FLASH_INI_ENUM which, COMMAND& command);
+/// Says that a block is absent; `answer` is what programs are told of it.
+void report_absent(PGMDEV_FLASH_INI_ENUM which, const JSON& answer, COMMAND& command);
 
 /// Replaces a block, or removes it when there are no bytes.
 void replace_block(PGMDEV_FLASH_INI_ENUM which, std::vector<BYTE> bytes, const COMMAND& command);

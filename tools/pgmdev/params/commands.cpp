@@ -73,8 +73,10 @@ void read_block(const ARGUMENTS& given, COMMAND& command) {
                        block_stamp(which), given.has("--force"));
     }
     const BLOCK block(which);
+    JSON answer = block_json(which, block);
+    answer["data"] = hex_text(block.bytes(), "");
     if (block.data == nullptr) {
-        report_absent(which, command);
+        report_absent(which, answer, command);
         return;
     }
     if (!file.empty()) {
@@ -83,9 +85,7 @@ void read_block(const ARGUMENTS& given, COMMAND& command) {
         output.commit();
     }
     if (command.json) {
-        JSON object = block_json(which, block);
-        object["data"] = hex_text(block.bytes(), "");
-        print_json(object);
+        print_json(answer);
     } else if (file.empty()) {
         print_dump(block.bytes());
     }
@@ -142,8 +142,8 @@ void remove_block(const ARGUMENTS& given, COMMAND& command) {
     const PGMDEV_FLASH_INI_ENUM which = writable_block(given.text("BLOCK"));
     const CONTAINER_LOCK lock;
     require_changeable_container();
-    if (BLOCK(which).data == nullptr) {
-        report_absent(which, command);
+    if (const BLOCK block(which); block.data == nullptr) {
+        report_absent(which, block_json(which, block), command);
         return;
     }
     replace_block(which, {}, command);

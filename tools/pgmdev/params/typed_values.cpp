@@ -121,8 +121,11 @@ void show_values(const ARGUMENTS& given, COMMAND& command) {
     }
     require_sound_container("read");
     const BLOCK block(which);
+    JSON answer = block_json(which, block);
+    answer["values"] = JSON::array();
     if (block.data == nullptr) {
-        report_absent(which, command);
+        answer["rest"] = 0U;
+        report_absent(which, answer, command);
         return;
     }
     DWORD end = static_cast<DWORD>(given.number("--skip").value_or(0));
@@ -131,13 +134,11 @@ void show_values(const ARGUMENTS& given, COMMAND& command) {
     }
     const std::vector<PLACED_VALUE> values = values_of(block, given.texts("TYPE"), given.has("--hex"), end);
     if (command.json) {
-        JSON object = block_json(which, block);
-        object["values"] = JSON::array();
         for (const PLACED_VALUE& value : values) {
-            object["values"].push_back({{"offset", value.offset}, {"type", value.type}, {"value", value.text}});
+            answer["values"].push_back({{"offset", value.offset}, {"type", value.type}, {"value", value.text}});
         }
-        object["rest"] = block.size - end;
-        print_json(object);
+        answer["rest"] = block.size - end;
+        print_json(answer);
         return;
     }
     TEXT_TABLE table({"offset", "type", "value"});

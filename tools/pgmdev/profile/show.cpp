@@ -7,8 +7,8 @@
 #include <memory>
 #include <utility>
 
+#include "catalog/device_names.h"
 #include "dstr.h"
-#include "names/device_names.h"
 #include "pgmdev_device_grammar_mgr.h"
 #include "profile/look_up.h"
 #include "profile/output.h"

@@ -3,15 +3,15 @@
 #include <algorithm>
 #include <string_view>
 
+#include "catalog/device_names.h"
 #include "flash/aliases.h"
 #include "flash/database.h"
 #include "gen.h"
-#include "names/device_names.h"
 #include "names/enum_commands.h"
 #include "names/part_values.h"
-#include "pgmdev_dev_info_manager_auto_export.h"
 #include "pgmdev_device_grammar_mgr.h"
 #include "pgmdev_flash_ini.h"
+#include "pgmdev_hps_mgr.h"
 #include "pgmdev_hps_nand_mgr.h"
 #include "pgmdev_hps_spi_mgr.h"
 
@@ -43,7 +43,7 @@ NAMES flash_names(const ARGUMENT_PLACE& place) {
 
 /// The names of the members of a record, with `end` behind each.
 template <const auto& MEMBERS>
-NAMES member_names(const std::string& end) {
+NAMES names_before(const std::string& end) {
     NAMES names;
     for (const auto& member : MEMBERS) {
         names.push_back(std::string(member.name) + end);
@@ -104,6 +104,14 @@ NAMES enumerators(const ARGUMENT_PLACE& place) {
     return place.given.empty() ? NAMES() : enumerator_names(place.given.front());
 }
 
+NAMES kinds_of_hps(const ARGUMENT_PLACE&) {
+    NAMES names;
+    for (const PGMDEV_HPS_STRUCTURE& kind : PGMDEV_HPS_MGR::get_kinds()) {
+        names.emplace_back(kind.name);
+    }
+    return names;
+}
+
 NAMES block_names(const ARGUMENT_PLACE&) {
     return {PGMDEV_FLASH_INI_NAMES.begin(), PGMDEV_FLASH_INI_NAMES.end()};
 }
@@ -123,21 +131,23 @@ constexpr SOURCE SOURCES[]{
     {"flash", "", "NAME", flash_names},
     {"flash", "", "--maker", flash_texts<&PGMDEV_SFL_FLASH_INFO::manufacturer_name>},
     {"flash", "", "--voltage", flash_texts<&PGMDEV_SFL_FLASH_INFO::asc_voltage>},
-    {"flash", "", "--fields", [](AT) { return member_names<PGMDEV_SFL_FLASH_MEMBERS>(""); }},
+    {"flash", "", "--like", flash_names},
+    {"flash", "define", "FIELD=VALUE", [](AT) { return names_before<PGMDEV_SFL_FLASH_MEMBERS>("="); }},
     {"name", "", "NAME", all_device_names},
     {"part", "from-device", "NAME", [](AT) { return device_names(); }},
     {"part", "from-pcf", "NAME", programmer_parts},
     {"part", "complete", "NAME", names_of_parts_and_packages},
     {"part", "info", "NAME", all_device_names},
     {"opn", "", "NAME", [](AT) { return part_names(); }},
-    {"profile", "", "--fields", [](AT) { return member_names<PGMDEV_DEVICE_INFO_MEMBERS>(""); }},
+    {"profile", "", "--pcf", programmer_parts},
     {"enum", "", "TYPE", [](AT) { return enumeration_names(); }},
     {"enum", "value", "NAME", enumerators},
     {"params", "", "BLOCK", block_names},
-    {"hps", "add nand", "FIELD=VALUE", [](AT) { return member_names<PGMDEV_HPS_NAND_MEMBERS>("="); }},
-    {"hps", "add spi", "FIELD=VALUE", [](AT) { return member_names<PGMDEV_HPS_SPI_MEMBERS>("="); }},
-    {"hps", "edit nand", "FIELD=VALUE", [](AT) { return member_names<PGMDEV_HPS_NAND_MEMBERS>("="); }},
-    {"hps", "edit spi", "FIELD=VALUE", [](AT) { return member_names<PGMDEV_HPS_SPI_MEMBERS>("="); }},
+    {"hps", "", "--hps", kinds_of_hps},
+    {"hps", "add nand", "FIELD=VALUE", [](AT) { return names_before<PGMDEV_HPS_NAND_MEMBERS>("="); }},
+    {"hps", "add spi", "FIELD=VALUE", [](AT) { return names_before<PGMDEV_HPS_SPI_MEMBERS>("="); }},
+    {"hps", "edit nand", "FIELD=VALUE", [](AT) { return names_before<PGMDEV_HPS_NAND_MEMBERS>("="); }},
+    {"hps", "edit spi", "FIELD=VALUE", [](AT) { return names_before<PGMDEV_HPS_SPI_MEMBERS>("="); }},
     {"", "", "--family", [](AT) { return family_names(); }},
     {"", "", "--device", [](AT) { return device_names(); }},
     {"", "", "--part", [](AT) { return part_names(); }},

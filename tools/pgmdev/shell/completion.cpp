@@ -8,6 +8,7 @@
 #include "gen.h"
 #include "msg.h"
 #include "shell/candidates.h"
+#include "terminal/schema.h"
 
 namespace {
 
@@ -23,13 +24,6 @@ using COMPLETIONS = std::vector<COMPLETION>;
 
 bool is_option(const std::string& word) {
     return word.size() > 1 && word.front() == '-';
-}
-
-/// "-s,--long" as its two names.
-WORDS names_of(const GLOBAL_OPTION& option) {
-    const std::size_t comma = option.names.find(',');
-    return comma == std::string::npos ? WORDS{option.names}
-                                      : WORDS{option.names.substr(0, comma), option.names.substr(comma + 1)};
 }
 
 bool takes_value(const ARGUMENT& argument) {
@@ -164,7 +158,8 @@ private:
         const std::size_t comma = is_list_of_candidates(argument) ? beginning.rfind(',') : std::string::npos;
         const std::string before = comma == std::string::npos ? "" : beginning.substr(0, comma + 1);
         COMPLETIONS found;
-        for (const std::string& name : argument_candidates(place)) {
+        const bool is_list = m_verb != nullptr && m_verb->row != nullptr && argument == "--fields";
+        for (const std::string& name : is_list ? member_names(m_verb->row()) : argument_candidates(place)) {
             if (!name.empty()) {
                 found.push_back({before + name, ""});
             }

@@ -9,9 +9,9 @@
 #include "files/file_bytes.h"
 #include "fio.h"
 #include "gen.h"
+#include "terminal/printable.h"
 #include "terminal/schema.h"
 #include "terminal/standard_error.h"
-#include "terminal/text_table.h"
 #include "text_lines.h"
 
 namespace {

@@ -7,9 +7,9 @@
 
 #include "tables/packed_file.h"
 #include "tables/packed_payload.h"
+#include "terminal/printable.h"
 #include "terminal/schema.h"
 #include "terminal/standard_error.h"
-#include "terminal/text_table.h"
 
 namespace {
 

@@ -2,9 +2,9 @@
 
 #include <fmt/core.h>
 
+#include "terminal/printable.h"
 #include "terminal/schema.h"
 #include "terminal/standard_error.h"
-#include "terminal/text_table.h"
 
 JSON fault_json(const PGMDEV_TABLE_FAULT& fault, const std::string& row_key) {
     return {{"severity", fault.severity == PGMDEV_TABLE_FAULT::SEVERITY::FAULT ? "fault" : "warning"},

@@ -6,9 +6,9 @@
 #include "files/file_bytes.h"
 #include "fio.h"
 #include "tables/fault_output.h"
+#include "terminal/printable.h"
 #include "terminal/schema.h"
 #include "terminal/standard_error.h"
-#include "terminal/text_table.h"
 
 namespace {
 

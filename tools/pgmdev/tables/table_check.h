@@ -60,8 +60,11 @@ void check_table(const ARGUMENTS& given, COMMAND& command) {
         }
         return entry != nullptr;
     });
-    const auto hints =
+    auto hints =
         std::any_of(faults.begin(), faults.end(), is_of_form) ? hints_at_causes(csv_file) : std::vector<std::string>();
+    if (std::any_of(faults.begin(), faults.end(), is_of_part_list)) {
+        hints.push_back(failure_text(part_list_failure()));
+    }
     const TABLE_SUPPORT support = KIND::support_of(csv_file, table.records());
     faults.insert(faults.end(), support.faults.begin(), support.faults.end());
     const std::vector<ACCEPTED_WARNING> unused = unused_entries(accepted);

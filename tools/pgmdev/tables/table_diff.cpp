@@ -1,4 +1,5 @@
 #include "tables/table_diff.h"
+#include "terminal/printable.h"
 
 #include "terminal/schema.h"
 

@@ -8,6 +8,7 @@
 #include <span>
 #include <stdexcept>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "files/database.h"
@@ -27,7 +28,10 @@
 #include "terminal/command_line.h"
 #include "terminal/json.h"
 #include "terminal/listing.h"
+#include "terminal/printable.h"
 #include "terminal/schema.h"
+#include "terminal/screen.h"
+#include "text_lines.h"
 
 // KIND says which table it is:
 //   TABLE                                  the library's class for it
@@ -90,6 +94,10 @@ void compile_table(const ARGUMENTS& given, const COMMAND& command) {
             throw refused_table(each.file, {});
         }
     }
+    const auto& faults = table.faults();
+    if (std::any_of(faults.begin(), faults.end(), is_of_part_list)) {
+        throw COMMAND_FAILURE(part_list_failure());
+    }
     if (table.has_faults()) {
         throw refused_table(csv_file, {});
     }
@@ -111,7 +119,8 @@ void compile_table(const ARGUMENTS& given, const COMMAND& command) {
     }
 }
 
-/// Shows the records as a source table, with its columns aligned where the library aligns them, or without blanks.
+/// Shows the records as a source table, with its columns aligned where the library aligns them, or without blanks. A file gets
+/// every character as it is, so that it compiles to the same bytes; a terminal none that would command it.
 template <class TABLE>
 void print_source_table(const TABLE& table, bool aligned) {
     std::string obstacle;
@@ -122,7 +131,11 @@ void print_source_table(const TABLE& table, bool aligned) {
     if (!aligned) {
         std::erase(text, ' ');  // no cell of a source table holds a blank
     }
-    fmt::print("{}", text);
+    if (!output_is_terminal()) {
+        fmt::print("{}", text);
+        return;
+    }
+    for_each_line(text, [](std::string_view line) { fmt::print("{}\n", printable(std::string(line))); });
 }
 
 /// Shows the records of a packed database, whole or as a source table, or all its bytes.
@@ -132,6 +145,9 @@ void dump_table(const ARGUMENTS& given, COMMAND& command) {
         throw USAGE_ERROR("expected one of --csv, --plain-csv and --annotate");
     }
     for (const char* form : {"--csv", "--plain-csv", "--annotate"}) {
+        if (command.json && given.has(form) && std::string_view(form) != "--annotate") {
+            throw USAGE_ERROR(fmt::format("expected one of {} and --json", form));
+        }
         if (given.has(form) && given.has("--fields")) {
             throw USAGE_ERROR(fmt::format("expected one of {} and --fields: that form has all columns", form));
         }

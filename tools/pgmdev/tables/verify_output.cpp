@@ -10,8 +10,8 @@
 #include "tables/info_file.h"
 #include "tables/packed_payload.h"
 #include "terminal/json.h"
+#include "terminal/printable.h"
 #include "terminal/schema.h"
-#include "terminal/text_table.h"
 #include "utf8_path.h"
 
 namespace {

@@ -9,8 +9,8 @@
 #include "terminal/did_you_mean.h"
 #include "terminal/failure.h"
 #include "terminal/input.h"
+#include "terminal/printable.h"
 #include "terminal/standard_error.h"
-#include "terminal/text_table.h"
 
 namespace {
 

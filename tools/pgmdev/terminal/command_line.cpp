@@ -8,6 +8,8 @@
 #include <sstream>
 
 #include "terminal/failure.h"
+#include "terminal/printable.h"
+#include "terminal/standard_error.h"
 #include "terminal/unknown_word.h"
 
 namespace {
@@ -34,9 +36,20 @@ void add_global_option(CLI::App& app, const GLOBAL_OPTION& option, COMMAND& comm
         app.add_option_function<std::vector<std::string>>(option.names, apply_all, option.description)
             ->type_name(option.value_name)
             ->expected(1)
+            ->allow_extra_args(false)  // what stands behind the value is no other one
             ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll)
             ->trigger_on_parse();
     }
+}
+
+/// Reads the settings.
+void read_settings(const VERB& verb, const COMMAND& command) try {
+    command.prepare();
+} catch (const COMMAND_FAILURE& error) {
+    if (verb.needs_settings) {
+        throw;
+    }
+    print_error("pgmdev: warning: {}\n", printable(failure_text(error.failure())));
 }
 
 void add_verb(CLI::App& noun, const VERB& verb, COMMAND& command) {
@@ -44,9 +57,9 @@ void add_verb(CLI::App& noun, const VERB& verb, COMMAND& command) {
     app->footer(verb.notes + "Example: " + verb.example);
     const auto arguments = std::make_shared<ARGUMENTS>();  // lives as long as the callback that reads it
     arguments->bind(verb.arguments, *app);
-    app->callback([run = verb.run, arguments, &command] {
-        command.prepare();
-        run(*arguments, command);
+    app->callback([&verb, arguments, &command] {
+        read_settings(verb, command);
+        verb.run(*arguments, command);
     });
 }
 
@@ -66,15 +79,23 @@ void add_contents(CLI::App& app, const NOUN& noun, COMMAND& command) {
 /// What the parser finds wrong. A misspelt word explains more than what it leads to.
 COMMAND_FAILURE wrong_arguments(const COMMAND_TABLE& table, const std::vector<std::string>& arguments,
                                 const CLI::ParseError& error) {
-    std::string word = unknown_word(table, arguments);
-    if (word.empty()) {
-        word = unknown_option(table, arguments);
+    std::string fault;
+    for (const auto fault_of : {unknown_word, unknown_option, repeated_option, missing_word}) {
+        if (fault.empty()) {
+            fault = fault_of(table, arguments);
+        }
     }
-    return COMMAND_FAILURE({FAILURE_CODE::USAGE, word.empty() ? error.what() : word, "", {}, "--help tells more", {}},
+    return COMMAND_FAILURE({FAILURE_CODE::USAGE, fault.empty() ? error.what() : fault, "", {}, "--help tells more", {}},
                            EXIT_USAGE);
 }
 
 }  // namespace
+
+std::vector<std::string> names_of(const GLOBAL_OPTION& option) {
+    const std::size_t comma = option.names.find(',');
+    return comma == std::string::npos ? std::vector{option.names}
+                                      : std::vector{option.names.substr(0, comma), option.names.substr(comma + 1)};
+}
 
 void ARGUMENTS::bind(const std::vector<ARGUMENT>& table, CLI::App& verb) {
     for (const ARGUMENT& argument : table) {
@@ -98,7 +119,8 @@ void ARGUMENTS::bind(const std::vector<ARGUMENT>& table, CLI::App& verb) {
                 break;
         }
         if (argument.kind == ARGUMENT::OPTIONAL_TEXTS && argument.name.starts_with("--")) {
-            option->expected(1)->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);  // a value each time
+            option->expected(1)->allow_extra_args(false);  // a value each time
+            option->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
         }
         option->required(argument.kind == ARGUMENT::TEXT || argument.kind == ARGUMENT::TEXTS ||
                          argument.kind == ARGUMENT::NUMBER);

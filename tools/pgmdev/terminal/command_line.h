@@ -73,13 +73,21 @@ struct VERB {
         return *this;
     }
 
+    /// Carries it out although the settings cannot be read, which then is only warned of.
+    VERB& needs_no_settings() {
+        needs_settings = false;
+        return *this;
+    }
+
     std::string name;
     std::string description;
     std::string example;
     RUN run;
+    bool needs_settings = true;
     std::vector<ARGUMENT> arguments;
     std::string notes;
     std::function<JSON()> schema;  ///< none: there is no answer in JSON
+    JSON (*row)() = nullptr;       ///< of a list: the schema of its rows
 };
 
 /// A noun, behind which one of its verbs must stand, or one of its groups of verbs. The command itself is one, too.
@@ -103,6 +111,9 @@ struct GLOBAL_OPTION {
     bool instead = false;               ///< is an answer of its own: no verb is carried out
     std::function<JSON()> schema = {};  ///< the JSON Schema of that answer
 };
+
+/// "-s,--long" as its two names.
+std::vector<std::string> names_of(const GLOBAL_OPTION& option);
 
 /// All that can be asked for: the nouns are groups of the whole command, what needs no noun are verbs of it.
 struct COMMAND_TABLE {

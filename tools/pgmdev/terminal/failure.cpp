@@ -4,8 +4,8 @@
 
 #include <array>
 
+#include "terminal/printable.h"
 #include "terminal/standard_error.h"
-#include "terminal/text_table.h"
 
 namespace {
 
@@ -31,6 +31,8 @@ constexpr std::array CODE_NAMES{"usage",
                                 "container_unreadable",
                                 "container_busy",
                                 "block_of_another_version",
+                                "entry_missing",
+                                "entry_built_in",
                                 "configuration_unreadable",
                                 "internal"};
 

@@ -1,4 +1,5 @@
 #include "terminal/filtered_listing.h"
+#include "terminal/printable.h"
 
 #include <fmt/core.h>
 

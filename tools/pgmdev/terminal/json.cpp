@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <nlohmann/json.hpp>
 
+#include "terminal/printable.h"
+
 namespace {
 
 using DOCUMENT = nlohmann::ordered_json;
@@ -36,7 +38,7 @@ constexpr int READABLE = 2;  // blanks for each level
 constexpr int ON_ONE_LINE = -1;
 
 std::string text_of(const JSON& json, int indentation) {
-    return document_of(json).dump(indentation, ' ', false, DOCUMENT::error_handler_t::replace);
+    return printable_json(document_of(json).dump(indentation, ' ', false, DOCUMENT::error_handler_t::replace));
 }
 
 }  // namespace

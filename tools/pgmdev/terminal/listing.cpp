@@ -1,4 +1,5 @@
 #include "terminal/listing.h"
+#include "terminal/printable.h"
 
 #include <fmt/core.h>
 
@@ -88,12 +89,17 @@ std::string cell_of(const JSON& value) {
     return std::holds_alternative<std::nullptr_t>(value.value()) ? "" : json_text(value);
 }
 
-std::vector<std::string> cells_of(const JSON& row) {
+std::vector<std::string> cells_of(const JSON& row, std::string (*cell)(const JSON& value) = cell_of) {
     std::vector<std::string> cells;
     for (const JSON& value : std::get<JSON::OBJECT>(row.value()).values) {
-        cells.push_back(cell_of(value));
+        cells.push_back(cell(value));
     }
     return cells;
+}
+
+std::string csv_cell_of(const JSON& value) {
+    const auto* text = std::get_if<std::string>(&value.value());
+    return text != nullptr ? printable_cell(*text) : cell_of(value);
 }
 
 std::string quoted_if_needed(const std::string& cell) {
@@ -123,6 +129,7 @@ VERB with_list_options(VERB verb, JSON (*row)()) {
 }
 
 VERB with_field_option(VERB verb, JSON (*row)()) {
+    verb.row = row;
     return std::move(verb)
         .answers([row] { return list_schema(row()); })
         .takes({"--fields", "Only these fields, as --json names them, in this order", ARGUMENT::OPTIONAL_TEXT,
@@ -145,7 +152,7 @@ void print_listing(const JSON& row, const std::vector<JSON>& rows, const TEXT_TA
     } else if (csv) {
         print_csv_record(fields);
         for (const JSON& object : rows) {
-            print_csv_record(cells_of(with_fields(object, fields)));
+            print_csv_record(cells_of(with_fields(object, fields), csv_cell_of));
         }
     } else if (given.has("--fields")) {
         TEXT_TABLE chosen(fields);

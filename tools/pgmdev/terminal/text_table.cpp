@@ -5,7 +5,9 @@
 #include <algorithm>
 #include <numeric>
 #include <string_view>
+#include <utility>
 
+#include "terminal/printable.h"
 #include "terminal/screen.h"
 
 namespace {
@@ -13,7 +15,8 @@ namespace {
 using ROWS = std::vector<std::vector<std::string>>;
 using WIDTHS = std::vector<std::size_t>;
 
-constexpr std::size_t GAP = 2;  // blanks between columns
+constexpr std::size_t GAP = 2;       // blanks between columns
+constexpr std::size_t LEFT_OUT = 0;  // instead of a width: no cell and no heading is that narrow
 
 /// The lengths of the cells of a column, ascending.
 WIDTHS lengths_of(const ROWS& rows, std::size_t column) {
@@ -36,14 +39,17 @@ WIDTHS full_widths(const ROWS& rows) {
     return widths;
 }
 
-/// For each column the width that its heading and nearly all of its cells need.
+/// For each column the width that its heading and nearly all of its cells need. Nothing is cut for the sake of a few
+/// characters.
 WIDTHS usual_widths(const ROWS& rows) {
+    constexpr std::size_t FEW = 4;
     WIDTHS widths;
     for (std::size_t i = 0; i < rows.front().size(); ++i) {
         const WIDTHS lengths = lengths_of(rows, i);
         const std::size_t rare = lengths.size() / 20;  // one cell in twenty may be longer
-        widths.push_back(
-            std::max(rows.front()[i].size(), lengths[lengths.size() - 1 - std::max<std::size_t>(rare, 1)]));
+        const std::size_t usual =
+            std::max(rows.front()[i].size(), lengths[lengths.size() - 1 - std::max<std::size_t>(rare, 1)]);
+        widths.push_back(lengths.back() <= usual + FEW ? lengths.back() : usual);
     }
     return widths;
 }
@@ -52,15 +58,30 @@ std::size_t line_width(const WIDTHS& widths) {
     return std::accumulate(widths.begin(), widths.end(), std::size_t{0}) + GAP * (widths.size() - 1);
 }
 
-/// The widths of the columns that fit into a line, the first ones.
-WIDTHS fitted_widths(const ROWS& rows, std::size_t width) {
+/// The width of the line that the columns with a width make.
+std::size_t shown_width(WIDTHS widths) {
+    std::erase(widths, LEFT_OUT);
+    return line_width(widths);
+}
+
+/// The widths of the columns that fit into a line, LEFT_OUT for the others.
+WIDTHS fitted_widths(const ROWS& rows, const std::vector<std::string>& left_out_first, std::size_t width) {
     WIDTHS widths = full_widths(rows);
     if (line_width(widths) <= width) {
         return widths;
     }
     widths = usual_widths(rows);
-    while (widths.size() > 1 && line_width(widths) > width) {
-        widths.pop_back();
+    const auto leave_out = [&widths, width](std::size_t column) {
+        if (shown_width(widths) > width) {
+            widths[column] = LEFT_OUT;
+        }
+    };
+    const std::vector<std::string>& heading = rows.front();
+    for (const std::string& name : left_out_first) {
+        leave_out(static_cast<std::size_t>(std::find(heading.begin(), heading.end(), name) - heading.begin()));
+    }
+    for (std::size_t i = widths.size(); i-- > 1;) {
+        leave_out(i);
     }
     widths.front() = std::min(widths.front(), width);
     return widths;
@@ -82,83 +103,35 @@ std::string cut(const std::string& text, std::size_t width) {
 std::string line_of(const std::vector<std::string>& row, const WIDTHS& widths) {
     std::string line;
     for (std::size_t i = 0; i < std::min(row.size(), widths.size()); ++i) {
-        line += fmt::format("{:<{}}{:{}}", cut(row[i], widths[i]), widths[i], "", GAP);
+        if (widths[i] != LEFT_OUT) {
+            line += fmt::format("{:<{}}{:{}}", cut(row[i], widths[i]), widths[i], "", GAP);
+        }
     }
     return line.erase(line.find_last_not_of(' ') + 1);
 }
 
 /// Says which columns do not fit.
-void print_left_out(const std::vector<std::string>& heading, std::size_t shown, std::size_t width) {
+void print_left_out(const std::vector<std::string>& heading, const WIDTHS& widths, std::size_t width) {
     std::string names;
-    for (std::size_t i = shown; i < heading.size(); ++i) {
-        names += (names.empty() ? "" : ", ") + heading[i];
+    for (std::size_t i = 0; i < heading.size(); ++i) {
+        if (widths[i] == LEFT_OUT) {
+            names += (names.empty() ? "" : ", ") + heading[i];
+        }
     }
     if (names.empty()) {
         return;
     }
     const std::string line = fmt::format("(left out: {}; --wide shows all)", names);
-    fmt::print("{}\n", line.size() <= width
-                           ? line
-                           : fmt::format("(columns left out: {}; --wide shows all)", heading.size() - shown));
-}
-
-unsigned char byte_at(std::string_view text, std::size_t place) {
-    return static_cast<unsigned char>(text[place]);
-}
-
-/// The bytes of the character of UTF-8 that begins there; 0 when none does.
-std::size_t length_at(std::string_view text, std::size_t place) {
-    const unsigned char first = byte_at(text, place);
-    const std::size_t length = first < 0x80   ? 1
-                               : first < 0xC2 ? 0
-                               : first < 0xE0 ? 2
-                               : first < 0xF0 ? 3
-                               : first < 0xF5 ? 4
-                                              : 0;
-    if (place + length > text.size()) {
-        return 0;
-    }
-    for (std::size_t i = 1; i < length; ++i) {
-        if ((byte_at(text, place + i) & 0xC0) != 0x80) {
-            return 0;
-        }
-    }
-    return length;
-}
-
-/// Whether the character does something to a terminal instead of being shown: the control characters, and those that
-/// change the direction of what stands around them.
-bool commands(std::string_view character) {
-    if (character.size() == 1) {
-        return byte_at(character, 0) < 0x20 || byte_at(character, 0) == 0x7F;
-    }
-    if (character.size() == 2) {
-        return (byte_at(character, 0) == 0xC2 && byte_at(character, 1) < 0xA0) || character == "\xD8\x9C";
-    }
-    const std::string_view beginning = character.substr(0, 2);
-    const unsigned char last = byte_at(character, character.size() - 1);
-    return character.size() == 3 &&
-           ((beginning == "\xE2\x80" && (last == 0x8E || last == 0x8F || (last >= 0xA8 && last <= 0xAE))) ||
-            (beginning == "\xE2\x81" && last >= 0xA6 && last <= 0xA9));
+    fmt::print("{}\n", line.size() <= width ? line
+                                            : fmt::format("(columns left out: {}; --wide shows all)",
+                                                          std::count(widths.begin(), widths.end(), LEFT_OUT)));
 }
 
 }  // namespace
 
-std::string printable(const std::string& text) {
-    std::string shown;
-    for (std::size_t i = 0; i < text.size();) {
-        const std::size_t length = length_at(text, i);
-        const std::string_view character(text.data() + i, std::max<std::size_t>(length, 1));
-        i += character.size();
-        if (length != 0 && !commands(character)) {
-            shown += character;
-            continue;
-        }
-        for (const char c : character) {
-            shown += fmt::format("\\x{:02X}", static_cast<unsigned char>(c));
-        }
-    }
-    return shown;
+TEXT_TABLE& TEXT_TABLE::leaves_out(std::vector<std::string> columns) {
+    m_left_out_first = std::move(columns);
+    return *this;
 }
 
 void TEXT_TABLE::add(std::vector<std::string> row) {
@@ -168,12 +141,12 @@ void TEXT_TABLE::add(std::vector<std::string> row) {
 
 void TEXT_TABLE::print() const {
     const auto width = table_width();
-    const WIDTHS widths = width ? fitted_widths(m_rows, *width) : full_widths(m_rows);
+    const WIDTHS widths = width ? fitted_widths(m_rows, m_left_out_first, *width) : full_widths(m_rows);
     fmt::print("{}\n", in_bold(line_of(m_rows.front(), widths)));
     for (std::size_t i = 1; i < m_rows.size(); ++i) {
         fmt::print("{}\n", line_of(m_rows[i], widths));
     }
     if (width) {
-        print_left_out(m_rows.front(), widths.size(), *width);
+        print_left_out(m_rows.front(), widths, *width);
     }
 }

@@ -3,18 +3,17 @@
 #include <string>
 #include <vector>
 
-/// The text with its control characters, those that change the direction of writing, and what is no UTF-8 shown as \xNN:
-/// what comes from a file must not command the terminal.
-std::string printable(const std::string& text);
-
 /// A table for people: columns as wide as their widest cell, two blanks between them, control characters shown as \xNN.
 ///
 /// On a terminal, a table that is too wide for it is fitted to it: cells that are longer than nearly all others of their
-/// column are cut, and then columns are left out, the last ones first. A last line tells which. So columns stand in the
-/// order of their importance.
+/// column, by more than a few characters, are cut, and then columns are left out: those that are said to matter least, then
+/// the last ones. A last line tells which. So the other columns stand in the order of their importance.
 class TEXT_TABLE {
 public:
     explicit TEXT_TABLE(std::vector<std::string> heading) : m_rows{std::move(heading)} {}
+
+    /// The columns that matter less than those behind them, the least first.
+    TEXT_TABLE& leaves_out(std::vector<std::string> columns);
 
     void add(std::vector<std::string> row);
 
@@ -23,4 +22,5 @@ public:
 
 private:
     std::vector<std::vector<std::string>> m_rows;
+    std::vector<std::string> m_left_out_first;
 };

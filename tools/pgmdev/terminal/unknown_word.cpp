@@ -1,6 +1,6 @@
 #include "terminal/unknown_word.h"
 
-#include <fmt/core.h>
+#include <fmt/format.h>
 
 #include <algorithm>
 
@@ -36,20 +36,33 @@ std::vector<std::string> meant(const std::string& word, const std::vector<std::s
     return nearest(word, candidates);
 }
 
+std::string known_words(const std::string& before, const std::vector<std::string>& candidates) {
+    return fmt::format("{} {}", before.empty() ? "the nouns are" : fmt::format("behind \"{}\" may stand", before),
+                       fmt::join(candidates, ", "));
+}
+
 std::string sentence(const std::string& word, const std::string& before, const std::vector<std::string>& candidates) {
-    std::string all;
-    for (const std::string& candidate : candidates) {
-        all += (all.empty() ? "" : ", ") + candidate;
+    return fmt::format("there is no {} \"{}\"{}; {}", before.empty() ? "noun" : "verb", word,
+                       did_you_mean(meant(word, candidates)), known_words(before, candidates));
+}
+
+/// The verbs and groups of a noun.
+std::vector<std::string> contents_of(const NOUN& noun) {
+    std::vector<std::string> names;
+    for (const VERB& verb : noun.verbs) {
+        names.push_back(verb.name);
     }
-    const std::string known = before.empty() ? "the nouns are" : fmt::format("behind \"{}\" may stand", before);
-    return fmt::format("there is no {} \"{}\"{}; {} {}", before.empty() ? "noun" : "verb", word,
-                       did_you_mean(meant(word, candidates)), known, all);
+    for (const NOUN& group : noun.groups) {
+        names.push_back(group.name);
+    }
+    return names;
 }
 
 /// How far the words lead through the nouns.
 struct WAY {
     const VERB* verb = nullptr;  ///< null: none is reached
     std::string unknown;         ///< a sentence about the word that leads nowhere; "": none
+    std::string missing;         ///< a sentence about the word that is still to come; "": none is
 };
 
 WAY way_of(const COMMAND_TABLE& table, const std::vector<std::string>& arguments) {
@@ -59,23 +72,23 @@ WAY way_of(const COMMAND_TABLE& table, const std::vector<std::string>& arguments
         const auto has_that_name = [&word](const auto& entry) { return entry.name == word; };
         const auto verb = std::find_if(noun->verbs.begin(), noun->verbs.end(), has_that_name);
         if (verb != noun->verbs.end()) {
-            return {&*verb, ""};
+            return {&*verb, "", ""};
         }
         const auto group = std::find_if(noun->groups.begin(), noun->groups.end(), has_that_name);
         if (group == noun->groups.end()) {
-            std::vector<std::string> candidates;
-            for (const VERB& other : noun->verbs) {
-                candidates.push_back(other.name);
-            }
-            for (const NOUN& other : noun->groups) {
-                candidates.push_back(other.name);
-            }
-            return {nullptr, sentence(word, before, candidates)};
+            return {nullptr, sentence(word, before, contents_of(*noun)), ""};
         }
         noun = &*group;
         before += (before.empty() ? "" : " ") + word;
     }
-    return {};
+    return {
+        nullptr, "",
+        fmt::format("a {} is missing; {}", before.empty() ? "noun" : "verb", known_words(before, contents_of(*noun)))};
+}
+
+/// Whether it looks like the name of one option: neither a negative number nor several letters in one word.
+bool is_option_name(const std::string& name) {
+    return name.starts_with("--") || (name.size() == 2 && name.front() == '-' && (name[1] < '0' || name[1] > '9'));
 }
 
 }  // namespace
@@ -85,9 +98,10 @@ std::string unknown_word(const COMMAND_TABLE& table, const std::vector<std::stri
 }
 
 std::string unknown_option(const COMMAND_TABLE& table, const std::vector<std::string>& arguments) {
-    std::vector<std::string> known{"--help"};
+    std::vector<std::string> known{"-h", "--help"};
     for (const GLOBAL_OPTION& option : table.options) {
-        known.push_back(option.names.substr(option.names.find("--")));
+        const std::vector<std::string> names = names_of(option);
+        known.insert(known.end(), names.begin(), names.end());
     }
     if (const VERB* verb = way_of(table, arguments).verb) {
         for (const ARGUMENT& argument : verb->arguments) {
@@ -99,9 +113,24 @@ std::string unknown_option(const COMMAND_TABLE& table, const std::vector<std::st
         if (name == "--") {
             break;  // behind it are no options
         }
-        if (name.starts_with("--") && std::find(known.begin(), known.end(), name) == known.end()) {
-            return fmt::format("there is no option \"{}\"{}", name, did_you_mean(nearest(name, known)));
+        if (is_option_name(name) && std::find(known.begin(), known.end(), name) == known.end()) {
+            const bool is_word = name.starts_with("--");  // all letters are alike
+            return fmt::format("there is no option \"{}\"{}", name, is_word ? did_you_mean(nearest(name, known)) : "");
         }
     }
     return "";
+}
+
+std::string repeated_option(const COMMAND_TABLE& table, const std::vector<std::string>& arguments) {
+    for (const GLOBAL_OPTION& option : table.options) {
+        const bool takes_one = !option.repeats && !option.value_name.empty();
+        if (takes_one && std::count(arguments.begin(), arguments.end(), option.names) > 1) {
+            return fmt::format("{} is given more than once", option.names);
+        }
+    }
+    return "";
+}
+
+std::string missing_word(const COMMAND_TABLE& table, const std::vector<std::string>& arguments) {
+    return way_of(table, arguments).missing;
 }

@@ -1,4 +1,4 @@
-#include "names/device_names.h"
+#include "catalog/device_names.h"
 
 #include <algorithm>
 #include <utility>

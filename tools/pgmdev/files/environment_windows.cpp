@@ -2,7 +2,7 @@
 
 #include <windows.h>
 
-#include "configuration/environment.h"
+#include "files/environment.h"
 #include "wide_text.h"
 
 std::map<std::string, std::string> environment_variables() {

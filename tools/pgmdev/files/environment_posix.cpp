@@ -1,6 +1,6 @@
 #include <unistd.h>
 
-#include "configuration/environment.h"
+#include "files/environment.h"
 
 std::map<std::string, std::string> environment_variables() {
     std::map<std::string, std::string> variables;

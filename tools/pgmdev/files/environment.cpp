@@ -1,4 +1,4 @@
-#include "configuration/environment.h"
+#include "files/environment.h"
 
 std::string environment_text(const std::string& name) {
     const auto variables = environment_variables();

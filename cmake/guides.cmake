@@ -1,5 +1,5 @@
 # The guides for those who have no sources: the same texts, written for the installed command. They are installed beside
-# the source tables that they work on, and the examples.
+# the source tables that they work on, the examples, and the page for browsers.
 
 set(guides_dir ${PROJECT_BINARY_DIR}/guides)
 set(guides
@@ -9,6 +9,7 @@ set(guides
   docs/command.md
   docs/command-sfdp.md
   docs/formats.md
+  docs/page.md
   docs/your-own-flash.md)
 set(table_pages data/dev_info/README.md data/flash/README.md)
 
@@ -45,6 +46,7 @@ foreach(page IN LISTS guides table_pages)
   file(WRITE ${guides_dir}/${page} "${text}")
 endforeach()
 
+install(FILES ${PROJECT_BINARY_DIR}/page/index.html DESTINATION ${PGMDEV_INSTALL_DOCDIR}/page COMPONENT runtime)
 install(DIRECTORY ${guides_dir}/ DESTINATION ${PGMDEV_INSTALL_DOCDIR} COMPONENT runtime)
 install(FILES data/flash/pgm_flash.csv data/flash/pgm_flash.csv.accepted data/flash/aliases.csv data/flash/sources.csv
   data/flash/left_out.csv data/flash/ambiguities.csv data/flash/identifications.csv

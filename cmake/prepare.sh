@@ -20,6 +20,18 @@ install_packages() {
     DEBIAN_FRONTEND=noninteractive "${as_root[@]}" apt-get install -y --no-install-recommends "${missing[@]}" >&2
 }
 
+# install_node_packages: fetches what tests/page/package-lock.json names into build/npm, unless it is there.
+install_node_packages() {
+    local wanted="$root/tests/page" directory="$root/build/npm"
+    cmp -s "$wanted/package-lock.json" "$directory/node_modules/.fetched" && return 0
+    command -v npm >/dev/null || install_packages npm
+    say "Fetching packages from the npm registry"
+    mkdir -p "$directory"
+    cp "$wanted/package.json" "$wanted/package-lock.json" "$directory"
+    (cd "$directory" && logged "$directory/npm.log" npm ci --prefer-offline --ignore-scripts --no-audit --no-fund)
+    cp "$wanted/package-lock.json" "$directory/node_modules/.fetched"
+}
+
 # logged LOG COMMAND...: what the command says goes to LOG, and to standard error when it fails.
 logged() {
     local log=$1

@@ -58,6 +58,16 @@ public:
 
     const std::vector<PGMDEV_FLASH_AMBIGUITY>& ambiguities() const noexcept { return m_ambiguities; }
 
+    /// A chip's whole identification.
+    struct IDENTIFICATION {
+        DWORD line = 0;
+        DWORD column = 0;  ///< of the digits
+        std::string device_name;
+        std::vector<std::string> bytes;  ///< what each of them may be, as PGMDEV_FLASH_CONTRADICTION::expected
+    };
+
+    const std::vector<IDENTIFICATION>& identifications() const noexcept { return m_identifications; }
+
     /// Those that begin like the response and that none of its `given` bytes decides, the worst first, without the chips
     /// whose identification is known to be another one.
     std::vector<PGMDEV_FLASH_AMBIGUITY> ambiguities_of(const BYTE* response, DWORD given) const;
@@ -75,14 +85,6 @@ public:
     static std::vector<std::string> files_of_database(const std::string& pcf_file);
 
 private:
-    /// A chip's whole identification.
-    struct IDENTIFICATION {
-        DWORD line = 0;
-        DWORD column = 0;  ///< of the digits
-        std::string device_name;
-        std::vector<std::string> bytes;  ///< what each of them may be, as PGMDEV_FLASH_CONTRADICTION::expected
-    };
-
     explicit PGMDEV_FLASH_NOTES(const std::vector<std::string>& files);
     void read_ambiguities(const std::string& file);
     void read_identifications(const std::string& file);

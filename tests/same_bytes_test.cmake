@@ -18,7 +18,7 @@ file(GLOB_RECURSE made RELATIVE ${NATIVE} ${NATIVE}/share/tessary/*.pcf ${NATIVE
 if(NOT made)
   message(FATAL_ERROR "there are no databases in ${NATIVE}")
 endif()
-foreach(file share/tessary/h/pgm_parts.txt ${made})
+foreach(file share/tessary/h/pgm_parts.txt page/index.html ${made})
   expect_same(${NATIVE}/${file} ${BUILD}/${file})
 endforeach()
 

@@ -205,6 +205,8 @@ protected:
         };
     }
 
+    RUN page_run() const { return {{"page"}, {m_scratch.path("page")}, "", DONE}; }
+
     static RUN define_run() {
         return {{"flash", "define"},
                 {},
@@ -227,7 +229,7 @@ TEST_F(SCHEMA_TEST, EveryAnswerToOneQuestionFits) {
 
 TEST_F(SCHEMA_TEST, EveryVerbIsAskedHere) {
     std::set<WORDS> asked;
-    for (const std::vector<RUN>& runs : {SINGLE, BATCHES, changing_runs(), {define_run()}}) {
+    for (const std::vector<RUN>& runs : {SINGLE, BATCHES, changing_runs(), {define_run(), page_run()}}) {
         for (const RUN& run : runs) {
             asked.insert(run.verb);
         }
@@ -309,6 +311,11 @@ TEST_F(SCHEMA_TEST, WhatChangesFilesFits) {
         expect_fitting(run);
     }
 }
+
+TEST_F(SCHEMA_TEST, EveryPageFits) {
+    expect_fitting(page_run());
+}
+
 TEST_F(SCHEMA_TEST, ADescriptionOfAFlashFits) {
     const RUN define = define_run();
     expect_fitting(define);

@@ -94,7 +94,7 @@ TEST(usage, WrongUsage) {
 }
 
 TEST(usage, WhatIsMissingOrTooMuchIsNamed) {
-    expect_failure(run_command({}), WRONG_USAGE, {"a noun is missing; the nouns are doctor, schema, flash"});
+    expect_failure(run_command({}), WRONG_USAGE, {"a noun is missing; the nouns are doctor, page, schema, flash"});
     expect_failure(run_command({"opn"}), WRONG_USAGE,
                    {"a verb is missing; behind \"opn\" may stand name, index, hash, from-hash, list"});
     expect_failure(run_command({"hps", "add"}), WRONG_USAGE, {"behind \"hps add\" may stand nand, spi"});

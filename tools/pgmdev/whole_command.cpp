@@ -2,6 +2,7 @@
 #include "about/schema.h"
 #include "about/version.h"
 #include "nouns.h"
+#include "page/page.h"
 #include "terminal/global_options.h"
 
 namespace {
@@ -11,7 +12,7 @@ COMMAND_TABLE make() {
     table.all = {"pgmdev",
                  "The device data of Tessary: look it up, check it, compile it.",
                  "pgmdev flash identify 20BA18",
-                 {doctor_verb(), schema_verb()},
+                 {doctor_verb(), page_verb(), schema_verb()},
                  {flash_noun(), hps_noun(), params_noun(), profile_noun(), name_noun(), part_noun(), opn_noun(),
                   device_noun(), family_noun(), enum_noun()}};
     table.options = global_options();

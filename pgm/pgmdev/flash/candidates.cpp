@@ -37,6 +37,18 @@ DWORD taken_record(RECORDS records, bool silicon_id, std::span<const BYTE> respo
     return found == records.end() ? INVALID_DWORD : static_cast<DWORD>(found - records.begin());
 }
 
+/// Every record that no byte rules out.
+std::vector<DWORD> admitted_records(RECORDS records, bool silicon_id, std::span<const BYTE> telling) {
+    std::vector<DWORD> admitted;
+    for (DWORD index = 0; index < records.size(); ++index) {
+        const RECORD& record = records[index];
+        if (record.silicon_id == silicon_id && FLASH_COMPARISONS(record).admit(telling)) {
+            admitted.push_back(index);
+        }
+    }
+    return admitted;
+}
+
 /// Whether the taken record compares a byte of the response that the other one does not.
 bool says_more(const FLASH_COMPARISONS& taken, const FLASH_COMPARISONS& other, DWORD telling_count) {
     return std::any_of(taken.begin(), taken.end(), [&](const FLASH_COMPARISON& each) {
@@ -117,23 +129,35 @@ PGMDEV_FLASH_CANDIDATES::PGMDEV_FLASH_CANDIDATES(const PGMDEV_SFL_FLASH_INFO* re
     const RECORDS all(records, records != nullptr ? count : 0);
     const std::span<const BYTE> bytes(response, std::min<std::size_t>(given, RESPONSE_SIZE));
     m_telling_count = telling_bytes_of(bytes);
-    const std::span<const BYTE> telling = bytes.first(m_telling_count);
     m_taken = taken_record(all, silicon_id, bytes);
+    examine(records, count, silicon_id, response, given, notes,
+            admitted_records(all, silicon_id, bytes.first(m_telling_count)));
+}
+
+PGMDEV_FLASH_CANDIDATES::PGMDEV_FLASH_CANDIDATES(const PGMDEV_FLASH_INDEX& index, const PGMDEV_SFL_FLASH_INFO* records,
+                                                 DWORD count, bool silicon_id, const BYTE* response, DWORD given,
+                                                 const PGMDEV_FLASH_NOTES* notes) {
+    m_telling_count = telling_bytes_of({response, std::min<std::size_t>(given, RESPONSE_SIZE)});
+    m_taken = index.taken(silicon_id, response, given);
+    examine(records, count, silicon_id, response, given, notes, index.admitted(silicon_id, response, m_telling_count));
+}
+
+void PGMDEV_FLASH_CANDIDATES::examine(const PGMDEV_SFL_FLASH_INFO* records, DWORD count, bool silicon_id,
+                                      const BYTE* response, DWORD given, const PGMDEV_FLASH_NOTES* notes,
+                                      const std::vector<DWORD>& admitted) {
+    const RECORDS all(records, records != nullptr ? count : 0);
+    const std::span<const BYTE> bytes(response, std::min<std::size_t>(given, RESPONSE_SIZE));
     m_oddity = flash_response_oddity(all, silicon_id, bytes, m_taken);
 
     const RECORD* const taken = m_taken != INVALID_DWORD ? &all[m_taken] : nullptr;
     m_sure =
         taken != nullptr && !silicon_id && !m_oddity.is_fault() && !is_open(FLASH_COMPARISONS(*taken), m_telling_count);
-    for (DWORD index = 0; index < all.size(); ++index) {
+    for (const DWORD index : admitted) {
         const RECORD& record = all[index];
-        if (record.silicon_id != silicon_id || !FLASH_COMPARISONS(record).admit(telling)) {
-            continue;
-        }
         PGMDEV_FLASH_CANDIDATE candidate{
             index, standing_of(record, taken, m_telling_count), compared_bytes(record, m_telling_count), {}};
-        const bool otherwise_known =
-            notes != nullptr && !silicon_id && &record != taken &&
-            !notes->contradictions(record.device_name, telling.data(), m_telling_count).empty();
+        const bool otherwise_known = notes != nullptr && !silicon_id && &record != taken &&
+                                     !notes->contradictions(record.device_name, response, m_telling_count).empty();
         if (otherwise_known) {
             candidate.standing = STANDING::RULED_OUT;
         }

@@ -39,11 +39,6 @@ RECORD special_row(const std::string& name, BYTE type, BYTE capacity, BYTE value
     return record;
 }
 
-PGMDEV_FLASH_CANDIDATES candidates_of(const ROWS& records, const RESPONSE& response, bool silicon_id = false) {
-    return {records.data(), static_cast<DWORD>(records.size()), silicon_id, response.data(),
-            static_cast<DWORD>(response.size())};
-}
-
 std::vector<DWORD> indexes_of(const PGMDEV_FLASH_CANDIDATES& candidates) {
     std::vector<DWORD> indexes;
     for (const PGMDEV_FLASH_CANDIDATE& each : candidates.candidates()) {
@@ -58,6 +53,23 @@ std::vector<STANDING> standings_of(const PGMDEV_FLASH_CANDIDATES& candidates) {
         standings.push_back(each.standing);
     }
     return standings;
+}
+
+/// By a walk over all records, and by an index: the same.
+PGMDEV_FLASH_CANDIDATES candidates_of(const ROWS& records, const RESPONSE& response, bool silicon_id = false) {
+    const auto count = static_cast<DWORD>(records.size());
+    const auto given = static_cast<DWORD>(response.size());
+    const PGMDEV_FLASH_CANDIDATES walked(records.data(), count, silicon_id, response.data(), given);
+    const PGMDEV_FLASH_INDEX index(records.data(), count);
+    const PGMDEV_FLASH_CANDIDATES found(index, records.data(), count, silicon_id, response.data(), given);
+    EXPECT_EQ(found.taken(), walked.taken());
+    EXPECT_EQ(indexes_of(found), indexes_of(walked));
+    EXPECT_EQ(standings_of(found), standings_of(walked));
+    EXPECT_EQ(found.missing_bytes(), walked.missing_bytes());
+    EXPECT_EQ(found.nearest(), walked.nearest());
+    EXPECT_EQ(found.is_sure(), walked.is_sure());
+    EXPECT_EQ(found.oddity().text, walked.oddity().text);
+    return walked;
 }
 
 /// How a record is read, told again: what it compares, byte by byte.

@@ -126,16 +126,23 @@ std::vector<std::string> FLASH_IDENTIFIER::similar_names(const std::string& devi
     return similar;
 }
 
+PGMDEV_FLASH_CANDIDATES FLASH_IDENTIFIER::candidates_of(const FLASH_QUESTION& question) {
+    constexpr DWORD WALKS_FOR_AN_INDEX = 16;  // take about as long as making one
+    const DWORD count = m_manager.get_flash_count();
+    const ID_RESPONSE& bytes = question.bytes;
+    if (m_index || ++m_walks > WALKS_FOR_AN_INDEX) {
+        if (!m_index) {
+            m_index.emplace(m_records, count);
+        }
+        return {*m_index, m_records, count, question.silicon_id, bytes.data(), bytes.count, &m_notes};
+    }
+    return {m_records, count, question.silicon_id, bytes.data(), bytes.count, &m_notes};
+}
+
 FLASH_IDENTIFICATION FLASH_IDENTIFIER::identify(DWORD position, FLASH_QUESTION question) {
     const DWORD count = m_manager.get_flash_count();
     ID_RESPONSE& bytes = question.bytes;
-    FLASH_IDENTIFICATION device{question,
-                                INVALID_DWORD,
-                                {m_records, count, question.silicon_id, bytes.data(), bytes.count, &m_notes},
-                                {},
-                                {},
-                                {},
-                                {}};
+    FLASH_IDENTIFICATION device{question, INVALID_DWORD, candidates_of(question), {}, {}, {}, {}};
     const DWORD telling = device.candidates.telling_count();
     if (count != 0 && m_manager.flash_id_database_mapping(question.silicon_id, position, bytes.data())) {
         device.index = m_manager.get_flash_mapping_index(position, false);

@@ -71,10 +71,13 @@ public:
 
 private:
     DWORD index_of(const std::string& device_name);
+    PGMDEV_FLASH_CANDIDATES candidates_of(const FLASH_QUESTION& question);
 
     PGMDEV_FLASH_MANAGER m_manager;
     PGMDEV_FLASH_NOTES m_notes;
     const PGMDEV_SFL_FLASH_INFO* m_records;
+    DWORD m_walks = 0;                          ///< questions that were answered by walks over the records
+    std::optional<PGMDEV_FLASH_INDEX> m_index;  ///< once there were so many that it is worth while
     DWORD m_device_count;
 };
 

@@ -8,6 +8,7 @@
 
 #include "files/container.h"
 #include "hps/edit.h"
+#include "hps/lists.h"
 #include "hps/port.h"
 #include "pgmdev_hps_mgr.h"
 #include "terminal/listing.h"
@@ -53,14 +54,6 @@ JSON kind_schema() {
 
 void list_kinds(const ARGUMENTS& given, const COMMAND& command) {
     const auto kinds = PGMDEV_HPS_MGR::get_kinds();
-    std::vector<JSON> rows;
-    for (std::size_t i = 0; i < kinds.size(); ++i) {
-        JSON& row = rows.emplace_back(JSON{{"index", i}, {"name", kinds[i].name}});
-        for (const KIND_MEMBER& member : KIND_MEMBERS) {
-            row[member.name] = kinds[i].*member.field;
-        }
-        row["user"] = false;
-    }
     // The kinds are few and have many members: a column for each.
     std::vector<std::string> heading{"index"};
     std::vector<std::string> names{"name"};
@@ -78,7 +71,7 @@ void list_kinds(const ARGUMENTS& given, const COMMAND& command) {
         }
         table.add(row);
     }
-    print_listing(kind_schema(), rows, table, given, command);
+    print_listing(kind_schema(), hps_kind_rows(), table, given, command);
 }
 
 const char* owner(bool user) {
@@ -122,9 +115,8 @@ void list_entries(const ARGUMENTS& given, const COMMAND& command) {
     const auto& manager = *FLASH::MANAGER::get_mgr();
     const auto& list = manager.get_list();
     const std::size_t user_count = manager.get_user_list().size();
-    std::vector<JSON> rows;
-    for (std::size_t i = 0; i < list.size(); ++i) {
-        JSON& row = rows.emplace_back(entry_json<FLASH>(i, *list[i], i < user_count));
+    std::vector<JSON> rows = hps_flash_rows<FLASH>();
+    for (JSON& row : rows) {
         if (kind != nullptr) {
             add_port(row, *kind, PORT<FLASH>);
         }
@@ -215,6 +207,19 @@ VERB remove_verb(const char* name) {
 }
 
 }  // namespace
+
+std::vector<JSON> hps_kind_rows() {
+    const auto kinds = PGMDEV_HPS_MGR::get_kinds();
+    std::vector<JSON> rows;
+    for (std::size_t i = 0; i < kinds.size(); ++i) {
+        JSON& row = rows.emplace_back(JSON{{"index", i}, {"name", kinds[i].name}});
+        for (const KIND_MEMBER& member : KIND_MEMBERS) {
+            row[member.name] = kinds[i].*member.field;
+        }
+        row["user"] = false;
+    }
+    return rows;
+}
 
 NOUN hps_noun() {
     constexpr const char* ADD_NAND =

@@ -8,6 +8,7 @@
 #include <set>
 #include <utility>
 
+#include "catalog/device_names.h"
 #include "names/name_schemes.h"
 #include "names/spellings.h"
 #include "pgmdev_mgr.h"
@@ -19,6 +20,9 @@
 #include "terminal/schema.h"
 
 namespace {
+
+constexpr const char* PARTS_KEY = "parts";
+constexpr const char* HASH_KEY = "opn_hash";
 
 /// What is asked: made once for all questions of a run.
 struct SOURCES {
@@ -93,7 +97,7 @@ std::string joined(const std::vector<std::string>& texts) {
 void add_part_facts(std::vector<FACT>& facts, const PART_ENTRY* part) {
     std::optional<DWORD> number;
     std::optional<DWORD> index;
-    FACT hash{"opn_hash", "hash", {}, ""};
+    FACT hash{HASH_KEY, "hash", {}, ""};
     if (part != nullptr) {
         number = static_cast<DWORD>(part->number);
         const DWORD first = PGMDEV_MGR::get_opn_enum(part->name);
@@ -155,7 +159,7 @@ FACT parts_fact(const NAME_MEANING& meaning) {
     const std::vector<std::string> first(names.begin(),
                                          names.begin() + static_cast<std::ptrdiff_t>(std::min(SHOWN, names.size())));
     const std::string more = names.size() > SHOWN ? fmt::format(", and {} more", names.size() - SHOWN) : "";
-    return {"parts", fmt::format("stands for {} part{}", names.size(), names.size() == 1 ? "" : "s"), names,
+    return {PARTS_KEY, fmt::format("stands for {} part{}", names.size(), names.size() == 1 ? "" : "s"), names,
             joined(first) + more};
 }
 
@@ -235,7 +239,39 @@ JSON part_info_schema() {
     return question_schema(content, {});
 }
 
+/// The answer without its parts, which make it long, and without the hash, which follows from the name.
+JSON facts_json(const NAME_MEANING& meaning, PROFILE_DATABASE& profiles) {
+    JSON object = JSON::object();
+    for (const FACT& fact : facts_of(meaning, profiles)) {
+        if (fact.key != PARTS_KEY && fact.key != HASH_KEY) {
+            object[fact.key] = fact.value;
+        }
+    }
+    return object;
+}
+
 }  // namespace
+
+std::vector<JSON> facts_of_all_names() {
+    SOURCES sources;
+    std::set<std::string> names(sources.names.begin(), sources.names.end());
+    for (const auto* further : {&part_names(), &package_and_programming_names(), &programmer_part_names(),
+                                &device_names(), &family_names()}) {
+        names.insert(further->begin(), further->end());
+    }
+    std::vector<JSON> of_parts;
+    std::vector<JSON> of_others;
+    for (const std::string& name : names) {
+        const NAME_MEANING meaning = sources.schemes.meaning_of(name);
+        if (meaning.schemes.empty() || meaning.name != name) {
+            continue;  // in another case, or an alias
+        }
+        const bool is_part = common_of(meaning).part != nullptr;
+        (is_part ? of_parts : of_others).push_back(facts_json(meaning, sources.profiles));
+    }
+    of_parts.insert(of_parts.end(), of_others.begin(), of_others.end());
+    return of_parts;
+}
 
 VERB part_info_verb() {
     return VERB("info", "Everything about a part, or about whatever else a name stands for, and all its parts",

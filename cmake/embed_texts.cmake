@@ -1,0 +1,25 @@
+# Writes a source file that holds texts: cmake -DTEMPLATE=... -DSTYLE=... -DSCRIPTS=...|... -DOUTPUT=... -P embed_texts.cmake
+# Texts become raw string literals, each of its own, since compilers promise no more than 64 KiB for one.
+
+function(append_literal code_variable file)
+  file(READ ${file} text)
+  if(text MATCHES "\\)PAGE\"")
+    message(FATAL_ERROR "${file} holds what ends a raw string literal")
+  endif()
+  set(${code_variable} "${${code_variable}}R\"PAGE(${text})PAGE\"" PARENT_SCOPE)
+endfunction()
+
+set(code "#include \"page/assets.h\"\n\n#include <array>\n\nstd::string_view page_template() {\n    return ")
+append_literal(code ${TEMPLATE})
+string(APPEND code ";\n}\n\nstd::string_view page_style() {\n    return ")
+append_literal(code ${STYLE})
+string(APPEND code ";\n}\n\nstd::span<const std::string_view> page_scripts() {\n    static constexpr std::array<std::string_view, ")
+string(REPLACE "|" ";" SCRIPTS "${SCRIPTS}")
+list(LENGTH SCRIPTS count)
+string(APPEND code "${count}> SCRIPTS{\n")
+foreach(script IN LISTS SCRIPTS)
+  append_literal(code ${script})
+  string(APPEND code ",\n")
+endforeach()
+string(APPEND code "};\n    return SCRIPTS;\n}\n")
+file(WRITE ${OUTPUT} "${code}")

@@ -1,0 +1,76 @@
+#include "page/page.h"
+
+#include <fmt/core.h>
+
+#include <filesystem>
+#include <system_error>
+
+#include "files/inspection.h"
+#include "files/origins.h"
+#include "files/output.h"
+#include "page/data.h"
+#include "page/document.h"
+#include "terminal/printable.h"
+#include "terminal/schema.h"
+#include "utf8_path.h"
+
+namespace {
+
+/// Makes the directory of the file if its own directory is there.
+void require_directory(const std::string& directory, const std::string& file) {
+    std::error_code error;
+    const std::filesystem::path path(fio_get_unc_full_path(directory));
+    forget_system_reason();
+    if (!std::filesystem::is_directory(path, error) && !std::filesystem::create_directory(path, error)) {
+        throw output_failure(std::filesystem::exists(path, error) ? file : directory);
+    }
+}
+
+/// How many rows a list in columns has.
+QWORD rows_of(JSON list) {
+    return std::get<QWORD>(list["rows"].value());
+}
+
+void write_page(const ARGUMENTS& given, COMMAND& command) {
+    const std::string& directory = given.text("OUTPUT_DIR");
+    const std::string file = utf8_from_path(path_from_utf8(directory) / "index.html");
+    require_directory(directory, file);
+    confirm_output(file, {flash_database_place().path}, "page of pgmdev", PAGE_BEGINNING, given.has("--force"));
+    PAGE_DATA data{page_flash_data(), page_tables_data(), page_names_data()};
+    const std::string page = page_document(data);
+    OUTPUT_FILE output(file);
+    output.write({reinterpret_cast<const BYTE*>(page.data()), page.size()});
+    output.commit();
+
+    const QWORD records = rows_of(data.flash["records"]);
+    const QWORD profiles = rows_of(data.tables["profiles"]);
+    const QWORD names = rows_of(data.names);
+    if (command.json) {
+        const std::vector<JSON> files{JSON{{"path", file}, {"size", page.size()}}};
+        print_json({{"files", files}, {"records", records}, {"profiles", profiles}, {"names", names}});
+    } else {
+        fmt::print("{}: {} bytes with {} flash records, {} profiles, {} names\n", printable(file), page.size(), records,
+                   profiles, names);
+    }
+}
+
+JSON page_schema() {
+    const JSON file = object_schema({{"path", text_schema()}, {"size", number_schema()}});
+    return object_schema({{"files", array_schema(file)},
+                          {"records", number_schema()},
+                          {"profiles", number_schema()},
+                          {"names", number_schema()}});
+}
+
+}  // namespace
+
+VERB page_verb() {
+    return VERB("page", "Write a page for browsers: all chips, profiles and names, to look up without a network",
+                "pgmdev page tessary-page", write_page)
+        .takes({"OUTPUT_DIR", "Directory for the page, index.html, which is made where it is missing"})
+        .takes({"--force", "Replace an index.html that is no such page", ARGUMENT::FLAG})
+        .tells(
+            "The page is one file, opens from any place, asks no network, and answers as flash identify, flash show,\n"
+            "flash sfdp and part info do.\n")
+        .answers(page_schema);
+}

@@ -1,0 +1,65 @@
+// The records of serial flash, and how their members are written.
+
+const FLASH = (() => {
+    const data = data_of("flash-data");
+    const rows = rows_of(data.records);
+    const evidence = data.evidence ? rows_of(data.evidence) : [];
+    const place_of = new Map(rows.map((row, place) => [row, place]));
+    const member_named = new Map(data.members.map((member) => [member.name, member]));
+    const by_name = new Map();
+    for (const row of rows) {
+        if (row.default_dev && row.enabled && !by_name.has(row.device_name.toUpperCase())) {
+            by_name.set(row.device_name.toUpperCase(), row);
+        }
+    }
+    const aliases_of = new Map();
+    for (const alias of rows_of(data.aliases)) {
+        const key = alias.device_name.toUpperCase();
+        if (!aliases_of.has(key)) {
+            aliases_of.set(key, []);
+        }
+        aliases_of.get(key).push(alias);
+    }
+    return {
+        members: data.members,
+        member_named,
+        rows,
+        /// Those that programs use: the index of a record is its place among them.
+        records: rows.filter((row) => row.enabled),
+        place_of: (row) => place_of.get(row),
+        evidence_of: (row) => evidence[place_of.get(row)],
+        aliases_of: (row) => aliases_of.get(row.device_name.toUpperCase()) ?? [],
+        ambiguities: data.ambiguities,
+        identifications: data.identifications,
+        /// The default record of a name.
+        record_named: (name) => by_name.get(name.toUpperCase()),
+    };
+})();
+
+const NONE = 255; // no place, where a member names a byte of the response or a bit
+
+function hex_byte(byte) {
+    return byte.toString(16).toUpperCase().padStart(2, "0");
+}
+
+function hex_bytes(bytes) {
+    return Array.from(bytes, hex_byte).join(" ");
+}
+
+/// A value as a cell of the source table.
+function cell_text(member, value) {
+    if (typeof value === "boolean") {
+        return value ? "TRUE" : "FALSE";
+    }
+    return member.hex && typeof value === "number" ? `0x${hex_byte(value)}` : String(value);
+}
+
+/// The same with its unit.
+function value_text(member, value) {
+    return member.unit === "" ? cell_text(member, value) : `${cell_text(member, value)} ${member.unit}`;
+}
+
+/// A record with nothing but its members, as the command gives it.
+function members_only(record) {
+    return Object.fromEntries(FLASH.members.map((member) => [member.name, record[member.name]]));
+}

@@ -1,0 +1,124 @@
+// Which view is shown: the one that the address names behind "#/".
+
+function pictures_view() {
+    const figure = (drawing, text) => make("figure", {}, drawing, make("figcaption", {}, text));
+    return [
+        make("h3", {}, "Capacity by maker"),
+        figure(capacity_picture(FLASH.records), "Chips of the table; capacities in Mbit."),
+        make("h3", {}, "Erase times"),
+        figure(
+            erase_picture(FLASH.records),
+            "The longest erase of the whole chip, as the tool waits for it; larger dots are more chips.",
+        ),
+    ];
+}
+
+function chip_view(row) {
+    part("view-chip").replaceChildren(
+        ...(row
+            ? chip_page(row).filter(Boolean)
+            : [
+                  make("h2", { tabindex: "-1" }, "No such chip"),
+                  make("p", {}, make("a", { href: "#/chips" }, "All chips")),
+              ]),
+    );
+}
+
+/// Views that show the same whatever the address says further are filled when they are first seen.
+const once = (id, content) => {
+    let filled = false;
+    return () => {
+        if (!filled) {
+            part(id).append(...content());
+            filled = true;
+        }
+    };
+};
+
+const VIEWS = {
+    // by the first word of the address: the view, its link, and how it is filled
+    chips: ["view-chips", "chips", () => {}],
+    chip: ["view-chip", "chips", (name) => chip_view(FLASH.record_named(name))],
+    row: ["view-chip", "chips", (place) => chip_view(FLASH.rows[Number(place)])],
+    identify: ["view-identify", "identify", IDENTIFY_VIEW.open],
+    boot: ["view-boot", "boot", once("view-boot", boot_flash_view)],
+    profiles: ["view-profiles", "profiles", PROFILES_VIEW.open],
+    names: ["view-names", "names", NAMES_VIEW.open],
+    pictures: ["view-pictures", "pictures", once("view-pictures", pictures_view)],
+};
+
+function address_words() {
+    return location.hash
+        .replace(/^#\/?/, "")
+        .split("/")
+        .map((word) => {
+            try {
+                return decodeURIComponent(word);
+            } catch {
+                return word;
+            }
+        });
+}
+
+function show_view(focus) {
+    const [word, argument] = address_words();
+    const [id, link, fill_view] = VIEWS[word] ?? VIEWS.chips;
+    document.querySelectorAll("main > section").forEach((section) => {
+        section.hidden = section.id !== id;
+    });
+    document.querySelectorAll("nav a").forEach((each) => {
+        if (each.getAttribute("href") === `#/${link}`) {
+            each.setAttribute("aria-current", "page");
+        } else {
+            each.removeAttribute("aria-current");
+        }
+    });
+    fill_view(argument);
+    const heading = part(id).querySelector("h2");
+    document.title = `${heading.textContent} – Tessary device data`;
+    if (focus) {
+        heading.focus({ preventScroll: true });
+        window.scrollTo(0, 0);
+    }
+}
+
+function press(event) {
+    const is_typing = ["INPUT", "TEXTAREA", "SELECT"].includes(event.target.tagName);
+    if (event.key === "/" && !is_typing && !event.ctrlKey && !event.metaKey && !event.altKey) {
+        event.preventDefault();
+        const search = () => part("search").focus();
+        if (part("view-chips").hidden) {
+            window.addEventListener("hashchange", search, { once: true });
+            location.hash = "#/chips";
+        } else {
+            search();
+        }
+    }
+}
+
+part("made-from").textContent =
+    `${counted(FLASH.records.length, "record", "records")} of serial flash, ` +
+    `written by pgmdev ${TABLES.version.command}, catalog ${TABLES.version.catalog}.`;
+CHIPS_VIEW.start();
+IDENTIFY_VIEW.start();
+PROFILES_VIEW.start();
+NAMES_VIEW.start();
+window.addEventListener("hashchange", () => show_view(true));
+document.addEventListener("keydown", press);
+show_view(false);
+performance.mark("ready");
+
+/// For scripts that ask the page, such as its tests.
+window.tessary = {
+    identify: (text, in_a_chain = false) => identification(0, parse_question(text), in_a_chain),
+    identify_with_sfdp: (text, dump) =>
+        identification_with_sfdp(parse_question(text), read_sfdp(bytes_of_hex_text(dump))),
+    sfdp: (dump) => {
+        const sfdp = read_sfdp(bytes_of_hex_text(dump));
+        return sfdp.refusal
+            ? { refusal: describe_refusal(sfdp.refusal) }
+            : { ...sfdp_json(sfdp), record: derived_record(sfdp, []) };
+    },
+    spell: NAMES.spell,
+    records: () => FLASH.rows,
+};

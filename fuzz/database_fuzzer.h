@@ -5,24 +5,20 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <filesystem>
+#include <string>
 #include <string_view>
 #include <vector>
 
 #include "fio.h"
-#include "msg.h"
+#include "reports.h"
+#include "scratch_files.h"
 
 /// Packs the payload as a file with that magic and stamp, and loads it through the bounded reader. MANAGER derives from
 /// the database's manager; it starts empty, and makes that manager's `compress_data` and, as `load`, its loading of a
 /// file public.
 template <class MANAGER>
 void load_payload(std::string_view magic, std::string_view stamp, const std::uint8_t* payload, std::size_t size) {
-    static const bool quiet = [] {
-        MSG_INTERNAL_ERROR::set_handler(
-            [](const MSG_INTERNAL_ERROR_REPORT& report) { throw MSG_INTERNAL_ERROR_EXCEPTION(report); });
-        return true;
-    }();
-    if (!quiet || size == 0) {
+    if (size == 0) {
         return;
     }
     std::vector<BYTE> image(magic.begin(), magic.end());
@@ -32,18 +28,13 @@ void load_payload(std::string_view magic, std::string_view stamp, const std::uin
     }
     const auto head = static_cast<DWORD>(image.size());
     image.insert(image.end(), payload, payload + size);
-    try {
+    up_to_a_report([&] {
         MANAGER manager;
         DWORD length = 0;
         BYTE* packed = manager.compress_data(image.data(), head, static_cast<DWORD>(image.size()), length);
-        std::vector<BYTE> file(packed, packed + length);
+        std::string file(reinterpret_cast<const char*>(packed), length);
         delete[] packed;
-        file.resize(file.size() + 2);  // the checksum
-        FIO_REPLACEMENT scratch((std::filesystem::temp_directory_path() / "pgmdev-fuzz.pcf").string());
-        if (scratch.write(file)) {
-            manager.load(scratch.temporary());
-        }
-    } catch (const MSG_INTERNAL_ERROR_EXCEPTION&) {
-        // a report is the right answer to damage
-    }
+        file.append(2, '\0');  // the checksum
+        manager.load(FIO_PATH(scratch_files().write("database.pcf", file)));
+    });
 }

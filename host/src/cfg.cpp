@@ -2,18 +2,17 @@
 
 #include <algorithm>
 #include <array>
-#include <map>
 #include <mutex>
 #include <optional>
 #include <string_view>
 
+#include "configuration_lines.h"
 #include "environment.h"
 #include "file_reader.h"
 #include "fio.h"
 #include "gen.h"
 #include "standard_places.h"
 #include "static_mutex.h"
-#include "text_lines.h"
 #include "unloading.h"
 #include "utf8_path.h"
 
@@ -21,31 +20,22 @@ namespace {
 
 constexpr const char* CONFIGURATION_FILE = "tessary.conf";
 
-using VALUES = std::map<std::string, std::string, std::less<>>;
-
 /// No configuration that people write comes near.
 constexpr std::size_t LARGEST_CONFIGURATION = std::size_t{1} << 20;
 
 /// Takes over what a file says. What was said before gives way. False when there is a file that cannot be read whole;
 /// then nothing is taken, rather than a part.
-bool read_configuration_file(const std::string& path, VALUES& values) {
+bool read_configuration_file(const std::string& path, CONFIGURATION_VALUES& values) {
     std::string text;
     const READ_RESULT result =
         read_whole_file(fio_get_unc_full_path(path), LARGEST_CONFIGURATION, FILE_KINDS::REGULAR, text);
-    for_each_line(text, [&values](std::string_view whole) {
-        const std::string line(whole);
-        const std::size_t equals = line.find('=');
-        const std::string key = gen_remove_leading_and_trailing_white_spaces(line.substr(0, equals));
-        if (equals != std::string::npos && !key.empty() && key.front() != '#') {
-            values[key] = gen_remove_leading_and_trailing_white_spaces(line.substr(equals + 1));
-        }
-    });
+    read_configuration_lines(text, values);
     return result != READ_RESULT::FAILED;
 }
 
 /// `whole` tells whether all files that are there could be read.
-VALUES read_configuration_files(bool& whole) {
-    VALUES values;
+CONFIGURATION_VALUES read_configuration_files(bool& whole) {
+    CONFIGURATION_VALUES values;
     whole = true;
     for (const std::string& path : cfg_get_file_paths()) {
         whole = read_configuration_file(path, values) && whole;
@@ -53,15 +43,15 @@ VALUES read_configuration_files(bool& whole) {
     return values;
 }
 
-std::string value_of(const VALUES& values, const std::string& key) {
+std::string value_of(const CONFIGURATION_VALUES& values, const std::string& key) {
     const auto line = values.find(key);
     return line != values.end() ? line->second : std::string();
 }
 
 struct CONFIGURATION {
     STATIC_MUTEX mutex;
-    VALUES set_by_program;
-    std::optional<VALUES> files;  ///< empty until the first look-up
+    CONFIGURATION_VALUES set_by_program;
+    std::optional<CONFIGURATION_VALUES> files;  ///< empty until the first look-up
 };
 
 CONFIGURATION& configuration() {
@@ -89,7 +79,7 @@ std::string cfg_get_value(const std::string& key) {
     }
     if (!all.files) {
         bool whole = false;
-        VALUES values = read_configuration_files(whole);
+        CONFIGURATION_VALUES values = read_configuration_files(whole);
         if (!whole) {
             return value_of(values, key);  // the next look-up tries again
         }

@@ -6,11 +6,16 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <climits>
 #include <cstdarg>
 #include <cstdio>
 #include <cstdlib>
 #include <ctime>
 #include <new>
+#include <string>
+#include <utility>
+
+#include "support/recorded_calls.h"
 
 namespace {
 
@@ -79,6 +84,36 @@ FUNCTION* next(const char* name) {
     return reinterpret_cast<FUNCTION*>(::dlsym(RTLD_NEXT, name));
 }
 
+/// The recorder of this thread. It records nothing that it does itself.
+thread_local RECORDED_CALLS* g_recorder = nullptr;
+
+class RECORDING {
+public:
+    RECORDING() : m_recorder(std::exchange(g_recorder, nullptr)), m_error(errno) {}
+    ~RECORDING() {
+        g_recorder = m_recorder;
+        errno = m_error;
+    }
+    RECORDING(const RECORDING&) = delete;
+    RECORDING& operator=(const RECORDING&) = delete;
+
+    void add(const RECORDED_CALL& call) {
+        if (m_recorder != nullptr) {
+            m_recorder->add(call);
+        }
+    }
+
+private:
+    RECORDED_CALLS* m_recorder;
+    int m_error;
+};
+
+std::string path_of(int file) {
+    char path[PATH_MAX];
+    const ssize_t length = ::readlink(("/proc/self/fd/" + std::to_string(file)).c_str(), path, sizeof path);
+    return {path, length < 0 ? std::size_t{0} : static_cast<std::size_t>(length)};
+}
+
 void* allocate(std::size_t size) {
     if (g_state.allocations_armed && g_state.allocations_left != 0 && --g_state.allocations_left == 0) {
         g_state.allocation_failed = true;
@@ -97,7 +132,15 @@ INTERPOSED int open(const char* path, int flags, ...) {
     const mode_t mode = (flags & (O_CREAT | O_TMPFILE)) != 0 ? va_arg(rest, mode_t) : 0;
     va_end(rest);
     static auto* const real = next<int(const char*, int, ...)>("open");
-    return is_to_fail("open") || is_interrupted() ? -1 : real(path, flags, mode);
+    if (is_to_fail("open") || is_interrupted()) {
+        return -1;
+    }
+    const bool exists = g_recorder == nullptr || ::access(path, F_OK) == 0;
+    const int file = real(path, flags, mode);
+    if (g_recorder != nullptr && file >= 0 && (!exists || (flags & O_TRUNC) != 0)) {
+        RECORDING().add({exists ? RECORDED_CALL::TRUNCATE : RECORDED_CALL::CREATE, path_of(file), "", 0});
+    }
+    return file;
 }
 
 INTERPOSED ssize_t read(int file, void* bytes, std::size_t count) {
@@ -112,7 +155,16 @@ INTERPOSED ssize_t pread(int file, void* bytes, std::size_t count, off_t offset)
 
 INTERPOSED ssize_t write(int file, const void* bytes, std::size_t count) {
     static auto* const real = next<ssize_t(int, const void*, std::size_t)>("write");
-    return is_to_fail("write") || is_interrupted() ? -1 : real(file, bytes, allowed(count));
+    if (is_to_fail("write") || is_interrupted()) {
+        return -1;
+    }
+    const ssize_t written = real(file, bytes, allowed(count));
+    if (g_recorder != nullptr && written > 0) {
+        const auto length = static_cast<std::size_t>(written);
+        const auto end = static_cast<std::size_t>(::lseek(file, 0, SEEK_CUR));
+        RECORDING().add({RECORDED_CALL::WRITE, path_of(file), {static_cast<const char*>(bytes), length}, end - length});
+    }
+    return written;
 }
 
 INTERPOSED int stat(const char* path, struct stat* status) {
@@ -137,7 +189,14 @@ INTERPOSED off_t lseek(int file, off_t offset, int whence) {
 
 INTERPOSED int fsync(int file) {
     static auto* const real = next<int(int)>("fsync");
-    return is_to_fail("fsync") || is_interrupted() ? -1 : real(file);
+    if (is_to_fail("fsync") || is_interrupted()) {
+        return -1;
+    }
+    const int result = real(file);
+    if (g_recorder != nullptr && result == 0) {
+        RECORDING().add({RECORDED_CALL::SYNC, path_of(file), "", 0});
+    }
+    return result;
 }
 
 INTERPOSED int fchmod(int file, mode_t mode) {
@@ -147,7 +206,23 @@ INTERPOSED int fchmod(int file, mode_t mode) {
 
 INTERPOSED int rename(const char* from, const char* to) {
     static auto* const real = next<int(const char*, const char*)>("rename");
-    return is_to_fail("rename") ? -1 : real(from, to);
+    if (is_to_fail("rename")) {
+        return -1;
+    }
+    const int result = real(from, to);
+    if (g_recorder != nullptr && result == 0) {
+        RECORDING().add({RECORDED_CALL::RENAME, from, to, 0});
+    }
+    return result;
+}
+
+INTERPOSED int unlink(const char* path) noexcept {
+    static auto* const real = next<int(const char*)>("unlink");
+    const int result = real(path);
+    if (g_recorder != nullptr && result == 0) {
+        RECORDING().add({RECORDED_CALL::UNLINK, path, "", 0});
+    }
+    return result;
 }
 
 INTERPOSED int clock_gettime(clockid_t clock, timespec* time) noexcept {
@@ -247,4 +322,12 @@ FAST_CLOCK::FAST_CLOCK() {
 
 FAST_CLOCK::~FAST_CLOCK() {
     g_state.clock_is_fast = false;
+}
+
+RECORDED_CALLS::RECORDED_CALLS() {
+    g_recorder = this;
+}
+
+RECORDED_CALLS::~RECORDED_CALLS() {
+    g_recorder = nullptr;
 }

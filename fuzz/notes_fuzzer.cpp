@@ -1,0 +1,45 @@
+#include "flash/aliases.h"
+#include "flash/evidence.h"
+#include "input.h"
+#include "pgmdev_flash_notes.h"
+#include "pgmdev_flash_table.h"
+#include "reports.h"
+#include "scratch_files.h"
+
+// Any texts as the notes beside a flash table: ambiguities, identifications, aliases, sources.
+
+namespace {
+
+/// Those of a few rows of the shipped table.
+const std::vector<PGMDEV_SFL_FLASH_INFO>& records() {
+    static const std::vector<PGMDEV_SFL_FLASH_INFO> some = [] {
+        std::vector<PGMDEV_SFL_FLASH_INFO> all =
+            PGMDEV_FLASH_TABLE::from_source(FIO_PATH(FUZZ_DATA_DIR "/flash/pgm_flash.csv")).records();
+        all.resize(16);
+        return all;
+    }();
+    return some;
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    const std::vector<std::string> texts = sections_of(text_of(data, size), 4);
+    const char* const names[] = {"ambiguities.csv", "identifications.csv", "aliases.csv", "sources.csv"};
+    for (std::size_t i = 0; i < texts.size(); ++i) {
+        scratch_files().write(names[i], texts[i]);
+    }
+    const std::string table = scratch_files().path("pgm_flash.csv");
+    up_to_a_report([&] {
+        const PGMDEV_FLASH_NOTES notes = PGMDEV_FLASH_NOTES::beside_source(table);
+        notes.faults_with(records());
+        const std::vector<BYTE> response{0xEF, 0x40, 0x17};
+        notes.ambiguities_of(response.data(), static_cast<DWORD>(response.size()));
+        notes.contradictions(records().front().device_name, response.data(), static_cast<DWORD>(response.size()));
+        flash_alias_faults(table, records());
+        const FLASH_EVIDENCE evidence(scratch_files().path("sources.csv"));
+        evidence.support_of(records());
+        evidence.of(records().front());
+    });
+    return 0;
+}

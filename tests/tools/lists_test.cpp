@@ -187,3 +187,26 @@ TEST(ProfileShow, FindsByProgrammerFileAndIndex) {
 }
 
 }  // namespace
+
+TEST(Lists, TellTheNamesNextToOneThatNothingFits) {
+    const std::pair<std::vector<std::string>, std::string> misspelt[]{
+        {{"flash", "list", "W25Q64J"}, "; did you mean W25Q64JV"},
+        {{"part", "list", "KES50C9"}, "; did you mean KES50C6, KES50C7, KES50C8"},
+        {{"device", "list", "KES5O"}, "; did you mean "},
+        {{"family", "list", "kestrl"}, "; did you mean KESTREL"},
+        {{"profile", "tables", "KESTRL"}, "; did you mean KESTREL"},
+    };
+    for (const auto& [command, meant] : misspelt) {
+        const PROCESS_RESULT result = run_command(command);
+        EXPECT_EQ(result.exit_code, NOT_FOUND);
+        EXPECT_TRUE(contains(result.errors, meant)) << result.errors;
+    }
+    EXPECT_FALSE(contains(run_command({"flash", "list", "W25Q64J*Z"}).errors, "did you mean"));
+}
+
+/// One of them can stand for several families.
+TEST(Lists, TellTheFamiliesOfAProgrammerFileFamily) {
+    expect_failure(run_command({"part", "list", "--family", "Swift_PCF"}), NOT_FOUND,
+                   {"no part passes --family Swift_PCF: that is what programmer files say for BUZZARD, GOSHAWK, GREBE, "
+                    "KITE, PINTAIL, PTARMIGAN, SWIFT"});
+}

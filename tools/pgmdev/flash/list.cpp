@@ -100,8 +100,13 @@ void list(const ARGUMENTS& given, COMMAND& command) {
         }
     }
     const auto missing = [&] {
-        return fmt::format("there is no {}flash{} that passes all filters{}", every_row ? "" : "enabled ",
-                           given_pattern_text(given), vain_filters(rows, wanted, given));
+        std::vector<std::string> names;
+        for (const FLASH_ROW& row : rows) {
+            names.push_back(row.record.device_name);
+        }
+        return fmt::format("there is no {}flash{} that passes all filters{}{}", every_row ? "" : "enabled ",
+                           given_pattern_text(given), vain_filters(rows, wanted, given),
+                           did_you_mean_by_pattern(given, names));
     };
     print_filtered_listing(object_schema(row_members(every_row)), objects, table, missing, given, command);
 }

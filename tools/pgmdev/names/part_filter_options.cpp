@@ -9,6 +9,7 @@
 #include "catalog/device_names.h"
 #include "gen.h"
 #include "names/part_values.h"
+#include "pgmdev_device_grammar_mgr.h"
 #include "terminal/did_you_mean.h"
 #include "terminal/filtered_listing.h"
 #include "terminal/quiet.h"
@@ -74,6 +75,17 @@ std::vector<std::string> neighbours(const std::string& number, const std::vector
 /// Why no part is of a device that there is.
 constexpr const char* WITHOUT_PARTS = ": there is that device, but only programmer files may name it";
 
+/// The families that a programmer-file family of that name is for.
+std::vector<std::string> families_of(const std::string& programmer_family) {
+    std::vector<std::string> families;
+    for (const std::string& family : family_names()) {
+        if (gen_stricmp(PGMDEV_DEVICE_GRAMMAR_MGR::get_pcf_family_pcf(family), programmer_family) == 0) {
+            families.push_back(family);
+        }
+    }
+    return families;
+}
+
 /// What may have been meant by a value that no part has, or why none has it.
 std::string meant(const TEXT_FILTER& filter, const std::string& value) {
     constexpr std::size_t FEW = 12;
@@ -81,6 +93,10 @@ std::string meant(const TEXT_FILTER& filter, const std::string& value) {
     if (filter.field == &PART_FILTER::device &&
         dstr_is_valid_dev_device_enum(dstr_get_dev_device_enum_by_string(value.c_str()))) {
         return is_quiet() ? "" : WITHOUT_PARTS;
+    }
+    if (const std::vector<std::string> families = families_of(value);
+        filter.field == &PART_FILTER::family && !families.empty() && !is_quiet()) {
+        return fmt::format(": that is what programmer files say for {}", fmt::join(families, ", "));
     }
     if (is_number(value) && is_number(known.front())) {
         return did_you_mean(neighbours(value, known));

@@ -7,6 +7,7 @@
 #include <set>
 #include <utility>
 
+#include "catalog/device_names.h"
 #include "names/part_entries.h"
 #include "names/part_filter_options.h"
 #include "nouns.h"
@@ -30,6 +31,7 @@ struct LIST {
     const char* example;
     JSON (*schema)();
     ROWS (*rows)(const std::vector<PART_ENTRY>& parts, const ARGUMENTS& given);
+    const std::vector<std::string>& (*known)();  ///< the names that a pattern is for
 };
 
 std::string shown(const std::string& text) {
@@ -179,15 +181,27 @@ ROWS opn_rows(const std::vector<PART_ENTRY>& parts, const ARGUMENTS& given) {
     return rows;
 }
 
-constexpr LIST PART_LIST{"part", "Parts, by number", "pgmdev part list \"KES75*\" --temperature INDUSTRIAL --orderable",
-                         part_schema, part_rows};
+constexpr LIST PART_LIST{
+    "part",      "Parts, by number", "pgmdev part list \"KES75*\" --temperature INDUSTRIAL --orderable",
+    part_schema, part_rows,          part_names};
 constexpr LIST DEVICE_LIST{"device",
                            "Devices that have such parts, and how many; without filters also those without parts",
-                           "pgmdev device list --family Osprey --package FBGA", device_schema, device_rows};
-constexpr LIST FAMILY_LIST{"family", "Families that have such parts, and how many", "pgmdev family list --pins 780",
-                           family_schema, family_rows};
-constexpr LIST OPN_LIST{"ordering code", "The first ordering-code index of each part, and the hash of its name",
-                        "pgmdev --json opn list --family Kestrel --speed 6", opn_schema, opn_rows};
+                           "pgmdev device list --family Osprey --package FBGA",
+                           device_schema,
+                           device_rows,
+                           device_names};
+constexpr LIST FAMILY_LIST{"family",
+                           "Families that have such parts, and how many",
+                           "pgmdev family list --pins 780",
+                           family_schema,
+                           family_rows,
+                           family_names};
+constexpr LIST OPN_LIST{"ordering code",
+                        "The first ordering-code index of each part, and the hash of its name",
+                        "pgmdev --json opn list --family Kestrel --speed 6",
+                        opn_schema,
+                        opn_rows,
+                        part_names};
 
 /// Says when an empty list would have rows with --hidden.
 std::string hidden_text(const LIST& list, const ARGUMENTS& given) {
@@ -205,7 +219,11 @@ VERB list_verb(const LIST& list) {
         const ROWS rows = list.rows(part_entries(part_filter(given)), given);
         print_filtered_listing(
             list.schema(), rows.objects, rows.table,
-            [&] { return empty_list_text(list.thing, given) + hidden_text(list, given); }, given, command);
+            [&] {
+                return empty_list_text(list.thing, given) + hidden_text(list, given) +
+                       did_you_mean_by_pattern(given, list.known());
+            },
+            given, command);
     };
     return with_list_options(with_part_filters(with_pattern(VERB("list", list.description, list.example, run))),
                              list.schema);

@@ -50,6 +50,7 @@ void show_tables(const ARGUMENTS& given, COMMAND& command) {
                                     [&given](const INDEX_TABLE& table) { return given.has(table.option); });
     PROFILE_DATABASE database;
     std::vector<JSON> rows;
+    std::vector<std::string> names;  // all of the tables asked for
     TEXT_TABLE shown({"table", "number", "name", "index", "key"});
     for (const INDEX_TABLE& table : INDEX_TABLES) {
         if (choice && !given.has(table.option)) {
@@ -58,6 +59,7 @@ void show_tables(const ARGUMENTS& given, COMMAND& command) {
         const std::span<const DWORD> entries = database.index_table(table.key);
         for (std::size_t number = 0; number < entries.size(); ++number) {
             const std::string name = table.entry_name(static_cast<int>(number));
+            names.push_back(name);
             if (!fits_given_pattern(name, given)) {
                 continue;
             }
@@ -75,8 +77,11 @@ void show_tables(const ARGUMENTS& given, COMMAND& command) {
     }
     print_filtered_listing(
         entry_schema(), rows, shown,
-        [&given] { return fmt::format("the index tables have no entry{}", given_pattern_text(given)); }, given,
-        command);
+        [&] {
+            return fmt::format("the index tables have no entry{}{}", given_pattern_text(given),
+                               did_you_mean_by_pattern(given, names));
+        },
+        given, command);
 }
 
 }  // namespace

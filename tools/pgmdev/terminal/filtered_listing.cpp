@@ -1,11 +1,12 @@
 #include "terminal/filtered_listing.h"
-#include "terminal/printable.h"
 
 #include <fmt/core.h>
 
 #include <utility>
 
 #include "gen.h"
+#include "terminal/did_you_mean.h"
+#include "terminal/printable.h"
 #include "terminal/standard_error.h"
 #include "terminal/wildcard.h"
 
@@ -31,6 +32,11 @@ bool fits_given_pattern(const std::string& name, const ARGUMENTS& given) {
 
 std::string given_pattern_text(const ARGUMENTS& given) {
     return given.has(PATTERN) ? fmt::format(" with a name like \"{}\"", pattern_of(given)) : "";
+}
+
+std::string did_you_mean_by_pattern(const ARGUMENTS& given, const std::vector<std::string>& names) {
+    const std::string pattern = given.has(PATTERN) ? pattern_of(given) : "*";
+    return pattern.find_first_of("*?") == std::string::npos ? did_you_mean(nearest(pattern, names)) : "";
 }
 
 void print_filtered_listing(const JSON& row, const std::vector<JSON>& rows, const TEXT_TABLE& table,

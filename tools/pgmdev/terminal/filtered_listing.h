@@ -18,6 +18,9 @@ bool fits_given_pattern(const std::string& name, const ARGUMENTS& given);
 /// " with a name like ...", or "" when no pattern is given.
 std::string given_pattern_text(const ARGUMENTS& given);
 
+/// What may have been meant by a pattern that no name fits: the nearest names, if it has no wildcard.
+std::string did_you_mean_by_pattern(const ARGUMENTS& given, const std::vector<std::string>& names);
+
 /// Shows the rows as print_listing does. That there are none is a result, "not found", and `missing()` says it to people.
 void print_filtered_listing(const JSON& row, const std::vector<JSON>& rows, const TEXT_TABLE& table,
                             const std::function<std::string()>& missing, const ARGUMENTS& given, COMMAND& command);

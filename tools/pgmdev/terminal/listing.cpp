@@ -1,5 +1,4 @@
 #include "terminal/listing.h"
-#include "terminal/printable.h"
 
 #include <fmt/core.h>
 
@@ -9,6 +8,7 @@
 
 #include "gen.h"
 #include "terminal/did_you_mean.h"
+#include "terminal/printable.h"
 #include "terminal/schema.h"
 
 namespace {

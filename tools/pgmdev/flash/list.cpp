@@ -100,10 +100,9 @@ void list(const ARGUMENTS& given, COMMAND& command) {
         }
     }
     const auto missing = [&] {
-        std::vector<std::string> names;
-        for (const FLASH_ROW& row : rows) {
-            names.push_back(row.record.device_name);
-        }
+        std::vector<std::string> names(rows.size());
+        std::transform(rows.begin(), rows.end(), names.begin(),
+                       [](const FLASH_ROW& row) { return row.record.device_name; });
         return fmt::format("there is no {}flash{} that passes all filters{}{}", every_row ? "" : "enabled ",
                            given_pattern_text(given), vain_filters(rows, wanted, given),
                            did_you_mean_by_pattern(given, names));

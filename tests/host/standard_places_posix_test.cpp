@@ -8,6 +8,7 @@
 #include "fio.h"
 #include "gen.h"
 #include "pgm_common.h"
+#include "support/ordinary_user_posix.h"
 #include "support/scratch.h"
 #include "support/settings.h"
 
@@ -16,27 +17,6 @@
 namespace {
 
 namespace fs = std::filesystem;
-
-/// While it lives, this process is an ordinary user.
-class ORDINARY_USER {
-public:
-    ORDINARY_USER() : m_is_root(::geteuid() == 0) {
-        constexpr uid_t NOBODY = 65534;
-        if (m_is_root && ::seteuid(NOBODY) != 0) {
-            ADD_FAILURE() << "still root";
-        }
-    }
-    ~ORDINARY_USER() {
-        if (m_is_root && ::seteuid(0) != 0) {
-            std::abort();
-        }
-    }
-    ORDINARY_USER(const ORDINARY_USER&) = delete;
-    ORDINARY_USER& operator=(const ORDINARY_USER&) = delete;
-
-private:
-    bool m_is_root;
-};
 
 class standard_places_posix : public testing::Test {
 protected:

@@ -1,11 +1,11 @@
 #include <gtest/gtest.h>
-#include <unistd.h>
 
 #include <cerrno>
 #include <filesystem>
 
 #include "files/inspection.h"
 #include "files/output.h"
+#include "support/ordinary_user_posix.h"
 #include "support/scratch.h"
 
 // Why an output cannot be written, to users who may not write everywhere.
@@ -14,33 +14,12 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// While it lives, the tests are run by somebody who is not root.
-class ORDINARY_READER {
-public:
-    ORDINARY_READER() : m_is_root(::geteuid() == 0) {
-        constexpr uid_t NOBODY = 65534;
-        if (m_is_root && ::seteuid(NOBODY) != 0) {
-            ADD_FAILURE() << "the user cannot be changed";
-        }
-    }
-    ~ORDINARY_READER() {
-        if (m_is_root && ::seteuid(0) != 0) {
-            ADD_FAILURE() << "the user cannot be changed back";
-        }
-    }
-    ORDINARY_READER(const ORDINARY_READER&) = delete;
-    ORDINARY_READER& operator=(const ORDINARY_READER&) = delete;
-
-private:
-    bool m_is_root;
-};
-
 /// What is said of an output that cannot be written by somebody who may read the directory and not write to it.
 std::string failure_of(const SCRATCH& scratch, const std::string& name) {
     fs::permissions(scratch.directory(), fs::perms(0555));
     std::string message = "it was written";
     try {
-        const ORDINARY_READER user;
+        const ORDINARY_USER user;
         OUTPUT_FILE file(scratch.path(name));
     } catch (const COMMAND_FAILURE& failure) {
         message = failure.failure().message;
@@ -66,7 +45,7 @@ TEST(output_posix, WhoMayNotWriteIsToldWhateverFailedLast) {
     EXPECT_EQ(reason_not_to_write(file), "");
     EXPECT_EQ(reason_not_to_write(scratch.path("new.pcf")), "");
     fs::permissions(file, fs::perms(0444));
-    const ORDINARY_READER user;
+    const ORDINARY_USER user;
     errno = EINVAL;
     EXPECT_EQ(output_failure(file).failure().message, FORBIDDEN);
 }

@@ -1,6 +1,8 @@
 #include "flash/named_rows.h"
 
 #include <algorithm>
+#include <map>
+#include <string>
 #include <string_view>
 
 #include "ascii.h"
@@ -12,22 +14,23 @@ namespace {
 /// Shorter names begin too many others.
 constexpr std::size_t SHORTEST_BEGINNING = 6;
 
+struct ANY_CASE_ORDER {
+    bool operator()(const std::string& a, const std::string& b) const { return gen_stricmp(a, b) < 0; }
+};
+
 /// All names of rows, in the order of these, then the further ones.
 std::vector<NAMED_ROW> all_names(std::span<const PGMDEV_SFL_FLASH_INFO> records) {
     std::vector<NAMED_ROW> names;
+    std::map<std::string, DWORD, ANY_CASE_ORDER> rows;
     for (DWORD index = 0; index < records.size(); ++index) {
         if (records[index].default_dev) {
             names.push_back({index, records[index].device_name});
+            rows.emplace(records[index].device_name, index);
         }
     }
-    const std::size_t rows = names.size();
     for (const FLASH_ALIAS& alias : flash_aliases()) {
-        const auto end = names.begin() + static_cast<std::ptrdiff_t>(rows);
-        const auto row = std::find_if(names.begin(), end, [&alias](const NAMED_ROW& each) {
-            return gen_stricmp(each.name, alias.device_name) == 0;
-        });
-        if (row != end) {
-            names.push_back({row->index, alias.name});
+        if (const auto row = rows.find(alias.device_name); row != rows.end()) {
+            names.push_back({row->second, alias.name});
         }
     }
     return names;

@@ -54,6 +54,11 @@ std::string data_set_source(const std::string& name, const DATA_SET& data) {
            constant(name + "_CMP_LENGTH", data.packed.size()) + constant(name + "_LENGTH", data.unpacked_length);
 }
 
+std::string index_source(const std::string& name, const INDEX_NUMBERS& index, std::uint32_t crc) {
+    return number_array("const std::uint32_t " + name + "_INDEX[]", index) + constant(name + "_INDEX_LENGTH", index.size()) +
+           constant(name + "_INDEXED_CRC", crc);
+}
+
 /// A row of names as a literal, with its NULs written out up to the last name.
 std::string row_literal(const std::array<char, NAME_ROW_SIZE>& row) {
     std::size_t end = row.size();
@@ -121,9 +126,10 @@ std::string value_list(const std::vector<ROW>& rows, std::string ROW::*member) {
 
 }  // namespace
 
-std::string data_source(const DATA_SET& grammar, const DATA_SET& ordering_codes) {
+std::string data_source(const DATA_SET& grammar, const INDEX_NUMBERS& index, const DATA_SET& ordering_codes) {
     return std::string(BANNER) + "#include \"names/compiled_in_data.h\"\n\n" +
-           data_set_source("PGMDDB_GRAMMAR", grammar) + "\n" + data_set_source("PGMDDB_OPN", ordering_codes);
+           data_set_source("PGMDDB_GRAMMAR", grammar) + index_source("PGMDDB_GRAMMAR", index, grammar.crc) + "\n" +
+           data_set_source("PGMDDB_OPN", ordering_codes);
 }
 
 std::string boot_flash_source(const BOOT_FLASH& flash) {

@@ -12,6 +12,7 @@
 
 #include "dstr.h"
 #include "gen.h"
+#include "names/catalog_parts.h"
 #include "names/clean_up.h"
 #include "names/compiled_in_data.h"
 #include "names/part_indexes.h"
@@ -184,6 +185,7 @@ BENCHMARK(DigestsOfAllParts)->Unit(benchmark::kMicrosecond);
 /// Forgets what many questions have made worth while.
 void nothing_was_asked() {
     free_part_indexes();
+    forget_host_parts();
 }
 
 void many_were_asked() {}

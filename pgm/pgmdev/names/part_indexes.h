@@ -4,7 +4,7 @@
 /// Indexes behind the questions for parts: they find at once what otherwise takes a walk over all parts.
 ///
 /// A walk answers sooner than an index is made, so questions do without until the walks have taken about as long as
-/// making it. Then whichever thread asks next makes it, as the stores are made; it is only read from then on, and freed
+/// making it, but for programmer-file names: a walk for one of those mostly goes over all parts. Then whichever thread asks next makes it, as the stores are made; it is only read from then on, and freed
 /// with the stores.
 ///
 /// An index takes for granted that the host goes on giving the answers that it gave when the index was made: the same

@@ -7,6 +7,7 @@
 #include <unordered_map>
 
 #include "dev.h"
+#include "names/catalog_parts.h"
 #include "names/part_indexes.h"
 #include "pgmdev/names/catalog_reference.h"
 #include "pgmdev_mgr.h"
@@ -83,13 +84,15 @@ void expect_way_back(const std::string& part) {
 
 TEST(OrderingCodes, AHashLeadsBackToItsPart) {
     for (std::size_t i = 0; i < cat::parts().size(); i += 499) {
-        free_part_indexes();
+        forget_host_parts();
         ASSERT_EQ(PGMDEV_MGR::get_opn_from_hash(hash_of(cat::parts()[i])), cat::parts()[i]);
-        free_part_indexes();
+        forget_host_parts();
         ASSERT_EQ(PGMDEV_MGR::get_opn_from_hash(hash_of(cat::parts()[i]) ^ 1), "");
     }
-    for (const std::string& part : cat::parts()) {
-        ASSERT_NO_FATAL_FAILURE(expect_way_back(part));
+    const NUMBER_INDEX& index = *parts_by_hash(INDEX_WANTED::NOW);
+    for (std::size_t i = 0; i < cat::parts().size(); ++i) {
+        ASSERT_NO_FATAL_FAILURE(expect_way_back(cat::parts()[i]));
+        ASSERT_EQ(*index.find(hash_of(cat::parts()[i])), i + 1) << "another host's parts are found by this";
     }
     EXPECT_EQ(PGMDEV_MGR::get_opn_from_hash(NO_HASH), "");
 }
@@ -266,6 +269,7 @@ TEST(PartNames, OfEveryPossibleName) {
     }
     const auto first = first_denoted_by_name(candidates);
     const PGMDEV_PART_INDEX index;
+    const PART_NAME_INDEX& for_other_hosts = *parts_by_possible_name(INDEX_WANTED::NOW);
     std::size_t found = 0;
     for (std::size_t i = 0; i < names.size(); ++i) {
         const auto place = first.find(names[i]);
@@ -273,9 +277,10 @@ TEST(PartNames, OfEveryPossibleName) {
         found += expected.empty() ? 0U : 1U;
         ASSERT_NO_FATAL_FAILURE(expect_full_name(names[i], expected));
         ASSERT_EQ(index.get_possible_full_name(lower(names[i])), expected) << names[i];
+        ASSERT_EQ(for_other_hosts.find(names[i]).value_or(""), expected) << names[i];
         if (i % 311 == 0) {
             ASSERT_EQ(first_denoted(candidates, names[i]), expected) << names[i];
-            free_part_indexes();
+            forget_host_parts();
             ASSERT_NO_FATAL_FAILURE(expect_full_name(names[i], expected));
         }
     }
@@ -313,11 +318,12 @@ TEST(PartNames, TheWalkIsTracedThoughAnIndexKnowsTheAnswer) {
 }
 
 TEST(PartNames, ManyThreadsMayAskFirst) {
-    constexpr int THREADS = 4;
+    constexpr int THREADS = 8;
     const std::string part = cat::parts().front();
     const QWORD hash = hash_of(part);
     for (int round = 0; round < 5; ++round) {
         free_part_indexes();
+        forget_host_parts();
         START_LINE line(THREADS);
         std::vector<int> right(THREADS);
         std::vector<std::thread> threads;

@@ -12,7 +12,6 @@
 
 #include "dstr.h"
 #include "gen.h"
-#include "names/catalog_parts.h"
 #include "names/clean_up.h"
 #include "names/compiled_in_data.h"
 #include "names/part_indexes.h"
@@ -185,7 +184,6 @@ BENCHMARK(DigestsOfAllParts)->Unit(benchmark::kMicrosecond);
 /// Forgets what many questions have made worth while.
 void nothing_was_asked() {
     free_part_indexes();
-    forget_host_parts();
 }
 
 void many_were_asked() {}

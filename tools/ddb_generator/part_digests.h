@@ -21,5 +21,6 @@ struct DIGEST_TABLES {
     PART_DIGESTS table() const;
 };
 
-/// Builds the tables and looks up every name in them; throws std::runtime_error when one is not found.
+/// Builds the tables and looks up every name in them; throws std::runtime_error when one is not found. A catalog with
+/// more parts than their entries can number has none: its parts are found as those of a host with other parts are.
 DIGEST_TABLES build_digest_tables(const CATALOG& catalog, const GRAMMAR& grammar);

@@ -1,6 +1,5 @@
 #include "names/clean_up.h"
 
-#include "names/catalog_parts.h"
 #include "names/part_indexes.h"
 #include "names/stores.h"
 #include "unloading.h"
@@ -19,6 +18,5 @@ struct CLEAN_UP {
 
 void free_stores_and_indexes() {
     free_part_indexes();
-    forget_host_parts();
     free_stores();
 }

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <memory>
 
+#include "names/catalog_parts.h"
 #include "names/conversions.h"
 #include "names/on_demand.h"
 #include "names/parts.h"
@@ -133,4 +134,5 @@ void free_part_indexes() {
     by_possible_name.free();
     by_hash.free();
     codes_by_part.free();
+    forget_host_parts();
 }

@@ -52,5 +52,5 @@ const PART_NAME_INDEX* parts_by_possible_name(INDEX_WANTED wanted);
 const NUMBER_INDEX* parts_by_hash(INDEX_WANTED wanted);           ///< part numbers by hash of the name
 const NUMBER_INDEX* ordering_codes_by_part(INDEX_WANTED wanted);  ///< ordering-code indexes by part number
 
-/// Frees all indexes, and makes questions walk again. No other thread may be using them.
+/// Frees all indexes; the next questions are first ones again, also for catalog_parts.h. No other thread may be using them.
 void free_part_indexes();

@@ -7,7 +7,6 @@
 #include <unordered_map>
 
 #include "dev.h"
-#include "names/catalog_parts.h"
 #include "names/part_indexes.h"
 #include "pgmdev/names/catalog_reference.h"
 #include "pgmdev_mgr.h"
@@ -84,15 +83,15 @@ void expect_way_back(const std::string& part) {
 
 TEST(OrderingCodes, AHashLeadsBackToItsPart) {
     for (std::size_t i = 0; i < cat::parts().size(); i += 499) {
-        forget_host_parts();
+        free_part_indexes();
         ASSERT_EQ(PGMDEV_MGR::get_opn_from_hash(hash_of(cat::parts()[i])), cat::parts()[i]);
-        forget_host_parts();
+        free_part_indexes();
         ASSERT_EQ(PGMDEV_MGR::get_opn_from_hash(hash_of(cat::parts()[i]) ^ 1), "");
     }
-    const NUMBER_INDEX& index = *parts_by_hash(INDEX_WANTED::NOW);
+    const NUMBER_INDEX& for_other_hosts = *parts_by_hash(INDEX_WANTED::NOW);
     for (std::size_t i = 0; i < cat::parts().size(); ++i) {
         ASSERT_NO_FATAL_FAILURE(expect_way_back(cat::parts()[i]));
-        ASSERT_EQ(*index.find(hash_of(cat::parts()[i])), i + 1) << "another host's parts are found by this";
+        ASSERT_EQ(*for_other_hosts.find(hash_of(cat::parts()[i])), i + 1);
     }
     EXPECT_EQ(PGMDEV_MGR::get_opn_from_hash(NO_HASH), "");
 }
@@ -269,7 +268,6 @@ TEST(PartNames, OfEveryPossibleName) {
     }
     const auto first = first_denoted_by_name(candidates);
     const PGMDEV_PART_INDEX index;
-    const PART_NAME_INDEX& for_other_hosts = *parts_by_possible_name(INDEX_WANTED::NOW);
     std::size_t found = 0;
     for (std::size_t i = 0; i < names.size(); ++i) {
         const auto place = first.find(names[i]);
@@ -277,10 +275,11 @@ TEST(PartNames, OfEveryPossibleName) {
         found += expected.empty() ? 0U : 1U;
         ASSERT_NO_FATAL_FAILURE(expect_full_name(names[i], expected));
         ASSERT_EQ(index.get_possible_full_name(lower(names[i])), expected) << names[i];
-        ASSERT_EQ(for_other_hosts.find(names[i]).value_or(""), expected) << names[i];
+        ASSERT_EQ(parts_by_possible_name(INDEX_WANTED::NOW)->find(names[i]).value_or(""), expected)
+            << "asked of other hosts: " << names[i];
         if (i % 311 == 0) {
             ASSERT_EQ(first_denoted(candidates, names[i]), expected) << names[i];
-            forget_host_parts();
+            free_part_indexes();
             ASSERT_NO_FATAL_FAILURE(expect_full_name(names[i], expected));
         }
     }
@@ -323,7 +322,6 @@ TEST(PartNames, ManyThreadsMayAskFirst) {
     const QWORD hash = hash_of(part);
     for (int round = 0; round < 5; ++round) {
         free_part_indexes();
-        forget_host_parts();
         START_LINE line(THREADS);
         std::vector<int> right(THREADS);
         std::vector<std::thread> threads;

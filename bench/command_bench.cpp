@@ -34,7 +34,7 @@ constexpr double MEDIAN = 0.5;
 const std::array SINGLE_ANSWERS{
     ARGUMENTS{"--help"},
     ARGUMENTS{"--version"},
-    ARGUMENTS{"part", "info", "KES50F484C6"},
+    ARGUMENTS{"part", "info", "HOBS40F324C2"},
     ARGUMENTS{"part", "info", "KESTREL"},
     ARGUMENTS{"part", "complete", "KES50"},
     ARGUMENTS{"part", "from-pcf", "KES_50"},
@@ -43,10 +43,10 @@ const std::array SINGLE_ANSWERS{
     ARGUMENTS{"opn", "from-hash", "12345"},
     ARGUMENTS{"flash", "identify", "EF4017"},
     ARGUMENTS{"flash", "show", "W25Q128JV"},
-    ARGUMENTS{"profile", "show", "--part", "KES50F484C6"},
+    ARGUMENTS{"profile", "show", "--part", "HOBS40F324C2"},
     ARGUMENTS{"hps", "spi"},
-    ARGUMENTS{"part", "info", "KES50F484C9X"},
-    ARGUMENTS{"name", "show", "KES50F484C9X"},
+    ARGUMENTS{"part", "info", "HOBS40F324C2X"},
+    ARGUMENTS{"name", "show", "HOBS40F324C2X"},
     ARGUMENTS{"flash", "show", "W25Q12JV"},
     ARGUMENTS{"falsh", "show", "W25Q128JV"},
 };

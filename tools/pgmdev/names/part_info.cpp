@@ -15,7 +15,6 @@
 #include "profile/look_up.h"
 #include "profile/output.h"
 #include "terminal/answer.h"
-#include "terminal/did_you_mean.h"
 #include "terminal/printable.h"
 #include "terminal/schema.h"
 
@@ -27,7 +26,6 @@ constexpr const char* HASH_KEY = "opn_hash";
 /// What is asked: made once for all questions of a run.
 struct SOURCES {
     NAME_SCHEMES schemes;
-    std::vector<std::string> names = schemes.all_names();  ///< for telling which one was meant
     PROFILE_DATABASE profiles;
 };
 
@@ -42,15 +40,15 @@ COMMON common_of(const NAME_MEANING& meaning) {
     COMMON common;
     std::set<int> devices;
     std::set<int> families;
-    for (const PART_ENTRY* part : meaning.parts) {
-        devices.insert(part->device_number);
-        families.insert(part->family_number);
-        if (part->name == meaning.name) {
-            common.part = part;
+    for (const PART_ENTRY& part : meaning.parts) {
+        devices.insert(part.device_number);
+        families.insert(part.family_number);
+        if (part.name == meaning.name) {
+            common.part = &part;
         }
     }
-    common.device = devices.size() == 1 ? meaning.parts.front() : nullptr;
-    common.family = families.size() == 1 ? meaning.parts.front() : nullptr;
+    common.device = devices.size() == 1 ? &meaning.parts.front() : nullptr;
+    common.family = families.size() == 1 ? &meaning.parts.front() : nullptr;
     return common;
 }
 
@@ -116,9 +114,9 @@ void add_part_facts(std::vector<FACT>& facts, const PART_ENTRY* part) {
 
 /// A characteristic that all parts have alike; "" when they differ.
 std::string common_text(const NAME_MEANING& meaning, std::string PART_ENTRY::*member) {
-    const auto differs = [&](const PART_ENTRY* part) { return part->*member != meaning.parts.front()->*member; };
+    const auto differs = [&](const PART_ENTRY& part) { return part.*member != meaning.parts.front().*member; };
     const bool alike = !meaning.parts.empty() && std::none_of(meaning.parts.begin(), meaning.parts.end(), differs);
-    return alike ? meaning.parts.front()->*member : "";
+    return alike ? meaning.parts.front().*member : "";
 }
 
 void add_common_characteristics(std::vector<FACT>& facts, const NAME_MEANING& meaning) {
@@ -155,7 +153,7 @@ FACT parts_fact(const NAME_MEANING& meaning) {
     constexpr std::size_t SHOWN = 4;
     std::vector<std::string> names;
     std::transform(meaning.parts.begin(), meaning.parts.end(), std::back_inserter(names),
-                   [](const PART_ENTRY* part) { return part->name; });
+                   [](const PART_ENTRY& part) { return part.name; });
     const std::vector<std::string> first(names.begin(),
                                          names.begin() + static_cast<std::ptrdiff_t>(std::min(SHOWN, names.size())));
     const std::string more = names.size() > SHOWN ? fmt::format(", and {} more", names.size() - SHOWN) : "";
@@ -178,18 +176,18 @@ std::vector<FACT> facts_of(const NAME_MEANING& meaning, PROFILE_DATABASE& profil
     return facts;
 }
 
-ANSWER unknown_name(const std::string& question, const std::vector<std::string>& names) {
+ANSWER unknown_name(const std::string& question, NAME_SCHEMES& schemes) {
     ANSWER answer;
     answer.found = false;
     answer.missing = fmt::format("no part, and nothing that parts belong to, is named \"{}\"", question);
-    answer.candidates = nearest(question, names);
+    answer.candidates = schemes.nearest_to(question);
     return answer;
 }
 
 ANSWER answer_to(const std::string& question, SOURCES& sources) {
     const NAME_MEANING meaning = sources.schemes.meaning_of(question);
     if (meaning.schemes.empty()) {
-        return unknown_name(question, sources.names);
+        return unknown_name(question, sources.schemes);
     }
     ANSWER answer;
     std::vector<FACT> facts = facts_of(meaning, sources.profiles);
@@ -254,7 +252,8 @@ JSON facts_json(const NAME_MEANING& meaning, PROFILE_DATABASE& profiles) {
 
 std::vector<JSON> facts_of_all_names() {
     SOURCES sources;
-    std::set<std::string> names(sources.names.begin(), sources.names.end());
+    const std::vector<std::string> spellings = sources.schemes.all_names();
+    std::set<std::string> names(spellings.begin(), spellings.end());
     for (const auto* further : {&part_names(), &package_and_programming_names(), &programmer_part_names(),
                                 &device_names(), &family_names()}) {
         names.insert(further->begin(), further->end());

@@ -6,6 +6,7 @@
 #include <memory>
 #include <optional>
 #include <set>
+#include <string_view>
 #include <utility>
 
 #include "catalog/device_names.h"
@@ -20,8 +21,8 @@
 
 namespace {
 
-constexpr const char* PARTS_KEY = "parts";
-constexpr const char* HASH_KEY = "opn_hash";
+constexpr std::string_view PARTS_KEY = "parts";
+constexpr std::string_view HASH_KEY = "opn_hash";
 
 /// What is asked: made once for all questions of a run.
 struct SOURCES {
@@ -66,7 +67,7 @@ FOUND_PROFILE profile_of(const COMMON& common, PROFILE_DATABASE& profiles) {
 
 /// One line for people, and one member for programs.
 struct FACT {
-    std::string key;
+    std::string_view key;
     std::string label;
     JSON value;
     std::string text;  ///< "": people are not told
@@ -184,31 +185,41 @@ ANSWER unknown_name(const std::string& question, NAME_SCHEMES& schemes) {
     return answer;
 }
 
-ANSWER answer_to(const std::string& question, SOURCES& sources) {
+/// For people. Labels are plain ASCII, as wide as they are long.
+std::string lines_of(const std::vector<FACT>& facts) {
+    constexpr std::size_t LABEL_WIDTH = 38;
+    std::string lines;
+    for (const FACT& fact : facts) {
+        if (!fact.text.empty()) {
+            lines.append(fact.label).append(LABEL_WIDTH - fact.label.size(), ' ');
+            lines.append(printable(fact.text)).append(1, '\n');
+        }
+    }
+    return lines;
+}
+
+ANSWER answer_to(const std::string& question, SOURCES& sources, bool for_programs) {
     const NAME_MEANING meaning = sources.schemes.meaning_of(question);
     if (meaning.schemes.empty()) {
         return unknown_name(question, sources.schemes);
     }
     ANSWER answer;
     std::vector<FACT> facts = facts_of(meaning, sources.profiles);
-    for (const FACT& fact : facts) {
-        answer.content[fact.key] = fact.value;
+    if (for_programs) {
+        for (FACT& fact : facts) {
+            answer.content[fact.key] = std::move(fact.value);
+        }
+        return answer;
     }
     answer.is_block = true;
-    answer.print = [shown = std::move(facts)] {
-        for (const FACT& fact : shown) {
-            if (!fact.text.empty()) {
-                fmt::print("{:<37} {}\n", fact.label, printable(fact.text));
-            }
-        }
-    };
+    answer.print = [lines = lines_of(facts)] { fmt::print("{}", lines); };
     return answer;
 }
 
 void show_info(const ARGUMENTS& given, COMMAND& command) {
     SOURCES sources;
     answer_each(given.text("NAME"), command,
-                [&sources](const std::string& question) { return answer_to(question, sources); });
+                [&](const std::string& question) { return answer_to(question, sources, command.json); });
 }
 
 JSON part_info_schema() {

@@ -33,8 +33,7 @@ FILE_FINDING database(const DATABASE_KIND& kind, PLACE place) {
         finding.facts["records"] = table.records().size();
         finding.remark = fmt::format("{} records, {} bytes, stamp {}", table.records().size(), file.size, kind.stamp());
         // The format itself has no checksum that would tell.
-        if (const INFO_FINDING info = check_info(finding.place.path);
-            info.state == INFO_FINDING::DIFFERS || info.state == INFO_FINDING::UNREADABLE) {
+        if (const INFO_FINDING info = check_info(finding.place.path); is_doubtful(info.state)) {
             finding.wrong = true;
             finding.state = "doubtful";
             finding.remark += fmt::format("; {}; compile it again, or remove that text", info.message);

@@ -77,6 +77,12 @@ FILE_FINDING container() {
             break;
         case CONTAINER::SOUND:
             finding.facts["size"] = inspect_file(finding.place.path, 0).size;
+            if (!found.doubt.empty()) {
+                finding.state = "doubtful";
+                finding.remark = found.doubt +
+                                 "; see what it holds with params list and hps spi; if that is right, remove that text";
+                finding.wrong = true;
+            }
             break;
         case CONTAINER::UNREADABLE:
         case CONTAINER::DAMAGED:

@@ -55,8 +55,24 @@ std::string data_set_source(const std::string& name, const DATA_SET& data) {
 }
 
 std::string index_source(const std::string& name, const INDEX_NUMBERS& index, std::uint32_t crc) {
-    return number_array("const std::uint32_t " + name + "_INDEX[]", index) + constant(name + "_INDEX_LENGTH", index.size()) +
-           constant(name + "_INDEXED_CRC", crc);
+    return number_array("const std::uint32_t " + name + "_INDEX[]", index) +
+           constant(name + "_INDEX_LENGTH", index.size()) + constant(name + "_INDEXED_CRC", crc);
+}
+
+std::string digests_source(const DIGEST_TABLES& digests) {
+    const auto unsigned_array = [](const std::string& declaration, const std::vector<std::uint64_t>& items) {
+        return array(declaration, items, [](std::uint64_t number) { return std::to_string(number) + "U"; });
+    };
+    std::string all_names;
+    for (const std::uint8_t byte : digests.all_names) {
+        all_names += std::to_string(byte) + ",";
+    }
+    return "namespace {\n\n" + unsigned_array("const HASHED_PART NAMES[]", digests.names) +
+           unsigned_array("const HASHED_PART DENOTING[]", digests.denoting) +
+           unsigned_array("const std::uint64_t CHECKS[]", digests.checks) +
+           "\n}  // namespace\n\nconstinit const PART_DIGESTS PGMDDB_PART_DIGESTS = {{" + all_names + "}, " +
+           std::to_string(digests.parts) + ", NAMES, " + std::to_string(digests.names.size()) + ", DENOTING, CHECKS, " +
+           std::to_string(digests.denoting.size()) + "};\n";
 }
 
 /// A row of names as a literal, with its NULs written out up to the last name.
@@ -126,10 +142,11 @@ std::string value_list(const std::vector<ROW>& rows, std::string ROW::*member) {
 
 }  // namespace
 
-std::string data_source(const DATA_SET& grammar, const INDEX_NUMBERS& index, const DATA_SET& ordering_codes) {
-    return std::string(BANNER) + "#include \"names/compiled_in_data.h\"\n\n" +
+std::string data_source(const DATA_SET& grammar, const INDEX_NUMBERS& index, const DATA_SET& ordering_codes,
+                        const DIGEST_TABLES& digests) {
+    return std::string(BANNER) + "#include \"names/compiled_in_data.h\"\n#include \"names/compiled_in_digests.h\"\n\n" +
            data_set_source("PGMDDB_GRAMMAR", grammar) + index_source("PGMDDB_GRAMMAR", index, grammar.crc) + "\n" +
-           data_set_source("PGMDDB_OPN", ordering_codes);
+           data_set_source("PGMDDB_OPN", ordering_codes) + "\n" + digests_source(digests);
 }
 
 std::string boot_flash_source(const BOOT_FLASH& flash) {

@@ -18,6 +18,7 @@
 #include "grammar.h"
 #include "host_tables.h"
 #include "indexed_grammar.h"
+#include "part_digests.h"
 
 namespace {
 
@@ -119,7 +120,8 @@ std::optional<CATALOG_PRODUCTS> make_products(const fs::path& directory, FAULTS&
     }
     const DATA_SET packed = proven_grammar(grammar);
     std::string data =
-        data_source(packed, proven_index(grammar, packed), proven_ordering_codes(ordering_codes(catalog)));
+        data_source(packed, proven_index(grammar, packed), proven_ordering_codes(ordering_codes(catalog)),
+                    build_digest_tables(catalog, grammar));
     std::string host = host_source(build_host_tables(catalog));
     return CATALOG_PRODUCTS{std::move(catalog), std::move(grammar), std::move(data), std::move(host)};
 }

@@ -8,6 +8,8 @@
 #include <utility>
 
 #include "cfg.h"
+#include "doubts.h"
+#include "file_info.h"
 #include "flash/records.h"
 #include "gen.h"
 #include "packed/file.h"
@@ -147,6 +149,7 @@ private:
 };
 
 void PGMDEV_FLASH_MANAGER::initialize_flash_database(FIO_PATH flash_file) {
+    tell_doubts(flash_file.fullpath(), DATABASE_DIGEST_KEY);
     const PACKED_BODY body = read_packed_file(flash_file, FLASH_FORMAT);
     if (body.data != nullptr) {
         parse_body(body.data.get(), body.size);

@@ -53,17 +53,8 @@ bool is_named(const PART_ENTRY& part, const std::string& name) {
                        [&](const SCHEME& scheme) { return part.*scheme.spelling == name; });
 }
 
-/// The names that parts may have: some belong to parts that the device library does not list.
-const std::vector<std::string>& possible_names() {
-    static const std::vector<std::string> names = [] {
-        std::vector<std::string> all = PGMDEV_PART_INDEX::get_converted_names();
-        for (const auto* more : {&part_names(), &device_names(), &family_names()}) {
-            all.insert(all.end(), more->begin(), more->end());
-        }
-        return all;
-    }();
-    return names;
-}
+/// Lists of the names that parts may have: some belong to parts that the device library does not list.
+constexpr std::array POSSIBLE_NAMES{converted_names, part_names, device_names, family_names};
 
 }  // namespace
 
@@ -135,13 +126,16 @@ NAME_MEANING NAME_SCHEMES::meaning_of(std::string name) {
 
 std::vector<std::string> NAME_SCHEMES::all_names() {
     std::vector<std::string> names;
-    std::copy_if(possible_names().begin(), possible_names().end(), std::back_inserter(names),
-                 [this](const std::string& name) { return !parts_named(name).empty(); });
+    for (const auto list : POSSIBLE_NAMES) {
+        std::copy_if(list().begin(), list().end(), std::back_inserter(names),
+                     [this](const std::string& name) { return !parts_named(name).empty(); });
+    }
     return names;
 }
 
 std::vector<std::string> NAME_SCHEMES::nearest_to(const std::string& name) {
-    return nearest(name, possible_names(), [this](const std::string& near) { return !parts_named(near).empty(); });
+    return nearest(name, {&converted_names(), &part_names(), &device_names(), &family_names()},
+                   [this](const std::string& near) { return !parts_named(near).empty(); });
 }
 
 std::vector<std::string> scheme_names() {

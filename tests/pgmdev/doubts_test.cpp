@@ -3,6 +3,7 @@
 #include <filesystem>
 #include <functional>
 
+#include "fio.h"
 #include "pgmdev/parameters/container_text.h"
 #include "pgmdev_dev_info_manager.h"
 #include "pgmdev_flash_manager.h"
@@ -45,7 +46,7 @@ protected:
     static std::string info_file() { return file() + ".info"; }
     std::string info() const { return read_file(m_scratch.path(info_file())); }
 
-    /// What is said while the database is loaded, without the level of detail.
+    /// What is said while the database is loaded.
     std::vector<std::string> said() const {
         const DEBUG_MESSAGES messages;
         EXPECT_GT(GetParam().load(), 0U);
@@ -54,7 +55,7 @@ protected:
 
     /// The one message that says so.
     std::string doubt(const std::string& why) const {
-        const std::string path = m_scratch.path("") + file();
+        const std::string path = FIO_PATH(m_scratch.path(file())).fullpath();
         return "PGMDEV 1 " + path + " is doubtful: " + path + ".info " + why;
     }
 

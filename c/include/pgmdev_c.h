@@ -15,7 +15,7 @@
 ///   function for its kind; null may be freed. A pointer to const is borrowed: it and what it points at live as long as the
 ///   object that was asked, texts of an object until that is freed. Nothing that is handed in is kept, unless it says so.
 /// - Texts are UTF-8 and end in a zero byte; that includes paths, on every system.
-/// - A structure begins with its own size, which the caller sets: `pgmdev_member member = {sizeof member};`. So a program
+/// - A structure begins with its own size, which the caller sets: `pgmdev_member member = {.struct_size = sizeof member};`. So a program
 ///   and a library of different ages fit: what one of them does not know is 0. A structure that a program hands in and
 ///   that is larger than the library's must be 0 in what the library does not know.
 /// - An object may be asked by several threads at once, for asking changes nothing; it is freed when no thread uses it.

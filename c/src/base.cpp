@@ -55,7 +55,10 @@ pgmdev_status pgmdev_set_configuration(const char* key, const char* value, pgmde
 }
 
 pgmdev_status pgmdev_configuration(const char* key, pgmdev_string** value, pgmdev_error** error) {
-    return guarded(error, [&] { return give_text(emptied(value), cfg_get_value(required_text(key))); });
+    return guarded(error, [&] {
+        emptied(value);
+        return give_text(value, cfg_get_value(required_text(key)));
+    });
 }
 
 pgmdev_status pgmdev_set_directory(pgmdev_directory directory, const char* path, pgmdev_error** error) {
@@ -66,5 +69,8 @@ pgmdev_status pgmdev_set_directory(pgmdev_directory directory, const char* path,
 }
 
 pgmdev_status pgmdev_directory_path(pgmdev_directory directory, pgmdev_string** path, pgmdev_error** error) {
-    return guarded(error, [&] { return give_text(emptied(path), directory_at(directory).path()); });
+    return guarded(error, [&] {
+        emptied(path);
+        return give_text(path, directory_at(directory).path());
+    });
 }

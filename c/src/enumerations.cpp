@@ -17,7 +17,7 @@ pgmdev_status pgmdev_enum_name(pgmdev_enumeration enumeration, uint32_t value, p
         emptied(name);
         std::string found;
         const bool known = PGMDEV_MGR::pgm_check_type_enum_supported(type_of(enumeration), value, &found);
-        return known ? give_text(*name, found) : pgmdev_status{PGMDEV_STATUS_NOT_FOUND};
+        return known ? give_text(name, found) : pgmdev_status{PGMDEV_STATUS_NOT_FOUND};
     });
 }
 

@@ -27,10 +27,10 @@ std::string required_text(const char* text);
 
 /// What receives a result, emptied.
 template <class RESULT>
-RESULT& emptied(RESULT* place, RESULT nothing = {}) {
+RESULT* emptied(RESULT* place, RESULT nothing = {}) {
     require_argument(place != nullptr, "there is nothing that could receive the result");
     *place = nothing;
-    return *place;
+    return place;
 }
 
 /// An object that the caller has opened.

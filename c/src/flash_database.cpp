@@ -18,7 +18,8 @@ pgmdev_flash_database::pgmdev_flash_database(const std::string& path)
 
 pgmdev_status pgmdev_flash_open(const char* path, pgmdev_flash_database** database, pgmdev_error** error) {
     return guarded(error, [&]() -> pgmdev_status {
-        emptied(database) = new pgmdev_flash_database(
+        emptied(database);
+        *database = new pgmdev_flash_database(
             path != nullptr ? path : gen_get_device_db_fullpath() + "/programmer/pgm_flash.pcf");
         return PGMDEV_STATUS_OK;
     });

@@ -61,7 +61,8 @@ constexpr uint32_t ALL_OPTIONS = PGMDEV_NAME_OR_ITSELF | PGMDEV_NAME_FROM_PACKAG
 
 pgmdev_status give_flag(bool* answer, const char* name, bool (*question)(const std::string&), pgmdev_error** error) {
     return guarded(error, [&]() -> pgmdev_status {
-        emptied(answer) = question(required_text(name));
+        emptied(answer);
+        *answer = question(required_text(name));
         return PGMDEV_STATUS_OK;
     });
 }
@@ -74,7 +75,7 @@ pgmdev_status pgmdev_name_convert(pgmdev_name_conversion conversion, const char*
         emptied(converted);
         require_argument(conversion < CONVERSIONS.size(), "there is no conversion of that number");
         require_argument((options & ~ALL_OPTIONS) == 0, "there is no such option");
-        return give_text(*converted, CONVERSIONS.at(conversion).convert(required_text(name), options));
+        return give_text(converted, CONVERSIONS.at(conversion).convert(required_text(name), options));
     });
 }
 

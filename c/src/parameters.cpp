@@ -62,7 +62,7 @@ pgmdev_status pgmdev_parameters_read(pgmdev_parameter_block block, pgmdev_string
         emptied(bytes);
         DWORD size = 0;
         const std::unique_ptr<BYTE[]> read(PGMDEV_FLASH_INI::read_flash_ini_data(block_at(block), size));
-        return give_text(*bytes, read != nullptr ? std::string(read.get(), read.get() + size) : "");
+        return give_text(bytes, read != nullptr ? std::string(read.get(), read.get() + size) : "");
     });
 }
 
@@ -115,9 +115,11 @@ pgmdev_status pgmdev_parameters_decode(const uint8_t* bytes, size_t size, size_t
             const PGMDEV_PARAM_TYPE type = parameter_type(types[i]);
             BLOCK_VALUE object;
             void* pointer = object.of(type);
-            whole = PGMDEV_FLASH_INI::assign_flash_ini_data(bytes, place, static_cast<DWORD>(size), 1, &type, &pointer);
+            DWORD next = place;
+            whole = PGMDEV_FLASH_INI::assign_flash_ini_data(bytes, next, static_cast<DWORD>(size), 1, &type, &pointer);
             if (whole) {
                 found.add({object.value(type)});
+                place = next;
             }
         }
         *values = new pgmdev_records(std::move(found));
@@ -179,6 +181,6 @@ pgmdev_status pgmdev_number_hexadecimal(uint64_t number, uint32_t digits, bool p
     return guarded(error, [&] {
         emptied(text);
         require_argument(digits >= 1 && digits <= 16, "a number has 1 to 16 hexadecimal digits");
-        return give_text(*text, PGMDEV_FLASH_INI::convert_qword_to_hex_string(number, digits, prefix));
+        return give_text(text, PGMDEV_FLASH_INI::convert_qword_to_hex_string(number, digits, prefix));
     });
 }

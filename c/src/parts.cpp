@@ -78,21 +78,27 @@ pgmdev_records listed_parts(const pgmdev_part_filter& filter) {
 /// A part that a question leads to.
 pgmdev_status give_part(pgmdev_string** part, const char* name, std::string (*question)(std::string),
                         pgmdev_error** error) {
-    return guarded(error, [&] { return give_text(emptied(part), question(required_text(name))); });
+    return guarded(error, [&] {
+        emptied(part);
+        return give_text(part, question(required_text(name)));
+    });
 }
 
 pgmdev_status give_indexed_part(const pgmdev_part_index* index, pgmdev_string** part, const char* name,
                                 std::string (PGMDEV_PART_INDEX::*question)(std::string) const, pgmdev_error** error) {
     return guarded(error, [&] {
         emptied(part);
-        return give_text(*part, (opened(index).index.*question)(required_text(name)));
+        return give_text(part, (opened(index).index.*question)(required_text(name)));
     });
 }
 
 }  // namespace
 
 pgmdev_status pgmdev_opn_name(uint32_t index, pgmdev_string** name, pgmdev_error** error) {
-    return guarded(error, [&] { return give_text(emptied(name), PGMDEV_MGR::get_opn(index)); });
+    return guarded(error, [&] {
+        emptied(name);
+        return give_text(name, PGMDEV_MGR::get_opn(index));
+    });
 }
 
 pgmdev_status pgmdev_opn_index(const char* name, uint32_t* index, pgmdev_error** error) {
@@ -120,7 +126,10 @@ pgmdev_status pgmdev_opn_hash(const char* name, uint64_t* hash, pgmdev_error** e
 }
 
 pgmdev_status pgmdev_opn_from_hash(uint64_t hash, pgmdev_string** name, pgmdev_error** error) {
-    return guarded(error, [&] { return give_text(emptied(name), PGMDEV_MGR::get_opn_from_hash(hash)); });
+    return guarded(error, [&] {
+        emptied(name);
+        return give_text(name, PGMDEV_MGR::get_opn_from_hash(hash));
+    });
 }
 
 pgmdev_status pgmdev_part_from_device(const char* device, pgmdev_string** part, pgmdev_error** error) {
@@ -137,7 +146,8 @@ pgmdev_status pgmdev_part_complete(const char* name, pgmdev_string** part, pgmde
 
 pgmdev_status pgmdev_part_index_open(pgmdev_part_index** index, pgmdev_error** error) {
     return guarded(error, [&]() -> pgmdev_status {
-        emptied(index) = new pgmdev_part_index;
+        emptied(index);
+        *index = new pgmdev_part_index;
         return PGMDEV_STATUS_OK;
     });
 }

@@ -48,11 +48,11 @@ pgmdev_value borrowed(const DATUM& value) {
     return {value.kind, 0, value.number, value.text.c_str(), value.text.size()};
 }
 
-pgmdev_status give_text(pgmdev_string*& place, std::string text) {
+pgmdev_status give_text(pgmdev_string** place, std::string text) {
     if (text.empty()) {
         return PGMDEV_STATUS_NOT_FOUND;
     }
-    place = new pgmdev_string{std::move(text)};
+    *place = new pgmdev_string{std::move(text)};
     return PGMDEV_STATUS_OK;
 }
 
@@ -90,7 +90,8 @@ pgmdev_status pgmdev_records_find_member(const pgmdev_records* records, const ch
 pgmdev_status pgmdev_records_value(const pgmdev_records* records, size_t record, size_t member, pgmdev_value* value,
                                    pgmdev_error** error) {
     return guarded(error, [&]() -> pgmdev_status {
-        emptied(value, {PGMDEV_KIND_NONE, 0, 0, "", 0}) = borrowed(opened(records).at(record, member));
+        emptied(value, {PGMDEV_KIND_NONE, 0, 0, "", 0});
+        *value = borrowed(opened(records).at(record, member));
         return PGMDEV_STATUS_OK;
     });
 }

@@ -93,5 +93,5 @@ struct pgmdev_string {
     std::string bytes;
 };
 
-/// Hands a text over to the caller. "" is not found.
-pgmdev_status give_text(pgmdev_string*& place, std::string text);
+/// Hands a text over to the caller by the emptied place. "" is not found.
+pgmdev_status give_text(pgmdev_string** place, std::string text);

@@ -156,7 +156,7 @@ pgmdev_status pgmdev_table_source_text(const pgmdev_table* table, pgmdev_string*
         std::string obstacle;
         std::string source =
             std::visit([&](const auto& content) { return content.source_text(obstacle); }, opened(table).content);
-        if (give_text(*text, std::move(source)) != PGMDEV_STATUS_OK) {
+        if (give_text(text, std::move(source)) != PGMDEV_STATUS_OK) {
             throw FAILURE(PGMDEV_STATUS_REFUSED, obstacle);
         }
         return PGMDEV_STATUS_OK;

@@ -47,7 +47,7 @@ pgmdev_status pgmdev_user_flash_encode(const pgmdev_value* values, size_t count,
         const std::vector<PGMDEV_SFL_FLASH_INFO> flashes = flashes_from(values, count);
         require_argument(!flashes.empty() && flashes.size() <= PGMDEV_USER_FLASH::MOST_FLASHES,
                          "a text describes one to three flashes");
-        if (give_text(*encoded, PGMDEV_USER_FLASH::encode(flashes)) != PGMDEV_STATUS_OK) {
+        if (give_text(encoded, PGMDEV_USER_FLASH::encode(flashes)) != PGMDEV_STATUS_OK) {
             throw FAILURE(PGMDEV_STATUS_REFUSED, "a name is one that the text cannot carry");
         }
         return PGMDEV_STATUS_OK;

@@ -48,6 +48,13 @@ PGMDEV_C_EXPORT pgmdev_status pgmdev_name_is_package_for_programming(const char*
 /// for those that it has not, then "use_full_name", "use_package_name" and "possible_full_name".
 PGMDEV_C_EXPORT pgmdev_status pgmdev_name_spellings(const char* name, pgmdev_records** spellings, pgmdev_error** error);
 
+/// The names from which conversions lead to that one, in any number of steps, a "name" each: full names, package names,
+/// programming names, devices.
+PGMDEV_C_EXPORT pgmdev_status pgmdev_name_origins(const char* name, pgmdev_records** origins, pgmdev_error** error);
+
+/// The names that conversions of parts and devices lead to, a "name" each. One may be there more than once.
+PGMDEV_C_EXPORT pgmdev_status pgmdev_name_converted(pgmdev_records** names, pgmdev_error** error);
+
 /// Ordering codes: the name at an index, the first index of a name; the 48-bit hash of a part's name, and the first part
 /// with that hash.
 PGMDEV_C_EXPORT pgmdev_status pgmdev_opn_name(uint32_t index, pgmdev_string** name, pgmdev_error** error);

@@ -59,6 +59,14 @@ constexpr std::array<CONVERSION, PGMDEV_NAME_CONVERSIONS> CONVERSIONS{{
 
 constexpr uint32_t ALL_OPTIONS = PGMDEV_NAME_OR_ITSELF | PGMDEV_NAME_FROM_PACKAGE;
 
+pgmdev_records names_list(const std::vector<std::string>& names) {
+    pgmdev_records list({text_member("name")});
+    for (const std::string& name : names) {
+        list.add({text_value(name)});
+    }
+    return list;
+}
+
 pgmdev_status give_flag(bool* answer, const char* name, bool (*question)(const std::string&), pgmdev_error** error) {
     return guarded(error, [&]() -> pgmdev_status {
         emptied(answer);
@@ -107,6 +115,22 @@ pgmdev_status pgmdev_name_spellings(const char* name, pgmdev_records** spellings
         pgmdev_records found(std::move(members));
         found.add(std::move(values));
         *spellings = new pgmdev_records(std::move(found));
+        return PGMDEV_STATUS_OK;
+    });
+}
+
+pgmdev_status pgmdev_name_origins(const char* name, pgmdev_records** origins, pgmdev_error** error) {
+    return guarded(error, [&]() -> pgmdev_status {
+        emptied(origins);
+        *origins = new pgmdev_records(names_list(PGMDEV_PART_INDEX::get_origins(required_text(name))));
+        return PGMDEV_STATUS_OK;
+    });
+}
+
+pgmdev_status pgmdev_name_converted(pgmdev_records** names, pgmdev_error** error) {
+    return guarded(error, [&]() -> pgmdev_status {
+        emptied(names);
+        *names = new pgmdev_records(names_list(PGMDEV_PART_INDEX::get_converted_names()));
         return PGMDEV_STATUS_OK;
     });
 }

@@ -40,6 +40,8 @@ const std::vector<CALL> CALLS_WITH_NOTHING{
     WITH(pgmdev_hps_current, nullptr),
     WITH(pgmdev_hps_kinds, nullptr),
     WITH(pgmdev_name_convert, PGMDEV_NAME_PACKAGE, nullptr, 0, nullptr),
+    WITH(pgmdev_name_converted, nullptr),
+    WITH(pgmdev_name_origins, nullptr, nullptr),
     WITH(pgmdev_name_is_full_for_all, nullptr, nullptr),
     WITH(pgmdev_name_is_package_for_programming, nullptr, nullptr),
     WITH(pgmdev_name_spellings, nullptr, nullptr),

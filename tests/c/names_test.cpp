@@ -117,6 +117,25 @@ TEST(CNames, SpellingsAreAllConversionsAtOnce) {
     }
 }
 
+TEST(CNames, WaysToANameAreThoseOfTheClass) {
+    const auto names_in = [](const pgmdev_records* records) {
+        std::vector<std::string> names;
+        for (const std::vector<std::string>& row : rows_of(records)) {
+            names.push_back(row.at(0));
+        }
+        return names;
+    };
+    C_RECORDS records;
+    for (const std::string name : {"KES_50", "KES50", "KESTREL_PCF", "no such name"}) {
+        ASSERT_EQ(pgmdev_name_origins(name.c_str(), records.place(), nullptr), PGMDEV_STATUS_OK);
+        EXPECT_EQ(names_in(records), PGMDEV_PART_INDEX::get_origins(name)) << name;
+        EXPECT_EQ(names_in(records).empty(), name == "no such name");
+    }
+    ASSERT_EQ(pgmdev_name_converted(records.place(), nullptr), PGMDEV_STATUS_OK);
+    EXPECT_EQ(names_in(records), PGMDEV_PART_INDEX::get_converted_names());
+    EXPECT_GT(pgmdev_records_count(records), 1000U);
+}
+
 TEST(CNames, WhatNamesServeFor) {
     int full = 0;
     for (std::string name : all_names()) {

@@ -34,16 +34,22 @@ const char* text_of(const pgmdev_error* error, const std::string ERROR_TEXTS::*t
     return error != nullptr && error->texts != nullptr ? (error->texts->*text).c_str() : "";
 }
 
-/// An error object, where one is wanted. When there is no memory for it, that is the error.
-pgmdev_status give_error(pgmdev_error** error, pgmdev_status status, const MSG_INTERNAL_ERROR_REPORT& report,
-                         const char* message) noexcept {
+/// An error object, where one is wanted, of what was reported, if it was. When there is no memory for it, that is the error.
+pgmdev_status give_error(pgmdev_error** error, pgmdev_status status, const char* message,
+                         const MSG_INTERNAL_ERROR_REPORT* report = nullptr) noexcept {
     if (error == nullptr) {
         return status;
     }
     try {
-        auto texts = std::make_unique<ERROR_TEXTS>(ERROR_TEXTS{message, report.condition, report.module, report.file});
-        *error = new pgmdev_error{status, texts.get(), report.line};
-        texts.release();
+        auto texts = std::make_unique<ERROR_TEXTS>();
+        texts->message = message;
+        if (report != nullptr) {
+            texts->condition = report->condition;
+            texts->module = report->module;
+            texts->file = report->file;
+        }
+        *error = new pgmdev_error{status, texts.get(), report != nullptr ? report->line : 0};
+        static_cast<void>(texts.release());
     } catch (const std::bad_alloc&) {
         *error = &out_of_memory;
         return PGMDEV_STATUS_NO_MEMORY;
@@ -53,34 +59,27 @@ pgmdev_status give_error(pgmdev_error** error, pgmdev_status status, const MSG_I
 
 }  // namespace
 
-void require_argument(bool holds, const char* message) {
-    if (!holds) {
-        throw FAILURE(PGMDEV_STATUS_INVALID_ARGUMENT, message);
-    }
-}
-
 std::string required_text(const char* text) {
     require_argument(text != nullptr, "a text is a null pointer");
     return text;
 }
 
 pgmdev_status status_of_exception(pgmdev_error** error) noexcept {
-    static const MSG_INTERNAL_ERROR_REPORT NO_REPORT;
     try {
         throw;
     } catch (const FAILURE& failure) {
-        return give_error(error, failure.status(), NO_REPORT, failure.what());
+        return give_error(error, failure.status(), failure.what());
     } catch (const MSG_INTERNAL_ERROR_EXCEPTION& reported) {
-        return give_error(error, PGMDEV_STATUS_REPORTED, reported.report(), reported.what());
+        return give_error(error, PGMDEV_STATUS_REPORTED, reported.what(), &reported.report());
     } catch (const std::bad_alloc&) {
         if (error != nullptr) {
             *error = &out_of_memory;
         }
         return PGMDEV_STATUS_NO_MEMORY;
     } catch (const std::exception& other) {
-        return give_error(error, PGMDEV_STATUS_FAILED, NO_REPORT, other.what());
+        return give_error(error, PGMDEV_STATUS_FAILED, other.what());
     } catch (...) {
-        return give_error(error, PGMDEV_STATUS_FAILED, NO_REPORT, "something that is no error was thrown");
+        return give_error(error, PGMDEV_STATUS_FAILED, "something that is no error was thrown");
     }
 }
 

@@ -20,7 +20,11 @@ private:
 };
 
 /// Refuses the arguments of a call unless `holds`; the message says what is wrong with them.
-void require_argument(bool holds, const char* message);
+inline void require_argument(bool holds, const char* message) {
+    if (!holds) {
+        throw FAILURE(PGMDEV_STATUS_INVALID_ARGUMENT, message);
+    }
+}
 
 /// A text that the caller must give.
 std::string required_text(const char* text);

@@ -1,4 +1,5 @@
 #include <random>
+#include <thread>
 
 #include "c/owned.h"
 #include "pgmdev_flash_candidates.h"
@@ -93,6 +94,35 @@ TEST_F(CIdentification, SoIsAnyResponse) {
     for (const RESPONSE& response :
          {RESPONSE{0, 0, 0}, RESPONSE{0xFF}, RESPONSE{0x17, 0x40, 0xEF}, RESPONSE(256, 0x7F)}) {
         ASSERT_NO_FATAL_FAILURE(expect_verdict(response, false));
+    }
+}
+
+TEST_F(CIdentification, SeveralThreadsMayAsk) {
+    const RESPONSE response{0xEF, 0x40, 0x17};
+    ASSERT_EQ(identify(response, false), PGMDEV_STATUS_OK);
+    const std::size_t expected = m_verdict.record;
+    std::array<std::size_t, 4> found{};
+    std::vector<std::thread> threads;
+    for (std::size_t& record : found) {
+        threads.emplace_back([&] {
+            pgmdev_flash_response given{};
+            given.struct_size = sizeof given;
+            given.bytes = response.data();
+            given.size = response.size();
+            pgmdev_flash_verdict verdict{};
+            verdict.struct_size = sizeof verdict;
+            C_ANSWER details;
+            for (int round = 0; round < 20; ++round) {
+                pgmdev_flash_identify(m_flash, &given, &verdict, details.place(), nullptr);
+            }
+            record = verdict.record;
+        });
+    }
+    for (std::thread& thread : threads) {
+        thread.join();
+    }
+    for (const std::size_t record : found) {
+        EXPECT_EQ(record, expected);
     }
 }
 

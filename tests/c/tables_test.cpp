@@ -1,3 +1,5 @@
+#include <algorithm>
+
 #include "c/owned.h"
 #include "pgmdev_dev_info_table.h"
 #include "pgmdev_flash_table.h"
@@ -94,14 +96,17 @@ TEST(CTables, FaultsAreValues) {
     const SCRATCH scratch;
     const REPORTS quiet;
     const std::string& source = ALL_SHIPPED[0].source;
+    const ROWS of_source = expected_faults(PGMDEV_TABLE_FLASH, source);
     for (const auto& [from, to] : std::vector<std::pair<std::string, std::string>>{
              {"W25Q64JV", "W25Q64JV_WITH_A_NAME_THAT_IS_LONG"}, {TRUE_CELL, PERHAPS_CELL}, {"device_name", "device"}}) {
         const std::string file = scratch.write("table.csv", changed(source, from, to));
+        const ROWS expected = expected_faults(PGMDEV_TABLE_FLASH, file);
         C_TABLE table;
         ASSERT_EQ(pgmdev_table_from_source(PGMDEV_TABLE_FLASH, file.c_str(), table.place(), nullptr), PGMDEV_STATUS_OK);
-        EXPECT_EQ(rows_of(pgmdev_table_faults(table)), expected_faults(PGMDEV_TABLE_FLASH, file));
-        EXPECT_EQ(pgmdev_table_has_faults(table), PGMDEV_FLASH_TABLE::from_source(FIO_PATH(file)).has_faults());
-        EXPECT_NE(expected_faults(PGMDEV_TABLE_FLASH, file), expected_faults(PGMDEV_TABLE_FLASH, source)) << to;
+        EXPECT_EQ(rows_of(pgmdev_table_faults(table)), expected);
+        EXPECT_EQ(pgmdev_table_has_faults(table),
+                  std::any_of(expected.begin(), expected.end(), [](const auto& row) { return row[0] == "FAULT"; }));
+        EXPECT_NE(expected, of_source) << to;
     }
     const std::string broken = scratch.write("table.csv", changed(source, TRUE_CELL, PERHAPS_CELL));
     C_ERROR error;

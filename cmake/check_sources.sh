@@ -10,7 +10,7 @@ root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 . "$root/cmake/prepare.sh"
 cd "$root"
 mode=${1:?quick or full}
-mapfile -t sources < <(git ls-files --cached --others --exclude-standard '*.cpp' '*.h')
+mapfile -t sources < <(git ls-files --cached --others --exclude-standard '*.c' '*.cpp' '*.h')
 
 # Found without a look at every declaration of every header.
 quick_checks='-*,performance-*,-performance-unnecessary-value-param,misc-definitions-in-headers,misc-unused-using-decls'
@@ -50,7 +50,7 @@ done
 if [ "$mode" = full ]; then
     cmake -S . -B build/file_by_file -G Ninja -DCMAKE_BUILD_TYPE=Debug -DPGMDEV_COMPILE_BY_ROOM=none >/dev/null
     database file_by_file
-    compiled "^$root/(pgm|host|system|tools|examples|tests)/" | tidy
+    compiled "^$root/(pgm|host|c|system|tools|examples|tests)/" | tidy
     exit
 fi
 
@@ -60,7 +60,7 @@ if [ "$(cat "$passed" 2>/dev/null)" != "$digest" ]; then
     ninja -C build/asan build.ninja >/dev/null  # the tree may be older than the list of sources
     database asan
     # Not what the build generates, which is not there yet.
-    compiled "^$root/(build/asan/(pgm|host|tools)/.*/Unity/|(pgm|host|tools)/)" |
-        tidy --checks="$quick_checks" --header-filter="^$root/(h|host|pgm|system|tools)/"
+    compiled "^$root/(build/asan/(pgm|host|c|tools)/.*/Unity/|(pgm|host|c|tools)/)" |
+        tidy --checks="$quick_checks" --header-filter="^$root/(h|host|pgm|c|system|tools)/"
     echo "$digest" >"$passed"
 fi

@@ -53,6 +53,6 @@ install(FILES data/flash/pgm_flash.csv data/flash/pgm_flash.csv.accepted data/fl
   DESTINATION ${PGMDEV_INSTALL_DOCDIR}/data/flash COMPONENT runtime)
 install(FILES data/dev_info/pgm_dev_info.csv data/dev_info/pgm_dev_info.csv.accepted
   DESTINATION ${PGMDEV_INSTALL_DOCDIR}/data/dev_info COMPONENT runtime)
-install(FILES examples/identify.cpp examples/tessary.conf
+install(FILES examples/identify.c examples/identify.cpp examples/tessary.conf
   DESTINATION ${PGMDEV_INSTALL_DOCDIR}/examples
   COMPONENT runtime)

@@ -8,8 +8,13 @@ if(TARGET pgmhost)
   list(APPEND libraries pgmhost)
   list(APPEND header_dirs ${PROJECT_SOURCE_DIR}/host/h/)
 endif()
+set(c_libraries)
+if(TARGET pgmdev_c)
+  list(APPEND c_libraries pgmdev_c)
+  list(APPEND header_dirs ${PROJECT_SOURCE_DIR}/c/include/)
+endif()
 
-install(TARGETS ${libraries}
+install(TARGETS ${libraries} ${c_libraries}
   EXPORT pgmdev_targets
   RUNTIME COMPONENT runtime
   LIBRARY COMPONENT runtime NAMELINK_COMPONENT development
@@ -67,7 +72,7 @@ install(FILES
   DESTINATION ${PGMDEV_INSTALL_CMAKEDIR}
   COMPONENT development)
 
-# The pkg-config file.
+# The pkg-config files.
 set(pc_libraries ${libraries})
 list(TRANSFORM pc_libraries PREPEND -l)
 list(JOIN pc_libraries " " pc_libraries)
@@ -75,7 +80,12 @@ file(RELATIVE_PATH pc_to_prefix
   ${CMAKE_INSTALL_PREFIX}/${PGMDEV_INSTALL_PKGCONFIGDIR} ${CMAKE_INSTALL_PREFIX})
 string(REGEX REPLACE "/$" "" pc_to_prefix "${pc_to_prefix}")
 configure_file(cmake/pgmdev.pc.in ${PROJECT_BINARY_DIR}/package/pgmdev.pc @ONLY)
-install(FILES ${PROJECT_BINARY_DIR}/package/pgmdev.pc
+set(pc_files ${PROJECT_BINARY_DIR}/package/pgmdev.pc)
+if(TARGET pgmdev_c)
+  configure_file(cmake/pgmdev_c.pc.in ${PROJECT_BINARY_DIR}/package/pgmdev_c.pc @ONLY)
+  list(APPEND pc_files ${PROJECT_BINARY_DIR}/package/pgmdev_c.pc)
+endif()
+install(FILES ${pc_files}
   DESTINATION ${PGMDEV_INSTALL_PKGCONFIGDIR}
   COMPONENT development)
 

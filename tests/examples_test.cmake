@@ -1,12 +1,12 @@
-# Runs the README's example program, and checks that the README shows the program as it is.
+# Runs an example program, and checks that the document shows the program as it is.
 execute_process(COMMAND ${EMULATOR} ${EXAMPLE} OUTPUT_VARIABLE output RESULT_VARIABLE result)
 string(REPLACE "\r\n" "\n" output "${output}")
-if(NOT result EQUAL 0 OR NOT output STREQUAL "W25Q64JV: 67108864 bits, erased within 100 s\n")
+if(NOT result EQUAL 0 OR NOT output STREQUAL "${SAYS}\n")
   message(FATAL_ERROR "the example ended with ${result} and said: ${output}")
 endif()
 file(READ ${SOURCE} source)
-file(READ ${README} readme)
-string(FIND "${readme}" "${source}" place)
+file(READ ${DOCUMENT} document)
+string(FIND "${document}" "${source}" place)
 if(place EQUAL -1)
-  message(FATAL_ERROR "the README does not show ${SOURCE} as it is")
+  message(FATAL_ERROR "${DOCUMENT} does not show ${SOURCE} as it is")
 endif()

@@ -71,6 +71,7 @@ TEST(HardeningOfStrings, IsInTheBinariesThatFormatText) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Shipped, Hardening,
-                         testing::Values(TEST_COMMAND, TEST_LIBRARY, TEST_HOST_LIBRARY, TEST_GENERATOR));
+                         testing::Values(TEST_COMMAND, TEST_LIBRARY, TEST_C_LIBRARY, TEST_HOST_LIBRARY,
+                                         TEST_GENERATOR));
 
 }  // namespace

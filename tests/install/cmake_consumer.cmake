@@ -12,6 +12,12 @@ if(NOT said MATCHES "a moved installation[/\\]share[/\\]tessary[/\\]devices\n$")
   message(FATAL_ERROR "the host looks for databases in ${said}")
 endif()
 
+# A project that knows of no language but C.
+set(binary_in_c "${WORK_DIR}/cmake consumer in C")
+build_project(${SOURCE_DIR}/tests/consumer_in_c ${binary_in_c} "-Dpgmdev_DIR=${INSTALLED}/${CMAKE_PACKAGE_DIR}")
+run(said ${EMULATOR} ${binary_in_c}/consumer_in_c${SUFFIX})
+expect("the consumer in C said" "${said}" "${consumer_in_c_says}")
+
 # A version that this one does not stand for is refused, for that reason.
 foreach(version 0.9 1.1 2.0)
   configure_project("version ${version}" "find_package(pgmdev ${version} CONFIG REQUIRED)"

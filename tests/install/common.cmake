@@ -32,6 +32,8 @@ endfunction()
 
 # What tests/consumer/consumer.cpp says.
 set(consumer_says "W25Q64JV\nAVOR25\nrefused by PGMDEV\n")
+# What examples/identify.c says.
+set(consumer_in_c_says "W25Q64JV: erased within 100 s\n")
 
 # build_project(SOURCE BINARY OPTION...): configures and builds as this project was.
 function(build_project source binary)

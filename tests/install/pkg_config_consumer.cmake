@@ -14,3 +14,12 @@ run(ignored ${COMPILER} -std=c++20 ${FLAGS} ${SOURCE_DIR}/tests/consumer/consume
 set(ENV{LD_LIBRARY_PATH} ${INSTALLED}/${LIB_DIR})
 run(said ${consumer})
 expect("the consumer said" "${said}" "${consumer_says}")
+
+# The same for C.
+run(flags ${PKG_CONFIG} --cflags --libs pgmdev_c)
+separate_arguments(flags UNIX_COMMAND "${flags}")
+set(consumer_in_c "${WORK_DIR}/pkg-config consumer in C")
+run(ignored ${COMPILER} -x c -std=c99 -pedantic ${FLAGS} ${SOURCE_DIR}/examples/identify.c -x none ${flags}
+  -o ${consumer_in_c})
+run(said ${consumer_in_c})
+expect("the consumer in C said" "${said}" "${consumer_in_c_says}")

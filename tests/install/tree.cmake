@@ -100,6 +100,7 @@ if(TARGET_IS_WINDOWS)
     UNRESOLVED_DEPENDENCIES_VAR missing
     RESOLVED_DEPENDENCIES_VAR ignored
     EXECUTABLES ${INSTALLED}/bin/pgmdev.exe
+    LIBRARIES ${INSTALLED}/bin/pgmdev_c.dll
     PRE_EXCLUDE_REGEXES [[^(advapi32|bcrypt|kernel32|msvcrt|ntdll|shell32|user32|ws2_32)\.dll$]])
   if(missing)
     message(FATAL_ERROR "a bare machine lacks ${missing}")

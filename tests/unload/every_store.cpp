@@ -8,6 +8,7 @@
 
 #include "cfg.h"
 #include "dstr.h"
+#include "msg.h"
 #include "pgm_common.h"
 #include "pgmdev_dev_info_manager.h"
 #include "pgmdev_device_grammar_mgr.h"
@@ -50,6 +51,17 @@ bool makes_digests() {
 }
 
 }  // namespace
+
+/// Has the host hand a message to whoever receives messages, and ask for whom it reports to.
+extern "C" PLUGIN_EXPORT int speak() {
+    msg_local_vdebug("PLUGIN", 1, "is there somebody?");
+    try {
+        MSG_INTERNAL_ERROR::report("nothing is wrong", "PLUGIN", "every_store", 1);
+    } catch (const MSG_INTERNAL_ERROR_EXCEPTION&) {
+        return 1;
+    }
+    return 0;
+}
 
 /// Makes the indexes over the parts, which takes longer than all the stores.
 extern "C" PLUGIN_EXPORT int use_every_index() {

@@ -3,6 +3,7 @@
 #include <array>
 #include <thread>
 
+#include "pgmdev_c.h"
 #include "support/loaded_library.h"
 #include "support/start_line.h"
 
@@ -35,7 +36,46 @@ void come_and_go(bool with_indexes) {
     ASSERT_TRUE(is_loaded(TEST_HOST_LIBRARY));
 }
 
+/// A function of any type.
+template <class FUNCTION>
+FUNCTION function_as(const LOADED_LIBRARY& library, const char* name) {
+    return reinterpret_cast<FUNCTION>(reinterpret_cast<void (*)()>(library.function(name)));
+}
+
+int heard = 0;
+
+void hear_message(const char* /*logger*/, int32_t /*level*/, const char* /*text*/, void* user) {
+    ++*static_cast<int*>(user);
+}
+
+void hear_report(const pgmdev_report* /*report*/, void* user) {
+    ++*static_cast<int*>(user);
+}
+
 }  // namespace
+
+/// The host stays, since the plug-in has it, and must not call into a library that has gone.
+TEST(Unload, TheCInterfaceTakesItsHandlersBack) {
+    const LOADED_LIBRARY plugin(TEST_PLUGIN);
+    const LOADED_LIBRARY::FUNCTION speak = plugin.function("speak");
+    {
+        const LOADED_LIBRARY c_interface(TEST_C_LIBRARY);
+        const auto set_debug_handler =
+            function_as<decltype(&pgmdev_set_debug_handler)>(c_interface, "pgmdev_set_debug_handler");
+        const auto set_report_handler =
+            function_as<decltype(&pgmdev_set_report_handler)>(c_interface, "pgmdev_set_report_handler");
+        ASSERT_EQ(set_debug_handler(hear_message, &heard, nullptr), PGMDEV_STATUS_OK);
+        ASSERT_EQ(set_report_handler(hear_report, &heard, nullptr), PGMDEV_STATUS_OK);
+        EXPECT_EQ(speak(), 1);
+        EXPECT_EQ(heard, 2);
+    }
+    ASSERT_FALSE(is_loaded(TEST_C_LIBRARY));
+    testing::internal::CaptureStderr();
+    EXPECT_EQ(speak(), 1);
+    EXPECT_NE(testing::internal::GetCapturedStderr().find("PLUGIN, every_store, line 1: nothing is wrong"),
+              std::string::npos);
+    EXPECT_EQ(heard, 2);
+}
 
 TEST(Unload, HoweverOftenNothingIsLeftOver) {
     constexpr int WARM_UP = 20;  // what the system itself keeps after the first times

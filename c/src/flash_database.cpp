@@ -1,0 +1,50 @@
+#include "flash_database.h"
+
+#include "gen.h"
+#include "member_tables.h"
+
+LOADED_FLASH::LOADED_FLASH(const std::string& path) : PGMDEV_FLASH_MANAGER(false, 0, true, false) {
+    initialize_flash_database(FIO_PATH(path));
+    if (m_flash_database == nullptr) {  // which was reported, and is no end
+        throw FAILURE(PGMDEV_STATUS_REPORTED, "the file is no flash database");
+    }
+}
+
+pgmdev_flash_database::pgmdev_flash_database(const std::string& path)
+    : loaded(path),
+      notes(PGMDEV_FLASH_NOTES::beside_database(path)),
+      index(loaded.all().data(), static_cast<DWORD>(loaded.all().size())),
+      records(flash_records(loaded.all())) {}
+
+pgmdev_status pgmdev_flash_open(const char* path, pgmdev_flash_database** database, pgmdev_error** error) {
+    return guarded(error, [&]() -> pgmdev_status {
+        emptied(database);
+        *database = new pgmdev_flash_database(
+            path != nullptr ? path : gen_get_device_db_fullpath() + "/programmer/pgm_flash.pcf");
+        return PGMDEV_STATUS_OK;
+    });
+}
+
+void pgmdev_flash_free(pgmdev_flash_database* database) {
+    delete database;
+}
+
+const pgmdev_records* pgmdev_flash_records(const pgmdev_flash_database* database) {
+    return database != nullptr ? &database->records : nullptr;
+}
+
+pgmdev_status pgmdev_flash_find(const pgmdev_flash_database* database, const char* device_name, size_t* record,
+                                pgmdev_error** error) {
+    return guarded(error, [&]() -> pgmdev_status {
+        emptied(record, PGMDEV_NO_RECORD);
+        const std::string name = required_text(device_name);
+        const auto all = opened(database).loaded.all();
+        for (std::size_t i = 0; i < all.size(); ++i) {
+            if (all[i].default_dev && gen_stricmp(all[i].device_name, name) == 0) {
+                *record = i;
+                return PGMDEV_STATUS_OK;
+            }
+        }
+        return PGMDEV_STATUS_NOT_FOUND;
+    });
+}

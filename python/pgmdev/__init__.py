@@ -35,6 +35,10 @@ __all__ = [
     "versions",
 ]
 
+if not _pgmdev.in_main_interpreter():
+    # The reporters of the library are those of the process, and call back into the interpreter that has set them.
+    raise ImportError("pgmdev works in the main interpreter of a process, not in a second one")
+
 _log = logging.getLogger("pgmdev")
 
 

@@ -28,7 +28,8 @@ def _bytes() -> bytes:
 def _entries(data: bytes) -> list[tuple[int, int]]:
     """Offset and size of each block."""
     (count,) = struct.unpack_from("<I", data, len(MAGIC))
-    return [struct.unpack_from("<II", data, HEAD_SIZE + ENTRY_SIZE * i) for i in range(count)]
+    numbers = struct.unpack_from(f"<{2 * count}I", data, HEAD_SIZE)
+    return list(zip(numbers[::2], numbers[1::2]))
 
 
 def _damage(data: bytes) -> str:

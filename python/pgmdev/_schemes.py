@@ -49,7 +49,7 @@ class Meaning:
         own = {each: self.name for each in self.schemes if not getattr(known, each, "-")}
         if not known.family and "family" not in own:
             own["family"] = str(self.common("family") or "")
-        return replace(known, **own)  # type: ignore[arg-type]
+        return replace(known, **own)
 
 
 class Schemes:

@@ -2,6 +2,7 @@
 
 from __future__ import annotations
 
+from collections.abc import Callable
 from dataclasses import dataclass
 from typing import Any
 
@@ -204,7 +205,7 @@ def sfdp(dump: bytes) -> Sfdp:
     values: dict[str, Any] = _pgmdev.read_sfdp(bytes(dump))
     if "refusal" in values:
         raise SfdpRefusedError(*values["refusal"])
-    several = {
+    several: dict[str, Callable[..., Value]] = {
         "fast_reads": FastRead,
         "erase_types": _erase_type,
         "headers": ParameterHeader,
@@ -215,9 +216,9 @@ def sfdp(dump: bytes) -> Sfdp:
         values[name] = tuple(make(*each) for each in values[name])
     for name in ("page_program_us", "first_byte_us", "next_byte_us", "chip_erase_ms"):
         values[name] = _duration(values[name])
-    for name in ("quad_enable", "four_byte_instructions"):
-        make_one = QuadEnable if name == "quad_enable" else _four_byte
-        values[name] = None if values[name] is None else make_one(*values[name])
-    for name in ("status_polling", "soft_reset", "enter_4byte", "exit_4byte"):
+    one: dict[str, Callable[..., Value]] = {"quad_enable": QuadEnable, "four_byte_instructions": _four_byte}
+    for name, make in one.items():
+        values[name] = None if values[name] is None else make(*values[name])
+    for name in ("status_polling", "soft_reset", "enter_4byte", "exit_4byte", "warnings"):
         values[name] = None if values[name] is None else tuple(values[name])
-    return Sfdp(**{**values, "warnings": tuple(values["warnings"])}, dump=bytes(dump))
+    return Sfdp(**values, dump=bytes(dump))

@@ -19,7 +19,7 @@ class Value:
 
     def asdict(self) -> dict[str, Any]:
         """The members by name; values within are dictionaries, too."""
-        return {field.name: _plain(getattr(self, field.name)) for field in dataclasses.fields(self)}  # type: ignore[arg-type]
+        return {field.name: _plain(getattr(self, field.name)) for field in dataclasses.fields(self)}
 
 
 def _plain(value: Any) -> Any:

@@ -4,6 +4,7 @@ from __future__ import annotations
 
 import logging
 import os
+import re
 from collections.abc import Iterator, Sequence
 from dataclasses import dataclass
 from typing import overload
@@ -85,6 +86,7 @@ __all__ = [
 ]
 
 _log = logging.getLogger("pgmdev")
+_SEPARATORS = re.compile(r"\b0[xX]|[\s:-]")
 
 
 @dataclass(frozen=True, slots=True)
@@ -156,9 +158,9 @@ class Database(Sequence[Flash]):
         return Shown(index, record, alias, self._evidence().of(record))
 
     def identify(self, response: bytes | str, *, silicon_id: bool = False) -> Identification:
-        """Which flash answered: `response` is what it sent, as bytes or hexadecimal digits, with `silicon_id` a one-byte
-        electronic signature."""
-        given = bytes.fromhex(response) if isinstance(response, str) else bytes(response)
+        """Which flash answered: `response` is what it sent, as bytes or as text ("EF4017", "EF:40:17", "0xEF 0x40 0x17"),
+        with `silicon_id` a one-byte electronic signature."""
+        given = bytes.fromhex(_SEPARATORS.sub("", response)) if isinstance(response, str) else bytes(response)
         if not 0 < len(given) <= 256:
             raise ValueError(f"a response has 1 to 256 bytes, not {len(given)}")
         values = self._database.identify(given, silicon_id)

@@ -2,6 +2,8 @@
 
 from __future__ import annotations
 
+from dataclasses import replace
+
 from pgmdev import _pgmdev
 from pgmdev._values import Table
 from pgmdev.records import HpsKind, NandFlash, SpiFlash
@@ -30,13 +32,13 @@ def set_current(kind: HpsKind | int | None) -> bool:
 def nand() -> Table[NandFlash]:
     """The NAND flash devices, the user's own first (`user`). The parameter container is read once."""
     entries, user_count = _pgmdev.hps_nand()
-    return Table(NandFlash(*values, user=index < user_count) for index, values in enumerate(entries))
+    return Table(replace(NandFlash(*values), user=index < user_count) for index, values in enumerate(entries))
 
 
 def spi() -> Table[SpiFlash]:
     """The SPI flash devices, likewise."""
     entries, user_count = _pgmdev.hps_spi()
-    return Table(SpiFlash(*values, user=index < user_count) for index, values in enumerate(entries))
+    return Table(replace(SpiFlash(*values), user=index < user_count) for index, values in enumerate(entries))
 
 
 def reload() -> None:

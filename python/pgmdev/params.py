@@ -34,7 +34,7 @@ class Block(enum.IntEnum):
     """The user's NAND flash devices."""
 
     @property
-    def title(self) -> str:  # type: ignore[override]
+    def title(self) -> str:
         """The name for people."""
         return _pgmdev.BLOCK_NAMES[self]
 
@@ -80,10 +80,10 @@ def write(block: Block, data: bytes) -> None:
 
 def remove(block: Block) -> None:
     """Takes a block away and keeps the others."""
-    _replace(block, None)
+    _replace(block, b"")
 
 
-def _replace(block: Block, data: bytes | None) -> None:
+def _replace(block: Block, data: bytes) -> None:
     with lock():
         _container.require_changeable()
         if not _pgmdev.write_block(Block(block), data):

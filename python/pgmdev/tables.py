@@ -63,7 +63,9 @@ class Check(Value):
 
 
 def _records(kind: Kind, rows: list[tuple[Any, ...]]) -> Table[Any]:
-    return Table((Flash(*row) for row in rows) if kind == "flash" else (Profile(*row) for row in rows))
+    if kind == "flash":
+        return Table(Flash(*row) for row in rows)
+    return Table(Profile(*row) for row in rows)
 
 
 def check(csv: str | os.PathLike[str], kind: Kind = "flash") -> Check:

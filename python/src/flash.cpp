@@ -5,6 +5,7 @@
 #include "flash_database.h"
 #include "member_lists.h"
 #include "pgmdev_flash_table.h"
+#include "unlocked.h"
 #include "values.h"
 
 // Serial flash: the database, and what a response says.

@@ -1,11 +1,17 @@
 #include "msg.h"
 
+#include <optional>
+
 #include "bindings.h"
+#include "unlocked.h"
 #include "values.h"
 
 // Reports become exceptions of Python, debug messages calls of a function of Python.
 
 namespace {
+
+/// The last report in this thread.
+thread_local std::optional<MSG_INTERNAL_ERROR_REPORT> last_report;
 
 /// Who is told of debug messages: a function of level and text; null: nobody. A bare pointer, for the host copies and
 /// destroys what it is given without the interpreter's lock.
@@ -43,10 +49,22 @@ void raise_internal_error(const MSG_INTERNAL_ERROR_REPORT& report) {
 
 }  // namespace
 
+void forget_report() {
+    last_report.reset();
+}
+
+void throw_report() {
+    if (last_report) {
+        throw MSG_INTERNAL_ERROR_EXCEPTION(*std::exchange(last_report, std::nullopt));
+    }
+}
+
 void bind_messages(py::module_& module) {
     // Like the host's own handler, without its line on standard error.
-    MSG_INTERNAL_ERROR::set_handler(
-        [](const MSG_INTERNAL_ERROR_REPORT& report) { throw MSG_INTERNAL_ERROR_EXCEPTION(report); });
+    MSG_INTERNAL_ERROR::set_handler([](const MSG_INTERNAL_ERROR_REPORT& report) {
+        last_report = report;
+        throw MSG_INTERNAL_ERROR_EXCEPTION(report);
+    });
     py::register_local_exception_translator([](std::exception_ptr error) {
         try {
             std::rethrow_exception(std::move(error));

@@ -1,10 +1,10 @@
 #include <memory>
-#include <optional>
 #include <string>
 #include <vector>
 
 #include "bindings.h"
 #include "pgmdev_flash_ini.h"
+#include "unlocked.h"
 #include "values.h"
 
 // The parameter container.
@@ -24,12 +24,9 @@ py::object read_block(DWORD block) {
     return data ? py::object(py::bytes(reinterpret_cast<const char*>(data.get()), size)) : py::none();
 }
 
-/// Without data the block goes.
-bool write_block(DWORD block, const std::optional<std::string>& data) {
-    std::vector<BYTE> bytes;
-    if (data) {
-        bytes.assign(data->begin(), data->end());
-    }
+/// Without bytes the block goes.
+bool write_block(DWORD block, const std::string& data) {
+    std::vector<BYTE> bytes(data.begin(), data.end());
     return unlocked([&] {
         return INI::write_flash_ini_data(block_of(block), bytes.empty() ? nullptr : bytes.data(),
                                          static_cast<DWORD>(bytes.size()));

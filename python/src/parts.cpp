@@ -4,6 +4,7 @@
 #include "pgmdev_mgr.h"
 #include "pgmdev_part_index.h"
 #include "stl.h"
+#include "unlocked.h"
 #include "values.h"
 
 // The device library, ordering codes, and parts by less specific names.

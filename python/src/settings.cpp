@@ -4,6 +4,7 @@
 #include "cfg.h"
 #include "gen.h"
 #include "pgmdev_version.h"
+#include "unlocked.h"
 #include "values.h"
 
 // Where the library looks for its files, what is configured, and what it is.

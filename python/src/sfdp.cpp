@@ -1,6 +1,7 @@
 #include "bindings.h"
 #include "member_lists.h"
 #include "pgmdev_flash_sfdp.h"
+#include "unlocked.h"
 
 // What a flash says of itself.
 

@@ -5,6 +5,7 @@
 #include "pgmdev_dev_info_table.h"
 #include "pgmdev_flash_manager.h"
 #include "pgmdev_flash_table.h"
+#include "unlocked.h"
 
 // Source tables and packed databases as their maintainers see them.
 

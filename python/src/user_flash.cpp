@@ -4,6 +4,7 @@
 #include "bindings.h"
 #include "member_lists.h"
 #include "pgmdev_user_flash.h"
+#include "unlocked.h"
 
 // A flash of the user's own, as one text.
 

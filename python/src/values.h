@@ -87,10 +87,3 @@ py::tuple values_of(const RECORD& record, const MEMBERS& members) {
     }
     return values;
 }
-
-/// Does what may take long, or may wait for somebody, without the interpreter's lock. It must not touch what is Python's.
-template <class OPERATION>
-auto unlocked(OPERATION operation) {
-    const py::gil_scoped_release released;
-    return operation();
-}

@@ -13,7 +13,8 @@ import pgmdev
 FLAGS = doctest.ELLIPSIS | doctest.NORMALIZE_WHITESPACE
 
 
-def test_the_guide(module_dir: pathlib.Path) -> None:
+def test_the_guide(module_dir: pathlib.Path, monkeypatch: pytest.MonkeyPatch) -> None:
+    monkeypatch.chdir(ROOT)
     guide = ROOT / "docs" / "python.md"
     # A block ends where its fence ends.
     text = guide.read_text(encoding="utf-8").replace("\n```\n", "\n\n```\n")

@@ -48,6 +48,8 @@ class BuiltDistribution(Distribution):
 setup(distclass=BuiltDistribution)
 """
 
+LICENCE = pathlib.Path("/usr/share/doc/pybind11-dev/copyright")  # of what is compiled into the extension module
+
 
 def stage(project: pathlib.Path, package: str, libraries: list[str], installation: str, version: str) -> None:
     """The package as the wheel has it: the libraries in lib/, and their data as share/tessary above them."""
@@ -60,6 +62,9 @@ def stage(project: pathlib.Path, package: str, libraries: list[str], installatio
         shutil.copy(library, staged / "lib" / so_name(library))
     shutil.copytree(pathlib.Path(installation) / "devices" / "programmer", staged / "share/tessary/devices/programmer")
     shutil.copytree(pathlib.Path(installation) / "h", staged / "share/tessary/h")
+    if LICENCE.is_file():
+        (staged / "licences").mkdir()
+        shutil.copy(LICENCE, staged / "licences" / "pybind11-dev.txt")
 
 
 def so_name(library: str) -> str:

@@ -13,13 +13,14 @@ import pgmdev
 FLAGS = doctest.ELLIPSIS | doctest.NORMALIZE_WHITESPACE
 
 
-def test_the_guide(module_dir: pathlib.Path, monkeypatch: pytest.MonkeyPatch) -> None:
+@pytest.mark.parametrize(("name", "least"), [("docs/python.md", 90), ("README.md", 3)])
+def test_guides(name: str, least: int, module_dir: pathlib.Path, monkeypatch: pytest.MonkeyPatch) -> None:
     monkeypatch.chdir(ROOT)
-    guide = ROOT / "docs" / "python.md"
+    guide = ROOT / name
     # A block ends where its fence ends.
     text = guide.read_text(encoding="utf-8").replace("\n```\n", "\n\n```\n")
     examples = doctest.DocTestParser().get_doctest(text, {"module_dir": module_dir}, guide.name, str(guide), 0)
-    assert len(examples.examples) > 40
+    assert len(examples.examples) >= least
     said: list[str] = []
     results = doctest.DocTestRunner(optionflags=FLAGS).run(examples, out=said.append)
     assert results.failed == 0, "".join(said)

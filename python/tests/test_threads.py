@@ -2,6 +2,7 @@
 
 from __future__ import annotations
 
+import faulthandler
 import importlib
 import os
 import pathlib
@@ -70,7 +71,9 @@ with ThreadPoolExecutor(8) as pool:
 
 
 def test_long_operations_release_the_lock(tmp_path: pathlib.Path) -> None:
-    """While a table is read from a pipe that nobody writes yet, other threads run."""
+    """While a table is read from a pipe that nobody writes yet, other threads run. If they did not, nothing would end
+    this but a watchdog that needs no interpreter."""
+    faulthandler.dump_traceback_later(60, exit=True)
     pipe = tmp_path / "pipe"
     os.mkfifo(pipe)
     reader = threading.Thread(target=pgmdev._pgmdev.flash_from_source, args=(os.fsencode(pipe),))
@@ -86,6 +89,7 @@ def test_long_operations_release_the_lock(tmp_path: pathlib.Path) -> None:
         os.close(writer)
         break
     reader.join(10)
+    faulthandler.cancel_dump_traceback_later()
     assert not reader.is_alive()
 
 

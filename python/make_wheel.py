@@ -7,7 +7,6 @@ It is made from files that are there already, by the build tools of Debian, and 
 
 from __future__ import annotations
 
-import os
 import pathlib
 import shutil
 import subprocess
@@ -75,15 +74,16 @@ def so_name(library: str) -> str:
 
 def main() -> None:
     package, libpgmdev, libpgmhost, installation, version, output = sys.argv[1:]
+    destination = pathlib.Path(output).resolve()
     with tempfile.TemporaryDirectory() as directory:
         project = pathlib.Path(directory)
         stage(project, package, [libpgmdev, libpgmhost], installation, version)
         subprocess.run(
-            [sys.executable, "-m", "build", "--wheel", "--no-isolation", "--outdir", os.path.abspath(output), directory],
+            [sys.executable, "-m", "build", "--wheel", "--no-isolation", "--outdir", str(destination), directory],
             check=True,
             stdout=subprocess.DEVNULL,
         )
-    for wheel in sorted(pathlib.Path(output).glob(f"pgmdev-{version}-*.whl")):
+    for wheel in sorted(destination.glob(f"pgmdev-{version}-*.whl")):
         print(wheel)
 
 

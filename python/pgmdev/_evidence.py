@@ -1,4 +1,4 @@
-"""What supports the records of a flash database: for each group of members the class of its evidence and the sources."""
+"""What supports the records of a flash database: for each group of members a class of evidence, and the sources."""
 
 from __future__ import annotations
 

@@ -10,8 +10,8 @@ from pgmdev._values import Value, upper
 from pgmdev.records import Flash
 
 Standing = Literal["taken", "alike", "open", "passed_over", "ruled_out"]
-"""Of a candidate. "taken": it is the answer; "alike": no byte speaks for the one rather than for the other; "open": a byte
-that it compares was not given; "passed_over": the answer compares more of the response; "ruled_out": another
+"""Of a candidate. "taken": it is the answer; "alike": no byte speaks for the one rather than for the other; "open": a
+byte that it compares was not given; "passed_over": the answer compares more of the response; "ruled_out": another
 identification of it is known."""
 
 Risk = Literal["data", "voltage", "protection", "flow", "time", "none"]

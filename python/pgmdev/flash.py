@@ -145,6 +145,10 @@ class Database(Sequence[Flash]):
     def __repr__(self) -> str:
         return f"<{len(self)} flash records of {self.path}>"
 
+    def __reduce__(self) -> tuple[type[Database], tuple[str]]:
+        """Another process loads it anew."""
+        return type(self), (self.path,)
+
     def show(self, name: str) -> Shown | None:
         """The default record of a device name, in any case, which may be a further name; None: there is none."""
         alias = None
@@ -158,8 +162,8 @@ class Database(Sequence[Flash]):
         return Shown(index, record, alias, self._evidence().of(record))
 
     def identify(self, response: bytes | str, *, silicon_id: bool = False) -> Identification:
-        """Which flash answered: `response` is what it sent, as bytes or as text ("EF4017", "EF:40:17", "0xEF 0x40 0x17"),
-        with `silicon_id` a one-byte electronic signature."""
+        """Which flash answered: `response` is what it sent, as bytes or as text ("EF4017", "EF:40:17", "0xEF 0x40
+        0x17"), with `silicon_id` a one-byte electronic signature."""
         given = bytes.fromhex(_SEPARATORS.sub("", response)) if isinstance(response, str) else bytes(response)
         if not 0 < len(given) <= 256:
             raise ValueError(f"a response has 1 to 256 bytes, not {len(given)}")

@@ -80,8 +80,8 @@ def compile(csv: str | os.PathLike[str], pcf: str | os.PathLike[str], kind: Kind
     """Compiles a source table into a packed database, which replaces an older one in one step. With faults (see
     `Check.ok`) nothing is written.
 
-    Only a missing or empty file, or a database of the same kind, is replaced; anything else raises FileExistsError. What
-    the database was compiled from is told beside it, in a file of its name with `.info` behind it.
+    Only a missing or empty file, or a database of the same kind, is replaced; anything else raises FileExistsError.
+    What the database was compiled from is told beside it, in a file of its name with `.info` behind it.
     """
     found = check(csv, kind)
     if not found.ok:

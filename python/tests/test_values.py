@@ -68,6 +68,15 @@ def test_a_table_is_a_list() -> None:
     assert flash.load()[-1] == list(flash.load())[-1]
 
 
+def test_databases_travel_by_their_paths() -> None:
+    for database in (flash.load(), profiles.load()):
+        again = pickle.loads(pickle.dumps(database))
+        assert type(again) is type(database)
+        assert again.path == database.path
+        assert list(again) == list(database)
+    assert again.for_part("KES50C6") == profiles.for_part("KES50C6")
+
+
 def test_frames() -> None:
     import pandas
 

@@ -34,7 +34,8 @@ def wheel() -> pathlib.Path:
 
 def test_what_is_in_it(wheel: pathlib.Path) -> None:
     assert wheel.name.startswith("pgmdev-")
-    assert wheel.name.endswith(f"-cp3{sys.version_info.minor}-cp3{sys.version_info.minor}-linux_{os.uname().machine}.whl")
+    interpreter = f"cp3{sys.version_info.minor}"
+    assert wheel.name.endswith(f"-{interpreter}-{interpreter}-linux_{os.uname().machine}.whl")
     with zipfile.ZipFile(wheel) as archive:
         names = set(archive.namelist())
     for name in ("__init__.py", "py.typed", "_pgmdev.pyi", "records.py", "lib/libpgmdev.so.1", "lib/libpgmhost.so.1",

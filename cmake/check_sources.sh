@@ -50,7 +50,7 @@ done
 if [ "$mode" = full ]; then
     cmake -S . -B build/file_by_file -G Ninja -DCMAKE_BUILD_TYPE=Debug -DPGMDEV_COMPILE_BY_ROOM=none >/dev/null
     database file_by_file
-    compiled "^$root/(pgm|host|c|system|tools|examples|tests)/" | tidy
+    compiled "^$root/(pgm|host|c|system|tools|examples|python|tests)/" | tidy
     exit
 fi
 

@@ -6,6 +6,9 @@ set(CPACK_PACKAGE_CONTACT "The makers of Tessary <pgmdev@tessary.invalid>")
 set(CPACK_PACKAGE_DESCRIPTION_SUMMARY ${PROJECT_DESCRIPTION})
 set(CPACK_PACKAGE_VERSION ${PROJECT_VERSION})
 set(CPACK_COMPONENTS_ALL runtime development)
+if(PGMDEV_WITH_PYTHON)
+  list(APPEND CPACK_COMPONENTS_ALL python)
+endif()
 set(CPACK_VERBATIM_VARIABLES ON)
 set(CPACK_STRIP_FILES ON)
 set(CPACK_THREADS 1)
@@ -41,5 +44,17 @@ set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_SECTION libdevel)
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_DEPENDS "pgmdev (= ${PROJECT_VERSION})")
 set(CPACK_DEBIAN_DEVELOPMENT_DESCRIPTION
   "Headers, CMake package, pkg-config file and documents, for building programs\nthat use the device data.")
+
+if(PGMDEV_WITH_PYTHON)
+  math(EXPR next_minor "${Python3_VERSION_MINOR} + 1")
+  set(CPACK_DEBIAN_PYTHON_PACKAGE_NAME python3-pgmdev)
+  set(CPACK_DEBIAN_PYTHON_PACKAGE_SECTION python)
+  set(CPACK_DEBIAN_PYTHON_PACKAGE_SHLIBDEPS ON)
+  set(CPACK_DEBIAN_PYTHON_PACKAGE_DEPENDS
+    "pgmdev (= ${PROJECT_VERSION}), python3 (>= 3.${Python3_VERSION_MINOR}~), python3 (<< 3.${next_minor})")
+  set(CPACK_DEBIAN_PYTHON_PACKAGE_SUGGESTS python3-pandas)
+  set(CPACK_DEBIAN_PYTHON_DESCRIPTION
+    "Python package of the device data: serial flash, device names, parts and\nprogramming profiles, for programs and notebooks.")
+endif()
 
 include(CPack)

@@ -5,6 +5,9 @@ set(PGMDEV_THIRD_PARTY
   "CLI11|libcli11-dev|BSD-3-Clause|STATIC_LINK"
   "fmt|libfmt-dev|MIT|STATIC_LINK"
   "nlohmann_json|nlohmann-json3-dev|MIT|STATIC_LINK")
+if(PGMDEV_WITH_PYTHON)
+  list(APPEND PGMDEV_THIRD_PARTY "pybind11|pybind11-dev|BSD-3-Clause|STATIC_LINK")
+endif()
 if(WIN32)
   list(APPEND PGMDEV_THIRD_PARTY
     "libgcc_s_seh-1.dll|gcc-mingw-w64-x86-64-posix-runtime|GPL-3.0-or-later WITH GCC-exception-3.1|CONTAINS"

@@ -43,5 +43,19 @@ foreach(package ${packages})
   elseif(package MATCHES "^pgmdev-dev_")
     run(depends dpkg-deb -f ${WORK_DIR}/first/${package} Depends)
     expect("${package} depends on" "${depends}" "pgmdev (= ${VERSION})\n")
+  elseif(package MATCHES "^python3-pgmdev_")
+    run(ignored dpkg-deb -x ${WORK_DIR}/first/${package} ${WORK_DIR}/debian)  # over the libraries, which come before it
+    run(said ${PYTHON} -B -c "import sys
+sys.path.insert(0, '${WORK_DIR}/debian/usr/lib/python3/dist-packages')
+import pgmdev
+print(pgmdev.__file__, pgmdev.flash.identify('EF4017').record.device_name)")
+    expect("${package} found" "${said}"
+      "${WORK_DIR}/debian/usr/lib/python3/dist-packages/pgmdev/__init__.py W25Q64JV\n")
+    run(depends dpkg-deb -f ${WORK_DIR}/first/${package} Depends)
+    foreach(needed "libc6 \\(>= " "libstdc\\+\\+6 \\(>= " "pgmdev \\(= ${VERSION}\\)" "python3 \\(<< ")
+      if(NOT depends MATCHES "${needed}")
+        message(FATAL_ERROR "${package} depends on ${depends}, which lacks ${needed}")
+      endif()
+    endforeach()
   endif()
 endforeach()

@@ -1,0 +1,82 @@
+"""What answers are made of: frozen values, and lists of them."""
+
+from __future__ import annotations
+
+import dataclasses
+import os
+import threading
+from typing import Any, Callable, Generic, List, TypeVar
+
+WHITE_SPACE = " \t\n\r\v\f"
+
+T = TypeVar("T")
+
+
+class Value:
+    """A frozen answer: it compares, hashes and pickles."""
+
+    __slots__ = ()
+
+    def asdict(self) -> dict[str, Any]:
+        """The members by name; values within are dictionaries, too."""
+        return {field.name: _plain(getattr(self, field.name)) for field in dataclasses.fields(self)}
+
+
+def _plain(value: Any) -> Any:
+    if isinstance(value, Value):
+        return value.asdict()
+    if isinstance(value, tuple):
+        return [_plain(each) for each in value]
+    return value
+
+
+class Table(List[T]):
+    """A list of values."""
+
+    def to_frame(self) -> Any:
+        """A pandas.DataFrame with a column for each member. Needs pandas."""
+        import pandas
+
+        rows = [row.asdict() if isinstance(row, Value) else row for row in self]
+        return pandas.DataFrame(rows)
+
+
+class Once(Generic[T]):
+    """Something that is made when it is first asked for, once, whatever thread asks."""
+
+    def __init__(self, make: Callable[[], T]) -> None:
+        self._make = make
+        self._lock = threading.Lock()
+        self._made: list[T] = []
+
+    def __call__(self) -> T:
+        made = self._made
+        if not made:
+            with self._lock:
+                made = self._made
+                if not made:
+                    made.append(self._make())
+        return made[0]
+
+    def forget(self) -> None:
+        """What was made stays with those who have it; the next question makes it anew."""
+        with self._lock:
+            self._made = []
+
+
+def upper(text: str) -> str:
+    """As the library compares names: only ASCII letters have a case."""
+    return text.upper() if text.isascii() else "".join(each.upper() if each.isascii() else each for each in text)
+
+
+def name_of(text: str) -> str:
+    """A name as the library knows it: without white space around it, in upper case."""
+    return upper(text.strip(WHITE_SPACE))
+
+
+def path_bytes(path: str | os.PathLike[str]) -> bytes:
+    return os.fsencode(path)
+
+
+def path_text(path: str | os.PathLike[str]) -> str:
+    return os.fspath(path)

@@ -1,0 +1,142 @@
+"""Source tables and packed databases, for those who maintain them. Faults of tables are values, not exceptions."""
+
+from __future__ import annotations
+
+import hashlib
+import os
+from dataclasses import dataclass
+from typing import Any, Literal, overload
+
+from pgmdev import _pgmdev
+from pgmdev._values import Table, Value, path_bytes, path_text
+from pgmdev.records import Flash, Profile
+
+__all__ = ["Check", "Fault", "Kind", "check", "compile", "dump", "dump_csv"]
+
+Kind = Literal["flash", "profile"]
+
+_MAGICS = {"flash": b"PGMIO_FM", "profile": b"PGMIO_DM"}
+
+
+@dataclass(frozen=True, slots=True)
+class Fault(Value):
+    """Something wrong, or remarkable, in a source table."""
+
+    severity: Literal["fault", "warning"]
+    """A warning works, but is probably not what was meant."""
+    line: int
+    """From 1; 0: the table as a whole."""
+    column: int
+    """First character of the cell in its line, from 1; 0: the line as a whole."""
+    row: str
+    """What the row is about: its device name, its key."""
+    member: str
+    cell: str
+    """Text of the cell."""
+    condition: str
+    """Internal error that compiling or loading reports for it."""
+    expected: str
+    """What would be accepted, or what is remarkable."""
+
+    @property
+    def text(self) -> str:
+        """One line for people, without the file."""
+        place = f"{self.line}:{self.column}: " if self.line else ""
+        what = " ".join(each for each in (self.row, self.member, repr(self.cell) if self.cell else "") if each)
+        return f"{place}{self.severity}: {what + ': ' if what else ''}{self.expected}"
+
+
+@dataclass(frozen=True, slots=True)
+class Check(Value):
+    """What a source table holds, and what is wrong with it."""
+
+    records: tuple[Flash, ...] | tuple[Profile, ...]
+    """In row order; none when the table has a fault in its format."""
+    payload_size: int
+    faults: tuple[Fault, ...]
+    """In line order, warnings among them."""
+
+    @property
+    def ok(self) -> bool:
+        """Whether the table compiles: there are warnings at most."""
+        return all(fault.severity == "warning" for fault in self.faults)
+
+
+def _records(kind: Kind, rows: list[tuple[Any, ...]]) -> Table[Any]:
+    if kind == "flash":
+        return Table(Flash(*row) for row in rows)
+    return Table(Profile(*row) for row in rows)
+
+
+def check(csv: str | os.PathLike[str], kind: Kind = "flash") -> Check:
+    """Everything that is wrong with a source table, at once. A file that cannot be read is a fault."""
+    read = _pgmdev.flash_from_source if kind == "flash" else _pgmdev.profile_from_source
+    values = read(path_bytes(csv))
+    faults = tuple(Fault(*fault) for fault in values["faults"])
+    return Check(tuple(_records(kind, values["records"])), values["payload_size"], faults)
+
+
+def compile(csv: str | os.PathLike[str], pcf: str | os.PathLike[str], kind: Kind = "flash") -> Check:
+    """Compiles a source table into a packed database, which replaces an older one in one step. With faults (see
+    `Check.ok`) nothing is written.
+
+    Only a missing or empty file, or a database of the same kind, is replaced; anything else raises FileExistsError.
+    What the database was compiled from is told beside it, in a file of its name with `.info` behind it.
+    """
+    found = check(csv, kind)
+    if not found.ok:
+        return found
+    _require_replaceable(csv, pcf, kind)
+    compile_table = _pgmdev.compile_flash if kind == "flash" else _pgmdev.compile_profile
+    compile_table(path_bytes(csv), path_bytes(pcf))
+    _tell_origin(csv, pcf, found)
+    return found
+
+
+def _require_replaceable(csv: str | os.PathLike[str], pcf: str | os.PathLike[str], kind: Kind) -> None:
+    try:
+        with open(pcf, "rb") as file:
+            beginning = file.read(8)
+    except FileNotFoundError:
+        return
+    if os.path.samefile(csv, pcf) or beginning not in (b"", _MAGICS[kind]):
+        raise FileExistsError(f"it is no {kind} database, and is not replaced: {path_text(pcf)}")
+
+
+def _tell_origin(csv: str | os.PathLike[str], pcf: str | os.PathLike[str], found: Check) -> None:
+    def digest(path: str | os.PathLike[str]) -> str:
+        with open(path, "rb") as file:
+            return hashlib.sha256(file.read()).hexdigest()
+
+    origin = {
+        "database": os.path.basename(path_text(pcf)),
+        "database_sha256": digest(pcf),
+        "source": os.path.basename(path_text(csv)),
+        "source_sha256": digest(csv),
+        "records": len(found.records),
+        "payload_size": found.payload_size,
+        "compiled_by": "pgmdev " + _pgmdev.versions()["library"],
+    }
+    path = path_text(pcf) + ".info"
+    with open(path + ".new", "w", encoding="utf-8", errors="surrogateescape", newline="\n") as file:
+        file.writelines(f"{key} = {value}\n" for key, value in origin.items())
+    os.replace(path + ".new", path)
+
+
+@overload
+def dump(pcf: str | os.PathLike[str], kind: Literal["flash"] = "flash") -> Table[Flash]: ...
+@overload
+def dump(pcf: str | os.PathLike[str], kind: Literal["profile"]) -> Table[Profile]: ...
+def dump(pcf: str | os.PathLike[str], kind: Kind = "flash") -> Table[Any]:
+    """All records of a packed database, whatever switch enables them. A damaged one raises InternalError."""
+    read = _pgmdev.flash_from_database if kind == "flash" else _pgmdev.profile_from_database
+    return _records(kind, read(path_bytes(pcf))["records"])
+
+
+def dump_csv(pcf: str | os.PathLike[str], kind: Kind = "flash") -> str:
+    """The records as a source table that compiles to the same database. Records that cannot be one raise ValueError."""
+    write = _pgmdev.flash_source_text if kind == "flash" else _pgmdev.profile_source_text
+    text, obstacle = write(path_bytes(pcf))
+    if obstacle:
+        raise ValueError(obstacle)
+    return text

@@ -1,0 +1,38 @@
+#pragma once
+
+/// \file
+/// A serial flash database with what is known besides, for questions from any thread.
+
+#include <optional>
+#include <span>
+#include <string>
+#include <vector>
+
+#include "pgmdev_flash_candidates.h"
+#include "pgmdev_flash_manager.h"
+#include "pgmdev_flash_notes.h"
+
+/// All that is known of a response.
+struct FLASH_ANSWER {
+    PGMDEV_FLASH_CANDIDATES candidates;
+    std::vector<PGMDEV_FLASH_AMBIGUITY> ambiguities;
+    std::vector<PGMDEV_FLASH_CONTRADICTION> contradictions;
+    std::vector<std::string> fitting;  ///< names of chips whose whole identification it may be
+};
+
+/// Loaded when it is constructed, and only read from then on.
+class FLASH_DATABASE : public PGMDEV_FLASH_MANAGER {
+public:
+    /// Of the file at that path; the user's own flash comes first, and rows behind a switch that is off are left out.
+    explicit FLASH_DATABASE(const std::string& pcf_file);
+
+    std::span<const PGMDEV_SFL_FLASH_INFO> records() const { return {m_flash_database, m_flash_count}; }
+    const PGMDEV_FLASH_NOTES& notes() const { return m_notes; }
+
+    /// What a response of at most 256 bytes says.
+    FLASH_ANSWER answer(const std::string& response, bool silicon_id) const;
+
+private:
+    PGMDEV_FLASH_NOTES m_notes;
+    std::optional<PGMDEV_FLASH_INDEX> m_index;
+};

@@ -1,0 +1,89 @@
+#pragma once
+
+/// \file
+/// What all bindings share: values of the library as values of Python.
+///
+/// The bindings give texts, numbers, lists and tuples. The Python package above them makes objects with names of these.
+
+#include <pybind11/pybind11.h>
+
+#include <string_view>
+#include <utility>
+#include <variant>
+#include <vector>
+
+#include "pgmdev_types.h"
+
+namespace py = pybind11;
+
+/// Bytes that are no UTF-8, as damaged files have them, come through as Python lets file names through.
+inline py::object to_python(std::string_view text) {
+    PyObject* const made = PyUnicode_DecodeUTF8(text.data(), static_cast<Py_ssize_t>(text.size()), "surrogateescape");
+    if (made == nullptr) {
+        throw py::error_already_set();
+    }
+    return py::reinterpret_steal<py::object>(made);
+}
+
+inline py::object to_python(const std::string& text) {
+    return to_python(std::string_view(text));
+}
+
+inline py::object to_python(const char* text) {
+    return to_python(std::string_view(text));
+}
+
+inline py::object to_python(bool value) {
+    return py::bool_(value);
+}
+
+inline py::object to_python(QWORD value) {
+    return py::reinterpret_steal<py::object>(PyLong_FromUnsignedLongLong(value));
+}
+
+inline py::object to_python(DWORD value) {
+    return to_python(QWORD{value});
+}
+
+inline py::object to_python(WORD value) {
+    return to_python(QWORD{value});
+}
+
+inline py::object to_python(BYTE value) {
+    return to_python(QWORD{value});
+}
+
+inline py::object to_python(int value) {
+    return py::reinterpret_steal<py::object>(PyLong_FromLong(value));
+}
+
+/// None for the number that stands for nothing.
+inline py::object index_or_none(DWORD index) {
+    return index == INVALID_DWORD ? py::none() : to_python(index);
+}
+
+/// A list with what `make` makes of each.
+template <class RANGE, class MAKE>
+py::list list_of(const RANGE& range, MAKE make) {
+    py::list list;
+    for (const auto& each : range) {
+        list.append(make(each));
+    }
+    return list;
+}
+
+template <class RANGE>
+py::list list_of(const RANGE& range) {
+    return list_of(range, [](const auto& each) { return to_python(each); });
+}
+
+/// The values of a record in the order of its member table.
+template <class RECORD, class MEMBERS>
+py::tuple values_of(const RECORD& record, const MEMBERS& members) {
+    py::tuple values(members.size());
+    std::size_t place = 0;
+    for (const auto& member : members) {
+        values[place++] = std::visit([&record](auto field) { return to_python(record.*field); }, member.field);
+    }
+    return values;
+}

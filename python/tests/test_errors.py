@@ -1,0 +1,168 @@
+"""What the library reports, refuses and tells besides."""
+
+from __future__ import annotations
+
+import logging
+import os
+import pathlib
+import subprocess
+import sys
+
+import pytest
+
+import pgmdev
+from pgmdev import flash, profiles, tables
+
+
+def test_a_missing_database(tmp_path: pathlib.Path, capfd: pytest.CaptureFixture[str]) -> None:
+    with pytest.raises(pgmdev.InternalError) as caught:
+        flash.load(tmp_path / "none.pcf")
+    error = caught.value
+    assert error.condition.startswith("FIO_FILE_SYSTEM::exists(")
+    assert error.module == "PGMDEV"
+    assert error.file == "pgm/pgmdev/pgmdev_flash_manager"
+    assert error.line > 0
+    assert error.message == f"{error.condition} [PGMDEV, pgm/pgmdev/pgmdev_flash_manager, line {error.line}]"
+    assert str(error) == error.message
+    assert capfd.readouterr() == ("", "")
+
+
+def test_damaged_databases(tmp_path: pathlib.Path) -> None:
+    damaged = tmp_path / "damaged.pcf"
+    for load, whole in ((flash.load, flash.default().path), (profiles.load, profiles.default().path)):
+        data = pathlib.Path(whole).read_bytes()
+        for spoilt in (b"", data[:40], data[:-1], data[:200] + bytes(20) + data[220:], b"PGMIO_XX" + data[8:]):
+            damaged.write_bytes(spoilt)
+            with pytest.raises(pgmdev.InternalError):
+                load(damaged)
+
+
+def test_a_database_of_the_other_kind(tmp_path: pathlib.Path) -> None:
+    with pytest.raises(pgmdev.InternalError, match="'D' && .* 'M'"):
+        profiles.load(flash.default().path)
+    with pytest.raises(pgmdev.InternalError):
+        tables.dump(profiles.default().path)
+
+
+def test_responses_that_are_none() -> None:
+    responses: list[bytes | str] = [b"", "", b"\0" * 257]
+    for nothing in responses:
+        with pytest.raises(ValueError, match="1 to 256 bytes"):
+            flash.identify(nothing)
+    with pytest.raises(ValueError, match="non-hexadecimal"):
+        flash.identify("EF401G")
+
+
+def test_a_dump_that_is_none() -> None:
+    with pytest.raises(flash.SfdpRefusedError) as caught:
+        flash.sfdp(b"SFDX" + bytes(100))
+    assert (caught.value.offset, caught.value.field) == (3, "signature")
+    assert str(caught.value) == caught.value.message
+    assert caught.value.expected in caught.value.message
+
+
+def test_arguments_of_another_type() -> None:
+    with pytest.raises(AttributeError):
+        flash.show(7)  # type: ignore[arg-type]
+    with pytest.raises(TypeError):
+        flash.load(7)  # type: ignore[arg-type]
+    with pytest.raises(TypeError):
+        flash.sfdp("text")  # type: ignore[arg-type]
+    with pytest.raises(ValueError, match="memory_id does not take this value"):
+        flash.encode(flash.Flash(memory_id=256))
+    with pytest.raises(ValueError, match="one to three flash"):
+        flash.encode([])
+
+
+def test_faults_are_values(tmp_path: pathlib.Path) -> None:
+    found = tables.check(tmp_path / "none.csv")
+    assert not found.ok
+    assert [fault.severity for fault in found.faults] == ["fault"]
+    table = tmp_path / "table.csv"
+    text = tables.dump_csv(flash.default().path)
+    table.write_text(text.replace("TRUE", "YES", 1), encoding="utf-8")
+    output = tmp_path / "table.pcf"
+    found = tables.compile(table, output)
+    fault = next(fault for fault in found.faults if fault.severity == "fault")
+    line = text.splitlines()[fault.line - 1]
+    assert line[fault.column - 1 :].startswith("TRUE")
+    assert fault.cell == "YES"
+    assert fault.member == "default_dev"
+    assert fault.text.startswith(f"{fault.line}:{fault.column}: fault: ")
+    assert not output.exists()
+
+
+def test_nothing_of_another_kind_is_replaced(tmp_path: pathlib.Path) -> None:
+    table = tmp_path / "table.csv"
+    table.write_text(tables.dump_csv(flash.default().path), encoding="utf-8")
+    letter = tmp_path / "letter.txt"
+    letter.write_text("Dear reader")
+    for victim in (letter, table):
+        before = victim.read_bytes()
+        with pytest.raises(FileExistsError):
+            tables.compile(table, victim)
+        assert victim.read_bytes() == before
+    output = tmp_path / "out.pcf"
+    output.touch()
+    assert tables.compile(table, output).ok
+    assert tables.compile(table, output).ok
+    assert f"source = {table.name}\n" in (tmp_path / "out.pcf.info").read_text()
+
+
+def test_paths(tmp_path: pathlib.Path) -> None:
+    """Of any type, in any script, even such that are no text."""
+    data = pathlib.Path(flash.default().path).read_bytes()
+    for name in ("плата.pcf", os.fsdecode(b"\xff\xfe.pcf")):
+        path = tmp_path / name
+        path.write_bytes(data)
+        assert len(flash.load(path)) == len(flash.load()) == len(flash.load(str(path)))
+
+
+def test_debug_messages(caplog: pytest.LogCaptureFixture, tmp_path: pathlib.Path) -> None:
+    table = tmp_path / "table.csv"
+    table.write_text("rubbish")
+    with caplog.at_level(logging.DEBUG, "pgmdev"), pytest.raises(pgmdev.InternalError):
+        pgmdev._pgmdev.compile_flash(os.fsencode(table), os.fsencode(tmp_path / "out.pcf"))
+    assert caplog.records
+    assert {record.name for record in caplog.records} == {"pgmdev"}
+    assert all(getattr(record, "pgmdev_level") >= 1 for record in caplog.records)
+
+
+def test_a_failing_listener_stops_nothing(monkeypatch: pytest.MonkeyPatch, tmp_path: pathlib.Path) -> None:
+    unraisable: list[object] = []
+    monkeypatch.setattr(sys, "unraisablehook", unraisable.append)
+    table = tmp_path / "table.csv"
+    table.write_text("rubbish")
+    pgmdev._pgmdev.listen(lambda level, text: 1 / 0)  # type: ignore[arg-type]
+    try:
+        with pytest.raises(pgmdev.InternalError):
+            pgmdev._pgmdev.compile_flash(os.fsencode(table), os.fsencode(tmp_path / "out.pcf"))
+    finally:
+        pgmdev._pgmdev.listen(pgmdev._tell)
+    assert unraisable
+
+
+def test_settings(tmp_path: pathlib.Path) -> None:
+    assert set(pgmdev.settings.directories()) == {"install_dir", "db_dir", "module_dir"}
+    first = flash.load()
+    assert flash.load() is first
+    pgmdev.configure(db_dir=tmp_path)
+    try:
+        assert pgmdev.settings.directories()["db_dir"] == str(tmp_path)
+        with pytest.raises(pgmdev.InternalError):
+            flash.identify("EF4017")
+    finally:
+        pgmdev.configure(db_dir="")
+    assert flash.load() is not first
+    assert list(flash.load()) == list(first)
+    pgmdev.configure(settings={"SOME_KEY": "value"})
+    assert pgmdev.settings.get("SOME_KEY") == "value"
+    pgmdev.configure(settings={"SOME_KEY": None})
+    assert pgmdev.settings.get("SOME_KEY") == ""
+
+
+def test_a_process_ends_quietly() -> None:
+    """Debug messages of its last moments included."""
+    program = "import logging, atexit; logging.basicConfig(level=10); import pgmdev; pgmdev.flash.identify('EF4017')"
+    run = subprocess.run([sys.executable, "-B", "-c", program], capture_output=True, text=True)
+    assert (run.returncode, run.stdout) == (0, "")

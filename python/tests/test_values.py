@@ -1,0 +1,108 @@
+"""Answers are values: frozen, equal, hashable, readable, and they travel."""
+
+from __future__ import annotations
+
+import copy
+import dataclasses
+import inspect
+import pickle
+from typing import Any
+
+import pytest
+
+import pgmdev
+from pgmdev import _pgmdev, flash, hps, names, parts, profiles, records, tables
+from pgmdev._values import Table, Value
+
+
+def some_values() -> list[Value]:
+    shown = flash.show("W25Q64FV")
+    spellings = names.show("KES50C6")
+    info = parts.show("KES75F169")
+    governing = profiles.for_part("KES50C6")
+    assert shown and spellings and info and governing
+    values: list[Value] = [shown, shown.record, spellings, info, governing, governing.record]
+    values += [flash.identify("20BA18"), flash.identify("012018"), flash.identify("FFFFFF"), hps.kinds()[0]]
+    return values + [hps.nand()[0], hps.spi()[0], parts.find("KES50*", hidden=True)[0]]
+
+
+@pytest.mark.parametrize("value", some_values(), ids=lambda value: type(value).__name__)
+def test_values(value: Any) -> None:
+    same = dataclasses.replace(value)
+    assert same == value
+    assert same is not value
+    assert hash(same) == hash(value)
+    assert len({same, value}) == 1
+    assert repr(value).startswith(type(value).__name__ + "(")
+    first = dataclasses.fields(value)[0].name
+    assert f"{first}={getattr(value, first)!r}" in repr(value)
+    assert list(value.asdict()) == [field.name for field in dataclasses.fields(value)]
+    with pytest.raises(dataclasses.FrozenInstanceError):
+        setattr(value, first, getattr(value, first))
+    for protocol in range(2, pickle.HIGHEST_PROTOCOL + 1):
+        assert pickle.loads(pickle.dumps(value, protocol)) == value
+    assert copy.deepcopy(value) == value
+
+
+def test_records_have_the_members_of_the_tables() -> None:
+    for record, table in (
+        (records.Flash, _pgmdev.FLASH_MEMBERS),
+        (records.Profile, _pgmdev.PROFILE_MEMBERS),
+    ):
+        assert [(field.name, str(field.type)) for field in dataclasses.fields(record)] == [each[:2] for each in table]
+        told = inspect.getsource(record)
+        for name, _, unit, _ in table:
+            about = told.split(f"    {name}: ", 1)[1].split('"""')[1]
+            assert about.endswith(".")
+            assert unit in about
+    assert len(dataclasses.fields(records.Flash)) == 33
+    assert records.Flash().die_count == 0
+
+
+def test_a_table_is_a_list() -> None:
+    found = parts.find("KES75F169*")
+    assert isinstance(found, list)
+    assert [part.name for part in found][:2] == ["KES75F169C4", "KES75F169C5"]
+    assert pickle.loads(pickle.dumps(found)) == found
+    assert isinstance(flash.load()[10:12], Table)
+    assert flash.load()[-1] == list(flash.load())[-1]
+
+
+def test_databases_travel_by_their_paths() -> None:
+    for database in (flash.load(), profiles.load()):
+        again = pickle.loads(pickle.dumps(database))
+        assert type(again) is type(database)
+        assert again.path == database.path
+        assert list(again) == list(database)
+    assert again.for_part("KES50C6") == profiles.for_part("KES50C6")
+
+
+def test_frames() -> None:
+    import pandas
+
+    frame = flash.load().records.to_frame()
+    assert isinstance(frame, pandas.DataFrame)
+    assert frame.shape == (len(flash.load()), 33)
+    chip = frame[frame.device_name == "W25Q64JV"].iloc[0]
+    assert chip.device_bit_size == 64 << 20
+    assert frame.device_bit_size.dtype.kind == "i"
+    assert frame.flag_status.dtype.kind == "b"
+    by_family = parts.find().to_frame().groupby("family").size()
+    assert by_family["KESTREL"] == len(parts.find(family="KESTREL"))
+    assert list(Table(["one"]).to_frame()[0]) == ["one"]
+
+
+def test_errors_travel() -> None:
+    with pytest.raises(pgmdev.InternalError) as caught:
+        flash.load("/no/such/file.pcf")
+    again = pickle.loads(pickle.dumps(caught.value))
+    assert again.args == caught.value.args
+    assert again.message == caught.value.message
+
+
+def test_everything_named_is_there() -> None:
+    for module in (pgmdev, flash, hps, names, parts, profiles, records, tables, pgmdev.enums, pgmdev.params):
+        for name in module.__all__:
+            assert hasattr(module, name), f"{module.__name__}.{name}"
+            if inspect.isroutine(getattr(module, name)) or inspect.isclass(getattr(module, name)):
+                assert getattr(module, name).__doc__, name

@@ -1,7 +1,7 @@
 #!/usr/bin/python3
 """How the command and its page grow with the table: a row of docs/scale.md for each number of rows.
 
-    bench/scale.py COMMAND [ROWS...]
+    benchmarks/scale.py COMMAND [ROWS...]
 
 Times are those of the processor, user and system, so that what else runs counts little. The page is opened in the
 browser that the tests use; without it (python3-selenium, chromium) its columns are empty.

@@ -12,9 +12,9 @@ namespace {
 constexpr std::string_view NOTHING = "-";
 constexpr std::string_view HIDDEN = "hidden";
 
-/// The tables behind the device library number parts, and the further names of parts after them, in two bytes; two
-/// numbers are taken by no part and by any part.
-constexpr int MAX_PART_NUMBER = 65000;
+/// Lists by part number take memory for all numbers below. Higher ones, and more further names of parts, are slips of
+/// the pen.
+constexpr int MAX_PART_NUMBER = 2000000;
 constexpr std::size_t MAX_ALIASES = 500;
 
 struct STATUS {

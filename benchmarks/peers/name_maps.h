@@ -7,20 +7,11 @@
 
 #include <memory>
 #include <string>
-#include <unordered_map>
 #include <vector>
 
+#include "peers/hash_map.h"
 #include "peers/name_files.h"
 #include "support/names.h"
-
-class HASH_MAP {
-public:
-    explicit HASH_MAP(const NAME_PAIRS& pairs) : m_keys(pairs.begin(), pairs.end()) {}
-    std::string find(const std::string& name) const { return m_keys.find(name)->second; }
-
-private:
-    std::unordered_map<std::string, std::string> m_keys;
-};
 
 /// A perfect hash (compress, hash and displace), and a look whether it led to the name.
 class PERFECT_HASH {

@@ -13,8 +13,8 @@
 class SOURCE_FILE_NAME {
 public:
     SOURCE_FILE_NAME() = default;
-    SOURCE_FILE_NAME(std::string name)  // NOLINT(google-explicit-constructor): it is the name
-        : m_name(std::make_shared<const std::string>(std::move(name))) {}
+    // NOLINTNEXTLINE(google-explicit-constructor): it is the name
+    SOURCE_FILE_NAME(std::string name) : m_name(std::make_shared<const std::string>(std::move(name))) {}
 
     std::string text() const { return m_name != nullptr ? *m_name : ""; }
 

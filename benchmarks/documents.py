@@ -19,6 +19,12 @@ def replace_part(document, part, text):
     path.write_text(f"{before}{begin}{text}{end}{after}")
 
 
+def write_plot(name, plot):
+    directory = ROOT / "docs" / "performance"
+    directory.mkdir(exist_ok=True)
+    (directory / f"{name}.svg").write_text(plot)
+
+
 def table(headings, alignments, rows):
     lines = [headings, alignments, *rows]
     return "".join(f"| {' | '.join(cells)} |\n" if cells is not alignments else f"|{'|'.join(cells)}|\n"

@@ -1,9 +1,9 @@
 #!/usr/bin/python3
 """Compares what Google Benchmark measured: prints the tables of docs/performance.md; ./bench runs it.
 
-    benchmarks/ratios.py [--write] JSON...
+    benchmarks/ratios.py [--write] JSON... [TEXT...]
 
-With --write it puts the tables into docs/performance.md, and plots beside it.
+A TEXT is a table already. With --write it puts the tables into docs/performance.md, and plots beside it.
 """
 
 import pathlib
@@ -17,7 +17,6 @@ import rows
 
 HEADINGS = ("what", "takes", "beside", "takes", "ratio", "spread")
 ALIGNMENTS = ("---", "--:", "---", "--:", "--:", "--:")
-PLOTS = documents.ROOT / "docs" / "performance"
 
 
 def table_rows(row, times):
@@ -54,7 +53,8 @@ def check_names(times, filtered):
 def main():
     arguments = sys.argv[1:]
     write, filtered = "--write" in arguments, "--filtered" in arguments
-    times = measurements.read_times([pathlib.Path(file) for file in arguments if not file.startswith("--")])
+    files = [pathlib.Path(file) for file in arguments if not file.startswith("--")]
+    times = measurements.read_times([file for file in files if file.suffix == ".json"])
     check_names(times, filtered)
     text = f"{documents.where_and_when()}\n"
     for group in rows.GROUPS:
@@ -64,9 +64,11 @@ def main():
             text += f"\n### {group.title}\n\n{documents.table(HEADINGS, ALIGNMENTS, lines)}"
             text += f"\n![{group.title}](performance/{group.plot}.svg)\n"
         if write:
-            PLOTS.mkdir(exist_ok=True)
             plot = bars.plot(group.title, [plotted(row, times) for row in measured], measurements.time_text)
-            (PLOTS / f"{group.plot}.svg").write_text(plot)
+            documents.write_plot(group.plot, plot)
+    for file in files:
+        if file.suffix == ".txt":
+            text += f"\n### The {file.stem}\n\n```\n{file.read_text()}```\n"
     if write:
         documents.replace_part("performance.md", "ratios", text)
     print("".join(line for line in text.splitlines(keepends=True) if not line.startswith("![")), end="")

@@ -10,6 +10,7 @@ set(guides
   docs/command-sfdp.md
   docs/formats.md
   docs/page.md
+  docs/performance.md
   docs/your-own-flash.md)
 set(table_pages data/dev_info/README.md data/flash/README.md)
 
@@ -53,6 +54,7 @@ install(FILES data/flash/pgm_flash.csv data/flash/pgm_flash.csv.accepted data/fl
   DESTINATION ${PGMDEV_INSTALL_DOCDIR}/data/flash COMPONENT runtime)
 install(FILES data/dev_info/pgm_dev_info.csv data/dev_info/pgm_dev_info.csv.accepted
   DESTINATION ${PGMDEV_INSTALL_DOCDIR}/data/dev_info COMPONENT runtime)
+install(DIRECTORY docs/performance DESTINATION ${PGMDEV_INSTALL_DOCDIR}/guides COMPONENT runtime)
 install(FILES examples/identify.cpp examples/tessary.conf
   DESTINATION ${PGMDEV_INSTALL_DOCDIR}/examples
   COMPONENT runtime)

@@ -24,7 +24,7 @@ function(add_growth size catalog)
   add_library(pgmddb_data_${size} OBJECT EXCLUDE_FROM_ALL ${data})
   target_include_directories(pgmddb_data_${size} PRIVATE
     ${PROJECT_SOURCE_DIR}/pgm/pgmdev ${PROJECT_SOURCE_DIR}/h ${PROJECT_SOURCE_DIR}/host/h)
-  target_link_libraries(pgmddb_data_${size} PRIVATE pgmdev_compiler_settings)
+  target_link_libraries(pgmddb_data_${size} PRIVATE pgmdev_tables pgmdev_compiler_settings)
   set_target_properties(pgmddb_data_${size} PROPERTIES POSITION_INDEPENDENT_CODE ON)
 
   add_library(pgmdev_${size} SHARED EXCLUDE_FROM_ALL $<TARGET_OBJECTS:pgmdev_objects> $<TARGET_OBJECTS:boot_flash_records>)

@@ -152,6 +152,8 @@ def threads_table():
 def main():
     arguments = [argument for argument in sys.argv[1:] if argument != "--write"]
     sizes = [SHIPPED, *(arguments or SIZES)]
+    subprocess.run(["cmake", "--preset", "bench", f"-DPGMDEV_GROWTH_NAMES={';'.join(sizes[1:])}"], check=True,
+                   cwd=documents.ROOT, stdout=subprocess.DEVNULL)
     subprocess.run(["ninja", "-C", BUILD, "threads_bench", *(f"growth_{size}" for size in sizes)], check=True,
                    stdout=sys.stderr)
     begin = f"{documents.where_and_when()}\n\n"

@@ -11,6 +11,7 @@ set(guides
   docs/formats.md
   docs/page.md
   docs/python.md
+  docs/performance.md
   docs/your-own-flash.md)
 set(table_pages data/dev_info/README.md data/flash/README.md)
 
@@ -54,6 +55,7 @@ install(FILES data/flash/pgm_flash.csv data/flash/pgm_flash.csv.accepted data/fl
   DESTINATION ${PGMDEV_INSTALL_DOCDIR}/data/flash COMPONENT runtime)
 install(FILES data/dev_info/pgm_dev_info.csv data/dev_info/pgm_dev_info.csv.accepted
   DESTINATION ${PGMDEV_INSTALL_DOCDIR}/data/dev_info COMPONENT runtime)
+install(DIRECTORY docs/performance DESTINATION ${PGMDEV_INSTALL_DOCDIR}/guides COMPONENT runtime)
 install(FILES examples/chips.py examples/identify.c examples/identify.cpp examples/tessary.conf
   DESTINATION ${PGMDEV_INSTALL_DOCDIR}/examples
   COMPONENT runtime)

@@ -13,14 +13,10 @@
 #include "reports.h"
 #include "scratch_files.h"
 
-/// Packs the payload as a file with that magic and stamp, and loads it through the bounded reader. MANAGER derives from
-/// the database's manager; it starts empty, and makes that manager's `compress_data` and, as `load`, its loading of a
-/// file public.
+/// The payload as a file with that magic and stamp. MANAGER derives from the database's manager; it starts empty, and makes
+/// that manager's `compress_data` public.
 template <class MANAGER>
-void load_payload(std::string_view magic, std::string_view stamp, const std::uint8_t* payload, std::size_t size) {
-    if (size == 0) {
-        return;
-    }
+std::string packed_file(std::string_view magic, std::string_view stamp, const std::uint8_t* payload, std::size_t size) {
     std::vector<BYTE> image(magic.begin(), magic.end());
     image.insert(image.end(), stamp.begin(), stamp.end());
     for (unsigned shift = 0; shift < 32; shift += 8) {
@@ -28,13 +24,21 @@ void load_payload(std::string_view magic, std::string_view stamp, const std::uin
     }
     const auto head = static_cast<DWORD>(image.size());
     image.insert(image.end(), payload, payload + size);
+    DWORD length = 0;
+    BYTE* packed = MANAGER().compress_data(image.data(), head, static_cast<DWORD>(image.size()), length);
+    std::string file(reinterpret_cast<const char*>(packed), length);
+    delete[] packed;
+    return file.append(2, '\0');  // the checksum
+}
+
+/// Loads the payload, as a file, through the bounded reader: MANAGER's loading of a file is public as `load`.
+template <class MANAGER>
+void load_payload(std::string_view magic, std::string_view stamp, const std::uint8_t* payload, std::size_t size) {
+    if (size == 0) {
+        return;
+    }
     up_to_a_report([&] {
-        MANAGER manager;
-        DWORD length = 0;
-        BYTE* packed = manager.compress_data(image.data(), head, static_cast<DWORD>(image.size()), length);
-        std::string file(reinterpret_cast<const char*>(packed), length);
-        delete[] packed;
-        file.append(2, '\0');  // the checksum
-        manager.load(FIO_PATH(scratch_files().write("database.pcf", file)));
+        const std::string file = packed_file<MANAGER>(magic, stamp, payload, size);
+        MANAGER().load(FIO_PATH(scratch_files().write("database.pcf", file)));
     });
 }

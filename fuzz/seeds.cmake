@@ -96,6 +96,8 @@ file(GLOB dumps ${SOURCE}/tests/data/sfdp/*.sfdp)
 
 piece(flash_database payload ${files}/pgm_flash.pcf)
 piece(profile_database payload ${files}/pgm_dev_info.pcf)
+piece(flash_verify payload ${files}/pgm_flash.pcf)
+piece(profile_verify payload ${files}/pgm_dev_info.pcf)
 seeds(flash_source ${files}/pgm_flash.csv)
 seeds(profile_source ${files}/pgm_dev_info.csv)
 seeds(part_list ${SEEDS}/pgm_parts.txt)

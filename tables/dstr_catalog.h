@@ -24,8 +24,8 @@ struct NAME_POOL {
 struct NAME_TABLE {
     const std::uint32_t* names;    ///< addresses by number; those of further names follow; 0, the empty text: not used
     std::uint32_t count;           ///< numbers are below it
-    const std::uint16_t* aliases;  ///< the numbers that the further names stand for
-    const std::uint16_t* slots;    ///< a hash table of positions in `names`; 0: the slot is free
+    const std::uint32_t* aliases;  ///< the numbers that the further names stand for
+    const std::uint32_t* slots;    ///< a hash table of positions in `names`; 0: the slot is free
     std::uint32_t slot_mask;       ///< the number of slots, a power of two, less one; some slots are free
 };
 
@@ -94,12 +94,12 @@ inline const char* name_of(const NAME_POOL& pool, const NAME_TABLE& table, int n
 /// The number with that name, in any case; 0 when there is none.
 inline int number_of(const NAME_POOL& pool, const NAME_TABLE& table, std::string_view name) {
     for (std::uint32_t slot = name_hash(name) & table.slot_mask;; slot = (slot + 1) & table.slot_mask) {
-        const std::uint16_t position = table.slots[slot];
+        const std::uint32_t position = table.slots[slot];
         if (position == 0) {
             return 0;
         }
         if (equal_names(pool.at(table.names[position]), name)) {
-            return position < table.count ? position : table.aliases[position - table.count];
+            return static_cast<int>(position < table.count ? position : table.aliases[position - table.count]);
         }
     }
 }

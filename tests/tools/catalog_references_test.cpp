@@ -86,7 +86,7 @@ TEST(CatalogReferences, ALineForMorePartsThanThereAre) {
     }
     catalog.replace("devices.txt", "  parts 8 ROB3 F100 I7",
                     "  parts 8 ROB3{0,1,2,3,4,5,6,7,8,9}{0,1,2,3,4,5,6,7,8,9} " + codes + " C6,I7,C6");
-    EXPECT_NE(catalog.faults().find("devices.txt:9: stands for more parts than there are numbers, 65000\n"),
+    EXPECT_NE(catalog.faults().find("devices.txt:9: stands for more parts than a line may have, 65000\n"),
               std::string::npos);
 }
 

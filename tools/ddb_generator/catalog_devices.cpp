@@ -12,10 +12,11 @@ namespace {
 constexpr std::string_view NOTHING = "-";
 constexpr std::string_view HIDDEN = "hidden";
 
-/// The tables behind the device library number parts, and the further names of parts after them, in two bytes; two
-/// numbers are taken by no part and by any part.
-constexpr int MAX_PART_NUMBER = 65000;
+/// Lists by part number take memory for all numbers below. Higher ones, and more further names of parts, are slips of
+/// the pen.
+constexpr int MAX_PART_NUMBER = 2000000;
 constexpr std::size_t MAX_ALIASES = 500;
+constexpr std::size_t MAX_PARTS_OF_LINE = 65000;
 
 struct STATUS {
     std::string_view name;
@@ -122,8 +123,8 @@ void CATALOG_READER::read_parts(const SOURCE_ROW& row) {
     if (!first || !has_status) {
         return;
     }
-    if (names.size() * packages.size() * grades.size() > MAX_PART_NUMBER) {
-        m_faults.add(row.place, "stands for more parts than there are numbers, " + std::to_string(MAX_PART_NUMBER));
+    if (names.size() * packages.size() * grades.size() > MAX_PARTS_OF_LINE) {
+        m_faults.add(row.place, "stands for more parts than a line may have, " + std::to_string(MAX_PARTS_OF_LINE));
         return;
     }
     part.device = m_catalog.devices.size() - 1;

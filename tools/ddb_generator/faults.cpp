@@ -3,7 +3,7 @@
 #include <ostream>
 
 std::string text_of(const SOURCE_PLACE& place) {
-    std::string text = place.file;
+    std::string text = place.file.text();
     for (const int number : {place.line, place.column}) {
         text += number == 0 ? "" : ":" + std::to_string(number);
     }

@@ -4,12 +4,27 @@
 /// What is wrong with source files, and where.
 
 #include <iosfwd>
+#include <memory>
 #include <string>
+#include <utility>
 #include <vector>
+
+/// The name of a source file, which all its places share: there are as many of them as names.
+class SOURCE_FILE_NAME {
+public:
+    SOURCE_FILE_NAME() = default;
+    // NOLINTNEXTLINE(google-explicit-constructor): it is the name
+    SOURCE_FILE_NAME(std::string name) : m_name(std::make_shared<const std::string>(std::move(name))) {}
+
+    std::string text() const { return m_name != nullptr ? *m_name : ""; }
+
+private:
+    std::shared_ptr<const std::string> m_name;
+};
 
 /// A place in a source file. Line 0 is the file as a whole, column 0 the line as a whole.
 struct SOURCE_PLACE {
-    std::string file;
+    SOURCE_FILE_NAME file;
     int line = 0;
     int column = 0;
 };

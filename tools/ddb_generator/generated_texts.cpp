@@ -90,8 +90,8 @@ std::string row_literal(const std::array<char, NAME_ROW_SIZE>& row) {
 
 std::string names_source(const std::string& prefix, const NUMBERED_NAMES& names) {
     return number_array("const std::uint32_t " + prefix + "_NAMES[]", names.addresses) +
-           number_array("const std::uint16_t " + prefix + "_ALIASES[]", names.aliases) +
-           number_array("const std::uint16_t " + prefix + "_SLOTS[]", names.slots);
+           number_array("const std::uint32_t " + prefix + "_ALIASES[]", names.aliases) +
+           number_array("const std::uint32_t " + prefix + "_SLOTS[]", names.slots);
 }
 
 std::string names_initialiser(const std::string& prefix, const NUMBERED_NAMES& names) {

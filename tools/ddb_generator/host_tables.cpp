@@ -40,7 +40,7 @@ public:
         std::vector<std::string> texts = by_number;
         for (const CATALOG_ALIAS& alias : aliases) {
             texts.push_back(alias.name);
-            names.aliases.push_back(static_cast<std::uint16_t>(parts[alias.part].number));
+            names.aliases.push_back(static_cast<std::uint32_t>(parts[alias.part].number));
         }
         names.slots.resize(std::bit_ceil(2 * texts.size()));
         const std::size_t mask = names.slots.size() - 1;
@@ -52,7 +52,7 @@ public:
                 while (names.slots[slot] != 0) {
                     slot = (slot + 1) & mask;
                 }
-                names.slots[slot] = static_cast<std::uint16_t>(position);
+                names.slots[slot] = static_cast<std::uint32_t>(position);
             }
         }
         return names;

@@ -14,8 +14,8 @@
 /// The names of one kind, and the hash table that finds them.
 struct NUMBERED_NAMES {
     std::vector<std::uint32_t> addresses;  ///< by number, then those of the further names
-    std::vector<std::uint16_t> aliases;
-    std::vector<std::uint16_t> slots;
+    std::vector<std::uint32_t> aliases;
+    std::vector<std::uint32_t> slots;
 
     NAME_TABLE table() const;
 };

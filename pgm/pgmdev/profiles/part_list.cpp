@@ -22,17 +22,15 @@ bool is_part_list_comment(const SOURCE_LINE& line) {
 }  // namespace
 
 const char* read_part_list(std::vector<PGMDEV_PGM_PART>& parts) {
-    bool readable = false;
-    for (const SOURCE_LINE& line : read_source_table(gen_get_tessary_path() + PART_LIST_FILE, false, readable)) {
-        const std::vector<std::string>& cells = line.cells;
-        if (is_part_list_comment(line)) {
-            continue;
-        }
-        if (cells.size() < CELLS) {
-            return "svec.size() >= 7";
-        }
-        parts.push_back({dstr_get_dev_part_enum_by_string(cells[PART_CELL].c_str()),
-                         dstr_get_dev_device_enum_by_string(cells[DEVICE_CELL].c_str()), cells[PCF_CELL]});
-    }
-    return readable ? nullptr : "status";
+    bool whole = true;
+    const bool readable = for_each_source_line(
+        gen_get_tessary_path() + PART_LIST_FILE, false, LIMITED_CELLS::OF_A_LINE, [&](const SOURCE_LINE& line) {
+            const std::vector<std::string>& cells = line.cells;
+            whole = whole && (is_part_list_comment(line) || cells.size() >= CELLS);
+            if (whole && !is_part_list_comment(line)) {
+                parts.push_back({dstr_get_dev_part_enum_by_string(cells[PART_CELL].c_str()),
+                                 dstr_get_dev_device_enum_by_string(cells[DEVICE_CELL].c_str()), cells[PCF_CELL]});
+            }
+        });
+    return !whole ? "svec.size() >= 7" : readable ? nullptr : "status";
 }

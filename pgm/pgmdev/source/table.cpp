@@ -11,7 +11,8 @@ namespace {
 
 constexpr const char* CELL_SEPARATORS = " \t\n,";
 
-// No table that people maintain comes near; what never ends, or was made to take all memory, does.
+// No table that people maintain comes near; what never ends, or was made to take all memory, does. A list of parts that a
+// program writes has as many lines as there are parts; it is read a line at a time.
 constexpr std::size_t LARGEST_SOURCE = std::size_t{1} << 26;
 constexpr std::size_t MOST_SOURCE_CELLS = std::size_t{1} << 22;
 
@@ -46,17 +47,17 @@ std::size_t most_cells(std::string_view line, bool keep_empty) {
 
 }  // namespace
 
-std::vector<SOURCE_LINE> read_source_table(const FIO_PATH& path, bool keep_empty, bool& readable) {
+bool for_each_source_line(const FIO_PATH& path, bool keep_empty, LIMITED_CELLS limited,
+                          const std::function<void(SOURCE_LINE)>& use) {
     std::string text;
-    readable = read_whole_file(fio_get_unc_full_path(path.fullpath()), LARGEST_SOURCE, FILE_KINDS::STREAMS_TOO, text) ==
-               READ_RESULT::READ;
+    bool readable = read_whole_file(fio_get_unc_full_path(path.fullpath()), LARGEST_SOURCE, FILE_KINDS::STREAMS_TOO,
+                                    text) == READ_RESULT::READ;
     QTL_TOKENIZER tokenizer(CELL_SEPARATORS, keep_empty, "", "", "", false);
-    std::vector<SOURCE_LINE> lines;
     DWORD number = 0;
     std::size_t cell_count = 0;
     for_each_line(text, [&](std::string_view whole) {
         ++number;
-        cell_count += most_cells(whole, keep_empty);
+        cell_count = most_cells(whole, keep_empty) + (limited == LIMITED_CELLS::OF_ALL_LINES ? cell_count : 0);
         readable = readable && cell_count <= MOST_SOURCE_CELLS;
         if (!readable) {
             return;
@@ -69,8 +70,15 @@ std::vector<SOURCE_LINE> read_source_table(const FIO_PATH& path, bool keep_empty
         std::vector<std::string> cells = tokenizer.tokenize(line);
         const std::size_t begin = raw.find(line);
         std::vector<DWORD> columns = columns_of(line, cells, begin, keep_empty);
-        lines.push_back({number, raw.size(), static_cast<DWORD>(begin + 1), std::move(cells), std::move(columns)});
+        use({number, raw.size(), static_cast<DWORD>(begin + 1), std::move(cells), std::move(columns)});
     });
+    return readable;
+}
+
+std::vector<SOURCE_LINE> read_source_table(const FIO_PATH& path, bool keep_empty, bool& readable) {
+    std::vector<SOURCE_LINE> lines;
+    readable = for_each_source_line(path, keep_empty, LIMITED_CELLS::OF_ALL_LINES,
+                                    [&lines](SOURCE_LINE line) { lines.push_back(std::move(line)); });
     if (!readable) {
         lines.clear();
     }

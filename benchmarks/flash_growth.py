@@ -1,7 +1,7 @@
 #!/usr/bin/python3
-"""How the command and its page grow with the table: a row of docs/scale.md for each number of rows.
+"""How the command and its page grow with the flash table: a row of docs/scale.md for each number of rows.
 
-    bench/scale.py COMMAND [ROWS...]
+    benchmarks/flash_growth.py COMMAND [ROWS...]
 
 Times are those of the processor, user and system, so that what else runs counts little. The page is opened in the
 browser that the tests use; without it (python3-selenium, chromium) its columns are empty.
@@ -15,12 +15,16 @@ import subprocess
 import sys
 import tempfile
 
+import documents
+
 HERE = pathlib.Path(__file__).resolve().parent
 sys.path.insert(0, str(HERE.parent / "tests" / "page"))
 ROWS = (1000, 10000, 50000)
 QUESTIONS = 1000
 LOADS = 5  # the best of them: the others waited for something else
 PROFILES = "programmer/pgm_dev_info.pcf"
+HEADINGS = ("rows", "`flash check`", "`flash compile`", "load, identify one", "each further one", "`page`", "its size",
+            "first answer", "an identification", "a search")
 
 
 def spent(arguments, text=None):
@@ -84,15 +88,13 @@ def measure(command, rows, directory):
             *page_times(file)]
 
 
-def main():
-    command = sys.argv[1]
-    headings = ["rows", "`flash check`", "`flash compile`", "load, identify one", "each further one", "`page`",
-                "its size", "first answer", "an identification", "a search"]
-    print(f"| {' | '.join(headings)} |\n|{'--:|' * len(headings)}", flush=True)
-    for rows in map(int, sys.argv[2:] or ROWS):
+def growth_table(command, row_counts=ROWS):
+    lines = []
+    for rows in row_counts:
         with tempfile.TemporaryDirectory() as scratch:
-            print(f"| {' | '.join(measure(command, rows, pathlib.Path(scratch)))} |", flush=True)
+            lines.append(measure(command, rows, pathlib.Path(scratch)))
+    return documents.table(HEADINGS, ["--:"] * len(HEADINGS), lines)
 
 
 if __name__ == "__main__":
-    main()
+    print(growth_table(sys.argv[1], map(int, sys.argv[2:] or ROWS)), end="")

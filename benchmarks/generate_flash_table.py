@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """Writes a flash source table of any number of rows, with the lists beside it, to measure how things grow.
 
-    bench/generate_flash_table.py ROWS DIRECTORY
+    benchmarks/generate_flash_table.py ROWS DIRECTORY
 
 The rows are those of the shipped table, again and again, with names and identifications of their own: most compare
 three bytes of their own, some the bytes of an earlier row (which they never win against), some a further byte. The same

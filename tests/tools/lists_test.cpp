@@ -88,7 +88,7 @@ TEST(PartList, TellsOfEachPartWhatItCanBeFilteredBy) {
             std::vector<int> found;
             for (const JSON& row : rows) {
                 if (text_of(row.at(key)) == value) {
-                    found.push_back(row.at("number"));
+                    found.push_back(row.at("number").get<int>());
                 }
             }
             EXPECT_EQ(found, expected) << key << " " << value;

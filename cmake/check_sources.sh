@@ -16,10 +16,12 @@ mapfile -t sources < <(git ls-files --cached --others --exclude-standard '*.c' '
 quick_checks='-*,performance-*,-performance-unnecessary-value-param,misc-definitions-in-headers,misc-unused-using-decls'
 quick_checks+=',modernize-use-nullptr,modernize-use-override,readability-container-size-empty'
 
-# database PRESET: how the build tree of PRESET compiles, without what only GCC understands; in build/tidy.
+# database PRESET: how the build tree of PRESET compiles, without what only GCC understands and without precompiled headers,
+# which are not there yet; in build/tidy.
 database() {
     mkdir -p build/tidy
-    sed -E 's/ -(fno-gnu-unique|Wno-restrict|Wno-subobject-linkage|Werror|fsanitize=[a-z,]+|fno-sanitize-recover=all)\>//g' \
+    sed -E 's/ -(fno-gnu-unique|Wno-restrict|Wno-subobject-linkage|Werror|fsanitize=[a-z,]+|fno-sanitize-recover=all)\>//g
+        s/( -Xclang -include(-pch)? -Xclang [^ ]+){2}//' \
         "build/$1/compile_commands.json" >build/tidy/compile_commands.json
 }
 

@@ -3,12 +3,17 @@
 # faster, which is better for working on it.
 #
 # A room of many files is compiled in parts: one change is then compiled sooner, and mingw-w64's linker takes a time that
-# grows with the square of what is in one object file.
+# grows with the square of what is in one object file. A build that is rarely changed is compiled in larger ones.
 #
 # What a room's files have in anonymous namespaces must then differ by name.
 
 set(PGMDEV_COMPILE_BY_ROOM all CACHE STRING "Whose files are compiled a room at a time: all, tests or none")
 set_property(CACHE PGMDEV_COMPILE_BY_ROOM PROPERTY STRINGS all tests none)
+set(PGMDEV_FILES_AT_A_TIME 8 CACHE STRING "How many files of a room are compiled as one")
+
+# Read once for all rooms of a target that includes them nearly everywhere.
+set(common_headers <algorithm> <array> <charconv> <filesystem> <functional> <map> <memory> <optional> <set> <span> <stdexcept>
+  <string> <string_view> <utility> <variant> <vector>)
 
 # compile_by_room(TARGET WHOSE [PREFIX...]): TARGET, one of the `tests` or of the `products`, is compiled a room at a
 # time if PGMDEV_COMPILE_BY_ROOM says so. Files of TARGET's own directory that begin with a PREFIX have a room of their own.
@@ -23,7 +28,6 @@ function(compile_by_room target whose)
   if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
     target_compile_options(${target} PRIVATE -Wno-subobject-linkage)
   endif()
-  set(files_at_a_time 8)
   get_target_property(sources ${target} SOURCES)
   foreach(source IN LISTS sources)
     if(source MATCHES "^[^/$].*\\.cpp$" AND NOT source MATCHES "_windows\\.cpp$")
@@ -35,7 +39,7 @@ function(compile_by_room target whose)
       endforeach()
       string(MAKE_C_IDENTIFIER "room_${room}" room)
       math(EXPR ${room}_files "${${room}_files} + 1")
-      math(EXPR part "(${${room}_files} - 1) / ${files_at_a_time}")
+      math(EXPR part "(${${room}_files} - 1) / ${PGMDEV_FILES_AT_A_TIME}")
       if(part GREATER 0)
         string(APPEND room "_${part}")
       endif()

@@ -5,13 +5,15 @@
 /// know is a fault of the schema. What a schema says nothing about may be anything.
 
 #include <algorithm>
-#include <nlohmann/json.hpp>
+#include <sstream>
 #include <string>
 #include <utility>
 
+#include "json.h"
+
 class JSON_SCHEMA {
 public:
-    using JSON = nlohmann::ordered_json;
+    using JSON = JSON_VALUE;
 
     explicit JSON_SCHEMA(JSON schema) : m_schema(std::move(schema)) {}
 
@@ -112,9 +114,15 @@ private:
         return all;
     }
 
-    /// What a reference within the document leads to.
+    /// What a reference within the document leads to: "#/name/name".
     const JSON& referred(const JSON& reference) const {
-        return m_schema.at(JSON::json_pointer(reference.get<std::string>().substr(1)));
+        const JSON* place = &m_schema;
+        std::istringstream names(reference.get<std::string>());
+        std::string name;
+        for (std::getline(names, name, '/'); std::getline(names, name, '/');) {
+            place = &place->at(name);
+        }
+        return *place;
     }
 
     JSON m_schema;

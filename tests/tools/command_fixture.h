@@ -6,7 +6,6 @@
 #include <gtest/gtest.h>
 
 #include <initializer_list>
-#include <nlohmann/json.hpp>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -14,10 +13,11 @@
 #include "pgmdev/flash/fixture.h"
 #include "run.h"
 #include "support/captured_run.h"
+#include "support/json.h"
 #include "support/process.h"
 #include "support/scratch.h"
 
-using JSON = nlohmann::ordered_json;  // keys in the order in which they were printed
+using JSON = JSON_VALUE;  // not the command's own class of that name
 
 enum EXIT_CODES { DONE = 0, NOT_FOUND = 1, WRONG_USAGE = 2, INTERNAL_ERROR = 3 };
 
@@ -42,9 +42,9 @@ inline std::vector<std::string> lines_of(const std::string& text) {
 
 /// One document that is all of the text.
 inline JSON json_of(const std::string& text) {
-    JSON document = JSON::parse(text, nullptr, false);
-    EXPECT_FALSE(document.is_discarded()) << text;
-    return document;
+    std::optional<JSON> document = JSON::parse(text);
+    EXPECT_TRUE(document.has_value()) << text;
+    return std::move(document).value_or(JSON());
 }
 
 /// A document for each line.

@@ -168,8 +168,11 @@ void collect_keys(const JSON& schema, std::set<std::string>& keys) {
                 keys.insert(key);
             }
         }
-        if (argument.is_structured()) {
-            collect_keys(argument, keys);
+        collect_keys(argument, keys);
+    }
+    if (schema.is_array()) {
+        for (const JSON& element : schema) {
+            collect_keys(element, keys);
         }
     }
 }

@@ -84,7 +84,7 @@ TEST(errors, EachStateOfADatabaseHasItsCode) {
         EXPECT_NE(error.at("condition"), "");
         EXPECT_EQ(error.at("module"), "PGMDEV");
         EXPECT_EQ(error.at("source"), "pgm/pgmdev/pgmdev_flash_manager");
-        EXPECT_GT(error.at("line"), 0);
+        EXPECT_GT(error.at("line").get<int>(), 0);
         json_failure(run_command({"--json", "flash", "dump", file}), INTERNAL_ERROR, code);
     }
 }

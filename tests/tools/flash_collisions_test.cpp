@@ -180,7 +180,7 @@ TEST(flash_collisions, ContradictionsAreToldFirst) {
     const JSON device = identified("55BA18104400", NOT_FOUND);
     EXPECT_EQ(device.at("mapped"), true);
     EXPECT_EQ(device.at("sure"), false);
-    EXPECT_EQ(device.at("contradictions"), JSON::parse(R"([{"position":0,"found":"55","expected":"20"}])"));
+    EXPECT_EQ(device.at("contradictions"), json_of(R"([{"position":0,"found":"55","expected":"20"}])"));
 }
 
 /// Byte 4 of these chips has bits for options, so that no list of its values is complete.
@@ -188,7 +188,7 @@ TEST(flash_collisions, AVariantWithoutARowIsToldToBeOne) {
     const JSON device = identified("20BA18104C00", NOT_FOUND);
     EXPECT_EQ(device.at("device_name"), "N25Q128A13");
     EXPECT_EQ(device.at("sure"), false);
-    EXPECT_EQ(device.at("contradictions"), JSON::parse(R"([{"position":4,"found":"4C","expected":"[0-3]?"}])"));
+    EXPECT_EQ(device.at("contradictions"), json_of(R"([{"position":4,"found":"4C","expected":"[0-3]?"}])"));
     EXPECT_EQ(device.at("fitting"), JSON::array({"MT25QL128"}));
     const std::vector<std::string> lines = lines_of(run_command({"flash", "identify", "20BA18104C00"}).output);
     EXPECT_EQ(lines.at(0),

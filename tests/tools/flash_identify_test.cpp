@@ -45,7 +45,7 @@ void take_off_besides(JSON& device, const std::string& candidates) {
 /// The answer to a chain, without it.
 JSON plain_json_of(const std::string& output) {
     JSON document = json_of(output);
-    for (JSON& device : document.at("devices")) {
+    for (JSON& device : document["devices"]) {
         take_off_besides(device, "candidates");
     }
     return document;

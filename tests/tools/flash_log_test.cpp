@@ -145,7 +145,7 @@ TEST(flash_log, PrefersWhatIsSaidToBeAnIdentification) {
                                            "JEDEC ID: C22018\n")
                                       .output);
     EXPECT_EQ(document.at("query"), JSON::array({"EF4018"}));
-    EXPECT_EQ(document.at("log").at("others"), JSON::parse(R"([{"line":4,"text":"JEDEC ID: C22018"}])"));
+    EXPECT_EQ(document.at("log").at("others"), json_of(R"([{"line":4,"text":"JEDEC ID: C22018"}])"));
 }
 
 TEST(flash_log, TellsThatALogTellsNothing) {

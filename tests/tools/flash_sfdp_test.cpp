@@ -78,7 +78,7 @@ TEST(flash_sfdp, ShippedDumpsGiveWhatTheOtherReaderGives) {
         const JSON answer = decoded(SFDP_DIRECTORY + "/" + file);
         for (const auto& [key, value] : parts.items()) {
             ASSERT_TRUE(answer.contains(key)) << file << " " << key;
-            EXPECT_EQ(nlohmann::json(answer.at(key)), nlohmann::json(value)) << file << " " << key;
+            EXPECT_EQ(answer.at(key).sorted(), value.sorted()) << file << " " << key;
         }
         for (const std::string& key : keys_of(answer)) {
             EXPECT_TRUE(parts.contains(key) || key == "query" || key == "found" || key == "record") << key;

@@ -11,21 +11,11 @@
 #include <vector>
 
 #include "names/compiled_in_data.h"
-#include "support/plain_catalog.h"
+#include "tools/shipped_catalog.h"
 
 namespace {
 
 using TABLE = std::map<std::string, std::vector<std::string>>;
-
-const PLAIN_CATALOG& catalog() {
-    static const PLAIN_CATALOG plain = read_plain_catalog(TEST_DATA_DIR "/catalog");
-    return plain;
-}
-
-std::string upper(std::string text) {
-    std::transform(text.begin(), text.end(), text.begin(), [](char c) { return static_cast<char>(std::toupper(c)); });
-    return text;
-}
 
 /// Unpacks a data set, checks its frame, and returns the body.
 std::string body_of(const BYTE* data, DWORD packed_length, DWORD length) {

@@ -8,20 +8,10 @@
 
 #include "names/compiled_in_digests.h"
 #include "sha256.h"
-#include "support/plain_catalog.h"
 #include "support/sha256.h"
+#include "tools/shipped_catalog.h"
 
 namespace {
-
-const PLAIN_CATALOG& catalog() {
-    static const PLAIN_CATALOG plain = read_plain_catalog(TEST_DATA_DIR "/catalog");
-    return plain;
-}
-
-std::string upper(std::string text) {
-    std::transform(text.begin(), text.end(), text.begin(), [](char c) { return static_cast<char>(std::toupper(c)); });
-    return text;
-}
 
 NAME_DIGEST digest_of(const std::string& name) {
     return name_digest(independent_sha256(name).data());

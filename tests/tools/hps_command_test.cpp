@@ -66,7 +66,7 @@ TEST(hps_command, Kinds) {
     EXPECT_EQ(kinds[1].at("id"), 0x4BA00478);
     EXPECT_EQ(kinds[1].at("index"), 1);
     EXPECT_EQ(kinds[1].at("user"), false);
-    EXPECT_GE(kinds[0].at("spi_controller_base"), 0xFF700000);
+    EXPECT_GE(kinds[0].at("spi_controller_base").get<unsigned>(), 0xFF700000);
     const PROCESS_RESULT text = HPS_DIRECTORY().run({"hps", "kinds"});
     EXPECT_EQ(text.exit_code, DONE);
     EXPECT_TRUE(contains(text.output, "0x4BA00477"));
@@ -223,8 +223,8 @@ TEST(hps_command, EntriesAreInsertedAndChangedInTheirPlace) {
     const auto ids = [&directory] {
         std::vector<int> found;
         for (const JSON& entry : directory.json({"hps", "nand"})) {
-            if (entry.at("user")) {
-                found.push_back(entry.at("device_id"));
+            if (entry.at("user") == true) {
+                found.push_back(entry.at("device_id").get<int>());
             }
         }
         return found;

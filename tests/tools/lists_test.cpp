@@ -60,7 +60,7 @@ TEST(PartList, NamesTheFilterThatNothingPasses) {
 
 TEST(PartList, TellsOfADeviceWithoutParts) {
     EXPECT_EQ(listed({"device", "list", "--device", "kesr50", "--fields", "name,parts"}),
-              JSON::parse(R"([{"name": "KESR50", "parts": 0}])"));
+              json_of(R"([{"name": "KESR50", "parts": 0}])"));
     expect_failure(run_command({"part", "list", "--device", "kesr50"}), NOT_FOUND,
                    {"no part passes --device kesr50: there is that device, but only programmer files may name it\n"});
     expect_failure(run_command({"device", "list", "--device", "KESR50", "--production"}), NOT_FOUND,
@@ -88,7 +88,7 @@ TEST(PartList, TellsOfEachPartWhatItCanBeFilteredBy) {
             std::vector<int> found;
             for (const JSON& row : rows) {
                 if (text_of(row.at(key)) == value) {
-                    found.push_back(row.at("number"));
+                    found.push_back(row.at("number").get<int>());
                 }
             }
             EXPECT_EQ(found, expected) << key << " " << value;

@@ -1,7 +1,6 @@
 #include <gtest/gtest.h>
 
-#include <nlohmann/json.hpp>
-
+#include "support/json.h"
 #include "terminal/printable.h"
 
 // What comes from files and command lines must not command a terminal.
@@ -35,9 +34,9 @@ TEST(printable, WhatIsNoUtf8) {
 
 TEST(printable, JsonKeepsItsValues) {
     const std::string text = "a\x1B\xC2\x9B\xE2\x80\xAE\xD8\x9C\x7F\xC3\xA4\xF0\x9F\x98\x80";
-    const std::string shown = printable_json(nlohmann::json(text).dump());
+    const std::string shown = printable_json(JSON_VALUE(text).dump());
     EXPECT_EQ(shown, "\"a\\u001b\\u009b\\u202e\\u061c\\u007f\xC3\xA4\xF0\x9F\x98\x80\"");
-    EXPECT_EQ(nlohmann::json::parse(shown).get<std::string>(), text);
+    EXPECT_EQ(JSON_VALUE::parse(shown), JSON_VALUE(text));
 }
 
 TEST(printable, CellsAreNoFormulas) {

@@ -21,7 +21,7 @@ const std::string DIALOGUE_ANSWERS =
 std::string defined() {
     const PROCESS_RESULT run = run_command({"--json", "flash", "define"}, DIALOGUE_ANSWERS);
     EXPECT_EQ(run.exit_code, 0) << run.errors;
-    return JSON::parse(run.output).at("encoded");
+    return json_of(run.output).at("encoded");
 }
 
 TEST(flash_define, PrintsTheDialogueAndTheText) {
@@ -34,7 +34,7 @@ TEST(flash_define, PrintsTheDialogueAndTheText) {
 
 TEST(flash_define, LeavesStandardOutputToTheDocumentInJson) {
     const PROCESS_RESULT run = run_command({"--json", "flash", "define"}, DIALOGUE_ANSWERS);
-    EXPECT_EQ(JSON::parse(run.output).size(), 1U);
+    EXPECT_EQ(json_of(run.output).size(), 1U);
     EXPECT_THAT(run.errors, HasSubstr("Device Name : "));
 }
 
@@ -66,7 +66,7 @@ TEST(flash_define, WarnsOfWhatTheLoaderWillRefuse) {
 TEST(flash_decode, ShowsWhatATextHolds) {
     const PROCESS_RESULT run = run_command({"--json", "flash", "decode", defined()});
     EXPECT_EQ(run.exit_code, 0) << run.errors;
-    const JSON document = JSON::parse(run.output);
+    const JSON document = json_of(run.output);
     EXPECT_EQ(
         document.at("body"),
         "@NUMONYX@M25PX80@0@20@2@113@1@32@0@32@1@NONE@0@0@0@0@0@0@1@8388608@65536@0@0@80@3@5000@28@28@0@7@5@0@3.3V@");
@@ -86,7 +86,7 @@ TEST(flash_decode, ExplainsARefusal) {
     EXPECT_THAT(run.output, HasSubstr("ABCDEFGHIJKLMNOP, does not fit this build"));
     EXPECT_THAT(run.errors, HasSubstr("die_count is 0, expected 1 or more"));
     EXPECT_THAT(run.errors, HasSubstr("the password does not fit"));
-    const JSON nothing = JSON::parse(run_command({"--json", "flash", "decode", "nothing"}).output);
+    const JSON nothing = json_of(run_command({"--json", "flash", "decode", "nothing"}).output);
     EXPECT_TRUE(nothing.at("record").is_null());
     EXPECT_EQ(nothing.at("plausible"), false);
 }
@@ -97,14 +97,14 @@ TEST(flash_decode, ReadsOneTextPerLine) {
     std::istringstream lines(run.output);
     std::string line;
     std::getline(lines, line);
-    EXPECT_EQ(JSON::parse(line).at("found"), true);
-    EXPECT_EQ(JSON::parse(line).at("plausible"), true);
+    EXPECT_EQ(json_of(line).at("found"), true);
+    EXPECT_EQ(json_of(line).at("plausible"), true);
     std::getline(lines, line);
-    EXPECT_EQ(JSON::parse(line).at("error").at("message"), "a line without a question");
+    EXPECT_EQ(json_of(line).at("error").at("message"), "a line without a question");
     std::getline(lines, line);
-    EXPECT_EQ(JSON::parse(line).at("query"), "wrong");
-    EXPECT_EQ(JSON::parse(line).at("found"), false);
-    EXPECT_EQ(JSON::parse(line).at("plausible"), false);
+    EXPECT_EQ(json_of(line).at("query"), "wrong");
+    EXPECT_EQ(json_of(line).at("found"), false);
+    EXPECT_EQ(json_of(line).at("plausible"), false);
     EXPECT_FALSE(std::getline(lines, line));
 }
 
@@ -113,7 +113,7 @@ TEST(flash_identify_user, TriesADescription) {
         << "the table has the chip under its later maker";
     const PROCESS_RESULT run = run_command({"--json", "flash", "identify", "--user", defined(), "207114", "20BA18"});
     EXPECT_EQ(run.exit_code, 0) << run.errors;
-    const JSON devices = JSON::parse(run.output).at("devices");
+    const JSON devices = json_of(run.output).at("devices");
     EXPECT_EQ(devices.at(0).at("index"), 0);
     EXPECT_EQ(devices.at(0).at("device_name"), "M25PX80");
     EXPECT_EQ(devices.at(1).at("device_name"), "N25Q128A13");

@@ -24,13 +24,13 @@ bool is_name_character(char c) {
 }
 
 std::vector<std::string> cells_of(const std::string& line) {
-    constexpr const char* BLANKS = " \t\r\v\f";
+    constexpr const char* SEPARATORS = " \t\r\v\f";
     const std::size_t end = std::min(line.find(COMMENT), line.size());
     std::vector<std::string> cells;
-    for (std::size_t begin = line.find_first_not_of(BLANKS); begin < end;) {
-        const std::size_t behind = std::min(line.find_first_of(BLANKS, begin), end);
+    for (std::size_t begin = line.find_first_not_of(SEPARATORS); begin < end;) {
+        const std::size_t behind = std::min(line.find_first_of(SEPARATORS, begin), end);
         cells.push_back(line.substr(begin, behind - begin));
-        begin = line.find_first_not_of(BLANKS, behind);
+        begin = line.find_first_not_of(SEPARATORS, behind);
     }
     return cells;
 }

@@ -31,7 +31,8 @@ bool is_device(const std::string& name) {
 
 /// Whether the part has the name by a conversion.
 bool has_name(std::string part, const std::string& name, const NAME_KINDS& kinds) {
-    for (std::string of_part : {GRAMMAR::get_package_name(part, true), GRAMMAR::get_pgm_name(part, false, true)}) {
+    for (const std::string& of_part :
+         {GRAMMAR::get_package_name(part, true), GRAMMAR::get_pgm_name(part, false, true)}) {
         if ((kinds.package_or_programming && of_part == name) ||
             (kinds.programmer_part && GRAMMAR::get_pgm_part_pcf(of_part) == name)) {
             return true;

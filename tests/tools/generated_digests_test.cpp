@@ -7,7 +7,6 @@
 #include <vector>
 
 #include "names/compiled_in_digests.h"
-#include "sha256.h"
 #include "support/sha256.h"
 #include "tools/shipped_catalog.h"
 
@@ -26,16 +25,6 @@ std::map<int, const PLAIN_PART*> parts_by_number() {
         }
     }
     return parts;
-}
-
-TEST(GeneratorSha256, OfEveryLengthIsAsAnotherLibraryHasIt) {
-    std::string text;
-    for (int length = 0; length < 300; ++length) {
-        EXPECT_EQ(sha256(text), independent_sha256(text)) << length;
-        text += static_cast<char>(length * 7 + 1);
-    }
-    const std::string longer(1000000, 'a');
-    EXPECT_EQ(sha256(longer), independent_sha256(longer));
 }
 
 TEST(GeneratedDigests, AreAboutTheNamesOfAllNumbers) {

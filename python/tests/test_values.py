@@ -69,12 +69,12 @@ def test_a_table_is_a_list() -> None:
 
 
 def test_databases_travel_by_their_paths() -> None:
-    for database in (flash.load(), profiles.load()):
-        again = pickle.loads(pickle.dumps(database))
-        assert type(again) is type(database)
-        assert again.path == database.path
-        assert list(again) == list(database)
-    assert again.for_part("KES50C6") == profiles.for_part("KES50C6")
+    chips, governing = flash.load(), profiles.load()
+    same_chips, same_governing = pickle.loads(pickle.dumps((chips, governing)))
+    assert (same_chips.path, list(same_chips)) == (chips.path, list(chips))
+    assert same_chips.show("w25q64fv") == chips.show("w25q64fv")
+    assert (same_governing.path, list(same_governing)) == (governing.path, list(governing))
+    assert same_governing.for_part("KES50C6") == governing.for_part("KES50C6")
 
 
 def test_frames() -> None:

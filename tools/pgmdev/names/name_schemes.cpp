@@ -59,7 +59,7 @@ constexpr std::array POSSIBLE_NAMES{converted_names, part_names, device_names, f
 }  // namespace
 
 /// All parts that the name may stand for, and others.
-std::vector<int> NAME_SCHEMES::numbers_of_candidates(const std::string& name) const {
+std::vector<int> NAME_SCHEMES::numbers_of_candidates(const std::string& name) {
     std::vector<std::string> names = PGMDEV_PART_INDEX::get_origins(name);
     names.push_back(name);
     std::vector<int> numbers;
@@ -79,13 +79,30 @@ std::vector<int> NAME_SCHEMES::numbers_of_candidates(const std::string& name) co
         return numbers;
     }
     const DEV_PART_MANAGER manager;
-    for (int part = DEV_PART_INVALID + 1; part < DEV_PART_MAX; ++part) {
-        const DEV_DEVICE_ENUM device = manager.get_device_of(part);
-        if (m_entries.lists(part) && (devices.contains(device) || manager.get_family_of(device) == family)) {
-            numbers.push_back(part);
+    for (const auto& [device, parts] : parts_by_device()) {
+        if (devices.contains(device) || manager.get_family_of(device) == family) {
+            numbers.insert(numbers.end(), parts.begin(), parts.end());
         }
     }
     return numbers;
+}
+
+const NAME_SCHEMES::PARTS_BY_DEVICE& NAME_SCHEMES::parts_by_device() {
+    if (!m_parts_by_device.empty()) {
+        return m_parts_by_device;
+    }
+    const DEV_PART_MANAGER manager;
+    auto of_device = m_parts_by_device.end();  // mostly that of the part before, too
+    for (int part = DEV_PART_INVALID + 1; part < DEV_PART_MAX; ++part) {
+        if (m_entries.lists(part)) {
+            const DEV_DEVICE_ENUM device = manager.get_device_of(part);
+            if (of_device == m_parts_by_device.end() || of_device->first != device) {
+                of_device = m_parts_by_device.try_emplace(device).first;
+            }
+            of_device->second.push_back(part);
+        }
+    }
+    return m_parts_by_device;
 }
 
 std::vector<PART_ENTRY> NAME_SCHEMES::parts_named(const std::string& name) {

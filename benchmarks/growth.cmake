@@ -3,6 +3,10 @@
 set(PGMDEV_GROWTH_NAMES 10000 100000 1000000 CACHE STRING "Names in the catalogs that growth is measured with")
 add_custom_target(growth DEPENDS threads_bench ddb_generator pgmdev_command databases)
 
+# What the host is linked with, but for its own tables.
+get_target_property(host_libraries pgmhost LINK_LIBRARIES)
+list(REMOVE_ITEM host_libraries pgmhost_tables)
+
 # add_growth(SIZE CATALOG): the target growth_SIZE, in build/bench/growth/SIZE.
 function(add_growth size catalog)
   set(tree ${PROJECT_BINARY_DIR}/growth/${size})
@@ -18,8 +22,7 @@ function(add_growth size catalog)
 
   add_library(pgmhost_${size} SHARED EXCLUDE_FROM_ALL $<TARGET_OBJECTS:pgmhost> ${tables})
   target_include_directories(pgmhost_${size} PRIVATE ${PROJECT_SOURCE_DIR}/host/h)
-  target_link_libraries(pgmhost_${size} PRIVATE ZLIB::ZLIB ${LIBGCRYPT_LIBRARY} ${CMAKE_DL_LIBS}
-    pgmdev_system pgmdev_tables pgmdev_compiler_settings)
+  target_link_libraries(pgmhost_${size} PRIVATE ${host_libraries})
 
   add_library(pgmddb_data_${size} OBJECT EXCLUDE_FROM_ALL ${data})
   target_include_directories(pgmddb_data_${size} PRIVATE

@@ -45,7 +45,7 @@ inline constexpr std::array<std::string_view, 32> REPORTING_FILES{
     "/profiles/source.cpp",
     "/user_flash/codec.cpp",
     "/names/container.cpp",
-    "/names/grammar.cpp",
+    "/names/grammar_parser.cpp",
     "/names/ordering_codes.cpp",
     "/names/stores.cpp",
     "/names/manager_enum_checks.cpp",

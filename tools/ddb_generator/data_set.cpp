@@ -4,11 +4,9 @@
 
 #include <algorithm>
 #include <stdexcept>
-#include <string_view>
 
 namespace {
 
-constexpr std::string_view MAGIC = "PGMDEV_DDB";
 constexpr std::size_t CRC_SIZE = 4;
 
 void require(bool condition, const char* text) {
@@ -108,12 +106,13 @@ BYTES encode_ordering_codes(const std::vector<std::uint32_t>& parts) {
 }
 
 DATA_SET seal(const BYTES& body) {
-    BYTES container(MAGIC.begin(), MAGIC.end());
+    BYTES container(DATA_SET_MAGIC.begin(), DATA_SET_MAGIC.end());
     container.insert(container.end(), body.begin(), body.end());
-    append_dword(container, crc32_msb_first(container.data(), container.size()));
+    const std::uint32_t crc = crc32_msb_first(container.data(), container.size());
+    append_dword(container, crc);
 
     uLongf length = compressBound(static_cast<uLong>(container.size()));
-    DATA_SET sealed{BYTES(length), container.size()};
+    DATA_SET sealed{BYTES(length), container.size(), crc};
     if (compress2(sealed.packed.data(), &length, container.data(), static_cast<uLong>(container.size()),
                   Z_BEST_COMPRESSION) != Z_OK) {
         throw std::runtime_error("zlib cannot pack a data set");
@@ -128,11 +127,11 @@ BYTES unseal(const DATA_SET& data_set) {
     require(uncompress(container.data(), &length, data_set.packed.data(), static_cast<uLong>(data_set.packed.size())) ==
                 Z_OK,
             "zlib cannot unpack it");
-    require(length == container.size() && length >= MAGIC.size() + CRC_SIZE, "its length is wrong");
-    require(std::equal(MAGIC.begin(), MAGIC.end(), container.begin()), "its magic is wrong");
+    require(length == container.size() && length >= DATA_SET_MAGIC.size() + CRC_SIZE, "its length is wrong");
+    require(std::equal(DATA_SET_MAGIC.begin(), DATA_SET_MAGIC.end(), container.begin()), "its magic is wrong");
     const std::size_t end = container.size() - CRC_SIZE;
     require(dword_at(container, end) == crc32_msb_first(container.data(), end), "its CRC is wrong");
-    return {container.begin() + MAGIC.size(), container.end() - CRC_SIZE};
+    return {container.begin() + DATA_SET_MAGIC.size(), container.end() - CRC_SIZE};
 }
 
 GRAMMAR decode_grammar(const BYTES& body) {

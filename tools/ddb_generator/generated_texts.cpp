@@ -54,6 +54,11 @@ std::string data_set_source(const std::string& name, const DATA_SET& data) {
            constant(name + "_CMP_LENGTH", data.packed.size()) + constant(name + "_LENGTH", data.unpacked_length);
 }
 
+std::string index_source(const std::string& name, const INDEX_NUMBERS& index, std::uint32_t crc) {
+    return number_array("const std::uint32_t " + name + "_INDEX[]", index) +
+           constant(name + "_INDEX_LENGTH", index.size()) + constant(name + "_INDEXED_CRC", crc);
+}
+
 std::string digests_source(const DIGEST_TABLES& digests) {
     const auto unsigned_array = [](const std::string& declaration, const std::vector<std::uint64_t>& items) {
         return array(declaration, items, [](std::uint64_t number) { return std::to_string(number) + "U"; });
@@ -137,10 +142,11 @@ std::string value_list(const std::vector<ROW>& rows, std::string ROW::*member) {
 
 }  // namespace
 
-std::string data_source(const DATA_SET& grammar, const DATA_SET& ordering_codes, const DIGEST_TABLES& digests) {
+std::string data_source(const DATA_SET& grammar, const INDEX_NUMBERS& index, const DATA_SET& ordering_codes,
+                        const DIGEST_TABLES& digests) {
     return std::string(BANNER) + "#include \"names/compiled_in_data.h\"\n#include \"names/compiled_in_digests.h\"\n\n" +
-           data_set_source("PGMDDB_GRAMMAR", grammar) + "\n" + data_set_source("PGMDDB_OPN", ordering_codes) + "\n" +
-           digests_source(digests);
+           data_set_source("PGMDDB_GRAMMAR", grammar) + index_source("PGMDDB_GRAMMAR", index, grammar.crc) + "\n" +
+           data_set_source("PGMDDB_OPN", ordering_codes) + "\n" + digests_source(digests);
 }
 
 std::string boot_flash_source(const BOOT_FLASH& flash) {

@@ -17,6 +17,7 @@
 #include "generated_texts.h"
 #include "grammar.h"
 #include "host_tables.h"
+#include "indexed_grammar.h"
 #include "part_digests.h"
 
 namespace {
@@ -117,8 +118,10 @@ std::optional<CATALOG_PRODUCTS> make_products(const fs::path& directory, FAULTS&
     if (!faults.empty()) {
         return std::nullopt;
     }
-    std::string data = data_source(proven_grammar(grammar), proven_ordering_codes(ordering_codes(catalog)),
-                                   build_digest_tables(catalog, grammar));
+    const DATA_SET packed = proven_grammar(grammar);
+    std::string data =
+        data_source(packed, proven_index(grammar, packed), proven_ordering_codes(ordering_codes(catalog)),
+                    build_digest_tables(catalog, grammar));
     std::string host = host_source(build_host_tables(catalog));
     return CATALOG_PRODUCTS{std::move(catalog), std::move(grammar), std::move(data), std::move(host)};
 }

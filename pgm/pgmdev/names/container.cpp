@@ -32,15 +32,27 @@ void check_crc(const BYTE* data, DWORD data_size) {
 }  // namespace
 
 COMPILED_DATA_SET grammar_data_set() {
-    return {PGMDDB_GRAMMAR_DATA, PGMDDB_GRAMMAR_CMP_LENGTH, PGMDDB_GRAMMAR_LENGTH,
+    return {PGMDDB_GRAMMAR_DATA,
+            PGMDDB_GRAMMAR_CMP_LENGTH,
+            PGMDDB_GRAMMAR_LENGTH,
             "zlib_uncompress(data, &data_size, PGMDDB_GRAMMAR_DATA, PGMDDB_GRAMMAR_CMP_LENGTH) == ZLIB_OK",
-            "data_size == PGMDDB_GRAMMAR_LENGTH"};
+            "data_size == PGMDDB_GRAMMAR_LENGTH",
+            {PGMDDB_GRAMMAR_INDEX, PGMDDB_GRAMMAR_INDEX_LENGTH},
+            PGMDDB_GRAMMAR_INDEXED_CRC};
 }
 
 COMPILED_DATA_SET opn_data_set() {
     return {PGMDDB_OPN_DATA, PGMDDB_OPN_CMP_LENGTH, PGMDDB_OPN_LENGTH,
             "zlib_uncompress(data, &data_size, PGMDDB_OPN_DATA, PGMDDB_OPN_CMP_LENGTH) == ZLIB_OK",
             "data_size == PGMDDB_OPN_LENGTH"};
+}
+
+DWORD DATA_CONTAINER::crc() const {
+    DWORD crc = 0;
+    for (DWORD i = 0; i < CONTAINER_CRC_SIZE; ++i) {
+        crc |= DWORD{data[body_end() + i]} << 8 * i;
+    }
+    return crc;
 }
 
 DATA_CONTAINER open_container(const COMPILED_DATA_SET& set) {

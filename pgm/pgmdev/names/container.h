@@ -3,7 +3,9 @@
 /// \file
 /// The container of the data sets that are compiled into the library: a zlib stream of a magic, a body and a CRC-32.
 
+#include <cstdint>
 #include <memory>
+#include <span>
 
 #include "pgmdev_types.h"
 
@@ -19,6 +21,9 @@ struct COMPILED_DATA_SET {
     // The texts of the failed checks.
     const char* bad_stream;
     const char* bad_length;
+
+    std::span<const std::uint32_t> index{};  ///< of a grammar (grammar_index.h); may be missing
+    DWORD indexed_crc = 0;                   ///< the CRC of the container that it is of
 };
 
 /// The two data sets of this build.
@@ -31,6 +36,7 @@ struct DATA_CONTAINER {
     DWORD size = 0;
 
     DWORD body_end() const { return size - CONTAINER_CRC_SIZE; }
+    DWORD crc() const;
 };
 
 /// Decompresses and checks a data set. The buffer goes on for some bytes of 0 behind `size`.

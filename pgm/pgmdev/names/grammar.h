@@ -5,12 +5,11 @@
 
 #include <array>
 #include <memory>
-#include <span>
 #include <string_view>
 #include <vector>
 
+#include "grammar_index.h"
 #include "names/container.h"
-#include "names/text_index.h"
 #include "pgmdev_types.h"
 
 /// The tables, in the order of the data set.
@@ -29,8 +28,10 @@ enum class PGMDEV_DDB_GRAMMAR_ENUM : DWORD {
 /// One table: keys with lists of entries. The texts belong to the store.
 class GRAMMAR_TABLE {
 public:
+    GRAMMAR_TABLE(const char* text, const GRAMMAR_TABLE_INDEX& index) : m_text(text), m_index(index) {}
+
     /// The entries of a key in the order of the data set; empty when there is no such key.
-    std::span<const std::string_view> entries_of(std::string_view key) const;
+    std::vector<std::string_view> entries_of(std::string_view key) const;
 
     /// All keys in the order of the data set.
     std::vector<std::string_view> keys() const;
@@ -38,32 +39,18 @@ public:
     /// The first key, in byte-wise order, that has that entry; empty when none has.
     std::string_view key_of(std::string_view entry) const;
 
-    // Building: the entries of a record come first, then its key. What is there already is not added: false.
-    bool add_entry(std::string_view key, std::string_view entry);
-    bool has_pending_entries() const;
-    bool add_key(std::string_view key);
-
 private:
-    struct RECORD {
-        std::string_view key;
-        DWORD first_entry;
-        DWORD entry_end;
-    };
-
-    DWORD first_pending() const { return m_records.empty() ? 0 : m_records.back().entry_end; }
-
-    std::vector<RECORD> m_records;
-    std::vector<std::string_view> m_entries;  ///< of all records, one after another
-    std::vector<DWORD> m_owners;  ///< per entry: of the records that have it, so far, the first in key order
-    TEXT_INDEX m_by_key;          ///< places in m_records
-    TEXT_INDEX m_by_entry;        ///< places in m_entries; of equal entries the last, whose owner counts
+    const char* m_text;
+    GRAMMAR_TABLE_INDEX m_index;
 };
 
-/// All tables, and the decompressed data set that holds their texts.
+/// All tables, the decompressed data set that holds their texts, and its index unless that is compiled in.
 struct GRAMMAR_STORE {
     std::unique_ptr<const BYTE[]> text;
+    INDEX_NUMBERS index;
     std::array<std::unique_ptr<GRAMMAR_TABLE>, static_cast<std::size_t>(PGMDEV_DDB_GRAMMAR_ENUM::MAX)> tables;
 };
 
-/// Builds the store from a data set, or reports what is wrong with it.
+/// Builds the store from a data set, or reports what is wrong with it. A data set that is the one of the compiled-in index
+/// has been found sound when that was made, and is not read again.
 std::unique_ptr<GRAMMAR_STORE> build_grammar_store(const COMPILED_DATA_SET& set);

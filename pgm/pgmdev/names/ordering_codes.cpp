@@ -13,6 +13,9 @@ constexpr DWORD LARGEST_SHIFT = 5 * GROUP_BITS;
 
 /// Reads one number at `index`: groups of 7 bits, the least significant first.
 DWORD read_number(const DATA_CONTAINER& container, DWORD& index) {
+    if (index < container.body_end() && (container.data[index] & CONTINUED) == 0) {
+        return container.data[index++];  // most are of one byte
+    }
     QWORD dev_enum = 0;
     DWORD shift = 0;
     BYTE byte = CONTINUED;
@@ -43,11 +46,12 @@ std::unique_ptr<OPN_STORE> build_opn_store(const COMPILED_DATA_SET& set) {
     const DATA_CONTAINER container = open_container(set);
     const DWORD enum_count = read_count(container);  // the spare bytes of the buffer cover a container without a count
     PGMDEV_REQUIRE(enum_count > 0, "enum_count > 0", DDB_MGR_FILE);
-    auto map = std::make_unique<std::vector<DWORD>>();
-    map->reserve(std::min(enum_count, container.size));  // an entry takes a byte at least
+    // An entry takes a byte at least: a list that is longer ends at the end of the data, with a report.
+    auto map = std::make_unique<std::vector<DWORD>>(std::min(enum_count, container.size));
+    DWORD* entry = map->data();
     DWORD index = CONTAINER_MAGIC_SIZE + COUNT_SIZE;
     for (DWORD i = 0; i < enum_count; ++i) {
-        map->push_back(read_number(container, index));
+        *entry++ = read_number(container, index);
     }
     PGMDEV_REQUIRE(index == container.body_end(), "index == (data_size - 4)", DDB_MGR_FILE);
     auto store = std::make_unique<OPN_STORE>();

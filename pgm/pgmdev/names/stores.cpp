@@ -61,8 +61,8 @@ std::vector<std::string> forward_lookup(const GRAMMAR_STORE* store, PGMDEV_DDB_G
     return {entries.begin(), entries.end()};
 }
 
-std::span<const std::string_view> entries_of(const GRAMMAR_STORE* store, PGMDEV_DDB_GRAMMAR_ENUM type,
-                                             std::string_view key) {
+std::vector<std::string_view> entries_of(const GRAMMAR_STORE* store, PGMDEV_DDB_GRAMMAR_ENUM type,
+                                         std::string_view key) {
     return table_of(store, type).entries_of(key);
 }
 

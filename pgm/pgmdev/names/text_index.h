@@ -3,11 +3,11 @@
 /// \file
 /// A hash table over texts that lie elsewhere.
 
-#include <cstring>
 #include <string_view>
 #include <utility>
 #include <vector>
 
+#include "grammar_index.h"
 #include "pgmdev_types.h"
 
 /// Finds the number of a text, such as its place in a list, in constant time. The table holds numbers and parts of
@@ -16,26 +16,7 @@ class TEXT_INDEX {
 public:
     TEXT_INDEX() : m_slots(SMALLEST) {}
 
-    static DWORD hash(std::string_view text) {
-        constexpr QWORD FACTOR = 0x9E3779B97F4A7C15;  // odd, its bits well mixed
-        constexpr std::size_t WORD_SIZE = sizeof(QWORD);
-        QWORD sum = text.size();
-        const auto mix = [&sum](const char* bytes, std::size_t count) {
-            QWORD word = 0;
-            std::memcpy(&word, bytes, count);
-            sum = (sum ^ word) * FACTOR;
-            sum ^= sum >> 32;
-        };
-        if (text.size() < WORD_SIZE) {
-            mix(text.data(), text.size());
-            return static_cast<DWORD>(sum);
-        }
-        for (std::size_t place = 0; place + WORD_SIZE < text.size(); place += WORD_SIZE) {
-            mix(text.data() + place, WORD_SIZE);
-        }
-        mix(text.data() + text.size() - WORD_SIZE, WORD_SIZE);
-        return static_cast<DWORD>(sum);
-    }
+    static DWORD hash(std::string_view text) { return text_hash(text); }
 
     /// The number of `text`, or null. `text_of(number)` is the text that a number in the table stands for.
     template <class TEXT_OF>

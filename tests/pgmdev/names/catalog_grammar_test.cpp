@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include "names/grammar_parser.h"
 #include "names/stores.h"
 #include "pgmdev/names/catalog_reference.h"
 #include "pgmdev_device_grammar_mgr.h"
@@ -69,6 +70,18 @@ TEST(CatalogGrammar, EveryEntryIsFoundAsAWalkFindsIt) {
         }
     }
     EXPECT_GT(count, 20000U);
+}
+
+TEST(CatalogGrammar, ItsCompiledInIndexIsTheOneThatItsTextsGive) {
+    const COMPILED_DATA_SET set = grammar_data_set();
+    const DATA_CONTAINER container = open_container(set);
+    INDEX_NUMBERS numbers;
+    for (const GRAMMAR_PLACES& places : parse_grammar(container)) {
+        append_table_index(numbers, reinterpret_cast<const char*>(container.data.get()), places);
+    }
+    EXPECT_TRUE(numbers == INDEX_NUMBERS(set.index.begin(), set.index.end()));
+    EXPECT_EQ(container.crc(), set.indexed_crc);
+    EXPECT_TRUE(build_grammar_store(set)->index.empty());  // none is made where there is one
 }
 
 TEST(CatalogGrammar, EveryNameThroughEveryOperation) {

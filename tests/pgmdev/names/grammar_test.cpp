@@ -167,6 +167,39 @@ TEST(DdbGrammar, AgreesWithAnIndependentReaderOnDamagedBodies) {
     EXPECT_GT(accepted, 1000);
 }
 
+TEST(DdbGrammar, AnIndexIsUsedForTheDataThatItIsOfOnly) {
+    const std::string container = ref::container(ref::grammar_body(ref::example_grammar()));
+    const DATA_SET set(container);
+    const INDEX_NUMBERS index = build_grammar_store(set)->index;
+    COMPILED_DATA_SET indexed = set;
+    indexed.index = index;
+    indexed.indexed_crc = open_container(set).crc();
+    const auto store = build_grammar_store(indexed);
+    EXPECT_TRUE(store->index.empty());
+    expect_equal(*store, ref::read_grammar(container));
+
+    const std::string other_container = ref::container(ref::grammar_body(with_table(3, {{"OTHER", {"A", "B"}}})));
+    const DATA_SET other(other_container);
+    COMPILED_DATA_SET wrongly_indexed = other;
+    wrongly_indexed.index = index;
+    wrongly_indexed.indexed_crc = indexed.indexed_crc;
+    const auto other_store = build_grammar_store(wrongly_indexed);
+    EXPECT_FALSE(other_store->index.empty());
+    expect_equal(*other_store, ref::read_grammar(other_container));
+
+    const DATA_SET damaged(ref::container("KEY"));
+    wrongly_indexed.stream = static_cast<const COMPILED_DATA_SET&>(damaged).stream;
+    wrongly_indexed.stream_length = static_cast<const COMPILED_DATA_SET&>(damaged).stream_length;
+    wrongly_indexed.length = static_cast<const COMPILED_DATA_SET&>(damaged).length;
+    EXPECT_EQ(report_of([&] { build_grammar_store(wrongly_indexed); }), NOT_ENDED);
+}
+
+TEST(DdbGrammar, ListsTheKeysInTheirOrder) {
+    const DATA_SET set(ref::container(ref::grammar_body(with_table(6, {{"B", {"X"}}, {"C", {"Y"}}, {"A", {"Z"}}}))));
+    const auto store = build_grammar_store(set);
+    EXPECT_EQ(store->tables[6]->keys(), (std::vector<std::string_view>{"B", "C", "A"}));
+}
+
 TEST(DdbGrammar, HoldsTablesOfAllSizes) {
     for (const std::size_t count : {1U, 31U, 32U, 33U, 127U, 128U, 129U, 5000U}) {
         ref::TABLE table;
@@ -214,6 +247,7 @@ TEST(DdbLookup, FindsWholeNamesOnly) {
         EXPECT_EQ(reverse_lookup(store.get(), TYPE::PACKAGE_NAME, name), "") << name;
     }
     EXPECT_EQ(reverse_lookup(store.get(), TYPE::PACKAGE_NAME, std::string("SOLO_1\0", 7)), "");
+    EXPECT_EQ(reverse_lookup(store.get(), TYPE::PACKAGE_NAME, std::string(100000, 'A')), "");
     EXPECT_TRUE(forward_lookup(store.get(), TYPE::DEV_PART_PCF, "PCF_A").empty());
 }
 

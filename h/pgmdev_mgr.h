@@ -8,11 +8,14 @@
 ///   where it applies.
 /// - Part numbers and the names behind them are those of the host's device-string library (dstr.h).
 /// - The operations may be called from any thread. Names are taken by value; no caller's string is changed.
-/// - The first questions walk over the parts of the device library. When the walks have taken about as long as making an
-///   index does, one is made, and what is asked from then on takes less than a microsecond. The index is freed when the
-///   library is unloaded. It takes for granted that the device library goes on giving the same answers: a host whose
-///   parts, or their names, change while the library is loaded must not be asked for them before and after. While the
-///   grammar is traced (PGMDEV_ENABLE_GRAMMAR_DEBUG), get_possible_full_name walks, so that each candidate is seen.
+/// - The first question for a part by its hash or by a less specific name finds out, by the digest of all names, whether
+///   the device library has the parts of the catalog that is compiled in. Then tables that are compiled in, too, find
+///   the part. For a device library with other parts, the first questions walk over these; when the walks have taken
+///   about as long as making an index does, one is made. For programmer-file names it is made at once. What is asked
+///   from then on takes less than a microsecond. An index is freed when the library is unloaded.
+/// - This takes for granted that the device library goes on giving the same answers: a host whose parts, or their names,
+///   change while the library is loaded must not be asked for them before and after. While the grammar is traced
+///   (PGMDEV_ENABLE_GRAMMAR_DEBUG), get_possible_full_name walks, so that each candidate is seen.
 
 #include <string>
 

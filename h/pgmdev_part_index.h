@@ -8,9 +8,9 @@
 
 #include "pgmdev_export.h"
 
-/// Answers what PGMDEV_MGR::get_part_name_from_pcf and PGMDEV_MGR::get_possible_full_name answer, from the same index,
-/// and reports nothing when there is no answer. The index is there when the first object is: no question, not even the
-/// first one, walks over the parts. Nor does any trace the grammar. What an index takes for granted is said with
+/// Answers what PGMDEV_MGR::get_part_name_from_pcf and PGMDEV_MGR::get_possible_full_name answer, by the same tables and
+/// indexes, and reports nothing when there is no answer. These are there when the first object is: no question, not even
+/// the first one, walks over the parts. Nor does any trace the grammar. What is taken for granted is said with
 /// PGMDEV_MGR. Questions may be asked from several threads.
 class PGMDEV_EXPORT PGMDEV_PART_INDEX {
 public:

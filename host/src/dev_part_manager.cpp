@@ -29,14 +29,12 @@ PASSING passing_rows(const FACT_TABLE& table, const std::string& first, const st
     return rows;
 }
 
-PASSING passing_devices(const std::string& family, const std::string& device) {
-    const std::optional<int> wanted_family = number_filter(DSTR_TABLES.families, family);
-    const std::optional<int> wanted_device = number_filter(DSTR_TABLES.devices, device);
+PASSING passing_devices(const std::string& family) {
+    const std::optional<int> wanted = number_filter(DSTR_TABLES.families, family);
     PASSING devices(DEV_DEVICE_MAX);
-    for (int i = 0; i < DEV_DEVICE_MAX; ++i) {
-        devices[static_cast<std::size_t>(i)] =
-            wanted_device.value_or(i) == i &&
-            wanted_family.value_or(DSTR_TABLES.device_families[i]) == DSTR_TABLES.device_families[i];
+    for (std::size_t device = 0; device < devices.size(); ++device) {
+        const int its_family = DSTR_TABLES.device_families[device];
+        devices[device] = wanted.value_or(its_family) == its_family ? 1 : 0;
     }
     return devices;
 }
@@ -60,21 +58,34 @@ bool DEV_PART_MANAGER::filter_part_list(std::vector<int>* parts, const std::stri
                                         const std::string& package, const std::string& pin_count,
                                         const std::string& speed_grade, bool orderable_only, bool production_only,
                                         bool include_hidden, const std::string& temperature_grade) const {
-    const PASSING devices = passing_devices(family, device);
+    const std::optional<int> wanted_device = number_filter(DSTR_TABLES.devices, device);
+    const PASSING devices = passing_devices(family);
     const PASSING packages = passing_rows(DSTR_TABLES.packages, package, pin_count);
     const PASSING grades = passing_rows(DSTR_TABLES.grades, speed_grade, temperature_grade);
     const int refused = include_hidden ? 0 : PART_IS_HIDDEN;
     const int wanted =
         PART_IS_REAL | (orderable_only ? PART_IS_ORDERABLE : 0) | (production_only ? PART_IS_PRODUCTION : 0);
+    const auto passes = [&](const PART_FACTS& facts) {
+        const auto has_flags = static_cast<std::size_t>((facts.flags & (wanted | refused)) == wanted);
+        return has_flags & devices[facts.device] & packages[facts.package] & grades[facts.grade];
+    };
 
+    if (wanted_device) {
+        parts->clear();
+        for (int part = DEV_PART_INVALID + 1; part < DEV_PART_GENERIC; ++part) {
+            const PART_FACTS& facts = DSTR_TABLES.part_facts[part];
+            if (facts.device == *wanted_device && passes(facts) != 0) {  // few are
+                parts->push_back(part);
+            }
+        }
+        return !parts->empty();
+    }
     // Each part is put behind those that pass, and stays there when it passes, too: which ones do cannot be foretold.
     parts->resize(static_cast<std::size_t>(DEV_PART_GENERIC));
     std::size_t count = 0;
     for (int part = DEV_PART_INVALID + 1; part < DEV_PART_GENERIC; ++part) {
-        const PART_FACTS& facts = DSTR_TABLES.part_facts[part];
-        const auto has_flags = static_cast<std::size_t>((facts.flags & (wanted | refused)) == wanted);
         (*parts)[count] = part;
-        count += has_flags & devices[facts.device] & packages[facts.package] & grades[facts.grade];
+        count += passes(DSTR_TABLES.part_facts[part]);
     }
     parts->resize(count);
     return count != 0;

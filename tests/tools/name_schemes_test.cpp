@@ -109,7 +109,7 @@ TEST(NameSchemes, AllNamesAreThoseThatPartsHave) {
 std::vector<std::string> misspelt(const std::vector<std::string>& names) {
     std::vector<std::string> changed;
     for (std::size_t i = 0; i < names.size(); i += 1 + names.size() / 12) {
-        const std::string& name = names[i];
+        const std::string name = names[i].empty() ? "?" : names[i];  // a number may have no name
         for (const std::string& each : {name + "X", "X" + name, name.substr(1), name}) {
             changed.push_back(each);
         }

@@ -5,6 +5,7 @@
 
 #include "msg.h"
 #include "pgmdev_device_grammar_mgr.h"
+#include "pgmdev_part_index.h"
 #include "stl.h"
 
 namespace {
@@ -31,6 +32,7 @@ std::vector<std::string> without_repetitions(std::vector<std::string> names) {
 
 std::vector<std::string> all_part_names() {
     std::vector<std::string> names;
+    names.reserve(static_cast<std::size_t>(DEV_PART_GENERIC));
     for (int part = DEV_PART_INVALID + 1; part != DEV_PART_GENERIC && part != DEV_PART_MAX; ++part) {
         stl_toupper(names.emplace_back(dstr_get_user_string(part)));
     }
@@ -84,6 +86,11 @@ const std::vector<std::string>& package_and_programming_names() {
 
 const std::vector<std::string>& programmer_part_names() {
     static const std::vector<std::string> names = all_programmer_part_names();
+    return names;
+}
+
+const std::vector<std::string>& converted_names() {
+    static const std::vector<std::string> names = PGMDEV_PART_INDEX::get_converted_names();
     return names;
 }
 

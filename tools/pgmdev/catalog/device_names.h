@@ -13,6 +13,7 @@
 const std::vector<std::string>& part_names();
 const std::vector<std::string>& package_and_programming_names();
 const std::vector<std::string>& programmer_part_names();
+const std::vector<std::string>& converted_names();  ///< what names of parts and devices are converted to
 const std::vector<std::string>& device_names();
 const std::vector<std::string>& family_names();
 

@@ -51,20 +51,12 @@ bool is_converted(const std::string& name, const NAME_KINDS& kinds) {
 }  // namespace
 
 std::vector<std::string> nearest_names(const std::string& name, const NAME_KINDS& kinds) {
-    std::vector<std::string> candidates;
-    const auto add = [&candidates](const std::vector<std::string>& names) {
-        candidates.insert(candidates.end(), names.begin(), names.end());
-    };
-    if (kinds.part) {
-        add(part_names());
-    }
-    if (kinds.device) {
-        add(device_names());
-    }
-    if (kinds.package_or_programming || kinds.programmer_part) {
-        add(PGMDEV_PART_INDEX::get_converted_names());
-    }
-    return nearest(name, candidates, [&kinds](const std::string& near) {
+    const std::vector<std::string> none;
+    const bool by_conversion = kinds.package_or_programming || kinds.programmer_part;
+    const std::vector<std::string>* const parts = kinds.part ? &part_names() : &none;
+    const std::vector<std::string>* const devices = kinds.device ? &device_names() : &none;
+    const std::vector<std::string>* const converted = by_conversion ? &converted_names() : &none;
+    return nearest(name, {parts, devices, converted}, [&kinds](const std::string& near) {
         return (kinds.part && is_part(near)) || (kinds.device && is_device(near)) || is_converted(near, kinds);
     });
 }

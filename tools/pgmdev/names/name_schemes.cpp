@@ -53,22 +53,13 @@ bool is_named(const PART_ENTRY& part, const std::string& name) {
                        [&](const SCHEME& scheme) { return part.*scheme.spelling == name; });
 }
 
-/// The names that parts may have: some belong to parts that the device library does not list.
-const std::vector<std::string>& possible_names() {
-    static const std::vector<std::string> names = [] {
-        std::vector<std::string> all = PGMDEV_PART_INDEX::get_converted_names();
-        for (const auto* more : {&part_names(), &device_names(), &family_names()}) {
-            all.insert(all.end(), more->begin(), more->end());
-        }
-        return all;
-    }();
-    return names;
-}
+/// Lists of the names that parts may have: some belong to parts that the device library does not list.
+constexpr std::array POSSIBLE_NAMES{converted_names, part_names, device_names, family_names};
 
 }  // namespace
 
 /// All parts that the name may stand for, and others.
-std::vector<int> NAME_SCHEMES::numbers_of_candidates(const std::string& name) const {
+std::vector<int> NAME_SCHEMES::numbers_of_candidates(const std::string& name) {
     std::vector<std::string> names = PGMDEV_PART_INDEX::get_origins(name);
     names.push_back(name);
     std::vector<int> numbers;
@@ -88,13 +79,30 @@ std::vector<int> NAME_SCHEMES::numbers_of_candidates(const std::string& name) co
         return numbers;
     }
     const DEV_PART_MANAGER manager;
-    for (int part = DEV_PART_INVALID + 1; part < DEV_PART_MAX; ++part) {
-        const DEV_DEVICE_ENUM device = manager.get_device_of(part);
-        if (m_entries.lists(part) && (devices.contains(device) || manager.get_family_of(device) == family)) {
-            numbers.push_back(part);
+    for (const auto& [device, parts] : parts_by_device()) {
+        if (devices.contains(device) || manager.get_family_of(device) == family) {
+            numbers.insert(numbers.end(), parts.begin(), parts.end());
         }
     }
     return numbers;
+}
+
+const NAME_SCHEMES::PARTS_BY_DEVICE& NAME_SCHEMES::parts_by_device() {
+    if (!m_parts_by_device.empty()) {
+        return m_parts_by_device;
+    }
+    const DEV_PART_MANAGER manager;
+    auto of_device = m_parts_by_device.end();  // mostly that of the part before, too
+    for (int part = DEV_PART_INVALID + 1; part < DEV_PART_MAX; ++part) {
+        if (m_entries.lists(part)) {
+            const DEV_DEVICE_ENUM device = manager.get_device_of(part);
+            if (of_device == m_parts_by_device.end() || of_device->first != device) {
+                of_device = m_parts_by_device.try_emplace(device).first;
+            }
+            of_device->second.push_back(part);
+        }
+    }
+    return m_parts_by_device;
 }
 
 std::vector<PART_ENTRY> NAME_SCHEMES::parts_named(const std::string& name) {
@@ -135,13 +143,16 @@ NAME_MEANING NAME_SCHEMES::meaning_of(std::string name) {
 
 std::vector<std::string> NAME_SCHEMES::all_names() {
     std::vector<std::string> names;
-    std::copy_if(possible_names().begin(), possible_names().end(), std::back_inserter(names),
-                 [this](const std::string& name) { return !parts_named(name).empty(); });
+    for (const auto list : POSSIBLE_NAMES) {
+        std::copy_if(list().begin(), list().end(), std::back_inserter(names),
+                     [this](const std::string& name) { return !parts_named(name).empty(); });
+    }
     return names;
 }
 
 std::vector<std::string> NAME_SCHEMES::nearest_to(const std::string& name) {
-    return nearest(name, possible_names(), [this](const std::string& near) { return !parts_named(near).empty(); });
+    return nearest(name, {&converted_names(), &part_names(), &device_names(), &family_names()},
+                   [this](const std::string& near) { return !parts_named(near).empty(); });
 }
 
 std::vector<std::string> scheme_names() {

@@ -3,6 +3,7 @@
 /// \file
 /// Which naming schemes a name belongs to, and which parts it stands for in them.
 
+#include <map>
 #include <string>
 #include <vector>
 
@@ -31,9 +32,13 @@ public:
     std::vector<std::string> nearest_to(const std::string& name);
 
 private:
-    std::vector<int> numbers_of_candidates(const std::string& name) const;
+    using PARTS_BY_DEVICE = std::map<DEV_DEVICE_ENUM, std::vector<int>>;
+
+    std::vector<int> numbers_of_candidates(const std::string& name);
+    const PARTS_BY_DEVICE& parts_by_device();
 
     PART_ENTRIES m_entries;
+    PARTS_BY_DEVICE m_parts_by_device;  ///< of all listed parts; empty until a question needs it
 };
 
 /// The names of all schemes, in the order in which a name's are told.

@@ -91,23 +91,30 @@ private:
 
 }  // namespace
 
-std::vector<std::string> nearest(const std::string& name, const std::vector<std::string>& candidates,
+std::vector<std::string> nearest(const std::string& name, const std::vector<std::string>& candidates) {
+    return nearest(name, {&candidates}, [](const std::string&) { return true; });
+}
+
+std::vector<std::string> nearest(const std::string& name,
+                                 std::initializer_list<const std::vector<std::string>*> candidates,
                                  const std::function<bool(const std::string&)>& may_be_meant) {
     constexpr std::size_t MOST = 5;
     EDIT_DISTANCE distance_from_name(name);
     const std::size_t limit = tolerance(name);
     std::vector<std::pair<std::size_t, std::string>> near;
-    for (const std::string& candidate : candidates) {
-        const std::size_t distance = distance_from_name.to(candidate, limit);
-        if (distance > 0 && distance <= limit && !candidate.empty()) {
-            near.emplace_back(distance, candidate);
+    for (const std::vector<std::string>* list : candidates) {
+        for (const std::string& candidate : *list) {
+            const std::size_t distance = distance_from_name.to(candidate, limit);
+            if (distance > 0 && distance <= limit && !candidate.empty()) {
+                near.emplace_back(distance, candidate);
+            }
         }
     }
     std::sort(near.begin(), near.end());
     near.erase(std::unique(near.begin(), near.end()), near.end());
     std::vector<std::string> names;
     for (auto found = near.begin(); found != near.end() && names.size() < MOST; ++found) {
-        if (!may_be_meant || may_be_meant(found->second)) {
+        if (may_be_meant(found->second)) {
             names.push_back(std::move(found->second));
         }
     }

@@ -39,4 +39,4 @@ def where_and_when():
     load = pathlib.Path("/proc/loadavg").read_text().split()[0]
     date = datetime.date.today()
     return (f"Measured on {date.day} {date:%B %Y}: {cores} cores of {processor[1] if processor else platform.machine()}, "
-            f"{name[1] if name else platform.system()}, load {load} at the beginning.")
+            f"{name[1] if name else platform.system()}, load {load}.")

@@ -25,8 +25,8 @@ PGMDEV_C_EXPORT pgmdev_status pgmdev_parameter_blocks(pgmdev_records** blocks, p
 PGMDEV_C_EXPORT pgmdev_status pgmdev_parameters_read(pgmdev_parameter_block block, pgmdev_string** bytes,
                                                      pgmdev_error** error);
 
-/// Replaces a block by one byte or more, removes it; the file is replaced in one step, and the others stay. Of a damaged file
-/// they are lost.
+/// Replaces a block by one byte or more; removes it. The file is replaced in one step, and the other blocks stay. Those of
+/// a damaged file are lost, but for a copy of it, "pgm_flash.ini.bak".
 PGMDEV_C_EXPORT pgmdev_status pgmdev_parameters_write(pgmdev_parameter_block block, const uint8_t* bytes, size_t size,
                                                       pgmdev_error** error);
 PGMDEV_C_EXPORT pgmdev_status pgmdev_parameters_remove(pgmdev_parameter_block block, pgmdev_error** error);
@@ -78,8 +78,8 @@ typedef struct pgmdev_number_rules {
     size_t invalid_hit_count;      ///< how many pairs
 } pgmdev_number_rules;
 
-/// The number that `text` spells, in decimal or behind "0x", for a value of that type, "-1" being the largest one; null rules
-/// just check that it fits. Otherwise the status is PGMDEV_STATUS_REFUSED, and the message of the error says why.
+/// The number that `text` spells, in decimal or behind "0x", for a value of that type, "-1" being the largest one; null
+/// rules just check that it fits. Otherwise the status is PGMDEV_STATUS_REFUSED, and the message of the error says why.
 PGMDEV_C_EXPORT pgmdev_status pgmdev_parameter_number(pgmdev_parameter_type type, const char* text,
                                                       const pgmdev_number_rules* rules, uint64_t* number,
                                                       pgmdev_error** error);

@@ -34,8 +34,8 @@ PGMDEV_C_EXPORT void pgmdev_table_free(pgmdev_table* table);
 /// The records in row order; none when the source table has a fault in its format.
 PGMDEV_C_EXPORT const pgmdev_records* pgmdev_table_records(const pgmdev_table* table);
 
-/// What is wrong with it: "severity" (FAULT or WARNING), "line" and "column" from 1, 0 for the whole, "row", "member", "cell",
-/// "condition" (the internal error that compiling it reports), "expected", and "text", all of it in one line.
+/// What is wrong with it: "severity" (FAULT or WARNING), "line" and "column" from 1, 0 for the whole, "row", "member",
+/// "cell", "condition" (the internal error that compiling it reports), "expected", and "text", all of it in one line.
 PGMDEV_C_EXPORT const pgmdev_records* pgmdev_table_faults(const pgmdev_table* table);
 
 /// Whether there is a fault among them, not only warnings.

@@ -45,6 +45,7 @@ std::vector<MEMBER> profile_members() {
 
 std::vector<DATUM> profile_values(const PGMDEV_DEVICE_INFO& record) {
     std::vector<DATUM> values;
+    values.reserve(PGMDEV_DEVICE_INFO_MEMBERS.size());
     for (const PGMDEV_DEVICE_INFO_MEMBER& member : PGMDEV_DEVICE_INFO_MEMBERS) {
         values.push_back(profile_value(member, record));
     }

@@ -15,6 +15,7 @@ ROWS expected_rows(const MEMBERS& members) {
     const MANAGER& manager = *MANAGER::get_mgr();
     for (const auto* record : manager.get_list()) {
         std::vector<std::string> row;
+        row.reserve(members.size() + 1);
         for (const auto& member : members) {
             row.push_back(std::visit(
                 [&]<class RECORD, class FIELD>(FIELD RECORD::*field) -> std::string {

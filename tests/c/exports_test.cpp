@@ -33,7 +33,7 @@ NAMES_IN_C listed_functions() {
 
 NAMES_IN_C declared_functions() {
     NAMES_IN_C names;
-    const std::regex declaration("PGMDEV_C_EXPORT [^;(]*?(pgmdev_\\w+)\\(");
+    const std::regex declaration(R"(PGMDEV_C_EXPORT [^;(]*?(pgmdev_\w+)\()");
     for (const auto& header : std::filesystem::directory_iterator(TEST_C_HEADERS)) {
         const std::string text = read_file(header.path());
         for (std::sregex_iterator found(text.begin(), text.end(), declaration); found != std::sregex_iterator();

@@ -165,7 +165,7 @@ TEST(CFailures, TheseAreAllFunctionsThatGiveAStatus) {
     std::set<std::string> declared;
     for (const auto& header : std::filesystem::directory_iterator(TEST_C_HEADERS)) {
         const std::string text = read_file(header.path());
-        const std::regex declaration("PGMDEV_C_EXPORT pgmdev_status\\s+(pgmdev_\\w+)\\(");
+        const std::regex declaration(R"(PGMDEV_C_EXPORT pgmdev_status\s+(pgmdev_\w+)\()");
         for (std::sregex_iterator found(text.begin(), text.end(), declaration); found != std::sregex_iterator();
              ++found) {
             declared.insert((*found)[1]);

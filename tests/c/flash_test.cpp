@@ -14,6 +14,7 @@ const std::string DATABASE = std::string(TEST_DEVICES_DIR) + "/programmer/pgm_fl
 
 std::vector<std::string> expected_row(const PGMDEV_SFL_FLASH_INFO& record) {
     std::vector<std::string> row;
+    row.reserve(PGMDEV_SFL_FLASH_MEMBERS.size());
     for (const PGMDEV_SFL_FLASH_MEMBER& member : PGMDEV_SFL_FLASH_MEMBERS) {
         row.push_back(std::visit(
             [&](auto field) -> std::string {

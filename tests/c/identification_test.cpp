@@ -84,7 +84,7 @@ TEST_F(CIdentification, EveryChipIsIdentifiedAsByTheManager) {
 }
 
 TEST_F(CIdentification, SoIsAnyResponse) {
-    std::mt19937 random(7);
+    std::mt19937 random(7);  // NOLINT(cert-msc32-c,cert-msc51-cpp): the same every run
     for (int round = 0; round < 200; ++round) {
         RESPONSE response = response_of(records()[random() % records().size()]);
         response.resize(1 + random() % 8);
@@ -103,6 +103,7 @@ TEST_F(CIdentification, SeveralThreadsMayAsk) {
     const std::size_t expected = m_verdict.record;
     std::array<std::size_t, 4> found{};
     std::vector<std::thread> threads;
+    threads.reserve(found.size());
     for (std::size_t& record : found) {
         threads.emplace_back([&] {
             pgmdev_flash_response given{};

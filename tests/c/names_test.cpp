@@ -138,7 +138,9 @@ TEST(CNames, WaysToANameAreThoseOfTheClass) {
 
 TEST(CNames, WhatNamesServeFor) {
     int full = 0;
-    for (std::string name : all_names()) {
+    for (const std::string& each : all_names()) {
+        // A copy, which the question converts to upper case.
+        std::string name = each;  // NOLINT(performance-unnecessary-copy-initialization)
         bool is_full = false;
         bool is_package = false;
         ASSERT_EQ(pgmdev_name_is_full_for_all(name.c_str(), &is_full, nullptr), PGMDEV_STATUS_OK);

@@ -3,13 +3,15 @@
 
 #include "gen.h"
 #include "input.h"
+#include "msg.h"
 #include "pgmdev_flash_ini.h"
 #include "pgmdev_hps_nand_mgr.h"
 #include "pgmdev_hps_spi_mgr.h"
 #include "reports.h"
 #include "scratch_files.h"
 
-// Any bytes as the parameter container; every other input as its blocks, behind a sound head.
+// Any bytes as the parameter container; every other input as its blocks, behind a sound head. The same bytes are the text
+// beside it, which is read because somebody listens.
 
 namespace {
 
@@ -41,7 +43,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const bool has_head = choices.flag();
     const std::string rest = choices.rest();
     scratch_files().write("pgm_flash.ini", has_head ? container_of(sections_of(rest, PGMDEV_FLASH_INI_MAX)) : rest);
+    scratch_files().write("pgm_flash.ini.info", rest);
     gen_set_module_path(scratch_files().directory());
+    msg_set_debug_sink([](const std::string&, int, const std::string&) {});
     for (DWORD which = 0; which < PGMDEV_FLASH_INI_MAX; ++which) {
         DWORD length = 0;
         const std::unique_ptr<BYTE[]> block(

@@ -53,7 +53,8 @@ public:
     static BYTE* read_flash_ini_data(PGMDEV_FLASH_INI_ENUM which, DWORD& size);
 
     /// Replaces one block and keeps the others; `size` 0 with `data` null removes it. Other blocks of a damaged file
-    /// are lost, since they cannot be read.
+    /// are lost, since they cannot be read, but for a copy, "pgm_flash.ini.bak". A text beside the file,
+    /// "pgm_flash.ini.info", tells the digest of what was written (docs/formats.md).
     ///
     /// The file is replaced in one step: whatever happens, readers find the old file or the new one, whole. Where its
     /// directory may not be written, or it is of somebody else, it is written in place (fio.h), which readers may see.

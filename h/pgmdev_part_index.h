@@ -4,6 +4,7 @@
 /// Parts by less specific names, without reports.
 
 #include <string>
+#include <vector>
 
 #include "pgmdev_export.h"
 
@@ -20,4 +21,13 @@ public:
 
     std::string get_part_name_from_pcf(std::string pcf_name) const;
     std::string get_possible_full_name(std::string name) const;
+
+    /// The names of the grammar from which conversions lead to `name`, in any number of steps, each once: full names,
+    /// package names, programming names, devices. Not all that lead there need be found by a conversion, which takes the
+    /// first way that there is.
+    static std::vector<std::string> get_origins(std::string name);
+
+    /// The names that conversions of parts and devices lead to: package names, programming names, programmer-file part
+    /// and family names. One may be there more than once.
+    static std::vector<std::string> get_converted_names();
 };

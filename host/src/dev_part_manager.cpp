@@ -13,21 +13,32 @@ std::optional<int> number_filter(const NAME_TABLE& table, const std::string& fil
     return equal_names(filter, ANY) ? std::nullopt : std::optional(number_of(DSTR_TABLES.pool, table, filter));
 }
 
-bool passes(const std::optional<int>& filter, int number) {
-    return !filter || *filter == number;
-}
-
 bool passes(const std::string& filter, std::uint32_t address) {
     return equal_names(filter, ANY) || equal_names(filter, DSTR_TABLES.pool.at(address));
 }
 
-/// Which rows of a table of facts pass a filter for each of the two texts.
-std::vector<bool> passing_rows(const FACT_TABLE& table, const std::string& first, const std::string& second) {
-    std::vector<bool> rows(table.count);
+/// Which rows of a table of facts pass a filter for each of the two texts: a byte for each, since every part is looked
+/// up in them.
+using PASSING = std::vector<std::uint8_t>;
+
+PASSING passing_rows(const FACT_TABLE& table, const std::string& first, const std::string& second) {
+    PASSING rows(table.count);
     for (std::uint32_t i = 0; i < table.count; ++i) {
-        rows[i] = passes(first, table.rows[i].first) && passes(second, table.rows[i].second);
+        rows[i] = passes(first, table.rows[i].first) && passes(second, table.rows[i].second) ? 1 : 0;
     }
     return rows;
+}
+
+PASSING passing_devices(const std::string& family, const std::string& device) {
+    const std::optional<int> wanted_family = number_filter(DSTR_TABLES.families, family);
+    const std::optional<int> wanted_device = number_filter(DSTR_TABLES.devices, device);
+    PASSING devices(DEV_DEVICE_MAX);
+    for (int i = 0; i < DEV_DEVICE_MAX; ++i) {
+        devices[static_cast<std::size_t>(i)] =
+            wanted_device.value_or(i) == i &&
+            wanted_family.value_or(DSTR_TABLES.device_families[i]) == DSTR_TABLES.device_families[i];
+    }
+    return devices;
 }
 
 }  // namespace
@@ -49,22 +60,22 @@ bool DEV_PART_MANAGER::filter_part_list(std::vector<int>* parts, const std::stri
                                         const std::string& package, const std::string& pin_count,
                                         const std::string& speed_grade, bool orderable_only, bool production_only,
                                         bool include_hidden, const std::string& temperature_grade) const {
-    const std::optional<int> wanted_family = number_filter(DSTR_TABLES.families, family);
-    const std::optional<int> wanted_device = number_filter(DSTR_TABLES.devices, device);
-    const std::vector<bool> packages = passing_rows(DSTR_TABLES.packages, package, pin_count);
-    const std::vector<bool> grades = passing_rows(DSTR_TABLES.grades, speed_grade, temperature_grade);
+    const PASSING devices = passing_devices(family, device);
+    const PASSING packages = passing_rows(DSTR_TABLES.packages, package, pin_count);
+    const PASSING grades = passing_rows(DSTR_TABLES.grades, speed_grade, temperature_grade);
     const int refused = include_hidden ? 0 : PART_IS_HIDDEN;
     const int wanted =
         PART_IS_REAL | (orderable_only ? PART_IS_ORDERABLE : 0) | (production_only ? PART_IS_PRODUCTION : 0);
 
-    parts->clear();
+    // Each part is put behind those that pass, and stays there when it passes, too: which ones do cannot be foretold.
+    parts->resize(static_cast<std::size_t>(DEV_PART_GENERIC));
+    std::size_t count = 0;
     for (int part = DEV_PART_INVALID + 1; part < DEV_PART_GENERIC; ++part) {
         const PART_FACTS& facts = DSTR_TABLES.part_facts[part];
-        if ((facts.flags & (wanted | refused)) == wanted && passes(wanted_device, facts.device) &&
-            passes(wanted_family, DSTR_TABLES.device_families[facts.device]) && packages[facts.package] &&
-            grades[facts.grade]) {
-            parts->push_back(part);
-        }
+        const auto has_flags = static_cast<std::size_t>((facts.flags & (wanted | refused)) == wanted);
+        (*parts)[count] = part;
+        count += has_flags & devices[facts.device] & packages[facts.package] & grades[facts.grade];
     }
-    return !parts->empty();
+    parts->resize(count);
+    return count != 0;
 }

@@ -13,6 +13,7 @@
 
 #include "fio.h"
 #include "standard_places.h"
+#include "temporary_name.h"
 #include "utf8_path.h"
 
 namespace fs = std::filesystem;
@@ -103,8 +104,6 @@ fs::path follow_links(fs::path path) {
     return {};
 }
 
-constexpr std::string_view TEMPORARY_PREFIX = ".tessary-";
-
 /// A number that no other process guesses, and that two with the same number in their containers do not share.
 std::uint64_t random_number() {
     std::uint64_t number = 0;
@@ -129,7 +128,7 @@ void sweep(const fs::path& directory) {
     const int place = ::dirfd(entries.get());
     while (const dirent* entry = ::readdir(entries.get())) {
         struct stat status {};
-        if (std::string_view(entry->d_name).starts_with(TEMPORARY_PREFIX) &&
+        if (is_temporary_name(std::string_view(entry->d_name)) &&
             ::fstatat(place, entry->d_name, &status, AT_SYMLINK_NOFOLLOW) == 0 && S_ISREG(status.st_mode) &&
             status.st_uid == ::geteuid() && status.st_mtime + DAY < ::time(nullptr)) {
             ::unlinkat(place, entry->d_name, 0);
@@ -141,8 +140,7 @@ void sweep(const fs::path& directory) {
 FIO_PATH create_temporary(const fs::path& directory, mode_t mode) {
     constexpr int ATTEMPTS = 100;
     for (int i = 0; i < ATTEMPTS; ++i) {
-        const std::string name = std::string(TEMPORARY_PREFIX) + std::to_string(random_number());
-        FIO_PATH path(utf8_from_path(directory / name));
+        FIO_PATH path(utf8_from_path(directory / temporary_name(random_number())));
         if (DESCRIPTOR(open_file(path.fullpath().c_str(), O_WRONLY | O_CREAT | O_EXCL, mode))) {
             return path;
         }

@@ -1,10 +1,12 @@
 #include <atomic>
 #include <string>
+#include <string_view>
 
 #include <windows.h>
 
 #include "fio.h"
 #include "standard_places.h"
+#include "temporary_name.h"
 #include "utf8_path.h"
 
 namespace fs = std::filesystem;
@@ -37,6 +39,48 @@ unsigned long long random_number() {
     QueryPerformanceCounter(&ticks);
     const auto mixed = static_cast<unsigned long long>(ticks.QuadPart) * 0x9E3779B97F4A7C15ULL;
     return mixed ^ static_cast<unsigned long long>(GetCurrentProcessId()) << 24U ^ ++counter;
+}
+
+/// A search for files that ends when it goes.
+class SEARCH {
+public:
+    explicit SEARCH(const fs::path& pattern) : m_handle(FindFirstFileW(pattern.c_str(), &m_found)) {}
+    ~SEARCH() {
+        if (m_handle != INVALID_HANDLE_VALUE) {
+            FindClose(m_handle);
+        }
+    }
+    SEARCH(const SEARCH&) = delete;
+    SEARCH& operator=(const SEARCH&) = delete;
+
+    bool has_found() const { return m_handle != INVALID_HANDLE_VALUE; }
+    const WIN32_FIND_DATAW& found() const { return m_found; }
+    bool go_on() { return FindNextFileW(m_handle, &m_found) != 0; }
+
+private:
+    WIN32_FIND_DATAW m_found{};
+    HANDLE m_handle;
+};
+
+unsigned long long ticks_of(const FILETIME& time) {
+    return static_cast<unsigned long long>(time.dwHighDateTime) << 32U | time.dwLowDateTime;
+}
+
+/// Removes what writers have left behind that were ended before they could tidy up. Replacing a file takes seconds: what
+/// is a day old has no owner, unless somebody has it open, from whom the system does not take it.
+void sweep(const fs::path& directory) {
+    constexpr unsigned long long DAY = 24ULL * 60 * 60 * 10'000'000;  // in steps of 100 nanoseconds
+    constexpr DWORD NO_FILES = FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_DEVICE | FILE_ATTRIBUTE_REPARSE_POINT;
+    FILETIME now{};
+    GetSystemTimeAsFileTime(&now);
+    SEARCH search(directory / (std::string(TEMPORARY_PREFIX) + "*"));
+    for (bool more = search.has_found(); more; more = search.go_on()) {
+        const WIN32_FIND_DATAW& found = search.found();
+        if (is_temporary_name(std::wstring_view(found.cFileName)) && (found.dwFileAttributes & NO_FILES) == 0 &&
+            ticks_of(found.ftLastWriteTime) + DAY < ticks_of(now)) {
+            DeleteFileW((directory / found.cFileName).c_str());
+        }
+    }
 }
 
 HANDLE open_for_writing(const fs::path& path, DWORD disposition) {
@@ -127,9 +171,9 @@ FIO_REPLACEMENT::FIO_REPLACEMENT(const FIO_PATH& target) {
     }
     const fs::path directory = path_from_utf8(target.fullpath()).parent_path();
     make_state_directory(directory);
+    sweep(m_target.parent_path());
     for (int attempt = 0; attempt < 100; ++attempt) {
-        const std::wstring name = L".tessary-" + std::to_wstring(random_number());
-        const FIO_PATH temporary(utf8_from_path(directory / name));
+        const FIO_PATH temporary(utf8_from_path(directory / temporary_name(random_number())));
         const HANDLE_OWNER file(open_for_writing(fio_get_unc_full_path(temporary.fullpath()), CREATE_NEW));
         if (file) {
             m_temporary = temporary;

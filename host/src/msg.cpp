@@ -86,8 +86,12 @@ MSG_INTERNAL_ERROR::HANDLER MSG_INTERNAL_ERROR::set_handler(HANDLER handler) {
     return std::exchange(error_handler(), std::move(handler));
 }
 
+bool msg_is_debug_on(const char* /*logger*/, int level) {
+    return debug_sink() || level <= debug_level();
+}
+
 void msg_local_vdebug(const char* logger, int level, const char* format, ...) {
-    if (!debug_sink() && level > debug_level()) {
+    if (!msg_is_debug_on(logger, level)) {
         return;
     }
     std::va_list arguments;

@@ -2,6 +2,8 @@
 
 #include <zlib.h>
 
+#include "quick_inflate.h"
+
 static_assert(ZLIB_OK == Z_OK);
 
 namespace {
@@ -21,5 +23,9 @@ int zlib_compress(BYTE* destination, DWORD* destination_length, const BYTE* sour
 }
 
 int zlib_uncompress(BYTE* destination, DWORD* destination_length, const BYTE* source, DWORD source_length) {
+    if (quick_inflate(destination, destination_length, source, source_length)) {
+        return ZLIB_OK;
+    }
+    // zlib says what is wrong with the stream, and gives as much of it as there is.
     return run<uncompress>(destination, destination_length, source, source_length);
 }

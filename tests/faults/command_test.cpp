@@ -1,4 +1,5 @@
 #include "faults/every_fault.h"
+#include "pgmdev/parameters/container_text.h"
 #include "pgmdev/parameters/fixture.h"
 #include "run.h"
 #include "support/captured_run.h"
@@ -29,23 +30,32 @@ protected:
             .exit_code;
     }
 
+    /// A container, with the text beside it.
+    void lay_out(const std::string& container) const {
+        std::filesystem::remove(m_directory.scratch().path("pgm_flash.ini.bak"));
+        m_directory.write_file(container);
+        m_directory.scratch().write("pgm_flash.ini.info", ref::info(container));
+    }
+
     /// Repeats the command with the first, second, ... fault, until there is none. Done is what it says that it has done;
     /// otherwise the container is the old or the new one.
     template <class ARM_NUMBER>
     void expect_truth(const std::string& before, const std::vector<std::string>& arguments,
                       const ARM_NUMBER& arm_number, std::size_t thinning) {
-        m_directory.write_file(before);
+        lay_out(before);
         ASSERT_EQ(run_with(arguments, [] { return std::make_unique<NO_FAULT>(); }), DONE);
         const std::string after = m_directory.file();
         ASSERT_NE(after, before);
         std::size_t number = 1;
         for (m_happened = true; m_happened && !HasFailure(); number += 1 + number / thinning) {
             SCOPED_TRACE(number);
-            m_directory.write_file(before);
+            lay_out(before);
             const int result = run_with(arguments, [&] { return arm_number(number); });
             const std::string file = m_directory.file();
             EXPECT_TRUE(file == after || (result != DONE && file == before));
-            EXPECT_EQ(m_directory.scratch().file_count(), 1U);
+            EXPECT_TRUE(ref::is_told_of(file, m_directory.info())) << m_directory.info();
+            EXPECT_EQ(m_directory.scratch().file_count(),
+                      1U + m_directory.has("pgm_flash.ini.info") + m_directory.has("pgm_flash.ini.bak"));
         }
         EXPECT_GT(number, 2U);
     }

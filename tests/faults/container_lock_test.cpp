@@ -3,6 +3,7 @@
 
 #include <thread>
 
+#include "pgmdev/parameters/container_text.h"
 #include "pgmdev/parameters/fixture.h"
 #include "run.h"
 #include "support/captured_run.h"
@@ -40,7 +41,8 @@ protected:
         for (unsigned writer = 0; writer < WRITERS; ++writer) {
             EXPECT_EQ(std::count(block.begin(), block.end(), static_cast<char>('a' + writer)), CHANGES);
         }
-        EXPECT_EQ(m_directory.scratch().file_count(), 1U);
+        EXPECT_EQ(m_directory.info(), ini_reference::info(m_directory.file()));
+        EXPECT_EQ(m_directory.scratch().file_count(), 2U);
     }
 
     FLASH_INI_DIRECTORY m_directory;

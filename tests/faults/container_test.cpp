@@ -4,7 +4,9 @@
 #include <csignal>
 
 #include "faults/every_fault.h"
+#include "pgmdev/parameters/container_text.h"
 #include "pgmdev/parameters/fixture.h"
+#include "support/debug_messages.h"
 
 // The parameter container on a system that fails: a block is never lost, and the result is the truth.
 
@@ -17,14 +19,25 @@ const ref::BLOCKS CHANGED{"first", "new", "third"};
 
 class ContainerFaults : public testing::Test {
 protected:
-    void prepare() const { m_directory.write_file(ref::file(BLOCKS)); }
+    static constexpr const char* INFO = "pgm_flash.ini.info";
+    static constexpr const char* COPY = "pgm_flash.ini.bak";
 
-    /// Old or new, as the result says; nothing else in the directory; and the next call works.
+    /// The container, with the text beside it.
+    void prepare() const {
+        std::filesystem::remove(m_directory.scratch().path(COPY));
+        m_directory.write_file(ref::file(BLOCKS));
+        m_directory.scratch().write(INFO, ref::info(ref::file(BLOCKS)));
+    }
+
+    /// Old or new, as the result says; the text agrees; no temporary is left; and the next call works.
     void judge(bool result) const {
-        EXPECT_EQ(m_directory.file(), ref::file(result ? CHANGED : BLOCKS));
-        EXPECT_EQ(m_directory.scratch().file_count(), 1U);
+        const std::string file = m_directory.file();
+        EXPECT_EQ(file, ref::file(result ? CHANGED : BLOCKS));
+        EXPECT_TRUE(ref::is_told_of(file, m_directory.info())) << m_directory.info();
+        EXPECT_EQ(m_directory.scratch().file_count(), 1U + m_directory.has(INFO) + m_directory.has(COPY));
         EXPECT_TRUE(FLASH_INI_DIRECTORY::write(1, "new"));
         EXPECT_EQ(m_directory.file(), ref::file(CHANGED));
+        EXPECT_EQ(m_directory.info(), ref::info(ref::file(CHANGED)));
     }
 
     FLASH_INI_DIRECTORY m_directory;
@@ -61,6 +74,7 @@ TEST_F(ContainerFaults, NoDescriptorsFromSomePointOn) {
             result = FLASH_INI_DIRECTORY::write(1, "new");
         }
         EXPECT_EQ(m_directory.file(), ref::file(result ? CHANGED : BLOCKS)) << number;
+        EXPECT_TRUE(ref::is_told_of(m_directory.file(), m_directory.info())) << number;
     }
 }
 
@@ -76,6 +90,7 @@ TEST_F(ContainerFaults, InterruptedAndShortCallsAreContinued) {
     EXPECT_TRUE(written);
     EXPECT_EQ(read, "third");
     EXPECT_EQ(m_directory.file(), ref::file(CHANGED));
+    EXPECT_EQ(m_directory.info(), ref::info(ref::file(CHANGED)));
 }
 
 TEST_F(ContainerFaults, ABlockIsReadWholeOrNotAtAll) {
@@ -113,6 +128,59 @@ TEST_F(ContainerFaults, DamagedContainerWithoutACopyStays) {
         });
 }
 
+TEST_F(ContainerFaults, CopyOfADoubtfulContainerIsKept) {
+    const std::string doubtful = ref::file(BLOCKS);
+    for (const int error : {EIO, ENOSPC}) {
+        with_each_call_failing<bool>(
+            error,
+            [&] {
+                prepare();
+                m_directory.scratch().write(INFO, ref::info(ref::file(CHANGED)));
+            },
+            [] { return FLASH_INI_DIRECTORY::write(1, "another"); },
+            [&](bool result, const char* call) {
+                EXPECT_EQ(m_directory.file(), result ? ref::file({"first", "another", "third"}) : doubtful);
+                if (m_directory.has(COPY)) {
+                    EXPECT_EQ(read_file(m_directory.scratch().path(COPY)), doubtful);
+                } else {
+                    EXPECT_NE(*call, '\0');  // what has failed was the copying
+                }
+            });
+    }
+}
+
+/// How many calls of the system a reading takes.
+std::size_t calls_of_reading() {
+    for (std::size_t number = 1;; ++number) {
+        const FAILING_CALL fault(number, EIO);
+        FLASH_INI_DIRECTORY::read(1);
+        if (!fault.happened()) {
+            return number - 1;
+        }
+    }
+}
+
+TEST_F(ContainerFaults, WhereNobodyListensTheTextIsNotRead) {
+    m_directory.write_file(ref::file(BLOCKS));
+    const std::size_t without = calls_of_reading();
+    m_directory.scratch().write(INFO, ref::info(ref::file(CHANGED)));
+    EXPECT_EQ(calls_of_reading(), without);
+    const DEBUG_MESSAGES messages;
+    EXPECT_GT(calls_of_reading(), without);
+}
+
+TEST_F(ContainerFaults, DoubtsChangeNothingInWhatIsRead) {
+    const DEBUG_MESSAGES messages;
+    for (const int error : {EIO, EMFILE, EINTR}) {
+        with_each_call_failing<std::optional<std::string>>(
+            error, [this] { prepare(); }, [] { return FLASH_INI_DIRECTORY::read(1); },
+            [](const std::optional<std::string>& block, const char* call) {
+                EXPECT_TRUE(!block || block == "second");
+                EXPECT_TRUE(*call != '\0' || block.has_value());
+            });
+    }
+}
+
 /// Processes that write a block each, again and again.
 TEST_F(ContainerFaults, TwoWritersKeepEachOthersBlocks) {
     constexpr int ROUNDS = 50;
@@ -133,7 +201,8 @@ TEST_F(ContainerFaults, TwoWritersKeepEachOthersBlocks) {
         EXPECT_EQ(::waitpid(writer, &status, 0), writer);
         EXPECT_EQ(status, 0);
     }
-    EXPECT_EQ(m_directory.scratch().file_count(), 1U);
+    EXPECT_EQ(m_directory.info(), ref::info(m_directory.file()));
+    EXPECT_EQ(m_directory.scratch().file_count(), 2U);
 }
 
 TEST_F(ContainerFaults, KilledWritersLeaveOldOrNew) {
@@ -152,6 +221,7 @@ TEST_F(ContainerFaults, KilledWritersLeaveOldOrNew) {
         ::waitpid(writer, nullptr, 0);
         const std::string file = m_directory.file();
         ASSERT_TRUE(file == ref::file(BLOCKS) || file == ref::file(CHANGED)) << testing::PrintToString(file);
+        ASSERT_TRUE(ref::is_told_of(file, m_directory.info())) << m_directory.info();
     }
     EXPECT_TRUE(FLASH_INI_DIRECTORY::write(1, "after"));  // the lock went with its holder
 }

@@ -4,6 +4,7 @@
 #include <set>
 
 #include "host/replacing.h"
+#include "pgmdev/parameters/container_text.h"
 #include "pgmdev/parameters/fixture.h"
 #include "run.h"
 #include "support/captured_run.h"
@@ -100,9 +101,41 @@ TEST_F(PowerLoss, AFileThatWasNotThere) {
     expect_old_or_new([&] { EXPECT_TRUE(replace(m_directory.scratch().path("file"), "something")); });
 }
 
+/// The container is the old one or the new one, and whatever text is beside it tells of it.
 TEST_F(PowerLoss, AContainer) {
-    m_directory.write_file(ref::file({"first", "second", "third"}));
-    expect_old_or_new([] { EXPECT_TRUE(FLASH_INI_DIRECTORY::write(1, "another one")); });
+    const std::string before = ref::file({"first", "second", "third"});
+    const std::string after = ref::file({"first", "another one", "third"});
+    const std::string container = m_directory.path().string();
+    for (const bool had_a_text : {true, false}) {
+        m_directory.write_file(before);
+        if (had_a_text) {
+            m_directory.scratch().write("pgm_flash.ini.info", ref::info(before));
+        } else {
+            fs::remove(container + ".info");
+        }
+        with_every_power_loss([] { EXPECT_TRUE(FLASH_INI_DIRECTORY::write(1, "another one")); },
+                              [&](const DISK& disk, bool done) {
+                                  const std::string& found = disk.at(container);
+                                  const auto info = disk.find(container + ".info");
+                                  EXPECT_TRUE(found == after || (!done && found == before));
+                                  EXPECT_TRUE(info != disk.end() || (!done && !had_a_text));
+                                  EXPECT_TRUE(info == disk.end() || ref::is_told_of(found, info->second));
+                                  EXPECT_TRUE(!done || info->second == ref::info(after));
+                              });
+    }
+}
+
+TEST_F(PowerLoss, AContainerThatWasNotThere) {
+    const std::string after = ref::file({std::nullopt, "first one", std::nullopt});
+    const std::string container = m_directory.path().string();
+    m_directory.scratch().write("pgm_flash.ini.info", ref::info("of one that is gone"));
+    with_every_power_loss(
+        [] { EXPECT_TRUE(FLASH_INI_DIRECTORY::write(1, "first one")); },
+        [&](const DISK& disk, bool done) {
+            const auto found = disk.find(container);
+            EXPECT_TRUE(found == disk.end() ? !done : found->second == after);
+            EXPECT_TRUE(found == disk.end() || ref::is_told_of(found->second, disk.at(container + ".info")));
+        });
 }
 
 /// The copy that is kept of a damaged container is on the disk before the container is another one.

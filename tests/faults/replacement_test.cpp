@@ -54,24 +54,6 @@ TEST(ReplacementFaults, NobodyReadsTheTemporaryOfAPrivateFile) {
     EXPECT_EQ(status.st_mode & 0777U, 0600U);
 }
 
-TEST(ReplacementFaults, StaleTemporariesAreSweptAndOthersStay) {
-    const SCRATCH scratch;
-    const std::string young = scratch.write(".tessary-1", "young");
-    const std::string foreign = scratch.write("tessary-old", "not ours");
-    const std::string stale = scratch.write(".tessary-2", "left behind");
-    const std::string ended = scratch.write(".tessary-3", "left behind");
-    const FIO_REPLACEMENT live(scratch.path("other"));
-    fs::last_write_time(stale, fs::file_time_type::clock::now() - std::chrono::hours(25));
-    fs::last_write_time(ended, fs::file_time_type::clock::now() - std::chrono::hours(1000));
-    fs::last_write_time(foreign, fs::file_time_type::clock::now() - std::chrono::hours(1000));
-    ASSERT_TRUE(replace(scratch.path("file"), "new"));
-    EXPECT_FALSE(fs::exists(stale));
-    EXPECT_FALSE(fs::exists(ended));
-    EXPECT_TRUE(fs::exists(young));
-    EXPECT_TRUE(fs::exists(foreign));
-    EXPECT_TRUE(fs::exists(live.temporary().fullpath()));
-}
-
 TEST(ReplacementFaults, NamesOfTemporariesDoNotRunOut) {
     const SCRATCH scratch;
     for (int i = 1; i <= 300; ++i) {

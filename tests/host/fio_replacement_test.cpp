@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <chrono>
 #include <filesystem>
 #include <stdexcept>
 #include <string>
@@ -184,4 +185,29 @@ TEST(fio_replacement, ReadersSeeOneOfTheFilesWhole) {
         writer.join();
     }
     EXPECT_EQ(scratch.file_count(), 1U);
+}
+
+TEST(fio_replacement, SweepsStaleTemporariesAndLeavesOthers) {
+    const SCRATCH scratch;
+    const std::string young = scratch.write(".tessary-1", "young");
+    const std::string foreign = scratch.write("tessary-old", "not ours");
+    const std::string lock = scratch.write(".tessary-lock", "no temporary");
+    const std::string stale = scratch.write(".tessary-2", "left behind");
+    const std::string ended = scratch.write(".tessary-3", "left behind");
+    const std::string no_file = scratch.path(".tessary-4");
+    fs::create_directories(no_file);
+    const FIO_REPLACEMENT live(scratch.path("other"));
+    fs::last_write_time(stale, fs::file_time_type::clock::now() - std::chrono::hours(25));
+    fs::last_write_time(ended, fs::file_time_type::clock::now() - std::chrono::hours(1000));
+    for (const std::string& other : {foreign, lock, no_file}) {
+        fs::last_write_time(path_from_utf8(other), fs::file_time_type::clock::now() - std::chrono::hours(1000));
+    }
+    ASSERT_TRUE(replace(scratch.path("file"), "new"));
+    EXPECT_FALSE(FIO_FILE_SYSTEM::exists(stale.c_str()));
+    EXPECT_FALSE(FIO_FILE_SYSTEM::exists(ended.c_str()));
+    EXPECT_TRUE(FIO_FILE_SYSTEM::exists(young.c_str()));
+    EXPECT_TRUE(FIO_FILE_SYSTEM::exists(foreign.c_str()));
+    EXPECT_TRUE(FIO_FILE_SYSTEM::exists(lock.c_str()));
+    EXPECT_TRUE(FIO_FILE_SYSTEM::exists(no_file.c_str()));
+    EXPECT_TRUE(FIO_FILE_SYSTEM::exists(live.temporary().fullpath().c_str()));
 }

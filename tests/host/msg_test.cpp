@@ -153,6 +153,19 @@ TEST(msg_debug, SetSinkReturnsThePreviousOne) {
     EXPECT_EQ(outer.all(), (std::vector<MESSAGE>{{"M", 1, "outer"}}));
 }
 
+TEST(msg_debug, TellsWhetherAMessageGoesAnywhere) {
+    EXPECT_FALSE(msg_is_debug_on("M", 1));
+    {
+        const SETTING level("TESSARY_DEBUG_LEVEL", "2");
+        EXPECT_TRUE(msg_is_debug_on("M", 1));
+        EXPECT_TRUE(msg_is_debug_on("M", 2));
+        EXPECT_FALSE(msg_is_debug_on("M", 3));
+    }
+    const MESSAGES messages;
+    EXPECT_TRUE(msg_is_debug_on("M", 3));
+    EXPECT_TRUE(messages.all().empty());
+}
+
 TEST(msg_debug, SilentWithoutALevel) {
     EXPECT_EQ(run_host_probe({"debug", "1", "text", "debug", "2", "text"}).errors, "");
     for (const char* level : {"0", "", "-1", "x", "1 ", "0x2", "99999999999999"}) {

@@ -103,7 +103,13 @@ TEST_F(doctor, FindsADamagedContainer) {
     const JSON sound = named(examine(DONE)["files"], "parameter container");
     EXPECT_EQ(sound["state"], "good");
     EXPECT_EQ(sound["size"], 47);
-    scratch.write("pgm_flash.ini", read_file(scratch.path("pgm_flash.ini")) + "x");
+    const std::string bytes = read_file(scratch.path("pgm_flash.ini"));
+    scratch.write("pgm_flash.ini", bytes.substr(0, bytes.size() - 1) + "x");
+    const JSON doubtful = named(examine(NOT_FOUND)["files"], "parameter container");
+    EXPECT_EQ(doubtful["state"], "doubtful");
+    EXPECT_EQ(doubtful["size"], 47);
+    EXPECT_TRUE(contains(doubtful["remark"].get<std::string>(), "pgm_flash.ini.info tells of another one"));
+    scratch.write("pgm_flash.ini", bytes + "x");
     EXPECT_EQ(named(examine(NOT_FOUND)["files"], "parameter container")["state"], "damaged");
 }
 

@@ -2,6 +2,7 @@
 
 #include "command_fixture.h"
 #include "flash_source.h"
+#include "pgmdev/parameters/container_text.h"
 #include "pgmdev/parameters/fixture.h"
 
 // Outputs replace nothing but their like, and what is damaged is not taken for missing.
@@ -142,5 +143,56 @@ TEST(nothing_destroyed, ContainersWithoutBlocksAreSound) {
         const PROCESS_RESULT list = container.run({"params", "list"});
         EXPECT_EQ(list.exit_code, DONE) << list.errors;
         EXPECT_EQ(list.errors, "");
+    }
+}
+
+TEST(nothing_destroyed, ADoubtfulContainerIsReadAndNotChangedWithoutForce) {
+    const std::string written = ref::file(ref::BLOCKS{"free", std::nullopt, NAND_STAMP + nand_record()});
+    std::string flipped = written;
+    flipped[flipped.size() - 8] = '\x41';  // a size of flash
+    const std::vector<std::vector<std::string>> changes{
+        {"hps", "add", "nand", "manufacturer_id=1", "device_id=2", "device_byte_size=0x1000"},
+        {"hps", "edit", "nand", "0", "device_id=2"},
+        {"hps", "remove", "nand", "0"},
+        {"params", "set", "0", "BYTE=1"},
+        {"params", "write", "0", ""},
+        {"params", "remove", "0"}};
+    for (std::vector<std::string> change : changes) {
+        const CONTAINER_FILE container(flipped);
+        container.scratch().write("pgm_flash.ini.info", ref::info(written));
+        if (change.back().empty()) {
+            change.back() = container.scratch().write("block.bin", "bytes");
+        }
+        const JSON error = container.refusal(change, INTERNAL_ERROR, "container_doubtful");
+        EXPECT_EQ(error.at("message"), "the parameter container is doubtful, since " + container.path() +
+                                           ".info tells of another one: it was damaged, or written by another program");
+        EXPECT_EQ(error.at("path"), container.path());
+        EXPECT_EQ(container.bytes(), flipped);
+        change.emplace_back("--force");
+        EXPECT_EQ(container.run(change).exit_code, DONE) << change[1];
+        EXPECT_NE(container.bytes(), flipped);
+        EXPECT_EQ(read_file(container.path() + ".info"), ref::info(container.bytes()));
+        EXPECT_EQ(read_file(container.path() + ".bak"), flipped);
+        EXPECT_EQ(container.run({"params", "list"}).errors, "");
+    }
+}
+
+TEST(nothing_destroyed, ADoubtfulContainerIsSaidToBe) {
+    const std::string bytes = ref::file(ref::BLOCKS{"free", std::nullopt, NAND_STAMP + nand_record()});
+    const CONTAINER_FILE container(bytes);
+    container.scratch().write("pgm_flash.ini.info", "container = pgm_flash.ini\n");
+    const std::vector<std::vector<std::string>> readings{
+        {"params", "list"}, {"params", "read", "0"}, {"params", "show", "0", "BYTE"}, {"hps", "nand"}, {"hps", "spi"}};
+    for (const std::vector<std::string>& reading : readings) {
+        const PROCESS_RESULT result = container.run(reading);
+        EXPECT_EQ(result.exit_code, DONE) << reading[1];
+        EXPECT_NE(result.output, "");
+        EXPECT_TRUE(contains(result.errors, "pgmdev: warning: the parameter container is doubtful, since " +
+                                                container.path() + ".info is damaged, or cannot be read"))
+            << result.errors;
+    }
+    fs::remove(container.path() + ".info");
+    for (const std::vector<std::string>& reading : readings) {
+        EXPECT_EQ(container.run(reading).errors, "");
     }
 }

@@ -10,6 +10,7 @@
 
 #include "msg.h"
 #include "pgmdev/flash/fixture.h"
+#include "pgmdev/parameters/container_text.h"
 #include "pgmdev/parameters/fixture.h"
 #include "pgmdev_dev_info_table.h"
 #include "pgmdev_flash_table.h"
@@ -172,7 +173,7 @@ TEST_F(Damage, ProfileDatabase) {
 }
 
 /// A container of which every block is in use, its head and its lengths damaged too: a block is read whole or not at all,
-/// and the command ends by itself.
+/// and the command refuses to change it.
 TEST_F(Damage, Container) {
     const std::vector<std::string> in_directory{"--module-dir", m_scratch.directory().string()};
     const auto command = [&in_directory](std::vector<std::string> arguments) {
@@ -189,9 +190,10 @@ TEST_F(Damage, Container) {
     const auto nand = ini_reference::read_block(file, 2);
     ASSERT_TRUE(spi && nand);
     const std::string sound = ini_reference::file({"values of others", spi, nand});
+    m_scratch.write("pgm_flash.ini.info", ini_reference::info(sound));
     sweep(
         "container", sound, "pgm_flash.ini", [](std::string bytes) { return bytes; },
-        [command](const std::string& path) -> const char* {
+        [command, sound](const std::string& path) -> const char* {
             const std::string bytes = read_file(path);
             const MODULE_DIRECTORY directory(fs::path(path).parent_path().string());
             for (unsigned which = 0; which < PGMDEV_FLASH_INI_MAX; ++which) {
@@ -200,7 +202,14 @@ TEST_F(Damage, Container) {
                 }
             }
             const int result = command({"params", "list"});
-            return result < 0 || result > 3 ? "the command ended strangely" : nullptr;
+            if (result < 0 || result > 3) {
+                return "the command ended strangely";
+            }
+            constexpr int REFUSED = 3;
+            if (bytes != sound && (command({"params", "remove", "0"}) != REFUSED || read_file(path) != bytes)) {
+                return "it is damaged, and was changed";
+            }
+            return nullptr;
         });
 }
 

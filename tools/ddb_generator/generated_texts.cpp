@@ -54,6 +54,22 @@ std::string data_set_source(const std::string& name, const DATA_SET& data) {
            constant(name + "_CMP_LENGTH", data.packed.size()) + constant(name + "_LENGTH", data.unpacked_length);
 }
 
+std::string digests_source(const DIGEST_TABLES& digests) {
+    const auto unsigned_array = [](const std::string& declaration, const std::vector<std::uint64_t>& items) {
+        return array(declaration, items, [](std::uint64_t number) { return std::to_string(number) + "U"; });
+    };
+    std::string all_names;
+    for (const std::uint8_t byte : digests.all_names) {
+        all_names += std::to_string(byte) + ",";
+    }
+    return "namespace {\n\n" + unsigned_array("const HASHED_PART NAMES[]", digests.names) +
+           unsigned_array("const HASHED_PART DENOTING[]", digests.denoting) +
+           unsigned_array("const std::uint64_t CHECKS[]", digests.checks) +
+           "\n}  // namespace\n\nconstinit const PART_DIGESTS PGMDDB_PART_DIGESTS = {{" + all_names + "}, " +
+           std::to_string(digests.parts) + ", NAMES, " + std::to_string(digests.names.size()) + ", DENOTING, CHECKS, " +
+           std::to_string(digests.denoting.size()) + "};\n";
+}
+
 /// A row of names as a literal, with its NULs written out up to the last name.
 std::string row_literal(const std::array<char, NAME_ROW_SIZE>& row) {
     std::size_t end = row.size();
@@ -121,9 +137,10 @@ std::string value_list(const std::vector<ROW>& rows, std::string ROW::*member) {
 
 }  // namespace
 
-std::string data_source(const DATA_SET& grammar, const DATA_SET& ordering_codes) {
-    return std::string(BANNER) + "#include \"names/compiled_in_data.h\"\n\n" +
-           data_set_source("PGMDDB_GRAMMAR", grammar) + "\n" + data_set_source("PGMDDB_OPN", ordering_codes);
+std::string data_source(const DATA_SET& grammar, const DATA_SET& ordering_codes, const DIGEST_TABLES& digests) {
+    return std::string(BANNER) + "#include \"names/compiled_in_data.h\"\n#include \"names/compiled_in_digests.h\"\n\n" +
+           data_set_source("PGMDDB_GRAMMAR", grammar) + "\n" + data_set_source("PGMDDB_OPN", ordering_codes) + "\n" +
+           digests_source(digests);
 }
 
 std::string boot_flash_source(const BOOT_FLASH& flash) {

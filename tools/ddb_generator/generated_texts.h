@@ -9,9 +9,10 @@
 #include "catalog.h"
 #include "data_set.h"
 #include "host_tables.h"
+#include "part_digests.h"
 
 /// C++ source that defines the data compiled into the library.
-std::string data_source(const DATA_SET& grammar, const DATA_SET& ordering_codes);
+std::string data_source(const DATA_SET& grammar, const DATA_SET& ordering_codes, const DIGEST_TABLES& digests);
 
 /// C++ source that defines the built-in lists of boot flash.
 std::string boot_flash_source(const BOOT_FLASH& flash);

@@ -17,6 +17,7 @@
 #include "generated_texts.h"
 #include "grammar.h"
 #include "host_tables.h"
+#include "part_digests.h"
 
 namespace {
 
@@ -116,7 +117,8 @@ std::optional<CATALOG_PRODUCTS> make_products(const fs::path& directory, FAULTS&
     if (!faults.empty()) {
         return std::nullopt;
     }
-    std::string data = data_source(proven_grammar(grammar), proven_ordering_codes(ordering_codes(catalog)));
+    std::string data = data_source(proven_grammar(grammar), proven_ordering_codes(ordering_codes(catalog)),
+                                   build_digest_tables(catalog, grammar));
     std::string host = host_source(build_host_tables(catalog));
     return CATALOG_PRODUCTS{std::move(catalog), std::move(grammar), std::move(data), std::move(host)};
 }

@@ -1,12 +1,15 @@
 #include "pgmdev_flash_manager.h"
 
 #include <algorithm>
-#include <map>
 #include <memory>
+#include <memory_resource>
 #include <tuple>
+#include <unordered_map>
 #include <utility>
 
 #include "cfg.h"
+#include "doubts.h"
+#include "file_info.h"
 #include "flash/records.h"
 #include "gen.h"
 #include "packed/file.h"
@@ -19,6 +22,25 @@ namespace {
 constexpr const char* DATABASE_FILE = "/programmer/pgm_flash.pcf";
 constexpr const char* ALWAYS_ENABLED = "NONE";
 constexpr const char* ENABLING_SWITCH = "PGM_ALLOW_";
+
+/// Which names are one name is the host's to say. Their hashes are the same if they differ in the case of ASCII letters,
+/// or in characters that ASCII has not.
+struct NAME_HASH {
+    std::size_t operator()(std::string_view name) const {
+        constexpr DWORD CASE_OF_LETTERS = 0x20;
+        constexpr DWORD NOT_ASCII = 0x80;
+        QWORD hash = name.size();
+        for (const char character : name) {
+            const DWORD folded = static_cast<BYTE>(character) | CASE_OF_LETTERS;
+            hash = (hash ^ std::min(folded, NOT_ASCII)) * 0x100000001B3;
+        }
+        return static_cast<std::size_t>(hash);
+    }
+};
+
+struct SAME_NAME {
+    bool operator()(std::string_view left, std::string_view right) const { return gen_stricmp(left, right) == 0; }
+};
 
 }  // namespace
 
@@ -127,6 +149,7 @@ private:
 };
 
 void PGMDEV_FLASH_MANAGER::initialize_flash_database(FIO_PATH flash_file) {
+    tell_doubts(flash_file.fullpath(), DATABASE_DIGEST_KEY);
     const PACKED_BODY body = read_packed_file(flash_file, FLASH_FORMAT);
     if (body.data != nullptr) {
         parse_body(body.data.get(), body.size);
@@ -203,13 +226,13 @@ void PGMDEV_FLASH_MANAGER::confirm_default_value(DWORD first) {
     PGMDEV_REQUIRE(m_flash_database != nullptr || m_flash_count == 0, "m_flash_database != NULL", FLASH_MANAGER_FILE);
     const PGMDEV_SFL_FLASH_INFO* const begin = m_flash_database + first;
     const PGMDEV_SFL_FLASH_INFO* const end = begin + m_flash_count;
-    // Which names are one name is the host's to say.
-    const auto precedes = [](const std::string& left, const std::string& right) {
-        return gen_stricmp(left, right) < 0;
-    };
-    std::map<std::string, DWORD, decltype(precedes)> defaults(precedes);
+    std::pmr::monotonic_buffer_resource memory;
+    std::pmr::unordered_map<std::string_view, DWORD, NAME_HASH, SAME_NAME> defaults(m_flash_count, &memory);
     for (const auto* record = begin; record != end; ++record) {
         defaults[record->device_name] += record->default_dev ? 1 : 0;
+    }
+    if (std::all_of(defaults.begin(), defaults.end(), [](const auto& name) { return name.second == 1; })) {
+        return;
     }
     for (const auto* record = begin; record != end;
          ++record) {  // in record order, so that the first faulty name is reported

@@ -109,6 +109,12 @@ std::span<const std::string_view> GRAMMAR_TABLE::entries_of(std::string_view key
     return {m_entries.data() + found.first_entry, m_entries.data() + found.entry_end};
 }
 
+std::vector<std::string_view> GRAMMAR_TABLE::keys() const {
+    std::vector<std::string_view> keys(m_records.size());
+    std::transform(m_records.begin(), m_records.end(), keys.begin(), [](const RECORD& record) { return record.key; });
+    return keys;
+}
+
 std::string_view GRAMMAR_TABLE::key_of(std::string_view entry) const {
     const DWORD* number =
         m_by_entry.find(entry, TEXT_INDEX::hash(entry), [this](DWORD place) { return m_entries[place]; });

@@ -32,6 +32,9 @@ public:
     /// The entries of a key in the order of the data set; empty when there is no such key.
     std::span<const std::string_view> entries_of(std::string_view key) const;
 
+    /// All keys in the order of the data set.
+    std::vector<std::string_view> keys() const;
+
     /// The first key, in byte-wise order, that has that entry; empty when none has.
     std::string_view key_of(std::string_view entry) const;
 

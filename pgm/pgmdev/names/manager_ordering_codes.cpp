@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "names/catalog_parts.h"
 #include "names/part_indexes.h"
 #include "names/parts.h"
 #include "names/stores.h"
@@ -39,6 +40,10 @@ QWORD PGMDEV_MGR::get_opn_hash(std::string name) {
 
 std::string PGMDEV_MGR::get_opn_from_hash(QWORD hash) {
     hash &= PART_NAME_HASH_MASK;
+    if (host_has_catalog_parts()) {
+        const int part = catalog_part_by_hash(hash);
+        return part != 0 ? upper_part_name(part) : std::string();
+    }
     if (const NUMBER_INDEX* index = parts_by_hash(INDEX_WANTED::WHEN_IT_PAYS)) {
         const DWORD* part = index->find(hash);
         return part != nullptr ? upper_part_name(static_cast<int>(*part)) : std::string();

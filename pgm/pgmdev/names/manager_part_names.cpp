@@ -2,6 +2,7 @@
 #include <utility>
 
 #include "msg.h"
+#include "names/catalog_parts.h"
 #include "names/grammar_trace.h"
 #include "names/part_indexes.h"
 #include "names/parts.h"
@@ -82,9 +83,15 @@ std::string PGMDEV_MGR::get_part_name_from_pcf(std::string pcf_name) {
 std::string PGMDEV_MGR::get_possible_full_name(std::string name) {
     [[maybe_unused]] DEV_PART_MANAGER manager;  // the host may load its part list for as long as one lives
     stl_toupper(name);
-    // While conversions are traced, they have to be seen: every candidate's.
-    const PART_NAME_INDEX* index = grammar_is_traced() ? nullptr : parts_by_possible_name(INDEX_WANTED::WHEN_IT_PAYS);
-    std::optional<std::string> full_name = index != nullptr ? index->find(name) : first_denoted(name);
+    std::optional<std::string> full_name;
+    if (grammar_is_traced()) {
+        full_name = first_denoted(name);  // conversions have to be seen: every candidate's
+    } else if (host_has_catalog_parts()) {
+        full_name = catalog_part_denoted(name);
+    } else {
+        const PART_NAME_INDEX* index = parts_by_possible_name(INDEX_WANTED::WHEN_IT_PAYS);
+        full_name = index != nullptr ? index->find(name) : first_denoted(name);
+    }
     if (!full_name) {
         pgmdev_soften([&] {
             MSG_INTERNAL_ERROR::report_varg(PGMDEV_MODULE, MGR_FILE, PGMDEV_LINE,

@@ -1,7 +1,9 @@
 #include "names/part_indexes.h"
 
+#include <algorithm>
 #include <memory>
 
+#include "names/catalog_parts.h"
 #include "names/conversions.h"
 #include "names/on_demand.h"
 #include "names/parts.h"
@@ -21,7 +23,7 @@ public:
     }
 };
 
-constinit INDEX_ON_DEMAND<PART_NAME_INDEX, 1> by_programmer_file_name;
+constinit INDEX_ON_DEMAND<PART_NAME_INDEX, 0> by_programmer_file_name;
 constinit INDEX_ON_DEMAND<PART_NAME_INDEX, 20> by_possible_name;
 constinit INDEX_ON_DEMAND<NUMBER_INDEX, 1> by_hash;
 constinit INDEX_ON_DEMAND<NUMBER_INDEX, 20> codes_by_part;
@@ -34,8 +36,15 @@ std::string normal(std::string name) {
 
 std::unique_ptr<PART_NAME_INDEX> index_programmer_file_names(const GRAMMAR_STORE* grammar) {
     auto index = std::make_unique<PART_NAME_INDEX>();
+    std::vector<bool> seen;  // most parts pass the filters of several passes
     DEV_PART_MANAGER manager;
     for_each_preferred_part(manager, "ANY", [&](int part) {
+        const auto place = static_cast<std::size_t>(part);
+        seen.resize(std::max(seen.size(), place + 1));
+        if (seen[place]) {
+            return false;
+        }
+        seen[place] = true;
         std::string name = normal(dstr_get_user_string(part));
         const std::string_view part_pcf = key_of(grammar, TABLE::PGM_PART_PCF, name);
         if (!index->has(part_pcf)) {
@@ -125,4 +134,5 @@ void free_part_indexes() {
     by_possible_name.free();
     by_hash.free();
     codes_by_part.free();
+    forget_host_parts();
 }

@@ -4,7 +4,7 @@
 /// Indexes behind the questions for parts: they find at once what otherwise takes a walk over all parts.
 ///
 /// A walk answers sooner than an index is made, so questions do without until the walks have taken about as long as
-/// making it. Then whichever thread asks next makes it, as the stores are made; it is only read from then on, and freed
+/// making it, but for programmer-file names: a walk for one of those mostly goes over all parts. Then whichever thread asks next makes it, as the stores are made; it is only read from then on, and freed
 /// with the stores.
 ///
 /// An index takes for granted that the host goes on giving the answers that it gave when the index was made: the same
@@ -52,5 +52,5 @@ const PART_NAME_INDEX* parts_by_possible_name(INDEX_WANTED wanted);
 const NUMBER_INDEX* parts_by_hash(INDEX_WANTED wanted);           ///< part numbers by hash of the name
 const NUMBER_INDEX* ordering_codes_by_part(INDEX_WANTED wanted);  ///< ordering-code indexes by part number
 
-/// Frees all indexes, and makes questions walk again. No other thread may be using them.
+/// Frees all indexes; the next questions are first ones again, also for catalog_parts.h. No other thread may be using them.
 void free_part_indexes();

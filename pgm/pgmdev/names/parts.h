@@ -4,6 +4,7 @@
 /// The host's parts, as the operations on part names go through them.
 
 #include <array>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -25,6 +26,9 @@ inline constexpr std::size_t PART_PREFIX_SIZE = 5;
 
 /// Whether both names are at least that long and begin alike.
 bool share_part_prefix(std::string_view left, std::string_view right);
+
+/// The SHA-256 of a text, by the host.
+std::unique_ptr<const BYTE[]> sha256_of(const std::string& text);
 
 /// The hash of a name, which is in upper case: the first 48 bits of its SHA-256, the least significant byte first.
 QWORD part_name_hash(const std::string& upper_name);

@@ -61,6 +61,15 @@ std::vector<std::string> forward_lookup(const GRAMMAR_STORE* store, PGMDEV_DDB_G
     return {entries.begin(), entries.end()};
 }
 
+std::span<const std::string_view> entries_of(const GRAMMAR_STORE* store, PGMDEV_DDB_GRAMMAR_ENUM type,
+                                             std::string_view key) {
+    return table_of(store, type).entries_of(key);
+}
+
+std::vector<std::string_view> keys_of(const GRAMMAR_STORE* store, PGMDEV_DDB_GRAMMAR_ENUM type) {
+    return table_of(store, type).keys();
+}
+
 const std::vector<DWORD>& opn_list(const OPN_STORE* store) {
     PGMDEV_REQUIRE(store != nullptr, "mgr != NULL", DDB_MGR_FILE);
     PGMDEV_REQUIRE(store->map != nullptr, "M_MAP != NULL", DDB_MGR_FILE);

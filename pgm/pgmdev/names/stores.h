@@ -35,5 +35,10 @@ std::string reverse_lookup(const GRAMMAR_STORE* store, PGMDEV_DDB_GRAMMAR_ENUM t
 std::vector<std::string> forward_lookup(const GRAMMAR_STORE* store, PGMDEV_DDB_GRAMMAR_ENUM type,
                                         const std::string& name);
 
+/// The entries of a key that is normal, and all keys. The texts belong to the store.
+std::span<const std::string_view> entries_of(const GRAMMAR_STORE* store, PGMDEV_DDB_GRAMMAR_ENUM type,
+                                             std::string_view key);
+std::vector<std::string_view> keys_of(const GRAMMAR_STORE* store, PGMDEV_DDB_GRAMMAR_ENUM type);
+
 /// The part numbers by ordering-code index.
 const std::vector<DWORD>& opn_list(const OPN_STORE* store);

@@ -1,39 +1,6 @@
 #include "packed/codec.h"
 
 #include <algorithm>
-#include <array>
-
-#include "report.h"
-
-namespace {
-
-bool is_in(DWORD tags, BYTE tag) {
-    return tag < 32 && (tags >> tag & 1) != 0;
-}
-
-}  // namespace
-
-void PACKED_READER::require_room(QWORD count) const {
-    PGMDEV_REQUIRE(m_index <= m_size && count <= m_size - m_index, "index < data_size", m_format.file);
-}
-
-BYTE PACKED_READER::next() {
-    require_room(1);
-    return m_data[m_index++];
-}
-
-DWORD PACKED_READER::little_endian(DWORD count) {
-    require_room(count);
-    DWORD value = 0;
-    for (DWORD i = 0; i < count; ++i) {
-        value |= DWORD{m_data[m_index++]} << 8 * i;
-    }
-    return value;
-}
-
-DWORD PACKED_READER::untagged_dword() {
-    return little_endian(4);
-}
 
 PACKED_BODY_HEAD PACKED_READER::body_head() {
     PACKED_BODY_HEAD head;
@@ -45,40 +12,18 @@ PACKED_BODY_HEAD PACKED_READER::body_head() {
     return head;
 }
 
+void PACKED_READER::get_untagged_dwords(std::span<DWORD> values) {
+    require_room(values.size_bytes());
+    const BYTE* bytes = m_data + m_index;
+    for (DWORD& value : values) {
+        value = little_endian_at<DWORD>(bytes);
+        bytes += sizeof(DWORD);
+    }
+    m_index += static_cast<DWORD>(values.size_bytes());
+}
+
 void PACKED_READER::confirm_tag(PGMDEV_MANAGER_TYPE tag, const char* condition) {
     PGMDEV_REQUIRE(next() == tag, condition, m_format.file);
-}
-
-bool PACKED_READER::get_bool() {
-    PGMDEV_REQUIRE(next() == PGMDEV_MANAGER_BOOL, "type == PGMDEV_MANAGER_BOOL", m_format.file);
-    const BYTE value = next();
-    PGMDEV_REQUIRE(value == 0 || value == 1, "value == 0 || value == 1", m_format.file);
-    return value == 1;
-}
-
-BYTE PACKED_READER::get_byte() {
-    PGMDEV_REQUIRE(next() == PGMDEV_MANAGER_BYTE, "type == PGMDEV_MANAGER_BYTE", m_format.file);
-    return next();
-}
-
-WORD PACKED_READER::get_word() {
-    PGMDEV_REQUIRE(next() == PGMDEV_MANAGER_WORD, "type == PGMDEV_MANAGER_WORD", m_format.file);
-    return static_cast<WORD>(little_endian(2));
-}
-
-DWORD PACKED_READER::get_dword() {
-    PGMDEV_REQUIRE(is_in(m_format.dword_tags, next()), m_format.wrong_dword_tag, m_format.file);
-    return little_endian(4);
-}
-
-void PACKED_READER::get_string(bool allow_empty, std::string& text) {
-    PGMDEV_REQUIRE(is_in(m_format.string_tags, next()), m_format.wrong_string_tag, m_format.file);
-    text.clear();
-    const BYTE length = next();
-    PGMDEV_REQUIRE(length > 0 || allow_empty, "allow_empty", m_format.file);
-    require_room(length);
-    text.assign(reinterpret_cast<const char*>(m_data + m_index), length);
-    m_index += length;
 }
 
 void PACKED_READER::confirm_marker(std::string_view marker) {
@@ -88,14 +33,6 @@ void PACKED_READER::confirm_marker(std::string_view marker) {
             pgmdev_report(condition.c_str(), m_format.file, PGMDEV_LINE);
         }
     }
-}
-
-void PACKED_READER::confirm_record_end() {
-    confirm_marker(PACKED_RECORD_END);
-}
-
-void PACKED_READER::confirm_database_end() {
-    confirm_marker(PACKED_DATABASE_END);
 }
 
 void PACKED_WRITER::require_room(QWORD count) const {

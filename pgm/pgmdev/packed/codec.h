@@ -6,10 +6,12 @@
 /// Both work on a buffer of known size at a running index that belongs to the caller and moves past what was read or
 /// written. Leaving the buffer is reported with "index < data_size"; nothing outside it is touched.
 
+#include <span>
 #include <string>
 
 #include "packed/format.h"
 #include "pgmdev_types.h"
+#include "report.h"
 
 /// The size of a buffer that comes as a bare pointer: its owner vouches for it.
 inline constexpr QWORD PACKED_TRUSTED_SIZE = ~QWORD{0};
@@ -29,6 +31,9 @@ public:
     /// Four bytes without a tag.
     DWORD untagged_dword();
 
+    /// As many of them as there are places.
+    void get_untagged_dwords(std::span<DWORD> values);
+
     /// The head of a body; another version, or no record or member, is reported.
     PACKED_BODY_HEAD body_head();
 
@@ -46,16 +51,97 @@ public:
     void confirm_database_end();  ///< "END2"
 
 private:
-    BYTE next();
-    DWORD little_endian(DWORD count);
-    void require_room(QWORD count) const;
+    void require_room(QWORD count) const {
+        PGMDEV_REQUIRE(m_index <= m_size && count <= m_size - m_index, "index < data_size", m_format.file);
+    }
+    /// Whether there are as many bytes at the index, also if no value has them: what a bare pointer leads to may end.
+    bool is_readable(QWORD count) const { return m_size != PACKED_TRUSTED_SIZE && count <= m_size - m_index; }
+    BYTE next() {
+        require_room(1);
+        return m_data[m_index++];
+    }
+    template <class NUMBER>
+    static NUMBER little_endian_at(const BYTE* bytes);
+    template <class NUMBER>
+    NUMBER little_endian();
     void confirm_marker(std::string_view marker);
+
+    static constexpr DWORD SHORT_TEXT = 15;  ///< characters that every std::string holds in itself
 
     const BYTE* m_data;
     QWORD m_size;
     DWORD& m_index;
     const PACKED_FORMAT& m_format;
 };
+
+// In the header, since a record is read in a row of them without a call.
+
+template <class NUMBER>
+NUMBER PACKED_READER::little_endian_at(const BYTE* bytes) {
+    DWORD value = 0;
+    for (DWORD i = 0; i < sizeof(NUMBER); ++i) {
+        value |= DWORD{bytes[i]} << 8 * i;
+    }
+    return static_cast<NUMBER>(value);
+}
+
+template <class NUMBER>
+NUMBER PACKED_READER::little_endian() {
+    require_room(sizeof(NUMBER));
+    const auto value = little_endian_at<NUMBER>(m_data + m_index);
+    m_index += static_cast<DWORD>(sizeof(NUMBER));
+    return value;
+}
+
+inline DWORD PACKED_READER::untagged_dword() {
+    return little_endian<DWORD>();
+}
+
+inline bool PACKED_READER::get_bool() {
+    PGMDEV_REQUIRE(next() == PGMDEV_MANAGER_BOOL, "type == PGMDEV_MANAGER_BOOL", m_format.file);
+    const BYTE value = next();
+    PGMDEV_REQUIRE(value == 0 || value == 1, "value == 0 || value == 1", m_format.file);
+    return value == 1;
+}
+
+inline BYTE PACKED_READER::get_byte() {
+    PGMDEV_REQUIRE(next() == PGMDEV_MANAGER_BYTE, "type == PGMDEV_MANAGER_BYTE", m_format.file);
+    return next();
+}
+
+inline WORD PACKED_READER::get_word() {
+    PGMDEV_REQUIRE(next() == PGMDEV_MANAGER_WORD, "type == PGMDEV_MANAGER_WORD", m_format.file);
+    return little_endian<WORD>();
+}
+
+inline DWORD PACKED_READER::get_dword() {
+    PGMDEV_REQUIRE(is_tag_in(m_format.dword_tags, next()), m_format.wrong_dword_tag, m_format.file);
+    return little_endian<DWORD>();
+}
+
+inline void PACKED_READER::get_string(bool allow_empty, std::string& text) {
+    PGMDEV_REQUIRE(is_tag_in(m_format.string_tags, next()), m_format.wrong_string_tag, m_format.file);
+    text.clear();
+    const BYTE length = next();
+    PGMDEV_REQUIRE(length > 0 || allow_empty, "allow_empty", m_format.file);
+    require_room(length);
+    const char* characters = reinterpret_cast<const char*>(m_data + m_index);
+    if (length <= SHORT_TEXT && is_readable(SHORT_TEXT)) {
+        text.assign(characters, SHORT_TEXT);  // a constant length makes it several times quicker
+        text.resize(length);
+    } else {
+        text.assign(characters, length);
+    }
+    m_index += length;
+}
+
+inline void PACKED_READER::confirm_record_end() {
+    confirm_marker(PACKED_RECORD_END);
+}
+
+inline void PACKED_READER::confirm_database_end() {
+    confirm_marker(PACKED_DATABASE_END);
+}
 
 class PACKED_WRITER {
 public:

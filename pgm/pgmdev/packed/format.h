@@ -33,6 +33,9 @@ inline constexpr std::string_view PGMDEV_DEV_INFO_CSV_MD5 = "6d91639bb2165ce50a6
 constexpr DWORD tag_set(PGMDEV_MANAGER_TYPE tag) {
     return DWORD{1} << tag;
 }
+constexpr bool is_tag_in(DWORD tags, BYTE tag) {
+    return tag < 32 && (tags >> tag & 1) != 0;
+}
 
 /// What differs between the databases.
 struct PACKED_FORMAT {

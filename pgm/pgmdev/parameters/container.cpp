@@ -6,10 +6,13 @@
 #include <span>
 #include <vector>
 
+#include "doubts.h"
+#include "file_info.h"
 #include "file_reader.h"
 #include "fio.h"
 #include "gen.h"
 #include "msg.h"
+#include "parameters/container_info.h"
 #include "parameters/numbers.h"
 #include "replaced_file.h"
 #include "report.h"
@@ -22,8 +25,8 @@ constexpr std::string_view MAGIC = "PGMDEV_FLASH_INI";
 constexpr DWORD MAGIC_SIZE = 16;
 constexpr DWORD HEAD_SIZE = MAGIC_SIZE + 4;
 constexpr DWORD ENTRY_SIZE = 8;
-constexpr QWORD LARGEST_WRITTEN = 0xFFFFFFFF;     // offsets have 32 bits
-constexpr QWORD LARGEST_COPIED = QWORD{1} << 28;  // far more than parameters take
+constexpr QWORD LARGEST_WRITTEN = 0xFFFFFFFF;             // offsets have 32 bits
+constexpr QWORD LARGEST_COPIED = LARGEST_FILE_WITH_INFO;  // far more than parameters take
 static_assert(MAGIC.size() == MAGIC_SIZE);
 
 /// The lines that reports state for the checks of the written image, which share a text: fixed, since programs that read
@@ -64,13 +67,18 @@ public:
     /// Whether it has blocks that this version does not write.
     bool has_more() const { return m_has_more; }
 
-    /// The bytes of the whole file; nothing when it cannot be read, or is no file that anybody wants a copy of in memory.
-    std::optional<std::vector<BYTE>> whole() const {
+    /// The bytes of the whole file; nothing when it cannot be read, which then is its state, or is no file that anybody
+    /// wants a copy of in memory.
+    std::optional<std::vector<BYTE>> whole() {
         if (m_file.size() > LARGEST_COPIED) {
             return std::nullopt;
         }
         std::vector<BYTE> bytes(m_file.size());
-        return m_file.read_at(0, bytes) ? std::optional(std::move(bytes)) : std::nullopt;
+        if (!m_file.read_at(0, bytes)) {
+            m_state = CONTAINER_STATE::UNREADABLE;
+            return std::nullopt;
+        }
+        return bytes;
     }
 
     /// Reads a block; null when there is none, or when the file cannot be read, which then is its state.
@@ -188,7 +196,9 @@ private:
     std::size_t m_index = 0;
 };
 
-FILE_IMAGE build_image(const std::array<BLOCK, PGMDEV_FLASH_INI_MAX>& blocks, QWORD file_size) {
+using BLOCKS = std::array<BLOCK, PGMDEV_FLASH_INI_MAX>;
+
+FILE_IMAGE build_image(const BLOCKS& blocks, QWORD file_size) {
     FILE_IMAGE image(file_size);
     image.put({reinterpret_cast<const BYTE*>(MAGIC.data()), MAGIC.size()}, MAGIC_LINE);
     image.put_dword(PGMDEV_FLASH_INI_MAX, COUNT_LINE);
@@ -214,30 +224,55 @@ bool is_protected(const std::string& path) {
 
 /// Says on the debug channel why the container stays as it was.
 bool refuse_to_write(const std::string& path, const char* reason) {
-    msg_local_vdebug("PGMDEV", 1, "%s", (path + ": not written, since " + reason).c_str());
+    msg_local_vdebug(PGMDEV_MODULE, 1, "%s", (path + ": not written, since " + reason).c_str());
     return false;
 }
 
-/// Keeps a copy of a container of which the writer would lose something.
-bool keep_copy(const CONTAINER_FILE& container, const std::string& path) {
-    const auto bytes = container.whole();
+bool keep_copy(const std::optional<std::vector<BYTE>>& container, const std::string& path) {
     FIO_REPLACEMENT copy(path + ".bak");
-    return bytes && copy.write(*bytes) && copy.commit();
+    return container && copy.write(*container) && copy.commit();
 }
 
-using BLOCKS = std::array<BLOCK, PGMDEV_FLASH_INI_MAX>;
+/// Keeps a copy of a container that is damaged, or may be, or of which the writer would lose something, and tells its
+/// digest if it is a good one. False when it is not to be replaced; the debug channel says why.
+bool part_with(CONTAINER_FILE& container, const std::string& path, std::string& good_digest) {
+    const auto whole = container.whole();
+    if (container.state() == CONTAINER_STATE::UNREADABLE) {
+        return refuse_to_write(path, "the file that is there cannot be read");
+    }
+    const std::string digest = whole ? digest_text(*whole) : "";
+    const bool is_lossy = container.state() == CONTAINER_STATE::DAMAGED || container.has_more();
+    const bool may_be_damaged = whole && is_doubtful(container_info_state(path, digest));
+    if ((is_lossy || may_be_damaged) && !keep_copy(whole, path)) {
+        if (is_lossy) {
+            return refuse_to_write(path, "no copy of the damaged file could be kept");
+        }
+        // Who cannot replace the text must be able to go on, and what can be read is not lost.
+        msg_local_vdebug(PGMDEV_MODULE, 1, "%s is doubtful, and no copy of it could be kept", path.c_str());
+    }
+    good_digest = container.state() == CONTAINER_STATE::DAMAGED || may_be_damaged ? "" : digest;
+    return true;
+}
 
-/// What the file is to hold, of which it has the other blocks already. False when it is not to be written; the debug channel
-/// says why. The file is closed afterwards: on Windows, one that is open is not replaced.
-bool collect_blocks(const std::string& path, DWORD which, const BLOCK& changed, BLOCKS& blocks, QWORD& file_size) {
+/// What the new container is made of.
+struct COLLECTED {
+    BLOCKS blocks;
+    QWORD file_size = HEAD_SIZE + ENTRY_SIZE * PGMDEV_FLASH_INI_MAX;
+    std::string replaced_digest;  ///< of the container that goes; "" for none that anybody should take for a good one
+};
+
+/// What the file is to hold, of which it has the other blocks already. Nothing when it is not to be written; the debug
+/// channel says why. The file is closed afterwards: on Windows, one that is open is not replaced.
+std::optional<COLLECTED> collect_blocks(const std::string& path, DWORD which, const BLOCK& changed) {
     CONTAINER_FILE container;
     const CONTAINER_STATE state = container.state();
     if (state == CONTAINER_STATE::UNREADABLE || (state != CONTAINER_STATE::ABSENT && is_protected(path))) {
-        return refuse_to_write(path, "the file that is there cannot be read and written");
+        refuse_to_write(path, "the file that is there cannot be read and written");
+        return std::nullopt;
     }
-    file_size = HEAD_SIZE + ENTRY_SIZE * PGMDEV_FLASH_INI_MAX;
-    for (DWORD i = 0; i < blocks.size(); ++i) {
-        BLOCK& block = blocks[i];
+    COLLECTED all;
+    for (DWORD i = 0; i < all.blocks.size(); ++i) {
+        BLOCK& block = all.blocks[i];
         if (i == which) {
             block.data = changed.data;
             block.size = changed.size;
@@ -245,33 +280,45 @@ bool collect_blocks(const std::string& path, DWORD which, const BLOCK& changed, 
             block.kept = container.read(i, block.size);
             block.data = block.kept.get();
         }
-        file_size += block.size;
+        all.file_size += block.size;
     }
-    if (container.state() == CONTAINER_STATE::UNREADABLE || file_size > LARGEST_WRITTEN) {
-        return refuse_to_write(path, "the file that is there cannot be read, or the new one would be too large");
+    if (container.state() == CONTAINER_STATE::UNREADABLE || all.file_size > LARGEST_WRITTEN) {
+        refuse_to_write(path, "the file that is there cannot be read, or the new one would be too large");
+        return std::nullopt;
     }
-    if ((state == CONTAINER_STATE::DAMAGED || container.has_more()) && !keep_copy(container, path)) {
-        return refuse_to_write(path, "no copy of the damaged file could be kept");
+    if (state != CONTAINER_STATE::ABSENT && !part_with(container, path, all.replaced_digest)) {
+        return std::nullopt;
     }
-    return true;
+    return all;
 }
 
 /// Puts a block in the place of the one that the file has, and writes it anew; the caller has the lock.
 bool replace_block(const std::string& path, DWORD which, const BLOCK& changed) {
-    BLOCKS blocks;
-    QWORD file_size = 0;
-    if (!collect_blocks(path, which, changed, blocks, file_size)) {
+    const auto collected = collect_blocks(path, which, changed);
+    if (!collected) {
         return false;
     }
+    const FILE_IMAGE image = build_image(collected->blocks, collected->file_size);
     FIO_REPLACEMENT replacement(path);
-    return replacement.write(build_image(blocks, file_size).bytes()) && replacement.commit();
+    if (!replacement.write(image.bytes())) {
+        return false;
+    }
+    CONTAINER_INFO info(path, image.bytes(), collected->replaced_digest);
+    info.announce();
+    if (!replacement.commit()) {
+        return false;
+    }
+    info.settle();
+    return true;
 }
 
 }  // namespace
 
 BYTE* PGMDEV_FLASH_INI::read_flash_ini_data(PGMDEV_FLASH_INI_ENUM which, DWORD& size) {
     size = 0;
-    return CONTAINER_FILE(which).read(which, size).release();
+    auto block = CONTAINER_FILE(which).read(which, size);
+    tell_doubts(container_path(), CONTAINER_DIGEST_KEY);
+    return block.release();
 }
 
 bool PGMDEV_FLASH_INI::write_flash_ini_data(PGMDEV_FLASH_INI_ENUM which, BYTE* data, DWORD size) {

@@ -22,7 +22,9 @@ public:
           m_known_parts(manager.m_pgm_parts.size()) {
         const auto counts = index_table_counts();
         for (std::size_t i = 0; i < counts.size(); ++i) {
-            if (const DWORD* table = *manager.tables()[i]) {
+            const DWORD* table = *manager.tables()[i];
+            m_entry_counts[i] = table != nullptr ? counts[i] : 0;
+            if (std::any_of(table, table + m_entry_counts[i], [](DWORD entry) { return entry != INVALID_DWORD; })) {
                 m_entries[i].assign(table, table + counts[i]);
             }
         }
@@ -35,7 +37,9 @@ public:
         m_manager.m_database_shares.release(m_manager.m_device_database);
         std::tie(m_manager.m_version, m_manager.m_device_count, m_manager.m_type_count, m_manager.m_index) = m_counts;
         for (std::size_t i = 0; i < m_entries.size(); ++i) {
-            std::copy(m_entries[i].begin(), m_entries[i].end(), *m_manager.tables()[i]);
+            DWORD* table = *m_manager.tables()[i];
+            std::fill_n(table, m_entry_counts[i], INVALID_DWORD);
+            std::copy(m_entries[i].begin(), m_entries[i].end(), table);
         }
     }
     LOADING(const LOADING&) = delete;
@@ -46,7 +50,8 @@ public:
 private:
     PGMDEV_DEV_INFO_MANAGER& m_manager;
     std::tuple<DWORD, DWORD, DWORD, DWORD> m_counts;
-    std::array<std::vector<DWORD>, 3> m_entries;
+    std::array<DWORD, 3> m_entry_counts{};
+    std::array<std::vector<DWORD>, 3> m_entries;  ///< of a table in which a record governs something
     std::size_t m_known_parts;
     bool m_done = false;
 };

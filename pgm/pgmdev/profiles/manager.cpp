@@ -4,6 +4,8 @@
 #include <memory>
 #include <utility>
 
+#include "doubts.h"
+#include "file_info.h"
 #include "gen.h"
 #include "msg.h"
 #include "packed/file.h"
@@ -131,6 +133,7 @@ void PGMDEV_DEV_INFO_MANAGER::make_tables() {
 }
 
 void PGMDEV_DEV_INFO_MANAGER::initialize_device_database(FIO_PATH device_file) {
+    tell_doubts(device_file.fullpath(), DATABASE_DIGEST_KEY);
     const PACKED_BODY body = read_packed_file(device_file, DEV_INFO_FORMAT);
     if (body.data == nullptr) {
         return;

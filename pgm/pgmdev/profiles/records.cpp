@@ -17,9 +17,7 @@ DWORD index_tables_size() {
 void read_index_table(PACKED_READER& reader, const INDEX_TABLE& table, std::span<DWORD> entries) {
     reader.confirm_tag(table.tag, table.wrong_tag);
     PGMDEV_REQUIRE(reader.untagged_dword() == entries.size(), table.wrong_count, DEV_INFO_MANAGER_FILE);
-    for (DWORD& entry : entries) {
-        entry = reader.untagged_dword();
-    }
+    reader.get_untagged_dwords(entries);
 }
 
 void write_index_table(PACKED_WRITER& writer, const INDEX_TABLE& table, std::span<const DWORD> entries) {

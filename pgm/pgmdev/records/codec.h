@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <string>
 #include <type_traits>
+#include <utility>
 #include <variant>
 #include <vector>
 
@@ -103,28 +104,32 @@ public:
 
     /// Reads the members of a record, without the marker behind it.
     static void read(PACKED_READER& reader, RECORD& record) {
-        for (const MEMBER& member : MEMBERS) {
-            std::visit(
-                [&](auto field) {
-                    auto& value = record.*field;
-                    using VALUE = std::remove_reference_t<decltype(value)>;
-                    if constexpr (std::is_same_v<VALUE, std::string>) {
-                        reader.get_string(true, value);
-                    } else if constexpr (std::is_same_v<VALUE, bool>) {
-                        value = reader.get_bool();
-                    } else if constexpr (std::is_same_v<VALUE, BYTE>) {
-                        value = reader.get_byte();
-                    } else if constexpr (std::is_same_v<VALUE, WORD>) {
-                        value = reader.get_word();
-                    } else {
-                        value = static_cast<VALUE>(reader.get_dword());
-                    }
-                },
-                member.field);
+        [&]<std::size_t... PLACES>(std::index_sequence<PLACES...> /*of all members*/) {
+            (read_member<PLACES>(reader, record), ...);
         }
+        (std::make_index_sequence<MEMBERS.size()>());
     }
 
 private:
+    /// One function for each member, not one for each kind: loading a database is mostly this.
+    template <std::size_t PLACE>
+    static void read_member(PACKED_READER& reader, RECORD& record) {
+        constexpr auto FIELD = std::get<MEMBERS[PLACE].field.index()>(MEMBERS[PLACE].field);
+        auto& value = record.*FIELD;
+        using VALUE = std::remove_reference_t<decltype(value)>;
+        if constexpr (std::is_same_v<VALUE, std::string>) {
+            reader.get_string(true, value);
+        } else if constexpr (std::is_same_v<VALUE, bool>) {
+            value = reader.get_bool();
+        } else if constexpr (std::is_same_v<VALUE, BYTE>) {
+            value = reader.get_byte();
+        } else if constexpr (std::is_same_v<VALUE, WORD>) {
+            value = reader.get_word();
+        } else {
+            value = static_cast<VALUE>(reader.get_dword());
+        }
+    }
+
     static void write_member(PACKED_WRITER& writer, const MEMBER& member, const RECORD& record) {
         std::visit(
             [&](auto field) {

@@ -88,8 +88,10 @@ TEST(OrderingCodes, AHashLeadsBackToItsPart) {
         free_part_indexes();
         ASSERT_EQ(PGMDEV_MGR::get_opn_from_hash(hash_of(cat::parts()[i]) ^ 1), "");
     }
-    for (const std::string& part : cat::parts()) {
-        ASSERT_NO_FATAL_FAILURE(expect_way_back(part));
+    const NUMBER_INDEX& for_other_hosts = *parts_by_hash(INDEX_WANTED::NOW);
+    for (std::size_t i = 0; i < cat::parts().size(); ++i) {
+        ASSERT_NO_FATAL_FAILURE(expect_way_back(cat::parts()[i]));
+        ASSERT_EQ(*for_other_hosts.find(hash_of(cat::parts()[i])), i + 1);
     }
     EXPECT_EQ(PGMDEV_MGR::get_opn_from_hash(NO_HASH), "");
 }
@@ -273,6 +275,8 @@ TEST(PartNames, OfEveryPossibleName) {
         found += expected.empty() ? 0U : 1U;
         ASSERT_NO_FATAL_FAILURE(expect_full_name(names[i], expected));
         ASSERT_EQ(index.get_possible_full_name(lower(names[i])), expected) << names[i];
+        ASSERT_EQ(parts_by_possible_name(INDEX_WANTED::NOW)->find(names[i]).value_or(""), expected)
+            << "asked of other hosts: " << names[i];
         if (i % 311 == 0) {
             ASSERT_EQ(first_denoted(candidates, names[i]), expected) << names[i];
             free_part_indexes();
@@ -313,7 +317,7 @@ TEST(PartNames, TheWalkIsTracedThoughAnIndexKnowsTheAnswer) {
 }
 
 TEST(PartNames, ManyThreadsMayAskFirst) {
-    constexpr int THREADS = 4;
+    constexpr int THREADS = 8;
     const std::string part = cat::parts().front();
     const QWORD hash = hash_of(part);
     for (int round = 0; round < 5; ++round) {

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "names/clean_up.h"
+#include "part_digests_table.h"
 #include "pgmdev/names/reference.h"
 #include "pgmdev_types.h"
 
@@ -14,6 +15,7 @@ extern DWORD PGMDDB_GRAMMAR_LENGTH;
 extern BYTE PGMDDB_OPN_DATA[TEST_DATA_CAPACITY];
 extern DWORD PGMDDB_OPN_CMP_LENGTH;
 extern DWORD PGMDDB_OPN_LENGTH;
+extern PART_DIGESTS PGMDDB_PART_DIGESTS;
 
 BYTE PGMDDB_GRAMMAR_DATA[TEST_DATA_CAPACITY];
 DWORD PGMDDB_GRAMMAR_CMP_LENGTH;
@@ -21,6 +23,7 @@ DWORD PGMDDB_GRAMMAR_LENGTH;
 BYTE PGMDDB_OPN_DATA[TEST_DATA_CAPACITY];
 DWORD PGMDDB_OPN_CMP_LENGTH;
 DWORD PGMDDB_OPN_LENGTH;
+PART_DIGESTS PGMDDB_PART_DIGESTS;
 
 namespace {
 
@@ -43,4 +46,9 @@ void set_grammar_container(const std::string& container) {
 
 void set_opn_container(const std::string& container) {
     set(container, PGMDDB_OPN_DATA, PGMDDB_OPN_CMP_LENGTH, PGMDDB_OPN_LENGTH);
+}
+
+void set_part_digests(const PART_DIGESTS& digests) {
+    free_stores_and_indexes();
+    PGMDDB_PART_DIGESTS = digests;
 }

@@ -108,6 +108,11 @@ public:
         EXPECT_TRUE(file.flush().good());
     }
     std::string file() const { return read_file(m_scratch.directory() / "pgm_flash.ini"); }
+    /// The text beside the container; "" when there is none.
+    std::string info() const {
+        return has("pgm_flash.ini.info") ? read_file(m_scratch.path("pgm_flash.ini.info")) : "";
+    }
+    bool has(const std::string& name) const { return std::filesystem::exists(m_scratch.directory() / name); }
     const SCRATCH& scratch() const { return m_scratch; }
 
     /// A block as the library reads it; an absent one must come with size 0.

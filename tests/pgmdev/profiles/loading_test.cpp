@@ -7,6 +7,7 @@
 #include "pgmdev/profiles/fixture.h"
 #include "pgmdev/profiles/probe.h"
 #include "pgmdev_dev_info_manager_auto_export.h"
+#include "support/debug_messages.h"
 #include "support/punctuated_locale.h"
 #include "support/reports.h"
 #include "support/scratch.h"
@@ -18,24 +19,6 @@ namespace {
 
 namespace ref = dev_info_reference;
 using RESULT = std::unique_ptr<PGMDEV_DEVICE_INFO>;
-
-/// Everything that goes to the debug channel while it lives.
-class DEBUG_CHANNEL {
-public:
-    DEBUG_CHANNEL()
-        : m_previous(msg_set_debug_sink([this](const std::string& logger, int level, const std::string& text) {
-              m_messages.push_back(logger + " " + std::to_string(level) + " " + text);
-          })) {}
-    ~DEBUG_CHANNEL() { msg_set_debug_sink(m_previous); }
-    DEBUG_CHANNEL(const DEBUG_CHANNEL&) = delete;
-    DEBUG_CHANNEL& operator=(const DEBUG_CHANNEL&) = delete;
-
-    const std::vector<std::string>& messages() const { return m_messages; }
-
-private:
-    MSG_DEBUG_SINK m_previous;
-    std::vector<std::string> m_messages;
-};
 
 class DevInfoLoading : public testing::Test {
 protected:
@@ -353,24 +336,24 @@ TEST_F(DevInfoLoading, DebugModesListOnTheDebugChannel) {
     const DEVICE_DB_DIRECTORY directory(m_scratch.directory().string());
     const std::vector<std::pair<DWORD, std::size_t>> modes{{0, 0}, {1, 78}, {2, 2}, {3, 2}, {4, 1}, {5, 0}};
     for (const auto& [mode, count] : modes) {
-        const DEBUG_CHANNEL channel;
+        const DEBUG_MESSAGES channel;
         DEV_INFO_PROBE manager(false, mode);
-        EXPECT_EQ(channel.messages().size(), count) << mode;
-        for (const std::string& message : channel.messages()) {
+        EXPECT_EQ(channel.all().size(), count) << mode;
+        for (const std::string& message : channel.all()) {
             EXPECT_EQ(message.substr(0, 9), "PGMDEV 2 ");
         }
         if (mode == 1) {
-            EXPECT_EQ(channel.messages()[5].substr(0, 43), "PGMDEV 2 Record 5\n  family = 6 (KESTREL)\n  ");
-            EXPECT_NE(channel.messages()[5].find("\n  ekp_alg_family = 37 (NPCF_BLOCK_CRAM)\n"), std::string::npos);
-            EXPECT_NE(channel.messages()[5].find("\n  support_asc_ini = text14\n"), std::string::npos);
-            EXPECT_NE(channel.messages()[0].find("\n  ekp_alg_family = 4294967295 (none)\n"), std::string::npos);
+            EXPECT_EQ(channel.all()[5].substr(0, 43), "PGMDEV 2 Record 5\n  family = 6 (KESTREL)\n  ");
+            EXPECT_NE(channel.all()[5].find("\n  ekp_alg_family = 37 (NPCF_BLOCK_CRAM)\n"), std::string::npos);
+            EXPECT_NE(channel.all()[5].find("\n  support_asc_ini = text14\n"), std::string::npos);
+            EXPECT_NE(channel.all()[0].find("\n  ekp_alg_family = 4294967295 (none)\n"), std::string::npos);
         }
         if (mode == 2) {
-            EXPECT_EQ(channel.messages()[0].substr(0, 29), "PGMDEV 2 Record 5 for Kestrel");
-            EXPECT_EQ(channel.messages()[1].substr(0, 30), "PGMDEV 2 Record 71 for Generic");
+            EXPECT_EQ(channel.all()[0].substr(0, 29), "PGMDEV 2 Record 5 for Kestrel");
+            EXPECT_EQ(channel.all()[1].substr(0, 30), "PGMDEV 2 Record 71 for Generic");
         }
         if (mode == 3) {
-            EXPECT_EQ(channel.messages()[1].substr(0, 30), "PGMDEV 2 Record 72 for Generic");
+            EXPECT_EQ(channel.all()[1].substr(0, 30), "PGMDEV 2 Record 72 for Generic");
         }
     }
 }

@@ -33,8 +33,7 @@ FILE_FINDING database(const DATABASE_KIND& kind, PLACE place) {
         finding.facts["records"] = table.records().size();
         finding.remark = fmt::format("{} records, {} bytes, stamp {}", table.records().size(), file.size, kind.stamp());
         // The format itself has no checksum that would tell.
-        if (const INFO_FINDING info = check_info(finding.place.path);
-            info.state == INFO_FINDING::DIFFERS || info.state == INFO_FINDING::UNREADABLE) {
+        if (const INFO_FINDING info = check_info(finding.place.path); is_doubtful(info.state)) {
             finding.wrong = true;
             finding.state = "doubtful";
             finding.remark += fmt::format("; {}; compile it again, or remove that text", info.message);
@@ -78,6 +77,12 @@ FILE_FINDING container() {
             break;
         case CONTAINER::SOUND:
             finding.facts["size"] = inspect_file(finding.place.path, 0).size;
+            if (!found.doubt.empty()) {
+                finding.state = "doubtful";
+                finding.remark = found.doubt +
+                                 "; see what it holds with params list and hps spi; if that is right, remove that text";
+                finding.wrong = true;
+            }
             break;
         case CONTAINER::UNREADABLE:
         case CONTAINER::DAMAGED:

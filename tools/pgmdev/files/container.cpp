@@ -5,8 +5,11 @@
 #include <algorithm>
 #include <string_view>
 
+#include "file_info.h"
+#include "files/file_bytes.h"
 #include "files/inspection.h"
 #include "files/origins.h"
+#include "fio.h"
 #include "terminal/failure.h"
 #include "terminal/printable.h"
 #include "terminal/quiet.h"
@@ -53,6 +56,21 @@ std::string damage_of(const INSPECTED_FILE& file) {
     return expected == file.size ? "" : fmt::format("its blocks end at {}, the file at {} bytes", expected, file.size);
 }
 
+/// Why a container without damage may be another one than was written; "" when nothing says so.
+std::string doubt_of(const std::string& path) {
+    const std::string info = info_file_of(path);
+    const INFO_STATE state =
+        read_with_info(fio_get_unc_full_path(path), fio_get_unc_full_path(info)).state(CONTAINER_DIGEST_KEY, sha256_of);
+    switch (state) {
+        case INFO_STATE::DIFFERS:
+            return fmt::format("{} tells of another one", info);
+        case INFO_STATE::UNREADABLE:
+            return fmt::format("{} is damaged, or cannot be read", info);
+        default:
+            return "";
+    }
+}
+
 FAILURE failure_of(const CONTAINER& container, const char* aim) {
     const PLACE place = container_place();
     const bool damaged = container.state == CONTAINER::DAMAGED;
@@ -65,6 +83,34 @@ FAILURE failure_of(const CONTAINER& container, const char* aim) {
             {}};
 }
 
+FAILURE doubt_about(const CONTAINER& container) {
+    return {
+        FAILURE_CODE::CONTAINER_DOUBTFUL,
+        fmt::format("the parameter container is doubtful, since {}: it was damaged, or written by another program",
+                    container.doubt),
+        container_place().path,
+        container_place().tried,
+        "see what it holds with params list and hps spi; if that is right, remove that text, or change the container "
+        "with --force, which keeps a copy of it as pgm_flash.ini.bak",
+        {}};
+}
+
+bool is_unusable(const CONTAINER& container) {
+    return container.state == CONTAINER::DAMAGED || container.state == CONTAINER::UNREADABLE;
+}
+
+void require_sound_container(const CONTAINER& container, const char* aim) {
+    if (is_unusable(container)) {
+        throw COMMAND_FAILURE(failure_of(container, aim));
+    }
+}
+
+void warn(const FAILURE& failure) {
+    if (!is_quiet()) {
+        print_error("pgmdev: warning: {}\n", printable(failure_text(failure)));
+    }
+}
+
 }  // namespace
 
 CONTAINER examine_container() {
@@ -73,15 +119,15 @@ CONTAINER examine_container() {
         return {};
     }
     if (!file.obstacle.empty()) {
-        return {CONTAINER::UNREADABLE, file.obstacle};
+        return {CONTAINER::UNREADABLE, file.obstacle, ""};
     }
     if (file.size == 0) {
-        return {CONTAINER::SOUND, ""};  // nothing is lost with an empty file
+        return {CONTAINER::SOUND, "", doubt_of(container_place().path)};  // nothing is lost with an empty file
     }
     if (const std::string damage = damage_of(file); !damage.empty()) {
-        return {CONTAINER::DAMAGED, damage};
+        return {CONTAINER::DAMAGED, damage, ""};
     }
-    CONTAINER container{CONTAINER::SOUND, ""};
+    CONTAINER container{CONTAINER::SOUND, "", doubt_of(container_place().path)};
     container.block_count = little_endian(file.beginning, MAGIC.size());
     for (DWORD i = PGMDEV_FLASH_INI_MAX; i < container.block_count; ++i) {
         container.has_more = container.has_more || little_endian(file.beginning, HEAD_SIZE + ENTRY_SIZE * i) != 0;
@@ -89,16 +135,18 @@ CONTAINER examine_container() {
     return container;
 }
 
-void require_sound_container(const char* aim) {
+void require_readable_container() {
     const CONTAINER container = examine_container();
-    if (container.state == CONTAINER::DAMAGED || container.state == CONTAINER::UNREADABLE) {
-        throw COMMAND_FAILURE(failure_of(container, aim));
+    require_sound_container(container, "read");
+    if (!container.doubt.empty()) {
+        warn(doubt_about(container));
     }
 }
 
-void require_changeable_container() {
-    require_sound_container("changed");
-    if (examine_container().has_more) {
+void require_changeable_container(bool force) {
+    const CONTAINER container = examine_container();
+    require_sound_container(container, "changed");
+    if (container.has_more) {
         throw COMMAND_FAILURE({FAILURE_CODE::CONTAINER_OF_ANOTHER_VERSION,
                                "the parameter container cannot be changed: it has blocks that this version would lose",
                                container_place().path,
@@ -106,6 +154,13 @@ void require_changeable_container() {
                                "change it with the version that wrote it, or name another directory with --module-dir",
                                {}});
     }
+    if (!container.doubt.empty() && !force) {
+        throw COMMAND_FAILURE(doubt_about(container));
+    }
+}
+
+ARGUMENT force_container_option() {
+    return {"--force", "Change a doubtful container, too; a copy of it is kept", ARGUMENT::FLAG};
 }
 
 CONTAINER_LOCK::CONTAINER_LOCK() {
@@ -121,7 +176,9 @@ CONTAINER_LOCK::CONTAINER_LOCK() {
 
 void warn_of_container() {
     const CONTAINER container = examine_container();
-    if (!is_quiet() && (container.state == CONTAINER::DAMAGED || container.state == CONTAINER::UNREADABLE)) {
-        print_error("pgmdev: warning: {}\n", printable(failure_text(failure_of(container, "read"))));
+    if (is_unusable(container)) {
+        warn(failure_of(container, "read"));
+    } else if (!container.doubt.empty()) {
+        warn(doubt_about(container));
     }
 }

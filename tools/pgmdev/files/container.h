@@ -6,6 +6,7 @@
 #include <string>
 
 #include "pgmdev_flash_ini.h"
+#include "terminal/command_line.h"
 
 /// The state of the container.
 struct CONTAINER {
@@ -13,17 +14,22 @@ struct CONTAINER {
 
     STATE state = ABSENT;
     std::string what;       ///< what keeps it from being read: a clause for people
+    std::string doubt;      ///< why a sound one may be damaged all the same, likewise; "" when nothing says so
     DWORD block_count = 0;  ///< of a sound one, absent ones included
     bool has_more = false;  ///< there is a block behind those that this version writes
 };
 
 CONTAINER examine_container();
 
-/// A container that is damaged or cannot be read throws COMMAND_FAILURE; `aim` is what cannot be done, such as "read".
-void require_sound_container(const char* aim);
+/// A container that is damaged or cannot be read throws COMMAND_FAILURE; of one that is doubtful standard error tells.
+void require_readable_container();
 
-/// The same for one that is to be changed: writing it must not lose blocks that this version does not write.
-void require_changeable_container();
+/// A container that is damaged, cannot be read, or has blocks that this version does not write, throws COMMAND_FAILURE; so
+/// does a doubtful one, unless `force` says that the user wants that.
+void require_changeable_container(bool force);
+
+/// The option by which a user says so.
+ARGUMENT force_container_option();
 
 /// Keeps other writers out from the reading of what is changed to its writing. Throws COMMAND_FAILURE when another one is
 /// at it for too long.
@@ -35,5 +41,6 @@ private:
     PGMDEV_FLASH_INI_LOCK m_lock;
 };
 
-/// Says on standard error when the user's lists are missing because the container is damaged or cannot be read.
+/// Says on standard error when the user's lists are missing because the container is damaged or cannot be read, and when it
+/// is doubtful.
 void warn_of_container();

@@ -165,17 +165,18 @@ std::string fields_without_limit() {
 
 template <class FLASH>
 void add(const ARGUMENTS& given, COMMAND& command) {
-    add_entry<FLASH>(given.texts("FIELD=VALUE"), given.number("--like"), given.number("--before"), command);
+    add_entry<FLASH>(given.texts("FIELD=VALUE"), given.number("--like"), given.number("--before"), given.has("--force"),
+                     command);
 }
 
 template <class FLASH>
 void edit(const ARGUMENTS& given, COMMAND& command) {
-    edit_entry<FLASH>(*given.number("INDEX"), given.texts("FIELD=VALUE"), command);
+    edit_entry<FLASH>(*given.number("INDEX"), given.texts("FIELD=VALUE"), given.has("--force"), command);
 }
 
 template <class FLASH>
 void remove(const ARGUMENTS& given, COMMAND& command) {
-    remove_entry<FLASH>(*given.number("INDEX"), command);
+    remove_entry<FLASH>(*given.number("INDEX"), given.has("--force"), command);
 }
 
 template <class FLASH>
@@ -186,6 +187,7 @@ VERB add_verb(const char* name, const char* example) {
                 "INDEX"})
         .takes({"--before", "Add it before this entry of the user's, instead of behind all of them",
                 ARGUMENT::OPTIONAL_NUMBER, "INDEX"})
+        .takes(force_container_option())
         .answers(entry_schema<FLASH>)
         .tells(field_names<FLASH>() + "\nFields shown with a value may be left out. -1 is the largest value of" +
                fields_without_limit<FLASH>() + ".\n");
@@ -196,6 +198,7 @@ VERB edit_verb(const char* name, const char* example) {
     return VERB(name, "Change fields of an entry of the user's list", example, edit<FLASH>)
         .takes({"INDEX", "Index of the entry in the list", ARGUMENT::NUMBER})
         .takes({"FIELD=VALUE", "Fields to change, as hps add takes them", ARGUMENT::TEXTS})
+        .takes(force_container_option())
         .answers(entry_schema<FLASH>);
 }
 
@@ -203,6 +206,7 @@ template <class FLASH>
 VERB remove_verb(const char* name) {
     return VERB(name, "Remove an entry of the user's list", fmt::format("pgmdev hps remove {} 0", name), remove<FLASH>)
         .takes({"INDEX", "Index of the entry in the list", ARGUMENT::NUMBER})
+        .takes(force_container_option())
         .answers(entry_schema<FLASH>);
 }
 

@@ -41,8 +41,8 @@ std::vector<BYTE> encode(const std::vector<const typename FLASH::RECORD*>& recor
 /// The user's list, for changing. Writing it back must lose nothing: a block of another version, or with something
 /// behind its last whole record, is left alone.
 template <class FLASH>
-std::vector<const typename FLASH::RECORD*> editable_list() {
-    require_changeable_container();
+std::vector<const typename FLASH::RECORD*> editable_list(bool force) {
+    require_changeable_container(force);
     const auto& list = FLASH::MANAGER::get_mgr()->get_user_list();
     std::vector<const typename FLASH::RECORD*> records(list.begin(), list.end());
     DWORD size = 0;
@@ -210,10 +210,10 @@ void require_entry_of_user(std::size_t index, std::size_t count) {
 
 template <class FLASH>
 void add_entry(const std::vector<std::string>& assignments, std::optional<std::size_t> like,
-               std::optional<std::size_t> before, const COMMAND& command) {
+               std::optional<std::size_t> before, bool force, const COMMAND& command) {
     const CONTAINER_LOCK lock;  // before the list is read
     const typename FLASH::RECORD record = new_record<FLASH>(assignments, like);
-    auto records = editable_list<FLASH>();
+    auto records = editable_list<FLASH>(force);
     const std::size_t place = before.value_or(records.size());
     if (before) {
         require_entry_of_user<FLASH>(place, records.size());
@@ -224,9 +224,9 @@ void add_entry(const std::vector<std::string>& assignments, std::optional<std::s
 }
 
 template <class FLASH>
-void edit_entry(std::size_t index, const std::vector<std::string>& assignments, const COMMAND& command) {
+void edit_entry(std::size_t index, const std::vector<std::string>& assignments, bool force, const COMMAND& command) {
     const CONTAINER_LOCK lock;  // before the list is read
-    auto records = editable_list<FLASH>();
+    auto records = editable_list<FLASH>(force);
     require_entry_of_user<FLASH>(index, records.size());
     const typename FLASH::RECORD record = new_record<FLASH>(assignments, index);
     records[index] = &record;
@@ -235,9 +235,9 @@ void edit_entry(std::size_t index, const std::vector<std::string>& assignments, 
 }
 
 template <class FLASH>
-void remove_entry(std::size_t index, const COMMAND& command) {
+void remove_entry(std::size_t index, bool force, const COMMAND& command) {
     const CONTAINER_LOCK lock;  // before the list is read
-    auto records = editable_list<FLASH>();
+    auto records = editable_list<FLASH>(force);
     require_entry_of_user<FLASH>(index, records.size());
     const typename FLASH::RECORD record = *records[index];
     records.erase(records.begin() + static_cast<std::ptrdiff_t>(index));
@@ -246,10 +246,10 @@ void remove_entry(std::size_t index, const COMMAND& command) {
 }
 
 template void add_entry<HPS_NAND>(const std::vector<std::string>&, std::optional<std::size_t>,
-                                  std::optional<std::size_t>, const COMMAND&);
+                                  std::optional<std::size_t>, bool, const COMMAND&);
 template void add_entry<HPS_SPI>(const std::vector<std::string>&, std::optional<std::size_t>,
-                                 std::optional<std::size_t>, const COMMAND&);
-template void edit_entry<HPS_NAND>(std::size_t, const std::vector<std::string>&, const COMMAND&);
-template void edit_entry<HPS_SPI>(std::size_t, const std::vector<std::string>&, const COMMAND&);
-template void remove_entry<HPS_NAND>(std::size_t, const COMMAND&);
-template void remove_entry<HPS_SPI>(std::size_t, const COMMAND&);
+                                 std::optional<std::size_t>, bool, const COMMAND&);
+template void edit_entry<HPS_NAND>(std::size_t, const std::vector<std::string>&, bool, const COMMAND&);
+template void edit_entry<HPS_SPI>(std::size_t, const std::vector<std::string>&, bool, const COMMAND&);
+template void remove_entry<HPS_NAND>(std::size_t, bool, const COMMAND&);
+template void remove_entry<HPS_SPI>(std::size_t, bool, const COMMAND&);

@@ -36,15 +36,15 @@ JSON entry_schema() {
 }
 
 /// Adds an entry of the user's from "FIELD=VALUE" texts; what they leave out is taken from the entry `like`, if given. It
-/// comes before the user's entry `before`, or behind all of them.
+/// comes before the user's entry `before`, or behind all of them. `force`: in a doubtful container, too.
 template <class FLASH>
 void add_entry(const std::vector<std::string>& assignments, std::optional<std::size_t> like,
-               std::optional<std::size_t> before, const COMMAND& command);
+               std::optional<std::size_t> before, bool force, const COMMAND& command);
 
 /// Changes fields of an entry of the user's.
 template <class FLASH>
-void edit_entry(std::size_t index, const std::vector<std::string>& assignments, const COMMAND& command);
+void edit_entry(std::size_t index, const std::vector<std::string>& assignments, bool force, const COMMAND& command);
 
 /// Removes an entry of the user's by its index in the list.
 template <class FLASH>
-void remove_entry(std::size_t index, const COMMAND& command);
+void remove_entry(std::size_t index, bool force, const COMMAND& command);

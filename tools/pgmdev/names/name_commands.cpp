@@ -4,11 +4,10 @@
 #include <variant>
 #include <vector>
 
-#include "catalog/device_names.h"
+#include "catalog/nearest_names.h"
 #include "names/spellings.h"
 #include "nouns.h"
 #include "terminal/answer.h"
-#include "terminal/did_you_mean.h"
 #include "terminal/json.h"
 #include "terminal/schema.h"
 
@@ -40,21 +39,10 @@ void print_spellings(const std::vector<SPELLING>& spellings) {
     }
 }
 
-const std::vector<std::string>& all_names() {
-    static const std::vector<std::string> names = [] {
-        std::vector<std::string> all = part_names();
-        for (const auto& more : {package_and_programming_names(), programmer_part_names(), device_names()}) {
-            all.insert(all.end(), more.begin(), more.end());
-        }
-        return all;
-    }();
-    return names;
-}
-
 /// The spellings of a name that the grammar does not convert: a family, a programmer family, a device without
 /// programmer file, or an alias. Unchanged when it is none of these either.
 std::vector<SPELLING> spellings_by_scheme(const std::string& name, bool& found) {
-    static const NAME_SCHEMES schemes;
+    static NAME_SCHEMES schemes;
     const NAME_MEANING meaning = schemes.meaning_of(name);
     found = !meaning.schemes.empty();
     return spellings_of(meaning);
@@ -73,7 +61,7 @@ ANSWER show_one(const std::string& name) {
         answer.is_block = true;
     } else {
         answer.missing = fmt::format("no device is named \"{}\"", name);
-        answer.candidates = nearest(name, all_names());
+        answer.candidates = nearest_names(name, {true, true, true, true});
     }
     return answer;
 }

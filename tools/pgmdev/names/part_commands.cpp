@@ -1,6 +1,7 @@
 #include <fmt/core.h>
 
 #include "catalog/device_names.h"
+#include "catalog/nearest_names.h"
 #include "dev.h"
 #include "names/part_from_pcf.h"
 #include "names/part_info.h"
@@ -9,7 +10,6 @@
 #include "pgmdev_mgr.h"
 #include "stl.h"
 #include "terminal/answer.h"
-#include "terminal/did_you_mean.h"
 #include "terminal/json.h"
 #include "terminal/quiet.h"
 #include "terminal/schema.h"
@@ -25,19 +25,9 @@ struct QUESTION {
     const char* not_found;
     const char* example;
     std::string (*ask)(std::string);
-    const std::vector<std::string>& (*known_names)();
+    NAME_KINDS known;        ///< whose names may have been meant
     bool of_device = false;  ///< the name is that of a device, whose parts may all be hidden
 };
-
-const std::vector<std::string>& completable_names() {
-    static const std::vector<std::string> names = [] {
-        std::vector<std::string> all = part_names();
-        const std::vector<std::string>& more = package_and_programming_names();
-        all.insert(all.end(), more.begin(), more.end());
-        return all;
-    }();
-    return names;
-}
 
 /// The first part that a name denotes, which may also be a further name by which the device library finds a part.
 std::string complete(std::string name) {
@@ -66,10 +56,21 @@ void print_hidden_part(const std::string& device, const std::string& part) {
 }
 
 const QUESTION QUESTIONS[]{
-    {"from-device", "The first part of a device of the device library", "Device name", "no part of a device",
-     "pgmdev part from-device OSPREY-8", PGMDEV_MGR::get_part_name_from_dev, device_names, true},
-    {"complete", "The first part that a full, package or programming name denotes, or an alias", "Name",
-     "no part denoted by", "pgmdev part complete KES50", complete, completable_names},
+    {"from-device",
+     "The first part of a device of the device library",
+     "Device name",
+     "no part of a device",
+     "pgmdev part from-device OSPREY-8",
+     PGMDEV_MGR::get_part_name_from_dev,
+     {.device = true},
+     true},
+    {"complete",
+     "The first part that a full, package or programming name denotes, or an alias",
+     "Name",
+     "no part denoted by",
+     "pgmdev part complete KES50",
+     complete,
+     {.part = true, .package_or_programming = true}},
 };
 
 ANSWER answer(const QUESTION& question, const std::string& name) {
@@ -93,7 +94,7 @@ ANSWER answer(const QUESTION& question, const std::string& name) {
         answer.missing = fmt::format("the device \"{}\" has no part: only programmer files may name it", name);
     } else {
         answer.missing = fmt::format("there is {} \"{}\"", question.not_found, name);
-        answer.candidates = nearest(name, question.known_names());
+        answer.candidates = nearest_names(name, question.known);
     }
     return answer;
 }

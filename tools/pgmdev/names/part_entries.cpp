@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <array>
 #include <charconv>
-#include <map>
 #include <set>
 #include <utility>
 
@@ -27,15 +26,6 @@ std::string upper_name(IDENTIFIER identifier) {
     return name;
 }
 
-/// Which parts, by number, pass a filter.
-std::vector<bool> marks(const PART_FILTER& filter) {
-    std::vector<bool> marked(static_cast<std::size_t>(DEV_PART_MAX));
-    for (const int part : part_numbers(filter)) {
-        marked[static_cast<std::size_t>(part)] = true;
-    }
-    return marked;
-}
-
 /// What parts can be filtered by, and their values.
 struct CHARACTERISTIC {
     std::string PART_FILTER::*filter;
@@ -43,30 +33,42 @@ struct CHARACTERISTIC {
     std::string PART_ENTRY::*entry;
 };
 
-constexpr std::array CHARACTERISTICS{
-    CHARACTERISTIC{&PART_FILTER::package, &PART_VALUES::packages, &PART_ENTRY::package},
-    CHARACTERISTIC{&PART_FILTER::pins, &PART_VALUES::pins, &PART_ENTRY::pins},
-    CHARACTERISTIC{&PART_FILTER::speed, &PART_VALUES::speeds, &PART_ENTRY::speed},
-    CHARACTERISTIC{&PART_FILTER::temperature, &PART_VALUES::temperatures, &PART_ENTRY::temperature},
-};
+constexpr std::array<CHARACTERISTIC, PART_CHARACTERISTIC_COUNT> CHARACTERISTICS{{
+    {&PART_FILTER::package, &PART_VALUES::packages, &PART_ENTRY::package},
+    {&PART_FILTER::pins, &PART_VALUES::pins, &PART_ENTRY::pins},
+    {&PART_FILTER::speed, &PART_VALUES::speeds, &PART_ENTRY::speed},
+    {&PART_FILTER::temperature, &PART_VALUES::temperatures, &PART_ENTRY::temperature},
+}};
 
-/// Asks the device library for the parts with each value, instead of for the values of each part.
-void add_characteristics(std::vector<PART_ENTRY>& entries) {
-    std::vector<PART_ENTRY*> places(static_cast<std::size_t>(DEV_PART_MAX));
-    for (PART_ENTRY& entry : entries) {
-        places[static_cast<std::size_t>(entry.number)] = &entry;
+/// Calls `use(value, parts)` for each value of a characteristic, with the parts of a device that have it, until it
+/// returns true: asks the device library for the parts with each value, instead of for the values of each part.
+template <class USE>
+void for_each_value(const CHARACTERISTIC& characteristic, const std::string& device, USE use) {
+    PART_FILTER filter;
+    filter.hidden = true;
+    filter.device = device;
+    for (const std::string& value : part_values().*characteristic.values) {
+        filter.*characteristic.filter = value;
+        if (use(value, part_numbers(filter))) {
+            return;
+        }
     }
+}
+
+/// The characteristics of parts of one device.
+void add_characteristics_of_device(std::vector<PART_ENTRY>& entries) {
+    const std::string device = dstr_get_user_string(entries.front().device_number);
     for (const CHARACTERISTIC& each : CHARACTERISTICS) {
-        for (const std::string& value : part_values().*each.values) {
-            PART_FILTER filter;
-            filter.hidden = true;
-            filter.*each.filter = value;
-            for (const int part : part_numbers(filter)) {
-                if (PART_ENTRY* entry = places[static_cast<std::size_t>(part)]) {
-                    entry->*each.entry = value;
+        std::size_t known = 0;
+        for_each_value(each, device, [&](const std::string& value, const std::vector<int>& parts) {
+            for (PART_ENTRY& entry : entries) {
+                if (std::binary_search(parts.begin(), parts.end(), entry.number)) {
+                    entry.*each.entry = value;
+                    ++known;
                 }
             }
-        }
+            return known == entries.size();
+        });
     }
 }
 
@@ -95,36 +97,85 @@ std::vector<int> part_numbers(const PART_FILTER& filter) {
     return numbers;
 }
 
-std::vector<PART_ENTRY> part_entries(const PART_FILTER& filter) {
-    PART_FILTER orderable;
+PART_ENTRIES::PART_ENTRIES() {
+    PART_FILTER all;
+    all.hidden = true;
+    PART_FILTER orderable = all;
     orderable.orderable = true;
-    orderable.hidden = true;
-    PART_FILTER production;
+    PART_FILTER production = all;
     production.production = true;
-    production.hidden = true;
-    const std::vector<bool> shown_parts = marks({});
-    const std::vector<bool> orderable_parts = marks(orderable);
-    const std::vector<bool> production_parts = marks(production);
-    const DEV_PART_MANAGER manager;
-    std::map<DEV_DEVICE_ENUM, DEVICE_ENTRY> devices;
+    m_listed = marks(all);
+    m_shown = marks({});
+    m_orderable = marks(orderable);
+    m_production = marks(production);
+}
+
+PART_ENTRIES::MARKS PART_ENTRIES::marks(const PART_FILTER& filter) {
+    MARKS marked(static_cast<std::size_t>(DEV_PART_MAX));
+    for (const int part : part_numbers(filter)) {
+        marked[static_cast<std::size_t>(part)] = true;
+    }
+    return marked;
+}
+
+PART_ENTRY PART_ENTRIES::make(int part) {
+    PART_ENTRY entry;
+    entry.number = part;
+    entry.device_number = m_manager.get_device_of(part);
+    const auto [device, is_new] = m_devices.try_emplace(entry.device_number);
+    if (is_new) {
+        device->second = device_entry(entry.device_number);
+    }
+    add_device(entry, device->second);
+    entry.orderable = is_marked(m_orderable, part);
+    entry.production = is_marked(m_production, part);
+    entry.hidden = !is_marked(m_shown, part);
+    name_part(entry);
+    return entry;
+}
+
+void PART_ENTRIES::add_characteristics(std::vector<PART_ENTRY>& entries) {
+    constexpr unsigned FEW = 4;
+    const auto of_another_device = [&entries](const PART_ENTRY& entry) {
+        return entry.device_number != entries.front().device_number;
+    };
+    if (entries.empty()) {
+        return;
+    }
+    if (m_questions++ < FEW && std::none_of(entries.begin(), entries.end(), of_another_device)) {
+        add_characteristics_of_device(entries);
+        return;
+    }
+    if (m_characteristics.empty()) {
+        m_characteristics.resize(m_listed.size());
+        for (std::size_t i = 0; i < CHARACTERISTICS.size(); ++i) {
+            BYTE place = 0;
+            for_each_value(CHARACTERISTICS[i], PART_FILTER::ANY,
+                           [&](const std::string&, const std::vector<int>& parts) {
+                               ++place;
+                               for (const int part : parts) {
+                                   m_characteristics[static_cast<std::size_t>(part)][i] = place;
+                               }
+                               return false;
+                           });
+        }
+    }
+    for (PART_ENTRY& entry : entries) {
+        for (std::size_t i = 0; i < CHARACTERISTICS.size(); ++i) {
+            const BYTE place = m_characteristics[static_cast<std::size_t>(entry.number)][i];
+            const std::vector<std::string>& values = part_values().*CHARACTERISTICS[i].values;
+            entry.*CHARACTERISTICS[i].entry = place != 0 ? values[place - std::size_t{1}] : "";
+        }
+    }
+}
+
+std::vector<PART_ENTRY> part_entries(const PART_FILTER& filter) {
+    PART_ENTRIES maker;
     std::vector<PART_ENTRY> entries;
     for (const int part : part_numbers(filter)) {
-        PART_ENTRY entry;
-        const auto place = static_cast<std::size_t>(part);
-        entry.number = part;
-        entry.device_number = manager.get_device_of(part);
-        const auto [device, is_new] = devices.try_emplace(entry.device_number);
-        if (is_new) {
-            device->second = device_entry(entry.device_number);
-        }
-        add_device(entry, device->second);
-        entry.orderable = orderable_parts[place];
-        entry.production = production_parts[place];
-        entry.hidden = !shown_parts[place];
-        name_part(entry);
-        entries.push_back(std::move(entry));
+        entries.push_back(maker.make(part));
     }
-    add_characteristics(entries);
+    maker.add_characteristics(entries);
     return entries;
 }
 

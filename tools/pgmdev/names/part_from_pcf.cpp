@@ -8,32 +8,27 @@
 #include <utility>
 
 #include "catalog/device_names.h"
+#include "catalog/nearest_names.h"
 #include "gen.h"
-#include "names/part_entries.h"
+#include "names/name_schemes.h"
 #include "pgmdev_device_grammar_mgr.h"
 #include "pgmdev_mgr.h"
 #include "stl.h"
 #include "terminal/answer.h"
-#include "terminal/did_you_mean.h"
 #include "terminal/schema.h"
 
 // The library answers with a part whose own name is a programming name. Most parts have longer names: package and grade
-// follow. These have their programmer-file part name by way of their programming name, and only walking over all parts
-// finds them.
+// follow. These have their programmer-file part name by way of their programming name, which is followed backwards.
 
 namespace {
 
 /// The names of the parts with a programmer-file part name by way of their programming name, hidden ones, too.
 std::vector<std::string> parts_of(std::string pcf) {
-    static const std::vector<PART_ENTRY> all = [] {
-        PART_FILTER every;
-        every.hidden = true;
-        return part_entries(every);
-    }();
+    static NAME_SCHEMES schemes;
     stl_toupper(pcf);
     std::vector<std::string> names;
-    for (const PART_ENTRY& part : all) {
-        if (!pcf.empty() && part.pgm_part_pcf == pcf) {
+    for (const PART_ENTRY& part : schemes.parts_named(pcf)) {
+        if (part.pgm_part_pcf == pcf) {
             names.push_back(part.name);
         }
     }
@@ -61,7 +56,7 @@ ANSWER not_found(const std::string& pcf, const std::vector<std::string>& parts) 
             fmt::format("no part has the programmer-file part name \"{}\": its devices have no parts", pcf);
     } else if (parts.empty()) {
         answer.missing = fmt::format("there is no part with the programmer-file part name \"{}\"", pcf);
-        answer.candidates = nearest(pcf, programmer_part_names());
+        answer.candidates = nearest_names(pcf, {.programmer_part = true});
     } else {
         answer.missing = fmt::format(
             "no part's own name is a programming name of \"{}\", which is what this answers for; --all lists the {} "

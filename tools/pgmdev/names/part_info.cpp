@@ -6,6 +6,7 @@
 #include <memory>
 #include <optional>
 #include <set>
+#include <string_view>
 #include <utility>
 
 #include "catalog/device_names.h"
@@ -15,19 +16,17 @@
 #include "profile/look_up.h"
 #include "profile/output.h"
 #include "terminal/answer.h"
-#include "terminal/did_you_mean.h"
 #include "terminal/printable.h"
 #include "terminal/schema.h"
 
 namespace {
 
-constexpr const char* PARTS_KEY = "parts";
-constexpr const char* HASH_KEY = "opn_hash";
+constexpr std::string_view PARTS_KEY = "parts";
+constexpr std::string_view HASH_KEY = "opn_hash";
 
 /// What is asked: made once for all questions of a run.
 struct SOURCES {
     NAME_SCHEMES schemes;
-    std::vector<std::string> names = schemes.all_names();  ///< for telling which one was meant
     PROFILE_DATABASE profiles;
 };
 
@@ -42,15 +41,15 @@ COMMON common_of(const NAME_MEANING& meaning) {
     COMMON common;
     std::set<int> devices;
     std::set<int> families;
-    for (const PART_ENTRY* part : meaning.parts) {
-        devices.insert(part->device_number);
-        families.insert(part->family_number);
-        if (part->name == meaning.name) {
-            common.part = part;
+    for (const PART_ENTRY& part : meaning.parts) {
+        devices.insert(part.device_number);
+        families.insert(part.family_number);
+        if (part.name == meaning.name) {
+            common.part = &part;
         }
     }
-    common.device = devices.size() == 1 ? meaning.parts.front() : nullptr;
-    common.family = families.size() == 1 ? meaning.parts.front() : nullptr;
+    common.device = devices.size() == 1 ? &meaning.parts.front() : nullptr;
+    common.family = families.size() == 1 ? &meaning.parts.front() : nullptr;
     return common;
 }
 
@@ -68,7 +67,7 @@ FOUND_PROFILE profile_of(const COMMON& common, PROFILE_DATABASE& profiles) {
 
 /// One line for people, and one member for programs.
 struct FACT {
-    std::string key;
+    std::string_view key;
     std::string label;
     JSON value;
     std::string text;  ///< "": people are not told
@@ -116,9 +115,9 @@ void add_part_facts(std::vector<FACT>& facts, const PART_ENTRY* part) {
 
 /// A characteristic that all parts have alike; "" when they differ.
 std::string common_text(const NAME_MEANING& meaning, std::string PART_ENTRY::*member) {
-    const auto differs = [&](const PART_ENTRY* part) { return part->*member != meaning.parts.front()->*member; };
+    const auto differs = [&](const PART_ENTRY& part) { return part.*member != meaning.parts.front().*member; };
     const bool alike = !meaning.parts.empty() && std::none_of(meaning.parts.begin(), meaning.parts.end(), differs);
-    return alike ? meaning.parts.front()->*member : "";
+    return alike ? meaning.parts.front().*member : "";
 }
 
 void add_common_characteristics(std::vector<FACT>& facts, const NAME_MEANING& meaning) {
@@ -155,7 +154,7 @@ FACT parts_fact(const NAME_MEANING& meaning) {
     constexpr std::size_t SHOWN = 4;
     std::vector<std::string> names;
     std::transform(meaning.parts.begin(), meaning.parts.end(), std::back_inserter(names),
-                   [](const PART_ENTRY* part) { return part->name; });
+                   [](const PART_ENTRY& part) { return part.name; });
     const std::vector<std::string> first(names.begin(),
                                          names.begin() + static_cast<std::ptrdiff_t>(std::min(SHOWN, names.size())));
     const std::string more = names.size() > SHOWN ? fmt::format(", and {} more", names.size() - SHOWN) : "";
@@ -178,39 +177,49 @@ std::vector<FACT> facts_of(const NAME_MEANING& meaning, PROFILE_DATABASE& profil
     return facts;
 }
 
-ANSWER unknown_name(const std::string& question, const std::vector<std::string>& names) {
+ANSWER unknown_name(const std::string& question, NAME_SCHEMES& schemes) {
     ANSWER answer;
     answer.found = false;
     answer.missing = fmt::format("no part, and nothing that parts belong to, is named \"{}\"", question);
-    answer.candidates = nearest(question, names);
+    answer.candidates = schemes.nearest_to(question);
     return answer;
 }
 
-ANSWER answer_to(const std::string& question, SOURCES& sources) {
+/// For people. Labels are plain ASCII, as wide as they are long.
+std::string lines_of(const std::vector<FACT>& facts) {
+    constexpr std::size_t LABEL_WIDTH = 38;
+    std::string lines;
+    for (const FACT& fact : facts) {
+        if (!fact.text.empty()) {
+            lines.append(fact.label).append(LABEL_WIDTH - fact.label.size(), ' ');
+            lines.append(printable(fact.text)).append(1, '\n');
+        }
+    }
+    return lines;
+}
+
+ANSWER answer_to(const std::string& question, SOURCES& sources, bool for_programs) {
     const NAME_MEANING meaning = sources.schemes.meaning_of(question);
     if (meaning.schemes.empty()) {
-        return unknown_name(question, sources.names);
+        return unknown_name(question, sources.schemes);
     }
     ANSWER answer;
     std::vector<FACT> facts = facts_of(meaning, sources.profiles);
-    for (const FACT& fact : facts) {
-        answer.content[fact.key] = fact.value;
+    if (for_programs) {
+        for (FACT& fact : facts) {
+            answer.content[fact.key] = std::move(fact.value);
+        }
+        return answer;
     }
     answer.is_block = true;
-    answer.print = [shown = std::move(facts)] {
-        for (const FACT& fact : shown) {
-            if (!fact.text.empty()) {
-                fmt::print("{:<37} {}\n", fact.label, printable(fact.text));
-            }
-        }
-    };
+    answer.print = [lines = lines_of(facts)] { fmt::print("{}", lines); };
     return answer;
 }
 
 void show_info(const ARGUMENTS& given, COMMAND& command) {
     SOURCES sources;
     answer_each(given.text("NAME"), command,
-                [&sources](const std::string& question) { return answer_to(question, sources); });
+                [&](const std::string& question) { return answer_to(question, sources, command.json); });
 }
 
 JSON part_info_schema() {
@@ -254,7 +263,8 @@ JSON facts_json(const NAME_MEANING& meaning, PROFILE_DATABASE& profiles) {
 
 std::vector<JSON> facts_of_all_names() {
     SOURCES sources;
-    std::set<std::string> names(sources.names.begin(), sources.names.end());
+    const std::vector<std::string> spellings = sources.schemes.all_names();
+    std::set<std::string> names(spellings.begin(), spellings.end());
     for (const auto* further : {&part_names(), &package_and_programming_names(), &programmer_part_names(),
                                 &device_names(), &family_names()}) {
         names.insert(further->begin(), further->end());

@@ -12,9 +12,9 @@ namespace {
 using GRAMMAR = PGMDEV_DEVICE_GRAMMAR_MGR;
 
 /// The family of all of the parts; "" when they have none in common.
-std::string family_of(const std::vector<const PART_ENTRY*>& parts) {
-    const auto differs = [&parts](const PART_ENTRY* part) { return part->family != parts.front()->family; };
-    return parts.empty() || std::any_of(parts.begin(), parts.end(), differs) ? "" : parts.front()->family;
+std::string family_of(const std::vector<PART_ENTRY>& parts) {
+    const auto differs = [&parts](const PART_ENTRY& part) { return part.family != parts.front().family; };
+    return parts.empty() || std::any_of(parts.begin(), parts.end(), differs) ? "" : parts.front().family;
 }
 
 }  // namespace

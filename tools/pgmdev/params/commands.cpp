@@ -31,7 +31,7 @@ JSON block_with_data_schema() {
 }
 
 void list_blocks(const ARGUMENTS& given, const COMMAND& command) {
-    require_sound_container("read");
+    require_readable_container();
     std::vector<JSON> rows;
     TEXT_TABLE table({"block", "name", "bytes"});
     for (DWORD i = 0; i < std::max<DWORD>(PGMDEV_FLASH_INI_MAX, examine_container().block_count); ++i) {
@@ -67,7 +67,7 @@ void print_dump(std::span<const BYTE> bytes) {
 void read_block(const ARGUMENTS& given, COMMAND& command) {
     const PGMDEV_FLASH_INI_ENUM which = readable_block(given.text("BLOCK"));
     const std::string& file = given.text("FILE");
-    require_sound_container("read");
+    require_readable_container();
     if (!file.empty()) {
         confirm_output(file, {container_place().path}, fmt::format("block \"{}\"", block_name(which)),
                        block_stamp(which), given.has("--force"));
@@ -122,7 +122,7 @@ std::vector<BYTE> read_whole(const std::string& path) {
 void write_block(const ARGUMENTS& given, const COMMAND& command) {
     const PGMDEV_FLASH_INI_ENUM which = writable_block(given.text("BLOCK"));
     const CONTAINER_LOCK lock;
-    require_changeable_container();
+    require_changeable_container(given.has("--force"));
     const std::string& file = given.text("FILE");
     std::vector<BYTE> bytes = read_whole(file);
     const std::string fault = given.has("--raw") ? "" : block_fault(which, bytes);
@@ -141,7 +141,7 @@ void write_block(const ARGUMENTS& given, const COMMAND& command) {
 void remove_block(const ARGUMENTS& given, COMMAND& command) {
     const PGMDEV_FLASH_INI_ENUM which = writable_block(given.text("BLOCK"));
     const CONTAINER_LOCK lock;
-    require_changeable_container();
+    require_changeable_container(given.has("--force"));
     if (const BLOCK block(which); block.data == nullptr) {
         report_absent(which, block_json(which, block), command);
         return;
@@ -167,9 +167,11 @@ NOUN params_noun() {
             .takes(block)
             .takes({"FILE", "File with the bytes of the block"})
             .takes({"--raw", "Whatever form the bytes have", ARGUMENT::FLAG})
+            .takes(force_container_option())
             .answers(block_schema),
         VERB("remove", "Remove a block and keep the others", "pgmdev params remove 1", remove_block)
             .takes(block)
+            .takes(force_container_option())
             .answers(block_schema),
     };
     return {"params", "The parameter blocks of pgm_flash.ini in the module directory", "pgmdev params list", verbs};

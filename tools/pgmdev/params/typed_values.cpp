@@ -119,7 +119,7 @@ void show_values(const ARGUMENTS& given, COMMAND& command) {
     for (const std::string& type : given.texts("TYPE")) {
         type_named(type);
     }
-    require_sound_container("read");
+    require_readable_container();
     const BLOCK block(which);
     JSON answer = block_json(which, block);
     answer["values"] = JSON::array();
@@ -254,7 +254,7 @@ void set_values(const ARGUMENTS& given, const COMMAND& command) {
         values.push_back(value_of(assignment, conversion));
     }
     const CONTAINER_LOCK lock;
-    require_changeable_container();
+    require_changeable_container(given.has("--force"));
     DWORD size = 0;
     for (TYPED_VALUE& value : values) {
         PGMDEV_FLASH_INI::calculate_flash_ini_data_size(size, value.type().type, value.object());
@@ -297,5 +297,6 @@ VERB set_values_verb(const ARGUMENT& block) {
                 "MASK=PATTERN"})
         .takes({"--exponent", "A number stands for that power of two, unless it is the largest", ARGUMENT::FLAG})
         .takes({"--multiple", "A number stands for that many times this", ARGUMENT::OPTIONAL_NUMBER, "NUMBER"})
+        .takes(force_container_option())
         .answers(block_schema);
 }

@@ -10,10 +10,8 @@
 
 #include "files/file_bytes.h"
 #include "fio.h"
-#include "gen.h"
 #include "pgmdev_version.h"
 #include "terminal/schema.h"
-#include "text_lines.h"
 #include "utf8_path.h"
 
 namespace {
@@ -35,34 +33,25 @@ constexpr std::array<INFO_KEY, 7> KEYS{{
     {"compiled_by", &DATABASE_INFO::compiled_by},
 }};
 
-/// The key that only stands there while a database is replaced.
-constexpr const char* REPLACES = "replaces_sha256";
-
 std::string file_name_of(const std::string& path) {
     return utf8_from_path(path_from_utf8(path).filename());
 }
 
-bool take(const std::string& text, std::string& value) {
+bool take(std::string_view text, std::string& value) {
     value = text;
     return !text.empty();
 }
 
-bool take(const std::string& text, QWORD& value) {
+bool take(std::string_view text, QWORD& value) {
     const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
     return error == std::errc() && end == text.data() + text.size();
 }
 
 /// Reads a text. Keys that are not known are left to those who know them; false when one is missing or has no value.
-bool parse(const std::vector<BYTE>& bytes, DATABASE_INFO& info) {
+bool parse(const std::string& info_text, DATABASE_INFO& info) {
     std::size_t taken = 0;
-    for_each_line({reinterpret_cast<const char*>(bytes.data()), bytes.size()}, [&](std::string_view line) {
-        const std::size_t equals = line.find('=');
-        if (equals == std::string_view::npos) {
-            return;
-        }
-        const std::string name = gen_remove_leading_and_trailing_white_spaces(std::string(line.substr(0, equals)));
-        const std::string text = gen_remove_leading_and_trailing_white_spaces(std::string(line.substr(equals + 1)));
-        if (name == REPLACES) {
+    for_each_info_value(info_text, [&](std::string_view name, std::string_view text) {
+        if (name == REPLACED_DIGEST_KEY) {
             info.replaces_sha256 = text;
         }
         const auto* const key =
@@ -75,10 +64,6 @@ bool parse(const std::vector<BYTE>& bytes, DATABASE_INFO& info) {
 }
 
 }  // namespace
-
-std::string info_file_of(const std::string& database) {
-    return database + ".info";
-}
 
 DATABASE_INFO database_info(const std::string& database, std::span<const BYTE> database_bytes,
                             const std::string& source, std::span<const BYTE> source_bytes, QWORD records,
@@ -98,34 +83,34 @@ std::string info_text(const DATABASE_INFO& info) {
     for (const INFO_KEY& key : KEYS) {
         text += std::visit([&](auto field) { return fmt::format("{} = {}\n", key.name, info.*field); }, key.field);
     }
-    return text + (info.replaces_sha256.empty() ? "" : fmt::format("{} = {}\n", REPLACES, info.replaces_sha256));
+    return text +
+           (info.replaces_sha256.empty() ? "" : fmt::format("{} = {}\n", REPLACED_DIGEST_KEY, info.replaces_sha256));
 }
 
 INFO_FINDING check_info(const std::string& database) {
     const std::string path = info_file_of(database);
+    const FILE_WITH_INFO both = read_with_info(fio_get_unc_full_path(FIO_PATH(database).fullpath()),
+                                               fio_get_unc_full_path(FIO_PATH(path).fullpath()));
     INFO_FINDING finding;
-    if (!FIO_FILE_SYSTEM::exists(path.c_str())) {
+    if (both.info_result == READ_RESULT::ABSENT) {
         finding.message = path + " does not exist";
         return finding;
     }
-    const auto text = file_bytes(path);
-    const auto bytes = file_bytes(database);
-    if (!bytes || !text || !parse(*text, finding.info)) {
-        finding.state = INFO_FINDING::UNREADABLE;
-        finding.message = !bytes  ? database + " cannot be read"
-                          : !text ? path + " cannot be read"
-                                  : path + " is damaged: compile the database again";
+    if (both.info_result != READ_RESULT::READ || both.file_result != READ_RESULT::READ ||
+        !parse(both.info, finding.info)) {
+        finding.state = INFO_STATE::UNREADABLE;
+        finding.message = both.info_result != READ_RESULT::READ   ? path + " cannot be read"
+                          : both.file_result != READ_RESULT::READ ? database + " cannot be read"
+                                                                  : path + " is damaged: compile the database again";
         return finding;
     }
-    const std::string found = sha256_of(*bytes);
-    if (found == finding.info.database_sha256) {
-        finding.state = INFO_FINDING::MATCHES;
+    const std::string found = sha256_of(both.file_bytes());
+    finding.state = judge_info(both.info, DATABASE_DIGEST_KEY, found);
+    if (finding.state == INFO_STATE::MATCHES) {
         finding.message = fmt::format("compiled from {} by {}", finding.info.source, finding.info.compiled_by);
-    } else if (found == finding.info.replaces_sha256) {
-        finding.state = INFO_FINDING::OLDER;
+    } else if (finding.state == INFO_STATE::OLDER) {
         finding.message = fmt::format("the database from before compiling {} was interrupted", finding.info.source);
     } else {
-        finding.state = INFO_FINDING::DIFFERS;
         finding.message = fmt::format("the SHA-256 is {}, {} states {}", found, path, finding.info.database_sha256);
     }
     return finding;

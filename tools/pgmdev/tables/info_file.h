@@ -7,6 +7,7 @@
 #include <span>
 #include <string>
 
+#include "file_info.h"
 #include "pgmdev_types.h"
 #include "terminal/json.h"
 
@@ -25,9 +26,6 @@ struct DATABASE_INFO {
     bool operator==(const DATABASE_INFO&) const = default;
 };
 
-/// The path of the text that belongs to a database.
-std::string info_file_of(const std::string& database);
-
 /// What is known of a database when it has been compiled from a source table; it replaces nothing.
 DATABASE_INFO database_info(const std::string& database, std::span<const BYTE> database_bytes,
                             const std::string& source, std::span<const BYTE> source_bytes, QWORD records,
@@ -38,15 +36,7 @@ std::string info_text(const DATABASE_INFO& info);
 
 /// Whether a database is the one that its text tells of.
 struct INFO_FINDING {
-    enum STATE {
-        MATCHES,    ///< it is
-        OLDER,      ///< it is the one that was to be replaced when compiling was interrupted
-        MISSING,    ///< there is no text: nothing is known, and nothing wrong
-        DIFFERS,    ///< it is not: either of them is damaged, or was replaced without the other
-        UNREADABLE  ///< the text or the database cannot be read, or the text is none
-    };
-
-    STATE state = MISSING;
+    INFO_STATE state = INFO_STATE::MISSING;
     DATABASE_INFO info;   ///< what the text tells
     std::string message;  ///< for people
 };

@@ -22,10 +22,10 @@ constexpr std::array<const char*, 3> OUTCOMES_FOR_PROGRAMS{"passed", "failed", "
 /// Tells whether the database is the one that the text beside it describes.
 INFO_FINDING check_origin(VERIFICATION& verification) {
     INFO_FINDING finding = check_info(verification.database);
-    if (finding.state == INFO_FINDING::MISSING) {
+    if (finding.state == INFO_STATE::MISSING) {
         verification.skip("origin", finding.message);
     } else {
-        const bool known = finding.state == INFO_FINDING::MATCHES || finding.state == INFO_FINDING::OLDER;
+        const bool known = finding.state == INFO_STATE::MATCHES || finding.state == INFO_STATE::OLDER;
         verification.add("origin", known, finding.message);
     }
     return finding;
@@ -77,7 +77,7 @@ void print_verification(VERIFICATION verification, COMMAND& command) {
             checks.push_back(
                 {{"check", check.name}, {"outcome", OUTCOMES_FOR_PROGRAMS[check.outcome]}, {"detail", check.detail}});
         }
-        const bool known = origin.state == INFO_FINDING::MATCHES || origin.state == INFO_FINDING::DIFFERS;
+        const bool known = origin.state == INFO_STATE::MATCHES || origin.state == INFO_STATE::DIFFERS;
         print_json({{"query", verification.database},
                     {"source", verification.source.empty() ? JSON() : JSON(verification.source)},
                     {"sound", verification.sound()},

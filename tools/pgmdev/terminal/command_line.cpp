@@ -52,29 +52,48 @@ void read_settings(const VERB& verb, const COMMAND& command) try {
     print_error("pgmdev: warning: {}\n", printable(failure_text(error.failure())));
 }
 
-void add_verb(CLI::App& noun, const VERB& verb, COMMAND& command) {
-    CLI::App* app = noun.add_subcommand(verb.name, verb.description);
-    app->footer(verb.notes + "Example: " + verb.example);
-    const auto arguments = std::make_shared<ARGUMENTS>();  // lives as long as the callback that reads it
-    arguments->bind(verb.arguments, *app);
-    app->callback([&verb, arguments, &command] {
-        read_settings(verb, command);
-        verb.run(*arguments, command);
-    });
-}
+/// Adds nouns and verbs to the parser. What making it takes is most of what a short answer takes: of those that no
+/// argument names, and which can therefore not be entered, it has only what help lists.
+class CONTENTS {
+public:
+    CONTENTS(const std::vector<std::string>& arguments, COMMAND& command)
+        : m_arguments(arguments), m_command(command) {}
 
-/// Adds what may stand behind a noun.
-void add_contents(CLI::App& app, const NOUN& noun, COMMAND& command) {
-    app.require_subcommand(1);
-    for (const VERB& verb : noun.verbs) {
-        add_verb(app, verb, command);
+    void add_to(CLI::App& app, const NOUN& noun) const {
+        app.require_subcommand(1);
+        for (const VERB& verb : noun.verbs) {
+            CLI::App* added = app.add_subcommand(verb.name, verb.description);
+            if (may_be_entered(verb.name)) {
+                fill(*added, verb);
+            }
+        }
+        for (const NOUN& group : noun.groups) {
+            CLI::App* added = app.add_subcommand(group.name, group.description);
+            if (may_be_entered(group.name)) {
+                added->footer("Example: " + group.example);
+                add_to(*added, group);
+            }
+        }
     }
-    for (const NOUN& group : noun.groups) {
-        CLI::App* subcommand = app.add_subcommand(group.name, group.description);
-        subcommand->footer("Example: " + group.example);
-        add_contents(*subcommand, group, command);
+
+private:
+    bool may_be_entered(const std::string& name) const {
+        return std::find(m_arguments.begin(), m_arguments.end(), name) != m_arguments.end();
     }
-}
+
+    void fill(CLI::App& app, const VERB& verb) const {
+        app.footer(verb.notes + "Example: " + verb.example);
+        const auto arguments = std::make_shared<ARGUMENTS>();  // lives as long as the callback that reads it
+        arguments->bind(verb.arguments, app);
+        app.callback([&verb, arguments, &command = m_command] {
+            read_settings(verb, command);
+            verb.run(*arguments, command);
+        });
+    }
+
+    const std::vector<std::string>& m_arguments;
+    COMMAND& m_command;
+};
 
 /// What the parser finds wrong. A misspelt word explains more than what it leads to.
 COMMAND_FAILURE wrong_arguments(const COMMAND_TABLE& table, const std::vector<std::string>& arguments,
@@ -155,7 +174,7 @@ bool run_command_line(const COMMAND_TABLE& table, const std::vector<std::string>
     for (const GLOBAL_OPTION& option : table.options) {
         add_global_option(app, option, command);
     }
-    add_contents(app, table.all, command);
+    CONTENTS(arguments, command).add_to(app, table.all);
     try {
         app.parse(std::vector<std::string>(arguments.rbegin(), arguments.rend()));
     } catch (const ANSWERED&) {

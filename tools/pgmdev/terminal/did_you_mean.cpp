@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <bit>
 #include <cstdint>
-#include <iterator>
 #include <numeric>
 #include <utility>
 
@@ -92,7 +91,8 @@ private:
 
 }  // namespace
 
-std::vector<std::string> nearest(const std::string& name, const std::vector<std::string>& candidates) {
+std::vector<std::string> nearest(const std::string& name, const std::vector<std::string>& candidates,
+                                 const std::function<bool(const std::string&)>& may_be_meant) {
     constexpr std::size_t MOST = 5;
     EDIT_DISTANCE distance_from_name(name);
     const std::size_t limit = tolerance(name);
@@ -105,9 +105,12 @@ std::vector<std::string> nearest(const std::string& name, const std::vector<std:
     }
     std::sort(near.begin(), near.end());
     near.erase(std::unique(near.begin(), near.end()), near.end());
-    near.resize(std::min(near.size(), MOST));
     std::vector<std::string> names;
-    std::transform(near.begin(), near.end(), std::back_inserter(names), [](const auto& found) { return found.second; });
+    for (auto found = near.begin(); found != near.end() && names.size() < MOST; ++found) {
+        if (!may_be_meant || may_be_meant(found->second)) {
+            names.push_back(std::move(found->second));
+        }
+    }
     return names;
 }
 

@@ -67,6 +67,10 @@ std::string_view next_character(std::string_view text, std::size_t& place, bool&
 }  // namespace
 
 std::string printable(const std::string& text) {
+    const auto is_plain = [](char c) { return c >= ' ' && c <= '~'; };
+    if (std::all_of(text.begin(), text.end(), is_plain)) {
+        return text;  // as nearly every text is
+    }
     std::string shown;
     for (std::size_t place = 0; place < text.size();) {
         bool valid = false;
@@ -84,6 +88,10 @@ std::string printable(const std::string& text) {
 
 std::string printable_json(std::string_view json) {
     constexpr char DELETE = '\x7F';
+    const auto is_plain = [](char c) { return c >= '\0' && c < DELETE; };
+    if (std::all_of(json.begin(), json.end(), is_plain)) {
+        return std::string(json);
+    }
     std::string shown;
     for (std::size_t place = 0; place < json.size();) {
         bool valid = false;

@@ -1,0 +1,2 @@
+/// What every program of these libraries takes before it does anything.
+int main() {}

@@ -1,0 +1,97 @@
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <iterator>
+#include <map>
+#include <string>
+#include <vector>
+
+#include "names/compiled_in_digests.h"
+#include "sha256.h"
+#include "support/plain_catalog.h"
+#include "support/sha256.h"
+
+namespace {
+
+const PLAIN_CATALOG& catalog() {
+    static const PLAIN_CATALOG plain = read_plain_catalog(TEST_DATA_DIR "/catalog");
+    return plain;
+}
+
+std::string upper(std::string text) {
+    std::transform(text.begin(), text.end(), text.begin(), [](char c) { return static_cast<char>(std::toupper(c)); });
+    return text;
+}
+
+NAME_DIGEST digest_of(const std::string& name) {
+    return name_digest(independent_sha256(name).data());
+}
+
+/// The parts by number, and what names of theirs the catalog has for the grammar.
+std::map<int, const PLAIN_PART*> parts_by_number() {
+    std::map<int, const PLAIN_PART*> parts;
+    for (const PLAIN_PART& part : catalog().parts) {
+        if (part.number != 0) {
+            parts[part.number] = &part;
+        }
+    }
+    return parts;
+}
+
+TEST(GeneratorSha256, OfEveryLengthIsAsAnotherLibraryHasIt) {
+    std::string text;
+    for (int length = 0; length < 300; ++length) {
+        EXPECT_EQ(sha256(text), independent_sha256(text)) << length;
+        text += static_cast<char>(length * 7 + 1);
+    }
+    const std::string longer(1000000, 'a');
+    EXPECT_EQ(sha256(longer), independent_sha256(longer));
+}
+
+TEST(GeneratedDigests, AreAboutTheNamesOfAllNumbers) {
+    const auto parts = parts_by_number();
+    std::string names;
+    for (int number = 1; number <= parts.rbegin()->first; ++number) {
+        names += (parts.contains(number) ? upper(parts.at(number)->name) : "") + '\0';
+    }
+    EXPECT_EQ(PGMDDB_PART_DIGESTS.parts, parts.rbegin()->first);
+    const auto digest = independent_sha256(names);
+    EXPECT_TRUE(std::equal(digest.begin(), digest.end(), std::begin(PGMDDB_PART_DIGESTS.all_names)));
+}
+
+TEST(GeneratedDigests, HaveEveryPartByItsHash) {
+    const PART_DIGESTS& tables = PGMDDB_PART_DIGESTS;
+    EXPECT_TRUE(std::is_sorted(tables.names, tables.names + tables.name_count));
+    std::vector<HASHED_PART> expected;
+    const auto parts = parts_by_number();
+    for (int number = 1; number <= tables.parts; ++number) {
+        expected.push_back(
+            hashed_part(digest_of(parts.contains(number) ? upper(parts.at(number)->name) : "").hash, number));
+    }
+    std::sort(expected.begin(), expected.end());
+    EXPECT_EQ(std::vector<HASHED_PART>(tables.names, tables.names + tables.name_count), expected);
+}
+
+TEST(GeneratedDigests, HaveTheFirstPartThatANameDenotes) {
+    std::map<std::string, int> expected;
+    for (const auto& [number, part] : parts_by_number()) {
+        if (part->pcf == "-") {
+            continue;  // not in the grammar
+        }
+        const std::string name = upper(part->name);
+        for (const std::string& denoting : {upper(part->package_name), upper(part->pgm_name)}) {
+            if (denoting != name && denoting.size() >= 5 && denoting.substr(0, 5) == name.substr(0, 5)) {
+                expected.try_emplace(denoting, number);
+            }
+        }
+    }
+    const PART_DIGESTS& tables = PGMDDB_PART_DIGESTS;
+    EXPECT_GT(expected.size(), 5000U);
+    EXPECT_EQ(tables.denoting_count, expected.size());
+    for (const auto& [name, number] : expected) {
+        ASSERT_EQ(denoted_part(tables, digest_of(name)), number) << name;
+        ASSERT_EQ(denoted_part(tables, digest_of(name + "?")), 0) << name;
+    }
+}
+
+}  // namespace

@@ -1,0 +1,19 @@
+#pragma once
+
+/// \file
+/// Which names of parts and devices may have been meant, without lists of all of these: those are only made of names that
+/// are similar.
+
+#include <string>
+#include <vector>
+
+/// Of what the names may be.
+struct NAME_KINDS {
+    bool part = false;
+    bool package_or_programming = false;  ///< names that a part has
+    bool programmer_part = false;         ///< programmer-file part names of these
+    bool device = false;
+};
+
+/// As nearest (did_you_mean.h) of the lists in device_names.h.
+std::vector<std::string> nearest_names(const std::string& name, const NAME_KINDS& kinds);

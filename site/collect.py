@@ -9,7 +9,12 @@ import shutil
 import sys
 
 GUIDES = ["*.md", "docs/*.md", "data/*/README.md", "tests/data/sfdp/README.md"]
-HEADERS = {"reference/library": "h", "reference/host": "host/h"}
+# Where their pages are, where they are, and what the list of pages calls them.
+HEADERS = [
+    ("reference/library", "h", "The library's headers"),
+    ("reference/c", "c/include", "The library's headers for C"),
+    ("reference/host", "host/h", "The host's headers"),
+]
 
 
 def copy_guides(project, directory):
@@ -21,27 +26,34 @@ def copy_guides(project, directory):
 
 
 def write_header_pages(project, directory):
-    for place, headers in HEADERS.items():
-        (directory / place).mkdir(parents=True)
-        for header in (project / headers).glob("*.h"):
+    """Returns their lists for the start page."""
+    lists = ""
+    for place, headers, caption in HEADERS:
+        found = sorted((project / headers).glob("*.h"))
+        if found:
+            (directory / place).mkdir(parents=True)
+            pages = "\n".join(f"{place}/{header.stem}" for header in found)
+            lists += f"```{{toctree}}\n:hidden:\n:caption: {caption}\n\n{pages}\n```\n\n"
+        for header in found:
             page = f"# {header.name}\n\n```{{doxygenfile}} {header.name}\n```\n"
             (directory / place / f"{header.stem}.md").write_text(page, encoding="utf-8")
+    return lists
 
 
-def write_start_page(project, directory):
+def write_start_page(project, directory, lists_of_headers):
     """Lists the guides that it does not name, too."""
     text = (project / "site" / "index.md").read_text(encoding="utf-8")
     guides = sorted(guide.stem for guide in (directory / "docs").glob("*.md"))
     others = "\n".join(f"docs/{guide}" for guide in guides if not re.search(rf"^docs/{guide}$", text, re.MULTILINE))
-    (directory / "index.md").write_text(text.replace("OTHER_GUIDES", others), encoding="utf-8")
+    text = text.replace("OTHER_GUIDES", others).replace("LISTS_OF_HEADERS", lists_of_headers)
+    (directory / "index.md").write_text(text, encoding="utf-8")
 
 
 def main():
     project, directory = map(pathlib.Path, sys.argv[1:])
     shutil.rmtree(directory, ignore_errors=True)
     copy_guides(project, directory)
-    write_header_pages(project, directory)
-    write_start_page(project, directory)
+    write_start_page(project, directory, write_header_pages(project, directory))
 
 
 main()

@@ -12,7 +12,7 @@ suppress_warnings = []
 
 myst_heading_anchors = 4  # as on the pages of repositories
 breathe_default_project = "pgmdev"
-breathe_domain_by_file_pattern = {"pgmdev_c*.h": "c", "*.h": "cpp"}
+breathe_domain_by_file_pattern = {"*pgmdev_c.h": "c", "*pgmdev_c_*.h": "c"}
 
 html_theme = "furo"
 html_static_path = ["static"]

@@ -40,9 +40,9 @@ PROCESS process_of(const std::string& command, const std::filesystem::path& dire
     PROCESS process{{TEST_COMMAND}, "", {}, directory};
     const std::string pipe = " | ";
     const std::size_t bar = command.find(pipe);
-    LINES words = words_of(bar == std::string::npos ? command : command.substr(bar + pipe.size()));
+    LINES words = shell_words(bar == std::string::npos ? command : command.substr(bar + pipe.size()));
     if (bar != std::string::npos) {
-        const LINES producer = words_of(command.substr(0, bar));
+        const LINES producer = shell_words(command.substr(0, bar));
         EXPECT_EQ(producer.front(), "printf") << command;
         process.input = unescaped(producer.at(1));
     }

@@ -21,7 +21,7 @@ struct STEP {
 };
 
 /// Splits a command line as a shell does, as far as the guides need it.
-inline LINES words_of(const std::string& command) {
+inline LINES shell_words(const std::string& command) {
     LINES words;
     char quote = 0;
     bool open = false;

@@ -132,7 +132,7 @@ LINES stages_of(const std::string& command) {
 
 /// What becomes of an output behind a bar.
 void pass_on(const std::string& stage, const std::filesystem::path& directory, PROCESS_RESULT& result) {
-    const LINES words = words_of(stage);
+    const LINES words = shell_words(stage);
     if (words.size() == 2 && words[0] == "head") {
         LINES lines = lines_of(result.output);
         lines.resize(std::min<std::size_t>(lines.size(), std::stoul(words[1].substr(1))));
@@ -193,7 +193,7 @@ private:
 
     int run(const STEP& step) {
         const LINES stages = stages_of(step.command);
-        LINES words = words_of(stages.front());
+        LINES words = shell_words(stages.front());
         ++m_count;
         if (words.size() == 3 && words[0] == "mkdir") {
             std::filesystem::create_directories(m_scratch.directory() / words[2]);

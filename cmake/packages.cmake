@@ -1,13 +1,16 @@
-# Packages, made by cpack: on Linux a pair for Debian and an archive, for Windows an archive with all it needs.
+# Packages, made by cpack: on Linux those for Debian and an archive, for Windows an archive with all it needs.
 
 set(CPACK_PACKAGE_NAME pgmdev)
 set(CPACK_PACKAGE_VENDOR "The makers of Tessary")
 set(CPACK_PACKAGE_CONTACT "The makers of Tessary <pgmdev@tessary.invalid>")
-set(CPACK_PACKAGE_DESCRIPTION_SUMMARY ${PROJECT_DESCRIPTION})
+set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "device-data layer of Tessary")
 set(CPACK_PACKAGE_VERSION ${PROJECT_VERSION})
 set(CPACK_COMPONENTS_ALL runtime development)
 if(PGMDEV_WITH_PYTHON)
   list(APPEND CPACK_COMPONENTS_ALL python)
+endif()
+if(PGMDEV_HAS_SITE)
+  list(APPEND CPACK_COMPONENTS_ALL documentation)
 endif()
 set(CPACK_VERBATIM_VARIABLES ON)
 set(CPACK_STRIP_FILES ON)
@@ -15,9 +18,13 @@ set(CPACK_THREADS 1)
 
 # Run by cpack itself, before and after it packs: the same commit gives the same bytes.
 set(CPACK_PROJECT_CONFIG_FILE ${PROJECT_SOURCE_DIR}/cmake/package_time.cmake)
-set(CPACK_PRE_BUILD_SCRIPTS ${PROJECT_SOURCE_DIR}/cmake/package_directories.cmake)
+set(CPACK_PRE_BUILD_SCRIPTS
+  ${PROJECT_SOURCE_DIR}/cmake/debian_package.cmake
+  ${PROJECT_SOURCE_DIR}/cmake/package_directories.cmake)
 set(CPACK_POST_BUILD_SCRIPTS ${PROJECT_SOURCE_DIR}/cmake/reproducible_archive.cmake)
 set(CPACK_PGMDEV_SOURCE_DIR ${PROJECT_SOURCE_DIR})
+set(CPACK_PGMDEV_THIRD_PARTY ${PGMDEV_THIRD_PARTY})
+set(CPACK_PGMDEV_CONTROL_DIR ${PROJECT_BINARY_DIR}/package/debian)  # what debian_package.cmake writes for `pgmdev`
 
 if(WIN32)
   set(CPACK_GENERATOR ZIP)
@@ -30,12 +37,16 @@ endif()
 set(CPACK_DEB_COMPONENT_INSTALL ON)
 set(CPACK_DEBIAN_COMPRESSION_TYPE gzip)
 set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
-set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS ON)
+set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
 
 set(CPACK_DEBIAN_RUNTIME_PACKAGE_NAME pgmdev)
 set(CPACK_DEBIAN_RUNTIME_PACKAGE_SECTION electronics)
 set(CPACK_DEBIAN_RUNTIME_PACKAGE_SHLIBDEPS ON)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS ${CMAKE_LIBRARY_OUTPUT_DIRECTORY})
+set(CPACK_DEBIAN_RUNTIME_PACKAGE_CONTROL_EXTRA
+  ${CPACK_PGMDEV_CONTROL_DIR}/shlibs
+  ${CPACK_PGMDEV_CONTROL_DIR}/symbols
+  ${CPACK_PGMDEV_CONTROL_DIR}/triggers)
 set(CPACK_DEBIAN_RUNTIME_DESCRIPTION
   "What an FPGA programming tool has to know about devices and the serial flash\nbeside them: libraries, databases and the command pgmdev.")
 
@@ -56,5 +67,10 @@ if(PGMDEV_WITH_PYTHON)
   set(CPACK_DEBIAN_PYTHON_DESCRIPTION
     "Python package of the device data: serial flash, device names, parts and\nprogramming profiles, for programs and notebooks.")
 endif()
+set(CPACK_DEBIAN_DOCUMENTATION_PACKAGE_NAME pgmdev-doc)
+set(CPACK_DEBIAN_DOCUMENTATION_PACKAGE_SECTION doc)
+set(CPACK_DEBIAN_DOCUMENTATION_PACKAGE_ARCHITECTURE all)
+set(CPACK_DEBIAN_DOCUMENTATION_DESCRIPTION
+  "All guides and the reference of the headers, as pages for browsers that need no\nserver and no network.")
 
 include(CPack)

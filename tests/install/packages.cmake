@@ -1,6 +1,8 @@
 # The packages: twice the same bytes, whoever packs, and a command that works after unpacking.
 include(${CMAKE_CURRENT_LIST_DIR}/common.cmake)
 
+set(ENV{WINEPATH} "")  # a package brings all it needs
+
 set(WORK_DIR ${WORK_DIR}-packages)
 file(REMOVE_RECURSE ${WORK_DIR})
 file(MAKE_DIRECTORY ${WORK_DIR}/first ${WORK_DIR}/second)

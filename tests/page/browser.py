@@ -87,7 +87,7 @@ class Page:
 
     def violations(self, only=None):
         """What the accessibility checker finds in what is shown, by all rules or some: rule and place of each."""
-        options = {"resultTypes": ["violations"]}
+        options = {"resultTypes": ["violations"], "preload": False}  # it would fetch style sheets
         if only:
             options["runOnly"] = {"type": "rule", "values": only}
         self.driver.execute_script(f"if (!window.axe) {{ {self.axe} }}")

@@ -32,7 +32,7 @@ function(add_growth size catalog)
 
   add_library(pgmdev_${size} SHARED EXCLUDE_FROM_ALL $<TARGET_OBJECTS:pgmdev_objects> $<TARGET_OBJECTS:boot_flash_records>)
   target_link_libraries(pgmdev_${size} PRIVATE
-    pgmhost_${size} pgmddb_data_${size} pgmdev_system pgmdev_compiler_settings)
+    pgmhost_${size} pgmddb_data_${size} pgmdev_tables pgmdev_system pgmdev_compiler_settings)
   target_link_options(pgmdev_${size} PRIVATE -Wl,--version-script=${PROJECT_SOURCE_DIR}/pgm/pgmdev/pgmdev.map)
   foreach(library pgmhost pgmdev)
     set_target_properties(${library}_${size} PROPERTIES
@@ -46,7 +46,7 @@ function(add_growth size catalog)
   target_include_directories(growth_bench_${size} PRIVATE
     ${CMAKE_CURRENT_SOURCE_DIR} ${PROJECT_SOURCE_DIR}/h ${PROJECT_SOURCE_DIR}/host/h ${PROJECT_SOURCE_DIR}/pgm/pgmdev)
   target_link_libraries(growth_bench_${size} PRIVATE
-    pgmhost_${size} pgmddb_data_${size} benchmark::benchmark_main pgmdev_system pgmdev_compiler_settings)
+    pgmhost_${size} pgmddb_data_${size} pgmdev_tables benchmark::benchmark_main pgmdev_system pgmdev_compiler_settings)
   set_target_properties(growth_bench_${size} PROPERTIES OUTPUT_NAME growth_bench RUNTIME_OUTPUT_DIRECTORY ${tree}/bin)
 
   # The command is the same for all: it finds the libraries of its tree.

@@ -9,6 +9,8 @@ import shutil
 import sys
 
 GUIDES = ["*.md", "docs/*.md", "data/*/README.md", "tests/data/sfdp/README.md"]
+# What they show and lead to.
+BESIDE_GUIDES = ["docs/performance/*.svg", "examples/*.py"]
 # Where their pages are, where they are, and what the list of pages calls them.
 HEADERS = [
     ("reference/library", "h", "The library's headers"),
@@ -18,7 +20,7 @@ HEADERS = [
 
 
 def copy_guides(project, directory):
-    for pattern in GUIDES:
+    for pattern in GUIDES + BESIDE_GUIDES:
         for guide in project.glob(pattern):
             copy = directory / guide.relative_to(project)
             copy.parent.mkdir(parents=True, exist_ok=True)

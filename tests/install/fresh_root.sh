@@ -6,12 +6,12 @@
 set -euo pipefail
 project=$(cd "$(dirname "${BASH_SOURCE[0]}")/../.." && pwd)
 build=$(cd "${1:-$project/build/release}" && pwd)
-mapfile -t packages < <(find "$build" -maxdepth 1 -name 'pgmdev*.deb' | sort)
-[ ${#packages[@]} -eq 3 ] || { echo "$build has ${#packages[@]} packages instead of 3: run cpack there" >&2; exit 1; }
+mapfile -t packages < <(find "$build" -maxdepth 1 -name '*.deb' | sort)
+[ ${#packages[@]} -eq 4 ] || { echo "$build has ${#packages[@]} packages instead of 4: run cpack there" >&2; exit 1; }
 scratch=$(mktemp -d)
 trap 'rm -rf "$scratch"' EXIT
 mkdir "$scratch/packages"
-cp "${packages[@]}" "$project/examples/identify.cpp" "$scratch/packages"
+cp "${packages[@]}" "$project/examples/"identify.{c,cpp} "$scratch/packages"
 
 # What Debian is made of here: the sources of this machine that are Debian's.
 if [ -f /etc/apt/sources.list.d/debian.sources ]; then
@@ -28,7 +28,7 @@ cat >"$scratch/packages/test.sh" <<'INSIDE'
 set -eux
 cd /packages
 export DEBIAN_FRONTEND=noninteractive
-apt-get install -y --no-install-recommends ./pgmdev*.deb
+apt-get install -y --no-install-recommends ./*.deb
 command -v pgmdev
 pgmdev --version
 pgmdev doctor
@@ -38,7 +38,10 @@ test -f /usr/share/doc/pgmdev/html/index.html
 apt-get install -y --no-install-recommends g++ pkg-config
 g++ -std=c++20 identify.cpp $(pkg-config --cflags --libs pgmdev) -o identify
 [ "$(./identify)" = "W25Q64JV: 67108864 bits, erased within 100 s" ]
-apt-get purge -y pgmdev pgmdev-dev pgmdev-doc
+gcc -std=c99 identify.c $(pkg-config --cflags --libs pgmdev_c) -o identify_c
+[ "$(./identify_c)" = "W25Q64JV: erased within 100 s" ]
+[ "$(python3 -c 'import pgmdev; print(pgmdev.flash.identify(b"\xef\x40\x17").record.device_name)')" = W25Q64JV ]
+apt-get purge -y pgmdev pgmdev-dev pgmdev-doc python3-pgmdev
 for place in /usr/bin/pgmdev /usr/share/tessary /usr/include/pgmdev /usr/share/doc/pgmdev; do
     test ! -e "$place"
 done

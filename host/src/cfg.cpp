@@ -5,14 +5,15 @@
 #include <mutex>
 #include <optional>
 #include <string_view>
+#include <utility>
 
 #include "configuration_lines.h"
 #include "environment.h"
 #include "file_reader.h"
 #include "fio.h"
 #include "gen.h"
+#include "mostly_read_mutex.h"
 #include "standard_places.h"
-#include "static_mutex.h"
 #include "unloading.h"
 #include "utf8_path.h"
 
@@ -49,13 +50,24 @@ std::string value_of(const CONFIGURATION_VALUES& values, const std::string& key)
 }
 
 struct CONFIGURATION {
-    STATIC_MUTEX mutex;
+    MOSTLY_READ_MUTEX mutex;
     CONFIGURATION_VALUES set_by_program;
     std::optional<CONFIGURATION_VALUES> files;  ///< empty until the first look-up
 };
 
 CONFIGURATION& configuration() {
     return lasting<CONFIGURATION>();
+}
+
+/// Nothing while it may be in a file that has not been read.
+std::optional<std::string> known_value(const CONFIGURATION& all, const std::string& key) {
+    if (const auto set = all.set_by_program.find(key); set != all.set_by_program.end()) {
+        return set->second;
+    }
+    if (auto value = environment_value(key)) {
+        return value;
+    }
+    return all.files ? std::optional(value_of(*all.files, key)) : std::nullopt;
 }
 
 bool is_one_of(const std::string& value, const std::array<std::string_view, 4>& words) {
@@ -70,21 +82,22 @@ constexpr std::array<std::string_view, 4> OFF_WORDS{"off", "false", "no", "0"};
 
 std::string cfg_get_value(const std::string& key) {
     CONFIGURATION& all = configuration();
-    const std::scoped_lock lock(all.mutex);
-    if (const auto set = all.set_by_program.find(key); set != all.set_by_program.end()) {
-        return set->second;
-    }
-    if (const auto value = environment_value(key)) {
-        return *value;
-    }
-    if (!all.files) {
-        bool whole = false;
-        CONFIGURATION_VALUES values = read_configuration_files(whole);
-        if (!whole) {
-            return value_of(values, key);  // the next look-up tries again
+    {
+        const auto lock = all.mutex.lock_for_reading();
+        if (auto value = known_value(all, key)) {
+            return *std::move(value);
         }
-        all.files = std::move(values);
     }
+    const std::scoped_lock lock(all.mutex);
+    if (auto value = known_value(all, key)) {  // another thread has read the files meanwhile
+        return *std::move(value);
+    }
+    bool whole = false;
+    CONFIGURATION_VALUES values = read_configuration_files(whole);
+    if (!whole) {
+        return value_of(values, key);  // the next look-up tries again
+    }
+    all.files = std::move(values);
     return value_of(*all.files, key);
 }
 

@@ -16,7 +16,7 @@ namespace flash_table = flash_reference;
 class CInterfaceFaults : public testing::Test {
 protected:
     void SetUp() override {
-        m_source = m_scratch.write("table.csv", flash_table::table({flash_table::DATA_ROW}));
+        m_source = m_scratch.write("table.csv", flash_table::table({flash_table::data_row()}));
         ASSERT_EQ(pgmdev_table_compile(PGMDEV_TABLE_FLASH, m_source.c_str(), m_database.c_str(), nullptr),
                   PGMDEV_STATUS_OK);
         ASSERT_EQ(pgmdev_flash_open(m_database.c_str(), m_flash.place(), nullptr), PGMDEV_STATUS_OK);

@@ -19,7 +19,7 @@ namespace profile_ref = dev_info_reference;
 std::string flash_text(int rows) {
     std::vector<flash_ref::CELLS> cells;
     for (int i = 0; i < rows; ++i) {
-        cells.push_back(flash_ref::DATA_ROW);
+        cells.push_back(flash_ref::data_row());
     }
     return flash_ref::table(cells);
 }

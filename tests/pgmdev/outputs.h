@@ -21,7 +21,7 @@ protected:
 
     Outputs() : m_installation(m_sources.path("install")) {
         m_sources.write("install/h/pgm_parts.txt", "// part, device, ...\n");
-        const std::string flash = m_sources.write("flash.csv", flash_reference::table({flash_reference::DATA_ROW}));
+        const std::string flash = m_sources.write("flash.csv", flash_reference::table({flash_reference::data_row()}));
         const std::string profiles =
             m_sources.write("profiles.csv", dev_info_reference::source(dev_info_reference::rows()));
         m_compilers = {[flash](const std::string& output) {

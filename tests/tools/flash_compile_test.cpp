@@ -12,7 +12,7 @@ namespace fs = std::filesystem;
 using flash_reference::payload_of;
 using flash_reference::record_of_data_row;
 
-const std::string OLD = flash_reference::MAGIC + "the old file";
+const std::string OLD = std::string(flash_reference::MAGIC) + "the old file";
 
 }  // namespace
 
@@ -26,7 +26,7 @@ TEST(flash_compile, WritesThePackedDatabase) {
     EXPECT_EQ(keys_of(json_of(result.output)), (std::vector<std::string>{"records", "payload_size"}));
 
     const std::string bytes = read_file(pcf);
-    EXPECT_EQ(bytes.substr(0, 40), flash_reference::MAGIC + flash_reference::STAMP);
+    EXPECT_EQ(bytes.substr(0, 40), flash_reference::head());
     EXPECT_EQ(bytes.substr(bytes.size() - 2), std::string(2, '\0'));
     EXPECT_EQ(payload_of(pcf), flash_reference::payload({record_of_data_row()}));
     EXPECT_EQ(scratch.file_count(), 3U);

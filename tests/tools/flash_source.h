@@ -20,7 +20,7 @@ public:
     FLASH_SOURCE() : m_lines(flash_reference::header()) {}
 
     FLASH_SOURCE& row(const CHANGES& changes = {}) {
-        flash_reference::CELLS cells = flash_reference::DATA_ROW;
+        flash_reference::CELLS cells = flash_reference::data_row();
         for (std::size_t i = 0; i < cells.size(); ++i) {
             if (const auto change = changes.find(flash_reference::COLUMNS[i].name); change != changes.end()) {
                 cells[i] = change->second;

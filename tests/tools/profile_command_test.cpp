@@ -151,11 +151,11 @@ TEST(profile_compile, ATableWithFaultsLeavesTheOutput) {
     const SCRATCH scratch;
     std::string text = read_file(SOURCE);
     const std::string csv = scratch.write("t.csv", text.replace(text.find("\nKESTREL,") + 1, 7, "DODO___"));
-    const std::string pcf = scratch.write("out.pcf", profile_ref::MAGIC + "old");
+    const std::string pcf = scratch.write("out.pcf", std::string(profile_ref::MAGIC) + "old");
     expect_failure(
         run_profile({"profile", "compile", csv, pcf}), INTERNAL_ERROR,
         {"row family DODO___: member family: found \"DODO___\"", "[found", "pgm/pgmdev/pgmdev_dev_info_manager"});
-    EXPECT_EQ(read_file(pcf), profile_ref::MAGIC + "old");
+    EXPECT_EQ(read_file(pcf), std::string(profile_ref::MAGIC) + "old");
     EXPECT_EQ(scratch.file_count(), 2U);
 }
 

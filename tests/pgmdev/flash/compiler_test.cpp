@@ -43,7 +43,7 @@ protected:
 };
 
 TEST_F(FlashCompiler, WritesTheWholeFile) {
-    ASSERT_EQ(compile(ref::table({ref::DATA_ROW})), "(no report)");
+    ASSERT_EQ(compile(ref::table({ref::data_row()})), "(no report)");
     const PGMDEV_SFL_FLASH_INFO r = ref::record_of_data_row();
     EXPECT_EQ(payload(101 + 5 + 4 + 4 + 4), ref::payload({r}));
     m_manager.initialize_flash_database(output());
@@ -52,7 +52,7 @@ TEST_F(FlashCompiler, WritesTheWholeFile) {
 
 TEST_F(FlashCompiler, TheFirstPassTellsCountAndSize) {
     DWORD count = 99;
-    EXPECT_EQ(m_manager.check_flash_file(source(ref::table({ref::DATA_ROW, ref::DATA_ROW})), count),
+    EXPECT_EQ(m_manager.check_flash_file(source(ref::table({ref::data_row(), ref::data_row()})), count),
               16U + 2 * (flash_reference::empty_record_size() + 17));
     EXPECT_EQ(count, 2U);
     EXPECT_REPORT(m_manager.check_flash_file(source(ref::table({})), count), "status && device_count > 0");
@@ -83,14 +83,14 @@ TEST_F(FlashCompiler, BlankLinesDoNotCount) {
     for (const std::string& line : ref::header()) {
         text += " \t" + line + " \r\n\n\v\f\n";
     }
-    text += "\n\n" + ref::joined(ref::DATA_ROW);  // the last line without a line feed
+    text += "\n\n" + ref::joined(ref::data_row());  // the last line without a line feed
     EXPECT_EQ(compile(text), "(no report)");
     EXPECT_EQ(payload(118).substr(4, 4), ref::le32(1));
 }
 
 TEST_F(FlashCompiler, BlanksTabsAndCommasSeparateInAnyNumber) {
     std::vector<std::string> lines = ref::header();
-    lines.push_back(",," + ref::joined(ref::DATA_ROW, " ,\t, ") + ",,");
+    lines.push_back(",," + ref::joined(ref::data_row(), " ,\t, ") + ",,");
     EXPECT_EQ(compile_lines(lines), "(no report)");
     EXPECT_EQ(payload(118).size(), 118U);
 }
@@ -100,10 +100,10 @@ TEST_F(FlashCompiler, TheTypeRowIsComparedExactly) {
         {"STL_STRING", "stl_string"}, {"bool", "BOOL"}, {"BYTE", "byte"}, {"BYTE", "WORD"}, {"DWORD", "Dword"}};
     for (const auto& [type, spelling] : wrong) {
         for (std::size_t i = 0; i < flash_reference::MEMBERS; ++i) {
-            if (ref::TYPE_ROW[i] == type) {
+            if (ref::type_row()[i] == type) {
                 std::vector<std::string> lines = ref::header();
-                lines[0] = ref::joined(ref::row_with(i, spelling, ref::TYPE_ROW));
-                lines.push_back(ref::joined(ref::DATA_ROW));
+                lines[0] = ref::joined(ref::row_with(i, spelling, ref::type_row()));
+                lines.push_back(ref::joined(ref::data_row()));
                 EXPECT_EQ(compile_lines(lines), std::string("svec.at(i) == \"") + type + "\"") << i;
             }
         }
@@ -113,14 +113,14 @@ TEST_F(FlashCompiler, TheTypeRowIsComparedExactly) {
 TEST_F(FlashCompiler, TheNameRowIsComparedWithoutCase) {
     for (std::size_t i = 0; i < flash_reference::MEMBERS; ++i) {
         std::vector<std::string> lines = ref::header();
-        std::string upper = ref::NAME_ROW[i];
+        std::string upper = ref::name_row()[i];
         for (char& c : upper) {
             c = static_cast<char>(std::toupper(c));
         }
-        lines[1] = ref::joined(ref::row_with(i, upper, ref::NAME_ROW));
-        lines.push_back(ref::joined(ref::DATA_ROW));
+        lines[1] = ref::joined(ref::row_with(i, upper, ref::name_row()));
+        lines.push_back(ref::joined(ref::data_row()));
         EXPECT_EQ(compile_lines(lines), "(no report)");
-        lines[1] = ref::joined(ref::row_with(i, upper + "X", ref::NAME_ROW));
+        lines[1] = ref::joined(ref::row_with(i, upper + "X", ref::name_row()));
         EXPECT_EQ(compile_lines(lines), "temp == m_name_list[i]");
     }
 }
@@ -129,7 +129,7 @@ TEST_F(FlashCompiler, HeaderLinesHaveTheirNumberOfCells) {
     for (std::size_t line = 0; line < 9; ++line) {
         for (const std::size_t cells : {1U, 32U, 34U}) {
             std::vector<std::string> lines = ref::header();
-            lines.push_back(ref::joined(ref::DATA_ROW));
+            lines.push_back(ref::joined(ref::data_row()));
             lines[line] = ref::joined(CELLS(cells, "x"));
             const bool is_free = line == 2 || line == 3 || line == 7;
             EXPECT_EQ(compile_lines(lines), is_free ? "(no report)" : COUNT) << line << " " << cells;
@@ -139,7 +139,7 @@ TEST_F(FlashCompiler, HeaderLinesHaveTheirNumberOfCells) {
 
 TEST_F(FlashCompiler, EachCellIsCheckedByItsType) {
     for (std::size_t i = 0; i < flash_reference::MEMBERS; ++i) {
-        const std::string& type = ref::TYPE_ROW[i];
+        const std::string type = ref::type_row()[i];
         if (type == "bool") {
             for (const char* cell : {"true", "1", "0", "False", "YES"}) {
                 EXPECT_EQ(compile(ref::table({ref::row_with(i, cell)})), R"(string == "FALSE" || string == "TRUE")");
@@ -158,7 +158,7 @@ TEST_F(FlashCompiler, ANumberThatIsNoneIsReportedByTheHost) {
     const MSG_DEBUG_SINK previous = msg_set_debug_sink(
         [&](const std::string& logger, int, const std::string& text) { said.push_back(logger + " " + text); });
     const REPORTS reports;
-    const std::string table = source(ref::table({ref::DATA_ROW, ref::row_with(3, "0x")}));
+    const std::string table = source(ref::table({ref::data_row(), ref::row_with(3, "0x")}));
     EXPECT_THROW(m_manager.generate_flash_database(table, output()), MSG_INTERNAL_ERROR_EXCEPTION);
     msg_set_debug_sink(previous);
     ASSERT_EQ(reports.all().size(), 1U);
@@ -205,7 +205,7 @@ TEST_F(FlashCompiler, ATextOf256CharactersIsWrittenWithTheLowByteOfItsLength) {
 TEST_F(FlashCompiler, LinesMayBeLong) {
     std::vector<std::string> lines = ref::header();
     lines[2] = std::string(1'000'000, 'x');
-    lines.push_back(ref::joined(ref::DATA_ROW, std::string(100'000, ' ')));
+    lines.push_back(ref::joined(ref::data_row(), std::string(100'000, ' ')));
     EXPECT_EQ(compile_lines(lines), "(no report)");
 }
 
@@ -214,13 +214,13 @@ TEST_F(FlashCompiler, ARefusedTableLeavesTheOutputAlone) {
     EXPECT_EQ(compile(ref::table({ref::row_with(2, "maybe")})), R"(string == "FALSE" || string == "TRUE")");
     EXPECT_EQ(read_file(output()), "old");
     EXPECT_EQ(m_scratch.file_count(), 2U);  // and nothing beside it
-    EXPECT_EQ(compile(ref::table({ref::DATA_ROW})), "(no report)");
+    EXPECT_EQ(compile(ref::table({ref::data_row()})), "(no report)");
     EXPECT_EQ(read_file(output()).substr(0, 8), "PGMIO_FM");
     EXPECT_EQ(m_scratch.file_count(), 2U);
 }
 
 TEST_F(FlashCompiler, AnOutputThatCannotBeWrittenReportsStatus) {
-    const std::string table = source(ref::table({ref::DATA_ROW}));
+    const std::string table = source(ref::table({ref::data_row()}));
     EXPECT_REPORT(m_manager.generate_flash_database(table, m_scratch.path("no/such/directory.pcf")), "status");
     EXPECT_REPORT(m_manager.generate_flash_database(table, m_scratch.directory().string()), "status");
     EXPECT_EQ(m_scratch.file_count(), 1U);
@@ -231,7 +231,7 @@ TEST_F(FlashCompiler, ARefusalSaysWhereOnTheDebugChannel) {
     msg_set_debug_sink([&](const std::string& logger, int level, const std::string& text) {
         debug.push_back(logger + "/" + std::to_string(level) + "/" + text);
     });
-    const std::string path = source("\n" + ref::table({ref::DATA_ROW, ref::row_with(2, "maybe")}));
+    const std::string path = source("\n" + ref::table({ref::data_row(), ref::row_with(2, "maybe")}));
     EXPECT_REPORT(m_manager.generate_flash_database(path, output()), R"(string == "FALSE" || string == "TRUE")");
     msg_set_debug_sink(nullptr);
     ASSERT_EQ(debug.size(), 1U);
@@ -244,7 +244,7 @@ TEST_F(FlashCompiler, WritesOneRowForDerivingClasses) {
     std::vector<BYTE> buffer(200);
     BYTE* data = buffer.data();
     DWORD index = 1;
-    m_manager.dump_to_database(&data, index, ref::DATA_ROW);
+    m_manager.dump_to_database(&data, index, ref::data_row());
     EXPECT_EQ(index, 1U + flash_reference::empty_record_size() - 4 + 17);  // without the marker
     EXPECT_EQ(std::string(buffer.begin() + 1, buffer.begin() + 14), "\2\5Maker\2\4CHIP");
     EXPECT_REPORT(m_manager.dump_to_database(&data, index, CELLS(32, "x")), "svec.size() == TOTAL_DATABASE_MEMBER");

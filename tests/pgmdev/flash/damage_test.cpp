@@ -63,9 +63,7 @@ TEST_F(FlashDamage, EveryByteOfTheMagicLoadsNothing) {
 }
 
 TEST_F(FlashDamage, APayloadSizeThatLies) {
-    const auto stating = [&](unsigned long long size) {
-        return ref::MAGIC + ref::STAMP + ref::le32(size) + m_file.substr(44);
-    };
+    const auto stating = [&](unsigned long long size) { return ref::head() + ref::le32(size) + m_file.substr(44); };
     EXPECT_EQ(load(stating(m_payload.size())), "(no report)");
     EXPECT_EQ(load(stating(0)), "decompressed_count > 0 && original_count > 0");
     for (const std::size_t size : std::initializer_list<std::size_t>{1, 12, m_payload.size() - 1}) {
@@ -181,7 +179,7 @@ TEST_F(FlashDamage, TheMarkers) {
 
 TEST_F(FlashDamage, ABombIsBoundedByWhatTheFileStates) {
     const std::string bomb(1 << 24, '\0');
-    EXPECT_EQ(load(ref::MAGIC + ref::STAMP + ref::le32(64) + ref::deflated(bomb) + "cc"), STREAM_FAILED);
+    EXPECT_EQ(load(ref::head() + ref::le32(64) + ref::deflated(bomb) + "cc"), STREAM_FAILED);
     EXPECT_EQ(load(ref::file(bomb)), "Mismatch version between flash file and reader");
 }
 

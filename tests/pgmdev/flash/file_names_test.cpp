@@ -52,7 +52,7 @@ protected:
 };
 
 TEST_P(FileNames, ADatabaseIsCompiledAndLoaded) {
-    write("table.csv", ref::table({ref::DATA_ROW}));
+    write("table.csv", ref::table({ref::data_row()}));
     fs::create_directory(fio_get_unc_full_path(path("programmer")));
     FLASH_PROBE().generate_flash_database(path("table.csv"), path("programmer/pgm_flash.pcf"));
     EXPECT_EQ(contents("programmer/pgm_flash.pcf").substr(0, 8), ref::MAGIC);

@@ -15,8 +15,13 @@
 
 namespace flash_reference {
 
-inline const std::string MAGIC = "PGMIO_FM";
-inline const std::string STAMP = "e58bc25311bf5303874d34bcafcaa4c1";
+constexpr const char* MAGIC = "PGMIO_FM";
+constexpr const char* STAMP = "e58bc25311bf5303874d34bcafcaa4c1";
+
+/// What a packed file begins with.
+inline std::string head() {
+    return std::string(MAGIC) + STAMP;
+}
 
 inline CELLS fields(const PGMDEV_SFL_FLASH_INFO& r) {
     CELLS all;
@@ -66,7 +71,7 @@ inline std::string inflated(const std::string& stream, std::size_t size) {
 
 /// A packed file around a payload.
 inline std::string file(const std::string& payload_bytes) {
-    return MAGIC + STAMP + le32(payload_bytes.size()) + deflated(payload_bytes) + std::string(2, '\0');
+    return head() + le32(payload_bytes.size()) + deflated(payload_bytes) + std::string(2, '\0');
 }
 
 /// A record that differs from a cleared one in every member.

@@ -161,7 +161,7 @@ TEST_F(FlashLoading, TheChecksumSlotIsNotRead) {
 
 TEST_F(FlashLoading, BytesBehindTheStreamAndBehindTheEndMarkerAreAccepted) {
     const std::string payload = ref::payload({ref::sample()}) + "more";
-    write(ref::MAGIC + ref::STAMP + ref::le32(payload.size()) + ref::deflated(payload) + "behind the stream" + "cc");
+    write(ref::head() + ref::le32(payload.size()) + ref::deflated(payload) + "behind the stream" + "cc");
     EXPECT_EQ(FLASH_PROBE(false, 1, false, false).get_flash_database()[0], ref::sample());
 }
 

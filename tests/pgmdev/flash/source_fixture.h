@@ -12,11 +12,17 @@
 
 namespace flash_reference {
 
-inline const CELLS TYPE_ROW = row_of(&COLUMN::type);
-inline const CELLS NAME_ROW = row_of(&COLUMN::name);
-inline const CELLS DATA_ROW = row_of(&COLUMN::cell);  ///< without fault
+inline CELLS type_row() {
+    return row_of(&COLUMN::type);
+}
+inline CELLS name_row() {
+    return row_of(&COLUMN::name);
+}
+inline CELLS data_row() {
+    return row_of(&COLUMN::cell);
+}  ///< without fault
 
-/// The record that DATA_ROW stands for.
+/// The record that data_row() stands for.
 inline PGMDEV_SFL_FLASH_INFO record_of_data_row() {
     PGMDEV_SFL_FLASH_INFO r;
     r.manufacturer_name = "Maker";
@@ -46,7 +52,7 @@ inline PGMDEV_SFL_FLASH_INFO record_of_data_row() {
 /// The payload of a packed file, read as plainly as possible.
 inline std::string payload_of(const std::string& path) {
     const std::string file = read_file(path);
-    EXPECT_EQ(file.substr(0, 40), MAGIC + STAMP);
+    EXPECT_EQ(file.substr(0, 40), head());
     EXPECT_EQ(file.substr(file.size() - 2), std::string(2, '\0'));
     std::size_t size = 0;
     for (std::size_t i = 0; i < 4; ++i) {
@@ -66,7 +72,7 @@ inline std::string joined(const CELLS& cells, const std::string& separator = ","
 /// The eight lines before the data rows.
 inline std::vector<std::string> header() {
     const std::string free = joined(CELLS(MEMBERS, "-"));
-    return {joined(TYPE_ROW), joined(NAME_ROW), "free", "free, too", free, free, free, "-"};
+    return {joined(type_row()), joined(name_row()), "free", "free, too", free, free, free, "-"};
 }
 
 /// The text of a table: the header, then data rows.
@@ -82,7 +88,7 @@ inline std::string table(const std::vector<CELLS>& rows) {
 }
 
 /// A data row with one cell changed.
-inline CELLS row_with(std::size_t member, const std::string& cell, CELLS row = DATA_ROW) {
+inline CELLS row_with(std::size_t member, const std::string& cell, CELLS row = data_row()) {
     row[member] = cell;
     return row;
 }

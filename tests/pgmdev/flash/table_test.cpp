@@ -46,7 +46,7 @@ protected:
 };
 
 TEST_F(FlashTable, ATableWithoutFault) {
-    const PGMDEV_FLASH_TABLE table = check({ref::DATA_ROW});
+    const PGMDEV_FLASH_TABLE table = check({ref::data_row()});
     EXPECT_EQ(found(table), PLACES{});
     EXPECT_FALSE(table.has_faults());
     EXPECT_EQ(table.payload_size(), 118U);
@@ -57,8 +57,8 @@ TEST_F(FlashTable, ATableWithoutFault) {
 
 TEST_F(FlashTable, FindsAllFaultsOfTheFormatInLineOrder) {
     std::vector<std::string> lines = ref::header();
-    lines[0] = ref::joined(ref::row_with(2, "BOOL", ref::TYPE_ROW));
-    lines[1] = ref::joined(ref::row_with(4, "index", ref::row_with(3, "id", ref::NAME_ROW)));
+    lines[0] = ref::joined(ref::row_with(2, "BOOL", ref::type_row()));
+    lines[1] = ref::joined(ref::row_with(4, "index", ref::row_with(3, "id", ref::name_row())));
     lines[5] = "short";
     lines.push_back(ref::joined(ref::row_with(SILICON, "no", ref::row_with(ID, "0xGG"))));
     lines.push_back("too, few");
@@ -131,12 +131,12 @@ TEST_F(FlashTable, EveryNameHasOneDefaultRow) {
     const auto second = [](const std::string& name, const std::string& is_default) {
         return ref::row_with(DEFAULT, is_default, chip(name, "0x19"));
     };
-    EXPECT_EQ(found(check({ref::DATA_ROW, second("chip", "FALSE")})), PLACES{});
-    const PGMDEV_FLASH_TABLE two = check({ref::DATA_ROW, second("chip", "TRUE")});
+    EXPECT_EQ(found(check({ref::data_row(), second("chip", "FALSE")})), PLACES{});
+    const PGMDEV_FLASH_TABLE two = check({ref::data_row(), second("chip", "TRUE")});
     EXPECT_EQ(found(two), PLACES{"10:default_dev:fault"});
     EXPECT_EQ(two.faults()[0].condition, "!one_default");
     EXPECT_EQ(two.records().size(), 2U);  // the format is right
-    const PGMDEV_FLASH_TABLE none = check({ref::DATA_ROW, second("OTHER", "FALSE")});
+    const PGMDEV_FLASH_TABLE none = check({ref::data_row(), second("OTHER", "FALSE")});
     EXPECT_EQ(found(none), PLACES{"10:default_dev:fault"});
     EXPECT_EQ(none.faults()[0].condition, "one_default");
 }
@@ -146,11 +146,11 @@ TEST_F(FlashTable, ADefaultRowIsEnabledWithTheRowsThatNeedIt) {
     const CELLS other = ref::row_with(DEFAULT, "FALSE", chip("CHIP", "0x19"));
     EXPECT_EQ(found(check({locked, other})), PLACES{"10:ini:fault"});
     EXPECT_EQ(found(check({locked, ref::row_with(INI, "LOCKED", other)})), PLACES{});
-    EXPECT_EQ(found(check({ref::DATA_ROW, ref::row_with(INI, "LOCKED", other)})), PLACES{});
+    EXPECT_EQ(found(check({ref::data_row(), ref::row_with(INI, "LOCKED", other)})), PLACES{});
 }
 
 TEST_F(FlashTable, ARowThatAnEarlierOneAlwaysBeatsIsAWarning) {
-    const PGMDEV_FLASH_TABLE table = check({ref::DATA_ROW, chip("OTHER", "0x18")});
+    const PGMDEV_FLASH_TABLE table = check({ref::data_row(), chip("OTHER", "0x18")});
     EXPECT_EQ(found(table), PLACES{"10:memory_id:warning"});
     EXPECT_FALSE(table.has_faults());
     EXPECT_EQ(table.faults()[0].expected,
@@ -175,7 +175,7 @@ TEST_F(FlashTable, UnusualValuesAreWarnings) {
         {MFC, "0xFF"},  {MFC, "0"},           {MFC_INDEX, "255"}};
     for (const auto& [member, cell] : unusual) {
         const PGMDEV_FLASH_TABLE table = check({ref::row_with(member, cell)});
-        EXPECT_EQ(found(table), PLACES{"9:" + ref::NAME_ROW[member] + ":warning"}) << cell;
+        EXPECT_EQ(found(table), PLACES{"9:" + ref::name_row()[member] + ":warning"}) << cell;
         EXPECT_EQ(table.faults()[0].row, "CHIP");
         EXPECT_EQ(table.faults()[0].cell, cell);
     }

@@ -75,7 +75,7 @@ TEST(DdbContainer, RefusesEveryFlippedBit) {
         std::string damaged = SAMPLE;
         damaged[bit / 8] = static_cast<char>(damaged[bit / 8] ^ 1 << bit % 8);
         std::string expected = BAD_MAGIC;
-        if (bit / 8 >= ref::MAGIC.size()) {
+        if (bit / 8 >= std::string(ref::MAGIC).size()) {
             const std::string crc = ref::le32(ref::crc32_bzip2(damaged.substr(0, damaged.size() - 4)));
             const std::string stored = damaged.substr(damaged.size() - 4);
             const auto differing = std::mismatch(crc.begin(), crc.end(), stored.begin()).first - crc.begin();

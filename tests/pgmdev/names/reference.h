@@ -16,7 +16,7 @@
 
 namespace ddb_reference {
 
-inline const std::string MAGIC = "PGMDEV_DDB";
+constexpr const char* MAGIC = "PGMDEV_DDB";
 
 /// A table as it is written: records in file order, which may break every rule.
 using TABLE = std::vector<std::pair<std::string, std::vector<std::string>>>;

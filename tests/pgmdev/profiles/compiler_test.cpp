@@ -44,7 +44,7 @@ protected:
     }
     std::string body() {
         const std::string file = read_file(output());
-        EXPECT_EQ(file.substr(0, 40), ref::MAGIC + ref::STAMP);
+        EXPECT_EQ(file.substr(0, 40), ref::head());
         EXPECT_EQ(file.substr(file.size() - 2), std::string(2, '\0'));
         unsigned long size = 0;
         for (std::size_t i = 0; i < 4; ++i) {

@@ -19,8 +19,13 @@ using flash_reference::deflated;
 using flash_reference::inflated;
 using flash_reference::le32;
 
-inline const std::string MAGIC = "PGMIO_DM";
-inline const std::string STAMP = "6d91639bb2165ce50a6e050711c1137f";
+constexpr const char* MAGIC = "PGMIO_DM";
+constexpr const char* STAMP = "6d91639bb2165ce50a6e050711c1137f";
+
+/// What a packed file begins with.
+inline std::string head() {
+    return std::string(MAGIC) + STAMP;
+}
 
 inline std::string in_capitals(std::string text) {
     for (char& c : text) {
@@ -138,7 +143,7 @@ inline std::string tables(const TABLES& all) {
 }
 
 inline std::string file(const std::string& body) {
-    return MAGIC + STAMP + le32(body.size()) + deflated(body) + std::string(2, '\0');
+    return head() + le32(body.size()) + deflated(body) + std::string(2, '\0');
 }
 
 /// A row whose every cell differs from a cleared record, keyed by a family.

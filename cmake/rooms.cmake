@@ -3,13 +3,13 @@
 # faster, which is better for working on it.
 #
 # A room of many files is compiled in parts: one change is then compiled sooner, and mingw-w64's linker takes a time that
-# grows with the square of what is in one object file. A build that is rarely changed is compiled in larger ones.
+# grows with the square of what is in one object file.
 #
 # What a room's files have in anonymous namespaces must then differ by name.
 
 set(PGMDEV_COMPILE_BY_ROOM all CACHE STRING "Whose files are compiled a room at a time: all, tests or none")
 set_property(CACHE PGMDEV_COMPILE_BY_ROOM PROPERTY STRINGS all tests none)
-set(PGMDEV_FILES_AT_A_TIME 8 CACHE STRING "How many files of a room are compiled as one")
+set(PGMDEV_FILES_AT_A_TIME 20 CACHE STRING "How many files of a room are compiled as one")
 
 # read_common_headers_once(TARGET [HEADER...]): for all rooms of TARGET, one of the products, what nearly all include. With
 # Clang a room then takes a quarter less. GCC gains a tenth and warns of what it finds in its own headers.

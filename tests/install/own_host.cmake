@@ -4,7 +4,10 @@ include(${CMAKE_CURRENT_LIST_DIR}/common.cmake)
 set(WORK_DIR ${WORK_DIR}-own-host)
 set(binary ${WORK_DIR}/build)
 file(MAKE_DIRECTORY ${WORK_DIR})
-build_project(${SOURCE_DIR}/tests/own_host ${binary} -DPGMDEV_COMPILE_BY_ROOM=all -DPGMDEV_FILES_AT_A_TIME=20
+if(COMPILER_LAUNCHER)  # the library's sources once more: as fast as tests are compiled
+  set(ENV{CMAKE_CXX_COMPILER_LAUNCHER} "${COMPILER_LAUNCHER}")
+endif()
+build_project(${SOURCE_DIR}/tests/own_host ${binary} -DPGMDEV_COMPILE_BY_ROOM=all
   -DPGMDEV_SOURCE_DIR=${SOURCE_DIR} -DPGMDEV_DDB_GENERATOR=${GENERATOR_OF_TABLES})
 
 set(ENV{WINEPATH} "Z:${binary}/bin;Z:${binary}/pgmdev/bin")

@@ -8,8 +8,8 @@
 #include <atomic>
 #include <filesystem>
 #include <fstream>
-#include <iterator>
 #include <random>
+#include <sstream>
 #include <string>
 
 #include "replaced_file.h"
@@ -61,7 +61,9 @@ private:
 inline std::string read_file(const std::filesystem::path& path) {
     std::ifstream file = open_replaced_file(path);
     EXPECT_TRUE(file.is_open()) << path;
-    return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+    std::ostringstream text;
+    text << file.rdbuf();  // by blocks: without the optimiser, a character at a time takes a fifth of what tests take
+    return text.str();
 }
 
 inline std::string read_file(const std::string& path) {

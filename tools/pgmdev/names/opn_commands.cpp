@@ -3,12 +3,12 @@
 #include <charconv>
 
 #include "catalog/device_names.h"
+#include "catalog/nearest_names.h"
 #include "names/part_list.h"
 #include "nouns.h"
 #include "pgmdev_mgr.h"
 #include "stl.h"
 #include "terminal/answer.h"
-#include "terminal/did_you_mean.h"
 #include "terminal/input.h"
 #include "terminal/json.h"
 #include "terminal/schema.h"
@@ -71,7 +71,7 @@ ANSWER answer_of(const ORDERING_CODE& code, bool found) {
 ANSWER unknown_part(const ORDERING_CODE& code, const std::string& name) {
     ANSWER answer = answer_of(code, false);
     answer.missing = fmt::format("no part is named \"{}\"", name);
-    answer.candidates = nearest(name, part_names());
+    answer.candidates = near_names(name, {.part = true}).best([](const std::string&) { return true; });
     return answer;
 }
 

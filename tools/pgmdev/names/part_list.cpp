@@ -240,9 +240,9 @@ VERB opn_list_verb() {
 }
 
 NOUN device_noun() {
-    return {"device", "Devices of the device library", DEVICE_LIST.example, {list_verb(DEVICE_LIST)}};
+    return {"device", "Devices of the device library", DEVICE_LIST.example, list_of(list_verb(DEVICE_LIST))};
 }
 
 NOUN family_noun() {
-    return {"family", "Families of devices", FAMILY_LIST.example, {list_verb(FAMILY_LIST)}};
+    return {"family", "Families of devices", FAMILY_LIST.example, list_of(list_verb(FAMILY_LIST))};
 }

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cstdio>
-#include <cstring>
 #include <stdexcept>
 #include <string_view>
 #include <utility>
@@ -58,15 +57,24 @@ std::string data_set_source(const std::string& name, const DATA_SET& data) {
            constant(name + "_CMP_LENGTH", data.packed.size()) + constant(name + "_LENGTH", data.unpacked_length);
 }
 
+/// A character of names in a literal; a digit may follow.
+std::string literal_character(char character) {
+    return character != '\0' ? std::string(1, character) : "\\000";
+}
+
 std::string unsigned_number(std::uint64_t number) {
     return std::to_string(number) + "U";
 }
 
-/// Eight characters in each number: compilers read numbers more quickly than as many characters.
-std::vector<std::uint64_t> words_of(const std::string& text) {
-    std::vector<std::uint64_t> words(text.size() / sizeof(std::uint64_t) + 1);
-    std::memcpy(words.data(), text.data(), text.size());
-    return words;
+/// A text as one literal, in lines: compilers read it much more quickly than as many characters.
+std::string text_source(const std::string& declaration, const std::string& text) {
+    constexpr std::size_t CHARACTERS_A_LINE = 100;
+    std::string source = "#pragma GCC diagnostic ignored \"-Woverlength-strings\"\n" + declaration + " =";
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        source += i % CHARACTERS_A_LINE == 0 ? (i == 0 ? "\n    \"" : "\"\n    \"") : "";
+        source += literal_character(text[i]);
+    }
+    return source + "\";\n";
 }
 
 /// The digest of its stream.
@@ -76,7 +84,7 @@ std::string digest_source(const std::string& name, const DATA_SET& data) {
 }
 
 std::string indexed_source(const std::string& name, const INDEXED_GRAMMAR& indexed) {
-    return array("const std::uint64_t " + name + "_TEXT[]", words_of(indexed.text), unsigned_number) +
+    return text_source("const char " + name + "_TEXT[]", indexed.text) +
            number_array("const std::uint32_t " + name + "_INDEX[]", indexed.index) +
            constant(name + "_INDEX_LENGTH", indexed.index.size());
 }
@@ -108,7 +116,7 @@ std::string row_literal(const std::array<char, NAME_ROW_SIZE>& row) {
     }
     std::string literal = "    \"";
     for (std::size_t i = 0; i < end; ++i) {
-        literal += row[i] != '\0' ? std::string(1, row[i]) : "\\000";  // a digit may follow
+        literal += literal_character(row[i]);
     }
     return literal + "\",\n";
 }

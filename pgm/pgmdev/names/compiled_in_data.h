@@ -15,7 +15,7 @@ extern const DWORD PGMDDB_OPN_CMP_LENGTH;      ///< its length in bytes
 extern const DWORD PGMDDB_OPN_LENGTH;          ///< its exact decompressed length in bytes
 
 // What the generator has found in these streams.
-extern const std::uint64_t PGMDDB_GRAMMAR_TEXT[];   ///< the decompressed grammar without its CRC, eight bytes each
+extern const char PGMDDB_GRAMMAR_TEXT[];            ///< the decompressed grammar without its CRC
 extern const std::uint32_t PGMDDB_GRAMMAR_INDEX[];  ///< an index of it (grammar_index.h)
 extern const DWORD PGMDDB_GRAMMAR_INDEX_LENGTH;     ///< how many numbers that are; 0: there is none
 extern const std::uint64_t PGMDDB_GRAMMAR_DIGEST;   ///< the digest of the stream that both are of

@@ -39,7 +39,7 @@ COMPILED_DATA_SET grammar_data_set() {
             "zlib_uncompress(data, &data_size, PGMDDB_GRAMMAR_DATA, PGMDDB_GRAMMAR_CMP_LENGTH) == ZLIB_OK",
             "data_size == PGMDDB_GRAMMAR_LENGTH",
             PGMDDB_GRAMMAR_DIGEST,
-            reinterpret_cast<const char*>(PGMDDB_GRAMMAR_TEXT),
+            PGMDDB_GRAMMAR_TEXT,
             {PGMDDB_GRAMMAR_INDEX, PGMDDB_GRAMMAR_INDEX_LENGTH}};
 }
 

@@ -3,6 +3,7 @@
 #include <zlib.h>
 
 #include <memory>
+#include <span>
 #include <vector>
 
 #include "names/clean_up.h"
@@ -105,7 +106,7 @@ BENCHMARK(FillHashMapWithNames)->Unit(benchmark::kMicrosecond);
 
 /// The ordering codes as four bytes each in a file.
 void ReadNumbersFromFile(benchmark::State& state) {
-    const std::vector<DWORD>& parts = opn_list(get_opn_store());
+    const std::span<const DWORD> parts = opn_list(get_opn_store());
     const std::string path = new_scratch_file("ordering_codes.bin");
     write_text(path, {reinterpret_cast<const char*>(parts.data()), parts.size() * sizeof(DWORD)});
     for ([[maybe_unused]] auto _ : state) {
@@ -118,8 +119,9 @@ void ReadNumbersFromFile(benchmark::State& state) {
 BENCHMARK(ReadNumbersFromFile)->Unit(benchmark::kMicrosecond);
 
 void ParseNumbersAsJson(benchmark::State& state) {
+    const std::span<const DWORD> parts = opn_list(get_opn_store());
     const std::string path = new_scratch_file("ordering_codes.json");
-    write_text(path, nlohmann::json(opn_list(get_opn_store())).dump());
+    write_text(path, nlohmann::json(std::vector<DWORD>(parts.begin(), parts.end())).dump());
     for ([[maybe_unused]] auto _ : state) {
         benchmark::DoNotOptimize(nlohmann::json::parse(read_text(path)).get<std::vector<DWORD>>());
     }

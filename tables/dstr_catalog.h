@@ -41,6 +41,12 @@ inline constexpr std::uint8_t PART_IS_ORDERABLE = 2;   ///< has an ordering code
 inline constexpr std::uint8_t PART_IS_PRODUCTION = 4;  ///< in production
 inline constexpr std::uint8_t PART_IS_HIDDEN = 8;
 
+/// Between which numbers the parts of a device are, perhaps among others.
+struct PART_SPAN {
+    std::uint32_t first;
+    std::uint32_t end;
+};
+
 /// Two addressed texts: a package's type and number of pins, or a grade's speed and temperature range.
 struct FACT_TEXTS {
     std::uint32_t first;
@@ -59,6 +65,7 @@ struct DSTR_CATALOG {
     NAME_TABLE parts;
     const std::uint8_t* device_families;  ///< by device number
     const PART_FACTS* part_facts;         ///< by part number
+    const PART_SPAN* device_parts;        ///< by device number
     FACT_TABLE packages;
     FACT_TABLE grades;
 };

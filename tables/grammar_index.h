@@ -10,38 +10,18 @@
 /// - where the text of each entry begins in the grammar; where that of its key does;
 /// - the beginnings of the buckets of keys, and where the text of each key begins.
 
-#include <bit>
 #include <cstddef>
 #include <cstdint>
-#include <cstring>
 #include <span>
 #include <string_view>
 #include <vector>
 
+#include "text_digest.h"
+
 using INDEX_NUMBERS = std::vector<std::uint32_t>;
 
-static_assert(std::endian::native == std::endian::little, "hashes differ between the machines of build and library");
-
-/// Of equal distribution in its higher as in its lower bits.
 inline std::uint32_t text_hash(std::string_view text) {
-    constexpr std::uint64_t FACTOR = 0x9E3779B97F4A7C15;  // odd, its bits well mixed
-    constexpr std::size_t WORD_SIZE = sizeof(std::uint64_t);
-    std::uint64_t sum = text.size();
-    const auto mix = [&sum](const char* bytes, std::size_t count) {
-        std::uint64_t word = 0;
-        std::memcpy(&word, bytes, count);
-        sum = (sum ^ word) * FACTOR;
-        sum ^= sum >> 32;
-    };
-    if (text.size() < WORD_SIZE) {
-        mix(text.data(), text.size());
-        return static_cast<std::uint32_t>(sum);
-    }
-    for (std::size_t place = 0; place + WORD_SIZE < text.size(); place += WORD_SIZE) {
-        mix(text.data() + place, WORD_SIZE);
-    }
-    mix(text.data() + text.size() - WORD_SIZE, WORD_SIZE);
-    return static_cast<std::uint32_t>(sum);
+    return static_cast<std::uint32_t>(text_digest(text));
 }
 
 /// The bucket of a text.

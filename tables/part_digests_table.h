@@ -6,6 +6,9 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <string_view>
+
+#include "text_digest.h"
 
 /// What is kept of the SHA-256 of a name: more than enough to take names with the same one for the same name.
 struct NAME_DIGEST {
@@ -39,11 +42,40 @@ constexpr int number_of_hashed_part(HASHED_PART entry) {
     return static_cast<int>(entry & LARGEST_HASHED_PART);
 }
 
+/// A digest of a list of names, in any case. It does not keep anybody from forging one, but no other list has it by chance.
+/// Adding to it takes little more than reading the name.
+struct NAME_LIST_DIGEST {
+    std::uint64_t first = 0;
+    std::uint64_t second = 0;
+
+    void add(std::string_view name) {
+        constexpr std::uint64_t FACTOR = 0xD6E8FEB86659FD93;  // odd, its bits well mixed, as those of the next one
+        const std::uint64_t hash = text_digest(name, [](std::uint64_t word) { return upper_case(word); });
+        first = (first ^ hash) * FACTOR;
+        first ^= first >> 32;
+        second = second * FACTOR + hash;
+    }
+
+    bool operator==(const NAME_LIST_DIGEST&) const = default;
+
+private:
+    static constexpr std::uint64_t IN_ALL_BYTES = 0x0101010101010101;
+
+    /// The bytes of a word, those that are small letters in upper case.
+    static constexpr std::uint64_t upper_case(std::uint64_t word) {
+        constexpr std::uint64_t TOP_BITS = 0x80 * IN_ALL_BYTES;
+        const std::uint64_t low_bits = word & ~TOP_BITS;
+        const std::uint64_t from_a = low_bits + (0x80 - 'a') * IN_ALL_BYTES;
+        const std::uint64_t behind_z = low_bits + (0x7F - 'z') * IN_ALL_BYTES;
+        constexpr int TO_CASE_BIT = 2;
+        return word ^ (from_a & ~behind_z & ~word & TOP_BITS) >> TO_CASE_BIT;
+    }
+};
+
 /// Names are in upper case. Entries ascend, so that of equal hashes the one of the first part comes first.
 struct PART_DIGESTS {
-    /// The SHA-256 of the names of all part numbers from 1 on, each ended by a NUL: the tables are about parts with
-    /// these names and about no others.
-    unsigned char all_names[SHA256_SIZE];
+    NAME_LIST_DIGEST
+    all_names;  ///< of all part numbers from 1 on: the tables are about parts with these and about no others
     int parts;  ///< how many numbers that are
 
     const HASHED_PART* names;  ///< an entry for every part

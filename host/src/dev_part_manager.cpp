@@ -13,24 +13,38 @@ std::optional<int> number_filter(const NAME_TABLE& table, const std::string& fil
     return equal_names(filter, ANY) ? std::nullopt : std::optional(number_of(DSTR_TABLES.pool, table, filter));
 }
 
-bool passes(const std::string& filter, std::uint32_t address) {
-    return equal_names(filter, ANY) || equal_names(filter, DSTR_TABLES.pool.at(address));
-}
+/// A filter by text: none, or the only text that passes.
+class TEXT_FILTER {
+public:
+    explicit TEXT_FILTER(const std::string& text) : m_text(text), m_any(equal_names(text, ANY)) {}
 
-/// Which rows of a table of facts pass a filter for each of the two texts: a byte for each, since every part is looked
-/// up in them.
+    bool passes(std::uint32_t address) const { return m_any || equal_names(m_text, DSTR_TABLES.pool.at(address)); }
+
+private:
+    std::string_view m_text;
+    bool m_any;
+};
+
+/// A filter for each of the two texts of a fact.
+struct FACT_FILTER {
+    TEXT_FILTER first;
+    TEXT_FILTER second;
+
+    bool passes(const FACT_TEXTS& fact) const { return first.passes(fact.first) && second.passes(fact.second); }
+};
+
+/// Which rows of a table pass a filter: a byte for each, since every part is looked up in them.
 using PASSING = std::vector<std::uint8_t>;
 
-PASSING passing_rows(const FACT_TABLE& table, const std::string& first, const std::string& second) {
+PASSING passing_rows(const FACT_TABLE& table, const FACT_FILTER& filter) {
     PASSING rows(table.count);
     for (std::uint32_t i = 0; i < table.count; ++i) {
-        rows[i] = passes(first, table.rows[i].first) && passes(second, table.rows[i].second) ? 1 : 0;
+        rows[i] = filter.passes(table.rows[i]) ? 1 : 0;
     }
     return rows;
 }
 
-PASSING passing_devices(const std::string& family) {
-    const std::optional<int> wanted = number_filter(DSTR_TABLES.families, family);
+PASSING passing_devices(std::optional<int> wanted) {
     PASSING devices(DEV_DEVICE_MAX);
     for (std::size_t device = 0; device < devices.size(); ++device) {
         const int its_family = DSTR_TABLES.device_families[device];
@@ -58,34 +72,40 @@ bool DEV_PART_MANAGER::filter_part_list(std::vector<int>* parts, const std::stri
                                         const std::string& package, const std::string& pin_count,
                                         const std::string& speed_grade, bool orderable_only, bool production_only,
                                         bool include_hidden, const std::string& temperature_grade) const {
+    const std::optional<int> wanted_family = number_filter(DSTR_TABLES.families, family);
     const std::optional<int> wanted_device = number_filter(DSTR_TABLES.devices, device);
-    const PASSING devices = passing_devices(family);
-    const PASSING packages = passing_rows(DSTR_TABLES.packages, package, pin_count);
-    const PASSING grades = passing_rows(DSTR_TABLES.grades, speed_grade, temperature_grade);
+    const FACT_FILTER packages{TEXT_FILTER(package), TEXT_FILTER(pin_count)};
+    const FACT_FILTER grades{TEXT_FILTER(speed_grade), TEXT_FILTER(temperature_grade)};
     const int refused = include_hidden ? 0 : PART_IS_HIDDEN;
     const int wanted =
         PART_IS_REAL | (orderable_only ? PART_IS_ORDERABLE : 0) | (production_only ? PART_IS_PRODUCTION : 0);
-    const auto passes = [&](const PART_FACTS& facts) {
-        const auto has_flags = static_cast<std::size_t>((facts.flags & (wanted | refused)) == wanted);
-        return has_flags & devices[facts.device] & packages[facts.package] & grades[facts.grade];
-    };
+    const auto has_flags = [=](const PART_FACTS& facts) { return (facts.flags & (wanted | refused)) == wanted; };
 
-    if (wanted_device) {
+    if (wanted_device) {  // of which there are too few parts for tables of what passes
         parts->clear();
-        for (int part = DEV_PART_INVALID + 1; part < DEV_PART_GENERIC; ++part) {
+        const int its_family = DSTR_TABLES.device_families[*wanted_device];
+        const PART_SPAN span = DSTR_TABLES.device_parts[*wanted_device];
+        for (std::uint32_t part = span.first; part < span.end; ++part) {
             const PART_FACTS& facts = DSTR_TABLES.part_facts[part];
-            if (facts.device == *wanted_device && passes(facts) != 0) {  // few are
-                parts->push_back(part);
+            if (facts.device == *wanted_device && wanted_family.value_or(its_family) == its_family &&
+                has_flags(facts) && packages.passes(DSTR_TABLES.packages.rows[facts.package]) &&
+                grades.passes(DSTR_TABLES.grades.rows[facts.grade])) {
+                parts->push_back(static_cast<int>(part));
             }
         }
         return !parts->empty();
     }
+    const PASSING devices = passing_devices(wanted_family);
+    const PASSING package_rows = passing_rows(DSTR_TABLES.packages, packages);
+    const PASSING grade_rows = passing_rows(DSTR_TABLES.grades, grades);
     // Each part is put behind those that pass, and stays there when it passes, too: which ones do cannot be foretold.
     parts->resize(static_cast<std::size_t>(DEV_PART_GENERIC));
     std::size_t count = 0;
     for (int part = DEV_PART_INVALID + 1; part < DEV_PART_GENERIC; ++part) {
+        const PART_FACTS& facts = DSTR_TABLES.part_facts[part];
         (*parts)[count] = part;
-        count += passes(DSTR_TABLES.part_facts[part]);
+        count += static_cast<std::size_t>(has_flags(facts)) & devices[facts.device] & package_rows[facts.package] &
+                 grade_rows[facts.grade];
     }
     parts->resize(count);
     return count != 0;

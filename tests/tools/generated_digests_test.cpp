@@ -1,9 +1,9 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <iterator>
 #include <map>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "names/compiled_in_digests.h"
@@ -27,15 +27,51 @@ std::map<int, const PLAIN_PART*> parts_by_number() {
     return parts;
 }
 
+NAME_LIST_DIGEST list_digest(const std::vector<std::string>& names) {
+    NAME_LIST_DIGEST digest;
+    for (const std::string& name : names) {
+        digest.add(name);
+    }
+    return digest;
+}
+
+TEST(NameListDigest, IsOfTheNamesInTheirOrderInAnyCase) {
+    const std::vector<std::string> names{"KES50", "", "A[z]{@`", "longer than sixteen characters", "eight898"};
+    const NAME_LIST_DIGEST digest = list_digest(names);
+    std::vector<std::string> same = names;
+    for (std::string& name : same) {
+        name = upper(name);
+    }
+    EXPECT_EQ(list_digest(same), digest);
+    for (std::size_t i = 0; i < names.size(); ++i) {
+        for (std::size_t at = 0; at < names[i].size(); ++at) {
+            for (const int changed : {1, 2, 4, 8, 16, 64, 128}) {  // not the bit of the case
+                std::vector<std::string> other = names;
+                other[i][at] = static_cast<char>(other[i][at] ^ changed);
+                EXPECT_NE(list_digest(other), digest) << i << ", " << at << ", " << changed;
+            }
+        }
+        std::vector<std::string> longer = names;
+        longer[i] += '\0';
+        EXPECT_NE(list_digest(longer), digest) << i;
+        std::vector<std::string> swapped = names;
+        std::swap(swapped[i], swapped[(i + 1) % names.size()]);
+        EXPECT_NE(list_digest(swapped), digest) << i;
+        std::vector<std::string> shorter = names;
+        shorter.erase(shorter.begin() + static_cast<std::ptrdiff_t>(i));
+        EXPECT_NE(list_digest(shorter), digest) << i;
+    }
+    EXPECT_NE(list_digest({"AB", "C"}), list_digest({"A", "BC"}));
+}
+
 TEST(GeneratedDigests, AreAboutTheNamesOfAllNumbers) {
     const auto parts = parts_by_number();
-    std::string names;
+    std::vector<std::string> names;
     for (int number = 1; number <= parts.rbegin()->first; ++number) {
-        names += (parts.contains(number) ? upper(parts.at(number)->name) : "") + '\0';
+        names.push_back(parts.contains(number) ? upper(parts.at(number)->name) : "");
     }
     EXPECT_EQ(PGMDDB_PART_DIGESTS.parts, parts.rbegin()->first);
-    const auto digest = independent_sha256(names);
-    EXPECT_TRUE(std::equal(digest.begin(), digest.end(), std::begin(PGMDDB_PART_DIGESTS.all_names)));
+    EXPECT_EQ(PGMDDB_PART_DIGESTS.all_names, list_digest(names));
 }
 
 TEST(GeneratedDigests, HaveEveryPartByItsHash) {

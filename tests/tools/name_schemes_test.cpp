@@ -27,31 +27,27 @@ const std::vector<PART_ENTRY>& all_parts() {
     return PARTS;
 }
 
-constexpr std::array SPELLINGS{&PART_ENTRY::name,           &PART_ENTRY::package_name,   &PART_ENTRY::pgm_name,
-                               &PART_ENTRY::device,         &PART_ENTRY::pgm_part_pcf,   &PART_ENTRY::dev_part_pcf,
-                               &PART_ENTRY::pgm_family_pcf, &PART_ENTRY::dev_family_pcf, &PART_ENTRY::family};
+/// In the order of SCHEME.
+constexpr std::array<std::string PART_ENTRY::*, 9> SPELLINGS{
+    &PART_ENTRY::name,           &PART_ENTRY::package_name,   &PART_ENTRY::pgm_name,
+    &PART_ENTRY::device,         &PART_ENTRY::pgm_part_pcf,   &PART_ENTRY::dev_part_pcf,
+    &PART_ENTRY::pgm_family_pcf, &PART_ENTRY::dev_family_pcf, &PART_ENTRY::family};
 
-/// The numbers of the parts with each spelling.
-const std::map<std::string, std::set<int>>& parts_by_name() {
-    static const std::map<std::string, std::set<int>> PARTS = [] {
-        std::map<std::string, std::set<int>> parts;
+/// The numbers of the parts with each spelling, and in which schemes it is one of theirs.
+using PARTS = std::map<int, decltype(NAMED_PART::schemes)>;
+
+const std::map<std::string, PARTS>& parts_by_name() {
+    static const std::map<std::string, PARTS> ALL = [] {
+        std::map<std::string, PARTS> parts;
         for (const PART_ENTRY& part : all_parts()) {
-            for (const auto spelling : SPELLINGS) {
-                parts[part.*spelling].insert(part.number);
+            for (std::size_t scheme = 0; scheme < SPELLINGS.size(); ++scheme) {
+                parts[part.*SPELLINGS[scheme]][part.number].set(scheme);
             }
         }
         parts.erase("");
         return parts;
     }();
-    return PARTS;
-}
-
-std::set<int> numbers(const std::vector<PART_ENTRY>& parts) {
-    std::set<int> all;
-    for (const PART_ENTRY& part : parts) {
-        all.insert(part.number);
-    }
-    return all;
+    return ALL;
 }
 
 TEST(NameSchemes, ANameStandsForThePartsThatHaveItAsASpelling) {
@@ -59,11 +55,14 @@ TEST(NameSchemes, ANameStandsForThePartsThatHaveItAsASpelling) {
     std::size_t asked = 0;
     for (const auto& [name, parts] : parts_by_name()) {
         if (asked++ % 17 == 0 || parts.size() > 30) {
-            const std::vector<PART_ENTRY> found = schemes.parts_named(name);
-            ASSERT_EQ(numbers(found), parts) << name;
-            ASSERT_TRUE(std::is_sorted(found.begin(), found.end(), [](const PART_ENTRY& left, const PART_ENTRY& right) {
-                return left.number < right.number;
-            })) << name;
+            const std::vector<NAMED_PART> found = schemes.parts_named(name);
+            ASSERT_EQ(found.size(), parts.size()) << name;
+            auto expected = parts.begin();
+            for (const NAMED_PART& part : found) {
+                ASSERT_EQ(part.number, expected->first) << name;
+                ASSERT_EQ(part.schemes, expected->second) << name;
+                ++expected;
+            }
         }
     }
     EXPECT_GT(asked, 20000U);
@@ -77,23 +76,60 @@ TEST(NameSchemes, APartIsTheSameWhetherAskedForAloneOrInAList) {
     for (std::size_t i = 0; i < all_parts().size(); i += 401) {
         const PART_ENTRY& expected = all_parts()[i];
         const NAME_MEANING meaning = schemes.meaning_of(expected.name);
-        const auto part = std::find_if(meaning.parts.begin(), meaning.parts.end(), [&](const PART_ENTRY& candidate) {
-            return candidate.number == expected.number;
-        });
-        ASSERT_NE(part, meaning.parts.end());
-        for (const auto spelling : SPELLINGS) {
-            EXPECT_EQ(*part.*spelling, expected.*spelling) << expected.name;
-        }
-        EXPECT_EQ(part->package, expected.package) << expected.name;
-        EXPECT_EQ(part->pins, expected.pins) << expected.name;
-        EXPECT_EQ(part->speed, expected.speed) << expected.name;
-        EXPECT_EQ(part->temperature, expected.temperature) << expected.name;
-        EXPECT_EQ(part->orderable, expected.orderable) << expected.name;
-        EXPECT_EQ(part->production, expected.production) << expected.name;
-        EXPECT_EQ(part->hidden, expected.hidden) << expected.name;
-        EXPECT_EQ(part->device_number, expected.device_number) << expected.name;
-        EXPECT_EQ(part->family_number, expected.family_number) << expected.name;
+        ASSERT_EQ(meaning.part, expected.number);
+        ASSERT_EQ(std::count(meaning.parts.begin(), meaning.parts.end(), expected.number), 1);
+        const PART_NAMES names = part_names_of(expected.number);
+        EXPECT_EQ(names.name, expected.name);
+        EXPECT_EQ(names.package_name, expected.package_name) << expected.name;
+        EXPECT_EQ(names.pgm_name, expected.pgm_name) << expected.name;
+        EXPECT_EQ(names.pgm_part_pcf, expected.pgm_part_pcf) << expected.name;
+        EXPECT_EQ(names.pgm_family_pcf, expected.pgm_family_pcf) << expected.name;
+        const PART_CHARACTERISTICS characteristics = schemes.entries().common_characteristics({expected.number});
+        EXPECT_EQ(characteristics.package, expected.package) << expected.name;
+        EXPECT_EQ(characteristics.pins, expected.pins) << expected.name;
+        EXPECT_EQ(characteristics.speed, expected.speed) << expected.name;
+        EXPECT_EQ(characteristics.temperature, expected.temperature) << expected.name;
+        const PART_STATUS status = schemes.entries().status_of(expected.number);
+        EXPECT_EQ(status.orderable, expected.orderable) << expected.name;
+        EXPECT_EQ(status.production, expected.production) << expected.name;
+        EXPECT_EQ(status.hidden, expected.hidden) << expected.name;
     }
+}
+
+/// What all of the parts have alike.
+std::string common_text(const std::vector<const PART_ENTRY*>& parts, std::string PART_ENTRY::*member) {
+    const auto differs = [&](const PART_ENTRY* part) { return part->*member != parts.front()->*member; };
+    return std::any_of(parts.begin(), parts.end(), differs) ? "" : parts.front()->*member;
+}
+
+TEST(PartEntries, CharacteristicsOfPartsAreThoseThatAllHave) {
+    std::map<int, const PART_ENTRY*> entries;
+    for (const PART_ENTRY& part : all_parts()) {
+        entries[part.number] = &part;
+    }
+    PART_ENTRIES many;
+    std::set<std::string> speeds;
+    std::size_t asked = 0;
+    for (const auto& [name, parts] : parts_by_name()) {
+        if (parts.size() > 1 && asked++ % 29 == 0) {
+            std::vector<int> numbers;
+            std::vector<const PART_ENTRY*> expected;
+            for (const auto& [number, schemes] : parts) {
+                numbers.push_back(number);
+                expected.push_back(entries.at(number));
+            }
+            PART_ENTRIES few;
+            for (PART_ENTRIES* each : {&few, &many}) {
+                const PART_CHARACTERISTICS common = each->common_characteristics(numbers);
+                ASSERT_EQ(common.package, common_text(expected, &PART_ENTRY::package)) << name;
+                ASSERT_EQ(common.pins, common_text(expected, &PART_ENTRY::pins)) << name;
+                ASSERT_EQ(common.speed, common_text(expected, &PART_ENTRY::speed)) << name;
+                ASSERT_EQ(common.temperature, common_text(expected, &PART_ENTRY::temperature)) << name;
+                speeds.insert(common.speed);
+            }
+        }
+    }
+    EXPECT_GT(speeds.size(), 2U);
 }
 
 TEST(NameSchemes, AllNamesAreThoseThatPartsHave) {

@@ -3,8 +3,11 @@
 #include <algorithm>
 #include <cstdio>
 #include <stdexcept>
+#include <string_view>
 #include <utility>
 #include <vector>
+
+#include "text_digest.h"
 
 namespace {
 
@@ -54,19 +57,49 @@ std::string data_set_source(const std::string& name, const DATA_SET& data) {
            constant(name + "_CMP_LENGTH", data.packed.size()) + constant(name + "_LENGTH", data.unpacked_length);
 }
 
-std::string index_source(const std::string& name, const INDEX_NUMBERS& index, std::uint32_t crc) {
-    return number_array("const std::uint32_t " + name + "_INDEX[]", index) +
-           constant(name + "_INDEX_LENGTH", index.size()) + constant(name + "_INDEXED_CRC", crc);
+/// A character of names in a literal; a digit may follow.
+std::string literal_character(char character) {
+    return character != '\0' ? std::string(1, character) : "\\000";
+}
+
+std::string unsigned_number(std::uint64_t number) {
+    return std::to_string(number) + "U";
+}
+
+/// A text as one literal, in lines: compilers read it much more quickly than as many characters.
+std::string text_source(const std::string& declaration, const std::string& text) {
+    constexpr std::size_t CHARACTERS_A_LINE = 100;
+    std::string source = "#pragma GCC diagnostic ignored \"-Woverlength-strings\"\n" + declaration + " =";
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        source += i % CHARACTERS_A_LINE == 0 ? (i == 0 ? "\n    \"" : "\"\n    \"") : "";
+        source += literal_character(text[i]);
+    }
+    return source + "\";\n";
+}
+
+/// The digest of its stream.
+std::string digest_source(const std::string& name, const DATA_SET& data) {
+    const std::string_view stream(reinterpret_cast<const char*>(data.packed.data()), data.packed.size());
+    return "const std::uint64_t " + name + "_DIGEST = " + unsigned_number(text_digest(stream)) + ";\n";
+}
+
+std::string indexed_source(const std::string& name, const INDEXED_GRAMMAR& indexed) {
+    return text_source("const char " + name + "_TEXT[]", indexed.text) +
+           number_array("const std::uint32_t " + name + "_INDEX[]", indexed.index) +
+           constant(name + "_INDEX_LENGTH", indexed.index.size());
+}
+
+std::string numbers_source(const std::string& name, const std::vector<std::uint32_t>& numbers) {
+    return number_array("const DWORD " + name + "_NUMBERS[]", numbers) +
+           constant(name + "_NUMBERS_LENGTH", numbers.size());
 }
 
 std::string digests_source(const DIGEST_TABLES& digests) {
     const auto unsigned_array = [](const std::string& declaration, const std::vector<std::uint64_t>& items) {
-        return array(declaration, items, [](std::uint64_t number) { return std::to_string(number) + "U"; });
+        return array(declaration, items, unsigned_number);
     };
-    std::string all_names;
-    for (const std::uint8_t byte : digests.all_names) {
-        all_names += std::to_string(byte) + ",";
-    }
+    const std::string all_names =
+        unsigned_number(digests.all_names.first) + ", " + unsigned_number(digests.all_names.second);
     return "namespace {\n\n" + unsigned_array("const HASHED_PART NAMES[]", digests.names) +
            unsigned_array("const HASHED_PART DENOTING[]", digests.denoting) +
            unsigned_array("const std::uint64_t CHECKS[]", digests.checks) +
@@ -83,7 +116,7 @@ std::string row_literal(const std::array<char, NAME_ROW_SIZE>& row) {
     }
     std::string literal = "    \"";
     for (std::size_t i = 0; i < end; ++i) {
-        literal += row[i] != '\0' ? std::string(1, row[i]) : "\\000";  // a digit may follow
+        literal += literal_character(row[i]);
     }
     return literal + "\",\n";
 }
@@ -110,6 +143,12 @@ std::string part_facts_source(const std::vector<PART_FACTS>& facts) {
     return array("const PART_FACTS PARTS[]", facts, [](const PART_FACTS& part) {
         return "{" + std::to_string(part.device) + "," + std::to_string(part.package) + "," +
                std::to_string(part.grade) + "," + std::to_string(part.flags) + "}";
+    });
+}
+
+std::string part_spans_source(const std::vector<PART_SPAN>& spans) {
+    return array("const PART_SPAN DEVICE_PARTS[]", spans, [](const PART_SPAN& span) {
+        return "{" + std::to_string(span.first) + "," + std::to_string(span.end) + "}";
     });
 }
 
@@ -142,11 +181,13 @@ std::string value_list(const std::vector<ROW>& rows, std::string ROW::*member) {
 
 }  // namespace
 
-std::string data_source(const DATA_SET& grammar, const INDEX_NUMBERS& index, const DATA_SET& ordering_codes,
-                        const DIGEST_TABLES& digests) {
+std::string data_source(const DATA_SET& grammar, const INDEXED_GRAMMAR& indexed, const DATA_SET& ordering_codes,
+                        const std::vector<std::uint32_t>& numbers, const DIGEST_TABLES& digests) {
     return std::string(BANNER) + "#include \"names/compiled_in_data.h\"\n#include \"names/compiled_in_digests.h\"\n\n" +
-           data_set_source("PGMDDB_GRAMMAR", grammar) + index_source("PGMDDB_GRAMMAR", index, grammar.crc) + "\n" +
-           data_set_source("PGMDDB_OPN", ordering_codes) + "\n" + digests_source(digests);
+           data_set_source("PGMDDB_GRAMMAR", grammar) + indexed_source("PGMDDB_GRAMMAR", indexed) +
+           digest_source("PGMDDB_GRAMMAR", grammar) + "\n" + data_set_source("PGMDDB_OPN", ordering_codes) +
+           numbers_source("PGMDDB_OPN", numbers) + digest_source("PGMDDB_OPN", ordering_codes) + "\n" +
+           digests_source(digests);
 }
 
 std::string boot_flash_source(const BOOT_FLASH& flash) {
@@ -176,14 +217,16 @@ std::string host_source(const HOST_TABLES& tables) {
     source += names_source("PART", tables.parts);
     source += number_array("const std::uint8_t DEVICE_FAMILIES[]", tables.device_families);
     source += part_facts_source(tables.part_facts);
+    source += part_spans_source(tables.device_parts);
     source += facts_source("const FACT_TEXTS PACKAGES[]", tables.packages);
     source += facts_source("const FACT_TEXTS GRADES[]", tables.grades);
     source += "\n}  // namespace\n\nconstinit const DSTR_CATALOG DSTR_TABLES = {\n    {NAMES},\n";
     source += names_initialiser("FAMILY", tables.families);
     source += names_initialiser("DEVICE", tables.devices);
     source += names_initialiser("PART", tables.parts);
-    source += "    DEVICE_FAMILIES,\n    PARTS,\n    {PACKAGES, " + std::to_string(tables.packages.size()) +
-              "},\n    {GRADES, " + std::to_string(tables.grades.size()) + "},\n};\n";
+    source += "    DEVICE_FAMILIES,\n    PARTS,\n    DEVICE_PARTS,\n    {PACKAGES, " +
+              std::to_string(tables.packages.size()) + "},\n    {GRADES, " + std::to_string(tables.grades.size()) +
+              "},\n};\n";
     return source;
 }
 

@@ -119,9 +119,9 @@ std::optional<CATALOG_PRODUCTS> make_products(const fs::path& directory, FAULTS&
         return std::nullopt;
     }
     const DATA_SET packed = proven_grammar(grammar);
-    std::string data =
-        data_source(packed, proven_index(grammar, packed), proven_ordering_codes(ordering_codes(catalog)),
-                    build_digest_tables(catalog, grammar));
+    const std::vector<std::uint32_t> numbers = ordering_codes(catalog);
+    std::string data = data_source(packed, proven_index(grammar, packed), proven_ordering_codes(numbers), numbers,
+                                   build_digest_tables(catalog, grammar));
     std::string host = host_source(build_host_tables(catalog));
     return CATALOG_PRODUCTS{std::move(catalog), std::move(grammar), std::move(data), std::move(host)};
 }

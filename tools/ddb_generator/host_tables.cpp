@@ -107,6 +107,15 @@ std::vector<PART_FACTS> part_facts(const CATALOG& catalog) {
     return facts;
 }
 
+std::vector<PART_SPAN> device_parts(const std::vector<PART_FACTS>& facts) {
+    std::vector<PART_SPAN> spans(DEV_DEVICE_MAX, PART_SPAN{0, 0});
+    for (std::uint32_t part = 1; part < facts.size(); ++part) {
+        PART_SPAN& span = spans[facts[part].device];
+        span = {span.end == 0 ? part : span.first, part + 1};
+    }
+    return spans;
+}
+
 /// Looks up every name by number and every number by name, as the libraries will.
 void prove(const HOST_TABLES& tables, const NUMBERED_NAMES& names, const std::vector<std::string>& expected) {
     const NAME_POOL pool = tables.pool();
@@ -143,6 +152,7 @@ HOST_TABLES build_host_tables(const CATALOG& catalog) {
     tables.parts = builder.names(parts, catalog.aliases, catalog.parts);
     tables.device_families = device_families(catalog);
     tables.part_facts = part_facts(catalog);
+    tables.device_parts = device_parts(tables.part_facts);
     for (const CATALOG_PACKAGE& package : catalog.packages) {
         tables.packages.push_back({builder.address_of(package.type), builder.address_of(package.pins)});
     }

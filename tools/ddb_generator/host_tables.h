@@ -27,6 +27,7 @@ struct HOST_TABLES {
     NUMBERED_NAMES parts;
     std::vector<std::uint8_t> device_families;
     std::vector<PART_FACTS> part_facts;
+    std::vector<PART_SPAN> device_parts;
     std::vector<FACT_TEXTS> packages;
     std::vector<FACT_TEXTS> grades;
 

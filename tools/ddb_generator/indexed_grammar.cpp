@@ -51,7 +51,7 @@ void prove(const std::map<std::string, std::vector<std::string>>& table, const c
 
 }  // namespace
 
-INDEX_NUMBERS proven_index(const GRAMMAR& grammar, const DATA_SET& data_set) {
+INDEXED_GRAMMAR proven_index(const GRAMMAR& grammar, const DATA_SET& data_set) {
     const BYTES body = unseal(data_set);
     const std::string text = std::string(DATA_SET_MAGIC) + std::string(body.begin(), body.end());
     INDEX_NUMBERS numbers;
@@ -63,5 +63,5 @@ INDEX_NUMBERS proven_index(const GRAMMAR& grammar, const DATA_SET& data_set) {
         prove(table, text.c_str(), next_table_index(rest));
     }
     require(rest.empty());
-    return numbers;
+    return {text, numbers};
 }

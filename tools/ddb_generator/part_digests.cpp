@@ -92,15 +92,13 @@ void prove(const DIGEST_TABLES& tables, const std::vector<std::string>& parts,
 }  // namespace
 
 PART_DIGESTS DIGEST_TABLES::table() const {
-    PART_DIGESTS table{{},
-                       parts,
-                       names.data(),
-                       static_cast<std::uint32_t>(names.size()),
-                       denoting.data(),
-                       checks.data(),
-                       static_cast<std::uint32_t>(denoting.size())};
-    std::copy(all_names.begin(), all_names.end(), std::begin(table.all_names));
-    return table;
+    return {all_names,
+            parts,
+            names.data(),
+            static_cast<std::uint32_t>(names.size()),
+            denoting.data(),
+            checks.data(),
+            static_cast<std::uint32_t>(denoting.size())};
 }
 
 DIGEST_TABLES build_digest_tables(const CATALOG& catalog, const GRAMMAR& grammar) {
@@ -112,13 +110,10 @@ DIGEST_TABLES build_digest_tables(const CATALOG& catalog, const GRAMMAR& grammar
 
     DIGEST_TABLES tables;
     tables.parts = catalog.last_part;
-    std::string all;
     for (const std::string& part : parts) {
-        all += part;
-        all += '\0';
+        tables.all_names.add(part);
         tables.names.push_back(hashed_part(digest_of(part).hash, static_cast<int>(tables.names.size()) + 1));
     }
-    tables.all_names = sha256(all);
     std::sort(tables.names.begin(), tables.names.end());
 
     std::vector<std::pair<HASHED_PART, std::uint64_t>> checked;

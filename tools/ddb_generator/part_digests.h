@@ -3,7 +3,6 @@
 /// \file
 /// The tables that find parts by digests of names, in memory.
 
-#include <array>
 #include <cstdint>
 #include <vector>
 
@@ -12,7 +11,7 @@
 #include "part_digests_table.h"
 
 struct DIGEST_TABLES {
-    std::array<std::uint8_t, SHA256_SIZE> all_names{};
+    NAME_LIST_DIGEST all_names;
     int parts = 0;
     std::vector<HASHED_PART> names;
     std::vector<HASHED_PART> denoting;

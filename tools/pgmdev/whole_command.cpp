@@ -9,12 +9,10 @@ namespace {
 
 COMMAND_TABLE make() {
     COMMAND_TABLE table;
-    table.all = {"pgmdev",
-                 "The device data of Tessary: look it up, check it, compile it.",
-                 "pgmdev flash identify 20BA18",
-                 {doctor_verb(), page_verb(), schema_verb()},
-                 {flash_noun(), hps_noun(), params_noun(), profile_noun(), name_noun(), part_noun(), opn_noun(),
-                  device_noun(), family_noun(), enum_noun()}};
+    table.all = {"pgmdev", "The device data of Tessary: look it up, check it, compile it.",
+                 "pgmdev flash identify 20BA18", list_of(doctor_verb(), page_verb(), schema_verb()),
+                 list_of(flash_noun(), hps_noun(), params_noun(), profile_noun(), name_noun(), part_noun(), opn_noun(),
+                         device_noun(), family_noun(), enum_noun())};
     table.options = global_options();
     table.options.push_back(version_option());  // behind those that it heeds
     table.notes =

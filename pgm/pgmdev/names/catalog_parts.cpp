@@ -2,11 +2,12 @@
 
 #include <algorithm>
 #include <atomic>
-#include <iterator>
+#include <string_view>
+#include <vector>
 
 #include "names/compiled_in_digests.h"
 #include "names/parts.h"
-#include "stl.h"
+#include "names/stores.h"
 
 namespace {
 
@@ -20,26 +21,27 @@ HOST_PARTS find_out_host_parts() {
     if (DEV_PART_INVALID != 0 || end != PGMDDB_PART_DIGESTS.parts + 1) {
         return HOST_PARTS::OTHERS;
     }
-    constexpr std::size_t LONGEST_USUAL_NAME = 16;
-    std::string names;
-    names.reserve(static_cast<std::size_t>(end) * LONGEST_USUAL_NAME);
-    for_each_part([&names](int part) {
-        names += dstr_get_user_string(part);
-        names += '\0';
-        return false;
-    });
-    stl_toupper(names);
-    return std::equal(std::begin(PGMDDB_PART_DIGESTS.all_names), std::end(PGMDDB_PART_DIGESTS.all_names),
-                      sha256_of(names).get())
-               ? HOST_PARTS::OF_CATALOG
-               : HOST_PARTS::OTHERS;
+    // Several names at a time: what has just been written into a string is slow to be read as words.
+    constexpr int AT_A_TIME = 4;
+    NAME_LIST_DIGEST all_names;
+    int part = DEV_PART_INVALID + 1;
+    for (; part + AT_A_TIME <= end; part += AT_A_TIME) {
+        for (const std::string& name : {dstr_get_user_string(part), dstr_get_user_string(part + 1),
+                                        dstr_get_user_string(part + 2), dstr_get_user_string(part + 3)}) {
+            all_names.add(name);
+        }
+    }
+    for (; part < end; ++part) {
+        all_names.add(dstr_get_user_string(part));
+    }
+    return all_names == PGMDDB_PART_DIGESTS.all_names ? HOST_PARTS::OF_CATALOG : HOST_PARTS::OTHERS;
 }
 
 HASHED_PARTS catalog_parts_with_hash(QWORD hash) {
     return parts_with_hash(PGMDDB_PART_DIGESTS.names, PGMDDB_PART_DIGESTS.name_count, hash);
 }
 
-/// The part with that name in upper case; 0: none.
+/// The first part with that name in upper case; 0: none.
 int catalog_part_named(const std::string& name, QWORD hash) {
     for (const HASHED_PART entry : catalog_parts_with_hash(hash)) {
         if (const int part = number_of_hashed_part(entry); upper_part_name(part) == name) {
@@ -47,6 +49,14 @@ int catalog_part_named(const std::string& name, QWORD hash) {
         }
     }
     return 0;
+}
+
+void add_parts_named(std::vector<int>& parts, const std::string& name) {
+    for (const HASHED_PART entry : catalog_parts_with_hash(part_name_hash(name))) {
+        if (const int part = number_of_hashed_part(entry); upper_part_name(part) == name) {
+            parts.push_back(part);
+        }
+    }
 }
 
 }  // namespace
@@ -73,6 +83,26 @@ std::optional<std::string> catalog_part_denoted(const std::string& name) {
         return name;
     }
     return denoted != 0 ? std::optional(upper_part_name(denoted)) : std::nullopt;
+}
+
+std::string catalog_part_with_programmer_file_name(const std::string& pcf_name) {
+    const GRAMMAR_STORE* grammar = get_grammar_store();
+    std::vector<int> parts;
+    for (const std::string_view pgm_name : entries_of(grammar, PGMDEV_DDB_GRAMMAR_ENUM::PGM_PART_PCF, pcf_name)) {
+        if (key_of(grammar, PGMDEV_DDB_GRAMMAR_ENUM::PGM_PART_PCF, pgm_name) == pcf_name) {
+            add_parts_named(parts, std::string(pgm_name));
+        }
+    }
+    int first = 0;
+    if (!parts.empty()) {
+        DEV_PART_MANAGER manager;
+        for_each_preferred_part(manager, "ANY", [&](int part) {
+            const bool found = std::find(parts.begin(), parts.end(), part) != parts.end();
+            first = found ? part : 0;
+            return found;
+        });
+    }
+    return first != 0 ? upper_part_name(first) : std::string();
 }
 
 void forget_host_parts() {

@@ -21,5 +21,8 @@ int catalog_part_by_hash(QWORD hash);
 /// The name of the first part that a name in upper case denotes, or none.
 std::optional<std::string> catalog_part_denoted(const std::string& name);
 
+/// The name of the first part whose own name has that programmer-file part name in upper case, which is not ""; or "".
+std::string catalog_part_with_programmer_file_name(const std::string& pcf_name);
+
 /// Has the host looked at again.
 void forget_host_parts();

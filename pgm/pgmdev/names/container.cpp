@@ -8,6 +8,7 @@
 #include "packed/inflate.h"
 #include "pgm_common.h"
 #include "report.h"
+#include "text_digest.h"
 
 namespace {
 
@@ -37,22 +38,25 @@ COMPILED_DATA_SET grammar_data_set() {
             PGMDDB_GRAMMAR_LENGTH,
             "zlib_uncompress(data, &data_size, PGMDDB_GRAMMAR_DATA, PGMDDB_GRAMMAR_CMP_LENGTH) == ZLIB_OK",
             "data_size == PGMDDB_GRAMMAR_LENGTH",
-            {PGMDDB_GRAMMAR_INDEX, PGMDDB_GRAMMAR_INDEX_LENGTH},
-            PGMDDB_GRAMMAR_INDEXED_CRC};
+            PGMDDB_GRAMMAR_DIGEST,
+            PGMDDB_GRAMMAR_TEXT,
+            {PGMDDB_GRAMMAR_INDEX, PGMDDB_GRAMMAR_INDEX_LENGTH}};
 }
 
 COMPILED_DATA_SET opn_data_set() {
-    return {PGMDDB_OPN_DATA, PGMDDB_OPN_CMP_LENGTH, PGMDDB_OPN_LENGTH,
+    return {PGMDDB_OPN_DATA,
+            PGMDDB_OPN_CMP_LENGTH,
+            PGMDDB_OPN_LENGTH,
             "zlib_uncompress(data, &data_size, PGMDDB_OPN_DATA, PGMDDB_OPN_CMP_LENGTH) == ZLIB_OK",
-            "data_size == PGMDDB_OPN_LENGTH"};
+            "data_size == PGMDDB_OPN_LENGTH",
+            PGMDDB_OPN_DIGEST,
+            nullptr,
+            {},
+            {PGMDDB_OPN_NUMBERS, PGMDDB_OPN_NUMBERS_LENGTH}};
 }
 
-DWORD DATA_CONTAINER::crc() const {
-    DWORD crc = 0;
-    for (DWORD i = 0; i < CONTAINER_CRC_SIZE; ++i) {
-        crc |= DWORD{data[body_end() + i]} << 8 * i;
-    }
-    return crc;
+bool is_known(const COMPILED_DATA_SET& set) {
+    return text_digest({reinterpret_cast<const char*>(set.stream), set.stream_length}) == set.known_stream;
 }
 
 DATA_CONTAINER open_container(const COMPILED_DATA_SET& set) {

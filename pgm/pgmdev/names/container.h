@@ -22,9 +22,15 @@ struct COMPILED_DATA_SET {
     const char* bad_stream;
     const char* bad_length;
 
-    std::span<const std::uint32_t> index{};  ///< of a grammar (grammar_index.h); may be missing
-    DWORD indexed_crc = 0;                   ///< the CRC of the container that it is of
+    // What the generator has found in a stream, and proven: whoever has it need not decompress that stream.
+    std::uint64_t known_stream = 0;             ///< the digest of that stream
+    const char* text = nullptr;                 ///< of a grammar: decompressed, without the CRC
+    std::span<const std::uint32_t> index = {};  ///< of its text (grammar_index.h); none: nothing is known of it
+    std::span<const DWORD> numbers = {};        ///< of a list of ordering codes; none: likewise
 };
+
+/// Whether the stream is the one of which something is known.
+bool is_known(const COMPILED_DATA_SET& set);
 
 /// The two data sets of this build.
 COMPILED_DATA_SET grammar_data_set();
@@ -36,7 +42,6 @@ struct DATA_CONTAINER {
     DWORD size = 0;
 
     DWORD body_end() const { return size - CONTAINER_CRC_SIZE; }
-    DWORD crc() const;
 };
 
 /// Decompresses and checks a data set. The buffer goes on for some bytes of 0 behind `size`.

@@ -30,19 +30,20 @@ std::string_view GRAMMAR_TABLE::key_of(std::string_view entry) const {
 }
 
 std::unique_ptr<GRAMMAR_STORE> build_grammar_store(const COMPILED_DATA_SET& set) {
-    DATA_CONTAINER container = open_container(set);
-    const char* text = reinterpret_cast<const char*>(container.data.get());
     auto store = std::make_unique<GRAMMAR_STORE>();
+    const char* text = set.text;
     std::span<const std::uint32_t> index = set.index;
-    if (index.empty() || container.crc() != set.indexed_crc) {
+    if (index.empty() || !is_known(set)) {
+        DATA_CONTAINER container = open_container(set);
+        text = reinterpret_cast<const char*>(container.data.get());
         for (const GRAMMAR_PLACES& places : parse_grammar(container)) {
             append_table_index(store->index, text, places);
         }
         index = store->index;
+        store->text = std::move(container.data);
     }
     for (auto& table : store->tables) {
         table = std::make_unique<GRAMMAR_TABLE>(text, next_table_index(index));
     }
-    store->text = std::move(container.data);
     return store;
 }

@@ -44,13 +44,13 @@ private:
     GRAMMAR_TABLE_INDEX m_index;
 };
 
-/// All tables, the decompressed data set that holds their texts, and its index unless that is compiled in.
+/// All tables, and, unless these are compiled in, the decompressed data set that holds their texts and its index.
 struct GRAMMAR_STORE {
     std::unique_ptr<const BYTE[]> text;
     INDEX_NUMBERS index;
     std::array<std::unique_ptr<GRAMMAR_TABLE>, static_cast<std::size_t>(PGMDEV_DDB_GRAMMAR_ENUM::MAX)> tables;
 };
 
-/// Builds the store from a data set, or reports what is wrong with it. A data set that is the one of the compiled-in index
-/// has been found sound when that was made, and is not read again.
+/// Builds the store from a data set, or reports what is wrong with it. What is known of its
+/// stream is taken for granted.
 std::unique_ptr<GRAMMAR_STORE> build_grammar_store(const COMPILED_DATA_SET& set);

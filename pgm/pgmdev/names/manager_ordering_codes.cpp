@@ -11,7 +11,7 @@
 // Ordering codes: indexes and hashes of part names.
 
 std::string PGMDEV_MGR::get_opn(DWORD opn_index) {
-    const std::vector<DWORD>& list = opn_list(get_opn_store());
+    const std::span<const DWORD> list = opn_list(get_opn_store());
     const int part = opn_index < list.size() ? static_cast<int>(list[opn_index]) : -1;
     return part != -1 && is_usable_part(part) ? upper_part_name(part) : std::string();
 }
@@ -21,7 +21,7 @@ DWORD PGMDEV_MGR::get_opn_enum(std::string name) {
     if (!is_usable_part(part)) {
         return INVALID_DWORD;
     }
-    const std::vector<DWORD>& list = opn_list(get_opn_store());
+    const std::span<const DWORD> list = opn_list(get_opn_store());
     if (const NUMBER_INDEX* index = ordering_codes_by_part(INDEX_WANTED::WHEN_IT_PAYS)) {
         const DWORD* code = index->find(static_cast<DWORD>(part));
         return code != nullptr ? *code : INVALID_DWORD;

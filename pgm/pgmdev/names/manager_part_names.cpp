@@ -62,22 +62,15 @@ std::string PGMDEV_MGR::get_part_name_from_dev(std::string device_name) {
 }
 
 std::string PGMDEV_MGR::get_part_name_from_pcf(std::string pcf_name) {
-    DEV_PART_MANAGER manager;
+    [[maybe_unused]] DEV_PART_MANAGER manager;  // the host may load its part list for as long as one lives
     stl_toupper(pcf_name);
-    if (const PART_NAME_INDEX* index = parts_by_programmer_file_name(INDEX_WANTED::WHEN_IT_PAYS)) {
+    // With other parts a walk for one name mostly goes over all of them, in several passes.
+    const bool of_catalog = !pcf_name.empty() && host_has_catalog_parts();
+    if (const auto* index =
+            parts_by_programmer_file_name(of_catalog ? INDEX_WANTED::WHEN_IT_PAYS : INDEX_WANTED::NOW)) {
         return index->find(pcf_name).value_or("");
     }
-    std::string result;
-    for_each_preferred_part(manager, "ANY", [&](int part) {
-        std::string name = dstr_get_user_string(part);
-        const std::string part_pcf = PGMDEV_DEVICE_GRAMMAR_MGR::get_pgm_part_pcf(name);  // converts name to upper case
-        if (!PGM_COMMON::compare_string(pcf_name, part_pcf, false)) {
-            return false;
-        }
-        result = std::move(name);
-        return true;
-    });
-    return result;
+    return catalog_part_with_programmer_file_name(pcf_name);
 }
 
 std::string PGMDEV_MGR::get_possible_full_name(std::string name) {

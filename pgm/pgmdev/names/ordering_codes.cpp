@@ -40,21 +40,29 @@ DWORD read_count(const DATA_CONTAINER& container) {
     return count;
 }
 
-}  // namespace
-
-std::unique_ptr<OPN_STORE> build_opn_store(const COMPILED_DATA_SET& set) {
+std::vector<DWORD> read_numbers(const COMPILED_DATA_SET& set) {
     const DATA_CONTAINER container = open_container(set);
     const DWORD enum_count = read_count(container);  // the spare bytes of the buffer cover a container without a count
     PGMDEV_REQUIRE(enum_count > 0, "enum_count > 0", DDB_MGR_FILE);
     // An entry takes a byte at least: a list that is longer ends at the end of the data, with a report.
-    auto map = std::make_unique<std::vector<DWORD>>(std::min(enum_count, container.size));
-    DWORD* entry = map->data();
+    std::vector<DWORD> numbers(std::min(enum_count, container.size));
+    DWORD* entry = numbers.data();
     DWORD index = CONTAINER_MAGIC_SIZE + COUNT_SIZE;
     for (DWORD i = 0; i < enum_count; ++i) {
         *entry++ = read_number(container, index);
     }
     PGMDEV_REQUIRE(index == container.body_end(), "index == (data_size - 4)", DDB_MGR_FILE);
+    return numbers;
+}
+
+}  // namespace
+
+std::unique_ptr<OPN_STORE> build_opn_store(const COMPILED_DATA_SET& set) {
     auto store = std::make_unique<OPN_STORE>();
-    store->map = std::move(map);
+    store->map = set.numbers;
+    if (set.numbers.empty() || !is_known(set)) {
+        store->own = read_numbers(set);
+        store->map = store->own;
+    }
     return store;
 }

@@ -23,7 +23,7 @@ public:
     }
 };
 
-constinit INDEX_ON_DEMAND<PART_NAME_INDEX, 0> by_programmer_file_name;
+constinit INDEX_ON_DEMAND<PART_NAME_INDEX, 20> by_programmer_file_name;
 constinit INDEX_ON_DEMAND<PART_NAME_INDEX, 20> by_possible_name;
 constinit INDEX_ON_DEMAND<NUMBER_INDEX, 1> by_hash;
 constinit INDEX_ON_DEMAND<NUMBER_INDEX, 20> codes_by_part;
@@ -85,7 +85,7 @@ std::unique_ptr<NUMBER_INDEX> index_hashes() {
     return std::make_unique<NUMBER_INDEX>(std::move(pairs));
 }
 
-std::unique_ptr<NUMBER_INDEX> index_ordering_codes(const std::vector<DWORD>& list) {
+std::unique_ptr<NUMBER_INDEX> index_ordering_codes(std::span<const DWORD> list) {
     std::vector<NUMBER_INDEX::PAIR> pairs;
     for (DWORD index = 0; index < list.size(); ++index) {
         if (is_usable_part(static_cast<int>(list[index]))) {

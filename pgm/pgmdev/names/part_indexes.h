@@ -4,8 +4,9 @@
 /// Indexes behind the questions for parts: they find at once what otherwise takes a walk over all parts.
 ///
 /// A walk answers sooner than an index is made, so questions do without until the walks have taken about as long as
-/// making it, but for programmer-file names: a walk for one of those mostly goes over all parts. Then whichever thread asks next makes it, as the stores are made; it is only read from then on, and freed
-/// with the stores.
+/// making it; so do questions for programmer-file names with a host that has the parts of the catalog (catalog_parts.h),
+/// while with other parts a walk for one of those mostly goes over all of them. Then whichever thread asks next makes it, as
+/// the stores are made; it is only read from then on, and freed with the stores.
 ///
 /// An index takes for granted that the host goes on giving the answers that it gave when the index was made: the same
 /// parts with the same names in the same order. The grammar cannot change, for the stores are only read.

@@ -1,5 +1,6 @@
 #include "names/stores.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "gen.h"
@@ -20,6 +21,11 @@ const GRAMMAR_TABLE& table_of(const GRAMMAR_STORE* mgr, PGMDEV_DDB_GRAMMAR_ENUM 
     return *mapping;
 }
 
+/// Whatever the host takes for white space or a small letter: all that is not ASCII may be one.
+bool may_not_be_normal(char character) {
+    return character <= ' ' || character > '~' || (character >= 'a' && character <= 'z');
+}
+
 }  // namespace
 
 const GRAMMAR_STORE* get_grammar_store() {
@@ -36,6 +42,9 @@ void free_stores() {
 }
 
 void normalize_name(const std::string& name) {
+    if (std::none_of(name.begin(), name.end(), may_not_be_normal)) {
+        return;
+    }
     std::string normal = gen_remove_leading_and_trailing_white_spaces(name);
     stl_toupper(normal);
     if (normal != name) {
@@ -70,8 +79,8 @@ std::vector<std::string_view> keys_of(const GRAMMAR_STORE* store, PGMDEV_DDB_GRA
     return table_of(store, type).keys();
 }
 
-const std::vector<DWORD>& opn_list(const OPN_STORE* store) {
+std::span<const DWORD> opn_list(const OPN_STORE* store) {
     PGMDEV_REQUIRE(store != nullptr, "mgr != NULL", DDB_MGR_FILE);
-    PGMDEV_REQUIRE(store->map != nullptr, "M_MAP != NULL", DDB_MGR_FILE);
-    return *store->map;
+    PGMDEV_REQUIRE(store->map.data() != nullptr, "M_MAP != NULL", DDB_MGR_FILE);
+    return store->map;
 }

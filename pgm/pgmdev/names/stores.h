@@ -6,6 +6,7 @@
 /// Each store is built when it is first needed, and is only read from then on. A build that fails is reported and
 /// publishes nothing; the next call tries again.
 
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -41,4 +42,4 @@ std::vector<std::string_view> entries_of(const GRAMMAR_STORE* store, PGMDEV_DDB_
 std::vector<std::string_view> keys_of(const GRAMMAR_STORE* store, PGMDEV_DDB_GRAMMAR_ENUM type);
 
 /// The part numbers by ordering-code index.
-const std::vector<DWORD>& opn_list(const OPN_STORE* store);
+std::span<const DWORD> opn_list(const OPN_STORE* store);

@@ -7,6 +7,7 @@
 #include <unordered_map>
 
 #include "dev.h"
+#include "names/catalog_parts.h"
 #include "names/part_indexes.h"
 #include "pgmdev/names/catalog_reference.h"
 #include "pgmdev_mgr.h"
@@ -184,6 +185,7 @@ TEST(PartNames, OfEveryProgrammerFilePart) {
         found += expected.empty() ? 0U : 1U;
         ASSERT_EQ(PGMDEV_MGR::get_part_name_from_pcf(lower(name)), expected) << name;
         ASSERT_EQ(index.get_part_name_from_pcf(lower(name)), expected) << name;
+        ASSERT_TRUE(name.empty() || catalog_part_with_programmer_file_name(name) == expected) << name;
         if (asked++ % 11 == 0) {
             free_part_indexes();
             ASSERT_EQ(PGMDEV_MGR::get_part_name_from_pcf(lower(name)), expected) << name;

@@ -6,6 +6,7 @@
 #include "pgmdev/names/data_set.h"
 #include "pgmdev/names/reference.h"
 #include "support/reports.h"
+#include "text_digest.h"
 
 namespace {
 
@@ -26,7 +27,9 @@ std::string report_on_codes(const std::string& body) {
 
 std::vector<DWORD> list_of(const std::string& body) {
     const DATA_SET set(ref::container(body), opn_data_set());
-    return opn_list(build_opn_store(set).get());
+    const auto store = build_opn_store(set);
+    const std::span<const DWORD> list = opn_list(store.get());
+    return {list.begin(), list.end()};
 }
 
 TEST(DdbOpn, HasTextsOfItsOwnForStreamAndLength) {
@@ -44,6 +47,22 @@ TEST(DdbOpn, ReadsNumbersOfEveryLength) {
     const std::vector<DWORD> numbers{0, 1, 127, 128, 16383, 16384, 2097151, 2097152, 268435455, 268435456, 0xFFFFFFFF};
     EXPECT_EQ(list_of(ref::opn_body({numbers.begin(), numbers.end()})), numbers);
     EXPECT_EQ(list_of(ref::le32(1) + "\x80\x80\x80\x80\x00"s), std::vector<DWORD>{0});  // longer than it need be
+}
+
+TEST(DdbOpn, WhatIsKnownOfAStreamIsUsedForNoOther) {
+    const DATA_SET set(ref::container(ref::opn_body({1, 2, 300})), opn_data_set());
+    const std::vector<DWORD> numbers{7, 8};  // which are not those of the stream, to tell whose are used
+    COMPILED_DATA_SET known = set;
+    known.numbers = numbers;
+    known.known_stream = text_digest({reinterpret_cast<const char*>(known.stream), known.stream_length});
+    const auto store = build_opn_store(known);
+    EXPECT_EQ(opn_list(store.get()).data(), numbers.data());
+    EXPECT_EQ(opn_list(store.get()).size(), 2U);
+
+    ++known.known_stream;
+    const auto other = build_opn_store(known);
+    EXPECT_EQ(opn_list(other.get()).size(), 3U);
+    EXPECT_EQ(opn_list(other.get())[2], 300U);
 }
 
 TEST(DdbOpn, RefusesACountOfZero) {

@@ -55,22 +55,15 @@ struct WRONG_TABLES {
     }
 
     /// The same as tables about `parts` parts with these names.
-    PART_DIGESTS about(std::size_t parts, const std::string& all_names) const {
+    PART_DIGESTS about(std::size_t parts, const std::vector<std::string>& all_names) const {
         const auto count = static_cast<DWORD>(names.size());
         PART_DIGESTS tables{{}, static_cast<int>(parts), names.data(), count, names.data(), checks.data(), count};
-        const auto digest = independent_sha256(all_names);
-        std::copy(digest.begin(), digest.end(), std::begin(tables.all_names));
+        for (const std::string& name : all_names) {
+            tables.all_names.add(name);
+        }
         return tables;
     }
 };
-
-std::string text_of(const std::vector<std::string>& names) {
-    std::string text;
-    for (const std::string& name : names) {
-        text += name + '\0';
-    }
-    return text;
-}
 
 class OtherParts : public testing::Test {
 protected:
@@ -92,7 +85,7 @@ protected:
 };
 
 TEST_F(OtherParts, TablesAboutFewerPartsAreLeftAlone) {
-    set_part_digests(m_wrong.about(host_parts().size() - 1, text_of(host_parts())));
+    set_part_digests(m_wrong.about(host_parts().size() - 1, host_parts()));
     EXPECT_FALSE(host_has_catalog_parts());
     expect_right_answers();
 }
@@ -100,7 +93,7 @@ TEST_F(OtherParts, TablesAboutFewerPartsAreLeftAlone) {
 TEST_F(OtherParts, TablesAboutAnotherNameAreLeftAlone) {
     std::vector<std::string> names = host_parts();
     names[names.size() / 2] += "X";
-    set_part_digests(m_wrong.about(names.size(), text_of(names)));
+    set_part_digests(m_wrong.about(names.size(), names));
     EXPECT_FALSE(host_has_catalog_parts());
     expect_right_answers();
 }
@@ -108,13 +101,13 @@ TEST_F(OtherParts, TablesAboutAnotherNameAreLeftAlone) {
 TEST_F(OtherParts, TablesAboutAnotherOrderAreLeftAlone) {
     std::vector<std::string> names = host_parts();
     std::swap(names.front(), names.back());
-    set_part_digests(m_wrong.about(names.size(), text_of(names)));
+    set_part_digests(m_wrong.about(names.size(), names));
     EXPECT_FALSE(host_has_catalog_parts());
     expect_right_answers();
 }
 
 TEST_F(OtherParts, TablesAboutTheHostsPartsAreBelieved) {
-    set_part_digests(m_wrong.about(host_parts().size(), text_of(host_parts())));
+    set_part_digests(m_wrong.about(host_parts().size(), host_parts()));
     EXPECT_TRUE(host_has_catalog_parts());
     const std::string& last = host_parts().back();
     EXPECT_EQ(PGMDEV_MGR::get_opn_from_hash(hash_of(last)), host_parts()[1]);
@@ -123,7 +116,7 @@ TEST_F(OtherParts, TablesAboutTheHostsPartsAreBelieved) {
 
 TEST_F(OtherParts, OfEqualHashesTheFirstPartCounts) {
     const std::vector<HASHED_PART> names{hashed_part(7, 3), hashed_part(7, 5), hashed_part(9, 1)};
-    PART_DIGESTS tables = m_wrong.about(host_parts().size(), text_of(host_parts()));
+    PART_DIGESTS tables = m_wrong.about(host_parts().size(), host_parts());
     tables.names = names.data();
     tables.name_count = 3;
     set_part_digests(tables);
@@ -137,7 +130,7 @@ TEST_F(OtherParts, AHashAloneDenotesNoPart) {
     const NAME_DIGEST digest = name_digest(independent_sha256(name).data());
     const HASHED_PART entry = hashed_part(digest.hash, 4);
     const std::uint64_t checks[]{digest.check, digest.check ^ 1};
-    PART_DIGESTS tables = m_wrong.about(host_parts().size(), text_of(host_parts()));
+    PART_DIGESTS tables = m_wrong.about(host_parts().size(), host_parts());
     tables.names = &entry;  // the name of part 4 is another one
     tables.denoting = &entry;
     tables.name_count = tables.denoting_count = 1;

@@ -6,7 +6,6 @@
 #include "msg.h"
 #include "pgmdev_device_grammar_mgr.h"
 #include "pgmdev_part_index.h"
-#include "stl.h"
 
 namespace {
 
@@ -34,7 +33,7 @@ std::vector<std::string> all_part_names() {
     std::vector<std::string> names;
     names.reserve(static_cast<std::size_t>(DEV_PART_GENERIC));
     for (int part = DEV_PART_INVALID + 1; part != DEV_PART_GENERIC && part != DEV_PART_MAX; ++part) {
-        stl_toupper(names.emplace_back(dstr_get_user_string(part)));
+        names.push_back(upper_name(part));
     }
     return names;
 }
@@ -59,7 +58,7 @@ std::vector<std::string> all_programmer_part_names() {
 std::vector<std::string> all_device_names() {
     std::vector<std::string> names;
     for (int device = DEV_DEVICE_INVALID + 1; device < DEV_DEVICE_GENERIC; ++device) {
-        stl_toupper(names.emplace_back(dstr_get_user_string(static_cast<DEV_DEVICE_ENUM>(device))));
+        names.push_back(upper_name(static_cast<DEV_DEVICE_ENUM>(device)));
     }
     return names;
 }
@@ -67,7 +66,7 @@ std::vector<std::string> all_device_names() {
 std::vector<std::string> all_family_names() {
     std::vector<std::string> names;
     for (int family = DEV_FAMILY_INVALID + 1; family < DEV_FAMILY_MAX; ++family) {
-        stl_toupper(names.emplace_back(dstr_get_user_string(static_cast<DEV_FAMILY_ENUM>(family))));
+        names.push_back(upper_name(static_cast<DEV_FAMILY_ENUM>(family)));
     }
     return names;
 }

@@ -8,6 +8,15 @@
 #include <vector>
 
 #include "dstr.h"
+#include "stl.h"
+
+/// The name of a part, device or family of the device library, in upper case.
+template <class NUMBER>
+std::string upper_name(NUMBER number) {
+    std::string name = dstr_get_user_string(number);
+    stl_toupper(name);
+    return name;
+}
 
 /// The names that a command knows, for telling the user which one was meant; each list is made once.
 const std::vector<std::string>& part_names();

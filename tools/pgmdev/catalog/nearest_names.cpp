@@ -5,28 +5,18 @@
 #include "catalog/device_names.h"
 #include "pgmdev_device_grammar_mgr.h"
 #include "pgmdev_part_index.h"
-#include "stl.h"
-#include "terminal/did_you_mean.h"
 
 namespace {
 
 using GRAMMAR = PGMDEV_DEVICE_GRAMMAR_MGR;
 
-/// Whether `name` is what a number stands for; a number may have further names.
-template <class NUMBER>
-bool is_name_of(NUMBER number, const std::string& name) {
-    std::string own = dstr_get_user_string(number);
-    stl_toupper(own);
-    return own == name;
-}
-
 bool is_part(const std::string& name) {
-    return is_name_of(dstr_get_dev_part_enum_by_string(name.c_str()), name);
+    return upper_name(dstr_get_dev_part_enum_by_string(name.c_str())) == name;  // a number may have further names
 }
 
 bool is_device(const std::string& name) {
     const DEV_DEVICE_ENUM device = dstr_get_dev_device_enum_by_string(name.c_str());
-    return device != DEV_DEVICE_GENERIC && is_name_of(device, name);
+    return device != DEV_DEVICE_GENERIC && upper_name(device) == name;
 }
 
 /// Whether the part has the name by a conversion.
@@ -49,15 +39,39 @@ bool is_converted(const std::string& name, const NAME_KINDS& kinds) {
     return std::any_of(origins.begin(), origins.end(), is_part_with_name) || is_part_with_name(name);
 }
 
+/// Considers the names of the numbers up to `end`: in upper case, but most need not be converted to be left out.
+template <class NUMBER>
+void consider_names(NEAR_NAMES& near, int end) {
+    for (int number = 1; number < end; ++number) {
+        if (near.may_be_near(dstr_get_user_string(static_cast<NUMBER>(number)))) {
+            near.consider(upper_name(static_cast<NUMBER>(number)));
+        }
+    }
+}
+
 }  // namespace
 
+NEAR_NAMES near_names(const std::string& name, const NAME_KINDS& kinds) {
+    NEAR_NAMES near(name);
+    if (kinds.part) {
+        consider_names<int>(near, std::min(DEV_PART_GENERIC, DEV_PART_MAX));
+    }
+    if (kinds.device) {
+        consider_names<DEV_DEVICE_ENUM>(near, DEV_DEVICE_GENERIC);
+    }
+    if (kinds.family) {
+        consider_names<DEV_FAMILY_ENUM>(near, DEV_FAMILY_MAX);
+    }
+    if (kinds.package_or_programming || kinds.programmer_part) {
+        for (const std::string& converted : converted_names()) {
+            near.consider(converted);
+        }
+    }
+    return near;
+}
+
 std::vector<std::string> nearest_names(const std::string& name, const NAME_KINDS& kinds) {
-    const std::vector<std::string> none;
-    const bool by_conversion = kinds.package_or_programming || kinds.programmer_part;
-    const std::vector<std::string>* const parts = kinds.part ? &part_names() : &none;
-    const std::vector<std::string>* const devices = kinds.device ? &device_names() : &none;
-    const std::vector<std::string>* const converted = by_conversion ? &converted_names() : &none;
-    return nearest(name, {parts, devices, converted}, [&kinds](const std::string& near) {
+    return near_names(name, kinds).best([&kinds](const std::string& near) {
         return (kinds.part && is_part(near)) || (kinds.device && is_device(near)) || is_converted(near, kinds);
     });
 }

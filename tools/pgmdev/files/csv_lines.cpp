@@ -1,22 +1,25 @@
 #include "files/csv_lines.h"
 
 #include <algorithm>
-#include <string_view>
-#include <utility>
 
+#include "ascii.h"
 #include "files/file_bytes.h"
 #include "fio.h"
-#include "gen.h"
 #include "text_lines.h"
 
 namespace {
 
+std::string_view without_white_space_around(std::string_view text) {
+    text.remove_prefix(std::min(text.find_first_not_of(ASCII_WHITE_SPACE), text.size()));
+    return text.substr(0, text.find_last_not_of(ASCII_WHITE_SPACE) + 1);
+}
+
 /// What stands between commas; behind the last comma only what is there.
-std::vector<std::string> cells_of_line(std::string_view line) {
+std::vector<std::string> split(std::string_view line) {
     std::vector<std::string> cells;
     while (!line.empty()) {
         const std::size_t end = std::min(line.find(','), line.size());
-        cells.push_back(gen_remove_leading_and_trailing_white_spaces(std::string(line.substr(0, end))));
+        cells.emplace_back(without_white_space_around(line.substr(0, end)));
         line.remove_prefix(std::min(end + 1, line.size()));
     }
     return cells;
@@ -24,26 +27,31 @@ std::vector<std::string> cells_of_line(std::string_view line) {
 
 }  // namespace
 
-CSV_LINES read_csv_lines(const std::string& path) {
-    CSV_LINES read;
+CSV_LINES::CSV_LINES(const std::string& path) {
     if (!FIO_FILE_SYSTEM::exists(path.c_str())) {
-        return read;
+        return;
     }
-    const std::vector<BYTE> bytes = required_file_bytes(path);
+    m_text = std::make_unique<const std::string>(required_file_text(path));
     std::size_t number = 0;
-    for_each_line({reinterpret_cast<const char*>(bytes.data()), bytes.size()}, [&](std::string_view line) {
+    for_each_line(*m_text, [&](std::string_view line) {
         ++number;
-        std::vector<std::string> cells = cells_of_line(line);
-        if (cells.empty() || (cells.size() == 1 && cells.front().empty())) {
+        const std::size_t end = std::min(line.find(','), line.size());
+        const std::string_view first = without_white_space_around(line.substr(0, end));
+        if (first.empty() && end + 1 >= line.size()) {
             return;
         }
-        if (read.names.empty()) {
-            read.names = std::move(cells);
-        } else if (cells.size() == read.names.size()) {
-            read.lines.push_back(std::move(cells));
+        if (m_names.empty()) {
+            m_names = split(line);
         } else {
-            read.malformed.push_back(number);
+            m_lines.push_back({number, first, line});
         }
     });
-    return read;
+}
+
+std::vector<std::string> CSV_LINES::cells_of(const CSV_LINE& line) const {
+    std::vector<std::string> cells = split(line.text);
+    if (cells.size() != m_names.size()) {
+        cells.clear();
+    }
+    return cells;
 }

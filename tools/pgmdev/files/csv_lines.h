@@ -1,16 +1,36 @@
 #pragma once
 
 /// \file
-/// Small files of comma-separated cells that stand beside a table: a line with names, then lines of as many cells.
+/// Small files of comma-separated cells that stand beside a table: a line with names, then lines of as many cells. A cell
+/// holds no comma, and a blank line does not count.
 
+#include <memory>
 #include <string>
+#include <string_view>
 #include <vector>
 
-struct CSV_LINES {
-    std::vector<std::string> names;
-    std::vector<std::vector<std::string>> lines;  ///< of as many cells as there are names
-    std::vector<std::size_t> malformed;           ///< numbers of the other lines, from 1
+struct CSV_LINE {
+    std::size_t number;      ///< in the file, from 1
+    std::string_view first;  ///< its first cell
+    std::string_view text;
 };
 
-/// What the file holds; nothing when there is none. A cell holds no comma, and a blank line does not count.
-CSV_LINES read_csv_lines(const std::string& path);
+/// What a file holds; nothing when there is none. Whoever looks for a few lines finds them by their first cells, and has
+/// only these taken apart.
+class CSV_LINES {
+public:
+    explicit CSV_LINES(const std::string& path);
+
+    const std::vector<std::string>& names() const { return m_names; }
+
+    /// All but the one with the names.
+    const std::vector<CSV_LINE>& lines() const { return m_lines; }
+
+    /// The cells of a line, as many as there are names; none: it has not as many.
+    std::vector<std::string> cells_of(const CSV_LINE& line) const;
+
+private:
+    std::unique_ptr<const std::string> m_text;  ///< which stays where it is, as what is in it
+    std::vector<std::string> m_names;
+    std::vector<CSV_LINE> m_lines;
+};

@@ -1,5 +1,7 @@
 #include <unistd.h>
 
+#include <cstdlib>
+
 #include "files/environment.h"
 
 std::map<std::string, std::string> environment_variables() {
@@ -12,4 +14,9 @@ std::map<std::string, std::string> environment_variables() {
         }
     }
     return variables;
+}
+
+std::string environment_text(const std::string& name) {
+    const char* text = std::getenv(name.c_str());
+    return text != nullptr ? text : "";
 }

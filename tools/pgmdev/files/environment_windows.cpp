@@ -19,3 +19,9 @@ std::map<std::string, std::string> environment_variables() {
     }
     return variables;
 }
+
+std::string environment_text(const std::string& name) {
+    const auto variables = environment_variables();
+    const auto found = variables.find(name);
+    return found != variables.end() ? found->second : "";
+}

@@ -5,6 +5,7 @@
 #include <fstream>
 #include <memory>
 #include <string_view>
+#include <utility>
 
 #include "file_reader.h"
 #include "files/inspection.h"
@@ -21,20 +22,23 @@ constexpr std::size_t LARGEST_FILE = std::size_t{1} << 28;
 /// What the magics of all packed databases begin with.
 constexpr std::string_view PACKED_BEGINNING = "PGMIO_";
 
+std::optional<std::string> file_text(const std::string& path) {
+    std::string text;
+    const READ_RESULT result =
+        read_whole_file(fio_get_unc_full_path(FIO_PATH(path).fullpath()), LARGEST_FILE, FILE_KINDS::STREAMS_TOO, text);
+    return result == READ_RESULT::READ ? std::optional(std::move(text)) : std::nullopt;
+}
+
 }  // namespace
 
 std::optional<std::vector<BYTE>> file_bytes(const std::string& path) {
-    std::string text;
-    if (read_whole_file(fio_get_unc_full_path(FIO_PATH(path).fullpath()), LARGEST_FILE, FILE_KINDS::STREAMS_TOO,
-                        text) != READ_RESULT::READ) {
-        return std::nullopt;
-    }
-    return std::vector<BYTE>(text.begin(), text.end());
+    const auto text = file_text(path);
+    return text ? std::optional(std::vector<BYTE>(text->begin(), text->end())) : std::nullopt;
 }
 
-std::vector<BYTE> required_file_bytes(const std::string& path) {
-    auto bytes = file_bytes(path);
-    if (!bytes) {
+std::string required_file_text(const std::string& path) {
+    auto text = file_text(path);
+    if (!text) {
         const std::string obstacle = inspect_file(path, 0).obstacle;
         throw COMMAND_FAILURE({FAILURE_CODE::FILE_UNREADABLE,
                                fmt::format("the file cannot be read{}", obstacle.empty() ? "" : ", since " + obstacle),
@@ -43,7 +47,12 @@ std::vector<BYTE> required_file_bytes(const std::string& path) {
                                "name a file that exists and that you may read",
                                {}});
     }
-    return std::move(*bytes);
+    return std::move(*text);
+}
+
+std::vector<BYTE> required_file_bytes(const std::string& path) {
+    const std::string text = required_file_text(path);
+    return {text.begin(), text.end()};
 }
 
 bool is_packed_database(const std::string& path) {

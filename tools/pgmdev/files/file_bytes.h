@@ -15,6 +15,7 @@ std::optional<std::vector<BYTE>> file_bytes(const std::string& path);
 
 /// The same, where a file that cannot be read ends the command.
 std::vector<BYTE> required_file_bytes(const std::string& path);
+std::string required_file_text(const std::string& path);
 
 /// Whether the file begins like a packed database, of whichever kind.
 bool is_packed_database(const std::string& path);

@@ -14,34 +14,54 @@ namespace {
 
 constexpr std::size_t ALIAS_CELLS = 3;
 
-std::vector<FLASH_ALIAS> aliases_of(const CSV_LINES& read) {
+/// The alias of a line; none: it has another form.
+std::optional<FLASH_ALIAS> alias_of(const CSV_LINES& list, const CSV_LINE& line) {
+    const std::vector<std::string> cells = list.cells_of(line);
+    return cells.size() == ALIAS_CELLS ? std::optional(FLASH_ALIAS{cells[0], cells[1], cells[2]}) : std::nullopt;
+}
+
+std::vector<FLASH_ALIAS> aliases_of(const CSV_LINES& list) {
     std::vector<FLASH_ALIAS> aliases;
-    for (const std::vector<std::string>& cells : read.lines) {
-        if (cells.size() == ALIAS_CELLS) {
-            aliases.push_back({cells[0], cells[1], cells[2]});
+    for (const CSV_LINE& line : list.lines()) {
+        if (auto alias = alias_of(list, line)) {
+            aliases.push_back(*std::move(alias));
         }
     }
     return aliases;
 }
 
+/// What `make` makes of the list of the installed database, once for each list.
+template <class MADE, class MAKE>
+const MADE& made_of_installed_list(MAKE make) {
+    static std::map<std::string, MADE> all;
+    const std::string file = installed_flash_list(FLASH_ALIASES_LIST);
+    const auto known = all.find(file);
+    return known != all.end() ? known->second : all.emplace(file, make(file)).first->second;
+}
+
+const CSV_LINES& installed_aliases() {
+    return made_of_installed_list<CSV_LINES>([](const std::string& file) { return CSV_LINES(file); });
+}
+
 }  // namespace
 
 const std::vector<FLASH_ALIAS>& flash_aliases() {
-    static std::map<std::string, std::vector<FLASH_ALIAS>> lists;
-    const std::string file = installed_flash_list(FLASH_ALIASES_LIST);
-    const auto known = lists.find(file);
-    return known != lists.end() ? known->second : lists.emplace(file, aliases_of(read_csv_lines(file))).first->second;
+    return made_of_installed_list<std::vector<FLASH_ALIAS>>(
+        [](const std::string&) { return aliases_of(installed_aliases()); });
 }
 
 NOTES_FAULTS flash_alias_faults(const std::string& csv_file, const std::vector<PGMDEV_SFL_FLASH_INFO>& records) {
     constexpr auto WARNING = PGMDEV_TABLE_FAULT::SEVERITY::WARNING;
     NOTES_FAULTS found{beside_flash_source(csv_file, FLASH_ALIASES_LIST), {}};
-    const CSV_LINES read = read_csv_lines(found.file);
-    if (!read.names.empty() && read.names.size() != ALIAS_CELLS) {
+    const CSV_LINES read(found.file);
+    if (!read.names().empty() && read.names().size() != ALIAS_CELLS) {
         found.faults.push_back(list_fault("", "three columns: alias, device_name, reason"));
     }
-    for (const std::size_t line : read.malformed) {
-        found.faults.push_back(list_fault("", fmt::format("as many cells in line {} as in the first", line)));
+    for (const CSV_LINE& line : read.lines()) {
+        if (read.cells_of(line).empty()) {
+            found.faults.push_back(
+                list_fault("", fmt::format("as many cells in line {} as in the first", line.number)));
+        }
     }
     const auto comes_before = [](const std::string& a, const std::string& b) { return gen_stricmp(a, b) < 0; };
     std::set<std::string, decltype(comes_before)> names;
@@ -60,15 +80,23 @@ NOTES_FAULTS flash_alias_faults(const std::string& csv_file, const std::vector<P
 }
 
 std::optional<FLASH_ALIAS> find_flash_alias(const std::string& name) {
-    const std::vector<FLASH_ALIAS>& aliases = flash_aliases();
-    const auto found = std::find_if(aliases.begin(), aliases.end(),
-                                    [&name](const FLASH_ALIAS& alias) { return gen_stricmp(alias.name, name) == 0; });
-    return found != aliases.end() ? std::optional(*found) : std::nullopt;
+    const CSV_LINES& list = installed_aliases();
+    for (const CSV_LINE& line : list.lines()) {
+        if (gen_stricmp(line.first, name) == 0) {
+            if (auto alias = alias_of(list, line)) {
+                return alias;
+            }
+        }
+    }
+    return std::nullopt;
 }
 
 std::vector<std::string> with_flash_aliases(std::vector<std::string> names) {
-    for (const FLASH_ALIAS& alias : flash_aliases()) {
-        names.push_back(alias.name);
+    const CSV_LINES& list = installed_aliases();
+    for (const CSV_LINE& line : list.lines()) {
+        if (alias_of(list, line)) {
+            names.emplace_back(line.first);
+        }
     }
     return names;
 }

@@ -16,7 +16,7 @@ struct FLASH_ALIAS {
     std::string reason;
 };
 
-/// All of them, each list read once; none where the database has no such list.
+/// All of them, each list taken apart once; none where the database has no such list.
 const std::vector<FLASH_ALIAS>& flash_aliases();
 
 /// The one of this name, in any case.

@@ -53,9 +53,8 @@ struct FLASH_TABLES : FLASH_RECORDS {
 }  // namespace
 
 NOUN flash_noun() {
-    const std::vector<VERB> verbs{
-        flash_list_verb(),
-        flash_show_verb(),
+    std::vector<VERB> verbs = list_of(
+        flash_list_verb(), flash_show_verb(),
         VERB("identify", "Which flash answered, how sure that is, and how it must be driven",
              "pgmdev flash identify 20BA18 \"EF 70 17\" silicon:13", identify_flash)
             .takes({"--silicon", "The responses are one-byte electronic signatures", ARGUMENT::FLAG})
@@ -109,8 +108,7 @@ NOUN flash_noun() {
         VERB("decode", "What an encoded description holds, and why it would be refused",
              "pgmdev flash decode \"$PGM_USER_SFL_FLASH_INFO\"", decode_flash)
             .takes({"TEXT", "The encoded description; - reads one per line"})
-            .answers(decode_schema),
-    };
+            .answers(decode_schema));
     return {"flash", "Serial flash devices: identify, look up, check and compile the table",
-            "pgmdev flash identify 20BA18", with_table_verbs<FLASH_TABLES>(verbs)};
+            "pgmdev flash identify 20BA18", with_table_verbs<FLASH_TABLES>(std::move(verbs))};
 }

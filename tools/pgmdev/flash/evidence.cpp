@@ -4,9 +4,9 @@
 
 #include <algorithm>
 #include <array>
+#include <map>
 #include <sstream>
 
-#include "files/csv_lines.h"
 #include "tables/notes_files.h"
 
 namespace {
@@ -52,17 +52,10 @@ JSON groups_schema(const JSON& group) {
 
 }  // namespace
 
-FLASH_EVIDENCE::FLASH_EVIDENCE(const std::string& path) {
-    CSV_LINES read = read_csv_lines(path);
-    if (read.names.size() > KEY_CELLS) {
-        m_groups.assign(read.names.begin() + KEY_CELLS, read.names.end());
+FLASH_EVIDENCE::FLASH_EVIDENCE(const std::string& path) : m_list(path) {
+    if (m_list.names().size() > KEY_CELLS) {
+        m_groups.assign(m_list.names().begin() + KEY_CELLS, m_list.names().end());
     }
-    for (std::vector<std::string>& cells : read.lines) {
-        if (cells.size() > KEY_CELLS) {
-            m_cells[{cells[0], cells[1]}].assign(cells.begin() + KEY_CELLS, cells.end());
-        }
-    }
-    m_malformed = std::move(read.malformed);
 }
 
 FLASH_EVIDENCE::KEY FLASH_EVIDENCE::key_of(const PGMDEV_SFL_FLASH_INFO& record) {
@@ -78,27 +71,39 @@ FLASH_EVIDENCE::KEY FLASH_EVIDENCE::key_of(const PGMDEV_SFL_FLASH_INFO& record) 
     return {record.device_name, compared};
 }
 
+std::vector<std::string> FLASH_EVIDENCE::cells_of(const KEY& key) const {
+    std::vector<std::string> found;
+    for (const CSV_LINE& line : m_list.lines()) {
+        if (line.first == key.first) {
+            std::vector<std::string> cells = m_list.cells_of(line);
+            if (cells.size() > KEY_CELLS && cells[1] == key.second) {
+                found.assign(cells.begin() + KEY_CELLS, cells.end());
+            }
+        }
+    }
+    return found;
+}
+
 std::vector<FLASH_SUPPORT> FLASH_EVIDENCE::of(const PGMDEV_SFL_FLASH_INFO& record) const {
     std::vector<FLASH_SUPPORT> support;
-    const auto found = m_cells.find(key_of(record));
-    for (std::size_t i = 0; found != m_cells.end() && i < m_groups.size(); ++i) {
-        const std::string& cell = found->second[i];
-        support.push_back({m_groups[i], class_in_words(cell), sources_of(cell)});
+    const std::vector<std::string> cells = cells_of(key_of(record));
+    for (std::size_t i = 0; i < cells.size(); ++i) {
+        support.push_back({m_groups[i], class_in_words(cells[i]), sources_of(cells[i])});
     }
     return support;
 }
 
 void FLASH_EVIDENCE::check(const PGMDEV_SFL_FLASH_INFO& record, std::vector<PGMDEV_TABLE_FAULT>& faults) const {
     const KEY key = key_of(record);
-    const auto found = m_cells.find(key);
-    if (found == m_cells.end()) {
+    const std::vector<std::string> cells = cells_of(key);
+    if (cells.empty()) {
         faults.push_back(
             list_fault(record.device_name,
                        fmt::format("what supports the row: a line {},{},... in sources.csv", key.first, key.second)));
         return;
     }
-    for (std::size_t i = 0; i < m_groups.size(); ++i) {
-        const std::string& cell = found->second[i];
+    for (std::size_t i = 0; i < cells.size(); ++i) {
+        const std::string& cell = cells[i];
         const bool family = class_in_words(cell) == class_in_words("family");
         if (class_in_words(cell).empty() || family != sources_of(cell).empty()) {
             faults.push_back(list_fault(record.device_name,
@@ -115,9 +120,11 @@ TABLE_SUPPORT FLASH_EVIDENCE::support_of(const std::vector<PGMDEV_SFL_FLASH_INFO
     if (!support.is_there) {
         return support;
     }
-    for (const std::size_t line : m_malformed) {
-        support.faults.push_back(
-            list_fault("", fmt::format("as many cells in line {} of sources.csv as in its first", line)));
+    for (const CSV_LINE& line : m_list.lines()) {
+        if (m_list.cells_of(line).empty()) {
+            support.faults.push_back(
+                list_fault("", fmt::format("as many cells in line {} of sources.csv as in its first", line.number)));
+        }
     }
     std::map<std::pair<std::string, std::string>, std::size_t> counts;  // group and class
     for (const PGMDEV_SFL_FLASH_INFO& record : records) {

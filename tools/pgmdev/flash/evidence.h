@@ -4,11 +4,11 @@
 /// What supports the rows of a flash table: for each group of members the class of its evidence and the sources, from the
 /// list beside the table or the database (data/flash/README.md says what the classes are).
 
-#include <map>
 #include <string>
 #include <utility>
 #include <vector>
 
+#include "files/csv_lines.h"
 #include "pgmdev_sfl_flash_info.h"
 #include "tables/table_support.h"
 #include "terminal/json.h"
@@ -37,11 +37,13 @@ private:
     using KEY = std::pair<std::string, std::string>;  // device name, compared bytes
 
     static KEY key_of(const PGMDEV_SFL_FLASH_INFO& record);
+
+    /// What stands behind the key in the last line that has it; nothing: none has.
+    std::vector<std::string> cells_of(const KEY& key) const;
     void check(const PGMDEV_SFL_FLASH_INFO& record, std::vector<PGMDEV_TABLE_FAULT>& faults) const;
 
+    CSV_LINES m_list;
     std::vector<std::string> m_groups;
-    std::map<KEY, std::vector<std::string>> m_cells;
-    std::vector<std::size_t> m_malformed;
 };
 
 /// An object: the groups, each with "evidence" and "sources".

@@ -19,13 +19,22 @@ std::vector<FLASH_ROW> enabled_flash_rows() {
     PGMDEV_FLASH_MANAGER manager = open_flash_database(1);
     std::vector<FLASH_ROW> rows;
     for (DWORD index = 0; index < manager.get_flash_count(); ++index) {
-        const PGMDEV_SFL_FLASH_INFO& record = manager.get_flash_database()[index];
-        rows.push_back({record, index, std::nullopt, switch_of(record)});
+        rows.push_back(enabled_flash_row(manager, index));
     }
     return rows;
 }
 
+FLASH_ROW enabled_flash_row(PGMDEV_FLASH_MANAGER& manager, DWORD index) {
+    const PGMDEV_SFL_FLASH_INFO& record = manager.get_flash_database()[index];
+    return {record, index, std::nullopt, switch_of(record)};
+}
+
 std::vector<FLASH_ROW> all_flash_rows() {
+    PGMDEV_FLASH_MANAGER programs = open_flash_database(1);
+    return all_flash_rows(programs);
+}
+
+std::vector<FLASH_ROW> all_flash_rows(PGMDEV_FLASH_MANAGER& programs) {
     const PLACE place = flash_database_place();
     const auto table = read_database(FLASH_DATABASE_KIND, place,
                                      [&place] { return PGMDEV_FLASH_TABLE::from_database(FIO_PATH(place.path)); });
@@ -39,7 +48,7 @@ std::vector<FLASH_ROW> all_flash_rows() {
         enabled += is_enabled ? 1 : 0;
     }
     // The user's own description stands before the records of the database.
-    const DWORD before = open_flash_database(1).get_flash_count() - enabled;
+    const DWORD before = programs.get_flash_count() - enabled;
     for (FLASH_ROW& row : rows) {
         row.index = row.index ? std::optional(*row.index + before) : std::nullopt;
     }

@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "pgmdev_flash_manager.h"
 #include "pgmdev_sfl_flash_info.h"
 #include "terminal/json.h"
 #include "terminal/schema.h"
@@ -23,8 +24,12 @@ struct FLASH_ROW {
 /// The records that programs use, by index.
 std::vector<FLASH_ROW> enabled_flash_rows();
 
+/// One of them, which the manager has loaded.
+FLASH_ROW enabled_flash_row(PGMDEV_FLASH_MANAGER& manager, DWORD index);
+
 /// All rows of the database, by row.
 std::vector<FLASH_ROW> all_flash_rows();
+std::vector<FLASH_ROW> all_flash_rows(PGMDEV_FLASH_MANAGER& programs);  ///< which has those that programs use
 
 /// The record; with `every_row` also where it stands and what switches it on.
 JSON row_json(const FLASH_ROW& row, bool every_row);

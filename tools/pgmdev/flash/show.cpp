@@ -17,32 +17,53 @@
 
 namespace {
 
-/// The rows to choose from: made once for all questions of a run.
-struct SOURCE {
-    bool every_row;
-    std::vector<FLASH_ROW> rows;
-    mutable std::optional<std::vector<FLASH_ROW>> every_one = {};  ///< all rows, once somebody asks for them
-    FLASH_EVIDENCE evidence = FLASH_EVIDENCE(installed_flash_list(FLASH_SOURCES_LIST));
+/// The rows to choose from: loaded once for all questions of a run.
+class SOURCE {
+public:
+    explicit SOURCE(bool every_row) : m_every_row(every_row), m_programs(open_flash_database(1)) {}
 
-    const std::vector<FLASH_ROW>& all() const {
-        if (!every_one) {
-            every_one = all_flash_rows();
-        }
-        return *every_one;
+    bool has_every_row() const { return m_every_row; }
+    std::size_t count() { return m_every_row ? all().size() : m_programs.get_flash_count(); }
+    const PGMDEV_SFL_FLASH_INFO& record(std::size_t place) {
+        return m_every_row ? all()[place].record : m_programs.get_flash_database()[place];
     }
+    FLASH_ROW row(std::size_t place) {
+        return m_every_row ? all()[place] : enabled_flash_row(m_programs, static_cast<DWORD>(place));
+    }
+
+    /// All rows, whether there is a choice among them or not.
+    const std::vector<FLASH_ROW>& all() {
+        if (!m_all) {
+            m_all = all_flash_rows(m_programs);
+        }
+        return *m_all;
+    }
+    const FLASH_EVIDENCE& evidence() const { return m_evidence; }
+
+private:
+    bool m_every_row;
+    PGMDEV_FLASH_MANAGER m_programs;
+    std::optional<std::vector<FLASH_ROW>> m_all;
+    FLASH_EVIDENCE m_evidence = FLASH_EVIDENCE(installed_flash_list(FLASH_SOURCES_LIST));
 };
 
+bool is_default_of(const PGMDEV_SFL_FLASH_INFO& record, const std::string& name) {
+    return record.default_dev && gen_stricmp(record.device_name, name) == 0;
+}
+
 /// The default record of a name.
-const FLASH_ROW* find_by_name(const std::vector<FLASH_ROW>& rows, const std::string& name) {
-    const auto found = std::find_if(rows.begin(), rows.end(), [&name](const FLASH_ROW& row) {
-        return row.record.default_dev && gen_stricmp(row.record.device_name, name) == 0;
-    });
-    return found != rows.end() ? &*found : nullptr;
+std::optional<FLASH_ROW> find_by_name(SOURCE& source, const std::string& name) {
+    for (std::size_t place = 0; place < source.count(); ++place) {
+        if (is_default_of(source.record(place), name)) {
+            return source.row(place);
+        }
+    }
+    return std::nullopt;
 }
 
 ANSWER answer_with(const SOURCE& source, const FLASH_ROW& row, const std::optional<FLASH_ALIAS>& alias = std::nullopt) {
-    const bool every_row = source.every_row;
-    const std::vector<FLASH_SUPPORT> support = source.evidence.of(row.record);
+    const bool every_row = source.has_every_row();
+    const std::vector<FLASH_SUPPORT> support = source.evidence().of(row.record);
     ANSWER answer;
     answer.content = row_json(row, every_row);
     if (alias) {
@@ -68,29 +89,31 @@ ANSWER answer_with(const SOURCE& source, const FLASH_ROW& row, const std::option
 }
 
 /// What to say of a name that no row has.
-std::string missing_name(const SOURCE& source, const std::string& name) {
-    if (!source.every_row) {
-        if (const FLASH_ROW* row = find_by_name(source.all(), name)) {
-            return fmt::format("the flash \"{}\" is switched off: --set {}=on enables it, --all-rows shows it", name,
-                               row->enabling_switch);
+std::string missing_name(SOURCE& source, const std::string& name) {
+    if (!source.has_every_row()) {
+        for (const FLASH_ROW& row : source.all()) {
+            if (is_default_of(row.record, name)) {
+                return fmt::format("the flash \"{}\" is switched off: --set {}=on enables it, --all-rows shows it",
+                                   name, row.enabling_switch);
+            }
         }
     }
     return fmt::format("no flash is named \"{}\"", name);
 }
 
-ANSWER by_name(const SOURCE& source, const std::string& name) {
-    if (const FLASH_ROW* row = find_by_name(source.rows, name)) {
+ANSWER by_name(SOURCE& source, const std::string& name) {
+    if (const auto row = find_by_name(source, name)) {
         return answer_with(source, *row);
     }
     if (const std::optional<FLASH_ALIAS> alias = find_flash_alias(name)) {
-        if (const FLASH_ROW* row = find_by_name(source.rows, alias->device_name)) {
+        if (const auto row = find_by_name(source, alias->device_name)) {
             return answer_with(source, *row, alias);
         }
     }
     std::vector<std::string> names;
-    for (const FLASH_ROW& row : source.rows) {
-        if (row.record.default_dev) {
-            names.push_back(row.record.device_name);
+    for (std::size_t place = 0; place < source.count(); ++place) {
+        if (source.record(place).default_dev) {
+            names.push_back(source.record(place).device_name);
         }
     }
     ANSWER answer;
@@ -101,16 +124,16 @@ ANSWER by_name(const SOURCE& source, const std::string& name) {
     return answer;
 }
 
-ANSWER by_index(const SOURCE& source, const std::string& text) {
-    const DWORD index = parse_dword(text, source.every_row ? "a row" : "the index of a record");
-    if (index < source.rows.size()) {
-        return answer_with(source, source.rows[index]);
+ANSWER by_index(SOURCE& source, const std::string& text) {
+    const DWORD index = parse_dword(text, source.has_every_row() ? "a row" : "the index of a record");
+    if (index < source.count()) {
+        return answer_with(source, source.row(index));
     }
     ANSWER answer;
     answer.found = false;
     answer.content = {{"index", nullptr}};
-    answer.missing = fmt::format("there is no {} {}: the last is {}", source.every_row ? "row" : "record", index,
-                                 static_cast<int>(source.rows.size()) - 1);
+    answer.missing = fmt::format("there is no {} {}: the last is {}", source.has_every_row() ? "row" : "record", index,
+                                 static_cast<int>(source.count()) - 1);
     return answer;
 }
 
@@ -118,8 +141,7 @@ void show(const ARGUMENTS& given, COMMAND& command) {
     if (given.has("NAME") == given.has("--index")) {
         throw USAGE_ERROR("expected one of NAME and --index");
     }
-    const bool every_row = given.has("--all-rows");
-    const SOURCE source{every_row, every_row ? all_flash_rows() : enabled_flash_rows()};
+    SOURCE source(given.has("--all-rows"));
     const auto ask = given.has("NAME") ? by_name : by_index;
     answer_each(given.text(given.has("NAME") ? "NAME" : "--index"), command,
                 [&](const std::string& question) { return ask(source, question); });

@@ -7,21 +7,22 @@
 #include <utility>
 
 #include "catalog/device_names.h"
+#include "catalog/nearest_names.h"
 #include "gen.h"
 #include "pgmdev_device_grammar_mgr.h"
 #include "pgmdev_part_index.h"
 #include "stl.h"
-#include "terminal/did_you_mean.h"
 
 namespace {
 
 using GRAMMAR = PGMDEV_DEVICE_GRAMMAR_MGR;
 
-/// A scheme, how it names a part, and whether the grammar alone knows a name of it: it also has names whose parts the
-/// device library has dropped.
-struct SCHEME {
+/// A scheme, what it calls a part or its device, and whether the grammar alone knows a name of it: it also has names whose
+/// parts the device library has dropped.
+struct SCHEME_ENTRY {
     const char* name;
-    std::string PART_ENTRY::*spelling;
+    std::string PART_NAMES::*of_part;      ///< null: it names devices
+    std::string DEVICE_ENTRY::*of_device;  ///< null: it names parts
     bool (*in_grammar)(const std::string& name);
 };
 
@@ -29,28 +30,75 @@ bool nowhere(const std::string&) {
     return false;
 }
 
-/// The schemes in which parts are named, most specific first; they are called as `name show` calls the spellings.
-constexpr std::array<SCHEME, 9> SCHEMES{{
-    {"name", &PART_ENTRY::name, [](const std::string& name) { return !GRAMMAR::get_package_name(name, true).empty(); }},
-    {"package_name", &PART_ENTRY::package_name,
+/// In the order of SCHEME; they are called as `name show` calls the spellings.
+constexpr std::array<SCHEME_ENTRY, static_cast<std::size_t>(SCHEME::COUNT)> SCHEMES{{
+    {"name", &PART_NAMES::name, nullptr,
+     [](const std::string& name) { return !GRAMMAR::get_package_name(name, true).empty(); }},
+    {"package_name", &PART_NAMES::package_name, nullptr,
      [](const std::string& name) { return !GRAMMAR::get_pgm_name(name, true, true).empty(); }},
-    {"pgm_name", &PART_ENTRY::pgm_name,
+    {"pgm_name", &PART_NAMES::pgm_name, nullptr,
      [](const std::string& name) { return !GRAMMAR::get_pgm_part_pcf(name).empty(); }},
-    {"device", &PART_ENTRY::device, [](const std::string& name) { return !GRAMMAR::get_dev_part_pcf(name).empty(); }},
-    {"pgm_part_pcf", &PART_ENTRY::pgm_part_pcf, nowhere},
-    {"dev_part_pcf", &PART_ENTRY::dev_part_pcf,
+    {"device", nullptr, &DEVICE_ENTRY::device,
+     [](const std::string& name) { return !GRAMMAR::get_dev_part_pcf(name).empty(); }},
+    {"pgm_part_pcf", &PART_NAMES::pgm_part_pcf, nullptr, nowhere},
+    {"dev_part_pcf", nullptr, &DEVICE_ENTRY::dev_part_pcf,
      [](const std::string& name) { return !GRAMMAR::get_pcf_device(name).empty(); }},
-    {"pgm_family_pcf", &PART_ENTRY::pgm_family_pcf, nowhere},
-    {"dev_family_pcf", &PART_ENTRY::dev_family_pcf, nowhere},
-    {"family", &PART_ENTRY::family, nowhere},
+    {"pgm_family_pcf", &PART_NAMES::pgm_family_pcf, nullptr, nowhere},
+    {"dev_family_pcf", nullptr, &DEVICE_ENTRY::dev_family_pcf, nowhere},
+    {"family", nullptr, &DEVICE_ENTRY::family, nowhere},
 }};
 
 constexpr const char* ALIAS = "alias";
 
-/// Whether a part is named so.
-bool is_named(const PART_ENTRY& part, const std::string& name) {
-    return std::any_of(SCHEMES.begin(), SCHEMES.end(),
-                       [&](const SCHEME& scheme) { return part.*scheme.spelling == name; });
+using SCHEME_SET = decltype(NAMED_PART::schemes);
+
+/// The schemes in which a part has a name of its own.
+SCHEME_SET schemes_of(const PART_NAMES& names, const std::string& name) {
+    SCHEME_SET schemes;
+    for (std::size_t i = 0; i < SCHEMES.size(); ++i) {
+        schemes[i] = SCHEMES[i].of_part != nullptr && names.*SCHEMES[i].of_part == name;
+    }
+    return schemes;
+}
+
+/// The schemes in which a part has a name that its device has, too.
+SCHEME_SET schemes_of(const DEVICE_ENTRY& device, const std::string& name) {
+    SCHEME_SET schemes;
+    for (std::size_t i = 0; i < SCHEMES.size(); ++i) {
+        schemes[i] = SCHEMES[i].of_device != nullptr && device.*SCHEMES[i].of_device == name;
+    }
+    return schemes;
+}
+
+/// The devices of the parts of a family.
+void add_devices(std::set<DEV_DEVICE_ENUM>& devices, const std::string& family) {
+    PART_FILTER filter;
+    filter.family = family;
+    filter.hidden = true;
+    const DEV_PART_MANAGER manager;
+    DEV_DEVICE_ENUM last = DEV_DEVICE_INVALID;  // mostly that of the next part, too
+    for (const int part : part_numbers(filter)) {
+        const DEV_DEVICE_ENUM device = manager.get_device_of(part);
+        if (device != last) {
+            devices.insert(device);
+        }
+        last = device;
+    }
+}
+
+/// By number, each part once, with all of its schemes.
+std::vector<NAMED_PART> merged(std::vector<NAMED_PART> parts) {
+    std::sort(parts.begin(), parts.end(),
+              [](const NAMED_PART& left, const NAMED_PART& right) { return left.number < right.number; });
+    std::vector<NAMED_PART> once;
+    for (const NAMED_PART& part : parts) {
+        if (once.empty() || once.back().number != part.number) {
+            once.push_back(part);
+        } else {
+            once.back().schemes |= part.schemes;
+        }
+    }
+    return once;
 }
 
 /// Lists of the names that parts may have: some belong to parts that the device library does not list.
@@ -58,86 +106,62 @@ constexpr std::array POSSIBLE_NAMES{converted_names, part_names, device_names, f
 
 }  // namespace
 
-/// All parts that the name may stand for, and others.
-std::vector<int> NAME_SCHEMES::numbers_of_candidates(const std::string& name) {
+std::vector<NAMED_PART> NAME_SCHEMES::parts_named(const std::string& name) {
+    if (name.empty()) {
+        return {};
+    }
+    std::vector<NAMED_PART> parts;
+    const auto add = [&parts](int part, const SCHEME_SET& schemes) {
+        if (schemes.any()) {
+            parts.push_back({part, schemes});
+        }
+    };
     std::vector<std::string> names = PGMDEV_PART_INDEX::get_origins(name);
     names.push_back(name);
-    std::vector<int> numbers;
     std::set<DEV_DEVICE_ENUM> devices;
     for (const std::string& each : names) {
         const int part = dstr_get_dev_part_enum_by_string(each.c_str());
         if (m_entries.lists(part)) {
-            numbers.push_back(part);
+            add(part, schemes_of(part_names_of(part), name));
         }
         const DEV_DEVICE_ENUM device = dstr_get_dev_device_enum_by_string(each.c_str());
         if (dstr_is_valid_dev_device_enum(device)) {
             devices.insert(device);
         }
     }
-    const DEV_FAMILY_ENUM family = dstr_get_dev_family_enum_by_string(name.c_str());
-    if (devices.empty() && !dstr_is_valid_dev_family_enum(family)) {
-        return numbers;
+    if (dstr_is_valid_dev_family_enum(dstr_get_dev_family_enum_by_string(name.c_str()))) {
+        add_devices(devices, name);
     }
-    const DEV_PART_MANAGER manager;
-    for (const auto& [device, parts] : parts_by_device()) {
-        if (devices.contains(device) || manager.get_family_of(device) == family) {
-            numbers.insert(numbers.end(), parts.begin(), parts.end());
+    for (const DEV_DEVICE_ENUM device : devices) {
+        const SCHEME_SET schemes = schemes_of(m_entries.device(device), name);
+        for (const int part : m_entries.parts_of(device)) {
+            add(part, schemes);
         }
     }
-    return numbers;
-}
-
-const NAME_SCHEMES::PARTS_BY_DEVICE& NAME_SCHEMES::parts_by_device() {
-    if (!m_parts_by_device.empty()) {
-        return m_parts_by_device;
-    }
-    const DEV_PART_MANAGER manager;
-    auto of_device = m_parts_by_device.end();  // mostly that of the part before, too
-    for (int part = DEV_PART_INVALID + 1; part < DEV_PART_MAX; ++part) {
-        if (m_entries.lists(part)) {
-            const DEV_DEVICE_ENUM device = manager.get_device_of(part);
-            if (of_device == m_parts_by_device.end() || of_device->first != device) {
-                of_device = m_parts_by_device.try_emplace(device).first;
-            }
-            of_device->second.push_back(part);
-        }
-    }
-    return m_parts_by_device;
-}
-
-std::vector<PART_ENTRY> NAME_SCHEMES::parts_named(const std::string& name) {
-    std::vector<int> numbers = numbers_of_candidates(name);
-    std::sort(numbers.begin(), numbers.end());
-    numbers.erase(std::unique(numbers.begin(), numbers.end()), numbers.end());
-    std::vector<PART_ENTRY> parts;
-    for (const int number : numbers) {
-        PART_ENTRY part = m_entries.make(number);
-        if (!name.empty() && is_named(part, name)) {
-            parts.push_back(std::move(part));
-        }
-    }
-    return parts;
+    return merged(std::move(parts));
 }
 
 NAME_MEANING NAME_SCHEMES::meaning_of(std::string name) {
     name = gen_remove_leading_and_trailing_white_spaces(name);
     stl_toupper(name);
-    NAME_MEANING meaning{name, {}, parts_named(name)};
-    for (const SCHEME& scheme : SCHEMES) {
-        const bool of_part = std::any_of(meaning.parts.begin(), meaning.parts.end(),
-                                         [&](const PART_ENTRY& part) { return part.*scheme.spelling == name; });
-        if (of_part || scheme.in_grammar(name)) {
-            meaning.schemes.emplace_back(scheme.name);
+    NAME_MEANING meaning{name, {}, {}, {}};
+    SCHEME_SET of_parts;
+    for (const NAMED_PART& part : parts_named(name)) {
+        of_parts |= part.schemes;
+        meaning.parts.push_back(part.number);
+        if (part.is_named_by(SCHEME::NAME)) {
+            meaning.part = part.number;
+        }
+    }
+    for (std::size_t i = 0; i < SCHEMES.size(); ++i) {
+        if (of_parts[i] || SCHEMES[i].in_grammar(name)) {
+            meaning.schemes.emplace_back(SCHEMES[i].name);
         }
     }
     const int behind_alias = meaning.schemes.empty() ? dstr_get_dev_part_enum_by_string(name.c_str()) : 0;
     if (m_entries.lists(behind_alias)) {
-        PART_ENTRY part = m_entries.make(behind_alias);
-        meaning.name = part.name;
-        meaning.schemes = {ALIAS};
-        meaning.parts.push_back(std::move(part));
+        meaning = {part_names_of(behind_alias).name, {ALIAS}, {behind_alias}, behind_alias};
     }
-    m_entries.add_characteristics(meaning.parts);
     return meaning;
 }
 
@@ -151,13 +175,14 @@ std::vector<std::string> NAME_SCHEMES::all_names() {
 }
 
 std::vector<std::string> NAME_SCHEMES::nearest_to(const std::string& name) {
-    return nearest(name, {&converted_names(), &part_names(), &device_names(), &family_names()},
-                   [this](const std::string& near) { return !parts_named(near).empty(); });
+    NAME_KINDS all;
+    all.part = all.package_or_programming = all.programmer_part = all.device = all.family = true;
+    return near_names(name, all).best([this](const std::string& near) { return !parts_named(near).empty(); });
 }
 
 std::vector<std::string> scheme_names() {
     std::vector<std::string> names{ALIAS};
     std::transform(SCHEMES.begin(), SCHEMES.end(), std::back_inserter(names),
-                   [](const SCHEME& scheme) { return scheme.name; });
+                   [](const SCHEME_ENTRY& scheme) { return scheme.name; });
     return names;
 }

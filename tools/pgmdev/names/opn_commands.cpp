@@ -3,12 +3,12 @@
 #include <charconv>
 
 #include "catalog/device_names.h"
+#include "catalog/nearest_names.h"
 #include "names/part_list.h"
 #include "nouns.h"
 #include "pgmdev_mgr.h"
 #include "stl.h"
 #include "terminal/answer.h"
-#include "terminal/did_you_mean.h"
 #include "terminal/input.h"
 #include "terminal/json.h"
 #include "terminal/schema.h"
@@ -71,7 +71,7 @@ ANSWER answer_of(const ORDERING_CODE& code, bool found) {
 ANSWER unknown_part(const ORDERING_CODE& code, const std::string& name) {
     ANSWER answer = answer_of(code, false);
     answer.missing = fmt::format("no part is named \"{}\"", name);
-    answer.candidates = nearest(name, part_names());
+    answer.candidates = near_names(name, {.part = true}).best([](const std::string&) { return true; });
     return answer;
 }
 
@@ -124,13 +124,12 @@ NOUN opn_noun() {
     const ARGUMENT index{"INDEX", "Ordering-code index, decimal or 0x...; - reads one per line"};
     const ARGUMENT name{"NAME", "Part name, in any case; - reads one per line"};
     const ARGUMENT hash{"HASH", "Hash, decimal or 0x...; - reads one per line"};
-    const std::vector<VERB> verbs{
+    std::vector<VERB> verbs = list_of(
         question("name", "The part that an ordering-code index stands for", "pgmdev opn name 1337", index, ask_name),
         question("index", "The first ordering-code index of a part", "pgmdev opn index KES50C6", name, ask_index),
         question("hash", "The 48-bit hash of a part's name", "pgmdev opn hash KES50C6", name, ask_hash),
         question("from-hash", "The part whose name has a hash", "pgmdev opn from-hash 0xDCB59F75E910", hash,
                  ask_from_hash),
-        opn_list_verb(),
-    };
-    return {"opn", "Ordering codes: indexes and hashes of parts", "pgmdev opn index KES50C6", verbs};
+        opn_list_verb());
+    return {"opn", "Ordering codes: indexes and hashes of parts", "pgmdev opn index KES50C6", std::move(verbs)};
 }

@@ -111,7 +111,7 @@ JSON device_question_schema() {
 }  // namespace
 
 NOUN part_noun() {
-    std::vector<VERB> verbs{part_info_verb(), part_list_verb(), part_from_pcf_verb()};
+    std::vector<VERB> verbs = list_of(part_info_verb(), part_list_verb(), part_from_pcf_verb());
     for (const QUESTION& question : QUESTIONS) {
         const auto run = [&question](const ARGUMENTS& given, COMMAND& command) {
             answer_each(given.text("NAME"), command,
@@ -121,5 +121,5 @@ NOUN part_noun() {
                             .takes({"NAME", fmt::format("{}, in any case; - reads one per line", question.argument)})
                             .answers(question.of_device ? device_question_schema : part_question_schema));
     }
-    return {"part", "Parts by less specific names", "pgmdev part complete KES50", verbs};
+    return {"part", "Parts by less specific names", "pgmdev part complete KES50", std::move(verbs)};
 }

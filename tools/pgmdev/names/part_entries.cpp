@@ -6,10 +6,10 @@
 #include <set>
 #include <utility>
 
+#include "catalog/device_names.h"
 #include "gen.h"
 #include "names/part_values.h"
 #include "pgmdev_device_grammar_mgr.h"
-#include "stl.h"
 
 namespace {
 
@@ -19,72 +19,90 @@ using GRAMMAR = PGMDEV_DEVICE_GRAMMAR_MGR;
 constexpr std::array TEXTS_OF_PARTS{&PART_FILTER::package, &PART_FILTER::pins, &PART_FILTER::speed,
                                     &PART_FILTER::temperature};
 
-template <class IDENTIFIER>
-std::string upper_name(IDENTIFIER identifier) {
-    std::string name = dstr_get_user_string(identifier);
-    stl_toupper(name);
-    return name;
-}
-
 /// What parts can be filtered by, and their values.
 struct CHARACTERISTIC {
     std::string PART_FILTER::*filter;
     std::vector<std::string> PART_VALUES::*values;
-    std::string PART_ENTRY::*entry;
+    std::string PART_CHARACTERISTICS::*text;
 };
 
 constexpr std::array<CHARACTERISTIC, PART_CHARACTERISTIC_COUNT> CHARACTERISTICS{{
-    {&PART_FILTER::package, &PART_VALUES::packages, &PART_ENTRY::package},
-    {&PART_FILTER::pins, &PART_VALUES::pins, &PART_ENTRY::pins},
-    {&PART_FILTER::speed, &PART_VALUES::speeds, &PART_ENTRY::speed},
-    {&PART_FILTER::temperature, &PART_VALUES::temperatures, &PART_ENTRY::temperature},
+    {&PART_FILTER::package, &PART_VALUES::packages, &PART_CHARACTERISTICS::package},
+    {&PART_FILTER::pins, &PART_VALUES::pins, &PART_CHARACTERISTICS::pins},
+    {&PART_FILTER::speed, &PART_VALUES::speeds, &PART_CHARACTERISTICS::speed},
+    {&PART_FILTER::temperature, &PART_VALUES::temperatures, &PART_CHARACTERISTICS::temperature},
 }};
 
-/// Calls `use(value, parts)` for each value of a characteristic, with the parts of a device that have it, until it
+/// All of them, hidden ones, too.
+PART_FILTER parts_of_device(DEV_DEVICE_ENUM device) {
+    PART_FILTER filter;
+    filter.device = dstr_get_user_string(device);
+    filter.hidden = true;
+    return filter;
+}
+
+/// Calls `use(place, parts)` for each value of a characteristic, with the parts of a device that have it, until it
 /// returns true: asks the device library for the parts with each value, instead of for the values of each part.
 template <class USE>
 void for_each_value(const CHARACTERISTIC& characteristic, const std::string& device, USE use) {
     PART_FILTER filter;
     filter.hidden = true;
     filter.device = device;
+    BYTE place = 0;
     for (const std::string& value : part_values().*characteristic.values) {
         filter.*characteristic.filter = value;
-        if (use(value, part_numbers(filter))) {
+        if (use(++place, part_numbers(filter))) {
             return;
         }
     }
 }
 
-/// The characteristics of parts of one device.
-void add_characteristics_of_device(std::vector<PART_ENTRY>& entries) {
-    const std::string device = dstr_get_user_string(entries.front().device_number);
-    for (const CHARACTERISTIC& each : CHARACTERISTICS) {
-        std::size_t known = 0;
-        for_each_value(each, device, [&](const std::string& value, const std::vector<int>& parts) {
-            for (PART_ENTRY& entry : entries) {
-                if (std::binary_search(parts.begin(), parts.end(), entry.number)) {
-                    entry.*each.entry = value;
-                    ++known;
-                }
+/// The characteristics of the parts of a device, or of all, by number.
+std::vector<CHARACTERISTIC_PLACES> characteristics_of_parts(const std::string& device) {
+    std::vector<CHARACTERISTIC_PLACES> places(static_cast<std::size_t>(DEV_PART_MAX));
+    for (std::size_t i = 0; i < CHARACTERISTICS.size(); ++i) {
+        for_each_value(CHARACTERISTICS[i], device, [&](BYTE place, const std::vector<int>& parts) {
+            for (const int part : parts) {
+                places[static_cast<std::size_t>(part)][i] = place;
             }
-            return known == entries.size();
+            return false;
         });
     }
+    return places;
 }
 
-void name_part(PART_ENTRY& entry) {
-    entry.name = upper_name(entry.number);
-    entry.package_name = GRAMMAR::get_package_name(entry.name, true);
-    entry.pgm_name = GRAMMAR::get_pgm_name(entry.name, false, true);
-    GRAMMAR::get_pgm_pcfs(entry.name, entry.pgm_part_pcf, entry.pgm_family_pcf);
+PART_CHARACTERISTICS texts_of(const CHARACTERISTIC_PLACES& places) {
+    PART_CHARACTERISTICS texts;
+    for (std::size_t i = 0; i < CHARACTERISTICS.size(); ++i) {
+        if (places[i] != 0) {
+            texts.*CHARACTERISTICS[i].text = (part_values().*CHARACTERISTICS[i].values)[places[i] - std::size_t{1}];
+        }
+    }
+    return texts;
 }
 
-void add_device(PART_ENTRY& entry, const DEVICE_ENTRY& device) {
-    entry.device = device.name;
-    entry.family_number = device.family_number;
-    entry.family = device.family;
-    entry.dev_part_pcf = device.dev_part_pcf;
-    entry.dev_family_pcf = device.dev_family_pcf;
+bool has(const std::vector<int>& numbers, int number) {
+    return std::binary_search(numbers.begin(), numbers.end(), number);
+}
+
+/// The place of the value that all of the parts have, of which the first one is of that device; 0: of none.
+BYTE place_of_common_value(const CHARACTERISTIC& characteristic, const std::vector<int>& parts,
+                           const std::string& device) {
+    BYTE common = 0;
+    for_each_value(characteristic, device, [&](BYTE place, const std::vector<int>& of_device) {
+        if (!has(of_device, parts.front())) {
+            return false;
+        }
+        const auto all_in = [&parts](const std::vector<int>& with_value) {
+            return std::includes(with_value.begin(), with_value.end(), parts.begin(), parts.end());
+        };
+        PART_FILTER filter;
+        filter.hidden = true;
+        filter.*characteristic.filter = (part_values().*characteristic.values)[place - std::size_t{1}];
+        common = all_in(of_device) || all_in(part_numbers(filter)) ? place : BYTE{0};
+        return true;
+    });
+    return common;
 }
 
 }  // namespace
@@ -97,94 +115,94 @@ std::vector<int> part_numbers(const PART_FILTER& filter) {
     return numbers;
 }
 
-PART_ENTRIES::PART_ENTRIES() {
-    PART_FILTER all;
-    all.hidden = true;
-    PART_FILTER orderable = all;
-    orderable.orderable = true;
-    PART_FILTER production = all;
-    production.production = true;
-    m_listed = marks(all);
-    m_shown = marks({});
-    m_orderable = marks(orderable);
-    m_production = marks(production);
-}
-
-PART_ENTRIES::MARKS PART_ENTRIES::marks(const PART_FILTER& filter) {
-    MARKS marked(static_cast<std::size_t>(DEV_PART_MAX));
-    for (const int part : part_numbers(filter)) {
-        marked[static_cast<std::size_t>(part)] = true;
-    }
-    return marked;
-}
-
-PART_ENTRY PART_ENTRIES::make(int part) {
-    PART_ENTRY entry;
-    entry.number = part;
-    entry.device_number = m_manager.get_device_of(part);
-    const auto [device, is_new] = m_devices.try_emplace(entry.device_number);
+PART_ENTRIES::KNOWN_DEVICE& PART_ENTRIES::known(DEV_DEVICE_ENUM device) {
+    const auto [known, is_new] = m_devices.try_emplace(device);
     if (is_new) {
-        device->second = device_entry(entry.device_number);
+        known->second = {device_entry(device), part_numbers(parts_of_device(device)), std::nullopt};
     }
-    add_device(entry, device->second);
-    entry.orderable = is_marked(m_orderable, part);
-    entry.production = is_marked(m_production, part);
-    entry.hidden = !is_marked(m_shown, part);
-    name_part(entry);
-    return entry;
+    return known->second;
 }
 
-void PART_ENTRIES::add_characteristics(std::vector<PART_ENTRY>& entries) {
-    constexpr unsigned FEW = 4;
-    const auto of_another_device = [&entries](const PART_ENTRY& entry) {
-        return entry.device_number != entries.front().device_number;
-    };
-    if (entries.empty()) {
-        return;
+bool PART_ENTRIES::lists(int part) {
+    const DEV_DEVICE_ENUM device = m_manager.get_device_of(part);
+    return device != DEV_DEVICE_INVALID && has(parts_of(device), part);
+}
+
+PART_STATUS PART_ENTRIES::status_of(int part) {
+    const DEV_DEVICE_ENUM device = m_manager.get_device_of(part);
+    std::optional<STATUS_LISTS>& lists = known(device).parts_by_status;
+    if (!lists) {
+        PART_FILTER orderable = parts_of_device(device);
+        orderable.orderable = true;
+        PART_FILTER production = parts_of_device(device);
+        production.production = true;
+        PART_FILTER shown = parts_of_device(device);
+        shown.hidden = false;
+        lists = {part_numbers(orderable), part_numbers(production), part_numbers(shown)};
     }
-    if (m_questions++ < FEW && std::none_of(entries.begin(), entries.end(), of_another_device)) {
-        add_characteristics_of_device(entries);
-        return;
+    return {has(lists->orderable, part), has(lists->production, part), !has(lists->shown, part)};
+}
+
+PART_CHARACTERISTICS PART_ENTRIES::common_characteristics(const std::vector<int>& parts) {
+    constexpr unsigned FEW = 4;
+    CHARACTERISTIC_PLACES common{};
+    if (m_questions++ < FEW) {
+        const std::string device = dstr_get_user_string(m_manager.get_device_of(parts.front()));
+        std::transform(CHARACTERISTICS.begin(), CHARACTERISTICS.end(), common.begin(),
+                       [&](const CHARACTERISTIC& each) { return place_of_common_value(each, parts, device); });
+        return texts_of(common);
     }
     if (m_characteristics.empty()) {
-        m_characteristics.resize(m_listed.size());
-        for (std::size_t i = 0; i < CHARACTERISTICS.size(); ++i) {
-            BYTE place = 0;
-            for_each_value(CHARACTERISTICS[i], PART_FILTER::ANY,
-                           [&](const std::string&, const std::vector<int>& parts) {
-                               ++place;
-                               for (const int part : parts) {
-                                   m_characteristics[static_cast<std::size_t>(part)][i] = place;
-                               }
-                               return false;
-                           });
+        m_characteristics = characteristics_of_parts(PART_FILTER::ANY);
+    }
+    const auto places_of = [this](int part) -> const CHARACTERISTIC_PLACES& {
+        return m_characteristics[static_cast<std::size_t>(part)];
+    };
+    common = places_of(parts.front());
+    for (const int part : parts) {
+        for (std::size_t i = 0; i < common.size(); ++i) {
+            common[i] = places_of(part)[i] == common[i] ? common[i] : BYTE{0};
         }
     }
-    for (PART_ENTRY& entry : entries) {
-        for (std::size_t i = 0; i < CHARACTERISTICS.size(); ++i) {
-            const BYTE place = m_characteristics[static_cast<std::size_t>(entry.number)][i];
-            const std::vector<std::string>& values = part_values().*CHARACTERISTICS[i].values;
-            entry.*CHARACTERISTICS[i].entry = place != 0 ? values[place - std::size_t{1}] : "";
-        }
-    }
+    return texts_of(common);
+}
+
+PART_NAMES part_names_of(int part) {
+    PART_NAMES names;
+    names.name = upper_name(part);
+    names.package_name = GRAMMAR::get_package_name(names.name, true);
+    names.pgm_name = GRAMMAR::get_pgm_name(names.name, false, true);
+    // A name without a programming name is taken for one.
+    const std::string& converted = names.pgm_name.empty() ? names.name : names.pgm_name;
+    names.pgm_part_pcf = GRAMMAR::get_pgm_part_pcf(converted);
+    names.pgm_family_pcf = GRAMMAR::get_pgm_family_pcf(converted);
+    return names;
 }
 
 std::vector<PART_ENTRY> part_entries(const PART_FILTER& filter) {
-    PART_ENTRIES maker;
-    std::vector<PART_ENTRY> entries;
-    for (const int part : part_numbers(filter)) {
-        entries.push_back(maker.make(part));
+    const std::vector<int> numbers = part_numbers(filter);
+    if (numbers.empty()) {
+        return {};
     }
-    maker.add_characteristics(entries);
+    const std::vector<CHARACTERISTIC_PLACES> characteristics = characteristics_of_parts(filter.device);
+    const DEV_PART_MANAGER manager;
+    PART_ENTRIES known;
+    std::vector<PART_ENTRY> entries;
+    entries.reserve(numbers.size());
+    for (const int part : numbers) {
+        const DEV_DEVICE_ENUM device = manager.get_device_of(part);
+        entries.push_back({part_names_of(part), known.device(device), known.status_of(part),
+                           texts_of(characteristics[static_cast<std::size_t>(part)]), part, device});
+    }
     return entries;
 }
 
 DEVICE_ENTRY device_entry(DEV_DEVICE_ENUM device) {
     DEVICE_ENTRY entry;
     entry.family_number = DEV_PART_MANAGER().get_family_of(device);
-    entry.name = upper_name(device);
+    entry.device = upper_name(device);
     entry.family = upper_name(entry.family_number);
-    GRAMMAR::get_dev_pcfs(entry.name, entry.dev_part_pcf, entry.dev_family_pcf);
+    GRAMMAR::get_dev_pcfs(entry.device, entry.dev_part_pcf, entry.dev_family_pcf);
     return entry;
 }
 

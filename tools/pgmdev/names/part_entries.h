@@ -5,6 +5,7 @@
 
 #include <array>
 #include <map>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -27,41 +28,40 @@ struct PART_FILTER {
     bool hidden = false;      ///< hidden ones, too
 };
 
-/// Package, pins, speed and temperature.
-inline constexpr std::size_t PART_CHARACTERISTIC_COUNT = 4;
-
 /// The numbers of those parts, ascending.
 std::vector<int> part_numbers(const PART_FILTER& filter);
 
-/// A part. Names are in upper case; "" stands for a name that it has not.
-struct PART_ENTRY {
-    int number = 0;
+/// What a part is called by itself and by conversions, in upper case; "" stands for a name that it has not.
+struct PART_NAMES {
     std::string name;
-    DEV_DEVICE_ENUM device_number = DEV_DEVICE_INVALID;
-    DEV_FAMILY_ENUM family_number = DEV_FAMILY_INVALID;
-    std::string device;
-    std::string family;
-    std::string dev_part_pcf;    ///< of the device
-    std::string dev_family_pcf;  ///< likewise
     std::string package_name;
     std::string pgm_name;
     std::string pgm_part_pcf;
     std::string pgm_family_pcf;
-    std::string package;      ///< type; "": none of part_values.h, as for what follows
-    std::string pins;         ///< their number
-    std::string speed;        ///< grade
-    std::string temperature;  ///< range
+};
+
+struct PART_STATUS {
     bool orderable = false;
     bool production = false;
     bool hidden = false;
 };
 
-std::vector<PART_ENTRY> part_entries(const PART_FILTER& filter);
+/// Each is one of part_values.h, or "".
+struct PART_CHARACTERISTICS {
+    std::string package;      ///< type
+    std::string pins;         ///< their number
+    std::string speed;        ///< grade
+    std::string temperature;  ///< range
+};
+inline constexpr std::size_t PART_CHARACTERISTIC_COUNT = 4;
 
-/// A device.
+/// For each of them the place among the values, from 1; 0: none of these.
+using CHARACTERISTIC_PLACES = std::array<BYTE, PART_CHARACTERISTIC_COUNT>;
+
+/// A device. Names are as those of a part.
 struct DEVICE_ENTRY {
     DEV_FAMILY_ENUM family_number = DEV_FAMILY_INVALID;
-    std::string name;
+    std::string device;
     std::string family;
     std::string dev_part_pcf;
     std::string dev_family_pcf;
@@ -69,38 +69,55 @@ struct DEVICE_ENTRY {
 
 DEVICE_ENTRY device_entry(DEV_DEVICE_ENUM device);
 
-/// Makes entries of single parts. What takes a pass over all parts is done once.
+/// A part in a list.
+struct PART_ENTRY : PART_NAMES, DEVICE_ENTRY, PART_STATUS, PART_CHARACTERISTICS {
+    int number = 0;
+    DEV_DEVICE_ENUM device_number = DEV_DEVICE_INVALID;
+};
+
+std::vector<PART_ENTRY> part_entries(const PART_FILTER& filter);
+
+/// What the device library and the grammar tell of single parts. It is asked for the parts of a device at once, when the
+/// first of them is asked for.
 class PART_ENTRIES {
 public:
-    PART_ENTRIES();
+    const DEVICE_ENTRY& device(DEV_DEVICE_ENUM device) { return known(device).entry; }
+
+    /// The parts of a device, hidden ones, too, by number.
+    const std::vector<int>& parts_of(DEV_DEVICE_ENUM device) { return known(device).parts; }
 
     /// Whether the device library lists the part, be it as a hidden one.
-    bool lists(int part) const { return is_marked(m_listed, part); }
+    bool lists(int part);
 
-    /// The entry of a part that it lists, without what add_characteristics adds.
-    PART_ENTRY make(int part);
+    PART_STATUS status_of(int part);
 
-    /// Package, pins, speed and temperature. Few questions ask the device library for those of a device, many of them for
-    /// those of all parts.
-    void add_characteristics(std::vector<PART_ENTRY>& entries);
+    /// What all of the parts have alike; "" for what they differ in. There is one part at least, and they are in the order
+    /// of their numbers. Few questions ask the device library for what the first one has, many of them for what all have.
+    PART_CHARACTERISTICS common_characteristics(const std::vector<int>& parts);
 
 private:
-    using MARKS = std::vector<bool>;  ///< by part number
+    struct STATUS_LISTS {
+        std::vector<int> orderable;
+        std::vector<int> production;
+        std::vector<int> shown;
+    };
+    struct KNOWN_DEVICE {
+        DEVICE_ENTRY entry;
+        std::vector<int> parts;
+        std::optional<STATUS_LISTS> parts_by_status;
+    };
 
-    static MARKS marks(const PART_FILTER& filter);
-    static bool is_marked(const MARKS& marks, int part) {
-        return part >= 0 && static_cast<std::size_t>(part) < marks.size() && marks[static_cast<std::size_t>(part)];
-    }
+    KNOWN_DEVICE& known(DEV_DEVICE_ENUM device);
 
-    MARKS m_listed;
-    MARKS m_shown;
-    MARKS m_orderable;
-    MARKS m_production;
     DEV_PART_MANAGER m_manager;
-    std::map<DEV_DEVICE_ENUM, DEVICE_ENTRY> m_devices;
-    unsigned m_questions = 0;                                                    ///< for characteristics
-    std::vector<std::array<BYTE, PART_CHARACTERISTIC_COUNT>> m_characteristics;  ///< of all parts, as places of values
+    std::map<DEV_DEVICE_ENUM, KNOWN_DEVICE> m_devices;
+    unsigned m_questions = 0;  ///< for characteristics
+    std::vector<CHARACTERISTIC_PLACES>
+        m_characteristics;  ///< of all parts, by number; empty until many have been asked for
 };
+
+/// What a part is called, given its number.
+PART_NAMES part_names_of(int part);
 
 /// The devices that pass the filter although they have no parts: of the family and the name, when nothing is asked of
 /// parts.

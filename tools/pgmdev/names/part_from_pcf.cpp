@@ -27,9 +27,9 @@ std::vector<std::string> parts_of(std::string pcf) {
     static NAME_SCHEMES schemes;
     stl_toupper(pcf);
     std::vector<std::string> names;
-    for (const PART_ENTRY& part : schemes.parts_named(pcf)) {
-        if (part.pgm_part_pcf == pcf) {
-            names.push_back(part.name);
+    for (const NAMED_PART& part : schemes.parts_named(pcf)) {
+        if (part.is_named_by(SCHEME::PGM_PART_PCF)) {
+            names.push_back(upper_name(part.number));
         }
     }
     return names;

@@ -3,7 +3,6 @@
 #include <fmt/core.h>
 
 #include <algorithm>
-#include <memory>
 #include <optional>
 #include <set>
 #include <string_view>
@@ -21,69 +20,80 @@
 
 namespace {
 
-constexpr std::string_view PARTS_KEY = "parts";
-constexpr std::string_view HASH_KEY = "opn_hash";
-
 /// What is asked: made once for all questions of a run.
 struct SOURCES {
     NAME_SCHEMES schemes;
     PROFILE_DATABASE profiles;
 };
 
-/// What the parts that a name stands for have in common.
+/// What is common to the parts that a name stands for.
 struct COMMON {
-    const PART_ENTRY* part = nullptr;    ///< the part that the name is of
-    const PART_ENTRY* device = nullptr;  ///< any of the parts, when all are of one device
-    const PART_ENTRY* family = nullptr;  ///< any of the parts, when all are of one family
+    std::optional<int> part;  ///< the one that the name is of
+    DEV_DEVICE_ENUM device = DEV_DEVICE_INVALID;
+    DEV_FAMILY_ENUM family = DEV_FAMILY_INVALID;
 };
 
 COMMON common_of(const NAME_MEANING& meaning) {
-    COMMON common;
-    std::set<int> devices;
-    std::set<int> families;
-    for (const PART_ENTRY& part : meaning.parts) {
-        devices.insert(part.device_number);
-        families.insert(part.family_number);
-        if (part.name == meaning.name) {
-            common.part = &part;
-        }
+    const DEV_PART_MANAGER manager;
+    COMMON common{meaning.part};
+    if (meaning.parts.empty()) {
+        return common;
     }
-    common.device = devices.size() == 1 ? &meaning.parts.front() : nullptr;
-    common.family = families.size() == 1 ? &meaning.parts.front() : nullptr;
+    const DEV_DEVICE_ENUM device = manager.get_device_of(meaning.parts.front());
+    const DEV_FAMILY_ENUM family = manager.get_family_of(device);
+    const auto all = [&](auto condition) { return std::all_of(meaning.parts.begin(), meaning.parts.end(), condition); };
+    if (all([&](int part) { return manager.get_device_of(part) == device; })) {
+        common.device = device;
+    }
+    if (all([&](int part) { return manager.get_family_of(manager.get_device_of(part)) == family; })) {
+        common.family = family;
+    }
     return common;
 }
 
 /// The profile of the most specific of part, device and family.
 FOUND_PROFILE profile_of(const COMMON& common, PROFILE_DATABASE& profiles) {
-    if (common.part != nullptr) {
-        return look_up_profile(profiles, PROFILE_KEY::PART, common.part->number);
+    if (common.part) {
+        return look_up_profile(profiles, PROFILE_KEY::PART, *common.part);
     }
-    if (common.device != nullptr) {
-        return look_up_profile(profiles, PROFILE_KEY::DEVICE, common.device->device_number);
+    if (common.device != DEV_DEVICE_INVALID) {
+        return look_up_profile(profiles, PROFILE_KEY::DEVICE, common.device);
     }
-    return look_up_profile(profiles, PROFILE_KEY::FAMILY,
-                           common.family != nullptr ? common.family->family_number : DEV_FAMILY_INVALID);
+    return look_up_profile(profiles, PROFILE_KEY::FAMILY, common.family);
 }
 
-/// One line for people, and one member for programs.
-struct FACT {
-    std::string_view key;
-    std::string label;
-    JSON value;
-    std::string text;  ///< "": people are not told
+/// What there is to say of a name: a line each for people, or a member each for programs.
+class FACTS {
+public:
+    explicit FACTS(bool for_programs) : m_for_programs(for_programs) {}
+
+    bool are_for_programs() const { return m_for_programs; }
+    const std::string& lines() const { return m_lines; }
+    JSON& object() { return m_object; }
+
+    /// People are told the text, unless it is "". Labels are plain ASCII, as wide as they are long.
+    template <class VALUE>
+    void add(std::string_view key, std::string_view label, const VALUE& value, const std::string& text) {
+        constexpr std::size_t LABEL_WIDTH = 38;
+        if (m_for_programs) {
+            m_object[key] = value;
+        } else if (!text.empty()) {
+            m_lines.append(label).append(LABEL_WIDTH - label.size(), ' ').append(printable(text)).append(1, '\n');
+        }
+    }
+    void add(std::string_view key, std::string_view label, const std::string& text) { add(key, label, text, text); }
+    void add(std::string_view key, std::string_view label, const std::optional<bool>& flag) {
+        add(key, label, flag ? JSON(*flag) : JSON(), !flag ? "" : *flag ? "yes" : "no");
+    }
+    void add(std::string_view key, std::string_view label, const std::optional<DWORD>& number) {
+        add(key, label, number, number ? std::to_string(*number) : "");
+    }
+
+private:
+    bool m_for_programs;
+    std::string m_lines;
+    JSON m_object = JSON::object();
 };
-
-FACT text_fact(const char* key, const char* label, const std::string& text) {
-    return {key, label, text, text};
-}
-
-FACT flag_fact(const char* key, const char* label, const PART_ENTRY* part, bool PART_ENTRY::*flag) {
-    return part == nullptr ? FACT{key, label, {}, ""} : FACT{key, label, part->*flag, part->*flag ? "yes" : "no"};
-}
-
-FACT number_fact(const char* key, const char* label, const std::optional<DWORD>& number) {
-    return {key, label, number, number ? std::to_string(*number) : ""};
-}
 
 std::string joined(const std::vector<std::string>& texts) {
     std::string text;
@@ -93,87 +103,98 @@ std::string joined(const std::vector<std::string>& texts) {
     return text;
 }
 
-void add_part_facts(std::vector<FACT>& facts, const PART_ENTRY* part) {
+void add_hash(FACTS& facts, const std::optional<QWORD>& hash) {
+    facts.add("opn_hash", "hash", hash, hash ? fmt::format("0x{:012X}", *hash) : "");
+}
+
+/// Without the hash where it is left out.
+void add_part(FACTS& facts, const std::optional<int>& part, PART_ENTRIES& entries, bool with_hash) {
     std::optional<DWORD> number;
     std::optional<DWORD> index;
-    FACT hash{HASH_KEY, "hash", {}, ""};
-    if (part != nullptr) {
-        number = static_cast<DWORD>(part->number);
-        const DWORD first = PGMDEV_MGR::get_opn_enum(part->name);
+    std::optional<QWORD> hash;
+    std::optional<PART_STATUS> status;
+    if (part) {
+        const std::string name = upper_name(*part);
+        number = static_cast<DWORD>(*part);
+        const DWORD first = PGMDEV_MGR::get_opn_enum(name);
         index = first != INVALID_DWORD ? std::optional(first) : std::nullopt;
-        const QWORD value = PGMDEV_MGR::get_opn_hash(part->name);
-        hash.value = value;
-        hash.text = fmt::format("0x{:012X}", value);
+        hash = PGMDEV_MGR::get_opn_hash(name);
+        status = entries.status_of(*part);
     }
-    facts.push_back(number_fact("number", "part number", number));
-    facts.push_back(number_fact("opn_index", "ordering-code index", index));
-    facts.push_back(std::move(hash));
-    facts.push_back(flag_fact("orderable", "orderable", part, &PART_ENTRY::orderable));
-    facts.push_back(flag_fact("production", "in production", part, &PART_ENTRY::production));
-    facts.push_back(flag_fact("hidden", "hidden", part, &PART_ENTRY::hidden));
+    const auto flag = [&status](bool PART_STATUS::*member) {
+        return status ? std::optional((*status).*member) : std::nullopt;
+    };
+    facts.add("number", "part number", number);
+    facts.add("opn_index", "ordering-code index", index);
+    if (with_hash) {
+        add_hash(facts, hash);
+    }
+    facts.add("orderable", "orderable", flag(&PART_STATUS::orderable));
+    facts.add("production", "in production", flag(&PART_STATUS::production));
+    facts.add("hidden", "hidden", flag(&PART_STATUS::hidden));
 }
 
-/// A characteristic that all parts have alike; "" when they differ.
-std::string common_text(const NAME_MEANING& meaning, std::string PART_ENTRY::*member) {
-    const auto differs = [&](const PART_ENTRY& part) { return part.*member != meaning.parts.front().*member; };
-    const bool alike = !meaning.parts.empty() && std::none_of(meaning.parts.begin(), meaning.parts.end(), differs);
-    return alike ? meaning.parts.front().*member : "";
+void add_common_characteristics(FACTS& facts, const NAME_MEANING& meaning, PART_ENTRIES& entries) {
+    PART_CHARACTERISTICS common;
+    if (!meaning.parts.empty()) {
+        common = entries.common_characteristics(meaning.parts);
+    }
+    facts.add("package", "package", text_or_null(common.package), common.package);
+    facts.add("pins", "pins", number_or_null(common.pins), common.pins);
+    facts.add("speed", "speed grade", number_or_null(common.speed), common.speed);
+    facts.add("temperature", "temperature range", text_or_null(common.temperature), common.temperature);
 }
 
-void add_common_characteristics(std::vector<FACT>& facts, const NAME_MEANING& meaning) {
-    const std::string package = common_text(meaning, &PART_ENTRY::package);
-    const std::string pins = common_text(meaning, &PART_ENTRY::pins);
-    const std::string speed = common_text(meaning, &PART_ENTRY::speed);
-    const std::string temperature = common_text(meaning, &PART_ENTRY::temperature);
-    facts.push_back({"package", "package", text_or_null(package), package});
-    facts.push_back({"pins", "pins", number_or_null(pins), pins});
-    facts.push_back({"speed", "speed grade", number_or_null(speed), speed});
-    facts.push_back({"temperature", "temperature range", text_or_null(temperature), temperature});
-}
-
-void add_spellings(std::vector<FACT>& facts, const NAME_MEANING& meaning) {
+void add_spellings(FACTS& facts, const NAME_MEANING& meaning) {
     for (const SPELLING& spelling : spellings_of(meaning)) {
         if (const auto* flag = std::get_if<bool>(&spelling.value)) {
-            facts.push_back({spelling.key, spelling.label, *flag, *flag ? "yes" : "no"});
+            facts.add(spelling.key, spelling.label, std::optional(*flag));
         } else {
-            facts.push_back(text_fact(spelling.key, spelling.label, std::get<std::string>(spelling.value)));
+            facts.add(spelling.key, spelling.label, std::get<std::string>(spelling.value));
         }
     }
 }
 
-FACT profile_fact(const FOUND_PROFILE& found) {
+void add_profile(FACTS& facts, const FOUND_PROFILE& found) {
     if (found.record == nullptr) {
-        return {"profile", "profile", {}, ""};
+        facts.add("profile", "profile", JSON(), "");
+        return;
     }
     const std::string key = key_text(*found.record);
-    return {"profile", "profile", JSON{{"index", found.index}, {"rule", found.rule}, {"key", key}},
-            fmt::format("record {}, keyed by {}, found {}", found.index, key, rule_text(found))};
+    if (facts.are_for_programs()) {
+        facts.add("profile", "", JSON{{"index", found.index}, {"rule", found.rule}, {"key", key}}, "");
+    } else {
+        facts.add("", "profile", fmt::format("record {}, keyed by {}, found {}", found.index, key, rule_text(found)));
+    }
 }
 
-FACT parts_fact(const NAME_MEANING& meaning) {
+/// Of many parts people are told the first ones.
+void add_parts(FACTS& facts, const std::vector<int>& parts) {
     constexpr std::size_t SHOWN = 4;
+    const std::size_t count = facts.are_for_programs() ? parts.size() : std::min(SHOWN, parts.size());
     std::vector<std::string> names;
-    std::transform(meaning.parts.begin(), meaning.parts.end(), std::back_inserter(names),
-                   [](const PART_ENTRY& part) { return part.name; });
-    const std::vector<std::string> first(names.begin(),
-                                         names.begin() + static_cast<std::ptrdiff_t>(std::min(SHOWN, names.size())));
-    const std::string more = names.size() > SHOWN ? fmt::format(", and {} more", names.size() - SHOWN) : "";
-    return {PARTS_KEY, fmt::format("stands for {} part{}", names.size(), names.size() == 1 ? "" : "s"), names,
-            joined(first) + more};
+    std::transform(parts.begin(), parts.begin() + static_cast<std::ptrdiff_t>(count), std::back_inserter(names),
+                   upper_name<int>);
+    const std::string more = parts.size() > count ? fmt::format(", and {} more", parts.size() - count) : "";
+    facts.add("parts", fmt::format("stands for {} part{}", parts.size(), parts.size() == 1 ? "" : "s"), names,
+              facts.are_for_programs() ? "" : joined(names) + more);
 }
 
-std::vector<FACT> facts_of(const NAME_MEANING& meaning, PROFILE_DATABASE& profiles) {
+/// Not in full, it has no parts, which make it long, and no hash, which follows from the name.
+FACTS facts_of(const NAME_MEANING& meaning, SOURCES& sources, bool for_programs, bool in_full) {
     const COMMON common = common_of(meaning);
-    std::vector<FACT> facts{
-        {"scheme", "scheme", meaning.schemes.front(), ""},
-        {"schemes", "schemes", meaning.schemes, joined(meaning.schemes)},
-    };
+    PART_ENTRIES& entries = sources.schemes.entries();
+    FACTS facts(for_programs);
+    facts.add("scheme", "", meaning.schemes.front(), "");
+    facts.add("schemes", "schemes", meaning.schemes, joined(meaning.schemes));
     add_spellings(facts, meaning);
-    facts.push_back(text_fact("device", "device", common.device != nullptr ? common.device->device : ""));
-    add_part_facts(facts, common.part);
-    add_common_characteristics(facts, meaning);
-    facts.push_back(profile_fact(profile_of(common, profiles)));
-    facts.push_back(parts_fact(meaning));
+    facts.add("device", "device", common.device != DEV_DEVICE_INVALID ? entries.device(common.device).device : "");
+    add_part(facts, common.part, entries, in_full);
+    add_common_characteristics(facts, meaning, entries);
+    add_profile(facts, profile_of(common, sources.profiles));
+    if (in_full) {
+        add_parts(facts, meaning.parts);
+    }
     return facts;
 }
 
@@ -185,34 +206,19 @@ ANSWER unknown_name(const std::string& question, NAME_SCHEMES& schemes) {
     return answer;
 }
 
-/// For people. Labels are plain ASCII, as wide as they are long.
-std::string lines_of(const std::vector<FACT>& facts) {
-    constexpr std::size_t LABEL_WIDTH = 38;
-    std::string lines;
-    for (const FACT& fact : facts) {
-        if (!fact.text.empty()) {
-            lines.append(fact.label).append(LABEL_WIDTH - fact.label.size(), ' ');
-            lines.append(printable(fact.text)).append(1, '\n');
-        }
-    }
-    return lines;
-}
-
 ANSWER answer_to(const std::string& question, SOURCES& sources, bool for_programs) {
     const NAME_MEANING meaning = sources.schemes.meaning_of(question);
     if (meaning.schemes.empty()) {
         return unknown_name(question, sources.schemes);
     }
     ANSWER answer;
-    std::vector<FACT> facts = facts_of(meaning, sources.profiles);
+    FACTS facts = facts_of(meaning, sources, for_programs, true);
     if (for_programs) {
-        for (FACT& fact : facts) {
-            answer.content[fact.key] = std::move(fact.value);
-        }
+        answer.content = std::move(facts.object());
         return answer;
     }
     answer.is_block = true;
-    answer.print = [lines = lines_of(facts)] { fmt::print("{}", lines); };
+    answer.print = [lines = facts.lines()] { fmt::print("{}", lines); };
     return answer;
 }
 
@@ -248,17 +254,6 @@ JSON part_info_schema() {
     return question_schema(content, {});
 }
 
-/// The answer without its parts, which make it long, and without the hash, which follows from the name.
-JSON facts_json(const NAME_MEANING& meaning, PROFILE_DATABASE& profiles) {
-    JSON object = JSON::object();
-    for (const FACT& fact : facts_of(meaning, profiles)) {
-        if (fact.key != PARTS_KEY && fact.key != HASH_KEY) {
-            object[fact.key] = fact.value;
-        }
-    }
-    return object;
-}
-
 }  // namespace
 
 std::vector<JSON> facts_of_all_names() {
@@ -276,8 +271,7 @@ std::vector<JSON> facts_of_all_names() {
         if (meaning.schemes.empty() || meaning.name != name) {
             continue;  // in another case, or an alias
         }
-        const bool is_part = common_of(meaning).part != nullptr;
-        (is_part ? of_parts : of_others).push_back(facts_json(meaning, sources.profiles));
+        (meaning.part ? of_parts : of_others).push_back(std::move(facts_of(meaning, sources, true, false).object()));
     }
     of_parts.insert(of_parts.end(), of_others.begin(), of_others.end());
     return of_parts;

@@ -109,14 +109,14 @@ ROWS device_rows(const std::vector<PART_ENTRY>& parts, const ARGUMENTS& given) {
     ROWS rows{{}, TEXT_TABLE({"device", "family", "programmer-file part", "programmer-file family", "parts"})};
     for (const auto& [number, count] : counts) {
         const DEVICE_ENTRY device = device_entry(static_cast<DEV_DEVICE_ENUM>(number));
-        if (fits_given_pattern(device.name, given)) {
-            rows.objects.push_back({{"name", device.name},
+        if (fits_given_pattern(device.device, given)) {
+            rows.objects.push_back({{"name", device.device},
                                     {"number", static_cast<DWORD>(number)},
                                     {"family", device.family},
                                     {"dev_part_pcf", device.dev_part_pcf},
                                     {"dev_family_pcf", device.dev_family_pcf},
                                     {"parts", count}});
-            rows.table.add({device.name, device.family, shown(device.dev_part_pcf), shown(device.dev_family_pcf),
+            rows.table.add({device.device, device.family, shown(device.dev_part_pcf), shown(device.dev_family_pcf),
                             std::to_string(count)});
         }
     }
@@ -240,9 +240,9 @@ VERB opn_list_verb() {
 }
 
 NOUN device_noun() {
-    return {"device", "Devices of the device library", DEVICE_LIST.example, {list_verb(DEVICE_LIST)}};
+    return {"device", "Devices of the device library", DEVICE_LIST.example, list_of(list_verb(DEVICE_LIST))};
 }
 
 NOUN family_noun() {
-    return {"family", "Families of devices", FAMILY_LIST.example, {list_verb(FAMILY_LIST)}};
+    return {"family", "Families of devices", FAMILY_LIST.example, list_of(list_verb(FAMILY_LIST))};
 }

@@ -153,7 +153,7 @@ void remove_block(const ARGUMENTS& given, COMMAND& command) {
 
 NOUN params_noun() {
     const ARGUMENT block{"BLOCK", R"(Number or name of the block: 0 "SFL FLASH", 1 "HPS SPI", 2 "HPS NAND")"};
-    const std::vector<VERB> verbs{
+    std::vector<VERB> verbs = list_of(
         with_list_options(VERB("list", "All blocks and their sizes", "pgmdev --json params list", list_blocks),
                           block_schema),
         VERB("read", "Show a block, or copy it into a file", "pgmdev params read \"HPS SPI\" spi.bin", read_block)
@@ -161,8 +161,7 @@ NOUN params_noun() {
             .takes({"FILE", "File that receives the bytes instead of a listing", ARGUMENT::OPTIONAL_TEXT})
             .takes({"--force", "Replace a file that is no such block, too", ARGUMENT::FLAG})
             .answers(block_with_data_schema),
-        show_values_verb(block),
-        set_values_verb(block),
+        show_values_verb(block), set_values_verb(block),
         VERB("write", "Replace a block and keep the others", "pgmdev params write 1 spi.bin", write_block)
             .takes(block)
             .takes({"FILE", "File with the bytes of the block"})
@@ -172,7 +171,7 @@ NOUN params_noun() {
         VERB("remove", "Remove a block and keep the others", "pgmdev params remove 1", remove_block)
             .takes(block)
             .takes(force_container_option())
-            .answers(block_schema),
-    };
-    return {"params", "The parameter blocks of pgm_flash.ini in the module directory", "pgmdev params list", verbs};
+            .answers(block_schema));
+    return {"params", "The parameter blocks of pgm_flash.ini in the module directory", "pgmdev params list",
+            std::move(verbs)};
 }

@@ -180,9 +180,9 @@ std::vector<VERB> with_table_verbs(std::vector<VERB> verbs) {
                         .takes({"PCF", "Packed database; replaced only when all has succeeded"})
                         .takes({"--force", "Replace a file that is no such database, too", ARGUMENT::FLAG})
                         .answers([] { return object_schema(size_members()); }));
-    const VERB dump("dump", KIND::DUMPED, fmt::format("{} dump --csv {}", noun, KIND::DATABASE), dump_table<KIND>);
+    VERB dump("dump", KIND::DUMPED, fmt::format("{} dump --csv {}", noun, KIND::DATABASE), dump_table<KIND>);
     verbs.push_back(
-        with_field_option(dump, KIND::row)
+        with_field_option(std::move(dump), KIND::row)
             .takes({"PCF", "Packed database"})
             .takes({"--csv", "As a source table that compiles to the same payload", ARGUMENT::FLAG})
             .takes({"--plain-csv", "Likewise, without blanks: for tools that compare lines", ARGUMENT::FLAG})

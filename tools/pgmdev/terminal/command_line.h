@@ -57,27 +57,40 @@ struct VERB {
 
     VERB(std::string verb, std::string what, std::string how, RUN action)
         : name(std::move(verb)), description(std::move(what)), example(std::move(how)), run(std::move(action)) {}
-    VERB& takes(ARGUMENT argument) {
+
+    // Each is also for a verb that is being made: who returns that, or puts it into a list, does not copy it.
+    VERB& takes(ARGUMENT argument) & {
         arguments.push_back(std::move(argument));
         return *this;
     }
+    VERB&& takes(ARGUMENT argument) && { return std::move(takes(std::move(argument))); }
+
     /// Lines of help before the example, each with its line feed.
-    VERB& tells(std::string lines) {
+    VERB& tells(std::string lines) & {
         notes = std::move(lines);
         return *this;
     }
+    VERB&& tells(std::string lines) && { return std::move(tells(std::move(lines))); }
 
     /// The JSON Schema of what it answers (schema.h).
-    VERB& answers(std::function<JSON()> what) {
+    VERB& answers(std::function<JSON()> what) & {
         schema = std::move(what);
         return *this;
     }
+    VERB&& answers(std::function<JSON()> what) && { return std::move(answers(std::move(what))); }
 
     /// Carries it out although the settings cannot be read, which then is only warned of.
-    VERB& needs_no_settings() {
+    VERB& needs_no_settings() & {
         needs_settings = false;
         return *this;
     }
+    VERB&& needs_no_settings() && { return std::move(needs_no_settings()); }
+
+    VERB(VERB&&) = default;
+    VERB& operator=(VERB&&) = default;
+    VERB(const VERB&) = delete;
+    VERB& operator=(const VERB&) = delete;
+    ~VERB() = default;
 
     std::string name;
     std::string description;
@@ -89,6 +102,16 @@ struct VERB {
     std::function<JSON()> schema;  ///< none: there is no answer in JSON
     JSON (*row)() = nullptr;       ///< of a list: the schema of its rows
 };
+
+/// Lists of verbs and of nouns. A list in braces would copy them, which takes longer than making them.
+template <class ITEM, class... ITEMS>
+std::vector<ITEM> list_of(ITEM first, ITEMS... others) {
+    std::vector<ITEM> list;
+    list.reserve(1 + sizeof...(others));
+    list.push_back(std::move(first));
+    (list.push_back(std::move(others)), ...);
+    return list;
+}
 
 /// A noun, behind which one of its verbs must stand, or one of its groups of verbs. The command itself is one, too.
 struct NOUN {

@@ -59,20 +59,31 @@ std::string index_source(const std::string& name, const INDEX_NUMBERS& index, st
            constant(name + "_INDEX_LENGTH", index.size()) + constant(name + "_INDEXED_CRC", crc);
 }
 
+std::string unsigned_array(const std::string& declaration, const std::vector<std::uint64_t>& items) {
+    return array(declaration, items, [](std::uint64_t number) { return std::to_string(number) + "U"; });
+}
+
+std::string hashed_numbers_source(const std::string& name, const HASHED_NUMBERS& numbers) {
+    return unsigned_array("const HASHED_PART " + name + "[]", numbers.entries) +
+           (numbers.higher.empty() ? "" : number_array("const std::uint16_t " + name + "_HIGHER[]", numbers.higher));
+}
+
+std::string hashed_numbers_initialiser(const std::string& name, const HASHED_NUMBERS& numbers) {
+    return "{" + name + ", " + (numbers.higher.empty() ? "nullptr" : name + "_HIGHER") + ", " +
+           std::to_string(numbers.entries.size()) + "}";
+}
+
 std::string digests_source(const DIGEST_TABLES& digests) {
-    const auto unsigned_array = [](const std::string& declaration, const std::vector<std::uint64_t>& items) {
-        return array(declaration, items, [](std::uint64_t number) { return std::to_string(number) + "U"; });
-    };
     std::string all_names;
     for (const std::uint8_t byte : digests.all_names) {
         all_names += std::to_string(byte) + ",";
     }
-    return "namespace {\n\n" + unsigned_array("const HASHED_PART NAMES[]", digests.names) +
-           unsigned_array("const HASHED_PART DENOTING[]", digests.denoting) +
+    return "namespace {\n\n" + hashed_numbers_source("NAMES", digests.names) +
+           hashed_numbers_source("DENOTING", digests.denoting) +
            unsigned_array("const std::uint64_t CHECKS[]", digests.checks) +
            "\n}  // namespace\n\nconstinit const PART_DIGESTS PGMDDB_PART_DIGESTS = {{" + all_names + "}, " +
-           std::to_string(digests.parts) + ", NAMES, " + std::to_string(digests.names.size()) + ", DENOTING, CHECKS, " +
-           std::to_string(digests.denoting.size()) + "};\n";
+           std::to_string(digests.parts) + ", " + hashed_numbers_initialiser("NAMES", digests.names) + ", " +
+           hashed_numbers_initialiser("DENOTING", digests.denoting) + ", CHECKS};\n";
 }
 
 /// A row of names as a literal, with its NULs written out up to the last name.

@@ -35,18 +35,10 @@ HOST_PARTS find_out_host_parts() {
                : HOST_PARTS::OTHERS;
 }
 
-HASHED_PARTS catalog_parts_with_hash(QWORD hash) {
-    return parts_with_hash(PGMDDB_PART_DIGESTS.names, PGMDDB_PART_DIGESTS.name_count, hash);
-}
-
 /// The part with that name in upper case; 0: none.
 int catalog_part_named(const std::string& name, QWORD hash) {
-    for (const HASHED_PART entry : catalog_parts_with_hash(hash)) {
-        if (const int part = number_of_hashed_part(entry); upper_part_name(part) == name) {
-            return part;
-        }
-    }
-    return 0;
+    const HASHED_PARTS& names = PGMDDB_PART_DIGESTS.names;
+    return names.find(hash, [&](std::size_t place) { return upper_part_name(names.part_at(place)) == name; });
 }
 
 }  // namespace
@@ -61,8 +53,7 @@ bool host_has_catalog_parts() {
 }
 
 int catalog_part_by_hash(QWORD hash) {
-    const HASHED_PARTS found = catalog_parts_with_hash(hash);
-    return found.begin() != found.end() ? number_of_hashed_part(*found.begin()) : 0;
+    return PGMDDB_PART_DIGESTS.names.find(hash, [](std::size_t /*place*/) { return true; });
 }
 
 std::optional<std::string> catalog_part_denoted(const std::string& name) {

@@ -20,7 +20,7 @@ HOST_PARTS find_out_host_parts() {
     if (DEV_PART_INVALID != 0 || end != PGMDDB_PART_DIGESTS.parts + 1) {
         return HOST_PARTS::OTHERS;
     }
-    constexpr std::size_t LONGEST_USUAL_NAME = 16;
+    constexpr std::size_t LONGEST_USUAL_NAME = 24;
     std::string names;
     names.reserve(static_cast<std::size_t>(end) * LONGEST_USUAL_NAME);
     for_each_part([&names](int part) {

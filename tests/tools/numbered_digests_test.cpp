@@ -19,15 +19,15 @@ NAME_DIGEST digest_of(const std::string& name) {
 /// A catalog of parts that are called so, in a package that each part's name ends with.
 DIGEST_TABLES tables_of(const NAMES_BY_NUMBER& names) {
     CATALOG catalog;
-    GRAMMAR grammar;
+    catalog.devices.emplace_back().programmer_part = "FIN";
     for (const auto& [number, name] : names) {
         CATALOG_PART& part = catalog.parts.emplace_back();
         part.number = number;
         part.name = name;
-        grammar[GRAMMAR_PACKAGE_NAME][name.substr(0, name.size() - 1)].push_back(name);
+        part.package_name = part.programming_name = name.substr(0, name.size() - 1);
     }
     catalog.last_part = names.rbegin()->first;
-    return build_digest_tables(catalog, grammar);
+    return build_digest_tables(catalog);
 }
 
 void expect_found(const PART_DIGESTS& tables, const NAMES_BY_NUMBER& names) {
@@ -61,6 +61,36 @@ TEST(NumberedDigests, LargerNumbersHaveTheirHigherBitsBesideThem) {
     EXPECT_EQ(tables.names.higher.size(), 66000U);
     EXPECT_EQ(tables.denoting.higher.size(), 5U);
     expect_found(tables.table(), names);
+}
+
+TEST(NumberedDigests, NamesLeadToTheFirstPartThatTheyDenote) {
+    CATALOG catalog;
+    catalog.devices.resize(2);
+    catalog.devices[0].programmer_part = "FIN";
+    const auto add = [&catalog](const char* name, const char* package_name, std::size_t device) {
+        CATALOG_PART& part = catalog.parts.emplace_back();
+        part.number = catalog.last_part = static_cast<int>(catalog.parts.size());
+        part.name = name;
+        part.package_name = package_name;
+        part.programming_name = "Finch";
+        part.device = device;
+    };
+    add("Finch1", "Finch1", 0);
+    add("Finch1C6", "Finch1", 0);
+    add("Finch2C6", "Finch2", 1);  // of a device that programmer files do not know
+    add("Finch1C7", "Finch1", 0);
+    add("Finch3C6", "Finch3", 0);
+    add("Finch1C8", "Finch1", 0);
+    add("FinchC6", "Other", 0);
+    const DIGEST_TABLES made = build_digest_tables(catalog);
+    const PART_DIGESTS tables = made.table();
+    EXPECT_EQ(tables.denoting.count, 3U);
+    EXPECT_EQ(denoted_part(tables, digest_of("FINCH")), 1);
+    EXPECT_EQ(denoted_part(tables, digest_of("FINCH1")), 2);  // besides the part that is called so
+    EXPECT_EQ(denoted_part(tables, digest_of("FINCH3")), 5);
+    for (const char* name : {"FINCH2", "OTHER", "FINCH1C6", "Finch1"}) {
+        EXPECT_EQ(denoted_part(tables, digest_of(name)), 0) << name;
+    }
 }
 
 }  // namespace

@@ -51,9 +51,9 @@ void prove(const std::map<std::string, std::vector<std::string>>& table, const c
 
 }  // namespace
 
-INDEX_NUMBERS proven_index(const GRAMMAR& grammar, const DATA_SET& data_set) {
-    const BYTES body = unseal(data_set);
-    const std::string text = std::string(DATA_SET_MAGIC) + std::string(body.begin(), body.end());
+INDEX_NUMBERS proven_index(const GRAMMAR& grammar, const BYTES& body) {
+    std::string text(DATA_SET_MAGIC);
+    text.append(reinterpret_cast<const char*>(body.data()), body.size());
     INDEX_NUMBERS numbers;
     for (const GRAMMAR_PLACES& places : places_of(grammar)) {
         append_table_index(numbers, text.c_str(), places);

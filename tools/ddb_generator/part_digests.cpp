@@ -1,15 +1,17 @@
 #include "part_digests.h"
 
 #include <algorithm>
+#include <array>
 #include <stdexcept>
 #include <string>
 #include <string_view>
 #include <tuple>
 #include <unordered_map>
-#include <unordered_set>
+#include <utility>
 
 #include "sha256.h"
 #include "source_rows.h"
+#include "text_filter.h"
 
 namespace {
 
@@ -20,34 +22,22 @@ NAME_DIGEST digest_of(std::string_view name) {
     return name_digest(sha256(name).data());
 }
 
-/// The names of all part numbers, in upper case; "" for one that the catalog leaves out.
-std::vector<std::string> part_names(const CATALOG& catalog) {
-    std::vector<std::string> names(static_cast<std::size_t>(catalog.last_part));
+/// The parts by number, from 1 on; null: a number that the catalog leaves out.
+using NUMBERED_PARTS = std::vector<const CATALOG_PART*>;
+
+NUMBERED_PARTS parts_by_number(const CATALOG& catalog) {
+    NUMBERED_PARTS parts(static_cast<std::size_t>(catalog.last_part));
     for (const CATALOG_PART& part : catalog.parts) {
         if (part.number != 0) {
-            names[static_cast<std::size_t>(part.number) - 1] = upper_case(part.name);
+            parts[static_cast<std::size_t>(part.number) - 1] = &part;
         }
     }
-    return names;
+    return parts;
 }
 
-/// The keys of a grammar table by entry; of several the first.
-using KEYS = std::unordered_map<std::string_view, std::string_view>;
-
-KEYS keys_by_entry(const GRAMMAR& grammar, GRAMMAR_TABLE_ID table) {
-    KEYS keys;
-    keys.reserve(entry_count(grammar, table));
-    for (const auto& [key, entries] : grammar[table]) {
-        for (const std::string& entry : entries) {
-            keys.try_emplace(entry, key);
-        }
-    }
-    return keys;
-}
-
-std::string_view key_of(const KEYS& keys, std::string_view entry) {
-    const auto found = keys.find(entry);
-    return found != keys.end() ? found->second : "";
+/// In upper case; "" for a number that the catalog leaves out.
+std::string name_of(const CATALOG_PART* part) {
+    return part != nullptr ? upper_case(part->name) : "";
 }
 
 /// The digest of a name, and the part that it is to lead to.
@@ -63,34 +53,93 @@ bool comes_before(const DIGESTED_NAME& left, const DIGESTED_NAME& right) {
            std::tie(right.digest.hash, right.part, right.digest.check);
 }
 
-DIGESTED_NAMES digested_parts(const std::vector<std::string>& parts) {
+bool are_same(const DIGESTED_NAME& left, const DIGESTED_NAME& right) {
+    return left.digest.hash == right.digest.hash && left.digest.check == right.digest.check;
+}
+
+/// Appends the names of all parts to `all_names`, each with a NUL.
+DIGESTED_NAMES digested_parts(const NUMBERED_PARTS& parts, std::string& all_names) {
     DIGESTED_NAMES names;
     names.reserve(parts.size());
-    for (const std::string& part : parts) {
-        names.push_back({digest_of(part), static_cast<int>(names.size()) + 1});
+    for (const CATALOG_PART* part : parts) {
+        const std::string name = name_of(part);
+        names.push_back({digest_of(name), static_cast<int>(names.size()) + 1});
+        all_names += name;
+        all_names += '\0';
     }
     std::sort(names.begin(), names.end(), comes_before);
     return names;
 }
 
+/// The programming names of parts, as the grammar converts them.
+class PROGRAMMING_NAMES {
+public:
+    explicit PROGRAMMING_NAMES(const CATALOG& catalog) {
+        const CATALOG_PART* previous = nullptr;
+        for (const CATALOG_PART& part : catalog.parts) {
+            if (is_converted(catalog, part) && (previous == nullptr || previous->package_name != part.package_name)) {
+                m_names.try_emplace(upper_case(part.package_name), upper_case(part.programming_name));
+                previous = &part;
+            }
+        }
+        std::vector<std::string_view> package_names;
+        for (const auto& [package_name, name] : m_names) {
+            package_names.push_back(package_name);
+        }
+        m_package_names = TEXT_FILTER(package_names);
+    }
+
+    /// Whether the grammar has the names of the part.
+    static bool is_converted(const CATALOG& catalog, const CATALOG_PART& part) {
+        return !catalog.devices[part.device].programmer_part.empty();
+    }
+
+    /// That of a package name, or null. Most names that are asked for are none.
+    const std::string* find(const std::string& package_name) const {
+        if (!m_package_names.may_have(package_name)) {
+            return nullptr;
+        }
+        const auto found = m_names.find(package_name);
+        return found != m_names.end() ? &found->second : nullptr;
+    }
+
+private:
+    std::unordered_map<std::string, std::string> m_names;  ///< by package name
+    TEXT_FILTER m_package_names{{}};
+};
+
 /// Package names and programming names that begin as their parts do, each with the first part that it denotes.
-DIGESTED_NAMES digested_denoting_names(const std::vector<std::string>& parts, const GRAMMAR& grammar) {
-    const KEYS package_names = keys_by_entry(grammar, GRAMMAR_PACKAGE_NAME);
-    const KEYS pgm_names = keys_by_entry(grammar, GRAMMAR_PGM_NAME);
-    std::unordered_set<std::string_view> seen;
+DIGESTED_NAMES digested_denoting_names(const CATALOG& catalog, const NUMBERED_PARTS& parts) {
+    const PROGRAMMING_NAMES programming_names(catalog);
     DIGESTED_NAMES names;
+    std::array<std::string, 2> last;  // parts that follow each other mostly share these names
     for (std::size_t i = 0; i < parts.size(); ++i) {
-        const std::string_view part = parts[i];
-        const std::string_view package_name = key_of(package_names, part);
-        const std::string_view own_pgm_name = key_of(pgm_names, part);
-        const std::string_view pgm_name = own_pgm_name.empty() ? key_of(pgm_names, package_name) : own_pgm_name;
-        for (const std::string_view name : {package_name, pgm_name}) {
-            if (name != part && name.size() >= PREFIX_SIZE &&
-                name.substr(0, PREFIX_SIZE) == part.substr(0, PREFIX_SIZE) && seen.insert(name).second) {
+        if (parts[i] == nullptr) {
+            continue;
+        }
+        const std::string part = name_of(parts[i]);
+        std::array<std::string, 2> found;
+        if (PROGRAMMING_NAMES::is_converted(catalog, *parts[i])) {
+            found = {upper_case(parts[i]->package_name), upper_case(parts[i]->programming_name)};
+        }
+        if (const std::string* own = programming_names.find(part)) {  // whose name is a package name, too
+            found[1] = *own;
+        }
+        for (std::size_t k = 0; k < found.size(); ++k) {
+            const std::string& name = found[k];
+            if (name != last[k] && name != part && name.size() >= PREFIX_SIZE &&
+                name.compare(0, PREFIX_SIZE, part, 0, PREFIX_SIZE) == 0) {
                 names.push_back({digest_of(name), static_cast<int>(i) + 1});
+                last[k] = found[k];
             }
         }
     }
+    // Of those that are the same the first part counts.
+    std::sort(names.begin(), names.end(), [](const DIGESTED_NAME& left, const DIGESTED_NAME& right) {
+        return std::tie(left.digest.hash, left.digest.check, left.part) <
+               std::tie(right.digest.hash, right.digest.check, right.part);
+    });
+    names.erase(std::unique(names.begin(), names.end(), are_same), names.end());
     std::sort(names.begin(), names.end(), comes_before);
     return names;
 }
@@ -111,8 +160,7 @@ HASHED_NUMBERS hashed_numbers(const DIGESTED_NAMES& names, int last_part) {
 void prove(const PART_DIGESTS& tables, const DIGESTED_NAMES& parts, const DIGESTED_NAMES& denoting) {
     const DIGESTED_NAME* previous = nullptr;
     for (const DIGESTED_NAME& name : parts) {
-        const bool repeated = previous != nullptr && previous->digest.hash == name.digest.hash &&
-                              previous->digest.check == name.digest.check;
+        const bool repeated = previous != nullptr && are_same(*previous, name);
         previous = &name;
         if (!repeated && tables.names.find(name.digest.hash, [&](std::size_t place) {
                 return tables.names.part_at(place) == name.part;
@@ -140,19 +188,15 @@ PART_DIGESTS DIGEST_TABLES::table() const {
     return table;
 }
 
-DIGEST_TABLES build_digest_tables(const CATALOG& catalog, const GRAMMAR& grammar) {
-    const std::vector<std::string> parts = part_names(catalog);
-    const DIGESTED_NAMES named = digested_parts(parts);
-    const DIGESTED_NAMES denoting = digested_denoting_names(parts, grammar);
+DIGEST_TABLES build_digest_tables(const CATALOG& catalog) {
+    const NUMBERED_PARTS parts = parts_by_number(catalog);
+    std::string all_names;
+    const DIGESTED_NAMES named = digested_parts(parts, all_names);
+    const DIGESTED_NAMES denoting = digested_denoting_names(catalog, parts);
 
     DIGEST_TABLES tables;
     tables.parts = catalog.last_part;
-    std::string all;
-    for (const std::string& part : parts) {
-        all += part;
-        all += '\0';
-    }
-    tables.all_names = sha256(all);
+    tables.all_names = sha256(all_names);
     tables.names = hashed_numbers(named, catalog.last_part);
     tables.denoting = hashed_numbers(denoting, catalog.last_part);
     for (const DIGESTED_NAME& name : denoting) {

@@ -8,7 +8,6 @@
 #include <vector>
 
 #include "catalog.h"
-#include "grammar.h"
 #include "part_digests_table.h"
 
 /// The numbers of parts by hashes of names.
@@ -30,4 +29,4 @@ struct DIGEST_TABLES {
 };
 
 /// Builds the tables and looks up every name in them; throws std::runtime_error when one is not found.
-DIGEST_TABLES build_digest_tables(const CATALOG& catalog, const GRAMMAR& grammar);
+DIGEST_TABLES build_digest_tables(const CATALOG& catalog);

@@ -8,7 +8,7 @@
 #include "names/on_demand.h"
 #include "names/parts.h"
 #include "names/stores.h"
-#include "names/text_filter.h"
+#include "text_filter.h"
 
 namespace {
 

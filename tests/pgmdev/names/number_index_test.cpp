@@ -5,7 +5,7 @@
 #include <string>
 
 #include "names/number_index.h"
-#include "names/text_filter.h"
+#include "text_filter.h"
 
 // What indexes for parts are made of.
 

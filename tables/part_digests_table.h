@@ -51,15 +51,35 @@ struct HASHED_PARTS {
     /// The first part with that hash for which `fits(place)`; 0: none.
     template <class FITS>
     int find(std::uint64_t hash, FITS fits) const {
-        const HASHED_PART* const end = entries + count;
-        const HASHED_PART* entry = std::lower_bound(entries, end, hashed_part(hash, 0));
-        for (; entry != end && *entry >> HASHED_PART_NUMBER_BITS == hash; ++entry) {
-            if (const auto place = static_cast<std::size_t>(entry - entries); fits(place)) {
+        for (std::size_t place = first_place(hashed_part(hash, 0));
+             place < count && entries[place] >> HASHED_PART_NUMBER_BITS == hash; ++place) {
+            if (fits(place)) {
                 return part_at(place);
             }
         }
         return 0;
     }
+
+private:
+    /// The place of the first entry that is not less. Hashes are spread evenly, so that it is near where it would be if they
+    /// were so exactly: the search begins there, and so mostly stays in a page of memory.
+    std::size_t first_place(HASHED_PART wanted) const {
+        constexpr int HALF = 32;
+        const auto likely = static_cast<std::size_t>((wanted >> HALF) * count >> HALF);
+        std::size_t first = likely;
+        std::size_t last = likely;
+        for (std::size_t step = FIRST_STEP; first > 0 && entries[first - 1] >= wanted; step *= 2) {
+            last = first - 1;
+            first -= std::min(first, step);
+        }
+        for (std::size_t step = FIRST_STEP; last < count && entries[last] < wanted; step *= 2) {
+            first = last + 1;
+            last += std::min(count - last, step);
+        }
+        return static_cast<std::size_t>(std::lower_bound(entries + first, entries + last, wanted) - entries);
+    }
+
+    static constexpr std::size_t FIRST_STEP = 32;
 };
 
 /// Names are in upper case.

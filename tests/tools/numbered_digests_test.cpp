@@ -1,7 +1,10 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <map>
+#include <random>
 #include <string>
+#include <vector>
 
 #include "part_digests.h"
 #include "support/sha256.h"
@@ -90,6 +93,37 @@ TEST(NumberedDigests, NamesLeadToTheFirstPartThatTheyDenote) {
     EXPECT_EQ(denoted_part(tables, digest_of("FINCH3")), 5);
     for (const char* name : {"FINCH2", "OTHER", "FINCH1C6", "Finch1"}) {
         EXPECT_EQ(denoted_part(tables, digest_of(name)), 0) << name;
+    }
+}
+
+TEST(HashedParts, AreFoundHoweverTheirHashesAreSpread) {
+    std::mt19937_64 random(6);  // NOLINT(cert-msc32-c,cert-msc51-cpp): the same every run
+    constexpr std::uint64_t LARGEST = 0xFFFFFFFFFFFF;
+    for (const std::uint64_t spread : {LARGEST, LARGEST >> 20, std::uint64_t{1000}, std::uint64_t{3}}) {
+        for (const std::size_t count : {0U, 1U, 2U, 70U, 500U}) {
+            std::vector<HASHED_PART> entries;
+            std::multimap<std::uint64_t, int> expected;
+            for (std::size_t i = 0; i < count; ++i) {
+                const std::uint64_t hash = i % 9 == 0 ? LARGEST - random() % 50 : random() & spread;
+                entries.push_back(hashed_part(hash, static_cast<int>(i) + 1));
+            }
+            std::sort(entries.begin(), entries.end());
+            const HASHED_PARTS parts{entries.data(), nullptr, static_cast<std::uint32_t>(count)};
+            for (std::size_t i = 0; i < count; ++i) {
+                expected.emplace(entries[i] >> HASHED_PART_NUMBER_BITS, parts.part_at(i));
+            }
+            const auto first = [](std::size_t /*place*/) { return true; };
+            for (const auto& [hash, part] : expected) {
+                EXPECT_EQ(parts.find(hash, first), expected.lower_bound(hash)->second);
+                EXPECT_EQ(parts.find(hash, [&, n = part](std::size_t place) { return parts.part_at(place) == n; }),
+                          part);
+                for (const std::uint64_t other : {hash + 1, hash - 1}) {
+                    EXPECT_EQ(parts.find(other & LARGEST, first) != 0, expected.contains(other & LARGEST)) << other;
+                }
+            }
+            EXPECT_EQ(parts.find(0, first) != 0, expected.contains(0));
+            EXPECT_EQ(parts.find(LARGEST, first) != 0, expected.contains(LARGEST));
+        }
     }
 }
 

@@ -5,6 +5,7 @@
 /// constant data that needs no start-up code.
 
 #include <algorithm>
+#include <cstddef>
 #include <cstdint>
 #include <string_view>
 
@@ -28,19 +29,6 @@ constexpr NAME_DIGEST name_digest(const unsigned char* sha256) {
 }
 
 inline constexpr std::uint32_t SHA256_SIZE = 32;
-
-/// A hash, and in the lowest bits the number of a part.
-using HASHED_PART = std::uint64_t;
-inline constexpr int HASHED_PART_NUMBER_BITS = 16;
-inline constexpr int LARGEST_HASHED_PART = (1 << HASHED_PART_NUMBER_BITS) - 1;
-
-constexpr HASHED_PART hashed_part(std::uint64_t hash, int part) {
-    return hash << HASHED_PART_NUMBER_BITS | static_cast<std::uint64_t>(part);
-}
-
-constexpr int number_of_hashed_part(HASHED_PART entry) {
-    return static_cast<int>(entry & LARGEST_HASHED_PART);
-}
 
 /// A digest of a list of names, in any case. It does not keep anybody from forging one, but no other list has it by chance.
 /// Adding to it takes little more than reading the name.
@@ -72,44 +60,73 @@ private:
     }
 };
 
-/// Names are in upper case. Entries ascend, so that of equal hashes the one of the first part comes first.
+/// A hash, and in the lowest bits those of the number of a part.
+using HASHED_PART = std::uint64_t;
+inline constexpr int HASHED_PART_NUMBER_BITS = 16;
+inline constexpr int LARGEST_HASHED_PART = (1 << HASHED_PART_NUMBER_BITS) - 1;
+
+constexpr HASHED_PART hashed_part(std::uint64_t hash, int part) {
+    return hash << HASHED_PART_NUMBER_BITS | static_cast<std::uint64_t>(part & LARGEST_HASHED_PART);
+}
+
+/// Parts by hashes of names. Hashes ascend; of equal ones the one of the first part comes first.
+struct HASHED_PARTS {
+    const HASHED_PART* entries;
+    /// Beside these, the bits of the numbers that they have no room for; null: there are none.
+    const std::uint16_t* higher;
+    std::uint32_t count;
+
+    int part_at(std::size_t place) const {
+        const int part = static_cast<int>(entries[place] & LARGEST_HASHED_PART);
+        return higher != nullptr ? part | higher[place] << HASHED_PART_NUMBER_BITS : part;
+    }
+
+    /// The first part with that hash for which `fits(place)`; 0: none.
+    template <class FITS>
+    int find(std::uint64_t hash, FITS fits) const {
+        for (std::size_t place = first_place(hashed_part(hash, 0));
+             place < count && entries[place] >> HASHED_PART_NUMBER_BITS == hash; ++place) {
+            if (fits(place)) {
+                return part_at(place);
+            }
+        }
+        return 0;
+    }
+
+private:
+    /// The place of the first entry that is not less. Hashes are spread evenly, so that it is near where it would be if they
+    /// were so exactly: the search begins there, and so mostly stays in a page of memory.
+    std::size_t first_place(HASHED_PART wanted) const {
+        constexpr int HALF = 32;
+        const auto likely = static_cast<std::size_t>((wanted >> HALF) * count >> HALF);
+        std::size_t first = likely;
+        std::size_t last = likely;
+        for (std::size_t step = FIRST_STEP; first > 0 && entries[first - 1] >= wanted; step *= 2) {
+            last = first - 1;
+            first -= std::min(first, step);
+        }
+        for (std::size_t step = FIRST_STEP; last < count && entries[last] < wanted; step *= 2) {
+            first = last + 1;
+            last += std::min(count - last, step);
+        }
+        return static_cast<std::size_t>(std::lower_bound(entries + first, entries + last, wanted) - entries);
+    }
+
+    static constexpr std::size_t FIRST_STEP = 32;
+};
+
+/// Names are in upper case.
 struct PART_DIGESTS {
-    NAME_LIST_DIGEST
-    all_names;  ///< of all part numbers from 1 on: the tables are about parts with these and about no others
+    /// Of all part numbers from 1 on: the tables are about parts with these names and about no others.
+    NAME_LIST_DIGEST all_names;
     int parts;  ///< how many numbers that are
 
-    const HASHED_PART* names;  ///< an entry for every part
-    std::uint32_t name_count;
-
-    const HASHED_PART* denoting;  ///< an entry for every name that denotes a part, though it is not the part's
+    HASHED_PARTS names;           ///< an entry for every part
+    HASHED_PARTS denoting;        ///< an entry for every name that denotes a part, though it is not the part's
     const std::uint64_t* checks;  ///< beside these
-    std::uint32_t denoting_count;
 };
-
-/// The entries with that hash.
-struct HASHED_PARTS {
-    const HASHED_PART* first;
-    const HASHED_PART* last;
-
-    const HASHED_PART* begin() const { return first; }
-    const HASHED_PART* end() const { return last; }
-};
-
-inline HASHED_PARTS parts_with_hash(const HASHED_PART* table, std::uint32_t count, std::uint64_t hash) {
-    const HASHED_PART* const first = std::lower_bound(table, table + count, hashed_part(hash, 0));
-    const HASHED_PART* last = first;
-    while (last != table + count && *last >> HASHED_PART_NUMBER_BITS == hash) {
-        ++last;
-    }
-    return {first, last};
-}
 
 /// The part that is denoted by a name that is not its own; 0: none.
 inline int denoted_part(const PART_DIGESTS& tables, const NAME_DIGEST& digest) {
-    for (const HASHED_PART& entry : parts_with_hash(tables.denoting, tables.denoting_count, digest.hash)) {
-        if (tables.checks[&entry - tables.denoting] == digest.check) {
-            return number_of_hashed_part(entry);
-        }
-    }
-    return 0;
+    return tables.denoting.find(digest.hash, [&](std::size_t place) { return tables.checks[place] == digest.check; });
 }

@@ -57,6 +57,22 @@ DWORD by_tables(const BYTE* data, QWORD count, DWORD crc) {
     return crc;
 }
 
+/// Bytes that are fetched from memory at a time, and how far ahead. The tables keep the processor too busy to look far
+/// enough ahead by itself: without this, data that the nearer caches do not hold takes more than twice as long.
+constexpr std::size_t BLOCK = 256;
+constexpr std::size_t AHEAD = 2048;
+constexpr std::size_t CACHE_LINE = 64;
+
+DWORD by_tables_fetching_ahead(const BYTE* data, QWORD count, DWORD crc) {
+    for (; count >= AHEAD + BLOCK; count -= BLOCK, data += BLOCK) {
+        for (std::size_t place = AHEAD; place < AHEAD + BLOCK; place += CACHE_LINE) {
+            __builtin_prefetch(data + place);
+        }
+        crc = by_tables(data, BLOCK, crc);
+    }
+    return by_tables(data, count, crc);
+}
+
 }  // namespace
 
 DWORD PGM_COMMON::msb_calculate_crc32(const BYTE* data, QWORD first_bit, QWORD bit_count, DWORD initial,
@@ -65,7 +81,7 @@ DWORD PGM_COMMON::msb_calculate_crc32(const BYTE* data, QWORD first_bit, QWORD b
     QWORD bit = first_bit;
     const QWORD end = first_bit + bit_count;
     if (polynomial == COMMON_POLYNOMIAL && msb_first && first_bit % BYTE_BITS == 0) {
-        crc = by_tables(data + first_bit / BYTE_BITS, bit_count / BYTE_BITS, crc);
+        crc = by_tables_fetching_ahead(data + first_bit / BYTE_BITS, bit_count / BYTE_BITS, crc);
         bit = end - bit_count % BYTE_BITS;
     }
     for (; bit < end; ++bit) {

@@ -116,6 +116,7 @@ def unpack(data: bytes, types: Sequence[Type], *, offset: int = 0) -> list[Param
     values: list[Parameter] = []
     position = offset
     for type in types:
+        _require_type(type)
         found = _pgmdev.value_at(data, position, type)
         if found is None:
             raise ValueError(f"there is no whole {type.name} at {position} of {len(data)} bytes")
@@ -129,7 +130,13 @@ def text(type: Type, value: Parameter, *, hexadecimal: bool = False) -> str:
     return _pgmdev.value_text(type, _fitting(type, value), hexadecimal)
 
 
+def _require_type(type: Type) -> None:
+    if not isinstance(type, Type):
+        raise TypeError(f"a params.Type is expected, such as params.Type.BYTE, not {type!r}")
+
+
 def _fitting(type: Type, value: Parameter) -> Parameter:
+    _require_type(type)
     if type is Type.STRING:
         if not isinstance(value, str) or "\0" in value:
             raise ValueError(f"a STRING is a text without zero bytes, not {value!r}")

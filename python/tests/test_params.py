@@ -62,6 +62,17 @@ def test_values_that_do_not_fit(type: Type, value: Any) -> None:
         params.pack([(type, value)])
 
 
+@pytest.mark.parametrize("type", ["BYTE", "byte", 3, None, Block.HPS_SPI, Type])
+def test_types_that_are_none(type: Any) -> None:
+    message = "a params.Type is expected, such as params.Type.BYTE, not "
+    with pytest.raises(TypeError, match=message):
+        params.pack([(type, 7)])
+    with pytest.raises(TypeError, match=message):
+        params.unpack(b"\7", [type])
+    with pytest.raises(TypeError, match=message):
+        params.text(type, 7)
+
+
 def test_the_command_sees_the_same(module_dir: pathlib.Path, command: Command) -> None:
     params.write(Block.SFL_FLASH, params.pack(VALUES[2:]))
     answer = command.ask("--module-dir", str(module_dir), "params", "show", "0", "BYTE", "WORD", "DWORD", "QWORD")

@@ -76,7 +76,9 @@ TEST(GeneratedDigests, AreAboutTheNamesOfAllNumbers) {
 
 TEST(GeneratedDigests, HaveEveryPartByItsHash) {
     const PART_DIGESTS& tables = PGMDDB_PART_DIGESTS;
-    EXPECT_TRUE(std::is_sorted(tables.names, tables.names + tables.name_count));
+    const HASHED_PARTS& names = tables.names;
+    EXPECT_EQ(names.higher, nullptr);
+    EXPECT_TRUE(std::is_sorted(names.entries, names.entries + names.count));
     std::vector<HASHED_PART> expected;
     const auto parts = parts_by_number();
     for (int number = 1; number <= tables.parts; ++number) {
@@ -84,7 +86,7 @@ TEST(GeneratedDigests, HaveEveryPartByItsHash) {
             hashed_part(digest_of(parts.contains(number) ? upper(parts.at(number)->name) : "").hash, number));
     }
     std::sort(expected.begin(), expected.end());
-    EXPECT_EQ(std::vector<HASHED_PART>(tables.names, tables.names + tables.name_count), expected);
+    EXPECT_EQ(std::vector<HASHED_PART>(names.entries, names.entries + names.count), expected);
 }
 
 TEST(GeneratedDigests, HaveTheFirstPartThatANameDenotes) {
@@ -102,7 +104,7 @@ TEST(GeneratedDigests, HaveTheFirstPartThatANameDenotes) {
     }
     const PART_DIGESTS& tables = PGMDDB_PART_DIGESTS;
     EXPECT_GT(expected.size(), 5000U);
-    EXPECT_EQ(tables.denoting_count, expected.size());
+    EXPECT_EQ(tables.denoting.count, expected.size());
     for (const auto& [name, number] : expected) {
         ASSERT_EQ(denoted_part(tables, digest_of(name)), number) << name;
         ASSERT_EQ(denoted_part(tables, digest_of(name + "?")), 0) << name;

@@ -146,6 +146,16 @@ BYTES bytes(const std::string& text) {
     return {text.begin(), text.end()};
 }
 
+template <class OPERATION>
+bool throws(OPERATION operation) {
+    try {
+        operation();
+        return false;
+    } catch (const std::runtime_error&) {
+        return true;
+    }
+}
+
 TEST(DataSets, UseTheCheckSumOfBzip2) {
     const BYTES digits = bytes("123456789");
     EXPECT_EQ(crc32_msb_first(digits.data(), digits.size()), 0xFC891918U);
@@ -162,12 +172,19 @@ TEST(DataSets, WriteTablesWithOneMarkAfterEachLevel) {
         expected += std::string("K\0B\0A\0\0\0", 8);
     }
     EXPECT_EQ(encode_grammar(grammar), bytes(expected));
-    EXPECT_EQ(decode_grammar(bytes(expected)), grammar);
+    EXPECT_NO_THROW(prove_grammar(bytes(expected), grammar));
     for (std::size_t length = 0; length < expected.size(); ++length) {
-        EXPECT_THROW(decode_grammar(bytes(expected.substr(0, length))), std::runtime_error) << length;
+        EXPECT_THROW(prove_grammar(bytes(expected.substr(0, length)), grammar), std::runtime_error) << length;
+        for (const char other : {'\0', 'K', 'C'}) {
+            std::string changed = expected;
+            changed[length] = other;
+            EXPECT_EQ(changed == expected, !throws([&] { prove_grammar(bytes(changed), grammar); })) << length;
+        }
     }
-    EXPECT_THROW(decode_grammar(bytes(expected + "X")), std::runtime_error);
-    EXPECT_THROW(decode_grammar(bytes(std::string("K\0A\0\0K\0A\0\0\0", 11) + expected)), std::runtime_error);
+    EXPECT_THROW(prove_grammar(bytes(expected + "X"), grammar), std::runtime_error);
+    EXPECT_THROW(prove_grammar(bytes(std::string("K\0A\0\0K\0A\0\0\0", 11) + expected), grammar), std::runtime_error);
+    grammar[7].clear();
+    EXPECT_THROW(prove_grammar(encode_grammar(grammar), grammar), std::runtime_error) << "no format for an empty table";
 }
 
 TEST(DataSets, WritePartNumbersInGroupsOfSevenBits) {

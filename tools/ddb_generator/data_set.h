@@ -38,6 +38,10 @@ DATA_SET seal(const BYTES& body);
 /// Unpacks a data set and checks what encloses its body; throws std::runtime_error when it is not as it must be.
 BYTES unseal(const DATA_SET& data_set);
 
-/// The inverses of the encoders; they throw std::runtime_error for what the encoders do not write.
-GRAMMAR decode_grammar(const BYTES& body);
+// The inverses of the encoders; they throw std::runtime_error for what the encoders do not write. The grammar is compared text
+// by text: a second one would take as much memory as the first, and longer than all the comparing.
+
+/// Throws std::runtime_error unless the body has that grammar, and nothing else.
+void prove_grammar(const BYTES& body, const GRAMMAR& grammar);
+
 std::vector<std::uint32_t> decode_ordering_codes(const BYTES& body);

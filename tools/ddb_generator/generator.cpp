@@ -73,14 +73,6 @@ std::vector<std::uint32_t> ordering_codes(const CATALOG& catalog) {
     return parts;
 }
 
-DATA_SET proven_grammar(const GRAMMAR& grammar) {
-    DATA_SET data = seal(encode_grammar(grammar));
-    if (decode_grammar(unseal(data)) != grammar) {
-        throw std::runtime_error("the output does not read back: the grammar differs");
-    }
-    return data;
-}
-
 DATA_SET proven_ordering_codes(const std::vector<std::uint32_t>& parts) {
     DATA_SET data = seal(encode_ordering_codes(parts));
     if (decode_ordering_codes(unseal(data)) != parts) {
@@ -103,27 +95,37 @@ void print_summary(const CATALOG& catalog, const GRAMMAR& grammar, std::ostream&
     output << '\n';
 }
 
-/// What is made of a catalog without fault.
+/// What is made of a catalog without fault, and proven.
 struct CATALOG_PRODUCTS {
     CATALOG catalog;
     GRAMMAR grammar;
-    std::string data;
-    std::string host;
+    DATA_SET packed_grammar;
+    INDEXED_GRAMMAR indexed_grammar;
+    std::vector<std::uint32_t> ordering_codes;
+    DATA_SET packed_ordering_codes;
+    DIGEST_TABLES digests;
+    HOST_TABLES host;
 };
 
 /// Nothing when the catalog has faults.
 std::optional<CATALOG_PRODUCTS> make_products(const fs::path& directory, FAULTS& faults) {
-    CATALOG catalog = read_catalog(directory, faults);
-    GRAMMAR grammar = faults.empty() ? build_grammar(catalog, directory, faults) : GRAMMAR();
+    CATALOG_PRODUCTS made;
+    made.catalog = read_catalog(directory, faults);
+    if (faults.empty()) {
+        made.grammar = build_grammar(made.catalog, directory, faults);
+    }
     if (!faults.empty()) {
         return std::nullopt;
     }
-    const DATA_SET packed = proven_grammar(grammar);
-    const std::vector<std::uint32_t> numbers = ordering_codes(catalog);
-    std::string data = data_source(packed, proven_index(grammar, packed), proven_ordering_codes(numbers), numbers,
-                                   build_digest_tables(catalog, grammar));
-    std::string host = host_source(build_host_tables(catalog));
-    return CATALOG_PRODUCTS{std::move(catalog), std::move(grammar), std::move(data), std::move(host)};
+    made.packed_grammar = seal(encode_grammar(made.grammar));
+    const BYTES body = unseal(made.packed_grammar);
+    prove_grammar(body, made.grammar);
+    made.indexed_grammar = proven_index(made.grammar, body);
+    made.ordering_codes = ordering_codes(made.catalog);
+    made.packed_ordering_codes = proven_ordering_codes(made.ordering_codes);
+    made.digests = build_digest_tables(made.catalog);
+    made.host = build_host_tables(made.catalog);
+    return made;
 }
 
 using ARGUMENTS = std::vector<std::string>;
@@ -147,8 +149,9 @@ void check_catalog_against(const ARGUMENTS& arguments, FAULTS& faults, std::ostr
 
 void generate_catalog(const ARGUMENTS& arguments, FAULTS& faults, std::ostream& /*output*/) {
     if (const auto made = make_products(arguments[0], faults)) {
-        write_file(arguments[1], made->data);
-        write_file(arguments[2], made->host);
+        write_file(arguments[1], data_source(made->packed_grammar, made->indexed_grammar, made->packed_ordering_codes,
+                                             made->ordering_codes, made->digests));
+        write_file(arguments[2], host_source(made->host));
         write_file(arguments[3], part_list(made->catalog));
     }
 }

@@ -25,6 +25,10 @@ public:
     /// Puts the entry under the key. That it is there already is fine, under another key not: nobody could tell which
     /// one a reverse lookup should find.
     void add(GRAMMAR_TABLE_ID table, const std::string& key, const std::string& entry, const SOURCE_PLACE& place) {
+        LATEST& latest = m_latest[table];
+        if (key == latest.key && entry == latest.entry) {
+            return;  // as with most parts: they share their names with the one before
+        }
         const std::string upper_key = upper_case(key);
         const std::string upper_entry = upper_case(entry);
         const auto [owner, added] = m_owners[table].try_emplace(upper_entry, OWNER{upper_key, place});
@@ -34,7 +38,19 @@ public:
             m_faults.add(place, std::string(WORDS[table].entry) + " \"" + upper_entry + "\" belongs to " +
                                     WORDS[table].key + " \"" + upper_key + "\" here, but to \"" + owner->second.key +
                                     "\" at " + text_of(owner->second.place));
+            return;
         }
+        latest = {key, entry};
+    }
+
+    /// The same for an entry that is there only once.
+    void add_only(GRAMMAR_TABLE_ID table, const std::string& key, const std::string& entry) {
+        LATEST& latest = m_latest[table];
+        if (latest.entries == nullptr || key != latest.key) {
+            latest.key = key;
+            latest.entries = &m_grammar[table][upper_case(key)];
+        }
+        latest.entries->push_back(upper_case(entry));
     }
 
     GRAMMAR take() { return std::move(m_grammar); }
@@ -45,8 +61,16 @@ private:
         SOURCE_PLACE place;
     };
 
+    /// What has been added last.
+    struct LATEST {
+        std::string key;
+        std::string entry;
+        std::vector<std::string>* entries = nullptr;
+    };
+
     FAULTS& m_faults;
     GRAMMAR m_grammar;
+    std::array<LATEST, GRAMMAR_TABLE_COUNT> m_latest;
     std::array<std::map<std::string, OWNER>, GRAMMAR_TABLE_COUNT> m_owners;
 };
 
@@ -74,7 +98,7 @@ GRAMMAR build_grammar(const CATALOG& catalog, const std::filesystem::path& direc
             continue;
         }
         const CATALOG_FAMILY& family = catalog.families[device.family];
-        builder.add(GRAMMAR_PACKAGE_NAME, part.package_name, part.name, part.place);
+        builder.add_only(GRAMMAR_PACKAGE_NAME, part.package_name, part.name);
         builder.add(GRAMMAR_PGM_NAME, part.programming_name, part.package_name, part.place);
         builder.add(GRAMMAR_PGM_PART_PCF, device.programmer_part, part.programming_name, part.place);
         builder.add(GRAMMAR_PGM_FAMILY_PCF, family.programmer_family, part.programming_name, part.place);

@@ -2,23 +2,24 @@
 
 #include <algorithm>
 #include <bit>
-#include <map>
 #include <stdexcept>
+#include <string_view>
+#include <unordered_map>
 
 #include "dstr.h"
 
 namespace {
 
-constexpr const char* GENERIC_NAME = "Generic";
+constexpr std::string_view GENERIC_NAME = "Generic";
 
 class TABLES_BUILDER {
 public:
     TABLES_BUILDER() { m_tables.rows.emplace_back(); }  // address 0 is the empty text
 
-    /// The address of a text, which is added unless it is there already.
-    std::uint32_t address_of(const std::string& text) {
-        const auto [known, added] = m_addresses.try_emplace(text, m_next);
-        if (!added) {
+    /// The address of a text, which is added unless it is there already. It is only found again if it is remembered; then it
+    /// must live as long as this.
+    std::uint32_t address_of(std::string_view text, bool remembered = true) {
+        if (const auto known = m_addresses.find(text); known != m_addresses.end()) {
             return known->second;
         }
         if (m_next % NAME_ROW_SIZE + text.size() + 1 > NAME_ROW_SIZE) {
@@ -28,32 +29,35 @@ public:
             m_tables.rows.emplace_back();
         }
         std::copy(text.begin(), text.end(), &m_tables.rows.back()[m_next % NAME_ROW_SIZE]);
-        known->second = m_next;
+        const std::uint32_t address = m_next;
         m_next += static_cast<std::uint32_t>(text.size()) + 1;
-        return known->second;
+        if (remembered) {
+            m_addresses.emplace(text, address);
+        }
+        return address;
     }
 
-    /// Names by number, and further names with the numbers that they stand for.
-    NUMBERED_NAMES names(const std::vector<std::string>& by_number, const std::vector<CATALOG_ALIAS>& aliases,
-                         const std::vector<CATALOG_PART>& parts) {
+    /// Names by number.
+    NUMBERED_NAMES names(const std::vector<std::string_view>& by_number) {
         NUMBERED_NAMES names;
-        std::vector<std::string> texts = by_number;
-        for (const CATALOG_ALIAS& alias : aliases) {
-            texts.push_back(alias.name);
-            names.aliases.push_back(static_cast<std::uint32_t>(parts[alias.part].number));
+        names.slots.resize(std::bit_ceil(2 * by_number.size()));
+        for (const std::string_view name : by_number) {
+            add(names, name, true);
         }
-        names.slots.resize(std::bit_ceil(2 * texts.size()));
-        const std::size_t mask = names.slots.size() - 1;
-        for (const std::string& text : texts) {
-            const std::size_t position = names.addresses.size();
-            names.addresses.push_back(text.empty() ? 0 : address_of(text));
-            if (!text.empty()) {
-                std::size_t slot = name_hash(text) & mask;
-                while (names.slots[slot] != 0) {
-                    slot = (slot + 1) & mask;
-                }
-                names.slots[slot] = static_cast<std::uint32_t>(position);
-            }
+        return names;
+    }
+
+    /// Names of parts, and further ones with the numbers that they stand for. None is another's, and there are too many to
+    /// remember them for what else they might be.
+    NUMBERED_NAMES part_names(const std::vector<std::string_view>& by_number, const CATALOG& catalog) {
+        NUMBERED_NAMES names;
+        names.slots.resize(std::bit_ceil(2 * (by_number.size() + catalog.aliases.size())));
+        for (const std::string_view name : by_number) {
+            add(names, name, false);
+        }
+        for (const CATALOG_ALIAS& alias : catalog.aliases) {
+            add(names, alias.name, false);
+            names.aliases.push_back(static_cast<std::uint32_t>(catalog.parts[alias.part].number));
         }
         return names;
     }
@@ -61,15 +65,29 @@ public:
     HOST_TABLES& tables() { return m_tables; }
 
 private:
+    /// A name under the next number.
+    void add(NUMBERED_NAMES& names, std::string_view name, bool remembered) {
+        const auto number = static_cast<std::uint32_t>(names.addresses.size());
+        names.addresses.push_back(name.empty() ? 0 : address_of(name, remembered));
+        if (!name.empty()) {
+            const std::size_t mask = names.slots.size() - 1;
+            std::size_t slot = name_hash(name) & mask;
+            while (names.slots[slot] != 0) {
+                slot = (slot + 1) & mask;
+            }
+            names.slots[slot] = number;
+        }
+    }
+
     HOST_TABLES m_tables;
-    std::map<std::string, std::uint32_t> m_addresses;
+    std::unordered_map<std::string_view, std::uint32_t> m_addresses;
     std::uint32_t m_next = 1;
 };
 
 /// Fills names of numbered things into a list that ends with the generic one.
 template <typename THINGS>
-std::vector<std::string> names_by_number(const THINGS& things, int generic) {
-    std::vector<std::string> names(static_cast<std::size_t>(generic) + 1);
+std::vector<std::string_view> names_by_number(const THINGS& things, int generic) {
+    std::vector<std::string_view> names(static_cast<std::size_t>(generic) + 1);
     for (const auto& thing : things) {
         if (thing.number != 0) {
             names[static_cast<std::size_t>(thing.number)] = thing.name;
@@ -117,13 +135,13 @@ std::vector<PART_SPAN> device_parts(const std::vector<PART_FACTS>& facts) {
 }
 
 /// Looks up every name by number and every number by name, as the libraries will.
-void prove(const HOST_TABLES& tables, const NUMBERED_NAMES& names, const std::vector<std::string>& expected) {
+void prove(const HOST_TABLES& tables, const NUMBERED_NAMES& names, const std::vector<std::string_view>& expected) {
     const NAME_POOL pool = tables.pool();
     const NAME_TABLE table = names.table();
     for (std::size_t number = 0; number < expected.size(); ++number) {
         if (name_of(pool, table, static_cast<int>(number)) != expected[number] ||
             (!expected[number].empty() && number_of(pool, table, expected[number]) != static_cast<int>(number))) {
-            throw std::runtime_error("the output does not read back: name \"" + expected[number] + "\"");
+            throw std::runtime_error("the output does not read back: name \"" + std::string(expected[number]) + "\"");
         }
     }
 }
@@ -141,15 +159,15 @@ NAME_POOL HOST_TABLES::pool() const {
 }
 
 HOST_TABLES build_host_tables(const CATALOG& catalog) {
-    const std::vector<std::string> families = names_by_number(catalog.families, DEV_FAMILY_GENERIC);
-    const std::vector<std::string> devices = names_by_number(catalog.devices, DEV_DEVICE_GENERIC);
-    const std::vector<std::string> parts = names_by_number(catalog.parts, catalog.last_part + 1);
+    const std::vector<std::string_view> families = names_by_number(catalog.families, DEV_FAMILY_GENERIC);
+    const std::vector<std::string_view> devices = names_by_number(catalog.devices, DEV_DEVICE_GENERIC);
+    const std::vector<std::string_view> parts = names_by_number(catalog.parts, catalog.last_part + 1);
 
     TABLES_BUILDER builder;
     HOST_TABLES& tables = builder.tables();
-    tables.families = builder.names(families, {}, {});
-    tables.devices = builder.names(devices, {}, {});
-    tables.parts = builder.names(parts, catalog.aliases, catalog.parts);
+    tables.families = builder.names(families);
+    tables.devices = builder.names(devices);
+    tables.parts = builder.part_names(parts, catalog);
     tables.device_families = device_families(catalog);
     tables.part_facts = part_facts(catalog);
     tables.device_parts = device_parts(tables.part_facts);

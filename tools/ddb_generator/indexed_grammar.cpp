@@ -1,6 +1,7 @@
 #include "indexed_grammar.h"
 
 #include <stdexcept>
+#include <utility>
 
 namespace {
 
@@ -51,9 +52,9 @@ void prove(const std::map<std::string, std::vector<std::string>>& table, const c
 
 }  // namespace
 
-INDEXED_GRAMMAR proven_index(const GRAMMAR& grammar, const DATA_SET& data_set) {
-    const BYTES body = unseal(data_set);
-    const std::string text = std::string(DATA_SET_MAGIC) + std::string(body.begin(), body.end());
+INDEXED_GRAMMAR proven_index(const GRAMMAR& grammar, const BYTES& body) {
+    std::string text(DATA_SET_MAGIC);
+    text.append(reinterpret_cast<const char*>(body.data()), body.size());
     INDEX_NUMBERS numbers;
     for (const GRAMMAR_PLACES& places : places_of(grammar)) {
         append_table_index(numbers, text.c_str(), places);
@@ -63,5 +64,5 @@ INDEXED_GRAMMAR proven_index(const GRAMMAR& grammar, const DATA_SET& data_set) {
         prove(table, text.c_str(), next_table_index(rest));
     }
     require(rest.empty());
-    return {text, numbers};
+    return {std::move(text), std::move(numbers)};
 }

@@ -13,6 +13,6 @@ struct INDEXED_GRAMMAR {
     INDEX_NUMBERS index;
 };
 
-/// The index of a grammar that is packed in `data_set`. Every key and every entry has been found by it, with what belongs
-/// to it; otherwise it throws std::runtime_error.
-INDEXED_GRAMMAR proven_index(const GRAMMAR& grammar, const DATA_SET& data_set);
+/// The index of a grammar that has that body. Every key and every entry has been found by it, with what belongs to it;
+/// otherwise it throws std::runtime_error.
+INDEXED_GRAMMAR proven_index(const GRAMMAR& grammar, const BYTES& body);

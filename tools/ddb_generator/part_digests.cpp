@@ -1,14 +1,17 @@
 #include "part_digests.h"
 
 #include <algorithm>
-#include <map>
+#include <array>
 #include <stdexcept>
 #include <string>
 #include <string_view>
+#include <tuple>
+#include <unordered_map>
 #include <utility>
 
 #include "sha256.h"
 #include "source_rows.h"
+#include "text_filter.h"
 
 namespace {
 
@@ -19,113 +22,180 @@ NAME_DIGEST digest_of(std::string_view name) {
     return name_digest(sha256(name).data());
 }
 
-/// The names of all part numbers, in upper case; "" for one that the catalog leaves out.
-std::vector<std::string> part_names(const CATALOG& catalog) {
-    std::vector<std::string> names(static_cast<std::size_t>(catalog.last_part));
+/// The parts by number, from 1 on; null: a number that the catalog leaves out.
+using NUMBERED_PARTS = std::vector<const CATALOG_PART*>;
+
+NUMBERED_PARTS parts_by_number(const CATALOG& catalog) {
+    NUMBERED_PARTS parts(static_cast<std::size_t>(catalog.last_part));
     for (const CATALOG_PART& part : catalog.parts) {
         if (part.number != 0) {
-            names[static_cast<std::size_t>(part.number) - 1] = upper_case(part.name);
+            parts[static_cast<std::size_t>(part.number) - 1] = &part;
         }
     }
+    return parts;
+}
+
+/// In upper case; "" for a number that the catalog leaves out.
+std::string name_of(const CATALOG_PART* part) {
+    return part != nullptr ? upper_case(part->name) : "";
+}
+
+/// The digest of a name, and the part that it is to lead to.
+struct DIGESTED_NAME {
+    NAME_DIGEST digest;
+    int part;
+};
+
+using DIGESTED_NAMES = std::vector<DIGESTED_NAME>;
+
+bool comes_before(const DIGESTED_NAME& left, const DIGESTED_NAME& right) {
+    return std::tie(left.digest.hash, left.part, left.digest.check) <
+           std::tie(right.digest.hash, right.part, right.digest.check);
+}
+
+bool are_same(const DIGESTED_NAME& left, const DIGESTED_NAME& right) {
+    return left.digest.hash == right.digest.hash && left.digest.check == right.digest.check;
+}
+
+/// Adds the names of all parts to `all_names`, too.
+DIGESTED_NAMES digested_parts(const NUMBERED_PARTS& parts, NAME_LIST_DIGEST& all_names) {
+    DIGESTED_NAMES names;
+    names.reserve(parts.size());
+    for (const CATALOG_PART* part : parts) {
+        const std::string name = name_of(part);
+        names.push_back({digest_of(name), static_cast<int>(names.size()) + 1});
+        all_names.add(name);
+    }
+    std::sort(names.begin(), names.end(), comes_before);
     return names;
 }
 
-/// The keys of a grammar table by entry; of several the first.
-using KEYS = std::map<std::string, std::string, std::less<>>;
-
-KEYS keys_by_entry(const GRAMMAR& grammar, GRAMMAR_TABLE_ID table) {
-    KEYS keys;
-    for (const auto& [key, entries] : grammar[table]) {
-        for (const std::string& entry : entries) {
-            keys.try_emplace(entry, key);
+/// The programming names of parts, as the grammar converts them.
+class PROGRAMMING_NAMES {
+public:
+    explicit PROGRAMMING_NAMES(const CATALOG& catalog) {
+        const CATALOG_PART* previous = nullptr;
+        for (const CATALOG_PART& part : catalog.parts) {
+            if (is_converted(catalog, part) && (previous == nullptr || previous->package_name != part.package_name)) {
+                m_names.try_emplace(upper_case(part.package_name), upper_case(part.programming_name));
+                previous = &part;
+            }
         }
+        std::vector<std::string_view> package_names;
+        for (const auto& [package_name, name] : m_names) {
+            package_names.push_back(package_name);
+        }
+        m_package_names = TEXT_FILTER(package_names);
     }
-    return keys;
-}
 
-std::string key_of(const KEYS& keys, const std::string& entry) {
-    const auto found = keys.find(entry);
-    return found != keys.end() ? found->second : "";
-}
+    /// Whether the grammar has the names of the part.
+    static bool is_converted(const CATALOG& catalog, const CATALOG_PART& part) {
+        return !catalog.devices[part.device].programmer_part.empty();
+    }
 
-/// The first part that is denoted, by name: the package names and programming names that begin as their parts do.
-std::map<std::string, int> denoting_names(const std::vector<std::string>& parts, const GRAMMAR& grammar) {
-    const KEYS package_names = keys_by_entry(grammar, GRAMMAR_PACKAGE_NAME);
-    const KEYS pgm_names = keys_by_entry(grammar, GRAMMAR_PGM_NAME);
-    std::map<std::string, int> first;
+    /// That of a package name, or null. Most names that are asked for are none.
+    const std::string* find(const std::string& package_name) const {
+        if (!m_package_names.may_have(package_name)) {
+            return nullptr;
+        }
+        const auto found = m_names.find(package_name);
+        return found != m_names.end() ? &found->second : nullptr;
+    }
+
+private:
+    std::unordered_map<std::string, std::string> m_names;  ///< by package name
+    TEXT_FILTER m_package_names{{}};
+};
+
+/// Package names and programming names that begin as their parts do, each with the first part that it denotes.
+DIGESTED_NAMES digested_denoting_names(const CATALOG& catalog, const NUMBERED_PARTS& parts) {
+    const PROGRAMMING_NAMES programming_names(catalog);
+    DIGESTED_NAMES names;
+    std::array<std::string, 2> last;  // parts that follow each other mostly share these names
     for (std::size_t i = 0; i < parts.size(); ++i) {
-        const std::string& part = parts[i];
-        const std::string package_name = key_of(package_names, part);
-        const std::string own_pgm_name = key_of(pgm_names, part);
-        const std::string pgm_name = own_pgm_name.empty() ? key_of(pgm_names, package_name) : own_pgm_name;
-        for (const std::string& name : {package_name, pgm_name}) {
-            if (name != part && name.size() >= PREFIX_SIZE && name.compare(0, PREFIX_SIZE, part, 0, PREFIX_SIZE) == 0) {
-                first.try_emplace(name, static_cast<int>(i) + 1);
+        if (parts[i] == nullptr) {
+            continue;
+        }
+        const std::string part = name_of(parts[i]);
+        std::array<std::string, 2> found;
+        if (PROGRAMMING_NAMES::is_converted(catalog, *parts[i])) {
+            found = {upper_case(parts[i]->package_name), upper_case(parts[i]->programming_name)};
+        }
+        if (const std::string* own = programming_names.find(part)) {  // whose name is a package name, too
+            found[1] = *own;
+        }
+        for (std::size_t k = 0; k < found.size(); ++k) {
+            const std::string& name = found[k];
+            if (name != last[k] && name != part && name.size() >= PREFIX_SIZE &&
+                name.compare(0, PREFIX_SIZE, part, 0, PREFIX_SIZE) == 0) {
+                names.push_back({digest_of(name), static_cast<int>(i) + 1});
+                last[k] = found[k];
             }
         }
     }
-    return first;
+    // Of those that are the same the first part counts.
+    std::sort(names.begin(), names.end(), [](const DIGESTED_NAME& left, const DIGESTED_NAME& right) {
+        return std::tie(left.digest.hash, left.digest.check, left.part) <
+               std::tie(right.digest.hash, right.digest.check, right.part);
+    });
+    names.erase(std::unique(names.begin(), names.end(), are_same), names.end());
+    std::sort(names.begin(), names.end(), comes_before);
+    return names;
 }
 
-/// Asks for every name, as the library will.
-void prove(const DIGEST_TABLES& tables, const std::vector<std::string>& parts,
-           const std::map<std::string, int>& denoting) {
-    const PART_DIGESTS table = tables.table();
-    std::map<std::string, int> first;
-    for (std::size_t i = 0; i < parts.size(); ++i) {
-        first.try_emplace(parts[i], static_cast<int>(i) + 1);
-    }
-    for (const auto& [name, number] : first) {
-        const auto found = parts_with_hash(table.names, table.name_count, digest_of(name).hash);
-        if (std::none_of(found.begin(), found.end(),
-                         [&, n = number](HASHED_PART entry) { return number_of_hashed_part(entry) == n; })) {
-            throw std::runtime_error("the output does not read back: digest of part \"" + name + "\"");
+HASHED_NUMBERS hashed_numbers(const DIGESTED_NAMES& names, int last_part) {
+    HASHED_NUMBERS numbers;
+    for (const auto& [digest, part] : names) {
+        numbers.entries.push_back(hashed_part(digest.hash, part));
+        if (last_part > LARGEST_HASHED_PART) {
+            numbers.higher.push_back(static_cast<std::uint16_t>(part >> HASHED_PART_NUMBER_BITS));
         }
     }
-    for (const auto& [name, number] : denoting) {
-        if (denoted_part(table, digest_of(name)) != number) {
-            throw std::runtime_error("the output does not read back: digest of \"" + name + "\"");
+    return numbers;
+}
+
+/// Asks for every name, as the library will. Numbers that the catalog leaves out share a name, under which only the first
+/// is asked for.
+void prove(const PART_DIGESTS& tables, const DIGESTED_NAMES& parts, const DIGESTED_NAMES& denoting) {
+    const DIGESTED_NAME* previous = nullptr;
+    for (const DIGESTED_NAME& name : parts) {
+        const bool repeated = previous != nullptr && are_same(*previous, name);
+        previous = &name;
+        if (!repeated && tables.names.find(name.digest.hash, [&](std::size_t place) {
+                return tables.names.part_at(place) == name.part;
+            }) != name.part) {
+            throw std::runtime_error("the output does not read back: digest of part " + std::to_string(name.part));
+        }
+    }
+    for (const DIGESTED_NAME& name : denoting) {
+        if (denoted_part(tables, name.digest) != name.part) {
+            throw std::runtime_error("the output does not read back: digest of a name of part " +
+                                     std::to_string(name.part));
         }
     }
 }
 
 }  // namespace
 
-PART_DIGESTS DIGEST_TABLES::table() const {
-    return {all_names,
-            parts,
-            names.data(),
-            static_cast<std::uint32_t>(names.size()),
-            denoting.data(),
-            checks.data(),
-            static_cast<std::uint32_t>(denoting.size())};
+HASHED_PARTS HASHED_NUMBERS::table() const {
+    return {entries.data(), higher.empty() ? nullptr : higher.data(), static_cast<std::uint32_t>(entries.size())};
 }
 
-DIGEST_TABLES build_digest_tables(const CATALOG& catalog, const GRAMMAR& grammar) {
-    if (catalog.last_part > LARGEST_HASHED_PART) {
-        return {};
-    }
-    const std::vector<std::string> parts = part_names(catalog);
-    const std::map<std::string, int> denoting = denoting_names(parts, grammar);
+PART_DIGESTS DIGEST_TABLES::table() const {
+    return {all_names, parts, names.table(), denoting.table(), checks.data()};
+}
 
+DIGEST_TABLES build_digest_tables(const CATALOG& catalog) {
+    const NUMBERED_PARTS parts = parts_by_number(catalog);
     DIGEST_TABLES tables;
+    const DIGESTED_NAMES named = digested_parts(parts, tables.all_names);
+    const DIGESTED_NAMES denoting = digested_denoting_names(catalog, parts);
     tables.parts = catalog.last_part;
-    for (const std::string& part : parts) {
-        tables.all_names.add(part);
-        tables.names.push_back(hashed_part(digest_of(part).hash, static_cast<int>(tables.names.size()) + 1));
+    tables.names = hashed_numbers(named, catalog.last_part);
+    tables.denoting = hashed_numbers(denoting, catalog.last_part);
+    for (const DIGESTED_NAME& name : denoting) {
+        tables.checks.push_back(name.digest.check);
     }
-    std::sort(tables.names.begin(), tables.names.end());
-
-    std::vector<std::pair<HASHED_PART, std::uint64_t>> checked;
-    for (const auto& [name, number] : denoting) {
-        const NAME_DIGEST digest = digest_of(name);
-        checked.emplace_back(hashed_part(digest.hash, number), digest.check);
-    }
-    std::sort(checked.begin(), checked.end());
-    for (const auto& [entry, check] : checked) {
-        tables.denoting.push_back(entry);
-        tables.checks.push_back(check);
-    }
-    prove(tables, parts, denoting);
+    prove(tables.table(), named, denoting);
     return tables;
 }

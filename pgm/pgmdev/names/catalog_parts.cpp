@@ -37,26 +37,20 @@ HOST_PARTS find_out_host_parts() {
     return all_names == PGMDDB_PART_DIGESTS.all_names ? HOST_PARTS::OF_CATALOG : HOST_PARTS::OTHERS;
 }
 
-HASHED_PARTS catalog_parts_with_hash(QWORD hash) {
-    return parts_with_hash(PGMDDB_PART_DIGESTS.names, PGMDDB_PART_DIGESTS.name_count, hash);
-}
-
 /// The first part with that name in upper case; 0: none.
 int catalog_part_named(const std::string& name, QWORD hash) {
-    for (const HASHED_PART entry : catalog_parts_with_hash(hash)) {
-        if (const int part = number_of_hashed_part(entry); upper_part_name(part) == name) {
-            return part;
-        }
-    }
-    return 0;
+    const HASHED_PARTS& names = PGMDDB_PART_DIGESTS.names;
+    return names.find(hash, [&](std::size_t place) { return upper_part_name(names.part_at(place)) == name; });
 }
 
 void add_parts_named(std::vector<int>& parts, const std::string& name) {
-    for (const HASHED_PART entry : catalog_parts_with_hash(part_name_hash(name))) {
-        if (const int part = number_of_hashed_part(entry); upper_part_name(part) == name) {
+    const HASHED_PARTS& names = PGMDDB_PART_DIGESTS.names;
+    names.find(part_name_hash(name), [&](std::size_t place) {
+        if (const int part = names.part_at(place); upper_part_name(part) == name) {
             parts.push_back(part);
         }
-    }
+        return false;  // all of them
+    });
 }
 
 }  // namespace
@@ -71,8 +65,7 @@ bool host_has_catalog_parts() {
 }
 
 int catalog_part_by_hash(QWORD hash) {
-    const HASHED_PARTS found = catalog_parts_with_hash(hash);
-    return found.begin() != found.end() ? number_of_hashed_part(*found.begin()) : 0;
+    return PGMDDB_PART_DIGESTS.names.find(hash, [](std::size_t /*place*/) { return true; });
 }
 
 std::optional<std::string> catalog_part_denoted(const std::string& name) {

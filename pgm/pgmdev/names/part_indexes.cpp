@@ -8,6 +8,7 @@
 #include "names/on_demand.h"
 #include "names/parts.h"
 #include "names/stores.h"
+#include "text_filter.h"
 
 namespace {
 
@@ -34,8 +35,19 @@ std::string normal(std::string name) {
     return name;
 }
 
+/// All entries of a table.
+std::vector<std::string_view> all_entries_of(const GRAMMAR_STORE* grammar, TABLE table) {
+    std::vector<std::string_view> all;
+    for (const std::string_view key : keys_of(grammar, table)) {
+        const std::vector<std::string_view> entries = entries_of(grammar, table, key);
+        all.insert(all.end(), entries.begin(), entries.end());
+    }
+    return all;
+}
+
 std::unique_ptr<PART_NAME_INDEX> index_programmer_file_names(const GRAMMAR_STORE* grammar) {
     auto index = std::make_unique<PART_NAME_INDEX>();
+    const TEXT_FILTER converted(all_entries_of(grammar, TABLE::PGM_PART_PCF));  // few parts are called as these
     std::vector<bool> seen;  // most parts pass the filters of several passes
     DEV_PART_MANAGER manager;
     for_each_preferred_part(manager, "ANY", [&](int part) {
@@ -46,7 +58,8 @@ std::unique_ptr<PART_NAME_INDEX> index_programmer_file_names(const GRAMMAR_STORE
         }
         seen[place] = true;
         std::string name = normal(dstr_get_user_string(part));
-        const std::string_view part_pcf = key_of(grammar, TABLE::PGM_PART_PCF, name);
+        const std::string_view part_pcf =
+            converted.may_have(name) ? key_of(grammar, TABLE::PGM_PART_PCF, name) : std::string_view("");
         if (!index->has(part_pcf)) {
             index->add(part_pcf, index->keep(std::move(name)));
         }

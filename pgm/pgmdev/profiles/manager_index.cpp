@@ -26,6 +26,21 @@ void notify_missing_family(DEV_FAMILY_ENUM family) {
     }
 }
 
+/// For each device the programmer file of its first entry in the part list; null: it has none there. The list is gone through
+/// once for all devices.
+std::vector<const std::string*> programmer_files_by_device(const std::vector<PGMDEV_PGM_PART*>& part_list) {
+    std::vector<const std::string*> files(DEV_DEVICE_MAX);
+    for (const PGMDEV_PGM_PART* entry : part_list) {
+        if (entry == nullptr || entry->device == DEV_DEVICE_INVALID) {
+            continue;
+        }
+        if (const auto device = static_cast<DWORD>(entry->device); device < files.size() && files[device] == nullptr) {
+            files[device] = &entry->pcf;
+        }
+    }
+    return files;
+}
+
 }  // namespace
 
 bool PGMDEV_DEV_INFO_MANAGER::find_record(DWORD identifier, DWORD limit,
@@ -129,8 +144,9 @@ DWORD PGMDEV_DEV_INFO_MANAGER::family_entry(DEV_FAMILY_ENUM family) {
     return m_index;
 }
 
+/// Of a device that has no record by its programmer file.
 DWORD PGMDEV_DEV_INFO_MANAGER::device_entry(DEV_DEVICE_ENUM device) {
-    if (!search_device(device, false) && !search_pcf_for_device(device)) {
+    if (!search_device(device, false)) {
         const DEV_FAMILY_ENUM family = DEV_PART_MANAGER().get_family_of(device);
         PGMDEV_REQUIRE(family != DEV_FAMILY_INVALID && static_cast<DWORD>(family) < DWORD{DEV_FAMILY_MAX},
                        "family != DEV_FAMILY_INVALID && family < DEV_FAMILY_MAX", DEV_INFO_MANAGER_FILE);
@@ -159,9 +175,16 @@ void PGMDEV_DEV_INFO_MANAGER::compute_tables() {
         const auto family = static_cast<DEV_FAMILY_ENUM>(i);
         m_family_table[i] = family == DEV_FAMILY_INVALID ? INVALID_DWORD : family_entry(family);
     }
+    const std::vector<const std::string*> programmer_files = programmer_files_by_device(m_pgm_parts);
     for (int i = 0; i < DEV_DEVICE_MAX; ++i) {
         const auto device = static_cast<DEV_DEVICE_ENUM>(i);
-        m_device_table[i] = device == DEV_DEVICE_INVALID ? INVALID_DWORD : device_entry(device);
+        if (device == DEV_DEVICE_INVALID) {
+            m_device_table[i] = INVALID_DWORD;
+            continue;
+        }
+        const std::string* file = programmer_files[static_cast<DWORD>(i)];
+        const bool by_file = file != nullptr && !search_device(device, false) && find_pcf(*file);
+        m_device_table[i] = by_file ? m_index : device_entry(device);
     }
     for (int part = 0; part < DEV_PART_MAX; ++part) {
         m_part_table[part] = part == DEV_PART_INVALID ? INVALID_DWORD : part_entry(part);

@@ -57,7 +57,8 @@ struct WRONG_TABLES {
     /// The same as tables about `parts` parts with these names.
     PART_DIGESTS about(std::size_t parts, const std::vector<std::string>& all_names) const {
         const auto count = static_cast<DWORD>(names.size());
-        PART_DIGESTS tables{{}, static_cast<int>(parts), names.data(), count, names.data(), checks.data(), count};
+        const HASHED_PARTS hashed{names.data(), nullptr, count};
+        PART_DIGESTS tables{{}, static_cast<int>(parts), hashed, hashed, checks.data()};
         for (const std::string& name : all_names) {
             tables.all_names.add(name);
         }
@@ -117,12 +118,14 @@ TEST_F(OtherParts, TablesAboutTheHostsPartsAreBelieved) {
 TEST_F(OtherParts, OfEqualHashesTheFirstPartCounts) {
     const std::vector<HASHED_PART> names{hashed_part(7, 3), hashed_part(7, 5), hashed_part(9, 1)};
     PART_DIGESTS tables = m_wrong.about(host_parts().size(), host_parts());
-    tables.names = names.data();
-    tables.name_count = 3;
-    set_part_digests(tables);
-    EXPECT_EQ(PGMDEV_MGR::get_opn_from_hash(7), host_parts()[2]);
-    EXPECT_EQ(PGMDEV_MGR::get_opn_from_hash(9), host_parts()[0]);
-    EXPECT_EQ(PGMDEV_MGR::get_opn_from_hash(8), "");
+    const std::uint16_t higher[]{0, 0, 0};
+    for (const std::uint16_t* further_bits : {static_cast<const std::uint16_t*>(nullptr), higher}) {
+        tables.names = {names.data(), further_bits, 3};
+        set_part_digests(tables);
+        EXPECT_EQ(PGMDEV_MGR::get_opn_from_hash(7), host_parts()[2]);
+        EXPECT_EQ(PGMDEV_MGR::get_opn_from_hash(9), host_parts()[0]);
+        EXPECT_EQ(PGMDEV_MGR::get_opn_from_hash(8), "");
+    }
 }
 
 TEST_F(OtherParts, AHashAloneDenotesNoPart) {
@@ -131,9 +134,8 @@ TEST_F(OtherParts, AHashAloneDenotesNoPart) {
     const HASHED_PART entry = hashed_part(digest.hash, 4);
     const std::uint64_t checks[]{digest.check, digest.check ^ 1};
     PART_DIGESTS tables = m_wrong.about(host_parts().size(), host_parts());
-    tables.names = &entry;  // the name of part 4 is another one
-    tables.denoting = &entry;
-    tables.name_count = tables.denoting_count = 1;
+    tables.names = {&entry, nullptr, 1};  // the name of part 4 is another one
+    tables.denoting = tables.names;
     const REPORTS reports;
     for (const std::uint64_t& check : checks) {
         tables.checks = &check;

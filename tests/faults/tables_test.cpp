@@ -1,3 +1,6 @@
+#include <algorithm>
+#include <random>
+
 #include "cfg.h"
 #include "faults/every_fault.h"
 #include "pgmdev/flash/source_fixture.h"
@@ -102,6 +105,69 @@ TEST(LoadFaults, ProfileDatabaseIsWholeOrReported) {
             EXPECT_NE(found, nullptr);
         },
         [](bool) {}, 16);
+}
+
+/// What loading a database ends with, and the most memory that it takes.
+class LoadMemory : public testing::Test {
+protected:
+    static constexpr const char* SOUND = "(no report)";
+    static constexpr long long MEBIBYTE = 1 << 20;
+    static constexpr long long LONGEST_BODY = 128 * MEBIBYTE;
+
+    static std::string stating(unsigned long long size, const std::string& stream) {
+        return flash_ref::MAGIC + flash_ref::STAMP + flash_ref::le32(size) + stream + "cc";
+    }
+
+    void expect(const std::string& file, const std::string& report, long long most) {
+        const std::string path = m_scratch.write("stranger.pcf", file);
+        expect_of_file(path, report, most);
+    }
+
+    static void expect_of_file(const std::string& path, const std::string& report, long long most) {
+        const COUNTED_MEMORY memory;
+        EXPECT_EQ(report_of([&path] { PGMDEV_FLASH_TABLE::from_database(path); }), report);
+        EXPECT_LE(memory.most(), most);
+    }
+
+    /// Until the contents are known to be sound.
+    static long long bound(std::size_t file_size) { return 4 * static_cast<long long>(file_size) + MEBIBYTE; }
+
+    const std::string m_payload = flash_ref::payload({flash_ref::sample("A")});
+    SCRATCH m_scratch;
+};
+
+TEST_F(LoadMemory, IsThatOfTheFileUntilItsContentsAreKnown) {
+    constexpr unsigned long long ALL = 0xFFFFFFFF;
+    const auto expect_modesty = [this](const std::string& file, const std::string& report) {
+        expect(file, report, bound(file.size()));
+    };
+    const std::string far = flash_ref::deflated_with_zeros("", 400 * MEBIBYTE);
+    expect_modesty(stating(ALL, far), "Mismatch version between flash file and reader");
+    const std::string many = flash_ref::le32(1) + flash_ref::le32(ALL) + flash_ref::le32(33);
+    expect_modesty(stating(ALL, flash_ref::deflated_with_zeros(many, 400 * MEBIBYTE)), "index < data_size");
+    expect_modesty(stating(ALL, flash_ref::deflated_with_zeros(m_payload, 400 * MEBIBYTE)),
+                   "memory_size <= PACKED_BODY_MAX");
+    std::string noise(MEBIBYTE, '\0');
+    std::mt19937 random(1);
+    std::generate(noise.begin(), noise.end(), [&random] { return static_cast<char>(random()); });
+    constexpr const char* FAILED =
+        "zlib_uncompress(decompressed_data, &new_dcmp_size, data, decompressed_count) == ZLIB_OK";
+    expect_modesty(stating(ALL, noise), FAILED);
+    expect_modesty(stating(ALL, flash_ref::deflated(noise)), "new_dcmp_size == original_count");
+}
+
+TEST_F(LoadMemory, IsThatOfTheBodyThen) {
+    const std::string longest = stating(LONGEST_BODY, flash_ref::deflated_with_zeros(m_payload, LONGEST_BODY));
+    expect(longest, SOUND, LONGEST_BODY + bound(longest.size()));
+}
+
+TEST_F(LoadMemory, IsNotThatOfAHoleBehindTheStream) {
+    const std::string path = m_scratch.write("hole.pcf", flash_ref::file(m_payload));
+    std::filesystem::resize_file(path, std::uintmax_t{5} << 30);
+    expect_of_file(path, SOUND, MEBIBYTE + MEBIBYTE / 2);
+    m_scratch.write("hole.pcf", stating(0xFFFFFFFF, flash_ref::deflated(m_payload)));
+    std::filesystem::resize_file(path, std::uintmax_t{5} << 30);
+    expect_of_file(path, "new_dcmp_size == original_count", 3 * LONGEST_BODY + MEBIBYTE);
 }
 
 TEST(TableLimits, TablesThatWouldTakeAllMemoryAreRefused) {

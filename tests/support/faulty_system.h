@@ -40,6 +40,18 @@ public:
     bool happened() const;
 };
 
+/// While it lives, counts what this thread takes by `new`.
+class COUNTED_MEMORY {
+public:
+    COUNTED_MEMORY();
+    ~COUNTED_MEMORY();
+    COUNTED_MEMORY(const COUNTED_MEMORY&) = delete;
+    COUNTED_MEMORY& operator=(const COUNTED_MEMORY&) = delete;
+
+    /// The most bytes that were taken at once, besides those from before.
+    long long most() const;
+};
+
 /// While it lives, this thread's waits are over at once, and the clock has gone on by as much.
 class FAST_CLOCK {
 public:

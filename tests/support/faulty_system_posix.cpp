@@ -2,9 +2,11 @@
 
 #include <dlfcn.h>
 #include <fcntl.h>
+#include <malloc.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <climits>
 #include <cstdarg>
@@ -31,6 +33,10 @@ struct STATE {
     bool allocations_armed = false;
     bool allocation_failed = false;
     std::size_t allocations_left = 0;
+
+    bool memory_is_counted = false;
+    long long taken = 0;
+    long long most_taken = 0;
 
     bool clock_is_fast = false;
     time_t seconds_skipped = 0;
@@ -119,7 +125,12 @@ void* allocate(std::size_t size) {
         g_state.allocation_failed = true;
         return nullptr;
     }
-    return std::malloc(size == 0 ? 1 : size);  // NOLINT(cppcoreguidelines-no-malloc): this is what others stand on
+    void* const memory = std::malloc(size == 0 ? 1 : size);  // NOLINT(cppcoreguidelines-no-malloc): others stand on it
+    if (g_state.memory_is_counted) {
+        g_state.taken += static_cast<long long>(::malloc_usable_size(memory));
+        g_state.most_taken = std::max(g_state.most_taken, g_state.taken);
+    }
+    return memory;
 }
 
 }  // namespace
@@ -262,6 +273,9 @@ __attribute__((visibility("default"))) void* operator new[](std::size_t size, co
     return allocate(size);
 }
 __attribute__((visibility("default"))) void operator delete(void* memory) noexcept {
+    if (g_state.memory_is_counted) {
+        g_state.taken -= static_cast<long long>(::malloc_usable_size(memory));
+    }
     std::free(memory);  // NOLINT(cppcoreguidelines-no-malloc)
 }
 __attribute__((visibility("default"))) void operator delete[](void* memory) noexcept {
@@ -314,6 +328,20 @@ FAILING_ALLOCATION::~FAILING_ALLOCATION() {
 
 bool FAILING_ALLOCATION::happened() const {
     return g_state.allocation_failed;
+}
+
+COUNTED_MEMORY::COUNTED_MEMORY() {
+    g_state.taken = 0;
+    g_state.most_taken = 0;
+    g_state.memory_is_counted = true;
+}
+
+COUNTED_MEMORY::~COUNTED_MEMORY() {
+    g_state.memory_is_counted = false;
+}
+
+long long COUNTED_MEMORY::most() const {
+    return g_state.most_taken;
 }
 
 FAST_CLOCK::FAST_CLOCK() {

@@ -21,6 +21,11 @@ inline constexpr DWORD PACKED_MARKER_SIZE = 4;
 inline constexpr std::string_view PACKED_RECORD_END = "END1";
 inline constexpr std::string_view PACKED_DATABASE_END = "END2";
 
+/// The longest body. Tables of all chips and devices that there are stay far below it; what states more is refused before
+/// memory is taken for it, and never written.
+inline constexpr DWORD PACKED_BODY_MAX = DWORD{128} << 20;
+inline constexpr const char* PACKED_BODY_TOO_LONG = "memory_size <= PACKED_BODY_MAX";
+
 /// The longest text that a one-byte length can state.
 inline constexpr std::size_t PACKED_TEXT_MAX = 255;
 

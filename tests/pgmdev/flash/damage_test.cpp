@@ -185,6 +185,20 @@ TEST_F(FlashDamage, ABombIsBoundedByWhatTheFileStates) {
     EXPECT_EQ(load(ref::file(bomb)), "Mismatch version between flash file and reader");
 }
 
+TEST_F(FlashDamage, ABodyHasAtMost128MiB) {
+    constexpr QWORD MOST = QWORD{128} << 20;
+    const auto stating = [](QWORD stated, const std::string& beginning, QWORD size) {
+        return ref::MAGIC + ref::STAMP + ref::le32(stated) + ref::deflated_with_zeros(beginning, size) + "cc";
+    };
+    EXPECT_EQ(load(stating(MOST, m_payload, MOST)), "(no report)");
+    constexpr const char* TOO_LONG = "memory_size <= PACKED_BODY_MAX";
+    for (const QWORD stated : {MOST + 1, 2 * MOST, QWORD{0xFFFFFFFF}}) {
+        EXPECT_EQ(load(stating(stated, m_payload, MOST + 1)), TOO_LONG) << stated;
+        EXPECT_EQ(load(stating(stated, "", MOST + 1)), "Mismatch version between flash file and reader") << stated;
+        EXPECT_EQ(load(stating(stated, m_payload, 4096)), "new_dcmp_size == original_count") << stated;
+    }
+}
+
 TEST_F(FlashDamage, RandomPayloadsEndInAReport) {
     std::mt19937 random(20);  // the same every run
     for (int round = 0; round < 2000; ++round) {

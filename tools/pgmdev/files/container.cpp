@@ -11,9 +11,6 @@
 #include "files/origins.h"
 #include "fio.h"
 #include "terminal/failure.h"
-#include "terminal/printable.h"
-#include "terminal/quiet.h"
-#include "terminal/standard_error.h"
 
 namespace {
 
@@ -105,12 +102,6 @@ void require_sound_container(const CONTAINER& container, const char* aim) {
     }
 }
 
-void warn(const FAILURE& failure) {
-    if (!is_quiet()) {
-        print_error("pgmdev: warning: {}\n", printable(failure_text(failure)));
-    }
-}
-
 }  // namespace
 
 CONTAINER examine_container() {
@@ -139,7 +130,7 @@ void require_readable_container() {
     const CONTAINER container = examine_container();
     require_sound_container(container, "read");
     if (!container.doubt.empty()) {
-        warn(doubt_about(container));
+        warn_of(doubt_about(container));
     }
 }
 
@@ -177,8 +168,8 @@ CONTAINER_LOCK::CONTAINER_LOCK() {
 void warn_of_container() {
     const CONTAINER container = examine_container();
     if (is_unusable(container)) {
-        warn(failure_of(container, "read"));
+        warn_of(failure_of(container, "read"));
     } else if (!container.doubt.empty()) {
-        warn(doubt_about(container));
+        warn_of(doubt_about(container));
     }
 }

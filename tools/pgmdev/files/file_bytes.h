@@ -16,7 +16,7 @@ std::optional<std::vector<BYTE>> file_bytes(const std::string& path);
 /// The same, where a file that cannot be read ends the command.
 std::vector<BYTE> required_file_bytes(const std::string& path);
 
-/// Whether the file begins like a packed database, of whichever kind.
+/// Whether the file begins like a packed database, of whichever kind. One that cannot be read is taken for one by its name.
 bool is_packed_database(const std::string& path);
 
 /// The SHA-256 of the bytes, in lower-case hexadecimal digits.

@@ -6,7 +6,10 @@
 #include <array>
 #include <tuple>
 
+#include "files/origins.h"
 #include "hps/flash.h"
+#include "params/blocks.h"
+#include "terminal/failure.h"
 
 namespace {
 
@@ -54,5 +57,18 @@ std::string block_fault(PGMDEV_FLASH_INI_ENUM which, std::span<const BYTE> bytes
             return list_fault<HPS_NAND>(bytes);
         default:
             return "";
+    }
+}
+
+void warn_of_list(PGMDEV_FLASH_INI_ENUM which) {
+    const BLOCK block(which);
+    const std::string fault = block.data == nullptr ? "" : block_fault(which, block.bytes());
+    if (!fault.empty()) {
+        warn_of({FAILURE_CODE::BLOCK_OF_ANOTHER_VERSION,
+                 fmt::format("the block \"{}\" holds more than this version reads: {}", block_name(which), fault),
+                 container_place().path,
+                 container_place().tried,
+                 fmt::format("see params read {0}; to give it up: params remove {0}", static_cast<DWORD>(which)),
+                 {}});
     }
 }

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "files/container.h"
+#include "hps/block_form.h"
 #include "hps/edit.h"
 #include "hps/lists.h"
 #include "hps/port.h"
@@ -111,6 +112,7 @@ JSON listed_entry_schema() {
 template <class FLASH>
 void list_entries(const ARGUMENTS& given, const COMMAND& command) {
     warn_of_container();
+    warn_of_list(FLASH::BLOCK);
     const KIND* kind = given.has("--hps") ? &chosen_kind(given.text("--hps")) : nullptr;
     const auto& manager = *FLASH::MANAGER::get_mgr();
     const auto& list = manager.get_list();

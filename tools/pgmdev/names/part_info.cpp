@@ -16,7 +16,9 @@
 #include "profile/look_up.h"
 #include "profile/output.h"
 #include "terminal/answer.h"
+#include "terminal/failure.h"
 #include "terminal/printable.h"
+#include "terminal/reports.h"
 #include "terminal/schema.h"
 
 namespace {
@@ -27,8 +29,23 @@ constexpr std::string_view HASH_KEY = "opn_hash";
 /// What is asked: made once for all questions of a run.
 struct SOURCES {
     NAME_SCHEMES schemes;
-    PROFILE_DATABASE profiles;
+    std::optional<PROFILE_DATABASE> profiles;
+    std::optional<FAILURE> without_profiles;  ///< why there are none, when they were needed
 };
+
+/// The profiles; null when they cannot be read, which is told once. The catalog answers the rest all the same.
+PROFILE_DATABASE* profiles_of(SOURCES& sources) {
+    if (!sources.profiles && !sources.without_profiles) {
+        try {
+            sources.profiles.emplace();
+        } catch (const COMMAND_FAILURE& error) {
+            sources.without_profiles = error.failure();
+            tell_failure(error.failure(), false);
+            forget_report();
+        }
+    }
+    return sources.profiles ? &*sources.profiles : nullptr;
+}
 
 /// What the parts that a name stands for have in common.
 struct COMMON {
@@ -162,7 +179,7 @@ FACT parts_fact(const NAME_MEANING& meaning) {
             joined(first) + more};
 }
 
-std::vector<FACT> facts_of(const NAME_MEANING& meaning, PROFILE_DATABASE& profiles) {
+std::vector<FACT> facts_of(const NAME_MEANING& meaning, PROFILE_DATABASE* profiles) {
     const COMMON common = common_of(meaning);
     std::vector<FACT> facts{
         {"scheme", "scheme", meaning.schemes.front(), ""},
@@ -172,7 +189,7 @@ std::vector<FACT> facts_of(const NAME_MEANING& meaning, PROFILE_DATABASE& profil
     facts.push_back(text_fact("device", "device", common.device != nullptr ? common.device->device : ""));
     add_part_facts(facts, common.part);
     add_common_characteristics(facts, meaning);
-    facts.push_back(profile_fact(profile_of(common, profiles)));
+    facts.push_back(profile_fact(profiles != nullptr ? profile_of(common, *profiles) : FOUND_PROFILE()));
     facts.push_back(parts_fact(meaning));
     return facts;
 }
@@ -204,7 +221,8 @@ ANSWER answer_to(const std::string& question, SOURCES& sources, bool for_program
         return unknown_name(question, sources.schemes);
     }
     ANSWER answer;
-    std::vector<FACT> facts = facts_of(meaning, sources.profiles);
+    std::vector<FACT> facts = facts_of(meaning, profiles_of(sources));
+    answer.failure = sources.without_profiles;
     if (for_programs) {
         for (FACT& fact : facts) {
             answer.content[fact.key] = std::move(fact.value);
@@ -243,7 +261,8 @@ JSON part_info_schema() {
                                           {"speed", or_null(number_schema())},
                                           {"temperature", or_null(text_schema())},
                                           {"profile", or_null(profile)},
-                                          {"parts", array_schema(text_schema())}};
+                                          {"parts", array_schema(text_schema())},
+                                          {"error", failure_reference(), false}};
     content.insert(content.end(), more.begin(), more.end());
     return question_schema(content, {});
 }
@@ -251,7 +270,7 @@ JSON part_info_schema() {
 /// The answer without its parts, which make it long, and without the hash, which follows from the name.
 JSON facts_json(const NAME_MEANING& meaning, PROFILE_DATABASE& profiles) {
     JSON object = JSON::object();
-    for (const FACT& fact : facts_of(meaning, profiles)) {
+    for (const FACT& fact : facts_of(meaning, &profiles)) {
         if (fact.key != PARTS_KEY && fact.key != HASH_KEY) {
             object[fact.key] = fact.value;
         }
@@ -262,8 +281,9 @@ JSON facts_json(const NAME_MEANING& meaning, PROFILE_DATABASE& profiles) {
 }  // namespace
 
 std::vector<JSON> facts_of_all_names() {
-    SOURCES sources;
-    const std::vector<std::string> spellings = sources.schemes.all_names();
+    NAME_SCHEMES schemes;
+    PROFILE_DATABASE profiles;
+    const std::vector<std::string> spellings = schemes.all_names();
     std::set<std::string> names(spellings.begin(), spellings.end());
     for (const auto* further : {&part_names(), &package_and_programming_names(), &programmer_part_names(),
                                 &device_names(), &family_names()}) {
@@ -272,12 +292,12 @@ std::vector<JSON> facts_of_all_names() {
     std::vector<JSON> of_parts;
     std::vector<JSON> of_others;
     for (const std::string& name : names) {
-        const NAME_MEANING meaning = sources.schemes.meaning_of(name);
+        const NAME_MEANING meaning = schemes.meaning_of(name);
         if (meaning.schemes.empty() || meaning.name != name) {
             continue;  // in another case, or an alias
         }
         const bool is_part = common_of(meaning).part != nullptr;
-        (is_part ? of_parts : of_others).push_back(facts_json(meaning, sources.profiles));
+        (is_part ? of_parts : of_others).push_back(facts_json(meaning, profiles));
     }
     of_parts.insert(of_parts.end(), of_others.begin(), of_others.end());
     return of_parts;

@@ -95,6 +95,37 @@ TEST(LoadFaults, FlashDatabaseIsWholeOrReported) {
     }
 }
 
+TEST(LoadFaults, WithoutMemoryForZlibNothingIsLoadedOrWritten) {
+    const REPORTS quiet;
+    const SCRATCH scratch;
+    const std::string source = scratch.write("table.csv", flash_text(20));
+    const std::string output = scratch.path("table.pcf");
+    const auto ended = [](const std::function<void()>& operation) {
+        try {
+            operation();
+        } catch (const MSG_INTERNAL_ERROR_EXCEPTION&) {
+            return false;
+        }
+        return true;
+    };
+    const auto compile = [&] { PGMDEV_FLASH_MANAGER(false, 1, true, false).generate_flash_database(source, output); };
+    compile();
+    const std::string whole = read_file(output);
+    bool done = false;
+    int refused = 0;
+    with_each_malloc_failing([&] { scratch.write("table.pcf", "old"); }, [&] { done = ended(compile); },
+                             [&] {
+                                 EXPECT_TRUE(read_file(output) == (done ? whole : "old"));
+                                 refused += done ? 0 : 1;
+                             });
+    EXPECT_GT(refused, 0);
+    std::size_t found = 0;
+    with_each_malloc_failing(
+        [&] { found = 0; },
+        [&] { done = ended([&] { found = PGMDEV_FLASH_TABLE::from_database(output).records().size(); }); },
+        [&] { EXPECT_EQ(found, done ? 20U : 0U); });
+}
+
 TEST(LoadFaults, ProfileDatabaseIsWholeOrReported) {
     const REPORTS quiet;
     with_each_allocation_failing(
@@ -185,6 +216,31 @@ TEST(TableLimits, TablesThatWouldTakeAllMemoryAreRefused) {
 }
 
 constexpr const char* OWN_PROCESS = "FAULT_TESTS_OWN_PROCESS";
+
+TEST(ConfigurationFaults, OneOfSeveralFilesThatCannotBeReadIsReadAgain) {
+    if (std::getenv(OWN_PROCESS) == nullptr) {  // files are read once in a process
+        const PROCESS_RESULT result =
+            run_process({{std::filesystem::read_symlink("/proc/self/exe").string(),
+                          "--gtest_filter=ConfigurationFaults.OneOfSeveralFilesThatCannotBeReadIsReadAgain"},
+                         "",
+                         {{OWN_PROCESS, "1"}},
+                         {}});
+        EXPECT_EQ(result.exit_code, 0) << result.output;
+        return;
+    }
+    const SCRATCH scratch;
+    const std::string system_file = scratch.path("system/etc/tessary/tessary.conf");
+    std::filesystem::create_directories(system_file);
+    scratch.write("user/tessary/tessary.conf", "KEY = of the user\n");
+    ASSERT_EQ(::unsetenv("TESSARY_CONFIG_FILE"), 0);
+    ASSERT_EQ(::setenv("TESSARY_SYSTEM_ROOT", scratch.path("system").c_str(), 1), 0);
+    ASSERT_EQ(::setenv("XDG_CONFIG_HOME", scratch.path("user").c_str(), 1), 0);
+    EXPECT_EQ(cfg_get_value("KEY"), "of the user");
+    std::filesystem::remove(system_file);
+    scratch.write("system/etc/tessary/tessary.conf", "KEY = of the system\nOTHER_KEY = other\n");
+    EXPECT_EQ(cfg_get_value("OTHER_KEY"), "other");
+    EXPECT_EQ(cfg_get_value("KEY"), "of the user");
+}
 
 TEST(ConfigurationFaults, AFileThatIsCutGivesNothing) {
     if (std::getenv(OWN_PROCESS) == nullptr) {  // files are read once in a process

@@ -40,6 +40,17 @@ public:
     bool happened() const;
 };
 
+/// The same with those that libraries in C make.
+class FAILING_MALLOC {
+public:
+    explicit FAILING_MALLOC(std::size_t number);
+    ~FAILING_MALLOC();
+    FAILING_MALLOC(const FAILING_MALLOC&) = delete;
+    FAILING_MALLOC& operator=(const FAILING_MALLOC&) = delete;
+
+    bool happened() const;
+};
+
 /// While it lives, counts what this thread takes by `new`.
 class COUNTED_MEMORY {
 public:

@@ -3,6 +3,7 @@
 #include <dlfcn.h>
 #include <fcntl.h>
 #include <malloc.h>
+#include <sys/random.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -33,6 +34,9 @@ struct STATE {
     bool allocations_armed = false;
     bool allocation_failed = false;
     std::size_t allocations_left = 0;
+
+    std::size_t mallocs_left = 0;  ///< until one fails; 0: none does
+    bool malloc_failed = false;
 
     bool memory_is_counted = false;
     long long taken = 0;
@@ -120,12 +124,15 @@ std::string path_of(int file) {
     return {path, length < 0 ? std::size_t{0} : static_cast<std::size_t>(length)};
 }
 
+// What the C library has under the names that are taken here.
+extern "C" void* __libc_malloc(std::size_t size);  // NOLINT(bugprone-reserved-identifier,cert-dcl37-c,cert-dcl51-cpp)
+
 void* allocate(std::size_t size) {
     if (g_state.allocations_armed && g_state.allocations_left != 0 && --g_state.allocations_left == 0) {
         g_state.allocation_failed = true;
         return nullptr;
     }
-    void* const memory = std::malloc(size == 0 ? 1 : size);  // NOLINT(cppcoreguidelines-no-malloc): others stand on it
+    void* const memory = __libc_malloc(size == 0 ? 1 : size);
     if (g_state.memory_is_counted) {
         g_state.taken += static_cast<long long>(::malloc_usable_size(memory));
         g_state.most_taken = std::max(g_state.most_taken, g_state.taken);
@@ -225,6 +232,45 @@ INTERPOSED int rename(const char* from, const char* to) {
         RECORDING().add({RECORDED_CALL::RENAME, from, to, 0});
     }
     return result;
+}
+
+INTERPOSED int fstatat(int directory, const char* path, struct stat* status, int flags) noexcept {
+    static auto* const real = next<int(int, const char*, struct stat*, int)>("fstatat");
+    return is_to_fail("fstatat") ? -1 : real(directory, path, status, flags);
+}
+
+INTERPOSED int fchown(int file, uid_t owner, gid_t group) noexcept {
+    static auto* const real = next<int(int, uid_t, gid_t)>("fchown");
+    return is_to_fail("fchown") ? -1 : real(file, owner, group);
+}
+
+INTERPOSED int ftruncate(int file, off_t length) noexcept {
+    static auto* const real = next<int(int, off_t)>("ftruncate");
+    return is_to_fail("ftruncate") || is_interrupted() ? -1 : real(file, length);
+}
+
+INTERPOSED int posix_fallocate(int file, off_t offset, off_t length) {
+    static auto* const real = next<int(int, off_t, off_t)>("posix_fallocate");
+    return is_to_fail("posix_fallocate") ? g_state.error : real(file, offset, length);
+}
+
+INTERPOSED ssize_t readlink(const char* path, char* target, std::size_t size) noexcept {
+    static auto* const real = next<ssize_t(const char*, char*, std::size_t)>("readlink");
+    return is_to_fail("readlink") ? -1 : real(path, target, size);
+}
+
+INTERPOSED ssize_t getrandom(void* bytes, std::size_t count, unsigned flags) {
+    static auto* const real = next<ssize_t(void*, std::size_t, unsigned)>("getrandom");
+    return is_to_fail("getrandom") ? -1 : real(bytes, count, flags);
+}
+
+INTERPOSED void* malloc(std::size_t size) noexcept {
+    if (g_state.mallocs_left != 0 && --g_state.mallocs_left == 0) {
+        g_state.malloc_failed = true;
+        errno = ENOMEM;
+        return nullptr;
+    }
+    return __libc_malloc(size);
 }
 
 INTERPOSED int unlink(const char* path) noexcept {
@@ -328,6 +374,19 @@ FAILING_ALLOCATION::~FAILING_ALLOCATION() {
 
 bool FAILING_ALLOCATION::happened() const {
     return g_state.allocation_failed;
+}
+
+FAILING_MALLOC::FAILING_MALLOC(std::size_t number) {
+    g_state.malloc_failed = false;
+    g_state.mallocs_left = number;
+}
+
+FAILING_MALLOC::~FAILING_MALLOC() {
+    g_state.mallocs_left = 0;
+}
+
+bool FAILING_MALLOC::happened() const {
+    return g_state.malloc_failed;
 }
 
 COUNTED_MEMORY::COUNTED_MEMORY() {

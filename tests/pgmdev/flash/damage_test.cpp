@@ -185,6 +185,18 @@ TEST_F(FlashDamage, ABombIsBoundedByWhatTheFileStates) {
     EXPECT_EQ(load(ref::file(bomb)), "Mismatch version between flash file and reader");
 }
 
+TEST_F(FlashDamage, ABombHasTheCountsOfADatabaseOrIsNotInflated) {
+    constexpr QWORD SIZE = QWORD{16} << 20;
+    const auto load_counts = [this](unsigned long records, unsigned long members) {
+        const std::string head = ref::le32(1) + ref::le32(records) + ref::le32(members);
+        return load(ref::MAGIC + ref::STAMP + ref::le32(SIZE) + ref::deflated_with_zeros(head, SIZE) + "cc");
+    };
+    EXPECT_EQ(load_counts(0, 33), "m_flash_count > 0 && m_type_count > 0");
+    EXPECT_EQ(load_counts(1, 0), "m_flash_count > 0 && m_type_count > 0");
+    EXPECT_EQ(load_counts(SIZE / 66 + 1, 33), "index < data_size");
+    EXPECT_EQ(load_counts(SIZE / 66, 33), "type == PGMDEV_MANAGER_STRING");
+}
+
 TEST_F(FlashDamage, ABodyHasAtMost128MiB) {
     constexpr QWORD MOST = QWORD{128} << 20;
     const auto stating = [](QWORD stated, const std::string& beginning, QWORD size) {

@@ -13,6 +13,7 @@ namespace ref = ini_reference;
 class CommandFaults : public testing::Test {
 protected:
     static constexpr int DONE = 0;
+    static constexpr int INTERNAL_ERROR = 3;
 
     /// Runs the command with a fault, which `arm` makes, behind the redirection of its streams.
     template <class ARM>
@@ -22,7 +23,11 @@ protected:
         return run_captured(
                    [&] {
                        const auto fault = arm();
-                       const int result = run_pgmdev(all);
+                       int result = INTERNAL_ERROR;
+                       try {
+                           result = run_pgmdev(all);
+                       } catch (const std::bad_alloc&) {  // the program itself makes this exit code of it
+                       }
                        m_happened = fault->happened();
                        return result;
                    },
@@ -69,13 +74,43 @@ protected:
         }
         expect_truth(
             before, arguments, [](std::size_t number) { return std::make_unique<FAILING_ALLOCATION>(number); }, 16);
+        expect_truth(
+            before, arguments, [](std::size_t number) { return std::make_unique<FAILING_ALLOCATION>(number, true); },
+            16);
     }
 
-private:
+    /// Repeats a list of which the container has a part with the first, second, ... call failing: it is whole, or standard
+    /// error says that it is not.
+    void expect_whole_or_told(const std::vector<std::string>& arguments) {
+        std::vector<std::string> all{"--module-dir", m_directory.scratch().directory().string()};
+        all.insert(all.end(), arguments.begin(), arguments.end());
+        const std::string whole = run_captured([&] { return run_pgmdev(all); }, "").output;
+        std::size_t number = 1;
+        for (m_happened = true; m_happened && !HasFailure(); ++number) {
+            SCOPED_TRACE(number);
+            std::string failed;
+            const auto run = run_captured(
+                [&] {
+                    const FAILING_CALL fault(number, EIO);
+                    const int result = run_pgmdev(all);
+                    m_happened = fault.happened();
+                    failed = fault.name();
+                    return result;
+                },
+                "");
+            SCOPED_TRACE(failed);
+            EXPECT_TRUE(run.exit_code != DONE || run.output == whole ||
+                        run.errors.find("pgm_flash.ini") != std::string::npos)
+                << run.errors << run.output;
+        }
+        EXPECT_GT(number, 2U);
+    }
+
     struct NO_FAULT {
         static bool happened() { return false; }
     };
 
+private:
     FLASH_INI_DIRECTORY m_directory;
     mutable bool m_happened = false;
 };
@@ -89,6 +124,14 @@ TEST_F(CommandFaults, AnEntryOfBootFlashIsAddedOrNot) {
 
 TEST_F(CommandFaults, ABlockIsRemovedOrNot) {
     expect_truth_of({"params", "remove", "0"});
+}
+
+TEST_F(CommandFaults, AListIsWholeOrSaidNotToBe) {
+    ASSERT_EQ(run_with({"hps", "add", "nand", "manufacturer_id=0xEC", "device_id=211", "device_byte_size=0x40000000"},
+                       [] { return std::make_unique<NO_FAULT>(); }),
+              DONE);
+    expect_whole_or_told({"hps", "nand"});
+    expect_whole_or_told({"params", "list"});
 }
 
 }  // namespace

@@ -29,10 +29,10 @@ public:
     SLOW_CALLS& operator=(const SLOW_CALLS&) = delete;
 };
 
-/// While it lives, the allocation with that number, from 1, fails.
+/// While it lives, the allocation with that number, from 1, fails, or all from that one on.
 class FAILING_ALLOCATION {
 public:
-    explicit FAILING_ALLOCATION(std::size_t number);
+    explicit FAILING_ALLOCATION(std::size_t number, bool all_later = false);
     ~FAILING_ALLOCATION();
     FAILING_ALLOCATION(const FAILING_ALLOCATION&) = delete;
     FAILING_ALLOCATION& operator=(const FAILING_ALLOCATION&) = delete;

@@ -32,6 +32,7 @@ struct STATE {
     unsigned slow_count = 0;
 
     bool allocations_armed = false;
+    bool all_later_allocations = false;
     bool allocation_failed = false;
     std::size_t allocations_left = 0;
 
@@ -130,6 +131,7 @@ extern "C" void* __libc_malloc(std::size_t size);  // NOLINT(bugprone-reserved-i
 void* allocate(std::size_t size) {
     if (g_state.allocations_armed && g_state.allocations_left != 0 && --g_state.allocations_left == 0) {
         g_state.allocation_failed = true;
+        g_state.allocations_left = g_state.all_later_allocations ? 1 : 0;
         return nullptr;
     }
     void* const memory = __libc_malloc(size == 0 ? 1 : size);
@@ -362,8 +364,9 @@ SLOW_CALLS::~SLOW_CALLS() {
     g_state.slow = false;
 }
 
-FAILING_ALLOCATION::FAILING_ALLOCATION(std::size_t number) {
+FAILING_ALLOCATION::FAILING_ALLOCATION(std::size_t number, bool all_later) {
     g_state.allocation_failed = false;
+    g_state.all_later_allocations = all_later;
     g_state.allocations_left = number;
     g_state.allocations_armed = true;
 }

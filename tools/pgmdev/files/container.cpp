@@ -10,7 +10,6 @@
 #include "files/inspection.h"
 #include "files/origins.h"
 #include "fio.h"
-#include "terminal/failure.h"
 
 namespace {
 
@@ -120,10 +119,27 @@ CONTAINER examine_container() {
     }
     CONTAINER container{CONTAINER::SOUND, "", doubt_of(container_place().path)};
     container.block_count = little_endian(file.beginning, MAGIC.size());
-    for (DWORD i = PGMDEV_FLASH_INI_MAX; i < container.block_count; ++i) {
-        container.has_more = container.has_more || little_endian(file.beginning, HEAD_SIZE + ENTRY_SIZE * i) != 0;
+    for (DWORD i = 0; i < container.block_count; ++i) {
+        const bool present = little_endian(file.beginning, HEAD_SIZE + ENTRY_SIZE * i) != 0;
+        container.present.push_back(present);
+        container.has_more = container.has_more || (present && i >= PGMDEV_FLASH_INI_MAX);
     }
     return container;
+}
+
+bool is_unread_block(PGMDEV_FLASH_INI_ENUM which) {
+    const CONTAINER container = examine_container();
+    return container.state == CONTAINER::UNREADABLE || (which < container.present.size() && container.present[which]);
+}
+
+FAILURE unread_block(const std::string& name) {
+    const PLACE place = container_place();
+    return {FAILURE_CODE::CONTAINER_UNREADABLE,
+            fmt::format("the block \"{}\" is there, and could not be read", name),
+            place.path,
+            place.tried,
+            "try again",
+            {}};
 }
 
 void require_readable_container() {

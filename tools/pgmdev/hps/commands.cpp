@@ -112,11 +112,11 @@ JSON listed_entry_schema() {
 template <class FLASH>
 void list_entries(const ARGUMENTS& given, const COMMAND& command) {
     warn_of_container();
-    warn_of_list(FLASH::BLOCK);
     const KIND* kind = given.has("--hps") ? &chosen_kind(given.text("--hps")) : nullptr;
     const auto& manager = *FLASH::MANAGER::get_mgr();
     const auto& list = manager.get_list();
     const std::size_t user_count = manager.get_user_list().size();
+    warn_of_list(FLASH::BLOCK, user_count == 0);
     std::vector<JSON> rows = hps_flash_rows<FLASH>();
     for (JSON& row : rows) {
         if (kind != nullptr) {

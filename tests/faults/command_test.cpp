@@ -1,4 +1,5 @@
 #include "faults/every_fault.h"
+#include "pgmdev/flash/source_fixture.h"
 #include "pgmdev/parameters/container_text.h"
 #include "pgmdev/parameters/fixture.h"
 #include "run.h"
@@ -132,6 +133,71 @@ TEST_F(CommandFaults, AListIsWholeOrSaidNotToBe) {
               DONE);
     expect_whole_or_told({"hps", "nand"});
     expect_whole_or_told({"params", "list"});
+}
+
+/// A table, and beside it the headings of all the notes that may go with it.
+class NotesFaults : public testing::Test {
+protected:
+    NotesFaults() {
+        m_scratch.write("table.csv", flash_reference::table({flash_reference::DATA_ROW}));
+        for (const char* name : NOTES) {
+            std::ifstream file(std::string(TEST_DATA_DIR "/flash/") + name);
+            std::string line;
+            while (std::getline(file, line) && line.starts_with('#')) {
+            }
+            m_scratch.write(name, line + "\n");
+        }
+    }
+
+    static constexpr std::array<const char*, 4> NOTES{"ambiguities.csv", "identifications.csv", "aliases.csv",
+                                                      "sources.csv"};
+    SCRATCH m_scratch;
+};
+
+TEST_F(NotesFaults, AreTakenAlongOrTheCommandFails) {
+    const std::string output = m_scratch.path("out.pcf");
+    const auto has_copies = [&] {
+        return std::all_of(NOTES.begin(), NOTES.end(), [&](const std::string& name) {
+            const std::string copy = output + "." + name;
+            return std::filesystem::exists(copy) && read_file(copy) == read_file(m_scratch.path(name));
+        });
+    };
+    bool happened = true;
+    for (std::size_t number = 1; happened && !HasFailure(); ++number) {
+        SCOPED_TRACE(number);
+        const PROCESS_RESULT run = run_captured(
+            [&] {
+                const FAILING_CALL fault(number, EIO);
+                const int result = run_pgmdev({"flash", "compile", m_scratch.path("table.csv"), output});
+                happened = fault.happened();
+                return result;
+            },
+            "");
+        EXPECT_TRUE(run.exit_code != 0 || has_copies()) << run.errors;
+        EXPECT_TRUE(happened || run.exit_code == 0) << run.errors;
+        for (const char* name : NOTES) {
+            std::filesystem::remove(output + "." + name);
+        }
+    }
+}
+
+TEST_F(NotesFaults, AreReadOrSaidNotToBe) {
+    const std::vector<std::string> question{"flash", "identify", "C22018"};
+    const auto ask = [&question] { return run_pgmdev(question); };
+    const std::string whole = run_captured(ask, "").output;
+    bool happened = true;
+    for (std::size_t number = 1; happened && !HasFailure(); ++number) {
+        SCOPED_TRACE(number);
+        const PROCESS_RESULT run = run_captured(
+            [&] {
+                const FAILING_CALL fault(number, EIO);
+                const int result = ask();
+                happened = fault.happened();
+                return result;
+            },
+            "");
+        EXPECT_TRUE(run.exit_code > 1 || run.output == whole || !run.errors.empty()) << run.output;
+    }
 }
 
 }  // namespace

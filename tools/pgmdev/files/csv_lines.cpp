@@ -5,7 +5,7 @@
 #include <utility>
 
 #include "files/file_bytes.h"
-#include "fio.h"
+#include "files/inspection.h"
 #include "gen.h"
 #include "text_lines.h"
 
@@ -26,7 +26,7 @@ std::vector<std::string> cells_of_line(std::string_view line) {
 
 CSV_LINES read_csv_lines(const std::string& path) {
     CSV_LINES read;
-    if (!FIO_FILE_SYSTEM::exists(path.c_str())) {
+    if (inspect_file(path, 0).missing) {
         return read;
     }
     const std::vector<BYTE> bytes = required_file_bytes(path);

@@ -86,7 +86,7 @@ bool is_trap(const fs::path& link, const struct stat& status) {
 /// and where that cannot be told or is a trap.
 fs::path follow_links(fs::path path) {
     constexpr int LONGEST_CHAIN = 40;  // as the system itself allows
-    for (int i = 0; i < LONGEST_CHAIN; ++i) {
+    for (int i = 0; i <= LONGEST_CHAIN; ++i) {
         struct stat status {};
         if (::lstat(path.c_str(), &status) != 0) {
             return errno == ENOENT ? path : fs::path();

@@ -72,7 +72,12 @@ consteval int counted_line(std::string_view file, int line) {
 
 /// A check that ends the operation: reports `condition` with the file `file` and the line of the check, unless `holds`.
 /// This is the form of all checks but those whose condition is not known before they fail.
-#define PGMDEV_REQUIRE(holds, condition, file) ((holds) ? void() : pgmdev_report(condition, file, PGMDEV_LINE))
+#define PGMDEV_REQUIRE(holds, condition, file)           \
+    do {                                                 \
+        if (!(holds)) {                                  \
+            pgmdev_report(condition, file, PGMDEV_LINE); \
+        }                                                \
+    } while (false)
 
 /// Reports through the host and never returns: should the host's reporter return, the operation ends here all the same,
 /// by MSG_INTERNAL_ERROR_EXCEPTION.

@@ -1,4 +1,5 @@
 #include "faults/every_fault.h"
+#include "pgmdev/flash/source_fixture.h"
 #include "pgmdev/parameters/container_text.h"
 #include "pgmdev/parameters/fixture.h"
 #include "run.h"
@@ -13,6 +14,7 @@ namespace ref = ini_reference;
 class CommandFaults : public testing::Test {
 protected:
     static constexpr int DONE = 0;
+    static constexpr int INTERNAL_ERROR = 3;
 
     /// Runs the command with a fault, which `arm` makes, behind the redirection of its streams.
     template <class ARM>
@@ -22,7 +24,11 @@ protected:
         return run_captured(
                    [&] {
                        const auto fault = arm();
-                       const int result = run_pgmdev(all);
+                       int result = INTERNAL_ERROR;
+                       try {
+                           result = run_pgmdev(all);
+                       } catch (const std::bad_alloc&) {  // the program itself makes this exit code of it
+                       }
                        m_happened = fault->happened();
                        return result;
                    },
@@ -69,13 +75,43 @@ protected:
         }
         expect_truth(
             before, arguments, [](std::size_t number) { return std::make_unique<FAILING_ALLOCATION>(number); }, 16);
+        expect_truth(
+            before, arguments, [](std::size_t number) { return std::make_unique<FAILING_ALLOCATION>(number, true); },
+            16);
     }
 
-private:
+    /// Repeats a list of which the container has a part with the first, second, ... call failing: it is whole, or standard
+    /// error says that it is not.
+    void expect_whole_or_told(const std::vector<std::string>& arguments) {
+        std::vector<std::string> all{"--module-dir", m_directory.scratch().directory().string()};
+        all.insert(all.end(), arguments.begin(), arguments.end());
+        const std::string whole = run_captured([&] { return run_pgmdev(all); }, "").output;
+        std::size_t number = 1;
+        for (m_happened = true; m_happened && !HasFailure(); ++number) {
+            SCOPED_TRACE(number);
+            std::string failed;
+            const auto run = run_captured(
+                [&] {
+                    const FAILING_CALL fault(number, EIO);
+                    const int result = run_pgmdev(all);
+                    m_happened = fault.happened();
+                    failed = fault.name();
+                    return result;
+                },
+                "");
+            SCOPED_TRACE(failed);
+            EXPECT_TRUE(run.exit_code != DONE || run.output == whole ||
+                        run.errors.find("pgm_flash.ini") != std::string::npos)
+                << run.errors << run.output;
+        }
+        EXPECT_GT(number, 2U);
+    }
+
     struct NO_FAULT {
         static bool happened() { return false; }
     };
 
+private:
     FLASH_INI_DIRECTORY m_directory;
     mutable bool m_happened = false;
 };
@@ -89,6 +125,79 @@ TEST_F(CommandFaults, AnEntryOfBootFlashIsAddedOrNot) {
 
 TEST_F(CommandFaults, ABlockIsRemovedOrNot) {
     expect_truth_of({"params", "remove", "0"});
+}
+
+TEST_F(CommandFaults, AListIsWholeOrSaidNotToBe) {
+    ASSERT_EQ(run_with({"hps", "add", "nand", "manufacturer_id=0xEC", "device_id=211", "device_byte_size=0x40000000"},
+                       [] { return std::make_unique<NO_FAULT>(); }),
+              DONE);
+    expect_whole_or_told({"hps", "nand"});
+    expect_whole_or_told({"params", "list"});
+}
+
+/// A table, and beside it the headings of all the notes that may go with it.
+class NotesFaults : public testing::Test {
+protected:
+    NotesFaults() {
+        m_scratch.write("table.csv", flash_reference::table({flash_reference::DATA_ROW}));
+        for (const char* name : NOTES) {
+            std::ifstream file(std::string(TEST_DATA_DIR "/flash/") + name);
+            std::string line;
+            while (std::getline(file, line) && line.starts_with('#')) {
+            }
+            m_scratch.write(name, line + "\n");
+        }
+    }
+
+    static constexpr std::array<const char*, 4> NOTES{"ambiguities.csv", "identifications.csv", "aliases.csv",
+                                                      "sources.csv"};
+    SCRATCH m_scratch;
+};
+
+TEST_F(NotesFaults, AreTakenAlongOrTheCommandFails) {
+    const std::string output = m_scratch.path("out.pcf");
+    const auto has_copies = [&] {
+        return std::all_of(NOTES.begin(), NOTES.end(), [&](const std::string& name) {
+            const std::string copy = output + "." + name;
+            return std::filesystem::exists(copy) && read_file(copy) == read_file(m_scratch.path(name));
+        });
+    };
+    bool happened = true;
+    for (std::size_t number = 1; happened && !HasFailure(); ++number) {
+        SCOPED_TRACE(number);
+        const PROCESS_RESULT run = run_captured(
+            [&] {
+                const FAILING_CALL fault(number, EIO);
+                const int result = run_pgmdev({"flash", "compile", m_scratch.path("table.csv"), output});
+                happened = fault.happened();
+                return result;
+            },
+            "");
+        EXPECT_TRUE(run.exit_code != 0 || has_copies()) << run.errors;
+        EXPECT_TRUE(happened || run.exit_code == 0) << run.errors;
+        for (const char* name : NOTES) {
+            std::filesystem::remove(output + "." + name);
+        }
+    }
+}
+
+TEST_F(NotesFaults, AreReadOrSaidNotToBe) {
+    const std::vector<std::string> question{"flash", "identify", "C22018"};
+    const auto ask = [&question] { return run_pgmdev(question); };
+    const std::string whole = run_captured(ask, "").output;
+    bool happened = true;
+    for (std::size_t number = 1; happened && !HasFailure(); ++number) {
+        SCOPED_TRACE(number);
+        const PROCESS_RESULT run = run_captured(
+            [&] {
+                const FAILING_CALL fault(number, EIO);
+                const int result = ask();
+                happened = fault.happened();
+                return result;
+            },
+            "");
+        EXPECT_TRUE(run.exit_code > 1 || run.output == whole || !run.errors.empty()) << run.output;
+    }
 }
 
 }  // namespace

@@ -1,3 +1,4 @@
+#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -7,6 +8,7 @@
 #include "pgmdev/parameters/container_text.h"
 #include "pgmdev/parameters/fixture.h"
 #include "support/debug_messages.h"
+#include "support/ordinary_user_posix.h"
 
 // The parameter container on a system that fails: a block is never lost, and the result is the truth.
 
@@ -147,6 +149,43 @@ TEST_F(ContainerFaults, CopyOfADoubtfulContainerIsKept) {
                 }
             });
     }
+}
+
+TEST_F(ContainerFaults, BlocksThatAreAbsentAreNoneThatAreLost) {
+    m_directory.write_file(ref::file_of({"first", "second", "third", std::nullopt, std::nullopt}));
+    EXPECT_TRUE(FLASH_INI_DIRECTORY::write(1, "new"));
+    EXPECT_EQ(m_directory.file(), ref::file(CHANGED));
+    EXPECT_FALSE(m_directory.has(COPY));
+    const std::string more = ref::file_of({"first", "second", "third", std::nullopt, "fifth", std::nullopt});
+    m_directory.write_file(more);
+    EXPECT_TRUE(FLASH_INI_DIRECTORY::write(1, "new"));
+    EXPECT_EQ(m_directory.file(), ref::file(CHANGED));
+    EXPECT_EQ(read_file(m_directory.scratch().path(COPY)), more);
+}
+
+TEST_F(ContainerFaults, WhatDoesNotFitItsOffsetsIsNotTaken) {
+    prepare();
+    BYTE byte = 0;
+    EXPECT_FALSE(PGMDEV_FLASH_INI::write_flash_ini_data(PGMDEV_FLASH_INI_HPS_SPI, &byte, 0xFFFFFFFF));
+    EXPECT_EQ(m_directory.file(), ref::file(BLOCKS));
+}
+
+TEST_F(ContainerFaults, AContainerThatIsProtectedStays) {
+    prepare();
+    const std::string file = m_directory.path().string();
+    ASSERT_EQ(::chmod(file.c_str(), 0444), 0);
+    ASSERT_EQ(::chmod(m_directory.scratch().directory().c_str(), 0777), 0);
+    {
+        const ORDINARY_USER user;
+        EXPECT_FALSE(FLASH_INI_DIRECTORY::write(1, "new"));
+    }
+    EXPECT_EQ(m_directory.file(), ref::file(BLOCKS));
+    ASSERT_EQ(::chmod(file.c_str(), 0666), 0);
+    {
+        const ORDINARY_USER user;
+        EXPECT_TRUE(FLASH_INI_DIRECTORY::write(1, "new"));
+    }
+    EXPECT_EQ(m_directory.file(), ref::file(CHANGED));
 }
 
 /// How many calls of the system a reading takes.

@@ -38,6 +38,23 @@ void with_each_call_failing(int error, const std::function<void()>& prepare, con
     EXPECT_GT(number, 1U);
 }
 
+/// The same with the allocations of libraries in C.
+inline void with_each_malloc_failing(const std::function<void()>& prepare, const std::function<void()>& operation,
+                                     const std::function<void()>& judge) {
+    std::size_t number = 1;
+    for (bool happened = true; happened && !testing::Test::HasFailure(); ++number) {
+        SCOPED_TRACE(testing::Message() << "malloc " << number);
+        prepare();
+        {
+            const FAILING_MALLOC fault(number);
+            operation();
+            happened = fault.happened();
+        }
+        judge();
+    }
+    EXPECT_GT(number, 2U);
+}
+
 /// The same with allocations. Of many, the later ones fail in growing steps. An operation may also end by an exception;
 /// `judge` learns whether it ran to its end.
 inline void with_each_allocation_failing(const std::function<void()>& prepare, const std::function<void()>& operation,

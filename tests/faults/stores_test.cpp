@@ -60,6 +60,24 @@ TEST(StoreFaults, UserTexts) {
     });
 }
 
+TEST(StoreFaults, UserTextsWithoutMemoryForZlib) {
+    PGMDEV_SFL_FLASH_INFO flash;
+    flash.device_name = "CHIP";
+    const std::string whole = PGMDEV_USER_FLASH::encode({&flash, 1});
+    ASSERT_NE(whole, "");
+    std::string encoded;
+    int refused = 0;
+    with_each_malloc_failing([&] { encoded = "?"; },
+                             [&] {
+                                 encoded = PGMDEV_USER_FLASH::encode({&flash, 1});
+                             },
+                             [&] {
+                                 EXPECT_TRUE(encoded.empty() || encoded == whole);
+                                 refused += encoded.empty() ? 1 : 0;
+                             });
+    EXPECT_GT(refused, 0);
+}
+
 /// No descriptors are left when the first digest is made, which a process of its own shows.
 TEST(StoreFaults, FirstDigestWithoutDescriptors) {
     EXPECT_EXIT(

@@ -1,3 +1,6 @@
+#include <algorithm>
+#include <random>
+
 #include "cfg.h"
 #include "faults/every_fault.h"
 #include "pgmdev/flash/source_fixture.h"
@@ -92,6 +95,37 @@ TEST(LoadFaults, FlashDatabaseIsWholeOrReported) {
     }
 }
 
+TEST(LoadFaults, WithoutMemoryForZlibNothingIsLoadedOrWritten) {
+    const REPORTS quiet;
+    const SCRATCH scratch;
+    const std::string source = scratch.write("table.csv", flash_text(20));
+    const std::string output = scratch.path("table.pcf");
+    const auto ended = [](const std::function<void()>& operation) {
+        try {
+            operation();
+        } catch (const MSG_INTERNAL_ERROR_EXCEPTION&) {
+            return false;
+        }
+        return true;
+    };
+    const auto compile = [&] { PGMDEV_FLASH_MANAGER(false, 1, true, false).generate_flash_database(source, output); };
+    compile();
+    const std::string whole = read_file(output);
+    bool done = false;
+    int refused = 0;
+    with_each_malloc_failing([&] { scratch.write("table.pcf", "old"); }, [&] { done = ended(compile); },
+                             [&] {
+                                 EXPECT_TRUE(read_file(output) == (done ? whole : "old"));
+                                 refused += done ? 0 : 1;
+                             });
+    EXPECT_GT(refused, 0);
+    std::size_t found = 0;
+    with_each_malloc_failing(
+        [&] { found = 0; },
+        [&] { done = ended([&] { found = PGMDEV_FLASH_TABLE::from_database(output).records().size(); }); },
+        [&] { EXPECT_EQ(found, done ? 20U : 0U); });
+}
+
 TEST(LoadFaults, ProfileDatabaseIsWholeOrReported) {
     const REPORTS quiet;
     with_each_allocation_failing(
@@ -102,6 +136,69 @@ TEST(LoadFaults, ProfileDatabaseIsWholeOrReported) {
             EXPECT_NE(found, nullptr);
         },
         [](bool) {}, 16);
+}
+
+/// What loading a database ends with, and the most memory that it takes.
+class LoadMemory : public testing::Test {
+protected:
+    static constexpr const char* SOUND = "(no report)";
+    static constexpr long long MEBIBYTE = 1 << 20;
+    static constexpr long long LONGEST_BODY = 128 * MEBIBYTE;
+
+    static std::string stating(unsigned long long size, const std::string& stream) {
+        return flash_ref::MAGIC + flash_ref::STAMP + flash_ref::le32(size) + stream + "cc";
+    }
+
+    void expect(const std::string& file, const std::string& report, long long most) {
+        const std::string path = m_scratch.write("stranger.pcf", file);
+        expect_of_file(path, report, most);
+    }
+
+    static void expect_of_file(const std::string& path, const std::string& report, long long most) {
+        const COUNTED_MEMORY memory;
+        EXPECT_EQ(report_of([&path] { PGMDEV_FLASH_TABLE::from_database(path); }), report);
+        EXPECT_LE(memory.most(), most);
+    }
+
+    /// Until the contents are known to be sound.
+    static long long bound(std::size_t file_size) { return 4 * static_cast<long long>(file_size) + MEBIBYTE; }
+
+    const std::string m_payload = flash_ref::payload({flash_ref::sample("A")});
+    SCRATCH m_scratch;
+};
+
+TEST_F(LoadMemory, IsThatOfTheFileUntilItsContentsAreKnown) {
+    constexpr unsigned long long ALL = 0xFFFFFFFF;
+    const auto expect_modesty = [this](const std::string& file, const std::string& report) {
+        expect(file, report, bound(file.size()));
+    };
+    const std::string far = flash_ref::deflated_with_zeros("", 400 * MEBIBYTE);
+    expect_modesty(stating(ALL, far), "Mismatch version between flash file and reader");
+    const std::string many = flash_ref::le32(1) + flash_ref::le32(ALL) + flash_ref::le32(33);
+    expect_modesty(stating(ALL, flash_ref::deflated_with_zeros(many, 400 * MEBIBYTE)), "index < data_size");
+    expect_modesty(stating(ALL, flash_ref::deflated_with_zeros(m_payload, 400 * MEBIBYTE)),
+                   "memory_size <= PACKED_BODY_MAX");
+    std::string noise(MEBIBYTE, '\0');
+    std::mt19937 random(1);
+    std::generate(noise.begin(), noise.end(), [&random] { return static_cast<char>(random()); });
+    constexpr const char* FAILED =
+        "zlib_uncompress(decompressed_data, &new_dcmp_size, data, decompressed_count) == ZLIB_OK";
+    expect_modesty(stating(ALL, noise), FAILED);
+    expect_modesty(stating(ALL, flash_ref::deflated(noise)), "new_dcmp_size == original_count");
+}
+
+TEST_F(LoadMemory, IsThatOfTheBodyThen) {
+    const std::string longest = stating(LONGEST_BODY, flash_ref::deflated_with_zeros(m_payload, LONGEST_BODY));
+    expect(longest, SOUND, LONGEST_BODY + bound(longest.size()));
+}
+
+TEST_F(LoadMemory, IsNotThatOfAHoleBehindTheStream) {
+    const std::string path = m_scratch.write("hole.pcf", flash_ref::file(m_payload));
+    std::filesystem::resize_file(path, std::uintmax_t{5} << 30);
+    expect_of_file(path, SOUND, MEBIBYTE + MEBIBYTE / 2);
+    m_scratch.write("hole.pcf", stating(0xFFFFFFFF, flash_ref::deflated(m_payload)));
+    std::filesystem::resize_file(path, std::uintmax_t{5} << 30);
+    expect_of_file(path, "new_dcmp_size == original_count", 3 * LONGEST_BODY + MEBIBYTE);
 }
 
 TEST(TableLimits, TablesThatWouldTakeAllMemoryAreRefused) {
@@ -119,6 +216,31 @@ TEST(TableLimits, TablesThatWouldTakeAllMemoryAreRefused) {
 }
 
 constexpr const char* OWN_PROCESS = "FAULT_TESTS_OWN_PROCESS";
+
+TEST(ConfigurationFaults, OneOfSeveralFilesThatCannotBeReadIsReadAgain) {
+    if (std::getenv(OWN_PROCESS) == nullptr) {  // files are read once in a process
+        const PROCESS_RESULT result =
+            run_process({{std::filesystem::read_symlink("/proc/self/exe").string(),
+                          "--gtest_filter=ConfigurationFaults.OneOfSeveralFilesThatCannotBeReadIsReadAgain"},
+                         "",
+                         {{OWN_PROCESS, "1"}},
+                         {}});
+        EXPECT_EQ(result.exit_code, 0) << result.output;
+        return;
+    }
+    const SCRATCH scratch;
+    const std::string system_file = scratch.path("system/etc/tessary/tessary.conf");
+    std::filesystem::create_directories(system_file);
+    scratch.write("user/tessary/tessary.conf", "KEY = of the user\n");
+    ASSERT_EQ(::unsetenv("TESSARY_CONFIG_FILE"), 0);
+    ASSERT_EQ(::setenv("TESSARY_SYSTEM_ROOT", scratch.path("system").c_str(), 1), 0);
+    ASSERT_EQ(::setenv("XDG_CONFIG_HOME", scratch.path("user").c_str(), 1), 0);
+    EXPECT_EQ(cfg_get_value("KEY"), "of the user");
+    std::filesystem::remove(system_file);
+    scratch.write("system/etc/tessary/tessary.conf", "KEY = of the system\nOTHER_KEY = other\n");
+    EXPECT_EQ(cfg_get_value("OTHER_KEY"), "other");
+    EXPECT_EQ(cfg_get_value("KEY"), "of the user");
+}
 
 TEST(ConfigurationFaults, AFileThatIsCutGivesNothing) {
     if (std::getenv(OWN_PROCESS) == nullptr) {  // files are read once in a process

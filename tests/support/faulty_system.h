@@ -29,15 +29,38 @@ public:
     SLOW_CALLS& operator=(const SLOW_CALLS&) = delete;
 };
 
-/// While it lives, the allocation with that number, from 1, fails.
+/// While it lives, the allocation with that number, from 1, fails, or all from that one on.
 class FAILING_ALLOCATION {
 public:
-    explicit FAILING_ALLOCATION(std::size_t number);
+    explicit FAILING_ALLOCATION(std::size_t number, bool all_later = false);
     ~FAILING_ALLOCATION();
     FAILING_ALLOCATION(const FAILING_ALLOCATION&) = delete;
     FAILING_ALLOCATION& operator=(const FAILING_ALLOCATION&) = delete;
 
     bool happened() const;
+};
+
+/// The same with those that libraries in C make.
+class FAILING_MALLOC {
+public:
+    explicit FAILING_MALLOC(std::size_t number);
+    ~FAILING_MALLOC();
+    FAILING_MALLOC(const FAILING_MALLOC&) = delete;
+    FAILING_MALLOC& operator=(const FAILING_MALLOC&) = delete;
+
+    bool happened() const;
+};
+
+/// While it lives, counts what this thread takes by `new`.
+class COUNTED_MEMORY {
+public:
+    COUNTED_MEMORY();
+    ~COUNTED_MEMORY();
+    COUNTED_MEMORY(const COUNTED_MEMORY&) = delete;
+    COUNTED_MEMORY& operator=(const COUNTED_MEMORY&) = delete;
+
+    /// The most bytes that were taken at once, besides those from before.
+    long long most() const;
 };
 
 /// While it lives, this thread's waits are over at once, and the clock has gone on by as much.

@@ -2,9 +2,12 @@
 
 #include <dlfcn.h>
 #include <fcntl.h>
+#include <malloc.h>
+#include <sys/random.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <climits>
 #include <cstdarg>
@@ -29,8 +32,16 @@ struct STATE {
     unsigned slow_count = 0;
 
     bool allocations_armed = false;
+    bool all_later_allocations = false;
     bool allocation_failed = false;
     std::size_t allocations_left = 0;
+
+    std::size_t mallocs_left = 0;  ///< until one fails; 0: none does
+    bool malloc_failed = false;
+
+    bool memory_is_counted = false;
+    long long taken = 0;
+    long long most_taken = 0;
 
     bool clock_is_fast = false;
     time_t seconds_skipped = 0;
@@ -114,12 +125,21 @@ std::string path_of(int file) {
     return {path, length < 0 ? std::size_t{0} : static_cast<std::size_t>(length)};
 }
 
+// What the C library has under the names that are taken here.
+extern "C" void* __libc_malloc(std::size_t size);  // NOLINT(bugprone-reserved-identifier,cert-dcl37-c,cert-dcl51-cpp)
+
 void* allocate(std::size_t size) {
     if (g_state.allocations_armed && g_state.allocations_left != 0 && --g_state.allocations_left == 0) {
         g_state.allocation_failed = true;
+        g_state.allocations_left = g_state.all_later_allocations ? 1 : 0;
         return nullptr;
     }
-    return std::malloc(size == 0 ? 1 : size);  // NOLINT(cppcoreguidelines-no-malloc): this is what others stand on
+    void* const memory = __libc_malloc(size == 0 ? 1 : size);
+    if (g_state.memory_is_counted) {
+        g_state.taken += static_cast<long long>(::malloc_usable_size(memory));
+        g_state.most_taken = std::max(g_state.most_taken, g_state.taken);
+    }
+    return memory;
 }
 
 }  // namespace
@@ -216,6 +236,45 @@ INTERPOSED int rename(const char* from, const char* to) {
     return result;
 }
 
+INTERPOSED int fstatat(int directory, const char* path, struct stat* status, int flags) noexcept {
+    static auto* const real = next<int(int, const char*, struct stat*, int)>("fstatat");
+    return is_to_fail("fstatat") ? -1 : real(directory, path, status, flags);
+}
+
+INTERPOSED int fchown(int file, uid_t owner, gid_t group) noexcept {
+    static auto* const real = next<int(int, uid_t, gid_t)>("fchown");
+    return is_to_fail("fchown") ? -1 : real(file, owner, group);
+}
+
+INTERPOSED int ftruncate(int file, off_t length) noexcept {
+    static auto* const real = next<int(int, off_t)>("ftruncate");
+    return is_to_fail("ftruncate") || is_interrupted() ? -1 : real(file, length);
+}
+
+INTERPOSED int posix_fallocate(int file, off_t offset, off_t length) {
+    static auto* const real = next<int(int, off_t, off_t)>("posix_fallocate");
+    return is_to_fail("posix_fallocate") ? g_state.error : real(file, offset, length);
+}
+
+INTERPOSED ssize_t readlink(const char* path, char* target, std::size_t size) noexcept {
+    static auto* const real = next<ssize_t(const char*, char*, std::size_t)>("readlink");
+    return is_to_fail("readlink") ? -1 : real(path, target, size);
+}
+
+INTERPOSED ssize_t getrandom(void* bytes, std::size_t count, unsigned flags) {
+    static auto* const real = next<ssize_t(void*, std::size_t, unsigned)>("getrandom");
+    return is_to_fail("getrandom") ? -1 : real(bytes, count, flags);
+}
+
+INTERPOSED void* malloc(std::size_t size) noexcept {
+    if (g_state.mallocs_left != 0 && --g_state.mallocs_left == 0) {
+        g_state.malloc_failed = true;
+        errno = ENOMEM;
+        return nullptr;
+    }
+    return __libc_malloc(size);
+}
+
 INTERPOSED int unlink(const char* path) noexcept {
     static auto* const real = next<int(const char*)>("unlink");
     const int result = real(path);
@@ -262,6 +321,9 @@ __attribute__((visibility("default"))) void* operator new[](std::size_t size, co
     return allocate(size);
 }
 __attribute__((visibility("default"))) void operator delete(void* memory) noexcept {
+    if (g_state.memory_is_counted) {
+        g_state.taken -= static_cast<long long>(::malloc_usable_size(memory));
+    }
     std::free(memory);  // NOLINT(cppcoreguidelines-no-malloc)
 }
 __attribute__((visibility("default"))) void operator delete[](void* memory) noexcept {
@@ -302,8 +364,9 @@ SLOW_CALLS::~SLOW_CALLS() {
     g_state.slow = false;
 }
 
-FAILING_ALLOCATION::FAILING_ALLOCATION(std::size_t number) {
+FAILING_ALLOCATION::FAILING_ALLOCATION(std::size_t number, bool all_later) {
     g_state.allocation_failed = false;
+    g_state.all_later_allocations = all_later;
     g_state.allocations_left = number;
     g_state.allocations_armed = true;
 }
@@ -314,6 +377,33 @@ FAILING_ALLOCATION::~FAILING_ALLOCATION() {
 
 bool FAILING_ALLOCATION::happened() const {
     return g_state.allocation_failed;
+}
+
+FAILING_MALLOC::FAILING_MALLOC(std::size_t number) {
+    g_state.malloc_failed = false;
+    g_state.mallocs_left = number;
+}
+
+FAILING_MALLOC::~FAILING_MALLOC() {
+    g_state.mallocs_left = 0;
+}
+
+bool FAILING_MALLOC::happened() const {
+    return g_state.malloc_failed;
+}
+
+COUNTED_MEMORY::COUNTED_MEMORY() {
+    g_state.taken = 0;
+    g_state.most_taken = 0;
+    g_state.memory_is_counted = true;
+}
+
+COUNTED_MEMORY::~COUNTED_MEMORY() {
+    g_state.memory_is_counted = false;
+}
+
+long long COUNTED_MEMORY::most() const {
+    return g_state.most_taken;
 }
 
 FAST_CLOCK::FAST_CLOCK() {

@@ -139,6 +139,46 @@ TEST(PartInfo, TellsWhichSchemeANameBelongsTo) {
     expect_failure(run_command({"part", "info", "KES5O"}), NOT_FOUND, {"did you mean KES50"});
 }
 
+TEST(PartInfo, WithoutProfilesTheCatalogAnswers) {
+    const JSON whole = listed({"part", "info", "KES50C6"});
+    const SCRATCH scratch;
+    const std::vector<std::string> here{"--db-dir", scratch.directory().string(), "--json", "part", "info"};
+    const auto asked = [&here](const std::string& name, const std::string& input) {
+        std::vector<std::string> arguments = here;
+        arguments.push_back(name);
+        return run_command(arguments, input);
+    };
+    for (const char* code : {"database_missing", "database_damaged"}) {
+        const PROCESS_RESULT result = asked("KES50C6", "");
+        EXPECT_EQ(result.exit_code, INTERNAL_ERROR);
+        JSON info = json_of(result.output);
+        EXPECT_EQ(info["error"]["code"], code);
+        EXPECT_TRUE(contains(result.errors, info["error"]["message"].get<std::string>())) << result.errors;
+        EXPECT_EQ(info["profile"], nullptr);
+        info.erase("error");
+        info["profile"] = whole["profile"];
+        info["query"] = whole["query"];
+        EXPECT_EQ(info, whole);
+
+        const PROCESS_RESULT batch = asked("-", "KES50C6\nno such name\nKES50C6\n");
+        EXPECT_EQ(batch.exit_code, INTERNAL_ERROR);
+        EXPECT_EQ(lines_of(batch.errors).size(), 2U) << batch.errors;  // what is wrong with the database once
+        const std::vector<std::string> lines = lines_of(batch.output);
+        ASSERT_EQ(lines.size(), 3U);
+        EXPECT_EQ(json_of(lines[0]), json_of(lines[2]));
+        EXPECT_EQ(json_of(lines[0])["error"]["code"], code);
+        EXPECT_FALSE(json_of(lines[1]).contains("error"));
+        EXPECT_EQ(asked("no such name", "").exit_code, NOT_FOUND);  // no profile is looked for
+        scratch.write("programmer/pgm_dev_info.pcf", "PGMIO_DM");
+    }
+    const PROCESS_RESULT people = run_command({"--db-dir", scratch.directory().string(), "part", "info", "KES50C6"});
+    EXPECT_EQ(people.exit_code, INTERNAL_ERROR);
+    EXPECT_TRUE(contains(people.output, "LQFP"));
+    EXPECT_FALSE(contains(people.output, "profile"));
+    EXPECT_TRUE(
+        people.errors.starts_with("pgmdev: the profile database cannot be read, since it is cut after 8 bytes"));
+}
+
 TEST(PartFromPcf, TellsTheDifferenceBetweenOneAndAll) {
     expect_failure(run_command({"part", "from-pcf", "KES_50"}), NOT_FOUND, {"--all lists the 40 parts"});
     const JSON all = listed({"part", "from-pcf", "kes_50", "--all"});

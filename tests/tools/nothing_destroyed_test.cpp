@@ -112,6 +112,27 @@ TEST(nothing_destroyed, TheFormOfABlockIsChecked) {
     EXPECT_EQ(container.bytes(), ref::file(ref::BLOCKS{"free", "anything", two}));
 }
 
+TEST(nothing_destroyed, AListThatIsNotReadWholeIsSaidToBe) {
+    const std::string whole = NAND_STAMP + nand_record();
+    const std::vector<std::pair<std::string, const char*>> blocks{
+        {"anything", "it does not begin with the stamp"}, {whole + "x", "record 1, which begins at byte 48, is cut"}};
+    for (const auto& [bytes, fault] : blocks) {
+        const CONTAINER_FILE container(ref::file(ref::BLOCKS{"free", std::nullopt, std::nullopt}));
+        const std::string block = container.scratch().write("block.bin", bytes);
+        ASSERT_EQ(container.run({"params", "write", "2", block, "--raw"}).exit_code, DONE);
+        const PROCESS_RESULT listed = container.run({"hps", "nand"});
+        EXPECT_EQ(listed.exit_code, DONE);
+        EXPECT_TRUE(contains(
+            listed.errors, "warning: the block \"HPS NAND\" holds more than this version reads: " + std::string(fault)))
+            << listed.errors;
+        EXPECT_TRUE(contains(listed.errors, "to give it up: params remove 2")) << listed.errors;
+        EXPECT_EQ(container.run({"hps", "spi"}).errors, "");
+        EXPECT_EQ(container.run({"-q", "hps", "nand"}).errors, "");
+    }
+    const CONTAINER_FILE sound(ref::file(ref::BLOCKS{"free", std::nullopt, whole}));
+    EXPECT_EQ(sound.run({"hps", "nand"}).errors, "");
+}
+
 TEST(nothing_destroyed, ADamagedContainerIsSaidToBe) {
     const std::string good = ref::file(ref::BLOCKS{"free", std::nullopt, NAND_STAMP + nand_record()});
     for (const std::string& bytes : {std::string("x"), good.substr(0, 30), good.substr(0, good.size() - 1), good + "x",

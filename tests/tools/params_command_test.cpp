@@ -113,6 +113,14 @@ TEST(params_command, BlocksOfAFile) {
     EXPECT_EQ(directory.file(), ref::file(ref::BLOCKS{std::nullopt, std::nullopt, contents}));
 }
 
+TEST(params_command, AFileThatIsTooLargeForABlockIsNotRead) {
+    const HPS_DIRECTORY directory;
+    const std::string source = directory.scratch().write("source.bin", "x");
+    std::filesystem::resize_file(source, (std::uintmax_t{1} << 28) + 1);
+    expect_failure(directory.run({"params", "write", "0", source}), WRONG_USAGE, {"source.bin is too large"});
+    EXPECT_EQ(directory.scratch().file_count(), 1U);
+}
+
 TEST(params_command, AbsentBlocks) {
     const HPS_DIRECTORY directory;
     expect_failure(directory.run({"params", "read", "1"}), NOT_FOUND, {"HPS SPI"});

@@ -266,7 +266,7 @@ TEST_F(SCHEMA_TEST, FailuresWithEveryKeyFit) {
         {{"flash", "verify"}, {none}, "", INTERNAL_ERROR},
         {{"profile", "show"}, {"--family", "x", "--db-dir", none}, "", INTERNAL_ERROR},
         {{"profile", "tables"}, {"--db-dir", none}, "", INTERNAL_ERROR},
-        {{"part", "info"}, {"x", "--db-dir", none}, "", INTERNAL_ERROR},
+        {{"part", "info"}, {"KES50C6", "--db-dir", none}, "", INTERNAL_ERROR},
         {{"params", "write"}, {"1", none}, "", WRONG_USAGE},
         {{"params", "write"}, {"1", FLASH_TABLE}, "", WRONG_USAGE},
     };

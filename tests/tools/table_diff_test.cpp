@@ -141,6 +141,24 @@ TEST(table_diff, WhatIsNoTableIsRefused) {
     expect_failure(run_command({"flash", "diff", csv}), WRONG_USAGE, {});
 }
 
+TEST(table_diff, WhatIsMissingIsWhatItsNameSays) {
+    const SCRATCH scratch;
+    const std::string csv = scratch.write("t.csv", FLASH_SOURCE().row().text());
+    for (const char* name : {"none.pcf", "none.PCF"}) {
+        const std::string none = scratch.path(name);
+        const PROCESS_RESULT result = run_command({"--json", "flash", "diff", csv, none});
+        EXPECT_EQ(json_failure(result, INTERNAL_ERROR, "database_missing").at("path"), none);
+    }
+    json_failure(run_command({"--json", "profile", "diff", scratch.path("none.pcf"), csv}), INTERNAL_ERROR,
+                 "database_missing");
+    for (const char* name : {"none.csv", "none", "pcf"}) {
+        json_failure(run_command({"--json", "flash", "diff", csv, scratch.path(name)}), INTERNAL_ERROR,
+                     "source_table_unreadable");
+    }
+    const std::string table = scratch.write("table.pcf", read_file(csv));  // whatever it is called
+    EXPECT_EQ(run_command({"flash", "diff", csv, table}).exit_code, DONE);
+}
+
 TEST(table_diff, LargeTables) {
     FLASH_SOURCE before;
     FLASH_SOURCE after;

@@ -7,7 +7,9 @@
 #include <fstream>
 #include <functional>
 #include <numeric>
+#include <set>
 
+#include "dstr.h"
 #include "msg.h"
 #include "pgmdev/flash/fixture.h"
 #include "pgmdev/parameters/container_text.h"
@@ -27,9 +29,44 @@ namespace {
 
 constexpr std::size_t CASES_OF_A_BYTE = 11;  // eight bits, 00, FF, and an end before it
 
+/// Where bytes are to be damaged.
+using PLACES = std::vector<std::size_t>;
+
+PLACES all_places(const std::string& bytes) {
+    PLACES places(bytes.size());
+    std::iota(places.begin(), places.end(), 0U);
+    return places;
+}
+
+/// Of the payload of a database a byte of each class: its head, the first two records and the last one, and where the index
+/// tables begin and end. Others are read by the same code.
+PLACES places_of_classes(const std::string& payload) {
+    constexpr std::string_view RECORD_END = "END1";
+    constexpr std::size_t SOME = 32;
+    std::vector<std::size_t> ends;
+    for (std::size_t end = payload.find(RECORD_END); end != std::string::npos;
+         end = payload.find(RECORD_END, end + 1)) {
+        ends.push_back(end + RECORD_END.size());
+    }
+    std::set<std::size_t> places;
+    const auto add = [&](std::size_t begin, std::size_t end) {
+        for (std::size_t place = begin; place < std::min(end, payload.size()); ++place) {
+            places.insert(place);
+        }
+    };
+    add(0, ends.at(1));
+    add(ends.at(ends.size() - 2), ends.back() + SOME);
+    std::size_t table = ends.back() + RECORD_END.size();
+    for (const int entries : {int{DEV_FAMILY_MAX}, int{DEV_DEVICE_MAX}, DEV_PART_MAX}) {
+        table += 5 + 4 * static_cast<std::size_t>(entries);
+        add(table - SOME, table + SOME);
+    }
+    return {places.begin(), places.end()};
+}
+
 /// Nothing when the case changes nothing.
-std::optional<std::string> damaged(const std::string& sound, std::size_t number) {
-    const std::size_t place = number / CASES_OF_A_BYTE;
+std::optional<std::string> damaged(const std::string& sound, const PLACES& places, std::size_t number) {
+    const std::size_t place = places.at(number / CASES_OF_A_BYTE);
     const std::size_t kind = number % CASES_OF_A_BYTE;
     std::string file = sound;
     if (kind < 8) {
@@ -84,10 +121,10 @@ protected:
     ~Damage() override { ::munmap(m_progress, sizeof(PROGRESS)); }
 
     /// `whole` makes the file of what is damaged: itself, or what surrounds it.
-    void sweep(const std::string& name, const std::string& sound, const std::string& file_name,
+    void sweep(const std::string& name, const std::string& sound, const PLACES& places, const std::string& file_name,
                const std::function<std::string(std::string)>& whole, const JUDGE& judge) {
         constexpr std::size_t STRIDE = 1000003;
-        const std::size_t total = sound.size() * CASES_OF_A_BYTE;
+        const std::size_t total = places.size() * CASES_OF_A_BYTE;
         ASSERT_EQ(std::gcd(STRIDE, total), 1U);
         const REMEMBERED remembered(name);
         const std::size_t begin = remembered.position() < total ? remembered.position() : 0;
@@ -102,7 +139,7 @@ protected:
             const long usual = peak_kilobytes();
             std::size_t& position = m_progress->position;
             for (; position < total && std::chrono::steady_clock::now() < end_of_time; ++position) {
-                if (const auto file = damaged(sound, position * STRIDE % total)) {
+                if (const auto file = damaged(sound, places, position * STRIDE % total)) {
                     m_scratch.write(file_name, whole(*file));
                     const char* finding = judge(path);
                     if (finding == nullptr && peak_kilobytes() - usual > MOST_KILOBYTES) {
@@ -149,7 +186,7 @@ protected:
         const std::string sound = read_file(std::string(TEST_DEVICES_DIR) + "/programmer/" + shipped);
         const JUDGE judge = database_judge<TABLE>(noun, shipped);
         sweep(
-            noun + "-file", sound, shipped, [](std::string file) { return file; }, judge);
+            noun + "-file", sound, all_places(sound), shipped, [](std::string file) { return file; }, judge);
         constexpr std::size_t HEAD = 44;
         const std::size_t size = ini_reference::get32(sound, HEAD - 4);
         const std::string payload = flash_reference::inflated(sound.substr(HEAD, sound.size() - HEAD - 2), size);
@@ -157,7 +194,8 @@ protected:
         const auto packed = [before](const std::string& bytes) {
             return before + ini_reference::le32(bytes.size()) + flash_reference::deflated(bytes) + std::string(2, '\0');
         };
-        sweep(noun + "-payload", payload, shipped, packed, judge);
+        sweep(noun + "-classes", payload, places_of_classes(payload), shipped, packed, judge);
+        sweep(noun + "-payload", payload, all_places(payload), shipped, packed, judge);
     }
 
     SCRATCH m_scratch;
@@ -192,7 +230,7 @@ TEST_F(Damage, Container) {
     const std::string sound = ini_reference::file({"values of others", spi, nand});
     m_scratch.write("pgm_flash.ini.info", ini_reference::info(sound));
     sweep(
-        "container", sound, "pgm_flash.ini", [](std::string bytes) { return bytes; },
+        "container", sound, all_places(sound), "pgm_flash.ini", [](std::string bytes) { return bytes; },
         [command, sound](const std::string& path) -> const char* {
             const std::string bytes = read_file(path);
             const MODULE_DIRECTORY directory(fs::path(path).parent_path().string());

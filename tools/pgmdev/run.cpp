@@ -5,6 +5,7 @@
 #include <array>
 #include <cstdio>
 #include <exception>
+#include <new>
 
 #include "cfg.h"
 #include "configuration/warnings.h"
@@ -73,6 +74,17 @@ public:
         remember_arguments(arguments);
     }
     ~SETTINGS_OF_A_RUN() {
+        try {
+            forget_settings();
+        } catch (const std::bad_alloc&) {  // who has no memory for this has none for another run
+        }
+        MSG_INTERNAL_ERROR::set_handler(m_handler);
+    }
+    SETTINGS_OF_A_RUN(const SETTINGS_OF_A_RUN&) = delete;
+    SETTINGS_OF_A_RUN& operator=(const SETTINGS_OF_A_RUN&) = delete;
+
+private:
+    static void forget_settings() {
         for (const std::string& assignment : given_values("--set")) {
             cfg_clear_value(assignment.substr(0, assignment.find('=')));
         }
@@ -87,12 +99,8 @@ public:
         PGMDEV_HPS_NAND_MGR::delete_mgr();
         PGMDEV_HPS_SPI_MGR::delete_mgr();
         PGMDEV_HPS_MGR::delete_mgr();
-        MSG_INTERNAL_ERROR::set_handler(m_handler);
     }
-    SETTINGS_OF_A_RUN(const SETTINGS_OF_A_RUN&) = delete;
-    SETTINGS_OF_A_RUN& operator=(const SETTINGS_OF_A_RUN&) = delete;
 
-private:
     MSG_INTERNAL_ERROR::HANDLER m_handler;
 };
 

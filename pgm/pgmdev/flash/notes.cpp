@@ -149,17 +149,17 @@ PGMDEV_FLASH_NOTES PGMDEV_FLASH_NOTES::beside_database(const std::string& pcf_fi
 }
 
 PGMDEV_FLASH_NOTES::PGMDEV_FLASH_NOTES(const std::vector<std::string>& files) {
-    if (FIO_FILE_SYSTEM::exists(files[0].c_str())) {
-        read_ambiguities(files[0]);
-    }
-    if (FIO_FILE_SYSTEM::exists(files[1].c_str())) {
-        read_identifications(files[1]);
-    }
+    read_ambiguities(files[0]);
+    read_identifications(files[1]);
 }
 
 void PGMDEV_FLASH_NOTES::read_ambiguities(const std::string& file) {
+    const auto lines = read_note_lines(file, AMBIGUITY_COLUMNS, m_ambiguities_file.faults);
+    if (!lines) {
+        return;
+    }
     m_ambiguities_file.file = file;
-    for (const NOTE_LINE& line : read_note_lines(file, AMBIGUITY_COLUMNS, m_ambiguities_file.faults)) {
+    for (const NOTE_LINE& line : *lines) {
         if (auto ambiguity = ambiguity_of(line, m_ambiguities_file.faults)) {
             m_ambiguities.push_back(std::move(*ambiguity));
         }
@@ -167,8 +167,12 @@ void PGMDEV_FLASH_NOTES::read_ambiguities(const std::string& file) {
 }
 
 void PGMDEV_FLASH_NOTES::read_identifications(const std::string& file) {
+    const auto lines = read_note_lines(file, IDENTIFICATION_COLUMNS, m_identifications_file.faults);
+    if (!lines) {
+        return;
+    }
     m_identifications_file.file = file;
-    for (const NOTE_LINE& line : read_note_lines(file, IDENTIFICATION_COLUMNS, m_identifications_file.faults)) {
+    for (const NOTE_LINE& line : *lines) {
         auto bytes = byte_patterns_of(line.cells[DIGITS_CELL]);
         if (bytes && bytes->size() <= LONGEST_RESPONSE) {
             m_identifications.push_back(

@@ -36,7 +36,7 @@ void PACKED_READER::confirm_marker(std::string_view marker) {
 }
 
 void PACKED_WRITER::require_room(QWORD count) const {
-    PGMDEV_REQUIRE(m_index <= m_size && count <= m_size - m_index, "index < data_size", m_format.file);
+    PGMDEV_REQUIRE(m_index + count <= m_size, "index < data_size", m_format.file);
 }
 
 void PACKED_WRITER::put(DWORD value, DWORD count) {
@@ -62,7 +62,6 @@ void PACKED_WRITER::put_tag(PGMDEV_MANAGER_TYPE tag) {
 
 void PACKED_WRITER::put_heads(DWORD body_size, DWORD record_count, DWORD member_count) {
     put_text(m_format.magic);
-    PGMDEV_REQUIRE(m_format.stamp.size() == PACKED_STAMP_SIZE, m_format.wrong_stamp, m_format.file);
     put_text(m_format.stamp);
     for (const DWORD number : {body_size, PACKED_BODY_VERSION, record_count, member_count}) {
         put_untagged_dword(number);

@@ -52,7 +52,7 @@ public:
 
 private:
     void require_room(QWORD count) const {
-        PGMDEV_REQUIRE(m_index <= m_size && count <= m_size - m_index, "index < data_size", m_format.file);
+        PGMDEV_REQUIRE(m_index + count <= m_size, "index < data_size", m_format.file);
     }
     /// Whether there are as many bytes at the index, also if no value has them: what a bare pointer leads to may end.
     bool is_readable(QWORD count) const { return m_size != PACKED_TRUSTED_SIZE && count <= m_size - m_index; }

@@ -13,20 +13,25 @@
 
 namespace {
 
-/// Memory that is taken for a database whatever it holds.
-constexpr QWORD ROOM_FOR_ANY = QWORD{1} << 20;
+/// Memory that is taken for a database whatever it holds: 1 MiB, but for what decompressing takes besides.
+constexpr QWORD ROOM_FOR_ANY = (QWORD{1} << 20) - (QWORD{1} << 16);
 
 /// The bytes of a stream of a body of that length, at most: deflate stores what it cannot shorten.
 QWORD longest_stream(QWORD body_size) {
     return 2 * body_size + (QWORD{1} << 16);
 }
 
+/// What a stream may hold before anything is known of its contents: together they are four times the stream, and some.
+QWORD modest_size(DWORD stream_size) {
+    return std::min(3 * QWORD{stream_size} + ROOM_FOR_ANY, QWORD{PACKED_BODY_MAX});
+}
+
 /// The body of a file that states to hold much more than it has itself. Before the memory for it is taken, its beginning
 /// must be one: of this version, and with no more records and members than there is room for, since each takes a tag and
-/// a byte at least.
+/// a byte at least. Nor may it be longer than any body.
 void require_plausible_body(const BYTE* stream, DWORD stream_size, DWORD body_size, const PACKED_FORMAT& format) {
-    const QWORD modest = 3 * QWORD{stream_size} + ROOM_FOR_ANY;
-    if (body_size <= modest || stream_size == 0) {
+    const QWORD modest = modest_size(stream_size);
+    if (body_size <= modest) {
         return;
     }
     const INFLATED beginning = inflate_bounded(stream, stream_size, modest);
@@ -40,6 +45,7 @@ void require_plausible_body(const BYTE* stream, DWORD stream_size, DWORD body_si
     PGMDEV_REQUIRE(values[0] == PACKED_BODY_VERSION, format.wrong_version, format.file);
     PGMDEV_REQUIRE(values[1] != 0 && values[2] != 0, format.wrong_counts, format.file);
     PGMDEV_REQUIRE(values[1] <= body_size / (2 * values[2]), "index < data_size", format.file);
+    PGMDEV_REQUIRE(body_size <= PACKED_BODY_MAX, PACKED_BODY_TOO_LONG, format.file);
 }
 
 }  // namespace
@@ -69,9 +75,10 @@ BYTE_BUFFER packed_decompress(const BYTE* data, DWORD compressed_size, DWORD ori
                               const PACKED_FORMAT& format) {
     PGMDEV_REQUIRE(compressed_size > 0 && original_size > 0, "decompressed_count > 0 && original_count > 0",
                    format.file);
-    const QWORD modest = 3 * QWORD{compressed_size} + ROOM_FOR_ANY;
+    const QWORD modest = modest_size(compressed_size);
     INFLATED body = inflate_bounded(data, compressed_size, std::min<QWORD>(original_size, modest));
     if (body.longer && original_size > modest) {
+        body.data.reset();  // not both at once
         body = inflate_bounded(data, compressed_size, original_size);
     }
     PGMDEV_REQUIRE(body.good, "zlib_uncompress(decompressed_data, &new_dcmp_size, data, decompressed_count) == ZLIB_OK",
@@ -98,8 +105,6 @@ PACKED_BODY read_packed_file(const FIO_PATH& path, const PACKED_FORMAT& format) 
         pgmdev_report_soft(format.wrong_magic, format.file, PGMDEV_LINE);
         return {};
     }
-    PGMDEV_REQUIRE(PGMDEV_DEV_INFO_CSV_MD5.size() == PACKED_STAMP_SIZE, "PGMDEV_DEV_INFO_CSV_MD5.size() == 32",
-                   format.file);
     PGMDEV_REQUIRE(text.substr(PACKED_MAGIC_SIZE, PACKED_STAMP_SIZE) == format.stamp,
                    "Mismatch ID between flash file and reader", format.file);
     DWORD index = PACKED_MAGIC_SIZE + PACKED_STAMP_SIZE;
@@ -107,7 +112,7 @@ PACKED_BODY read_packed_file(const FIO_PATH& path, const PACKED_FORMAT& format) 
 
     // What lies behind the end of the stream is not looked at.
     const QWORD stored = file_size - PACKED_HEAD_SIZE - PACKED_CHECKSUM_SIZE;
-    const auto stream_size = static_cast<DWORD>(std::min({stored, longest_stream(body_size), QWORD{0xFFFFFFFF}}));
+    const auto stream_size = static_cast<DWORD>(std::min(stored, longest_stream(std::min(body_size, PACKED_BODY_MAX))));
     const BYTE_BUFFER stream(new BYTE[stream_size]);
     PGMDEV_REQUIRE(input.read_at(PACKED_HEAD_SIZE, {stream.get(), stream_size}), "input.good()", format.file);
     require_plausible_body(stream.get(), stream_size, body_size, format);

@@ -19,7 +19,6 @@ const PACKED_FORMAT DEV_INFO_FORMAT{
     .string_tags = tag_set(PGMDEV_MANAGER_DEVID_STR) | tag_set(PGMDEV_MANAGER_STRING),
     .missing_file = FILE_CONDITION("device_file"),
     .wrong_magic = MAGIC_CONDITION("D", "M"),
-    .wrong_stamp = "PGMDEV_DEV_INFO_CSV_MD5.size() == 32",
     .wrong_version = "Mismatch version between device file and reader",
     .wrong_counts = "m_device_count > 0 && m_type_count > 0",
     .wrong_dword_tag =
@@ -35,7 +34,6 @@ const PACKED_FORMAT FLASH_FORMAT{
     .string_tags = tag_set(PGMDEV_MANAGER_STRING),
     .missing_file = FILE_CONDITION("flash_file"),
     .wrong_magic = MAGIC_CONDITION("F", "M"),
-    .wrong_stamp = "PGMDEV_FLASH_INFO_CSV_MD5.size() == 32",
     .wrong_version = "Mismatch version between flash file and reader",
     .wrong_counts = "m_flash_count > 0 && m_type_count > 0",
     .wrong_dword_tag = "type == PGMDEV_MANAGER_DWORD",

@@ -21,6 +21,11 @@ inline constexpr DWORD PACKED_MARKER_SIZE = 4;
 inline constexpr std::string_view PACKED_RECORD_END = "END1";
 inline constexpr std::string_view PACKED_DATABASE_END = "END2";
 
+/// The longest body. Tables of all chips and devices that there are stay far below it; what states more is refused before
+/// memory is taken for it, and never written.
+inline constexpr DWORD PACKED_BODY_MAX = DWORD{128} << 20;
+inline constexpr const char* PACKED_BODY_TOO_LONG = "memory_size <= PACKED_BODY_MAX";
+
 /// The longest text that a one-byte length can state.
 inline constexpr std::size_t PACKED_TEXT_MAX = 255;
 
@@ -28,6 +33,8 @@ inline constexpr std::size_t PACKED_TEXT_MAX = 255;
 /// stamp.
 inline constexpr std::string_view PGMDEV_FLASH_INFO_CSV_MD5 = "e58bc25311bf5303874d34bcafcaa4c1";
 inline constexpr std::string_view PGMDEV_DEV_INFO_CSV_MD5 = "6d91639bb2165ce50a6e050711c1137f";
+static_assert(PGMDEV_FLASH_INFO_CSV_MD5.size() == PACKED_STAMP_SIZE);
+static_assert(PGMDEV_DEV_INFO_CSV_MD5.size() == PACKED_STAMP_SIZE);
 
 /// A set of tags.
 constexpr DWORD tag_set(PGMDEV_MANAGER_TYPE tag) {
@@ -49,7 +56,6 @@ struct PACKED_FORMAT {
     // The texts of the failed checks.
     const char* missing_file;
     const char* wrong_magic;
-    const char* wrong_stamp;
     const char* wrong_version;
     const char* wrong_counts;
     const char* wrong_dword_tag;

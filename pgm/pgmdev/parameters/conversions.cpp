@@ -147,7 +147,10 @@ bool PGMDEV_FLASH_INI::convert_string_to_qword(PGMDEV_PARAM_TYPE type, QWORD& va
     }
     PGMDEV_REQUIRE(multiple != 0, "multiple != 0", FLASH_INI_FILE);
     value *= multiple;
-    return value <= maximum || fail("Calculation overflow compare to type");
+    if (value > maximum) {
+        return fail("Calculation overflow compare to type");
+    }
+    return true;
 }
 
 std::string PGMDEV_FLASH_INI::convert_qword_to_string(QWORD value) {

@@ -139,7 +139,6 @@ DWORD PGMDEV_DEV_INFO_MANAGER::generic_position(DEV_FAMILY_ENUM family) {
 DWORD PGMDEV_DEV_INFO_MANAGER::family_entry(DEV_FAMILY_ENUM family) {
     if (!search_family(family, false)) {
         m_index = generic_position(family);
-        PGMDEV_REQUIRE(m_index != INVALID_DWORD && m_index < TOTAL_DATABASE_DEVICE, NO_ENTRY, DEV_INFO_MANAGER_FILE);
     }
     return m_index;
 }

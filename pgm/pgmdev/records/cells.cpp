@@ -20,9 +20,6 @@ const char* take_bool(const CELL_SYNTAX& syntax, const std::string& cell, bool& 
 }
 
 const char* take_number(const CELL_SYNTAX& syntax, const std::string& cell, DWORD& value) {
-    if (cell.empty() && !syntax.allow_empty) {
-        return EMPTY_CELL;
-    }
     bool valid = false;
     value = PGM_COMMON::convert_string_to_dword(cell, !syntax.allow_empty, &valid, nullptr, true);
     return valid ? nullptr : NOT_A_NUMBER;

@@ -46,10 +46,8 @@ public:
         return size;
     }();
 
-    /// The most records, the last one possibly cut, that a body of `size` bytes can hold.
-    static QWORD most_records_in(QWORD size) {
-        return size < PACKED_BODY_HEAD_SIZE ? 0 : (size - PACKED_BODY_HEAD_SIZE) / FIXED_SIZE + 1;
-    }
+    /// The most records, the last one possibly cut, that a body of `size` bytes, which has a head, can hold.
+    static QWORD most_records_in(QWORD size) { return (size - PACKED_BODY_HEAD_SIZE) / FIXED_SIZE + 1; }
 
     /// The bytes that a row of cells takes as a record, with the marker behind it.
     static QWORD packed_size(const CELLS& cells) {

@@ -12,7 +12,6 @@
 /// - check_rows and check_rows_together, which look at sound rows as rows, and at all of them.
 
 #include <algorithm>
-#include <limits>
 #include <memory>
 #include <string>
 #include <vector>
@@ -124,10 +123,9 @@ PACKED_IMAGE compile_source_file(const FIO_PATH& csv_file, QWORD rest) {
     PGMDEV_REQUIRE(layout.section_size > 0, "pure_memory_size > 0", SCHEMA::FORMAT.file);
 
     const QWORD body_size = layout.section_size + rest;
+    PGMDEV_REQUIRE(body_size <= PACKED_BODY_MAX, PACKED_BODY_TOO_LONG, SCHEMA::FORMAT.file);
     PACKED_IMAGE image;
     image.size = PACKED_HEAD_SIZE + body_size;
-    // The size field has 32 bits.
-    PGMDEV_REQUIRE(image.size <= std::numeric_limits<DWORD>::max(), "index == memory_size", SCHEMA::FORMAT.file);
     image.data.reset(new BYTE[image.size]());
     PACKED_WRITER writer(image.data.get(), image.size, image.index, SCHEMA::FORMAT);
     writer.put_heads(static_cast<DWORD>(body_size), layout.record_count, DWORD{SCHEMA::MEMBERS.size()});

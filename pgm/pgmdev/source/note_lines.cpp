@@ -1,7 +1,6 @@
 #include "source/note_lines.h"
 
 #include <algorithm>
-#include <optional>
 
 #include "file_reader.h"
 #include "fio.h"
@@ -12,13 +11,6 @@ namespace {
 constexpr std::size_t LARGEST_NOTES = std::size_t{1} << 20;
 constexpr std::size_t LONGEST_LINE = 4096;
 constexpr const char* BLANKS = " \t\r";
-
-std::optional<std::string> text_of(const std::string& file) {
-    std::string text;
-    const READ_RESULT result =
-        read_whole_file(fio_get_unc_full_path(FIO_PATH(file).fullpath()), LARGEST_NOTES, FILE_KINDS::STREAMS_TOO, text);
-    return result == READ_RESULT::READ ? std::optional(std::move(text)) : std::nullopt;
-}
 
 PGMDEV_TABLE_FAULT fault_at(DWORD line, std::size_t column, std::string expected) {
     PGMDEV_TABLE_FAULT fault;
@@ -112,17 +104,23 @@ bool is_heading(const NOTE_LINE& line, std::span<const std::string_view> columns
 
 }  // namespace
 
-std::vector<NOTE_LINE> read_note_lines(const std::string& file, std::span<const std::string_view> columns,
-                                       std::vector<PGMDEV_TABLE_FAULT>& faults) {
+std::optional<std::vector<NOTE_LINE>> read_note_lines(const std::string& file,
+                                                      std::span<const std::string_view> columns,
+                                                      std::vector<PGMDEV_TABLE_FAULT>& faults) {
+    std::string text;
+    const READ_RESULT result =
+        read_whole_file(fio_get_unc_full_path(FIO_PATH(file).fullpath()), LARGEST_NOTES, FILE_KINDS::STREAMS_TOO, text);
+    if (result == READ_RESULT::ABSENT) {
+        return std::nullopt;
+    }
     std::vector<NOTE_LINE> lines;
-    const std::optional<std::string> text = text_of(file);
-    if (!text || text->find('\0') != std::string::npos) {
+    if (result != READ_RESULT::READ || text.find('\0') != std::string::npos) {
         faults.push_back(fault_at(0, 0, "a text file that can be read, of at most 1 MiB"));
         return lines;
     }
     bool heading = true;
     DWORD number = 0;
-    for_each_line(*text, [&](std::string_view whole) {
+    for_each_line(text, [&](std::string_view whole) {
         ++number;
         const std::string raw(whole);
         const std::size_t begin = raw.find_first_not_of(BLANKS);

@@ -4,6 +4,7 @@
 /// Small tables of words and sentences: cells between commas, those with commas in quotation marks, lines that begin with
 /// "#" for people only.
 
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -20,9 +21,10 @@ struct NOTE_LINE {
 
 /// The lines behind the heading, which states the names of the columns. A line without as many cells as columns, with an
 /// empty cell or an open quotation mark is a fault and left out; so is a file that cannot be read, is no text, or is
-/// larger than people write such tables.
-std::vector<NOTE_LINE> read_note_lines(const std::string& file, std::span<const std::string_view> columns,
-                                       std::vector<PGMDEV_TABLE_FAULT>& faults);
+/// larger than people write such tables. Nothing when there is no such file.
+std::optional<std::vector<NOTE_LINE>> read_note_lines(const std::string& file,
+                                                      std::span<const std::string_view> columns,
+                                                      std::vector<PGMDEV_TABLE_FAULT>& faults);
 
 /// A fault in one cell of a line.
 PGMDEV_TABLE_FAULT note_fault(const NOTE_LINE& line, std::size_t cell, std::span<const std::string_view> columns,

@@ -14,7 +14,6 @@
 namespace {
 
 constexpr const char* COMPRESSION_FAILURE = "Fail to generate INI because of compression failure\n";
-constexpr const char* INVALID_ENCODING = "Invalid INI encoding\n";
 constexpr const char* INVALID_DECODING = "Invalid INI decoding\n";
 constexpr const char* DECOMPRESSION_FAILURE = "Fail to generate INI because of decompression failure\n";
 
@@ -99,11 +98,7 @@ USER_FLASH_CODING encode_user_flash(std::string_view text) {
         waiting_count += BYTE_BITS;
         const bool last = i + 1 == packed_size;
         while (waiting_count >= SYMBOL_BITS || (last && waiting_count > 0)) {
-            const unsigned value = waiting & ((1U << SYMBOL_BITS) - 1);
-            if (value >= USER_FLASH_SYMBOLS.size()) {
-                return {{}, INVALID_ENCODING};
-            }
-            encoded += USER_FLASH_SYMBOLS[value];
+            encoded += USER_FLASH_SYMBOLS[waiting & ((1U << SYMBOL_BITS) - 1)];
             waiting >>= SYMBOL_BITS;
             waiting_count -= waiting_count < SYMBOL_BITS ? waiting_count : SYMBOL_BITS;
         }

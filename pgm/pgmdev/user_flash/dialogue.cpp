@@ -134,7 +134,7 @@ std::string define_user_flash(std::istream& answers, std::ostream& prompts, cons
     const USER_FLASH_CODING encoded = encode_checked_user_flash(text);
     if (encoded.failure != nullptr) {
         prompts << encoded.failure;
-    } else if (!encoded.text.empty()) {
+    } else {
         prompts << "INI : " << encoded.text << '\n';
     }
     return encoded.text;

@@ -59,8 +59,6 @@ std::string hexadecimal(DWORD number) {
 
 std::optional<std::string> user_flash_value(const QUESTION& question, const std::string& answer) {
     switch (question.answer) {
-        case ANSWER::GIVEN:
-            return std::string(question.text);
         case ANSWER::NAME:
         case ANSWER::TEXT:
             return answer.size() >= question.least && answer.size() <= question.most ? std::optional(answer)

@@ -9,7 +9,7 @@
 
 #include "pgmdev_sfl_flash_info.h"
 
-/// The value that an answer, in upper case, stands for; nothing when it is not accepted.
+/// The value that an answer, in upper case, to a question that is asked stands for; nothing when it is not accepted.
 std::optional<std::string> user_flash_value(const PGMDEV_SFL_FLASH_QUESTION& question, const std::string& answer);
 
 /// Whether the answer is one that stands in a description as it is, and would tear it apart.

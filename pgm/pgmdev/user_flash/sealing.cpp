@@ -15,9 +15,6 @@ USER_FLASH_CODING encode_checked_user_flash(const std::string& text) {
     if (decoded.failure != nullptr) {
         return {{}, decoded.failure};
     }
-    if (decoded.text.empty()) {
-        return {};
-    }
     if (decoded.text != text) {
         return {{}, "Fail to generate INI because fail to counter-check cmp-encode-decode-decmp\n"};
     }

@@ -162,8 +162,7 @@ std::string_view accepted_user_flash_values(const PGMDEV_SFL_FLASH_MEMBER& membe
     if (member.type() == PGMDEV_MANAGER_BOOL) {
         return "1 or 0";
     }
-    const auto* byte = std::get_if<BYTE RECORD::*>(&member.field);
-    return byte == nullptr ? "anything" : is_signed(*byte) ? "a number up to 255" : "a number from 0 to 255";
+    return is_signed(std::get<BYTE RECORD::*>(member.field)) ? "a number up to 255" : "a number from 0 to 255";
 }
 
 std::span<const USER_FLASH_RULE> user_flash_rules() {

@@ -38,7 +38,7 @@ std::size_t assign_user_flash(std::span<const std::string, USER_FLASH_VALUES> va
 /// largest one needs.
 std::string user_flash_body(const PGMDEV_SFL_FLASH_INFO& record);
 
-/// What assign_user_flash accepts for a member, for people.
+/// What assign_user_flash accepts for a member that does not take everything, a flag or a byte, for people.
 std::string_view accepted_user_flash_values(const PGMDEV_SFL_FLASH_MEMBER& member);
 
 /// What makes a described flash plausible.

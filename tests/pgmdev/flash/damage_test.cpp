@@ -183,6 +183,32 @@ TEST_F(FlashDamage, ABombIsBoundedByWhatTheFileStates) {
     EXPECT_EQ(load(ref::file(bomb)), "Mismatch version between flash file and reader");
 }
 
+TEST_F(FlashDamage, ABombHasTheCountsOfADatabaseOrIsNotInflated) {
+    constexpr QWORD SIZE = QWORD{16} << 20;
+    const auto load_counts = [this](unsigned long records, unsigned long members) {
+        const std::string head = ref::le32(1) + ref::le32(records) + ref::le32(members);
+        return load(ref::MAGIC + ref::STAMP + ref::le32(SIZE) + ref::deflated_with_zeros(head, SIZE) + "cc");
+    };
+    EXPECT_EQ(load_counts(0, 33), "m_flash_count > 0 && m_type_count > 0");
+    EXPECT_EQ(load_counts(1, 0), "m_flash_count > 0 && m_type_count > 0");
+    EXPECT_EQ(load_counts(SIZE / 66 + 1, 33), "index < data_size");
+    EXPECT_EQ(load_counts(SIZE / 66, 33), "type == PGMDEV_MANAGER_STRING");
+}
+
+TEST_F(FlashDamage, ABodyHasAtMost128MiB) {
+    constexpr QWORD MOST = QWORD{128} << 20;
+    const auto stating = [](QWORD stated, const std::string& beginning, QWORD size) {
+        return ref::MAGIC + ref::STAMP + ref::le32(stated) + ref::deflated_with_zeros(beginning, size) + "cc";
+    };
+    EXPECT_EQ(load(stating(MOST, m_payload, MOST)), "(no report)");
+    constexpr const char* TOO_LONG = "memory_size <= PACKED_BODY_MAX";
+    for (const QWORD stated : {MOST + 1, 2 * MOST, QWORD{0xFFFFFFFF}}) {
+        EXPECT_EQ(load(stating(stated, m_payload, MOST + 1)), TOO_LONG) << stated;
+        EXPECT_EQ(load(stating(stated, "", MOST + 1)), "Mismatch version between flash file and reader") << stated;
+        EXPECT_EQ(load(stating(stated, m_payload, 4096)), "new_dcmp_size == original_count") << stated;
+    }
+}
+
 TEST_F(FlashDamage, RandomPayloadsEndInAReport) {
     std::mt19937 random(20);  // the same every run
     for (int round = 0; round < 2000; ++round) {

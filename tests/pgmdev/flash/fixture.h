@@ -69,6 +69,46 @@ inline std::string inflated(const std::string& stream, std::size_t size) {
     return bytes;
 }
 
+/// A zlib stream of bytes and behind them as many of 0 as make `size`, put together from streams of pieces.
+inline std::string deflated_with_zeros(const std::string& bytes, std::size_t size) {
+    constexpr std::size_t PIECE = std::size_t{1} << 20;
+    const auto piece_of = [](const std::string& contents, int flush) {
+        z_stream stream{};
+        if (deflateInit2(&stream, 1, Z_DEFLATED, -MAX_WBITS, 8, Z_DEFAULT_STRATEGY) != Z_OK) {
+            throw std::runtime_error("deflateInit2");
+        }
+        std::string from = contents;
+        std::string piece(deflateBound(&stream, static_cast<uLong>(contents.size())) + 64, '\0');
+        stream.next_in = reinterpret_cast<Bytef*>(from.data());
+        stream.avail_in = static_cast<uInt>(from.size());
+        stream.next_out = reinterpret_cast<Bytef*>(piece.data());
+        stream.avail_out = static_cast<uInt>(piece.size());
+        deflate(&stream, flush);
+        piece.resize(stream.total_out);
+        deflateEnd(&stream);
+        return piece;
+    };
+    const auto adler_of = [](const std::string& contents) {
+        return adler32(1, reinterpret_cast<const Bytef*>(contents.data()), static_cast<uInt>(contents.size()));
+    };
+    std::string whole = "\x78\x01" + piece_of(bytes, Z_FULL_FLUSH);
+    uLong adler = adler_of(bytes);
+    const std::string zeros(PIECE, '\0');
+    const std::string full = piece_of(zeros, Z_FULL_FLUSH);
+    std::size_t rest = size - bytes.size();
+    for (; rest >= PIECE; rest -= PIECE) {
+        whole += full;
+        adler = adler32_combine(adler, adler_of(zeros), static_cast<z_off_t>(PIECE));
+    }
+    const std::string last(rest, '\0');
+    whole += piece_of(last, Z_FINISH);
+    adler = adler32_combine(adler, adler_of(last), static_cast<z_off_t>(rest));
+    for (const int shift : {24, 16, 8, 0}) {
+        whole += static_cast<char>(adler >> shift & 0xFF);
+    }
+    return whole;
+}
+
 /// A packed file around a payload.
 inline std::string file(const std::string& payload_bytes) {
     return head() + le32(payload_bytes.size()) + deflated(payload_bytes) + std::string(2, '\0');

@@ -335,6 +335,14 @@ TEST_F(FlashLoading, ReadsOneRecordAtATimeForDerivingClasses) {
     EXPECT_EQ(manager.m_flash_database[0], RECORD());
 }
 
+TEST_F(FlashLoading, DefaultRowsOfNoRecordsAreNotLookedFor) {
+    FLASH_PROBE manager;
+    manager.confirm_default_value(0);
+    manager.m_flash_count = 1;
+    EXPECT_REPORT(manager.confirm_default_value(0), "m_flash_database != NULL");
+    manager.m_flash_count = 0;
+}
+
 TEST_F(FlashLoading, EnableDeviceChecksItsGround) {
     FLASH_PROBE manager;
     EXPECT_REPORT(manager.enable_device(0), "m_flash_database != NULL");

@@ -196,6 +196,7 @@ TEST_F(PackedPrimitives, CompressionKeepsTheHeadAndRestoresTheBody) {
     DWORD count = 0;
     EXPECT_REPORT(m_manager.compress_data(data.data(), 44, 44, count), "offset < count");
     EXPECT_REPORT(m_manager.compress_data(data.data(), 1, 0, count), "offset < count");
+    EXPECT_REPORT(m_manager.compress_data(data.data(), 44, 0xFFFFFFFF, count), "offset < count");  // nor has it room
 }
 
 TEST_F(PackedPrimitives, DecompressionTakesExactlyTheStatedSize) {

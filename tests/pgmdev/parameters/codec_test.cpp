@@ -135,6 +135,16 @@ TEST(FlashIniCodec, BlockThatEndsInTheMiddleOfARecord) {
     }
 }
 
+TEST(FlashIniCodec, FlagsAreOneByte) {
+    for (bool flag : {false, true}) {
+        BYTE byte = 0xCC;
+        DWORD position = 0;
+        PGMDEV_FLASH_INI::fillup_flash_ini_data(&byte, position, PGMDEV_PARAM_BOOL, &flag);
+        EXPECT_EQ(byte, flag ? 1 : 0);
+        EXPECT_EQ(position, 1U);
+    }
+}
+
 TEST(FlashIniCodec, PositionBehindAValue) {
     const std::string block("abc\0\1\2\3\4\5\6\7", 11);
     const auto behind = [&block](PGMDEV_PARAM_TYPE type, DWORD position, bool expected) {

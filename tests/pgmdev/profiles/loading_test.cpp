@@ -305,6 +305,28 @@ TEST_F(DevInfoLoading, SearchesCheckTheRecordsOnTheirWay) {
     EXPECT_REPORT(manager.search_part(DEV_PART_GENERIC, false), "id < DEV_PART_MAX");
 }
 
+TEST_F(DevInfoLoading, TablesThatADerivingClassHasTakenAwayAreMissed) {
+    for (DWORD* DEV_INFO_PROBE::*table :
+         {&DEV_INFO_PROBE::m_family_table, &DEV_INFO_PROBE::m_device_table, &DEV_INFO_PROBE::m_part_table}) {
+        DEV_INFO_PROBE manager;
+        DWORD* const taken = std::exchange(manager.*table, nullptr);
+        EXPECT_REPORT(load(manager),
+                      "m_device_database != NULL && m_family_table != NULL && m_device_table != NULL && "
+                      "m_part_table != NULL");
+        EXPECT_EQ(manager.get_device_database(), nullptr);
+        manager.*table = taken;
+        load(manager);
+        const std::unique_ptr<PGMDEV_DEVICE_INFO> found(manager.get_db_by_part(1));
+        EXPECT_NE(found, nullptr);
+    }
+    DEV_INFO_PROBE manager;
+    load(manager);
+    DWORD* const taken = std::exchange(manager.m_part_table, nullptr);
+    EXPECT_EQ(manager.get_db_by_part(1), nullptr);
+    EXPECT_EQ(manager.m_index, 0xFFFFFFFF);
+    manager.m_part_table = taken;
+}
+
 TEST_F(DevInfoLoading, SearchesByProgrammerFile) {
     DEV_INFO_PROBE manager;
     load(manager);

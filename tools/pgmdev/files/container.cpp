@@ -10,10 +10,6 @@
 #include "files/inspection.h"
 #include "files/origins.h"
 #include "fio.h"
-#include "terminal/failure.h"
-#include "terminal/printable.h"
-#include "terminal/quiet.h"
-#include "terminal/standard_error.h"
 
 namespace {
 
@@ -105,12 +101,6 @@ void require_sound_container(const CONTAINER& container, const char* aim) {
     }
 }
 
-void warn(const FAILURE& failure) {
-    if (!is_quiet()) {
-        print_error("pgmdev: warning: {}\n", printable(failure_text(failure)));
-    }
-}
-
 }  // namespace
 
 CONTAINER examine_container() {
@@ -129,17 +119,34 @@ CONTAINER examine_container() {
     }
     CONTAINER container{CONTAINER::SOUND, "", doubt_of(container_place().path)};
     container.block_count = little_endian(file.beginning, MAGIC.size());
-    for (DWORD i = PGMDEV_FLASH_INI_MAX; i < container.block_count; ++i) {
-        container.has_more = container.has_more || little_endian(file.beginning, HEAD_SIZE + ENTRY_SIZE * i) != 0;
+    for (DWORD i = 0; i < container.block_count; ++i) {
+        const bool present = little_endian(file.beginning, HEAD_SIZE + ENTRY_SIZE * i) != 0;
+        container.present.push_back(present);
+        container.has_more = container.has_more || (present && i >= PGMDEV_FLASH_INI_MAX);
     }
     return container;
+}
+
+bool is_unread_block(PGMDEV_FLASH_INI_ENUM which) {
+    const CONTAINER container = examine_container();
+    return container.state == CONTAINER::UNREADABLE || (which < container.present.size() && container.present[which]);
+}
+
+FAILURE unread_block(const std::string& name) {
+    const PLACE place = container_place();
+    return {FAILURE_CODE::CONTAINER_UNREADABLE,
+            fmt::format("the block \"{}\" is there, and could not be read", name),
+            place.path,
+            place.tried,
+            "try again",
+            {}};
 }
 
 void require_readable_container() {
     const CONTAINER container = examine_container();
     require_sound_container(container, "read");
     if (!container.doubt.empty()) {
-        warn(doubt_about(container));
+        warn_of(doubt_about(container));
     }
 }
 
@@ -177,8 +184,8 @@ CONTAINER_LOCK::CONTAINER_LOCK() {
 void warn_of_container() {
     const CONTAINER container = examine_container();
     if (is_unusable(container)) {
-        warn(failure_of(container, "read"));
+        warn_of(failure_of(container, "read"));
     } else if (!container.doubt.empty()) {
-        warn(doubt_about(container));
+        warn_of(doubt_about(container));
     }
 }

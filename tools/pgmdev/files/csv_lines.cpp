@@ -4,7 +4,7 @@
 
 #include "ascii.h"
 #include "files/file_bytes.h"
-#include "fio.h"
+#include "files/inspection.h"
 #include "text_lines.h"
 
 namespace {
@@ -28,7 +28,7 @@ std::vector<std::string> split(std::string_view line) {
 }  // namespace
 
 CSV_LINES::CSV_LINES(const std::string& path) {
-    if (!FIO_FILE_SYSTEM::exists(path.c_str())) {
+    if (inspect_file(path, 0).missing) {
         return;
     }
     m_text = std::make_unique<const std::string>(required_file_text(path));

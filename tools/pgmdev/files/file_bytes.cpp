@@ -10,9 +10,11 @@
 #include "file_reader.h"
 #include "files/inspection.h"
 #include "fio.h"
+#include "gen.h"
 #include "pgm_common.h"
 #include "replaced_file.h"
 #include "terminal/failure.h"
+#include "utf8_path.h"
 
 namespace {
 
@@ -21,6 +23,8 @@ constexpr std::size_t LARGEST_FILE = std::size_t{1} << 28;
 
 /// What the magics of all packed databases begin with.
 constexpr std::string_view PACKED_BEGINNING = "PGMIO_";
+
+constexpr const char* DATABASE_EXTENSION = ".pcf";
 
 std::optional<std::string> file_text(const std::string& path) {
     std::string text;
@@ -56,6 +60,10 @@ std::vector<BYTE> required_file_bytes(const std::string& path) {
 }
 
 bool is_packed_database(const std::string& path) {
+    if (gen_stricmp(utf8_from_path(path_from_utf8(path).extension()), DATABASE_EXTENSION) == 0 &&
+        !inspect_file(path, 0).obstacle.empty()) {
+        return true;
+    }
     std::ifstream file = open_replaced_file(fio_get_unc_full_path(FIO_PATH(path).fullpath()));
     std::string beginning(PACKED_BEGINNING.size(), '\0');
     file.read(beginning.data(), static_cast<std::streamsize>(beginning.size()));

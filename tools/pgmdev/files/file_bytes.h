@@ -17,7 +17,7 @@ std::optional<std::vector<BYTE>> file_bytes(const std::string& path);
 std::vector<BYTE> required_file_bytes(const std::string& path);
 std::string required_file_text(const std::string& path);
 
-/// Whether the file begins like a packed database, of whichever kind.
+/// Whether the file begins like a packed database, of whichever kind. One that cannot be read is taken for one by its name.
 bool is_packed_database(const std::string& path);
 
 /// The SHA-256 of the bytes, in lower-case hexadecimal digits.

@@ -6,7 +6,11 @@
 #include <array>
 #include <tuple>
 
+#include "files/container.h"
+#include "files/origins.h"
 #include "hps/flash.h"
+#include "params/blocks.h"
+#include "terminal/failure.h"
 
 namespace {
 
@@ -54,5 +58,22 @@ std::string block_fault(PGMDEV_FLASH_INI_ENUM which, std::span<const BYTE> bytes
             return list_fault<HPS_NAND>(bytes);
         default:
             return "";
+    }
+}
+
+void warn_of_list(PGMDEV_FLASH_INI_ENUM which, bool is_empty) {
+    DWORD size = 0;
+    const std::unique_ptr<BYTE[]> block(PGMDEV_FLASH_INI::read_flash_ini_data(which, size));
+    const std::string fault = block == nullptr ? "" : block_fault(which, {block.get(), size});
+    if (!fault.empty()) {
+        const PLACE place = container_place();
+        warn_of({FAILURE_CODE::BLOCK_OF_ANOTHER_VERSION,
+                 fmt::format("the block \"{}\" holds more than this version reads: {}", block_name(which), fault),
+                 place.path,
+                 place.tried,
+                 fmt::format("see params read {0}; to give it up: params remove {0}", static_cast<DWORD>(which)),
+                 {}});
+    } else if (is_empty && is_unread_block(which)) {
+        warn_of(unread_block(block_name(which)));
     }
 }

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "files/container.h"
+#include "hps/block_form.h"
 #include "hps/edit.h"
 #include "hps/lists.h"
 #include "hps/port.h"
@@ -115,6 +116,7 @@ void list_entries(const ARGUMENTS& given, const COMMAND& command) {
     const auto& manager = *FLASH::MANAGER::get_mgr();
     const auto& list = manager.get_list();
     const std::size_t user_count = manager.get_user_list().size();
+    warn_of_list(FLASH::BLOCK, user_count == 0);
     std::vector<JSON> rows = hps_flash_rows<FLASH>();
     for (JSON& row : rows) {
         if (kind != nullptr) {

@@ -15,7 +15,9 @@
 #include "profile/look_up.h"
 #include "profile/output.h"
 #include "terminal/answer.h"
+#include "terminal/failure.h"
 #include "terminal/printable.h"
+#include "terminal/reports.h"
 #include "terminal/schema.h"
 
 namespace {
@@ -23,8 +25,23 @@ namespace {
 /// What is asked: made once for all questions of a run.
 struct SOURCES {
     NAME_SCHEMES schemes;
-    PROFILE_DATABASE profiles;
+    std::optional<PROFILE_DATABASE> profiles;
+    std::optional<FAILURE> without_profiles;  ///< why there are none, when they were needed
 };
+
+/// The profiles; null when they cannot be read, which is told once. The catalog answers the rest all the same.
+PROFILE_DATABASE* profiles_of(SOURCES& sources) {
+    if (!sources.profiles && !sources.without_profiles) {
+        try {
+            sources.profiles.emplace();
+        } catch (const COMMAND_FAILURE& error) {
+            sources.without_profiles = error.failure();
+            tell_failure(error.failure(), false);
+            forget_report();
+        }
+    }
+    return sources.profiles ? &*sources.profiles : nullptr;
+}
 
 /// What is common to the parts that a name stands for.
 struct COMMON {
@@ -191,7 +208,8 @@ FACTS facts_of(const NAME_MEANING& meaning, SOURCES& sources, bool for_programs,
     facts.add("device", "device", common.device != DEV_DEVICE_INVALID ? entries.device(common.device).device : "");
     add_part(facts, common.part, entries, in_full);
     add_common_characteristics(facts, meaning, entries);
-    add_profile(facts, profile_of(common, sources.profiles));
+    PROFILE_DATABASE* profiles = profiles_of(sources);
+    add_profile(facts, profiles != nullptr ? profile_of(common, *profiles) : FOUND_PROFILE());
     if (in_full) {
         add_parts(facts, meaning.parts);
     }
@@ -213,6 +231,7 @@ ANSWER answer_to(const std::string& question, SOURCES& sources, bool for_program
     }
     ANSWER answer;
     FACTS facts = facts_of(meaning, sources, for_programs, true);
+    answer.failure = sources.without_profiles;
     if (for_programs) {
         answer.content = std::move(facts.object());
         return answer;
@@ -249,7 +268,8 @@ JSON part_info_schema() {
                                           {"speed", or_null(number_schema())},
                                           {"temperature", or_null(text_schema())},
                                           {"profile", or_null(profile)},
-                                          {"parts", array_schema(text_schema())}};
+                                          {"parts", array_schema(text_schema())},
+                                          {"error", failure_reference(), false}};
     content.insert(content.end(), more.begin(), more.end());
     return question_schema(content, {});
 }
@@ -258,6 +278,7 @@ JSON part_info_schema() {
 
 std::vector<JSON> facts_of_all_names() {
     SOURCES sources;
+    sources.profiles.emplace();  // or it fails: there is no page without them
     const std::vector<std::string> spellings = sources.schemes.all_names();
     std::set<std::string> names(spellings.begin(), spellings.end());
     for (const auto* further : {&part_names(), &package_and_programming_names(), &programmer_part_names(),

@@ -37,6 +37,13 @@ PGMDEV_FLASH_INI_ENUM parse_block(const std::string& text, const char* more) {
 
 }  // namespace
 
+BLOCK::BLOCK(PGMDEV_FLASH_INI_ENUM which) {
+    data.reset(PGMDEV_FLASH_INI::read_flash_ini_data(which, size));
+    if (data == nullptr && is_unread_block(which)) {
+        throw COMMAND_FAILURE(unread_block(block_name(which)));
+    }
+}
+
 std::string block_name(PGMDEV_FLASH_INI_ENUM which) {
     return which < PGMDEV_FLASH_INI_MAX ? std::string(PGMDEV_FLASH_INI_NAMES[which])
                                         : fmt::format("block {}", static_cast<DWORD>(which));

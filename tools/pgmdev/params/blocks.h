@@ -18,7 +18,8 @@ struct BLOCK {
     std::unique_ptr<BYTE[]> data;
     DWORD size = 0;
 
-    explicit BLOCK(PGMDEV_FLASH_INI_ENUM which) { data.reset(PGMDEV_FLASH_INI::read_flash_ini_data(which, size)); }
+    /// A block that is there and cannot be read throws COMMAND_FAILURE.
+    explicit BLOCK(PGMDEV_FLASH_INI_ENUM which);
     std::span<const BYTE> bytes() const { return {data.get(), size}; }
 };
 

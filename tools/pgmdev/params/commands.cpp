@@ -102,7 +102,7 @@ COMMAND_FAILURE unreadable(const std::string& path, const std::string& obstacle)
 }
 
 std::vector<BYTE> read_whole(const std::string& path) {
-    constexpr QWORD MOST_BYTES = 0xFFFFFFFF;  // the container tells a size in 32 bits
+    constexpr QWORD MOST_BYTES = QWORD{1} << 28;  // as of other files that are read whole
     const INSPECTED_FILE inspected = inspect_file(path, 0);
     if (!inspected.obstacle.empty()) {
         throw unreadable(path, inspected.obstacle);

@@ -7,7 +7,7 @@
 #include <string_view>
 
 #include "files/file_bytes.h"
-#include "fio.h"
+#include "files/inspection.h"
 #include "gen.h"
 #include "terminal/printable.h"
 #include "terminal/schema.h"
@@ -50,7 +50,7 @@ bool means(const std::string& word, const std::string& name) {
 ACCEPTED_WARNINGS read_accepted_warnings(const std::string& csv_file) {
     ACCEPTED_WARNINGS accepted;
     const std::string path = csv_file + ".accepted";
-    if (!FIO_FILE_SYSTEM::exists(path.c_str())) {
+    if (inspect_file(path, 0).missing) {
         return accepted;
     }
     accepted.file = path;

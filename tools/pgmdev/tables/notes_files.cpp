@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "files/file_bytes.h"
+#include "files/inspection.h"
 #include "fio.h"
 #include "tables/fault_output.h"
 #include "terminal/printable.h"
@@ -44,7 +45,7 @@ JSON notes_schema() {
 
 NOTES_COPIES::NOTES_COPIES(const std::vector<NOTES_COPY>& files) {
     for (const NOTES_COPY& file : files) {
-        if (FIO_FILE_SYSTEM::exists(file.source.c_str())) {
+        if (!inspect_file(file.source, 0).missing) {  // one that cannot be read ends the command
             m_outputs.emplace_back(file.copy).write(required_file_bytes(file.source));
         } else if (FIO_FILE_SYSTEM::exists(file.copy.c_str())) {
             m_left.push_back(file.copy);

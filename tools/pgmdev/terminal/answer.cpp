@@ -7,7 +7,6 @@
 
 #include "gen.h"
 #include "terminal/did_you_mean.h"
-#include "terminal/failure.h"
 #include "terminal/input.h"
 #include "terminal/printable.h"
 #include "terminal/standard_error.h"
@@ -23,6 +22,9 @@ JSON answer_json(const JSON& query, const ANSWER& answer) {
     if (!answer.found) {
         object["candidates"] = answer.candidates;
     }
+    if (answer.failure) {
+        object["error"] = failure_json(*answer.failure);
+    }
     return object;
 }
 
@@ -34,6 +36,9 @@ void count(EXIT_CODE result, COMMAND& command) {
 void give(const JSON& query, const ANSWER& answer, bool batch, COMMAND& command) {
     if (!answer.found) {
         count(answer.when_missing, command);
+    }
+    if (answer.failure) {
+        count(EXIT_INTERNAL_ERROR, command);
     }
     if (!answer.found && !answer.missing.empty()) {
         print_error("pgmdev: {}{}\n", printable(answer.missing), printable(did_you_mean(answer.candidates)));

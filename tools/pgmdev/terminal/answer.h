@@ -5,13 +5,16 @@
 ///
 /// For programs an answer is an object: "query", the question as it was given; "found"; then, when something was found,
 /// the members of its content, and otherwise what is known all the same, and "candidates", names that may have been
-/// meant. A line of a batch that is no question has "error" instead of them.
+/// meant. A line of a batch that is no question has "error" instead of them, and an answer of which a part could not be had
+/// has it besides.
 
 #include <functional>
+#include <optional>
 #include <string>
 #include <vector>
 
 #include "terminal/command.h"
+#include "terminal/failure.h"
 #include "terminal/json.h"
 
 struct ANSWER {
@@ -22,6 +25,7 @@ struct ANSWER {
     std::string missing;                  ///< what was not found: a sentence for people, without its end; "": none
     std::vector<std::string> candidates;  ///< names that may have been meant
     EXIT_CODE when_missing = EXIT_NOT_FOUND;
+    std::optional<FAILURE> failure;  ///< why a part of the answer is missing; people have been told
 };
 
 /// Gives the answer to the only question.

@@ -5,6 +5,7 @@
 #include <array>
 
 #include "terminal/printable.h"
+#include "terminal/quiet.h"
 #include "terminal/standard_error.h"
 
 namespace {
@@ -110,6 +111,12 @@ std::string failure_text(const FAILURE& failure) {
                             failure.report->file, failure.report->line);
     }
     return text;
+}
+
+void warn_of(const FAILURE& failure) {
+    if (!is_quiet()) {
+        print_error("pgmdev: warning: {}\n", printable(failure_text(failure)));
+    }
 }
 
 void tell_failure(const FAILURE& failure, bool json) {

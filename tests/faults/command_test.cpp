@@ -139,7 +139,7 @@ TEST_F(CommandFaults, AListIsWholeOrSaidNotToBe) {
 class NotesFaults : public testing::Test {
 protected:
     NotesFaults() {
-        m_scratch.write("table.csv", flash_reference::table({flash_reference::DATA_ROW}));
+        m_scratch.write("table.csv", flash_reference::table({flash_reference::data_row()}));
         for (const char* name : NOTES) {
             std::ifstream file(std::string(TEST_DATA_DIR "/flash/") + name);
             std::string line;

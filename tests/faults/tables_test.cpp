@@ -146,7 +146,7 @@ protected:
     static constexpr long long LONGEST_BODY = 128 * MEBIBYTE;
 
     static std::string stating(unsigned long long size, const std::string& stream) {
-        return flash_ref::MAGIC + flash_ref::STAMP + flash_ref::le32(size) + stream + "cc";
+        return flash_ref::head() + flash_ref::le32(size) + stream + "cc";
     }
 
     void expect(const std::string& file, const std::string& report, long long most) {

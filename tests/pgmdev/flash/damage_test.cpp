@@ -187,7 +187,7 @@ TEST_F(FlashDamage, ABombHasTheCountsOfADatabaseOrIsNotInflated) {
     constexpr QWORD SIZE = QWORD{16} << 20;
     const auto load_counts = [this](unsigned long records, unsigned long members) {
         const std::string head = ref::le32(1) + ref::le32(records) + ref::le32(members);
-        return load(ref::MAGIC + ref::STAMP + ref::le32(SIZE) + ref::deflated_with_zeros(head, SIZE) + "cc");
+        return load(ref::head() + ref::le32(SIZE) + ref::deflated_with_zeros(head, SIZE) + "cc");
     };
     EXPECT_EQ(load_counts(0, 33), "m_flash_count > 0 && m_type_count > 0");
     EXPECT_EQ(load_counts(1, 0), "m_flash_count > 0 && m_type_count > 0");
@@ -198,7 +198,7 @@ TEST_F(FlashDamage, ABombHasTheCountsOfADatabaseOrIsNotInflated) {
 TEST_F(FlashDamage, ABodyHasAtMost128MiB) {
     constexpr QWORD MOST = QWORD{128} << 20;
     const auto stating = [](QWORD stated, const std::string& beginning, QWORD size) {
-        return ref::MAGIC + ref::STAMP + ref::le32(stated) + ref::deflated_with_zeros(beginning, size) + "cc";
+        return ref::head() + ref::le32(stated) + ref::deflated_with_zeros(beginning, size) + "cc";
     };
     EXPECT_EQ(load(stating(MOST, m_payload, MOST)), "(no report)");
     constexpr const char* TOO_LONG = "memory_size <= PACKED_BODY_MAX";

@@ -15,7 +15,7 @@ namespace ref = flash_reference;
 TEST(LongestBody, IsCompiledAndNoLongerOne) {
     constexpr QWORD MOST = QWORD{128} << 20;
     const SCRATCH scratch;
-    const FIO_PATH table(scratch.write("table.csv", ref::table({ref::DATA_ROW})));
+    const FIO_PATH table(scratch.write("table.csv", ref::table({ref::data_row()})));
     DWORD rows = 0;
     const DWORD records = check_source_file<FLASH_SOURCE>(table, rows);
     EXPECT_EQ(rows, 1U);

@@ -74,8 +74,8 @@ private:
 
 /// Names are in upper case. Entries ascend, so that of equal hashes the one of the first part comes first.
 struct PART_DIGESTS {
-    NAME_LIST_DIGEST
-    all_names;  ///< of all part numbers from 1 on: the tables are about parts with these and about no others
+    /// Of all part numbers from 1 on: the tables are about parts with these names and about no others.
+    NAME_LIST_DIGEST all_names;
     int parts;  ///< how many numbers that are
 
     const HASHED_PART* names;  ///< an entry for every part

@@ -108,11 +108,10 @@ BYTES encode_ordering_codes(const std::vector<std::uint32_t>& parts) {
 DATA_SET seal(const BYTES& body) {
     BYTES container(DATA_SET_MAGIC.begin(), DATA_SET_MAGIC.end());
     container.insert(container.end(), body.begin(), body.end());
-    const std::uint32_t crc = crc32_msb_first(container.data(), container.size());
-    append_dword(container, crc);
+    append_dword(container, crc32_msb_first(container.data(), container.size()));
 
     uLongf length = compressBound(static_cast<uLong>(container.size()));
-    DATA_SET sealed{BYTES(length), container.size(), crc};
+    DATA_SET sealed{BYTES(length), container.size()};
     if (compress2(sealed.packed.data(), &length, container.data(), static_cast<uLong>(container.size()),
                   Z_BEST_COMPRESSION) != Z_OK) {
         throw std::runtime_error("zlib cannot pack a data set");

@@ -14,9 +14,9 @@ std::optional<int> number_filter(const NAME_TABLE& table, const std::string& fil
 }
 
 /// A filter by text: none, or the only text that passes.
-class TEXT_FILTER {
+class WANTED_TEXT {
 public:
-    explicit TEXT_FILTER(const std::string& text) : m_text(text), m_any(equal_names(text, ANY)) {}
+    explicit WANTED_TEXT(const std::string& text) : m_text(text), m_any(equal_names(text, ANY)) {}
 
     bool passes(std::uint32_t address) const { return m_any || equal_names(m_text, DSTR_TABLES.pool.at(address)); }
 
@@ -27,8 +27,8 @@ private:
 
 /// A filter for each of the two texts of a fact.
 struct FACT_FILTER {
-    TEXT_FILTER first;
-    TEXT_FILTER second;
+    WANTED_TEXT first;
+    WANTED_TEXT second;
 
     bool passes(const FACT_TEXTS& fact) const { return first.passes(fact.first) && second.passes(fact.second); }
 };
@@ -74,8 +74,8 @@ bool DEV_PART_MANAGER::filter_part_list(std::vector<int>* parts, const std::stri
                                         bool include_hidden, const std::string& temperature_grade) const {
     const std::optional<int> wanted_family = number_filter(DSTR_TABLES.families, family);
     const std::optional<int> wanted_device = number_filter(DSTR_TABLES.devices, device);
-    const FACT_FILTER packages{TEXT_FILTER(package), TEXT_FILTER(pin_count)};
-    const FACT_FILTER grades{TEXT_FILTER(speed_grade), TEXT_FILTER(temperature_grade)};
+    const FACT_FILTER packages{WANTED_TEXT(package), WANTED_TEXT(pin_count)};
+    const FACT_FILTER grades{WANTED_TEXT(speed_grade), WANTED_TEXT(temperature_grade)};
     const int refused = include_hidden ? 0 : PART_IS_HIDDEN;
     const int wanted =
         PART_IS_REAL | (orderable_only ? PART_IS_ORDERABLE : 0) | (production_only ? PART_IS_PRODUCTION : 0);

@@ -124,11 +124,10 @@ BYTES encode_ordering_codes(const std::vector<std::uint32_t>& parts) {
 DATA_SET seal(const BYTES& body) {
     BYTES container(DATA_SET_MAGIC.begin(), DATA_SET_MAGIC.end());
     container.insert(container.end(), body.begin(), body.end());
-    const std::uint32_t crc = crc32_msb_first(container.data(), container.size());
-    append_dword(container, crc);
+    append_dword(container, crc32_msb_first(container.data(), container.size()));
 
     uLongf length = compressBound(static_cast<uLong>(container.size()));
-    DATA_SET sealed{BYTES(length), container.size(), crc};
+    DATA_SET sealed{BYTES(length), container.size()};
     const int level = container.size() <= LARGEST_FOR_BEST_LEVEL ? Z_BEST_COMPRESSION : LEVEL_BEYOND;
     if (compress2(sealed.packed.data(), &length, container.data(), static_cast<uLong>(container.size()), level) !=
         Z_OK) {
@@ -140,7 +139,7 @@ DATA_SET seal(const BYTES& body) {
 
 BYTES unseal(const DATA_SET& data_set) {
     BYTES container(data_set.unpacked_length);
-    uLongf length = static_cast<uLongf>(container.size());
+    auto length = static_cast<uLongf>(container.size());
     require(uncompress(container.data(), &length, data_set.packed.data(), static_cast<uLong>(data_set.packed.size())) ==
                 Z_OK,
             "zlib cannot unpack it");

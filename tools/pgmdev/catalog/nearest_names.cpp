@@ -1,6 +1,7 @@
 #include "catalog/nearest_names.h"
 
 #include <algorithm>
+#include <array>
 
 #include "catalog/device_names.h"
 #include "pgmdev_device_grammar_mgr.h"
@@ -21,14 +22,11 @@ bool is_device(const std::string& name) {
 
 /// Whether the part has the name by a conversion.
 bool has_name(std::string part, const std::string& name, const NAME_KINDS& kinds) {
-    for (const std::string& of_part :
-         {GRAMMAR::get_package_name(part, true), GRAMMAR::get_pgm_name(part, false, true)}) {
-        if ((kinds.package_or_programming && of_part == name) ||
-            (kinds.programmer_part && GRAMMAR::get_pgm_part_pcf(of_part) == name)) {
-            return true;
-        }
-    }
-    return false;
+    const std::array names{GRAMMAR::get_package_name(part, true), GRAMMAR::get_pgm_name(part, false, true)};
+    return std::any_of(names.begin(), names.end(), [&](const std::string& of_part) {
+        return (kinds.package_or_programming && of_part == name) ||
+               (kinds.programmer_part && GRAMMAR::get_pgm_part_pcf(of_part) == name);
+    });
 }
 
 bool is_converted(const std::string& name, const NAME_KINDS& kinds) {

@@ -140,7 +140,7 @@ DATA_SET seal(const BYTES& body) {
 
 BYTES unseal(const DATA_SET& data_set) {
     BYTES container(data_set.unpacked_length);
-    uLongf length = static_cast<uLongf>(container.size());
+    auto length = static_cast<uLongf>(container.size());
     require(uncompress(container.data(), &length, data_set.packed.data(), static_cast<uLong>(data_set.packed.size())) ==
                 Z_OK,
             "zlib cannot unpack it");

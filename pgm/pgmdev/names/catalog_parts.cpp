@@ -39,8 +39,8 @@ HOST_PARTS find_out_host_parts() {
 
 /// The first part with that name in upper case; 0: none.
 int catalog_part_named(const std::string& name, QWORD hash) {
-    const HASHED_PARTS& names = PGMDDB_PART_DIGESTS.names;
-    return names.find(hash, [&](std::size_t place) { return upper_part_name(names.part_at(place)) == name; });
+    return PGMDDB_PART_DIGESTS.names.find(
+        hash, [&name](std::size_t place) { return upper_part_name(PGMDDB_PART_DIGESTS.names.part_at(place)) == name; });
 }
 
 void add_parts_named(std::vector<int>& parts, const std::string& name) {

@@ -35,6 +35,7 @@ TEST(NumberIndex, FindsTheFirstNumberBesideEachKey) {
 
 TEST(TextFilter, PassesAllTextsOfTheListAndFewOthers) {
     std::vector<std::string> texts;
+    texts.reserve(2000);
     for (int i = 0; i < 2000; ++i) {
         texts.push_back("KES" + std::to_string(i));
     }

@@ -2,7 +2,7 @@
 
 /// \file
 /// A system that fails when a test wants it: calls and allocations of this thread, by their number. A program that links
-/// faulty_system_posix.cpp has its calls and those of all libraries go through it.
+/// faulty_system_posix.cpp and faulty_memory_posix.cpp has its calls and those of all libraries go through them.
 
 #include <cstddef>
 

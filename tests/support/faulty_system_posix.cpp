@@ -2,19 +2,15 @@
 
 #include <dlfcn.h>
 #include <fcntl.h>
-#include <malloc.h>
 #include <sys/random.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <algorithm>
 #include <cerrno>
 #include <climits>
 #include <cstdarg>
 #include <cstdio>
-#include <cstdlib>
 #include <ctime>
-#include <new>
 #include <string>
 #include <utility>
 
@@ -30,18 +26,6 @@ struct STATE {
     int error = 0;
     const char* failed_call = "";
     unsigned slow_count = 0;
-
-    bool allocations_armed = false;
-    bool all_later_allocations = false;
-    bool allocation_failed = false;
-    std::size_t allocations_left = 0;
-
-    std::size_t mallocs_left = 0;  ///< until one fails; 0: none does
-    bool malloc_failed = false;
-
-    bool memory_is_counted = false;
-    long long taken = 0;
-    long long most_taken = 0;
 
     bool clock_is_fast = false;
     time_t seconds_skipped = 0;
@@ -123,23 +107,6 @@ std::string path_of(int file) {
     char path[PATH_MAX];
     const ssize_t length = ::readlink(("/proc/self/fd/" + std::to_string(file)).c_str(), path, sizeof path);
     return {path, length < 0 ? std::size_t{0} : static_cast<std::size_t>(length)};
-}
-
-// What the C library has under the names that are taken here.
-extern "C" void* __libc_malloc(std::size_t size);  // NOLINT(bugprone-reserved-identifier,cert-dcl37-c,cert-dcl51-cpp)
-
-void* allocate(std::size_t size) {
-    if (g_state.allocations_armed && g_state.allocations_left != 0 && --g_state.allocations_left == 0) {
-        g_state.allocation_failed = true;
-        g_state.allocations_left = g_state.all_later_allocations ? 1 : 0;
-        return nullptr;
-    }
-    void* const memory = __libc_malloc(size == 0 ? 1 : size);
-    if (g_state.memory_is_counted) {
-        g_state.taken += static_cast<long long>(::malloc_usable_size(memory));
-        g_state.most_taken = std::max(g_state.most_taken, g_state.taken);
-    }
-    return memory;
 }
 
 }  // namespace
@@ -266,15 +233,6 @@ INTERPOSED ssize_t getrandom(void* bytes, std::size_t count, unsigned flags) {
     return is_to_fail("getrandom") ? -1 : real(bytes, count, flags);
 }
 
-INTERPOSED void* malloc(std::size_t size) noexcept {
-    if (g_state.mallocs_left != 0 && --g_state.mallocs_left == 0) {
-        g_state.malloc_failed = true;
-        errno = ENOMEM;
-        return nullptr;
-    }
-    return __libc_malloc(size);
-}
-
 INTERPOSED int unlink(const char* path) noexcept {
     static auto* const real = next<int(const char*)>("unlink");
     const int result = real(path);
@@ -305,37 +263,6 @@ INTERPOSED int nanosleep(const timespec* duration, timespec* rest) {
     return 0;
 }
 
-__attribute__((visibility("default"))) void* operator new(std::size_t size) {
-    if (void* memory = allocate(size)) {
-        return memory;
-    }
-    throw std::bad_alloc();
-}
-__attribute__((visibility("default"))) void* operator new[](std::size_t size) {
-    return operator new(size);
-}
-__attribute__((visibility("default"))) void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
-    return allocate(size);
-}
-__attribute__((visibility("default"))) void* operator new[](std::size_t size, const std::nothrow_t&) noexcept {
-    return allocate(size);
-}
-__attribute__((visibility("default"))) void operator delete(void* memory) noexcept {
-    if (g_state.memory_is_counted) {
-        g_state.taken -= static_cast<long long>(::malloc_usable_size(memory));
-    }
-    std::free(memory);  // NOLINT(cppcoreguidelines-no-malloc)
-}
-__attribute__((visibility("default"))) void operator delete[](void* memory) noexcept {
-    operator delete(memory);
-}
-__attribute__((visibility("default"))) void operator delete(void* memory, std::size_t) noexcept {
-    operator delete(memory);
-}
-__attribute__((visibility("default"))) void operator delete[](void* memory, std::size_t) noexcept {
-    operator delete(memory);
-}
-
 FAILING_CALL::FAILING_CALL(std::size_t number, int error, bool all_later) {
     g_state.failed_call = "";
     g_state.calls_left = number;
@@ -362,48 +289,6 @@ SLOW_CALLS::SLOW_CALLS() {
 
 SLOW_CALLS::~SLOW_CALLS() {
     g_state.slow = false;
-}
-
-FAILING_ALLOCATION::FAILING_ALLOCATION(std::size_t number, bool all_later) {
-    g_state.allocation_failed = false;
-    g_state.all_later_allocations = all_later;
-    g_state.allocations_left = number;
-    g_state.allocations_armed = true;
-}
-
-FAILING_ALLOCATION::~FAILING_ALLOCATION() {
-    g_state.allocations_armed = false;
-}
-
-bool FAILING_ALLOCATION::happened() const {
-    return g_state.allocation_failed;
-}
-
-FAILING_MALLOC::FAILING_MALLOC(std::size_t number) {
-    g_state.malloc_failed = false;
-    g_state.mallocs_left = number;
-}
-
-FAILING_MALLOC::~FAILING_MALLOC() {
-    g_state.mallocs_left = 0;
-}
-
-bool FAILING_MALLOC::happened() const {
-    return g_state.malloc_failed;
-}
-
-COUNTED_MEMORY::COUNTED_MEMORY() {
-    g_state.taken = 0;
-    g_state.most_taken = 0;
-    g_state.memory_is_counted = true;
-}
-
-COUNTED_MEMORY::~COUNTED_MEMORY() {
-    g_state.memory_is_counted = false;
-}
-
-long long COUNTED_MEMORY::most() const {
-    return g_state.most_taken;
 }
 
 FAST_CLOCK::FAST_CLOCK() {

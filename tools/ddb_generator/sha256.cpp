@@ -14,10 +14,12 @@ bool initialize_digests() {
     return true;
 }
 
+/// When the program starts: the digest library ends it when it can open no file, or gets no memory, to make itself ready.
+[[maybe_unused]] const bool ready_when_started = initialize_digests();
+
 }  // namespace
 
 SHA256_DIGEST sha256(std::string_view text) {
-    [[maybe_unused]] static const bool ready = initialize_digests();
     SHA256_DIGEST digest{};
     gcry_md_hash_buffer(GCRY_MD_SHA256, digest.data(), text.data(), text.size());
     return digest;

@@ -15,10 +15,10 @@ struct CONTAINER {
     enum STATE { ABSENT, SOUND, UNREADABLE, DAMAGED };
 
     STATE state = ABSENT;
-    std::string what;           ///< what keeps it from being read: a clause for people
-    std::string doubt;          ///< why a sound one may be damaged all the same, likewise; "" when nothing says so
-    DWORD block_count = 0;      ///< of a sound one, absent ones included
-    bool has_more = false;      ///< there is a block behind those that this version writes
+    std::string what;                ///< what keeps it from being read: a clause for people
+    std::string doubt;               ///< why a sound one may be damaged all the same, likewise; "" when nothing says so
+    DWORD block_count = 0;           ///< of a sound one, absent ones included
+    bool has_more = false;           ///< there is a block behind those that this version writes
     std::vector<bool> present = {};  ///< of a sound one, for each block
 };
 

@@ -9,7 +9,6 @@
 #include "files/container.h"
 #include "files/origins.h"
 #include "hps/flash.h"
-#include "params/blocks.h"
 #include "terminal/failure.h"
 
 namespace {
@@ -68,12 +67,13 @@ void warn_of_list(PGMDEV_FLASH_INI_ENUM which, bool is_empty) {
     if (!fault.empty()) {
         const PLACE place = container_place();
         warn_of({FAILURE_CODE::BLOCK_OF_ANOTHER_VERSION,
-                 fmt::format("the block \"{}\" holds more than this version reads: {}", block_name(which), fault),
+                 fmt::format("the block \"{}\" holds more than this version reads: {}", PGMDEV_FLASH_INI_NAMES[which],
+                             fault),
                  place.path,
                  place.tried,
                  fmt::format("see params read {0}; to give it up: params remove {0}", static_cast<DWORD>(which)),
                  {}});
     } else if (is_empty && is_unread_block(which)) {
-        warn_of(unread_block(block_name(which)));
+        warn_of(unread_block(std::string(PGMDEV_FLASH_INI_NAMES[which])));
     }
 }

@@ -7,14 +7,10 @@
 #include <vector>
 
 #include "names/compiled_in_digests.h"
-#include "support/sha256.h"
+#include "support/name_digest.h"
 #include "tools/shipped_catalog.h"
 
 namespace {
-
-NAME_DIGEST digest_of(const std::string& name) {
-    return name_digest(independent_sha256(name).data());
-}
 
 /// The parts by number, and what names of theirs the catalog has for the grammar.
 std::map<int, const PLAIN_PART*> parts_by_number() {

@@ -7,17 +7,13 @@
 #include <vector>
 
 #include "part_digests.h"
-#include "support/sha256.h"
+#include "support/name_digest.h"
 
 // Tables of digests for catalogs whose part numbers have more than 16 bits, and for such that have not.
 
 namespace {
 
 using NAMES_BY_NUMBER = std::map<int, std::string>;
-
-NAME_DIGEST digest_of(const std::string& name) {
-    return name_digest(independent_sha256(name).data());
-}
 
 /// A catalog of parts that are called so, in a package that each part's name ends with.
 DIGEST_TABLES tables_of(const NAMES_BY_NUMBER& names) {

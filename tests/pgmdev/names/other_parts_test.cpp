@@ -13,7 +13,7 @@
 #include "pgmdev_part_index.h"
 #include "stl.h"
 #include "support/reports.h"
-#include "support/sha256.h"
+#include "support/name_digest.h"
 
 // A library whose catalog is not that of its host.
 
@@ -33,7 +33,7 @@ const std::vector<std::string>& host_parts() {
 }
 
 QWORD hash_of(const std::string& name) {
-    return name_digest(independent_sha256(name).data()).hash;
+    return digest_of(name).hash;
 }
 
 /// Tables that are wrong about the host's parts: each hash is that of part 2, which each name denotes.
@@ -44,7 +44,7 @@ struct WRONG_TABLES {
     WRONG_TABLES() {
         std::vector<std::pair<HASHED_PART, std::uint64_t>> entries;
         for (const std::string& part : host_parts()) {
-            const NAME_DIGEST digest = name_digest(independent_sha256(part).data());
+            const NAME_DIGEST digest = digest_of(part);
             entries.emplace_back(hashed_part(digest.hash, 2), digest.check);
         }
         std::sort(entries.begin(), entries.end());
@@ -130,7 +130,7 @@ TEST_F(OtherParts, OfEqualHashesTheFirstPartCounts) {
 
 TEST_F(OtherParts, AHashAloneDenotesNoPart) {
     const std::string name = host_parts().front() + "?";
-    const NAME_DIGEST digest = name_digest(independent_sha256(name).data());
+    const NAME_DIGEST digest = digest_of(name);
     const HASHED_PART entry = hashed_part(digest.hash, 4);
     const std::uint64_t checks[]{digest.check, digest.check ^ 1};
     PART_DIGESTS tables = m_wrong.about(host_parts().size(), host_parts());

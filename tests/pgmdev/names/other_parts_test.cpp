@@ -12,8 +12,8 @@
 #include "pgmdev_mgr.h"
 #include "pgmdev_part_index.h"
 #include "stl.h"
-#include "support/reports.h"
 #include "support/name_digest.h"
+#include "support/reports.h"
 
 // A library whose catalog is not that of its host.
 

@@ -1,6 +1,7 @@
 #include "files/csv_lines.h"
 
 #include <algorithm>
+#include <iterator>
 
 #include "ascii.h"
 #include "files/file_bytes.h"
@@ -46,6 +47,24 @@ CSV_LINES::CSV_LINES(const std::string& path) {
             m_lines.push_back({number, first, line});
         }
     });
+}
+
+std::vector<CSV_LINE> CSV_LINES::lines_of(std::string_view first) const {
+    std::vector<CSV_LINE> found;
+    if (!m_was_asked) {
+        m_was_asked = true;
+        std::copy_if(m_lines.begin(), m_lines.end(), std::back_inserter(found),
+                     [first](const CSV_LINE& line) { return line.first == first; });
+        return found;
+    }
+    const auto comes_before = [](const CSV_LINE& left, const CSV_LINE& right) { return left.first < right.first; };
+    if (m_sorted.empty()) {
+        m_sorted = m_lines;
+        std::stable_sort(m_sorted.begin(), m_sorted.end(), comes_before);
+    }
+    const auto [begin, end] = std::equal_range(m_sorted.begin(), m_sorted.end(), CSV_LINE{0, first, {}}, comes_before);
+    found.assign(begin, end);
+    return found;
 }
 
 std::vector<std::string> CSV_LINES::cells_of(const CSV_LINE& line) const {

@@ -26,6 +26,9 @@ public:
     /// All but the one with the names.
     const std::vector<CSV_LINE>& lines() const { return m_lines; }
 
+    /// Those with that first cell, in their order. The first question goes over all lines, later ones through sorted ones.
+    std::vector<CSV_LINE> lines_of(std::string_view first) const;
+
     /// The cells of a line, as many as there are names; none: it has not as many.
     std::vector<std::string> cells_of(const CSV_LINE& line) const;
 
@@ -33,4 +36,6 @@ private:
     std::unique_ptr<const std::string> m_text;  ///< which stays where it is, as what is in it
     std::vector<std::string> m_names;
     std::vector<CSV_LINE> m_lines;
+    mutable bool m_was_asked = false;
+    mutable std::vector<CSV_LINE> m_sorted;  ///< by first cell, from the second question on
 };

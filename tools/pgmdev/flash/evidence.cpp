@@ -73,12 +73,10 @@ FLASH_EVIDENCE::KEY FLASH_EVIDENCE::key_of(const PGMDEV_SFL_FLASH_INFO& record) 
 
 std::vector<std::string> FLASH_EVIDENCE::cells_of(const KEY& key) const {
     std::vector<std::string> found;
-    for (const CSV_LINE& line : m_list.lines()) {
-        if (line.first == key.first) {
-            std::vector<std::string> cells = m_list.cells_of(line);
-            if (cells.size() > KEY_CELLS && cells[1] == key.second) {
-                found.assign(cells.begin() + KEY_CELLS, cells.end());
-            }
+    for (const CSV_LINE& line : m_list.lines_of(key.first)) {
+        std::vector<std::string> cells = m_list.cells_of(line);
+        if (cells.size() > KEY_CELLS && cells[1] == key.second) {
+            found.assign(cells.begin() + KEY_CELLS, cells.end());
         }
     }
     return found;

@@ -8,6 +8,7 @@
 #include <string_view>
 
 #include "ascii.h"
+#include "name_list_digest.h"
 
 /// Names lie one after another in rows of this size, each ended by a NUL and none across two rows: compilers read rows
 /// of text quickly where they would take long for one array of all characters. A name is addressed by its distance from
@@ -68,6 +69,7 @@ struct DSTR_CATALOG {
     const PART_SPAN* device_parts;        ///< by device number
     FACT_TABLE packages;
     FACT_TABLE grades;
+    NAME_LIST_DIGEST part_names;  ///< of all numbers of parts from 1 on, but for the generic one
 };
 
 extern const DSTR_CATALOG DSTR_TABLES;

@@ -7,6 +7,7 @@
 /// reports: a name that is not known, or a null pointer, gives the invalid number; a number that is not known gives "".
 /// A part may have further names; looking one up gives the part's number, whose display name is another.
 
+#include <cstdint>
 #include <string>
 
 #include "host_export.h"
@@ -41,6 +42,11 @@ HOST_EXPORT std::string dstr_get_user_string(int part);
 HOST_EXPORT DEV_FAMILY_ENUM dstr_get_dev_family_enum_by_string(const char* name);
 HOST_EXPORT DEV_DEVICE_ENUM dstr_get_dev_device_enum_by_string(const char* name);
 HOST_EXPORT int dstr_get_dev_part_enum_by_string(const char* name);
+
+/// Whether the names of all parts, from number 1 up to the generic one, are known to be those of a list with that digest
+/// (NAME_LIST_DIGEST): without asking for every one. Nothing is known where a dstr_get_user_string of another library is
+/// found before the one of this library.
+HOST_EXPORT bool dstr_are_part_names(std::uint64_t first, std::uint64_t second);
 
 /// Whether the number is that of a family (1 to 72) or device (1 to 990) of the catalog.
 HOST_EXPORT bool dstr_is_valid_dev_family_enum(DEV_FAMILY_ENUM family);

@@ -1,6 +1,7 @@
 #include "dstr.h"
 
 #include "dstr_catalog.h"
+#include "library_path.h"
 
 namespace {
 
@@ -40,6 +41,13 @@ DEV_DEVICE_ENUM dstr_get_dev_device_enum_by_string(const char* name) {
 
 int dstr_get_dev_part_enum_by_string(const char* name) {
     return number_by_name(DSTR_TABLES.parts, name);
+}
+
+bool dstr_are_part_names(std::uint64_t first, std::uint64_t second) {
+    // A program may put a service of its own in front of this library, which then gives other names.
+    std::string (*const name_of_part)(int) = dstr_get_user_string;
+    return DSTR_TABLES.part_names == NAME_LIST_DIGEST{first, second} &&
+           is_in_host_library(reinterpret_cast<const void*>(name_of_part));
 }
 
 bool dstr_is_valid_dev_family_enum(DEV_FAMILY_ENUM family) {

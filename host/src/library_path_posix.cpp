@@ -15,6 +15,13 @@ fs::path host_library_directory() {
     return fs::current_path(ignored);
 }
 
+bool is_in_host_library(const void* address) {
+    Dl_info here{};
+    Dl_info there{};
+    return dladdr(reinterpret_cast<const void*>(&host_library_directory), &here) != 0 && dladdr(address, &there) != 0 &&
+           here.dli_fbase == there.dli_fbase;
+}
+
 void keep_library_loaded(const void* inside) {
     Dl_info info{};
     if (dladdr(inside, &info) != 0 && info.dli_fname != nullptr) {

@@ -27,6 +27,11 @@ fs::path host_library_directory() {
     return fs::current_path(ignored);
 }
 
+/// Functions of a library are not replaced by others of that name.
+bool is_in_host_library(const void* /*address*/) {
+    return true;
+}
+
 void keep_library_loaded(const void* inside) {
     HMODULE module = nullptr;
     GetModuleHandleExW(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_PIN,

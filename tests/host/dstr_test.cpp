@@ -9,6 +9,7 @@
 #include <string>
 
 #include "host/shipped_catalog.h"
+#include "name_list_digest.h"
 
 namespace {
 
@@ -80,6 +81,29 @@ TEST(DeviceStrings, NameEveryPartDifferently) {
     }
     EXPECT_EQ(*numbers.begin(), 1);
     EXPECT_EQ(*numbers.rbegin(), static_cast<int>(numbers.size())) << "a number between the parts stands for none";
+}
+
+TEST(DeviceStrings, KnowWhetherTheNamesOfAllPartsAreThoseOfAList) {
+    const auto are_part_names = [](const NAME_LIST_DIGEST& digest) {
+        return dstr_are_part_names(digest.first, digest.second);
+    };
+    NAME_LIST_DIGEST all;
+    NAME_LIST_DIGEST but_the_first;
+    NAME_LIST_DIGEST one_more;
+    for (int part = DEV_PART_INVALID + 1; part < DEV_PART_GENERIC; ++part) {
+        const std::string name = dstr_get_user_string(part);
+        all.add(upper(name));
+        one_more.add(name);
+        if (part > DEV_PART_INVALID + 1) {
+            but_the_first.add(name);
+        }
+    }
+    one_more.add(dstr_get_user_string(DEV_PART_GENERIC));
+    EXPECT_TRUE(are_part_names(all));
+    EXPECT_FALSE(are_part_names(but_the_first));
+    EXPECT_FALSE(are_part_names(one_more));
+    EXPECT_FALSE(are_part_names({all.first, all.second + 1}));
+    EXPECT_FALSE(are_part_names({all.first + 1, all.second}));
 }
 
 TEST(DeviceStrings, BoundThePartNumbers) {

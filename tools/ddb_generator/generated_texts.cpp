@@ -253,7 +253,8 @@ std::string host_source(const HOST_TABLES& tables) {
     source += names_initialiser("PART", tables.parts);
     source += "    DEVICE_FAMILIES,\n    PARTS,\n    DEVICE_PARTS,\n    {PACKAGES, " +
               std::to_string(tables.packages.size()) + "},\n    {GRADES, " + std::to_string(tables.grades.size()) +
-              "},\n};\n";
+              "},\n    {" + unsigned_number(tables.part_names.first) + ", " +
+              unsigned_number(tables.part_names.second) + "},\n};\n";
     return source;
 }
 

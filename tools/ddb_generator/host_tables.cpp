@@ -168,6 +168,7 @@ HOST_TABLES build_host_tables(const CATALOG& catalog) {
     tables.families = builder.names(families);
     tables.devices = builder.names(devices);
     tables.parts = builder.part_names(parts, catalog);
+    std::for_each(parts.begin() + 1, parts.end() - 1, [&](std::string_view name) { tables.part_names.add(name); });
     tables.device_families = device_families(catalog);
     tables.part_facts = part_facts(catalog);
     tables.device_parts = device_parts(tables.part_facts);

@@ -30,6 +30,7 @@ struct HOST_TABLES {
     std::vector<PART_SPAN> device_parts;
     std::vector<FACT_TEXTS> packages;
     std::vector<FACT_TEXTS> grades;
+    NAME_LIST_DIGEST part_names;
 
     NAME_POOL pool() const;
 };

@@ -16,25 +16,27 @@ enum class HOST_PARTS { UNKNOWN, OF_CATALOG, OTHERS };
 /// Threads that come first together find out the same.
 constinit std::atomic<HOST_PARTS> host_parts{HOST_PARTS::UNKNOWN};
 
+int end_of_host_parts() {
+    return std::min(DEV_PART_GENERIC, DEV_PART_MAX);
+}
+
+/// Asks the host, if it has that service, which hosts need not have: a template, so that its name may mean nothing.
+template <class WORD>
+bool host_says_its_names_are(WORD first, WORD second) {
+    if constexpr (requires { dstr_are_part_names(first, second); }) {
+        return dstr_are_part_names(first, second);
+    } else {
+        return false;
+    }
+}
+
 HOST_PARTS find_out_host_parts() {
-    const int end = std::min(DEV_PART_GENERIC, DEV_PART_MAX);
-    if (DEV_PART_INVALID != 0 || end != PGMDDB_PART_DIGESTS.parts + 1) {
+    if (DEV_PART_INVALID != 0 || end_of_host_parts() != PGMDDB_PART_DIGESTS.parts + 1) {
         return HOST_PARTS::OTHERS;
     }
-    // Several names at a time: what has just been written into a string is slow to be read as words.
-    constexpr int AT_A_TIME = 4;
-    NAME_LIST_DIGEST all_names;
-    int part = DEV_PART_INVALID + 1;
-    for (; part + AT_A_TIME <= end; part += AT_A_TIME) {
-        for (const std::string& name : {dstr_get_user_string(part), dstr_get_user_string(part + 1),
-                                        dstr_get_user_string(part + 2), dstr_get_user_string(part + 3)}) {
-            all_names.add(name);
-        }
-    }
-    for (; part < end; ++part) {
-        all_names.add(dstr_get_user_string(part));
-    }
-    return all_names == PGMDDB_PART_DIGESTS.all_names ? HOST_PARTS::OF_CATALOG : HOST_PARTS::OTHERS;
+    const NAME_LIST_DIGEST& wanted = PGMDDB_PART_DIGESTS.all_names;
+    const bool same = host_says_its_names_are(wanted.first, wanted.second) || digest_of_host_parts() == wanted;
+    return same ? HOST_PARTS::OF_CATALOG : HOST_PARTS::OTHERS;
 }
 
 /// The first part with that name in upper case; 0: none.
@@ -54,6 +56,24 @@ void add_parts_named(std::vector<int>& parts, const std::string& name) {
 }
 
 }  // namespace
+
+NAME_LIST_DIGEST digest_of_host_parts() {
+    // Several names at a time: what has just been written into a string is slow to be read as words.
+    constexpr int AT_A_TIME = 4;
+    const int end = end_of_host_parts();
+    NAME_LIST_DIGEST all_names;
+    int part = DEV_PART_INVALID + 1;
+    for (; part + AT_A_TIME <= end; part += AT_A_TIME) {
+        for (const std::string& name : {dstr_get_user_string(part), dstr_get_user_string(part + 1),
+                                        dstr_get_user_string(part + 2), dstr_get_user_string(part + 3)}) {
+            all_names.add(name);
+        }
+    }
+    for (; part < end; ++part) {
+        all_names.add(dstr_get_user_string(part));
+    }
+    return all_names;
+}
 
 bool host_has_catalog_parts() {
     HOST_PARTS known = host_parts.load(std::memory_order_relaxed);

@@ -3,17 +3,21 @@
 /// \file
 /// The parts of the catalog, for a host that has these and no others: tables that are compiled in find them at once.
 ///
-/// Whether the host has them is found out once, by the digest of all names. As the indexes (part_indexes.h) this takes
-/// for granted that the host goes on giving the same names.
+/// Whether the host has them is found out once: it says so, or the digest of all its names shows it. As the indexes
+/// (part_indexes.h) this takes for granted that the host goes on giving the same names.
 
 #include <optional>
 #include <string>
 
+#include "name_list_digest.h"
 #include "pgmdev_types.h"
 
 /// Whether the part numbers of the host stand for the same names as those of the catalog. What follows is only to be
 /// asked when they do.
 bool host_has_catalog_parts();
+
+/// The digest of the names of all parts of the host, for hosts that do not say so: takes asking for each of them.
+NAME_LIST_DIGEST digest_of_host_parts();
 
 /// The first part whose name has that hash (part_name_hash); 0: none.
 int catalog_part_by_hash(QWORD hash);

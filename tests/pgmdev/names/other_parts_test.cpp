@@ -85,6 +85,11 @@ protected:
     const WRONG_TABLES m_wrong;
 };
 
+/// Hosts may tell what their names are; of others the library finds it out.
+TEST_F(OtherParts, TheDigestOfTheirNamesIsFoundOutFromEach) {
+    EXPECT_EQ(digest_of_host_parts(), m_wrong.about(host_parts().size(), host_parts()).all_names);
+}
+
 TEST_F(OtherParts, TablesAboutFewerPartsAreLeftAlone) {
     set_part_digests(m_wrong.about(host_parts().size() - 1, host_parts()));
     EXPECT_FALSE(host_has_catalog_parts());

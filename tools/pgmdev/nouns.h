@@ -1,20 +1,20 @@
 #pragma once
 
 /// \file
-/// The nouns of the command, each with its verbs, and the whole command.
+/// What may stand behind each noun, and the whole command.
 
 #include "terminal/command_line.h"
 
-NOUN flash_noun();
-NOUN hps_noun();
-NOUN params_noun();
-NOUN profile_noun();
-NOUN name_noun();
-NOUN part_noun();
-NOUN opn_noun();
-NOUN device_noun();
-NOUN family_noun();
-NOUN enum_noun();
+NOUN_CONTENTS flash_contents();
+NOUN_CONTENTS hps_contents();
+NOUN_CONTENTS params_contents();
+NOUN_CONTENTS profile_contents();
+NOUN_CONTENTS name_contents();
+NOUN_CONTENTS part_contents();
+NOUN_CONTENTS opn_contents();
+NOUN_CONTENTS device_contents();
+NOUN_CONTENTS family_contents();
+NOUN_CONTENTS enum_contents();
 
 /// All of them, the verbs that need no noun, and the options that go with every verb.
 const COMMAND_TABLE& whole_command();

@@ -40,13 +40,13 @@ void add_verbs(const NOUN& noun, const std::vector<std::string>& path, std::vect
         longer.push_back(word);
         return longer;
     };
-    for (const VERB& verb : noun.verbs) {
+    for (const VERB& verb : noun.verbs()) {
         if (verb.schema) {
             const std::vector<std::string> words = behind(verb.name);
             verbs.push_back({words, "pgmdev " + joined(words, " "), verb.description, verb.schema});
         }
     }
-    for (const NOUN& group : noun.groups) {
+    for (const NOUN& group : noun.groups()) {
         add_verbs(group, behind(group.name), verbs);
     }
 }

@@ -52,7 +52,7 @@ struct FLASH_TABLES : FLASH_RECORDS {
 
 }  // namespace
 
-NOUN flash_noun() {
+NOUN_CONTENTS flash_contents() {
     std::vector<VERB> verbs = list_of(
         flash_list_verb(), flash_show_verb(),
         VERB("identify", "Which flash answered, how sure that is, and how it must be driven",
@@ -109,6 +109,5 @@ NOUN flash_noun() {
              "pgmdev flash decode \"$PGM_USER_SFL_FLASH_INFO\"", decode_flash)
             .takes({"TEXT", "The encoded description; - reads one per line"})
             .answers(decode_schema));
-    return {"flash", "Serial flash devices: identify, look up, check and compile the table",
-            "pgmdev flash identify 20BA18", with_table_verbs<FLASH_TABLES>(std::move(verbs))};
+    return {with_table_verbs<FLASH_TABLES>(std::move(verbs))};
 }

@@ -227,13 +227,13 @@ std::vector<JSON> hps_kind_rows() {
     return rows;
 }
 
-NOUN hps_noun() {
-    constexpr const char* ADD_NAND =
+NOUN_CONTENTS hps_contents() {
+    static constexpr const char* ADD_NAND =
         "pgmdev hps add nand manufacturer_id=0xEC device_id=0xD3 device_byte_size=0x40000000";
-    constexpr const char* ADD_SPI =
+    static constexpr const char* ADD_SPI =
         "pgmdev hps add spi --like 26 device_name=QSPI_256 silicon_id=0x1940C8 device_bit_size=0x10000000";
-    constexpr const char* EDIT_NAND = "pgmdev hps edit nand 0 device_byte_size=0x80000000";
-    constexpr const char* EDIT_SPI = "pgmdev hps edit spi 0 sec_erase_time=2000";
+    static constexpr const char* EDIT_NAND = "pgmdev hps edit nand 0 device_byte_size=0x80000000";
+    static constexpr const char* EDIT_SPI = "pgmdev hps edit spi 0 sec_erase_time=2000";
     std::vector<VERB> verbs = list_of(
         with_list_options(VERB("kinds", "The kinds of hard processor systems", "pgmdev --json hps kinds", list_kinds),
                           kind_schema),
@@ -241,13 +241,17 @@ NOUN hps_noun() {
                                "pgmdev hps nand --hps \"HPS 2\""),
         entries_verb<HPS_SPI>("spi", "The SPI flash devices: the user's own, then the built-in ones",
                               "pgmdev --json hps spi"));
-    std::vector<NOUN> groups =
-        list_of(NOUN{"add", "Add a flash device to the user's list in pgm_flash.ini", ADD_NAND,
-                     list_of(add_verb<HPS_NAND>("nand", ADD_NAND), add_verb<HPS_SPI>("spi", ADD_SPI))},
-                NOUN{"edit", "Change a flash device of the user's list in pgm_flash.ini", EDIT_SPI,
-                     list_of(edit_verb<HPS_NAND>("nand", EDIT_NAND), edit_verb<HPS_SPI>("spi", EDIT_SPI))},
-                NOUN{"remove", "Remove a flash device from the user's list in pgm_flash.ini", "pgmdev hps remove spi 0",
-                     list_of(remove_verb<HPS_NAND>("nand"), remove_verb<HPS_SPI>("spi"))});
-    return {"hps", "Hard processor systems, and the flash devices they boot from", "pgmdev hps spi", std::move(verbs),
-            std::move(groups)};
+    std::vector<NOUN> groups = list_of(
+        NOUN{"add", "Add a flash device to the user's list in pgm_flash.ini", ADD_NAND,
+             [] {
+                 return NOUN_CONTENTS{list_of(add_verb<HPS_NAND>("nand", ADD_NAND), add_verb<HPS_SPI>("spi", ADD_SPI))};
+             }},
+        NOUN{"edit", "Change a flash device of the user's list in pgm_flash.ini", EDIT_SPI,
+             [] {
+                 return NOUN_CONTENTS{
+                     list_of(edit_verb<HPS_NAND>("nand", EDIT_NAND), edit_verb<HPS_SPI>("spi", EDIT_SPI))};
+             }},
+        NOUN{"remove", "Remove a flash device from the user's list in pgm_flash.ini", "pgmdev hps remove spi 0",
+             [] { return NOUN_CONTENTS{list_of(remove_verb<HPS_NAND>("nand"), remove_verb<HPS_SPI>("spi"))}; }});
+    return {std::move(verbs), std::move(groups)};
 }

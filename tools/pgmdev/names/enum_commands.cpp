@@ -115,18 +115,16 @@ std::vector<std::string> enumerator_names(const std::string& enumeration) {
     return known ? names_of(parse_type(enumeration)) : std::vector<std::string>();
 }
 
-NOUN enum_noun() {
+NOUN_CONTENTS enum_contents() {
     const ARGUMENT type{"TYPE", "Enumeration: " + type_list()};
-    std::vector<VERB> verbs =
-        list_of(VERB("name", "The name of a value", "pgmdev enum name option-bit 21", show_enumerator_name)
-                    .takes(type)
-                    .takes({"VALUE", "Value, decimal or 0x...; - reads one per line"})
-                    .answers(question),
-                VERB("value", "The value of a name", "pgmdev enum value option-bit AES_KEYS", show_enumerator_value)
-                    .takes(type)
-                    .takes({"NAME", "Name, in any case; - reads one per line"})
-                    .answers(question),
-                with_list_options(
-                    VERB("list", "All values and their names", "pgmdev enum list sector", list).takes(type), row));
-    return {"enum", "Names and values of the programmer's enumerations", "pgmdev enum list sector", std::move(verbs)};
+    return {list_of(VERB("name", "The name of a value", "pgmdev enum name option-bit 21", show_enumerator_name)
+                        .takes(type)
+                        .takes({"VALUE", "Value, decimal or 0x...; - reads one per line"})
+                        .answers(question),
+                    VERB("value", "The value of a name", "pgmdev enum value option-bit AES_KEYS", show_enumerator_value)
+                        .takes(type)
+                        .takes({"NAME", "Name, in any case; - reads one per line"})
+                        .answers(question),
+                    with_list_options(
+                        VERB("list", "All values and their names", "pgmdev enum list sector", list).takes(type), row))};
 }

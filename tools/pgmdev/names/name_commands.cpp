@@ -83,12 +83,12 @@ JSON name_schema() {
 
 }  // namespace
 
-NOUN name_noun() {
+NOUN_CONTENTS name_contents() {
     VERB verb = VERB("show", "Every spelling of a name", "pgmdev --json name show KES50C6", show)
                     .takes({"NAME",
                             "Full, package, programming, programmer-file, device or family name, or alias, in "
                             "any case; - reads one "
                             "per line"})
                     .answers(name_schema);
-    return {"name", "The spellings of a device's name", "pgmdev name show KES50C6", list_of(std::move(verb))};
+    return {list_of(std::move(verb))};
 }

@@ -120,16 +120,15 @@ VERB question(const char* verb, const char* description, const char* example, co
 
 }  // namespace
 
-NOUN opn_noun() {
+NOUN_CONTENTS opn_contents() {
     const ARGUMENT index{"INDEX", "Ordering-code index, decimal or 0x...; - reads one per line"};
     const ARGUMENT name{"NAME", "Part name, in any case; - reads one per line"};
     const ARGUMENT hash{"HASH", "Hash, decimal or 0x...; - reads one per line"};
-    std::vector<VERB> verbs = list_of(
+    return {list_of(
         question("name", "The part that an ordering-code index stands for", "pgmdev opn name 1337", index, ask_name),
         question("index", "The first ordering-code index of a part", "pgmdev opn index KES50C6", name, ask_index),
         question("hash", "The 48-bit hash of a part's name", "pgmdev opn hash KES50C6", name, ask_hash),
         question("from-hash", "The part whose name has a hash", "pgmdev opn from-hash 0xDCB59F75E910", hash,
                  ask_from_hash),
-        opn_list_verb());
-    return {"opn", "Ordering codes: indexes and hashes of parts", "pgmdev opn index KES50C6", std::move(verbs)};
+        opn_list_verb())};
 }

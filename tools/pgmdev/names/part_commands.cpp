@@ -110,7 +110,7 @@ JSON device_question_schema() {
 
 }  // namespace
 
-NOUN part_noun() {
+NOUN_CONTENTS part_contents() {
     std::vector<VERB> verbs = list_of(part_info_verb(), part_list_verb(), part_from_pcf_verb());
     for (const QUESTION& question : QUESTIONS) {
         const auto run = [&question](const ARGUMENTS& given, COMMAND& command) {
@@ -121,5 +121,5 @@ NOUN part_noun() {
                             .takes({"NAME", fmt::format("{}, in any case; - reads one per line", question.argument)})
                             .answers(question.of_device ? device_question_schema : part_question_schema));
     }
-    return {"part", "Parts by less specific names", "pgmdev part complete KES50", std::move(verbs)};
+    return {std::move(verbs)};
 }

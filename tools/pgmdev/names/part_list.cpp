@@ -239,10 +239,10 @@ VERB opn_list_verb() {
     return list_verb(OPN_LIST);
 }
 
-NOUN device_noun() {
-    return {"device", "Devices of the device library", DEVICE_LIST.example, list_of(list_verb(DEVICE_LIST))};
+NOUN_CONTENTS device_contents() {
+    return {list_of(list_verb(DEVICE_LIST))};
 }
 
-NOUN family_noun() {
-    return {"family", "Families of devices", FAMILY_LIST.example, list_of(list_verb(FAMILY_LIST))};
+NOUN_CONTENTS family_contents() {
+    return {list_of(list_verb(FAMILY_LIST))};
 }

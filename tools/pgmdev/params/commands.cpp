@@ -151,9 +151,9 @@ void remove_block(const ARGUMENTS& given, COMMAND& command) {
 
 }  // namespace
 
-NOUN params_noun() {
+NOUN_CONTENTS params_contents() {
     const ARGUMENT block{"BLOCK", R"(Number or name of the block: 0 "SFL FLASH", 1 "HPS SPI", 2 "HPS NAND")"};
-    std::vector<VERB> verbs = list_of(
+    return {list_of(
         with_list_options(VERB("list", "All blocks and their sizes", "pgmdev --json params list", list_blocks),
                           block_schema),
         VERB("read", "Show a block, or copy it into a file", "pgmdev params read \"HPS SPI\" spi.bin", read_block)
@@ -171,7 +171,5 @@ NOUN params_noun() {
         VERB("remove", "Remove a block and keep the others", "pgmdev params remove 1", remove_block)
             .takes(block)
             .takes(force_container_option())
-            .answers(block_schema));
-    return {"params", "The parameter blocks of pgm_flash.ini in the module directory", "pgmdev params list",
-            std::move(verbs)};
+            .answers(block_schema))};
 }

@@ -47,11 +47,10 @@ struct PROFILE_TABLES : PROFILE_RECORDS {
 
 }  // namespace
 
-NOUN profile_noun() {
+NOUN_CONTENTS profile_contents() {
     std::vector<VERB> verbs =
         list_of(with_list_options(VERB("list", "All records of the database", "pgmdev --json profile list", list),
                                   profile_schema),
                 profile_show_verb(), profile_tables_verb());
-    return {"profile", "Device programming profiles: look up, check and compile the table",
-            "pgmdev profile show --family Kestrel", with_table_verbs<PROFILE_TABLES>(std::move(verbs))};
+    return {with_table_verbs<PROFILE_TABLES>(std::move(verbs))};
 }

@@ -65,14 +65,14 @@ public:
 
 private:
     void enter(const std::string& word) {
-        for (const VERB& verb : m_noun->verbs) {
+        for (const VERB& verb : m_noun->verbs()) {
             if (verb.name == word) {
                 m_path.push_back(word);
                 m_verb = &verb;
                 return;
             }
         }
-        for (const NOUN& group : m_noun->groups) {
+        for (const NOUN& group : m_noun->groups()) {
             if (group.name == word) {
                 m_path.push_back(word);
                 m_noun = &group;
@@ -128,10 +128,10 @@ private:
 
     COMPLETIONS subcommands() const {
         COMPLETIONS found;
-        for (const VERB& verb : m_noun->verbs) {
+        for (const VERB& verb : m_noun->verbs()) {
             found.push_back({verb.name, verb.description});
         }
-        for (const NOUN& group : m_noun->groups) {
+        for (const NOUN& group : m_noun->groups()) {
             found.push_back({group.name, group.description});
         }
         return found;

@@ -96,10 +96,10 @@ std::string verb_section(const std::string& words, const VERB& verb) {
 
 std::string verb_sections(const std::string& words, const NOUN& noun) {
     std::string text;
-    for (const VERB& verb : noun.verbs) {
+    for (const VERB& verb : noun.verbs()) {
         text += verb_section(words + " " + verb.name, verb);
     }
-    for (const NOUN& group : noun.groups) {
+    for (const NOUN& group : noun.groups()) {
         text += verb_sections(words + " " + group.name, group);
     }
     return text;
@@ -121,7 +121,7 @@ std::string top_page(const COMMAND_TABLE& table) {
     text += fmt::format(".SH SYNOPSIS\n{} [{}] {} {} ...\n", bold(all.name), italic("OPTION"), italic("NOUN"),
                         italic("VERB"));
     text += ".SH NOUNS\n";
-    for (const NOUN& noun : all.groups) {
+    for (const NOUN& noun : all.groups()) {
         text += item(fmt::format("\\fBpgmdev\\-{}\\fR(1)", escaped(noun.name)), noun.description);
     }
     text += ".SH OPTIONS\n";
@@ -130,16 +130,17 @@ std::string top_page(const COMMAND_TABLE& table) {
         text += item(bold(option.names) + value, option.description);
     }
     text += item(bold("-h,--help"), "Show help, of a noun or verb when it stands behind one");
-    if (!all.verbs.empty()) {
+    if (!all.verbs().empty()) {
         text += ".SH VERBS WITHOUT A NOUN\n";
-        for (const VERB& verb : all.verbs) {
+        for (const VERB& verb : all.verbs()) {
             text += verb_section(all.name + " " + verb.name, verb);
         }
     }
     text += fmt::format(".SH NOTES\n{}", escaped(table.notes));
     text += fmt::format(".SH EXAMPLE\n.nf\n    {}\n.fi\n.SH SEE ALSO\n", escaped(all.example));
-    for (const NOUN& noun : all.groups) {
-        text += fmt::format("{}\\fBpgmdev\\-{}\\fR(1)", &noun == &all.groups.front() ? "" : ",\n", escaped(noun.name));
+    for (const NOUN& noun : all.groups()) {
+        text +=
+            fmt::format("{}\\fBpgmdev\\-{}\\fR(1)", &noun == &all.groups().front() ? "" : ",\n", escaped(noun.name));
     }
     return text + "\n";
 }
@@ -151,7 +152,7 @@ void print_man_page(const COMMAND_TABLE& table, const std::vector<std::string>& 
         fmt::print("{}", top_page(table));
         return;
     }
-    for (const NOUN& noun : table.all.groups) {
+    for (const NOUN& noun : table.all.groups()) {
         if (noun.name == words.front()) {
             fmt::print("{}", noun_page(noun));
             return;
@@ -171,7 +172,7 @@ void write_man_pages(const COMMAND_TABLE& table, const std::vector<std::string>&
         }
     };
     write("pgmdev", top_page(table));
-    for (const NOUN& noun : table.all.groups) {
+    for (const NOUN& noun : table.all.groups()) {
         write("pgmdev-" + noun.name, noun_page(noun));
     }
 }

@@ -61,13 +61,13 @@ public:
 
     void add_to(CLI::App& app, const NOUN& noun) const {
         app.require_subcommand(1);
-        for (const VERB& verb : noun.verbs) {
+        for (const VERB& verb : noun.verbs()) {
             CLI::App* added = app.add_subcommand(verb.name, verb.description);
             if (may_be_entered(verb.name)) {
                 fill(*added, verb);
             }
         }
-        for (const NOUN& group : noun.groups) {
+        for (const NOUN& group : noun.groups()) {
             CLI::App* added = app.add_subcommand(group.name, group.description);
             if (may_be_entered(group.name)) {
                 added->footer("Example: " + group.example);
@@ -114,6 +114,24 @@ std::vector<std::string> names_of(const GLOBAL_OPTION& option) {
     const std::size_t comma = option.names.find(',');
     return comma == std::string::npos ? std::vector{option.names}
                                       : std::vector{option.names.substr(0, comma), option.names.substr(comma + 1)};
+}
+
+NOUN::NOUN(std::string noun, std::string what, std::string how, MAKE make)
+    : name(std::move(noun)), description(std::move(what)), example(std::move(how)), m_make(make) {}
+
+const std::vector<VERB>& NOUN::verbs() const {
+    return contents().verbs;
+}
+
+const std::vector<NOUN>& NOUN::groups() const {
+    return contents().groups;
+}
+
+const NOUN_CONTENTS& NOUN::contents() const {
+    if (m_contents == nullptr) {
+        m_contents = std::make_shared<const NOUN_CONTENTS>(m_make());
+    }
+    return *m_contents;
 }
 
 void ARGUMENTS::bind(const std::vector<ARGUMENT>& table, CLI::App& verb) {

@@ -6,6 +6,7 @@
 
 #include <functional>
 #include <map>
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
@@ -113,11 +114,31 @@ std::vector<ITEM> list_of(ITEM first, ITEMS... others) {
     return list;
 }
 
-/// A noun, behind which one of its verbs must stand, or one of its groups of verbs. The command itself is one, too.
-struct NOUN {
+struct NOUN_CONTENTS;
+
+/// A noun. The command itself is one, too. Its contents are made when they are asked for: an answer needs those of one noun.
+class NOUN {
+public:
+    using MAKE = NOUN_CONTENTS (*)();
+
+    NOUN(std::string noun, std::string what, std::string how, MAKE make);
+
+    const std::vector<VERB>& verbs() const;
+    const std::vector<NOUN>& groups() const;
+
     std::string name;
     std::string description;
     std::string example;
+
+private:
+    const NOUN_CONTENTS& contents() const;
+
+    MAKE m_make;
+    mutable std::shared_ptr<const NOUN_CONTENTS> m_contents;  ///< null: nobody has asked yet
+};
+
+/// What may stand behind a noun: one of its verbs, or one of its groups of verbs, which are nouns themselves.
+struct NOUN_CONTENTS {
     std::vector<VERB> verbs;
     std::vector<NOUN> groups = {};
 };

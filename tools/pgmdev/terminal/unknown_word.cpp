@@ -49,10 +49,10 @@ std::string sentence(const std::string& word, const std::string& before, const s
 /// The verbs and groups of a noun.
 std::vector<std::string> contents_of(const NOUN& noun) {
     std::vector<std::string> names;
-    for (const VERB& verb : noun.verbs) {
+    for (const VERB& verb : noun.verbs()) {
         names.push_back(verb.name);
     }
-    for (const NOUN& group : noun.groups) {
+    for (const NOUN& group : noun.groups()) {
         names.push_back(group.name);
     }
     return names;
@@ -70,12 +70,12 @@ WAY way_of(const COMMAND_TABLE& table, const std::vector<std::string>& arguments
     std::string before;
     for (const std::string& word : words_of(table.options, arguments)) {
         const auto has_that_name = [&word](const auto& entry) { return entry.name == word; };
-        const auto verb = std::find_if(noun->verbs.begin(), noun->verbs.end(), has_that_name);
-        if (verb != noun->verbs.end()) {
+        const auto verb = std::find_if(noun->verbs().begin(), noun->verbs().end(), has_that_name);
+        if (verb != noun->verbs().end()) {
             return {&*verb, "", ""};
         }
-        const auto group = std::find_if(noun->groups.begin(), noun->groups.end(), has_that_name);
-        if (group == noun->groups.end()) {
+        const auto group = std::find_if(noun->groups().begin(), noun->groups().end(), has_that_name);
+        if (group == noun->groups().end()) {
             return {nullptr, sentence(word, before, contents_of(*noun)), ""};
         }
         noun = &*group;

@@ -15,14 +15,19 @@ std::string_view without_white_space_around(std::string_view text) {
     return text.substr(0, text.find_last_not_of(ASCII_WHITE_SPACE) + 1);
 }
 
-/// What stands between commas; behind the last comma only what is there.
-std::vector<std::string> split(std::string_view line) {
-    std::vector<std::string> cells;
+/// Calls `use(cell)` with what stands between commas; behind the last comma only with what is there.
+template <class USE>
+void for_each_cell(std::string_view line, USE use) {
     while (!line.empty()) {
         const std::size_t end = std::min(line.find(','), line.size());
-        cells.emplace_back(without_white_space_around(line.substr(0, end)));
+        use(line.substr(0, end));
         line.remove_prefix(std::min(end + 1, line.size()));
     }
+}
+
+std::vector<std::string> split(std::string_view line) {
+    std::vector<std::string> cells;
+    for_each_cell(line, [&cells](std::string_view cell) { cells.emplace_back(without_white_space_around(cell)); });
     return cells;
 }
 
@@ -67,10 +72,12 @@ std::vector<CSV_LINE> CSV_LINES::lines_of(std::string_view first) const {
     return found;
 }
 
+bool CSV_LINES::has_all_cells(const CSV_LINE& line) const {
+    std::size_t count = 0;
+    for_each_cell(line.text, [&count](std::string_view /*cell*/) { ++count; });
+    return count == m_names.size();
+}
+
 std::vector<std::string> CSV_LINES::cells_of(const CSV_LINE& line) const {
-    std::vector<std::string> cells = split(line.text);
-    if (cells.size() != m_names.size()) {
-        cells.clear();
-    }
-    return cells;
+    return has_all_cells(line) ? split(line.text) : std::vector<std::string>();
 }

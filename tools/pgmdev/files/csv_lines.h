@@ -29,7 +29,10 @@ public:
     /// Those with that first cell, in their order. The first question goes over all lines, later ones through sorted ones.
     std::vector<CSV_LINE> lines_of(std::string_view first) const;
 
-    /// The cells of a line, as many as there are names; none: it has not as many.
+    /// Whether a line has as many cells as there are names.
+    bool has_all_cells(const CSV_LINE& line) const;
+
+    /// The cells of such a line; of another one none.
     std::vector<std::string> cells_of(const CSV_LINE& line) const;
 
 private:

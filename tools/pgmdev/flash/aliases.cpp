@@ -14,10 +14,17 @@ namespace {
 
 constexpr std::size_t ALIAS_CELLS = 3;
 
+bool is_alias(const CSV_LINES& list, const CSV_LINE& line) {
+    return list.names().size() == ALIAS_CELLS && list.has_all_cells(line);
+}
+
 /// The alias of a line; none: it has another form.
 std::optional<FLASH_ALIAS> alias_of(const CSV_LINES& list, const CSV_LINE& line) {
+    if (!is_alias(list, line)) {
+        return std::nullopt;
+    }
     const std::vector<std::string> cells = list.cells_of(line);
-    return cells.size() == ALIAS_CELLS ? std::optional(FLASH_ALIAS{cells[0], cells[1], cells[2]}) : std::nullopt;
+    return FLASH_ALIAS{cells[0], cells[1], cells[2]};
 }
 
 std::vector<FLASH_ALIAS> aliases_of(const CSV_LINES& list) {
@@ -94,7 +101,7 @@ std::optional<FLASH_ALIAS> find_flash_alias(const std::string& name) {
 std::vector<std::string> with_flash_aliases(std::vector<std::string> names) {
     const CSV_LINES& list = installed_aliases();
     for (const CSV_LINE& line : list.lines()) {
-        if (alias_of(list, line)) {
+        if (is_alias(list, line)) {
             names.emplace_back(line.first);
         }
     }

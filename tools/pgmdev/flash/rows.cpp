@@ -5,15 +5,6 @@
 #include "flash/database.h"
 #include "flash/output.h"
 #include "gen.h"
-#include "pgmdev_flash_table.h"
-
-namespace {
-
-std::string switch_of(const PGMDEV_SFL_FLASH_INFO& record) {
-    return gen_stricmp(record.ini, "NONE") == 0 ? "" : "PGM_ALLOW_" + record.ini;
-}
-
-}  // namespace
 
 std::vector<FLASH_ROW> enabled_flash_rows() {
     PGMDEV_FLASH_MANAGER manager = open_flash_database(1);
@@ -26,7 +17,7 @@ std::vector<FLASH_ROW> enabled_flash_rows() {
 
 FLASH_ROW enabled_flash_row(PGMDEV_FLASH_MANAGER& manager, DWORD index) {
     const PGMDEV_SFL_FLASH_INFO& record = manager.get_flash_database()[index];
-    return {record, index, std::nullopt, switch_of(record)};
+    return {record, index, std::nullopt, enabling_switch_of(record)};
 }
 
 std::vector<FLASH_ROW> all_flash_rows() {
@@ -35,13 +26,11 @@ std::vector<FLASH_ROW> all_flash_rows() {
 }
 
 std::vector<FLASH_ROW> all_flash_rows(PGMDEV_FLASH_MANAGER& programs) {
-    const PLACE place = flash_database_place();
-    const auto table = read_database(FLASH_DATABASE_KIND, place,
-                                     [&place] { return PGMDEV_FLASH_TABLE::from_database(FIO_PATH(place.path)); });
+    const PGMDEV_FLASH_TABLE table = flash_table();
     std::vector<FLASH_ROW> rows;
     DWORD enabled = 0;
     for (const PGMDEV_SFL_FLASH_INFO& record : table.records()) {
-        const std::string enabling_switch = switch_of(record);
+        const std::string enabling_switch = enabling_switch_of(record);
         const bool is_enabled = enabling_switch.empty() || cfg_is_on(enabling_switch, false) != 0;
         rows.push_back({record, is_enabled ? std::optional(enabled) : std::nullopt, static_cast<DWORD>(rows.size()),
                         enabling_switch});
@@ -53,6 +42,16 @@ std::vector<FLASH_ROW> all_flash_rows(PGMDEV_FLASH_MANAGER& programs) {
         row.index = row.index ? std::optional(*row.index + before) : std::nullopt;
     }
     return rows;
+}
+
+PGMDEV_FLASH_TABLE flash_table() {
+    const PLACE place = flash_database_place();
+    return read_database(FLASH_DATABASE_KIND, place,
+                         [&place] { return PGMDEV_FLASH_TABLE::from_database(FIO_PATH(place.path)); });
+}
+
+std::string enabling_switch_of(const PGMDEV_SFL_FLASH_INFO& record) {
+    return gen_stricmp(record.ini, "NONE") == 0 ? "" : "PGM_ALLOW_" + record.ini;
 }
 
 JSON row_json(const FLASH_ROW& row, bool every_row) {

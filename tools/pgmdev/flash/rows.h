@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "pgmdev_flash_manager.h"
+#include "pgmdev_flash_table.h"
 #include "pgmdev_sfl_flash_info.h"
 #include "terminal/json.h"
 #include "terminal/schema.h"
@@ -30,6 +31,12 @@ FLASH_ROW enabled_flash_row(PGMDEV_FLASH_MANAGER& manager, DWORD index);
 /// All rows of the database, by row.
 std::vector<FLASH_ROW> all_flash_rows();
 std::vector<FLASH_ROW> all_flash_rows(PGMDEV_FLASH_MANAGER& programs);  ///< which has those that programs use
+
+/// The same database, whose records are those of all rows: for who needs no more of them than that.
+PGMDEV_FLASH_TABLE flash_table();
+
+/// The configuration key that switches a record on; "": it always is.
+std::string enabling_switch_of(const PGMDEV_SFL_FLASH_INFO& record);
 
 /// The record; with `every_row` also where it stands and what switches it on.
 JSON row_json(const FLASH_ROW& row, bool every_row);

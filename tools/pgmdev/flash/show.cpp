@@ -31,20 +31,33 @@ public:
         return m_every_row ? all()[place] : enabled_flash_row(m_programs, static_cast<DWORD>(place));
     }
 
-    /// All rows, whether there is a choice among them or not.
+    /// The records of all rows, whether these are to be chosen from or not.
+    const std::vector<PGMDEV_SFL_FLASH_INFO>& all_records() {
+        if (!m_table) {
+            m_table = flash_table();
+        }
+        return m_table->records();
+    }
+    const FLASH_EVIDENCE& evidence() {
+        if (!m_evidence) {
+            m_evidence.emplace(installed_flash_list(FLASH_SOURCES_LIST));
+        }
+        return *m_evidence;
+    }
+
+private:
     const std::vector<FLASH_ROW>& all() {
         if (!m_all) {
             m_all = all_flash_rows(m_programs);
         }
         return *m_all;
     }
-    const FLASH_EVIDENCE& evidence() const { return m_evidence; }
 
-private:
     bool m_every_row;
     PGMDEV_FLASH_MANAGER m_programs;
     std::optional<std::vector<FLASH_ROW>> m_all;
-    FLASH_EVIDENCE m_evidence = FLASH_EVIDENCE(installed_flash_list(FLASH_SOURCES_LIST));
+    std::optional<PGMDEV_FLASH_TABLE> m_table;
+    std::optional<FLASH_EVIDENCE> m_evidence;
 };
 
 bool is_default_of(const PGMDEV_SFL_FLASH_INFO& record, const std::string& name) {
@@ -61,7 +74,7 @@ std::optional<FLASH_ROW> find_by_name(SOURCE& source, const std::string& name) {
     return std::nullopt;
 }
 
-ANSWER answer_with(const SOURCE& source, const FLASH_ROW& row, const std::optional<FLASH_ALIAS>& alias = std::nullopt) {
+ANSWER answer_with(SOURCE& source, const FLASH_ROW& row, const std::optional<FLASH_ALIAS>& alias = std::nullopt) {
     const bool every_row = source.has_every_row();
     const std::vector<FLASH_SUPPORT> support = source.evidence().of(row.record);
     ANSWER answer;
@@ -91,10 +104,10 @@ ANSWER answer_with(const SOURCE& source, const FLASH_ROW& row, const std::option
 /// What to say of a name that no row has.
 std::string missing_name(SOURCE& source, const std::string& name) {
     if (!source.has_every_row()) {
-        for (const FLASH_ROW& row : source.all()) {
-            if (is_default_of(row.record, name)) {
+        for (const PGMDEV_SFL_FLASH_INFO& record : source.all_records()) {
+            if (is_default_of(record, name)) {
                 return fmt::format("the flash \"{}\" is switched off: --set {}=on enables it, --all-rows shows it",
-                                   name, row.enabling_switch);
+                                   name, enabling_switch_of(record));
             }
         }
     }

@@ -1,9 +1,27 @@
 #include "files/inspection.h"
 
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
 
 #include "fio.h"
+
+namespace {
+
+/// A piece at a time: there are seldom as many bytes as may be, and the size that files of /sys tell is not theirs.
+std::string read_beginning(std::istream& stream, std::size_t bytes) {
+    constexpr std::size_t PIECE = std::size_t{1} << 14;
+    std::string beginning;
+    while (stream && beginning.size() < bytes) {
+        const std::size_t before = beginning.size();
+        beginning.resize(std::min(before + PIECE, bytes));
+        stream.read(&beginning[before], static_cast<std::streamsize>(beginning.size() - before));
+        beginning.resize(before + static_cast<std::size_t>(stream.gcount()));
+    }
+    return beginning;
+}
+
+}  // namespace
 
 std::string as_clause(const std::string& reason) {
     return reason.empty() ? "the system refuses it and gives no reason" : "the system says \"" + reason + "\"";
@@ -33,9 +51,7 @@ INSPECTED_FILE inspect_file(const std::string& path, std::size_t bytes) {
             return file;
         }
         file.size = status.size;
-        file.beginning.resize(bytes);
-        stream.read(file.beginning.data(), static_cast<std::streamsize>(bytes));
-        file.beginning.resize(static_cast<std::size_t>(stream.gcount()));
+        file.beginning = read_beginning(stream, bytes);
     }
     return file;
 }

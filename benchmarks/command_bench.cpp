@@ -30,7 +30,7 @@ constexpr int DEFAULT_ROUNDS = 200;
 constexpr double QUARTILE = 0.25;
 constexpr double MEDIAN = 0.5;
 
-/// Single answers: the commonest of each noun, and misspelt names.
+/// Single answers: the commonest of each noun, misspelt names, and the longest ones.
 const std::array SINGLE_ANSWERS{
     ARGUMENTS{"--help"},
     ARGUMENTS{"--version"},
@@ -49,6 +49,12 @@ const std::array SINGLE_ANSWERS{
     ARGUMENTS{"name", "show", "HOBS40F324C2X"},
     ARGUMENTS{"flash", "show", "W25Q12JV"},
     ARGUMENTS{"falsh", "show", "W25Q128JV"},
+    ARGUMENTS{"profile", "show", "--part", "HOBS40F324C2X"},
+    ARGUMENTS{"flash", "show", "--all-rows", "W25Q128JV"},
+    ARGUMENTS{"--json", "part", "info", "KESTREL"},
+    ARGUMENTS{"part", "info", "KESTREL_PCF"},
+    ARGUMENTS{"schema", "part", "info"},
+    ARGUMENTS{"doctor"},
 };
 
 /// A program, what it is asked, and what that took.

@@ -31,6 +31,7 @@
 #include "pgmdev_hps_spi_mgr.h"
 #include "pgmdev_manager_type.h"
 #include "pgmdev_mgr.h"
+#include "pgmdev_param_value.h"
 #include "pgmdev_part_index.h"
 #include "pgmdev_sfl_flash_info.h"
 #include "pgmdev_table_fault.h"

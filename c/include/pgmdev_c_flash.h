@@ -23,6 +23,10 @@ PGMDEV_C_EXPORT void pgmdev_flash_free(pgmdev_flash_database* database);
 /// Its records. Their members are those of the source table: "device_name", "device_bit_size" ...
 PGMDEV_C_EXPORT const pgmdev_records* pgmdev_flash_records(const pgmdev_flash_database* database);
 
+/// What is wrong with the notes on identifications that lie beside it, with the members of pgmdev_table_faults. Such lines
+/// are not taken into account: an answer may be called sure for want of one.
+PGMDEV_C_EXPORT const pgmdev_records* pgmdev_flash_notes_faults(const pgmdev_flash_database* database);
+
 /// The default record of a device name, in any case.
 PGMDEV_C_EXPORT pgmdev_status pgmdev_flash_find(const pgmdev_flash_database* database, const char* device_name,
                                                 size_t* record, pgmdev_error** error);

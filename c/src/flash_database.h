@@ -30,4 +30,5 @@ struct pgmdev_flash_database {
     PGMDEV_FLASH_NOTES notes;
     PGMDEV_FLASH_INDEX index;
     pgmdev_records records;
+    pgmdev_records notes_faults;
 };

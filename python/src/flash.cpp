@@ -25,7 +25,7 @@ py::tuple candidate_values(const PGMDEV_FLASH_CANDIDATE& candidate) {
     const auto compared = [](const PGMDEV_FLASH_COMPARED_BYTE& each) {
         return py::make_tuple(to_python(each.position), to_python(each.expected), to_python(each.given));
     };
-    return py::make_tuple(to_python(candidate.index), STANDINGS[static_cast<std::size_t>(candidate.standing)],
+    return py::make_tuple(to_python(candidate.index), STANDINGS.at(static_cast<std::size_t>(candidate.standing)),
                           list_of(candidate.compared, compared), list_of(candidate.differences, difference_values));
 }
 
@@ -39,7 +39,7 @@ py::object oddity_values(const PGMDEV_FLASH_ODDITY& oddity) {
     if (oddity.kind == PGMDEV_FLASH_ODDITY::KIND::NONE) {
         return py::none();
     }
-    return py::make_tuple(ODDITIES[static_cast<std::size_t>(oddity.kind)], to_python(oddity.text),
+    return py::make_tuple(ODDITIES.at(static_cast<std::size_t>(oddity.kind)), to_python(oddity.text),
                           index_or_none(oddity.index), to_python(oddity.is_fault()));
 }
 

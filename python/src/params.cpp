@@ -41,7 +41,7 @@ bool write_block(DWORD block, const std::string& data) {
 PGMDEV_PARAM_VALUE parameter_from(DWORD type, const py::object& value) {
     PGMDEV_PARAM_VALUE parameter(type_of(type));
     if (parameter.type() == PGMDEV_PARAM_STRING) {
-        parameter.set_text(value.cast<std::string>());
+        parameter.set_text(text_of(value));
     } else {
         parameter.set_number(value.cast<QWORD>());
     }

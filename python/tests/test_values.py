@@ -23,6 +23,7 @@ def some_values() -> list[Value]:
     assert shown and spellings and info and governing
     values: list[Value] = [shown, shown.record, spellings, info, governing, governing.record]
     values += [flash.identify("20BA18"), flash.identify("012018"), flash.identify("FFFFFF"), hps.kinds()[0]]
+    values += [parts.devices()[0], parts.families()[0]]
     return values + [hps.nand()[0], hps.spi()[0], parts.find("KES50*", hidden=True)[0]]
 
 

@@ -43,11 +43,12 @@ class Table(List[T]):
 
 
 class Once(Generic[T]):
-    """Something that is made when it is first asked for, once, whatever thread asks."""
+    """Something that is made when it is first asked for, once, whatever thread asks. Who asks while making it, such as a
+    handler of debug messages, makes one, too, rather than waiting for itself; the first that is made counts."""
 
     def __init__(self, make: Callable[[], T]) -> None:
         self._make = make
-        self._lock = threading.Lock()
+        self._lock = threading.RLock()
         self._made: list[T] = []
 
     def __call__(self) -> T:

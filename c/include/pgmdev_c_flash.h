@@ -77,7 +77,7 @@ typedef struct pgmdev_flash_verdict {
 /// - "ambiguities": "response", "telling_byte", "told_apart_by", "risk", "harm"; "ambiguous_chips": for each "ambiguity" (an
 ///   index) the "chip" names
 /// - "contradictions": "position", "found", "expected" of bytes that the taken flash does not give; "fitting": the
-///   "device_name" of flash whose whole identification it is then
+///   "device_name" of flash whose whole identification it is then, in the database or not
 PGMDEV_C_EXPORT pgmdev_status pgmdev_flash_identify(const pgmdev_flash_database* database,
                                                     const pgmdev_flash_response* response,
                                                     pgmdev_flash_verdict* verdict, pgmdev_answer** details,

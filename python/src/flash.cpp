@@ -44,10 +44,10 @@ py::object oddity_values(const PGMDEV_FLASH_ODDITY& oddity) {
 }
 
 py::dict identify(const FLASH_DATABASE& database, const std::string& response, bool silicon_id) {
-    const FLASH_ANSWER answer = unlocked([&] { return database.answer(response, silicon_id); });
+    const PGMDEV_FLASH_ANSWER answer = unlocked([&] { return database.answer(response, silicon_id); });
     py::dict values;
     values["index"] = index_or_none(answer.candidates.taken());
-    values["sure"] = to_python(answer.candidates.is_sure());
+    values["sure"] = to_python(answer.is_sure());
     values["telling"] = to_python(answer.candidates.telling_count());
     values["missing_bytes"] = list_of(answer.candidates.missing_bytes());
     values["nearest"] = list_of(answer.candidates.nearest());

@@ -19,6 +19,7 @@
 #include "pgmdev_dev_info_table.h"
 #include "pgmdev_device_grammar_mgr.h"
 #include "pgmdev_export.h"
+#include "pgmdev_flash_answer.h"
 #include "pgmdev_flash_candidates.h"
 #include "pgmdev_flash_ini.h"
 #include "pgmdev_flash_manager.h"

@@ -74,7 +74,8 @@ def test_offsets_outside_of_the_data(offset: int) -> None:
 
 @pytest.mark.parametrize(
     ("type", "value"),
-    [(Type.BYTE, 256), (Type.BYTE, 1.5), (Type.BYTE, -1), (Type.BOOL, 2), (Type.QWORD, 1 << 64), (Type.WORD, "7"), (Type.STRING, "a\0b")],
+    [(Type.BYTE, 256), (Type.BYTE, 1.5), (Type.BYTE, -1), (Type.BOOL, 2), (Type.QWORD, 1 << 64), (Type.WORD, "7"),
+     (Type.STRING, "a\0b")],
 )
 def test_values_that_do_not_fit(type: Type, value: Any) -> None:
     with pytest.raises(ValueError):

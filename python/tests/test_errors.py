@@ -2,16 +2,18 @@
 
 from __future__ import annotations
 
+import hashlib
 import logging
 import os
 import pathlib
 import subprocess
 import sys
+from typing import Any
 
 import pytest
 
 import pgmdev
-from pgmdev import flash, profiles, tables
+from pgmdev import enums, flash, hps, parts, profiles, tables
 
 
 def test_a_missing_database(tmp_path: pathlib.Path, capfd: pytest.CaptureFixture[str]) -> None:
@@ -74,6 +76,28 @@ def test_arguments_of_another_type() -> None:
         flash.encode([])
 
 
+def test_numbers_are_no_bytes(module_dir: pathlib.Path) -> None:
+    """For bytes(3) is three zeros."""
+    for ask in (flash.identify, flash.sfdp, lambda number: pgmdev.params.write(pgmdev.params.Block.SFL_FLASH, number)):
+        with pytest.raises(TypeError, match="bytes are expected, not the number 3"):
+            ask(3)  # type: ignore[operator]
+    assert list(module_dir.iterdir()) == []
+    of_other_types: list[Any] = [bytearray(b"\xef\x40\x17"), memoryview(b"\xef\x40\x17"), [0xEF, 0x40, 0x17]]
+    for response in of_other_types:
+        assert flash.identify(response) == flash.identify("EF4017")
+
+
+@pytest.mark.parametrize("number", [-1, 1 << 31, 1 << 32, 1 << 64, 1 << 100])
+def test_numbers_that_stand_for_nothing(number: int) -> None:
+    assert parts.opn(number) is None
+    assert parts.from_hash(number) is None
+    assert enums.name(enums.EnumType.SECTOR, number) is None
+    assert profiles.for_family(number) is None
+    assert profiles.for_device(number) is None
+    assert profiles.for_part(number) is None
+    assert not hps.set_current(number)
+
+
 def test_faults_are_values(tmp_path: pathlib.Path) -> None:
     found = tables.check(tmp_path / "none.csv")
     assert not found.ok
@@ -107,6 +131,58 @@ def test_nothing_of_another_kind_is_replaced(tmp_path: pathlib.Path) -> None:
     assert tables.compile(table, output).ok
     assert tables.compile(table, output).ok
     assert f"source = {table.name}\n" in (tmp_path / "out.pcf.info").read_text()
+
+
+def test_the_text_beside_a_database_fits_it_at_any_moment(
+    tmp_path: pathlib.Path, monkeypatch: pytest.MonkeyPatch
+) -> None:
+    lines = tables.dump_csv(flash.default().path).splitlines(keepends=True)
+    old, new, output = tmp_path / "old.csv", tmp_path / "new.csv", tmp_path / "out.pcf"
+    old.write_text("".join(lines[:-1]), encoding="utf-8")
+    new.write_text("".join(lines), encoding="utf-8")
+    assert tables.compile(new, output).ok
+    of_new = output.read_bytes()
+    assert tables.compile(old, output).ok
+    of_old = output.read_bytes()
+    assert of_old != of_new
+
+    def told() -> dict[str, str]:
+        text = pathlib.Path(f"{output}.info").read_text()
+        return dict(line.split(" = ") for line in text.splitlines())
+
+    def digest(data: bytes) -> str:
+        return hashlib.sha256(data).hexdigest()
+
+    compile_flash = pgmdev._pgmdev.compile_flash
+
+    def interrupted(csv: bytes, pcf: bytes) -> None:
+        if pcf == os.fsencode(output):
+            raise KeyboardInterrupt
+        compile_flash(csv, pcf)
+
+    with monkeypatch.context() as patched, pytest.raises(KeyboardInterrupt):
+        patched.setattr(pgmdev._pgmdev, "compile_flash", interrupted)
+        tables.compile(new, output)
+    assert output.read_bytes() == of_old
+    assert (told()["database_sha256"], told()["replaces_sha256"]) == (digest(of_new), digest(of_old))
+
+    replace = os.replace
+    settled = iter((True, False))
+
+    def full(source: str, target: str) -> None:
+        if not next(settled):
+            raise OSError("no room")
+        replace(source, target)
+
+    with monkeypatch.context() as patched, pytest.warns(UserWarning, match="the database is in its place"):
+        patched.setattr(os, "replace", full)
+        assert tables.compile(new, output).ok
+    assert output.read_bytes() == of_new
+    assert (told()["database_sha256"], told()["replaces_sha256"]) == (digest(of_new), digest(of_old))
+
+    assert tables.compile(new, output).ok
+    assert told()["database_sha256"] == digest(of_new)
+    assert "replaces_sha256" not in told()
 
 
 def test_paths(tmp_path: pathlib.Path) -> None:
@@ -155,6 +231,11 @@ def test_settings(tmp_path: pathlib.Path) -> None:
         pgmdev.configure(db_dir="")
     assert flash.load() is not first
     assert list(flash.load()) == list(first)
+    before = flash.load()
+    with pytest.raises(TypeError):
+        pgmdev.configure(settings={"PGM_ALLOW_M45PE": "on", "SOME_KEY": 7})  # type: ignore[dict-item]
+    assert len(flash.load()) > len(before)  # by what was set before
+    pgmdev.configure(settings={"PGM_ALLOW_M45PE": None})
     pgmdev.configure(settings={"SOME_KEY": "value"})
     assert pgmdev.settings.get("SOME_KEY") == "value"
     pgmdev.configure(settings={"SOME_KEY": None})

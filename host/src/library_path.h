@@ -7,6 +7,3 @@
 
 /// The directory that this library was loaded from; the current directory when the system does not tell.
 std::filesystem::path host_library_directory();
-
-/// Keeps the library that `inside` points into loaded to the end of the process. For libraries that cannot clean up.
-void keep_library_loaded(const void* inside);

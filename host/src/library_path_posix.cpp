@@ -14,12 +14,3 @@ fs::path host_library_directory() {
     std::error_code ignored;
     return fs::current_path(ignored);
 }
-
-void keep_library_loaded(const void* inside) {
-    Dl_info info{};
-    if (dladdr(inside, &info) != 0 && info.dli_fname != nullptr) {
-        if (void* library = dlopen(info.dli_fname, RTLD_NOW | RTLD_NOLOAD | RTLD_NODELETE)) {
-            dlclose(library);
-        }
-    }
-}

@@ -26,9 +26,3 @@ fs::path host_library_directory() {
     std::error_code ignored;
     return fs::current_path(ignored);
 }
-
-void keep_library_loaded(const void* inside) {
-    HMODULE module = nullptr;
-    GetModuleHandleExW(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_PIN,
-                       static_cast<LPCWSTR>(inside), &module);
-}

@@ -5,6 +5,7 @@
 #include <exception>
 #include <filesystem>
 #include <fstream>
+#include <new>
 #include <optional>
 #include <ostream>
 #include <stdexcept>
@@ -212,6 +213,8 @@ int run_generator(const std::vector<std::string>& arguments, std::ostream& outpu
     FAULTS faults;
     try {
         use->run(arguments, faults, output);
+    } catch (const std::bad_alloc&) {
+        throw;  // which the program says without memory
     } catch (const std::exception& error) {
         errors << "ddb_generator: " << error.what() << '\n';
         return GENERATOR_FAILED;

@@ -4,10 +4,9 @@
 
 #include <algorithm>
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <optional>
 
+#include "file_reader.h"
 #include "files/environment.h"
 #include "files/inspection.h"
 #include "files/output.h"
@@ -17,6 +16,9 @@
 #include "terminal/given_options.h"
 
 namespace {
+
+/// As of the host, which would not read a larger one.
+constexpr std::size_t LARGEST_CONFIGURATION = std::size_t{1} << 20;
 
 struct LINE {
     std::string text;
@@ -34,9 +36,9 @@ CONFIGURATION_LINES lines_of(const PLACE& place) {
         return {};
     }
     CONFIGURATION_LINES file{true, {}};
-    std::ifstream stream(fio_get_unc_full_path(place.path), std::ios::binary);
-    const std::string text{std::istreambuf_iterator<char>(stream), {}};
-    if (!inspected.obstacle.empty() || !stream.is_open() || stream.bad()) {
+    std::string text;
+    if (!inspected.obstacle.empty() || read_whole_file(fio_get_unc_full_path(place.path), LARGEST_CONFIGURATION,
+                                                       FILE_KINDS::REGULAR, text) != READ_RESULT::READ) {
         throw COMMAND_FAILURE({FAILURE_CODE::CONFIGURATION_UNREADABLE,
                                "the configuration file cannot be read, and is not changed",
                                place.path,

@@ -2,7 +2,6 @@
 
 #include <fmt/core.h>
 
-#include <fstream>
 #include <memory>
 #include <string_view>
 #include <utility>
@@ -12,7 +11,6 @@
 #include "fio.h"
 #include "gen.h"
 #include "pgm_common.h"
-#include "replaced_file.h"
 #include "terminal/failure.h"
 #include "utf8_path.h"
 
@@ -64,10 +62,7 @@ bool is_packed_database(const std::string& path) {
         !inspect_file(path, 0).obstacle.empty()) {
         return true;
     }
-    std::ifstream file = open_replaced_file(fio_get_unc_full_path(FIO_PATH(path).fullpath()));
-    std::string beginning(PACKED_BEGINNING.size(), '\0');
-    file.read(beginning.data(), static_cast<std::streamsize>(beginning.size()));
-    return file.good() && beginning == PACKED_BEGINNING;
+    return !is_stream(path) && inspect_file(path, PACKED_BEGINNING.size()).beginning == PACKED_BEGINNING;
 }
 
 std::string sha256_of(std::span<const BYTE> bytes) {

@@ -1,8 +1,10 @@
 #include "files/inspection.h"
 
+#include <algorithm>
 #include <filesystem>
-#include <fstream>
+#include <span>
 
+#include "file_reader.h"
 #include "fio.h"
 
 std::string as_clause(const std::string& reason) {
@@ -26,16 +28,15 @@ INSPECTED_FILE inspect_file(const std::string& path, std::size_t bytes) {
     } else if (!status.regular) {
         file.obstacle = "it is no regular file";
     } else {
-        std::ifstream stream(native, std::ios::binary);
-        const std::string reason = system_reason();
-        if (!stream.is_open()) {
-            file.obstacle = as_clause(reason);
-            return file;
+        const FILE_READER reader(native);
+        file.size = reader.size();
+        file.beginning.resize(static_cast<std::size_t>(std::min<QWORD>(bytes, file.size)));
+        const std::span place(reinterpret_cast<unsigned char*>(file.beginning.data()), file.beginning.size());
+        if (!reader.is_open() || !reader.read_at(0, place)) {
+            file.obstacle = as_clause(system_reason());
+            file.size = 0;
+            file.beginning.clear();
         }
-        file.size = status.size;
-        file.beginning.resize(bytes);
-        stream.read(file.beginning.data(), static_cast<std::streamsize>(bytes));
-        file.beginning.resize(static_cast<std::size_t>(stream.gcount()));
     }
     return file;
 }

@@ -17,9 +17,6 @@
 
 namespace {
 
-/// As of the host, which would not read a larger one.
-constexpr std::size_t LARGEST_CONFIGURATION = std::size_t{1} << 20;
-
 struct LINE {
     std::string text;
     std::string end;  ///< "" for a last line without one
@@ -35,9 +32,10 @@ CONFIGURATION_LINES lines_of(const PLACE& place) {
     if (inspected.missing) {
         return {};
     }
+    constexpr std::size_t LARGEST_FILE = std::size_t{1} << 20;  // as of the host, which reads none that is larger
     CONFIGURATION_LINES file{true, {}};
     std::string text;
-    if (!inspected.obstacle.empty() || read_whole_file(fio_get_unc_full_path(place.path), LARGEST_CONFIGURATION,
+    if (!inspected.obstacle.empty() || read_whole_file(fio_get_unc_full_path(place.path), LARGEST_FILE,
                                                        FILE_KINDS::REGULAR, text) != READ_RESULT::READ) {
         throw COMMAND_FAILURE({FAILURE_CODE::CONFIGURATION_UNREADABLE,
                                "the configuration file cannot be read, and is not changed",

@@ -130,6 +130,11 @@ TEST_F(CommandFaults, ABlockIsRemovedOrNot) {
     expect_truth_of({"params", "remove", "0"});
 }
 
+TEST_F(CommandFaults, ABlockIsWrittenOrNot) {
+    const SCRATCH scratch;
+    expect_truth_of({"params", "write", "0", scratch.write("block", "another first")});
+}
+
 TEST_F(CommandFaults, AListIsWholeOrSaidNotToBe) {
     ASSERT_EQ(run_with({"hps", "add", "nand", "manufacturer_id=0xEC", "device_id=211", "device_byte_size=0x40000000"},
                        [] { return std::make_unique<NO_FAULT>(); }),

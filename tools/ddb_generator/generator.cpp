@@ -55,12 +55,15 @@ void write_file(const fs::path& path, const std::string& text) {
     std::ofstream file(temporary, std::ios::binary);
     file << text;
     file.close();
-    if (!file) {
+    std::error_code error;
+    if (file) {
+        fs::rename(temporary, path, error);
+    }
+    if (!file || error) {
         std::error_code ignored;
         fs::remove(temporary, ignored);
         throw std::runtime_error(temporary.generic_string() + ": cannot be written");
     }
-    fs::rename(temporary, path);
 }
 
 /// The part numbers by ordering-code index; 0: no part.

@@ -45,7 +45,9 @@ BENCHMARK(WriteBlock)->Unit(benchmark::kMicrosecond)->UseRealTime();
 
 void ReadBlock(benchmark::State& state) {
     begin_container();
-    write_block();
+    if (!write_block()) {
+        state.SkipWithError("not written");
+    }
     for ([[maybe_unused]] auto _ : state) {
         DWORD size = 0;
         const std::unique_ptr<BYTE[]> block(PGMDEV_FLASH_INI::read_flash_ini_data(PGMDEV_FLASH_INI_SFL_FLASH, size));

@@ -66,7 +66,8 @@ BENCHMARK(GetOpnFromHash);
 
 void GetPossibleFullName(benchmark::State& state) {
     const PGMDEV_PART_INDEX index;
-    ask_for_names(state, [&index](std::string& query) { return index.get_possible_full_name(query.substr(1)); });
+    ask_for(state, typed_package_names(),
+            [&index](std::string& query) { return index.get_possible_full_name(query.substr(1)); });
 }
 BENCHMARK(GetPossibleFullName);
 

@@ -1,50 +1,15 @@
 #include <benchmark/benchmark.h>
 
 #include <algorithm>
-#include <array>
-#include <optional>
-#include <random>
 #include <unordered_map>
 
-#include "gen.h"
 #include "peers/sqlite.h"
 #include "pgmdev_flash_candidates.h"
-#include "pgmdev_flash_manager.h"
+#include "support/responses.h"
 
 // Which of 1,000 flash records a response belongs to, beside a bare array, a hash map and SQLite.
 
 namespace {
-
-constexpr DWORD RESPONSE_SIZE = 256;
-using RESPONSE = std::array<BYTE, RESPONSE_SIZE>;
-
-PGMDEV_FLASH_MANAGER& flash() {
-    static std::optional<PGMDEV_FLASH_MANAGER> manager;
-    if (!manager) {
-        gen_set_device_db_fullpath(BENCHMARK_FLASH_1000_DIR);
-        manager.emplace(false, 1, false, false);
-    }
-    return *manager;
-}
-
-/// What records of the table answer, in no order.
-const std::vector<RESPONSE>& responses() {
-    static const std::vector<RESPONSE> RESPONSES = [] {
-        std::vector<RESPONSE> all;
-        for (DWORD i = 0; i < flash().get_flash_count(); ++i) {
-            const PGMDEV_SFL_FLASH_INFO& record = flash().get_flash_database()[i];
-            if (!record.silicon_id && record.memory_type_index != PGMDEV_SFL_FLASH_INFO::NONE) {
-                RESPONSE& response = all.emplace_back();
-                response[record.memory_id_index] = record.memory_id;
-                response[record.memory_type_index] = record.memory_type;
-                response[record.mfc_id_index] = record.mfc_id;
-            }
-        }
-        std::shuffle(all.begin(), all.end(), std::mt19937(1));
-        return all;
-    }();
-    return RESPONSES;
-}
 
 template <class IDENTIFY>
 void ask_for_responses(benchmark::State& state, IDENTIFY identify) {
@@ -57,13 +22,13 @@ void ask_for_responses(benchmark::State& state, IDENTIFY identify) {
 }
 
 void IdentifyByManager(benchmark::State& state) {
-    ask_for_responses(state,
-                      [](RESPONSE& response) { return flash().flash_id_database_mapping(false, 0, response.data()); });
+    ask_for_responses(
+        state, [](RESPONSE& response) { return flash_1000().flash_id_database_mapping(false, 0, response.data()); });
 }
 BENCHMARK(IdentifyByManager);
 
 void IdentifyByIndex(benchmark::State& state) {
-    const PGMDEV_FLASH_INDEX index(flash().get_flash_database(), flash().get_flash_count());
+    const PGMDEV_FLASH_INDEX index(flash_1000().get_flash_database(), flash_1000().get_flash_count());
     ask_for_responses(state, [&index](RESPONSE& response) { return index.taken(false, response.data(), 5); });
 }
 BENCHMARK(IdentifyByIndex);
@@ -81,8 +46,8 @@ struct COMPARED {
 
 std::vector<COMPARED> compared_bytes() {
     std::vector<COMPARED> all;
-    for (DWORD i = 0; i < flash().get_flash_count(); ++i) {
-        const PGMDEV_SFL_FLASH_INFO& record = flash().get_flash_database()[i];
+    for (DWORD i = 0; i < flash_1000().get_flash_count(); ++i) {
+        const PGMDEV_SFL_FLASH_INFO& record = flash_1000().get_flash_database()[i];
         all.push_back({record.silicon_id, record.memory_id, record.memory_id_index, record.memory_type,
                        record.memory_type_index, record.mfc_id, record.mfc_id_index});
     }

@@ -6,7 +6,6 @@
 #include "peers/name_files.h"
 #include "peers/name_maps.h"
 #include "pgmdev_device_grammar_mgr.h"
-#include "stl.h"
 #include "support/names.h"
 
 // The package name of a full name, and the full names of a package name, by the library and by what else one could take.
@@ -57,33 +56,9 @@ BENCHMARK(FindInFile<JSON_FILE>);
 
 // From a key to all that it stands for.
 
-const std::vector<std::string>& typed_package_names() {
-    static const std::vector<std::string> NAMES = [] {
-        std::vector<std::string> names;
-        for (const std::string& name : typed_names()) {
-            names.push_back(PGMDEV_DEVICE_GRAMMAR_MGR::get_package_name(name.substr(1), false));
-            stl_tolower(names.back());
-        }
-        return names;
-    }();
-    return NAMES;
-}
-
-template <class FIND>
-void ask_for_package_names(benchmark::State& state, FIND find) {
-    const std::vector<std::string>& names = typed_package_names();
-    std::size_t next = 0;
-    std::string query;
-    for ([[maybe_unused]] auto _ : state) {
-        query = names[next];
-        next = next + 1 < names.size() ? next + 1 : 0;
-        benchmark::DoNotOptimize(find(query));
-    }
-}
-
 void ForwardLookup(benchmark::State& state) {
     const GRAMMAR_STORE* store = get_grammar_store();
-    ask_for_package_names(state, [store](std::string& query) { return forward_lookup(store, TABLE, query); });
+    ask_for(state, typed_package_names(), [store](std::string& query) { return forward_lookup(store, TABLE, query); });
 }
 BENCHMARK(ForwardLookup);
 
@@ -92,7 +67,7 @@ void ForwardFindInMultimap(benchmark::State& state) {
     for (const auto& [name, package_name] : package_names()) {
         full_names[package_name].push_back(name);
     }
-    ask_for_package_names(state, [&full_names](std::string& query) {
+    ask_for(state, typed_package_names(), [&full_names](std::string& query) {
         normalize_name(query);
         return std::vector<std::string>(full_names.find(query)->second);
     });
@@ -114,7 +89,7 @@ void ForwardFindInSqlite(benchmark::State& state) {
     }
     database.execute("COMMIT; ANALYZE");
     SQLITE_STATEMENT find(database, "SELECT entry FROM names WHERE key = ? ORDER BY place");
-    ask_for_package_names(state, [&find](std::string& query) {
+    ask_for(state, typed_package_names(), [&find](std::string& query) {
         normalize_name(query);
         find.bind(1, query);
         std::vector<std::string> names;

@@ -102,7 +102,7 @@ void DecodeValuesFromJson(benchmark::State& state) {
 }
 BENCHMARK(DecodeValuesFromJson);
 
-/// The limit: numbers and texts copied as they lie in memory, the texts with their lengths.
+/// The limit: numbers and texts copied as they lie in memory.
 struct PLAIN {
     std::array<char, 16> maker{}, device{};
     QWORD bits = 0;
@@ -110,21 +110,46 @@ struct PLAIN {
     bool flag = false;
 };
 
+std::vector<BYTE> copied(const VALUES& values) {
+    PLAIN plain;
+    values.maker.copy(plain.maker.data(), plain.maker.size());
+    values.device.copy(plain.device.data(), plain.device.size());
+    plain.bits = values.bits;
+    plain.numbers = values.numbers;
+    plain.flag = values.flag;
+    std::vector<BYTE> block(sizeof plain);
+    std::memcpy(block.data(), &plain, sizeof plain);
+    return block;
+}
+
 void CopyValues(benchmark::State& state) {
-    const VALUES values;
+    VALUES values;
     for ([[maybe_unused]] auto _ : state) {
-        PLAIN plain;
-        values.maker.copy(plain.maker.data(), plain.maker.size());
-        values.device.copy(plain.device.data(), plain.device.size());
-        plain.bits = values.bits;
-        plain.numbers = values.numbers;
-        plain.flag = values.flag;
-        std::vector<BYTE> block(sizeof plain);
-        std::memcpy(block.data(), &plain, sizeof plain);
-        benchmark::DoNotOptimize(block.data());
+        benchmark::DoNotOptimize(values);  // the compiler does not know them
+        benchmark::DoNotOptimize(copied(values));
     }
 }
 BENCHMARK(CopyValues);
+
+void CopyValuesBack(benchmark::State& state) {
+    const VALUES values;
+    const std::vector<BYTE> block = copied(values);
+    VALUES read{"", "", 0, {}, false};
+    for ([[maybe_unused]] auto _ : state) {
+        benchmark::DoNotOptimize(block.data());
+        PLAIN plain;
+        std::memcpy(&plain, block.data(), sizeof plain);
+        read.maker = plain.maker.data();
+        read.device = plain.device.data();
+        read.bits = plain.bits;
+        read.numbers = plain.numbers;
+        read.flag = plain.flag;
+        if (read != values) {
+            state.SkipWithError("not what was copied");
+        }
+    }
+}
+BENCHMARK(CopyValuesBack);
 
 void ConvertNumber(benchmark::State& state) {
     QWORD sum = 0;

@@ -62,10 +62,10 @@ BENCHMARK(GetOpnEnum<many_were_asked>);
 
 template <void (*before)()>
 void GetPartNameFromPcf(benchmark::State& state) {
-    for ([[maybe_unused]] auto _ : state) {
+    ask_for(state, typed_programmer_file_names(), [](std::string& query) {
         before();
-        benchmark::DoNotOptimize(PGMDEV_MGR::get_part_name_from_pcf("NO_SUCH_PART"));
-    }
+        return PGMDEV_MGR::get_part_name_from_pcf(query.substr(1));
+    });
 }
 BENCHMARK(GetPartNameFromPcf<first_of_all>);
 BENCHMARK(GetPartNameFromPcf<nothing_was_asked>);
@@ -73,7 +73,7 @@ BENCHMARK(GetPartNameFromPcf<many_were_asked>);
 
 template <void (*before)()>
 void GetPossibleFullName(benchmark::State& state) {
-    ask_for_names(state, [](std::string& query) {
+    ask_for(state, typed_package_names(), [](std::string& query) {
         before();
         return PGMDEV_MGR::get_possible_full_name(query.substr(1));
     });
@@ -84,7 +84,8 @@ BENCHMARK(GetPossibleFullName<many_were_asked>);
 
 void AskPartIndexForFullName(benchmark::State& state) {
     const PGMDEV_PART_INDEX index;
-    ask_for_names(state, [&index](std::string& query) { return index.get_possible_full_name(query.substr(1)); });
+    ask_for(state, typed_package_names(),
+            [&index](std::string& query) { return index.get_possible_full_name(query.substr(1)); });
 }
 BENCHMARK(AskPartIndexForFullName);
 
@@ -107,16 +108,48 @@ void FindNumberInHashMap(benchmark::State& state) {
 }
 BENCHMARK(FindNumberInHashMap);
 
-/// From a name to itself: what the names may be typed like is the hash map's matter, too.
-void FindFullNameInHashMap(benchmark::State& state) {
-    static const HASH_MAP NAMES(package_names());
-    ask_for_names(state, [](std::string& query) {
+/// The way that names are typed is the hash map's matter, too.
+void ask_hash_map(benchmark::State& state, const HASH_MAP& map, const std::vector<std::string>& names) {
+    ask_for(state, names, [&map](std::string& query) {
         std::string name = query.substr(1);
         stl_toupper(name);
-        return NAMES.find(name);
+        return map.find(name);
     });
 }
+
+void FindFullNameInHashMap(benchmark::State& state) {
+    static const HASH_MAP NAMES(package_names());
+    ask_hash_map(state, NAMES, typed_names());
+}
 BENCHMARK(FindFullNameInHashMap);
+
+/// The first full name of a package name.
+void FindPackageNameInHashMap(benchmark::State& state) {
+    static const HASH_MAP NAMES([] {
+        NAME_PAIRS pairs;
+        for (const auto& [name, package_name] : package_names()) {
+            pairs.emplace_back(package_name, name);
+        }
+        return pairs;
+    }());
+    ask_hash_map(state, NAMES, typed_package_names());
+}
+BENCHMARK(FindPackageNameInHashMap);
+
+/// The part of a programmer-file name, "" for most.
+void FindProgrammerFileNameInHashMap(benchmark::State& state) {
+    static const HASH_MAP NAMES([] {
+        NAME_PAIRS pairs;
+        for (const std::string& typed : typed_programmer_file_names()) {
+            std::string name = typed.substr(1);
+            stl_toupper(name);
+            pairs.emplace_back(name, PGMDEV_MGR::get_part_name_from_pcf(name));
+        }
+        return pairs;
+    }());
+    ask_hash_map(state, NAMES, typed_programmer_file_names());
+}
+BENCHMARK(FindProgrammerFileNameInHashMap);
 
 void DigestsOfAllParts(benchmark::State& state) {
     for ([[maybe_unused]] auto _ : state) {

@@ -1,6 +1,5 @@
 #include <benchmark/benchmark.h>
 
-#include <array>
 #include <memory>
 
 #include "dstr.h"
@@ -8,16 +7,17 @@
 #include "pgmdev_dev_info_manager.h"
 #include "pgmdev_device_grammar_mgr.h"
 #include "pgmdev_flash_candidates.h"
-#include "pgmdev_flash_manager.h"
 #include "pgmdev_mgr.h"
 #include "pgmdev_part_index.h"
 #include "support/names.h"
+#include "support/responses.h"
 
 // Requests by several threads of one process to the same stores, as a program sees the library.
 
 namespace {
 
 constexpr int MOST_THREADS = 8;
+constexpr DWORD TELLING_BYTES = 5;
 
 /// Everything about a name.
 void NameRequests(benchmark::State& state) {
@@ -35,7 +35,7 @@ BENCHMARK(NameRequests)->ThreadRange(1, MOST_THREADS)->UseRealTime();
 /// A part by a less specific name, its ordering code, and its hash there and back.
 void PartRequests(benchmark::State& state) {
     const PGMDEV_PART_INDEX index;
-    ask_for_names(state, [&index](std::string& name) {
+    ask_for(state, typed_package_names(), [&index](std::string& name) {
         const std::string part = index.get_possible_full_name(name.substr(1));
         return PGMDEV_MGR::get_opn_enum(part) ^ PGMDEV_MGR::get_opn_from_hash(PGMDEV_MGR::get_opn_hash(part)).size();
     });
@@ -44,17 +44,12 @@ BENCHMARK(PartRequests)->ThreadRange(1, MOST_THREADS)->UseRealTime();
 
 /// The flash that answered, out of 1,000, by an index that all threads share.
 void FlashRequests(benchmark::State& state) {
-    static const PGMDEV_FLASH_INDEX INDEX = [] {
-        gen_set_device_db_fullpath(BENCHMARK_FLASH_1000_DIR);
-        PGMDEV_FLASH_MANAGER manager(false, 1, false, false);
-        return PGMDEV_FLASH_INDEX(manager.get_flash_database(), manager.get_flash_count());
-    }();
-    constexpr DWORD RESPONSE_SIZE = 256;
-    std::array<BYTE, RESPONSE_SIZE> response{};
+    static const PGMDEV_FLASH_INDEX INDEX(flash_1000().get_flash_database(), flash_1000().get_flash_count());
+    static const std::vector<RESPONSE>& RESPONSES = responses();
+    std::size_t next = 0;
     for ([[maybe_unused]] auto _ : state) {
-        response[2] = static_cast<BYTE>(response[2] + 1);
-        response[1] = static_cast<BYTE>(response[1] + (response[2] == 0 ? 1 : 0));
-        benchmark::DoNotOptimize(INDEX.taken(false, response.data(), 3));
+        next = next + 1 < RESPONSES.size() ? next + 1 : 0;
+        benchmark::DoNotOptimize(INDEX.taken(false, RESPONSES[next].data(), TELLING_BYTES));
     }
     state.SetItemsProcessed(state.iterations());
 }

@@ -41,5 +41,8 @@ int main(void) {
         printf("%s%s: erased within %" PRIu64 " s\n", name, verdict.sure ? "" : ", or another one", seconds);
     }
     pgmdev_flash_free(flash);
-    return error == NULL ? 0 : failed(status, error);
+    if (error != NULL) {
+        return failed(status, error);
+    }
+    return status == PGMDEV_STATUS_OK ? 0 : 1;
 }

@@ -7,8 +7,10 @@
 #include <string>
 #include <string_view>
 #include <variant>
+#include <vector>
 
 #include "pgmdev_flash_ini.h"
+#include "pgmdev_param_value.h"
 #include "pgmdev_types.h"
 
 /// One value of a record: its name, and where it is.
@@ -25,3 +27,11 @@ struct PGMDEV_HPS_MEMBER {
         return TYPES[field.index()];
     }
 };
+
+/// Appends a record to the bytes of a block, which begin with the stamp of its kind.
+template <class RECORD, class MEMBERS>
+void pgmdev_append_hps_record(std::vector<BYTE>& block, const MEMBERS& members, const RECORD& record) {
+    for (std::size_t i = 0; i < members.size(); ++i) {
+        pgmdev_append_param(block, members[i].type(), record.values[i]);
+    }
+}

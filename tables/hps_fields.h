@@ -2,7 +2,7 @@
 
 /// \file
 /// What the values of a boot flash must be, besides values of their types: the generator checks the built-in rows by it,
-/// the command what users type. A field that is not listed may have any value.
+/// the command and the Python package what users add. A field that is not listed may have any value.
 
 #include <array>
 #include <cstdint>

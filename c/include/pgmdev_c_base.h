@@ -66,7 +66,8 @@ PGMDEV_C_EXPORT const char* pgmdev_string_data(const pgmdev_string* string);
 PGMDEV_C_EXPORT size_t pgmdev_string_size(const pgmdev_string* string);
 PGMDEV_C_EXPORT void pgmdev_string_free(pgmdev_string* string);
 
-/// An internal error, as it is reported: a condition that did not hold, and where it stands.
+/// An internal error, as it is reported: a condition that did not hold, and where it stands. Here the library sets
+/// `struct_size`: what lies behind it is not there.
 typedef struct pgmdev_report {
     size_t struct_size;
     const char* condition;
@@ -75,8 +76,8 @@ typedef struct pgmdev_report {
     int32_t line;
 } pgmdev_report;
 
-/// Receives every internal error. It must return; the operation then ends with PGMDEV_STATUS_REPORTED, or goes on where
-/// the report is only a note. The texts live until it returns.
+/// Receives every internal error, in the thread whose call has come upon it. It must return; the operation then ends with
+/// PGMDEV_STATUS_REPORTED, or goes on where the report is only a note. The texts live until it returns.
 typedef void (*pgmdev_report_handler)(const pgmdev_report* report, void* user);
 
 /// Receives every message of the debug channel: the module, the depth of detail (1 is the coarsest), and the text.

@@ -28,6 +28,7 @@ PGMDEV_C_EXPORT pgmdev_status pgmdev_boot_flash_list(pgmdev_boot_flash_type type
 /// Replaces the user's own flash devices in the parameter container. `values` are those of the devices one after the
 /// other, in the order of the members, without "user"; with a `count` of 0 there are none any more. Who makes them from
 /// what was listed holds a lock (pgmdev_c_parameters.h) meanwhile, and calls pgmdev_boot_flash_reread before and after.
+/// Values are stored as they are, whether a flash can have them or not.
 PGMDEV_C_EXPORT pgmdev_status pgmdev_boot_flash_set_user(pgmdev_boot_flash_type type, const pgmdev_value* values,
                                                          size_t count, pgmdev_error** error);
 

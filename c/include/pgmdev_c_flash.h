@@ -23,6 +23,10 @@ PGMDEV_C_EXPORT void pgmdev_flash_free(pgmdev_flash_database* database);
 /// Its records. Their members are those of the source table: "device_name", "device_bit_size" ...
 PGMDEV_C_EXPORT const pgmdev_records* pgmdev_flash_records(const pgmdev_flash_database* database);
 
+/// What is wrong with the notes on identifications that lie beside it, with the members of pgmdev_table_faults. Such lines
+/// are not taken into account: an answer may be called sure for want of one.
+PGMDEV_C_EXPORT const pgmdev_records* pgmdev_flash_notes_faults(const pgmdev_flash_database* database);
+
 /// The default record of a device name, in any case.
 PGMDEV_C_EXPORT pgmdev_status pgmdev_flash_find(const pgmdev_flash_database* database, const char* device_name,
                                                 size_t* record, pgmdev_error** error);
@@ -73,7 +77,7 @@ typedef struct pgmdev_flash_verdict {
 /// - "ambiguities": "response", "telling_byte", "told_apart_by", "risk", "harm"; "ambiguous_chips": for each "ambiguity" (an
 ///   index) the "chip" names
 /// - "contradictions": "position", "found", "expected" of bytes that the taken flash does not give; "fitting": the
-///   "device_name" of flash whose whole identification it is then
+///   "device_name" of flash whose whole identification it is then, in the database or not
 PGMDEV_C_EXPORT pgmdev_status pgmdev_flash_identify(const pgmdev_flash_database* database,
                                                     const pgmdev_flash_response* response,
                                                     pgmdev_flash_verdict* verdict, pgmdev_answer** details,

@@ -18,7 +18,7 @@ enum {
     PGMDEV_PARAMETER_BLOCKS = 3  ///< how many there are
 };
 
-/// All blocks: "number", "name", "present" and, of those that are, "size" in bytes.
+/// All blocks: "number", "name", "present" and, of those that are, "size" in bytes. A missing or damaged file has none.
 PGMDEV_C_EXPORT pgmdev_status pgmdev_parameter_blocks(pgmdev_records** blocks, pgmdev_error** error);
 
 /// The bytes of a block. A missing or damaged file is not found, as a missing block is.
@@ -51,7 +51,7 @@ enum {
 
 /// The values of the types in `types` from `position` on, a record each with the one member "value"; `position` moves past
 /// them. When the block does not hold all of them whole, the status is PGMDEV_STATUS_NOT_FOUND, and those before the first
-/// that it does not hold are given.
+/// that it does not hold are given. The last 4 bytes of a QWORD may lie behind the end of the block and count as zeros.
 PGMDEV_C_EXPORT pgmdev_status pgmdev_parameters_decode(const uint8_t* bytes, size_t size, size_t* position,
                                                        const pgmdev_parameter_type* types, size_t count,
                                                        pgmdev_records** values, pgmdev_error** error);

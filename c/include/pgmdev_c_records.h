@@ -26,7 +26,7 @@ enum {
 /// One value. This structure stays as it is, so that there can be arrays of it.
 typedef struct pgmdev_value {
     pgmdev_kind kind;
-    uint32_t reserved;  ///< 0
+    uint32_t reserved;  ///< 0, also in what the library is given
     uint64_t number;
     const char* text;  ///< never null in what the library hands out; null stands for "" in what it is given
     size_t text_size;  ///< its bytes, without the zero byte behind them; ignored where a text is given to the library

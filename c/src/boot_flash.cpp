@@ -2,7 +2,6 @@
 
 #include <array>
 
-#include "block_values.h"
 #include "member_tables.h"
 #include "pgmdev_hps_mgr.h"
 #include "pgmdev_hps_nand_mgr.h"
@@ -68,16 +67,14 @@ pgmdev_records listed() {
 /// Writes a list as a block: the stamp, then the records.
 template <class FLASH>
 bool write_list(const pgmdev_value* values, std::size_t count) {
-    std::string block(FLASH::STAMP);
-    std::vector<typename FLASH::RECORD> records = records_from<typename FLASH::RECORD>(FLASH::MEMBERS, values, count);
-    for (typename FLASH::RECORD& record : records) {
-        for (std::size_t i = 0; i < FLASH::MEMBERS.size(); ++i) {
-            append(block, FLASH::MEMBERS[i].type(), record.values[i]);
-        }
+    std::vector<BYTE> block(FLASH::STAMP.begin(), FLASH::STAMP.end());
+    const auto records = records_from<typename FLASH::RECORD>(FLASH::MEMBERS, values, count);
+    for (const typename FLASH::RECORD& record : records) {
+        pgmdev_append_hps_record(block, FLASH::MEMBERS, record);
     }
-    return records.empty() ? PGMDEV_FLASH_INI::write_flash_ini_data(FLASH::BLOCK, nullptr, 0)
-                           : PGMDEV_FLASH_INI::write_flash_ini_data(FLASH::BLOCK, reinterpret_cast<BYTE*>(block.data()),
-                                                                    static_cast<DWORD>(block.size()));
+    return records.empty()
+               ? PGMDEV_FLASH_INI::write_flash_ini_data(FLASH::BLOCK, nullptr, 0)
+               : PGMDEV_FLASH_INI::write_flash_ini_data(FLASH::BLOCK, block.data(), static_cast<DWORD>(block.size()));
 }
 
 struct TYPE {

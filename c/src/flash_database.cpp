@@ -2,6 +2,8 @@
 
 #include "gen.h"
 #include "member_tables.h"
+#include "pgmdev_flash_table.h"
+#include "table_faults.h"
 
 LOADED_FLASH::LOADED_FLASH(const std::string& path) : PGMDEV_FLASH_MANAGER(false, 0, true, false) {
     initialize_flash_database(FIO_PATH(path));
@@ -10,11 +12,26 @@ LOADED_FLASH::LOADED_FLASH(const std::string& path) : PGMDEV_FLASH_MANAGER(false
     }
 }
 
+namespace {
+
+pgmdev_records faults_of(const PGMDEV_FLASH_NOTES& notes) {
+    pgmdev_records faults = no_faults();
+    for (const PGMDEV_FLASH_NOTES::FILE_FAULTS* file : {&notes.ambiguities_file(), &notes.identifications_file()}) {
+        for (const PGMDEV_TABLE_FAULT& fault : file->faults) {
+            add_fault(faults, fault, PGMDEV_FLASH_TABLE::describe(fault, file->file));
+        }
+    }
+    return faults;
+}
+
+}  // namespace
+
 pgmdev_flash_database::pgmdev_flash_database(const std::string& path)
     : loaded(path),
       notes(PGMDEV_FLASH_NOTES::beside_database(path)),
       index(loaded.all().data(), static_cast<DWORD>(loaded.all().size())),
-      records(flash_records(loaded.all())) {}
+      records(flash_records(loaded.all())),
+      notes_faults(faults_of(notes)) {}
 
 pgmdev_status pgmdev_flash_open(const char* path, pgmdev_flash_database** database, pgmdev_error** error) {
     return guarded(error, [&]() -> pgmdev_status {
@@ -31,6 +48,10 @@ void pgmdev_flash_free(pgmdev_flash_database* database) {
 
 const pgmdev_records* pgmdev_flash_records(const pgmdev_flash_database* database) {
     return database != nullptr ? &database->records : nullptr;
+}
+
+const pgmdev_records* pgmdev_flash_notes_faults(const pgmdev_flash_database* database) {
+    return database != nullptr ? &database->notes_faults : nullptr;
 }
 
 pgmdev_status pgmdev_flash_find(const pgmdev_flash_database* database, const char* device_name, size_t* record,

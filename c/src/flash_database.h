@@ -7,9 +7,8 @@
 #include <string>
 
 #include "pgmdev_c_flash.h"
-#include "pgmdev_flash_candidates.h"
+#include "pgmdev_flash_answer.h"
 #include "pgmdev_flash_manager.h"
-#include "pgmdev_flash_notes.h"
 #include "records.h"
 
 /// The records that the library's manager loads from a file of any name.
@@ -30,4 +29,5 @@ struct pgmdev_flash_database {
     PGMDEV_FLASH_NOTES notes;
     PGMDEV_FLASH_INDEX index;
     pgmdev_records records;
+    pgmdev_records notes_faults;
 };

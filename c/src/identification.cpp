@@ -1,4 +1,3 @@
-#include <algorithm>
 #include <array>
 #include <memory>
 
@@ -15,52 +14,19 @@ constexpr std::size_t MOST_BYTES = 256;
 
 constexpr std::array STANDINGS{"TAKEN", "ALIKE", "OPEN", "PASSED_OVER", "RULED_OUT"};
 
-/// What is asked, and what the library answers.
-struct IDENTIFICATION {
-    const pgmdev_flash_database& database;
-    CANDIDATES candidates;
-    std::vector<PGMDEV_FLASH_AMBIGUITY> ambiguities;
-    std::vector<PGMDEV_FLASH_CONTRADICTION> contradictions;
-    std::vector<std::string> fitting;
-
-    const std::string& name_of(DWORD index) const { return database.loaded.all()[index].device_name; }
-
-    bool is_sure() const {
-        return candidates.taken() != INVALID_DWORD && candidates.is_sure() && ambiguities.empty() &&
-               contradictions.empty();
-    }
-    bool is_doubtful() const { return candidates.oddity().is_fault() || !contradictions.empty(); }
-};
-
-IDENTIFICATION identify(const pgmdev_flash_database& database, const pgmdev_flash_response& response) {
+PGMDEV_FLASH_ANSWER identify(const pgmdev_flash_database& database, const pgmdev_flash_response& response) {
     require_argument(response.bytes != nullptr && response.size != 0, "there are no bytes of a response");
     require_argument(response.size <= MOST_BYTES, "a response has 256 bytes at most");
-    std::array<BYTE, MOST_BYTES> bytes{};
-    std::copy_n(response.bytes, response.size, bytes.begin());
-    const auto records = database.loaded.all();
-    IDENTIFICATION answer{
-        database,
-        CANDIDATES(database.index, records.data(), static_cast<DWORD>(records.size()), response.silicon_id,
-                   bytes.data(), static_cast<DWORD>(response.size), &database.notes),
-        {},
-        {},
-        {}};
-    if (response.silicon_id) {
-        return answer;  // of signatures nothing is known besides
-    }
-    const DWORD telling = answer.candidates.telling_count();
-    answer.ambiguities = database.notes.ambiguities_of(bytes.data(), telling);
-    if (answer.candidates.taken() != INVALID_DWORD) {
-        answer.contradictions =
-            database.notes.contradictions(answer.name_of(answer.candidates.taken()), bytes.data(), telling);
-    }
-    if (!answer.contradictions.empty()) {
-        answer.fitting = database.notes.devices_of(bytes.data(), telling);
-    }
-    return answer;
+    return {
+        database.index, database.loaded.all(), response.silicon_id, response.bytes, static_cast<DWORD>(response.size),
+        database.notes};
 }
 
-pgmdev_flash_verdict verdict_of(const IDENTIFICATION& answer) {
+const std::string& name_of(const pgmdev_flash_database& database, DWORD index) {
+    return database.loaded.all()[index].device_name;
+}
+
+pgmdev_flash_verdict verdict_of(const PGMDEV_FLASH_ANSWER& answer) {
     const PGMDEV_FLASH_ODDITY& oddity = answer.candidates.oddity();
     pgmdev_flash_verdict verdict{};
     verdict.record = pgmdev_flash_database::record_of(answer.candidates.taken());
@@ -76,7 +42,7 @@ DATUM record_value(std::size_t record) {
     return record != PGMDEV_NO_RECORD ? number_value(record) : DATUM();
 }
 
-void add_verdict(pgmdev_answer& details, const IDENTIFICATION& answer) {
+void add_verdict(pgmdev_answer& details, const PGMDEV_FLASH_ANSWER& answer) {
     const pgmdev_flash_verdict verdict = verdict_of(answer);
     details
         .add("verdict",
@@ -87,7 +53,7 @@ void add_verdict(pgmdev_answer& details, const IDENTIFICATION& answer) {
               text_value(answer.candidates.oddity().text), record_value(verdict.probable_record)});
 }
 
-void add_candidates(pgmdev_answer& details, const IDENTIFICATION& answer) {
+void add_candidates(pgmdev_answer& details, const pgmdev_flash_database& database, const PGMDEV_FLASH_ANSWER& answer) {
     pgmdev_records all({number_member("record"), text_member("device_name"), text_member("standing")});
     pgmdev_records compared({number_member("candidate"), number_member("position", 8),
                              number_member("expected", 8, "", 16), flag_member("given")});
@@ -95,7 +61,7 @@ void add_candidates(pgmdev_answer& details, const IDENTIFICATION& answer) {
                                 text_member("taken"), text_member("other"), text_member("harm")});
     for (const PGMDEV_FLASH_CANDIDATE& candidate : answer.candidates.candidates()) {
         const DATUM place = number_value(all.count());
-        all.add({number_value(candidate.index), text_value(answer.name_of(candidate.index)),
+        all.add({number_value(candidate.index), text_value(name_of(database, candidate.index)),
                  text_value(STANDINGS.at(static_cast<std::size_t>(candidate.standing)))});
         for (const PGMDEV_FLASH_COMPARED_BYTE& byte : candidate.compared) {
             compared.add({place, number_value(byte.position), number_value(byte.expected), flag_value(byte.given)});
@@ -115,11 +81,11 @@ void add_candidates(pgmdev_answer& details, const IDENTIFICATION& answer) {
     }
     pgmdev_records& nearest = details.add("nearest", {number_member("record"), text_member("device_name")});
     for (const DWORD index : answer.candidates.nearest()) {
-        nearest.add({number_value(index), text_value(answer.name_of(index))});
+        nearest.add({number_value(index), text_value(name_of(database, index))});
     }
 }
 
-void add_notes(pgmdev_answer& details, const IDENTIFICATION& answer) {
+void add_notes(pgmdev_answer& details, const PGMDEV_FLASH_ANSWER& answer) {
     pgmdev_records ambiguities({member_of_kind("response", PGMDEV_KIND_BYTES), number_member("telling_byte"),
                                 text_member("told_apart_by"), text_member("risk"), text_member("harm")});
     pgmdev_records chips({number_member("ambiguity"), text_member("chip")});
@@ -160,18 +126,18 @@ pgmdev_status pgmdev_flash_identify(const pgmdev_flash_database* database, const
             nothing.probable_record = PGMDEV_NO_RECORD;
             hand_out(verdict, nothing);
         }
-        const IDENTIFICATION answer = identify(opened(database), handed_in(response));
+        const PGMDEV_FLASH_ANSWER answer = identify(opened(database), handed_in(response));
         std::unique_ptr<pgmdev_answer> all;
         if (details != nullptr) {
             all = std::make_unique<pgmdev_answer>();
             add_verdict(*all, answer);
-            add_candidates(*all, answer);
+            add_candidates(*all, *database, answer);
             add_notes(*all, answer);
             *details = all.release();
         }
         if (verdict != nullptr) {
             hand_out(verdict, verdict_of(answer));
         }
-        return answer.candidates.taken() != INVALID_DWORD ? PGMDEV_STATUS_OK : PGMDEV_STATUS_NOT_FOUND;
+        return answer.is_known() ? PGMDEV_STATUS_OK : PGMDEV_STATUS_NOT_FOUND;
     });
 }

@@ -31,6 +31,11 @@ DATUM profile_value(const PGMDEV_DEVICE_INFO_MEMBER& member, const PGMDEV_DEVICE
         member.field);
 }
 
+void require_kind(const pgmdev_value& value, pgmdev_kind kind) {
+    require_argument(value.kind == kind, "a value is not of the kind of its member");
+    require_argument(value.reserved == 0, "a value says something that this version does not know");
+}
+
 }  // namespace
 
 std::vector<MEMBER> profile_members() {
@@ -69,12 +74,12 @@ pgmdev_records profile_records(std::span<const PGMDEV_DEVICE_INFO> records) {
 }
 
 uint64_t number_from(const pgmdev_value& value, pgmdev_kind kind, uint64_t most) {
-    require_argument(value.kind == kind, "a value is not of the kind of its member");
+    require_kind(value, kind);
     require_argument(value.number <= most, "a number is larger than its member can be");
     return value.number;
 }
 
 std::string text_from(const pgmdev_value& value) {
-    require_argument(value.kind == PGMDEV_KIND_TEXT, "a value is not of the kind of its member");
+    require_kind(value, PGMDEV_KIND_TEXT);
     return value.text != nullptr ? value.text : "";
 }

@@ -112,14 +112,10 @@ pgmdev_status pgmdev_parameters_decode(const uint8_t* bytes, size_t size, size_t
         auto place = static_cast<DWORD>(*position);
         bool whole = true;
         for (std::size_t i = 0; i < count && whole; ++i) {
-            const PGMDEV_PARAM_TYPE type = parameter_type(types[i]);
-            BLOCK_VALUE object;
-            void* pointer = object.of(type);
-            DWORD next = place;
-            whole = PGMDEV_FLASH_INI::assign_flash_ini_data(bytes, next, static_cast<DWORD>(size), 1, &type, &pointer);
+            PGMDEV_PARAM_VALUE value(parameter_type(types[i]));
+            whole = pgmdev_read_param(bytes, static_cast<DWORD>(size), place, value);
             if (whole) {
-                found.add({object.value(type)});
-                place = next;
+                found.add({datum_of(value)});
             }
         }
         *values = new pgmdev_records(std::move(found));
@@ -133,13 +129,12 @@ pgmdev_status pgmdev_parameters_encode(const pgmdev_parameter_type* types, const
     return guarded(error, [&]() -> pgmdev_status {
         emptied(bytes);
         require_argument((types != nullptr && values != nullptr) || count == 0, "types or values are a null pointer");
-        std::string block;
+        std::vector<BYTE> block;
         for (std::size_t i = 0; i < count; ++i) {
-            const PGMDEV_PARAM_TYPE type = parameter_type(types[i]);
-            BLOCK_VALUE object = block_value(type, values[i]);
-            append(block, type, object.of(type));
+            PGMDEV_PARAM_VALUE value = parameter_from(parameter_type(types[i]), values[i]);
+            pgmdev_append_param(block, value.type(), value.object());
         }
-        *bytes = new pgmdev_string{std::move(block)};
+        *bytes = new pgmdev_string{text_of(block)};
         return PGMDEV_STATUS_OK;
     });
 }
@@ -148,9 +143,8 @@ pgmdev_status pgmdev_parameter_text(pgmdev_parameter_type type, const pgmdev_val
                                     pgmdev_string** text, pgmdev_error** error) {
     return guarded(error, [&]() -> pgmdev_status {
         emptied(text);
-        const PGMDEV_PARAM_TYPE known = parameter_type(type);
-        BLOCK_VALUE object = block_value(known, opened(value));
-        *text = new pgmdev_string{PGMDEV_FLASH_INI::print_flash_ini_data(known, hexadecimal, object.of(known))};
+        PGMDEV_PARAM_VALUE known = parameter_from(parameter_type(type), opened(value));
+        *text = new pgmdev_string{PGMDEV_FLASH_INI::print_flash_ini_data(known.type(), hexadecimal, known.object())};
         return PGMDEV_STATUS_OK;
     });
 }

@@ -10,10 +10,16 @@
 
 #include "errors.h"
 
+/// Beyond all that a later version may add. Who forgets to set a size mostly has a larger one, and whatever lies behind the
+/// structure must not be read, or become 0.
+inline constexpr std::size_t LARGEST_STRUCTURE = 4096;
+
 /// Whether a structure of that size can be one: it has a member behind its size, and ends between two members.
 template <class STRUCTURE>
 bool is_size_of(std::size_t size) {
-    return size >= sizeof(std::size_t) + alignof(STRUCTURE) && size % alignof(STRUCTURE) == 0;
+    static_assert(sizeof(STRUCTURE) <= LARGEST_STRUCTURE);
+    return size >= sizeof(std::size_t) + alignof(STRUCTURE) && size <= LARGEST_STRUCTURE &&
+           size % alignof(STRUCTURE) == 0;
 }
 
 /// What a program hands in. What it does not know is 0, and what the library does not know must be 0.

@@ -11,6 +11,7 @@
 #include "pgmdev_dev_info_table.h"
 #include "pgmdev_flash_manager.h"
 #include "pgmdev_flash_table.h"
+#include "table_faults.h"
 
 struct pgmdev_table {
     std::variant<PGMDEV_FLASH_TABLE, PGMDEV_DEV_INFO_TABLE> content;
@@ -30,14 +31,9 @@ pgmdev_records records_of(const PGMDEV_DEV_INFO_TABLE& table) {
 
 template <class TABLE>
 std::unique_ptr<pgmdev_table> made_of(const TABLE& table, const std::string& file) {
-    pgmdev_records faults({text_member("severity"), number_member("line"), number_member("column"), text_member("row"),
-                           text_member("member"), text_member("cell"), text_member("condition"),
-                           text_member("expected"), text_member("text")});
+    pgmdev_records faults = no_faults();
     for (const PGMDEV_TABLE_FAULT& fault : table.faults()) {
-        const bool is_warning = fault.severity == PGMDEV_TABLE_FAULT::SEVERITY::WARNING;
-        faults.add({text_value(is_warning ? "WARNING" : "FAULT"), number_value(fault.line), number_value(fault.column),
-                    text_value(fault.row), text_value(fault.member), text_value(fault.cell),
-                    text_value(fault.condition), text_value(fault.expected), text_value(TABLE::describe(fault, file))});
+        add_fault(faults, fault, TABLE::describe(fault, file));
     }
     return std::make_unique<pgmdev_table>(pgmdev_table{table, records_of(table), std::move(faults)});
 }

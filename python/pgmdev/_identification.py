@@ -164,13 +164,12 @@ def identification(
     index = values["index"]
     candidates = tuple(_candidate(each, records) for each in values["candidates"])
     possible = tuple(each.index for each in candidates if each.standing == "open")
-    is_sure = values["sure"] and not values["ambiguities"] and not values["contradictions"]
     return Identification(
         response=response,
         silicon_id=silicon_id,
         index=index,
         record=None if index is None else records[index],
-        sure=index is not None and is_sure,
+        sure=values["sure"],
         telling=values["telling"],
         missing_bytes=tuple(values["missing_bytes"]),
         candidates=() if index is None else candidates,

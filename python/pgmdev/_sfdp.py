@@ -7,7 +7,7 @@ from dataclasses import dataclass
 from typing import Any
 
 from pgmdev import _pgmdev
-from pgmdev._values import Value
+from pgmdev._values import Value, bytes_of
 from pgmdev.records import Flash
 
 
@@ -179,7 +179,7 @@ class Sfdp(Value):
 
     def record(self, identification: bytes = b"") -> DerivedRecord:
         """The record of a flash that says this, and answers `identification` to an identification read."""
-        values, assumed, obstacle = _pgmdev.derive_record(self.dump, identification)
+        values, assumed, obstacle = _pgmdev.derive_record(self.dump, bytes_of(identification))
         return DerivedRecord(None if obstacle else Flash(*values), tuple(assumed), obstacle)
 
 
@@ -202,7 +202,8 @@ def _sector_map(id: int, regions: list[tuple[int, int, list[int]]]) -> SectorMap
 def sfdp(dump: bytes) -> Sfdp:
     """Reads the bytes that a flash answers to the opcode 5Ah from address 0. What cannot be read raises
     SfdpRefusedError."""
-    values: dict[str, Any] = _pgmdev.read_sfdp(bytes(dump))
+    dump = bytes_of(dump)
+    values: dict[str, Any] = _pgmdev.read_sfdp(dump)
     if "refusal" in values:
         raise SfdpRefusedError(*values["refusal"])
     several: dict[str, Callable[..., Value]] = {
@@ -221,4 +222,4 @@ def sfdp(dump: bytes) -> Sfdp:
         values[name] = None if values[name] is None else make(*values[name])
     for name in ("status_polling", "soft_reset", "enter_4byte", "exit_4byte", "warnings"):
         values[name] = None if values[name] is None else tuple(values[name])
-    return Sfdp(**values, dump=bytes(dump))
+    return Sfdp(**values, dump=dump)

@@ -4,6 +4,7 @@ from __future__ import annotations
 
 import dataclasses
 import os
+import re
 import threading
 from typing import Any, Callable, Generic, List, TypeVar
 
@@ -42,11 +43,12 @@ class Table(List[T]):
 
 
 class Once(Generic[T]):
-    """Something that is made when it is first asked for, once, whatever thread asks."""
+    """Something that is made when it is first asked for, once, whatever thread asks. Who asks while making it, such as a
+    handler of debug messages, makes one, too, rather than waiting for itself; the first that is made counts."""
 
     def __init__(self, make: Callable[[], T]) -> None:
         self._make = make
-        self._lock = threading.Lock()
+        self._lock = threading.RLock()
         self._made: list[T] = []
 
     def __call__(self) -> T:
@@ -72,6 +74,23 @@ def upper(text: str) -> str:
 def name_of(text: str) -> str:
     """A name as the library knows it: without white space around it, in upper case."""
     return upper(text.strip(WHITE_SPACE))
+
+
+def pattern_of(text: str) -> re.Pattern[str]:
+    """What names in upper case must match: `*` stands for any characters, `?` for any one."""
+    return re.compile("".join({"*": ".*", "?": "."}.get(each, re.escape(each)) for each in name_of(text)), re.DOTALL)
+
+
+def bytes_of(data: Any) -> bytes:
+    """What is given as bytes. A number is none: bytes(3) would be three zeros."""
+    if isinstance(data, int):
+        raise TypeError(f"bytes are expected, not the number {data!r}")
+    return bytes(data)
+
+
+def fits(number: int, bits: int) -> bool:
+    """Whether the library knows such numbers at all. What has another one does not exist."""
+    return 0 <= number < 1 << bits
 
 
 def path_bytes(path: str | os.PathLike[str]) -> bytes:

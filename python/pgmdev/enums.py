@@ -5,6 +5,7 @@ from __future__ import annotations
 import enum
 
 from pgmdev import _pgmdev
+from pgmdev._values import fits
 
 __all__ = ["EnumType", "name", "names", "value"]
 
@@ -24,7 +25,7 @@ class EnumType(enum.IntEnum):
 
 def name(type: EnumType, value: int) -> str | None:
     """The name of a value; None when it has none."""
-    return _pgmdev.enum_name(type, value)
+    return _pgmdev.enum_name(type, value) if fits(value, 32) else None
 
 
 def value(type: EnumType, name: str) -> int | None:

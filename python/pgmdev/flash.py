@@ -41,7 +41,7 @@ from pgmdev._sfdp import (
     sfdp,
 )
 from pgmdev._user_flash import USER_FLASH_KEY, Implausible, UserFlash, decode, encode, implausible
-from pgmdev._values import Once, Table, Value, name_of, path_bytes, path_text, upper
+from pgmdev._values import Once, Table, Value, bytes_of, name_of, path_bytes, path_text, pattern_of, upper
 from pgmdev.records import Flash
 
 __all__ = [
@@ -78,6 +78,7 @@ __all__ = [
     "decode",
     "default",
     "encode",
+    "find",
     "identify",
     "implausible",
     "load",
@@ -147,7 +148,7 @@ class Database(Sequence[Flash]):
 
     def __reduce__(self) -> tuple[type[Database], tuple[str]]:
         """Another process loads it anew."""
-        return type(self), (self.path,)
+        return type(self), (os.path.abspath(self.path),)
 
     def show(self, name: str) -> Shown | None:
         """The default record of a device name, in any case, which may be a further name; None: there is none."""
@@ -161,10 +162,21 @@ class Database(Sequence[Flash]):
         record = self.records[index]
         return Shown(index, record, alias, self._evidence().of(record))
 
+    def find(self, pattern: str = "*", *, maker: str = "*", voltage: str = "*") -> Table[Flash]:
+        """The records whose names, makers and voltages fit the patterns, in any case: `*` stands for any characters, `?`
+        for any one."""
+        wanted = pattern_of(pattern), pattern_of(maker), pattern_of(voltage)
+
+        def fits(record: Flash) -> bool:
+            texts = record.device_name, record.manufacturer_name, record.asc_voltage
+            return all(each.fullmatch(upper(text)) for each, text in zip(wanted, texts))
+
+        return Table(record for record in self.records if fits(record))
+
     def identify(self, response: bytes | str, *, silicon_id: bool = False) -> Identification:
         """Which flash answered: `response` is what it sent, as bytes or as text ("EF4017", "EF:40:17", "0xEF 0x40
         0x17"), with `silicon_id` a one-byte electronic signature."""
-        given = bytes.fromhex(_SEPARATORS.sub("", response)) if isinstance(response, str) else bytes(response)
+        given = bytes.fromhex(_SEPARATORS.sub("", response)) if isinstance(response, str) else bytes_of(response)
         if not 0 < len(given) <= 256:
             raise ValueError(f"a response has 1 to 256 bytes, not {len(given)}")
         values = self._database.identify(given, silicon_id)
@@ -185,6 +197,11 @@ def load(path: str | os.PathLike[str] | None = None) -> Database:
 def identify(response: bytes | str, *, silicon_id: bool = False) -> Identification:
     """Which flash of the default database answered."""
     return default().identify(response, silicon_id=silicon_id)
+
+
+def find(pattern: str = "*", *, maker: str = "*", voltage: str = "*") -> Table[Flash]:
+    """The records of the default database whose names, makers and voltages fit the patterns."""
+    return default().find(pattern, maker=maker, voltage=voltage)
 
 
 def show(name: str) -> Shown | None:

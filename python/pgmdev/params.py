@@ -10,6 +10,7 @@ Who writes what follows from what was read holds the lock meanwhile:
 from __future__ import annotations
 
 import enum
+import operator
 import threading
 from collections.abc import Iterable, Iterator, Sequence
 from contextlib import contextmanager
@@ -17,6 +18,7 @@ from typing import Union
 
 from pgmdev import _container, _pgmdev
 from pgmdev._errors import ContainerBusyError, ContainerError
+from pgmdev._values import bytes_of, fits
 
 __all__ = ["Block", "Parameter", "Type", "lock", "pack", "path", "read", "remove", "text", "unpack", "write"]
 
@@ -67,15 +69,16 @@ def path() -> str:
 def read(block: Block) -> bytes | None:
     """The bytes of a block; None: it is absent. A container that is damaged raises ContainerError."""
     _container.require_sound()
-    return _pgmdev.read_block(block)
+    return _pgmdev.read_block(Block(block))
 
 
 def write(block: Block, data: bytes) -> None:
     """Replaces a block and keeps the others. Waits for other writers; a container that cannot be changed without loss
     raises ContainerError."""
+    data = bytes_of(data)
     if not data:
         raise ValueError("a block has bytes; remove() takes it away")
-    _replace(block, bytes(data))
+    _replace(block, data)
 
 
 def remove(block: Block) -> None:
@@ -113,6 +116,8 @@ def pack(values: Iterable[tuple[Type, Parameter]]) -> bytes:
 
 def unpack(data: bytes, types: Sequence[Type], *, offset: int = 0) -> list[Parameter]:
     """The values of these types from an offset on. Data that do not hold all of them raise ValueError."""
+    if not 0 <= offset <= len(data):
+        raise ValueError(f"{offset} is no place in {len(data)} bytes")
     values: list[Parameter] = []
     position = offset
     for type in types:
@@ -141,6 +146,6 @@ def _fitting(type: Type, value: Parameter) -> Parameter:
         if not isinstance(value, str) or "\0" in value:
             raise ValueError(f"a STRING is a text without zero bytes, not {value!r}")
         return value
-    if isinstance(value, str) or not 0 <= value < 1 << BITS[type]:
+    if not hasattr(value, "__index__") or not fits(operator.index(value), BITS[type]):
         raise ValueError(f"{value!r} is no {type.name}")
-    return int(value)
+    return operator.index(value)

@@ -2,20 +2,23 @@
 
 from __future__ import annotations
 
-import re
 from dataclasses import dataclass
 
 from pgmdev import _parts, _pgmdev, _schemes, profiles
 from pgmdev._parts import ANY, Part
-from pgmdev._values import Table, Value, name_of
+from pgmdev._values import Table, Value, fits, name_of, pattern_of
 from pgmdev.names import Spellings
 
 __all__ = [
+    "Device",
+    "Family",
     "Governing",
     "Part",
     "PartInfo",
     "all_from_pcf",
     "complete",
+    "devices",
+    "families",
     "find",
     "from_device",
     "from_hash",
@@ -25,6 +28,31 @@ __all__ = [
     "opn_index",
     "show",
 ]
+
+
+@dataclass(frozen=True, slots=True)
+class Device(Value):
+    """A device. An empty text stands for a name that it has not."""
+
+    name: str
+    number: int
+    """Of the device library."""
+    family: str
+    dev_part_pcf: str
+    """Programmer-file part."""
+    dev_family_pcf: str
+    """Programmer-file family."""
+
+
+@dataclass(frozen=True, slots=True)
+class Family(Value):
+    """A family."""
+
+    name: str
+    number: int
+    """Of the device library."""
+    pcf_family_pcf: str
+    """Programmer-file family; empty: it has none."""
 
 
 @dataclass(frozen=True, slots=True)
@@ -87,8 +115,29 @@ def find(
         hidden=hidden,
     )
     parts = _parts.all_parts()
-    fits = re.compile("".join({"*": ".*", "?": "."}.get(each, re.escape(each)) for each in name_of(pattern)), re.DOTALL)
-    return Table(parts[number] for number in numbers if fits.fullmatch(parts[number].name))
+    wanted = pattern_of(pattern)
+    return Table(parts[number] for number in numbers if wanted.fullmatch(parts[number].name))
+
+
+def devices(pattern: str = "*") -> Table[Device]:
+    """The devices of the device library whose names fit the pattern, also those without parts."""
+    wanted = pattern_of(pattern)
+    found: Table[Device] = Table()
+    for number in range(1, _pgmdev.DEVICE_GENERIC):
+        name = _pgmdev.device_text(number)
+        if name and wanted.fullmatch(name):
+            family = _pgmdev.family_text(_pgmdev.family_of_device(number))
+            found.append(Device(name, number, family, *_pgmdev.dev_pcfs(name)))
+    return found
+
+
+def families(pattern: str = "*") -> Table[Family]:
+    """The families of the device library whose names fit the pattern."""
+    wanted = pattern_of(pattern)
+    known = ((_pgmdev.family_text(number), number) for number in range(1, _pgmdev.FAMILY_GENERIC))
+    return Table(
+        Family(name, number, _pgmdev.pcf_family_pcf(name)) for name, number in known if name and wanted.fullmatch(name)
+    )
 
 
 def _governing(info: _schemes.Meaning, part: Part | None) -> Governing | None:
@@ -157,7 +206,7 @@ def complete(name: str) -> str | None:
 
 def opn(index: int) -> str | None:
     """The part that an ordering-code index stands for."""
-    return _pgmdev.opn(index) or None
+    return (_pgmdev.opn(index) or None) if fits(index, 32) else None
 
 
 def opn_index(name: str) -> int | None:
@@ -172,4 +221,4 @@ def opn_hash(name: str) -> int | None:
 
 def from_hash(hash: int) -> str | None:
     """The first part whose name has that hash."""
-    return _pgmdev.opn_from_hash(hash) or None
+    return (_pgmdev.opn_from_hash(hash) or None) if fits(hash, 64) else None

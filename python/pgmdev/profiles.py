@@ -3,12 +3,12 @@
 from __future__ import annotations
 
 import os
-from collections.abc import Iterator, Sequence
+from collections.abc import Callable, Iterator, Sequence
 from dataclasses import dataclass
 from typing import Literal, overload
 
 from pgmdev import _pgmdev, settings
-from pgmdev._values import Once, Table, Value, name_of, path_bytes, path_text, upper
+from pgmdev._values import Once, Table, Value, fits, name_of, path_bytes, path_text, upper
 from pgmdev.records import Profile
 
 __all__ = [
@@ -48,6 +48,13 @@ def key_of(record: Profile) -> str:
     """What a profile is keyed by."""
     keys = ((name, getattr(record, name)) for name in KEYS)
     return next((f"{name} {value}" for name, value in keys if value not in (None, "")), "none")
+
+
+def _number(given: str | int, number_of: Callable[[str], int]) -> int:
+    """The number of something that is given by name or number; 0 for nothing."""
+    if isinstance(given, int):
+        return given if fits(given, 31) else 0
+    return number_of(name_of(given))
 
 
 class Database(Sequence[Profile]):
@@ -95,17 +102,17 @@ class Database(Sequence[Profile]):
 
     def for_family(self, family: str | int) -> Found | None:
         """The profile that governs a family, given by name or number."""
-        number = family if isinstance(family, int) else _pgmdev.family_number(name_of(family))
+        number = _number(family, _pgmdev.family_number)
         return self._look_up(self._families, number, number)
 
     def for_device(self, device: str | int) -> Found | None:
         """The profile that governs a device, given by name or number."""
-        number = device if isinstance(device, int) else _pgmdev.device_number(name_of(device))
+        number = _number(device, _pgmdev.device_number)
         return self._look_up(self._devices, number, _pgmdev.family_of_device(number))
 
     def for_part(self, part: str | int) -> Found | None:
         """The profile that governs a part, given by name, further name or number."""
-        number = part if isinstance(part, int) else _pgmdev.part_number(name_of(part))
+        number = _number(part, _pgmdev.part_number)
         family = _pgmdev.family_of_device(_pgmdev.device_of_part(number))
         return self._look_up(self._parts, number, family)
 

@@ -28,18 +28,21 @@ def configure(
     """Sets directories and configuration values; what is not named stays as it is.
 
     An empty directory returns to what the environment and the installation say, None to what configuration files say.
-    Databases that were loaded by default are loaded anew when they are asked for again.
+    Databases that were loaded by default, and the lists of boot flash, are read anew when they are asked for again.
     """
-    for name, path in (("install_dir", install_dir), ("db_dir", db_dir), ("module_dir", module_dir)):
-        if path is not None:
-            _pgmdev.set_directory(name, path_bytes(os.path.abspath(path)) if os.fspath(path) else b"")
-    for key, value in (settings or {}).items():
-        if value is None:
-            _pgmdev.clear_setting(key)
-        else:
-            _pgmdev.set_setting(key, value)
-    for once in _depending:
-        once.forget()
+    try:
+        for name, path in (("install_dir", install_dir), ("db_dir", db_dir), ("module_dir", module_dir)):
+            if path is not None:
+                _pgmdev.set_directory(name, path_bytes(os.path.abspath(path)) if os.fspath(path) else b"")
+        for key, value in (settings or {}).items():
+            if value is None:
+                _pgmdev.clear_setting(key)
+            else:
+                _pgmdev.set_setting(key, value)
+    finally:  # what was set before something is refused counts
+        for once in _depending:
+            once.forget()
+        _pgmdev.hps_reload()
 
 
 def directories() -> dict[str, str]:

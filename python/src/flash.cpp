@@ -25,7 +25,7 @@ py::tuple candidate_values(const PGMDEV_FLASH_CANDIDATE& candidate) {
     const auto compared = [](const PGMDEV_FLASH_COMPARED_BYTE& each) {
         return py::make_tuple(to_python(each.position), to_python(each.expected), to_python(each.given));
     };
-    return py::make_tuple(to_python(candidate.index), STANDINGS[static_cast<std::size_t>(candidate.standing)],
+    return py::make_tuple(to_python(candidate.index), STANDINGS.at(static_cast<std::size_t>(candidate.standing)),
                           list_of(candidate.compared, compared), list_of(candidate.differences, difference_values));
 }
 
@@ -39,15 +39,15 @@ py::object oddity_values(const PGMDEV_FLASH_ODDITY& oddity) {
     if (oddity.kind == PGMDEV_FLASH_ODDITY::KIND::NONE) {
         return py::none();
     }
-    return py::make_tuple(ODDITIES[static_cast<std::size_t>(oddity.kind)], to_python(oddity.text),
+    return py::make_tuple(ODDITIES.at(static_cast<std::size_t>(oddity.kind)), to_python(oddity.text),
                           index_or_none(oddity.index), to_python(oddity.is_fault()));
 }
 
 py::dict identify(const FLASH_DATABASE& database, const std::string& response, bool silicon_id) {
-    const FLASH_ANSWER answer = unlocked([&] { return database.answer(response, silicon_id); });
+    const PGMDEV_FLASH_ANSWER answer = unlocked([&] { return database.answer(response, silicon_id); });
     py::dict values;
     values["index"] = index_or_none(answer.candidates.taken());
-    values["sure"] = to_python(answer.candidates.is_sure());
+    values["sure"] = to_python(answer.is_sure());
     values["telling"] = to_python(answer.candidates.telling_count());
     values["missing_bytes"] = list_of(answer.candidates.missing_bytes());
     values["nearest"] = list_of(answer.candidates.nearest());

@@ -6,19 +6,9 @@
 #include <optional>
 #include <span>
 #include <string>
-#include <vector>
 
-#include "pgmdev_flash_candidates.h"
+#include "pgmdev_flash_answer.h"
 #include "pgmdev_flash_manager.h"
-#include "pgmdev_flash_notes.h"
-
-/// All that is known of a response.
-struct FLASH_ANSWER {
-    PGMDEV_FLASH_CANDIDATES candidates;
-    std::vector<PGMDEV_FLASH_AMBIGUITY> ambiguities;
-    std::vector<PGMDEV_FLASH_CONTRADICTION> contradictions;
-    std::vector<std::string> fitting;  ///< names of chips whose whole identification it may be
-};
 
 /// Loaded when it is constructed, and only read from then on.
 class FLASH_DATABASE : public PGMDEV_FLASH_MANAGER {
@@ -30,7 +20,7 @@ public:
     const PGMDEV_FLASH_NOTES& notes() const { return m_notes; }
 
     /// What a response of at most 256 bytes says.
-    FLASH_ANSWER answer(const std::string& response, bool silicon_id) const;
+    PGMDEV_FLASH_ANSWER answer(const std::string& response, bool silicon_id) const;
 
 private:
     PGMDEV_FLASH_NOTES m_notes;

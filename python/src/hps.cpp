@@ -1,6 +1,9 @@
+#include <algorithm>
 #include <array>
+#include <bit>
 
 #include "bindings.h"
+#include "hps_fields.h"
 #include "member_lists.h"
 #include "pgmdev_hps_mgr.h"
 #include "pgmdev_hps_nand_mgr.h"
@@ -53,6 +56,56 @@ py::tuple entries(const MEMBERS& members) {
     return py::make_tuple(values, manager.get_user_list().size());
 }
 
+template <class RECORD, class MEMBERS>
+RECORD entry_of(py::handle values, const MEMBERS& members) {
+    return record_of<RECORD>(py::reinterpret_borrow<py::tuple>(values), members);
+}
+
+/// What a number must be that this one is not; "" when nothing is wrong with it.
+std::string number_fault(const FIELD_CHECK& check, QWORD number) {
+    if (check.power_of_two && !std::has_single_bit(number)) {
+        return "a power of two";
+    }
+    if (number < check.lowest || (check.highest != NO_LIMIT && number > check.highest)) {
+        return "from " + std::to_string(check.lowest) + " to " + std::to_string(check.highest);
+    }
+    return "";
+}
+
+/// Why no boot flash can have these values; "" when it can.
+template <class RECORD, class MEMBERS, class CHECKS>
+std::string entry_fault(const py::tuple& values, const MEMBERS& members, const CHECKS& checks) {
+    const auto record = entry_of<RECORD>(values, members);
+    for (const auto& member : members) {
+        const std::string expected = std::visit(
+            [&]<class VALUE>(VALUE RECORD::*field) -> std::string {
+                if constexpr (std::is_same_v<VALUE, std::string>) {
+                    return (record.*field).find('\0') == std::string::npos ? "" : "a text without zero bytes";
+                } else {
+                    const auto check = std::find_if(checks.begin(), checks.end(), [&member](const FIELD_CHECK& each) {
+                        return each.name == member.name;
+                    });
+                    return check != checks.end() ? number_fault(*check, record.*field) : "";
+                }
+            },
+            member.field);
+        if (!expected.empty()) {
+            return std::string(member.name) + " must be " + expected;
+        }
+    }
+    return "";
+}
+
+/// The entries as a block of the parameter container.
+template <class RECORD, class MEMBERS>
+py::bytes entries_block(std::string_view stamp, const MEMBERS& members, const py::list& entries) {
+    std::vector<BYTE> block(stamp.begin(), stamp.end());
+    for (const py::handle entry : entries) {
+        pgmdev_append_hps_record(block, members, entry_of<RECORD>(entry, members));
+    }
+    return {reinterpret_cast<const char*>(block.data()), block.size()};
+}
+
 py::object current_kind() {
     const KIND* current = PGMDEV_HPS_MGR::get_mgr()->get_current_hps();
     return current != nullptr ? py::object(kind_values(*current)) : py::none();
@@ -73,6 +126,18 @@ void bind_hps(py::module_& module) {
     module.def("hps_set_current", [](DWORD id) { return PGMDEV_HPS_MGR::get_mgr()->set_current_hps(id); });
     module.def("hps_nand", [] { return entries<PGMDEV_HPS_NAND_MGR>(PGMDEV_HPS_NAND_MEMBERS); });
     module.def("hps_spi", [] { return entries<PGMDEV_HPS_SPI_MGR>(PGMDEV_HPS_SPI_MEMBERS); });
+    module.def("hps_nand_fault", [](const py::tuple& values) {
+        return entry_fault<PGMDEV_HPS_NAND_STRUCTURE>(values, PGMDEV_HPS_NAND_MEMBERS, HPS_NAND_CHECKS);
+    });
+    module.def("hps_spi_fault", [](const py::tuple& values) {
+        return entry_fault<PGMDEV_HPS_SPI_STRUCTURE>(values, PGMDEV_HPS_SPI_MEMBERS, HPS_SPI_CHECKS);
+    });
+    module.def("hps_nand_block", [](const py::list& entries) {
+        return entries_block<PGMDEV_HPS_NAND_STRUCTURE>(PGMDEV_HPS_NAND_STAMP, PGMDEV_HPS_NAND_MEMBERS, entries);
+    });
+    module.def("hps_spi_block", [](const py::list& entries) {
+        return entries_block<PGMDEV_HPS_SPI_STRUCTURE>(PGMDEV_HPS_SPI_STAMP, PGMDEV_HPS_SPI_MEMBERS, entries);
+    });
     module.def("hps_reload", [] {
         PGMDEV_HPS_NAND_MGR::delete_mgr();
         PGMDEV_HPS_SPI_MGR::delete_mgr();

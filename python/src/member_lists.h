@@ -53,7 +53,14 @@ RECORD record_of(const py::tuple& values, const MEMBERS& members) {
         std::visit(
             [&]<class VALUE>(VALUE RECORD::*field) {
                 try {
-                    record.*field = value.cast<VALUE>();
+                    if constexpr (std::is_same_v<VALUE, std::string>) {
+                        if (!py::isinstance<py::str>(value)) {
+                            throw py::cast_error();
+                        }
+                        record.*field = text_of(value);
+                    } else {
+                        record.*field = value.cast<VALUE>();
+                    }
                 } catch (const py::cast_error&) {
                     throw py::value_error(std::string(member.name) +
                                           " does not take this value: " + std::string(py::repr(value)));

@@ -3,7 +3,7 @@
 #include <vector>
 
 #include "bindings.h"
-#include "pgmdev_flash_ini.h"
+#include "pgmdev_param_value.h"
 #include "unlocked.h"
 #include "values.h"
 
@@ -15,6 +15,10 @@ using INI = PGMDEV_FLASH_INI;
 
 PGMDEV_FLASH_INI_ENUM block_of(DWORD number) {
     return static_cast<PGMDEV_FLASH_INI_ENUM>(number);
+}
+
+PGMDEV_PARAM_TYPE type_of(DWORD number) {
+    return static_cast<PGMDEV_PARAM_TYPE>(number);
 }
 
 py::object read_block(DWORD block) {
@@ -33,95 +37,38 @@ bool write_block(DWORD block, const std::string& data) {
     });
 }
 
-/// An object of any of the types, where the library reads and writes it.
-class PARAMETER {
-public:
-    explicit PARAMETER(DWORD type) : m_type(static_cast<PGMDEV_PARAM_TYPE>(type)) {}
-
-    PGMDEV_PARAM_TYPE type() const { return m_type; }
-
-    void* object() {
-        switch (m_type) {
-            case PGMDEV_PARAM_STRING:
-                return &m_text;
-            case PGMDEV_PARAM_BOOL:
-                return &m_flag;
-            case PGMDEV_PARAM_BYTE:
-                return &m_byte;
-            case PGMDEV_PARAM_WORD:
-                return &m_word;
-            case PGMDEV_PARAM_DWORD:
-                return &m_dword;
-            default:
-                return &m_qword;
-        }
+/// A value of Python as one of that type, which it fits.
+PGMDEV_PARAM_VALUE parameter_from(DWORD type, const py::object& value) {
+    PGMDEV_PARAM_VALUE parameter(type_of(type));
+    if (parameter.type() == PGMDEV_PARAM_STRING) {
+        parameter.set_text(text_of(value));
+    } else {
+        parameter.set_number(value.cast<QWORD>());
     }
-
-    void take(const py::object& value) {
-        if (m_type == PGMDEV_PARAM_STRING) {
-            m_text = value.cast<std::string>();
-            return;
-        }
-        const auto number = value.cast<QWORD>();
-        m_flag = number != 0;
-        m_byte = static_cast<BYTE>(number);
-        m_word = static_cast<WORD>(number);
-        m_dword = static_cast<DWORD>(number);
-        m_qword = number;
-    }
-
-    py::object value() const {
-        switch (m_type) {
-            case PGMDEV_PARAM_STRING:
-                return to_python(m_text);
-            case PGMDEV_PARAM_BOOL:
-                return to_python(m_flag);
-            case PGMDEV_PARAM_BYTE:
-                return to_python(m_byte);
-            case PGMDEV_PARAM_WORD:
-                return to_python(m_word);
-            case PGMDEV_PARAM_DWORD:
-                return to_python(m_dword);
-            default:
-                return to_python(m_qword);
-        }
-    }
-
-private:
-    PGMDEV_PARAM_TYPE m_type;
-    std::string m_text;
-    bool m_flag = false;
-    BYTE m_byte = 0;
-    WORD m_word = 0;
-    DWORD m_dword = 0;
-    QWORD m_qword = 0;
-};
+    return parameter;
+}
 
 /// The value of that type at a position, and the position behind it; None: the block does not hold it whole.
 py::object value_at(const std::string& data, DWORD position, DWORD type) {
-    PARAMETER parameter(type);
-    const PGMDEV_PARAM_TYPE wanted = parameter.type();
-    void* object = parameter.object();
+    PGMDEV_PARAM_VALUE parameter(type_of(type));
     const auto size = static_cast<DWORD>(data.size());
-    const bool whole =
-        INI::assign_flash_ini_data(reinterpret_cast<const BYTE*>(data.data()), position, size, 1, &wanted, &object);
-    return whole && position <= size ? py::object(py::make_tuple(parameter.value(), position)) : py::none();
+    const bool whole = pgmdev_read_param(reinterpret_cast<const BYTE*>(data.data()), size, position, parameter);
+    if (!whole || position > size) {
+        return py::none();
+    }
+    const auto value = std::visit([](const auto& object) { return to_python(object); }, parameter.get());
+    return py::make_tuple(value, position);
 }
 
 py::bytes value_bytes(DWORD type, const py::object& value) {
-    PARAMETER parameter(type);
-    parameter.take(value);
-    DWORD size = 0;
-    INI::calculate_flash_ini_data_size(size, parameter.type(), parameter.object());
-    std::vector<BYTE> bytes(size);
-    DWORD position = 0;
-    INI::fillup_flash_ini_data(bytes.data(), position, parameter.type(), parameter.object());
+    PGMDEV_PARAM_VALUE parameter = parameter_from(type, value);
+    std::vector<BYTE> bytes;
+    pgmdev_append_param(bytes, parameter.type(), parameter.object());
     return {reinterpret_cast<const char*>(bytes.data()), bytes.size()};
 }
 
 py::object value_text(DWORD type, const py::object& value, bool hex) {
-    PARAMETER parameter(type);
-    parameter.take(value);
+    PGMDEV_PARAM_VALUE parameter = parameter_from(type, value);
     return to_python(INI::print_flash_ini_data(parameter.type(), hex, parameter.object()));
 }
 

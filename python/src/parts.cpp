@@ -36,7 +36,9 @@ py::object hash_or_none(QWORD hash) {
 void bind_identifiers(py::module_& module) {
     module.attr("PART_MAX") = DEV_PART_MAX;
     module.attr("DEVICE_MAX") = static_cast<int>(DEV_DEVICE_MAX);
+    module.attr("DEVICE_GENERIC") = static_cast<int>(DEV_DEVICE_GENERIC);
     module.attr("FAMILY_MAX") = static_cast<int>(DEV_FAMILY_MAX);
+    module.attr("FAMILY_GENERIC") = static_cast<int>(DEV_FAMILY_GENERIC);
     module.def("part_text", upper_name<int>);
     module.def("part_name", [](int part) { return to_python(dstr_get_user_string(part)); });
     module.def("is_device",

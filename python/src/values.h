@@ -7,6 +7,7 @@
 
 #include <pybind11/pybind11.h>
 
+#include <string>
 #include <string_view>
 #include <utility>
 #include <variant>
@@ -23,6 +24,16 @@ inline py::object to_python(std::string_view text) {
         throw py::error_already_set();
     }
     return py::reinterpret_steal<py::object>(made);
+}
+
+/// The way back.
+inline std::string text_of(py::handle text) {
+    const auto bytes =
+        py::reinterpret_steal<py::bytes>(PyUnicode_AsEncodedString(text.ptr(), "utf-8", "surrogateescape"));
+    if (!bytes) {
+        throw py::error_already_set();
+    }
+    return bytes;
 }
 
 inline py::object to_python(const std::string& text) {

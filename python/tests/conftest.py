@@ -60,10 +60,8 @@ def command() -> Command:
 def module_dir(tmp_path: pathlib.Path) -> Iterator[pathlib.Path]:
     """A directory of its own for the parameter container."""
     pgmdev.configure(module_dir=tmp_path)
-    pgmdev.hps.reload()
     yield tmp_path
     pgmdev.configure(module_dir="")
-    pgmdev.hps.reload()
 
 
 def without(answer: dict[str, Any], *keys: str) -> dict[str, Any]:

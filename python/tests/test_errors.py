@@ -7,11 +7,12 @@ import os
 import pathlib
 import subprocess
 import sys
+from typing import Any
 
 import pytest
 
 import pgmdev
-from pgmdev import flash, profiles, tables
+from pgmdev import enums, flash, hps, parts, profiles, tables
 
 
 def test_a_missing_database(tmp_path: pathlib.Path, capfd: pytest.CaptureFixture[str]) -> None:
@@ -72,6 +73,28 @@ def test_arguments_of_another_type() -> None:
         flash.encode(flash.Flash(memory_id=256))
     with pytest.raises(ValueError, match="one to three flash"):
         flash.encode([])
+
+
+def test_numbers_are_no_bytes(module_dir: pathlib.Path) -> None:
+    """For bytes(3) is three zeros."""
+    for ask in (flash.identify, flash.sfdp, lambda number: pgmdev.params.write(pgmdev.params.Block.SFL_FLASH, number)):
+        with pytest.raises(TypeError, match="bytes are expected, not the number 3"):
+            ask(3)  # type: ignore[operator]
+    assert list(module_dir.iterdir()) == []
+    of_other_types: list[Any] = [bytearray(b"\xef\x40\x17"), memoryview(b"\xef\x40\x17"), [0xEF, 0x40, 0x17]]
+    for response in of_other_types:
+        assert flash.identify(response) == flash.identify("EF4017")
+
+
+@pytest.mark.parametrize("number", [-1, 1 << 31, 1 << 32, 1 << 64, 1 << 100])
+def test_numbers_that_stand_for_nothing(number: int) -> None:
+    assert parts.opn(number) is None
+    assert parts.from_hash(number) is None
+    assert enums.name(enums.EnumType.SECTOR, number) is None
+    assert profiles.for_family(number) is None
+    assert profiles.for_device(number) is None
+    assert profiles.for_part(number) is None
+    assert not hps.set_current(number)
 
 
 def test_faults_are_values(tmp_path: pathlib.Path) -> None:
@@ -155,6 +178,11 @@ def test_settings(tmp_path: pathlib.Path) -> None:
         pgmdev.configure(db_dir="")
     assert flash.load() is not first
     assert list(flash.load()) == list(first)
+    before = flash.load()
+    with pytest.raises(TypeError):
+        pgmdev.configure(settings={"PGM_ALLOW_M45PE": "on", "SOME_KEY": 7})  # type: ignore[dict-item]
+    assert len(flash.load()) > len(before)  # by what was set before
+    pgmdev.configure(settings={"PGM_ALLOW_M45PE": None})
     pgmdev.configure(settings={"SOME_KEY": "value"})
     assert pgmdev.settings.get("SOME_KEY") == "value"
     pgmdev.configure(settings={"SOME_KEY": None})

@@ -42,6 +42,20 @@ def test_names(command: Command) -> None:
         assert shown(name) == (own(answer) if answer["found"] else None), name
 
 
+@pytest.mark.parametrize(
+    ("patterns", "options"),
+    [
+        ({"pattern": "w25q*"}, ["w25q*"]),
+        ({"pattern": "*128?V", "maker": "winbond"}, ["*128?V", "--maker=winbond"]),
+        ({"maker": "m*", "voltage": "1.8v"}, ["--maker=m*", "--voltage=1.8v"]),
+    ],
+)
+def test_patterns(command: Command, patterns: dict[str, str], options: list[str]) -> None:
+    rows = command.ask("flash", "list", *options)
+    assert [record.asdict() for record in flash.find(**patterns)] == [without(row, "index") for row in rows]
+    assert 0 < len(rows) < len(flash.find())
+
+
 def as_the_command_says(device: flash.Identification) -> dict[str, Any]:
     records = flash.load()
 

@@ -75,6 +75,18 @@ def test_filters_of_parts(command: Command, filters: dict[str, Any], options: li
     assert expected
 
 
+def test_devices_and_families(command: Command) -> None:
+    """The command also counts the parts of each."""
+    rows = command.ask("device", "list", "--hidden")
+    assert [each.asdict() for each in parts.devices()] == [without(row, "parts") for row in rows]
+    rows = command.ask("family", "list", "--hidden")
+    assert [each.asdict() for each in parts.families()] == [without(row, "devices", "parts") for row in rows]
+    assert [each.name for each in parts.families("k*l")] == ["KESTREL"]
+    found = [each.name for each in parts.devices("kes?5")]
+    assert "KES75" in found
+    assert all(len(name) == 5 for name in found)
+
+
 def test_parts_by_less_specific_names(command: Command) -> None:
     all_parts = parts.find(hidden=True)
     devices = [_pgmdev.device_text(number) for number in range(1, _pgmdev.DEVICE_MAX)] + ["NONE"]

@@ -37,6 +37,9 @@ def test_blocks(module_dir: pathlib.Path) -> None:
     assert Block.HPS_NAND.title == "HPS NAND"
     with pytest.raises(ValueError):
         params.write(Block.SFL_FLASH, b"")
+    for block in (3, -1):
+        with pytest.raises(ValueError, match=f"{block} is not a valid Block"):
+            params.read(block)  # type: ignore[arg-type]
 
 
 def test_values(module_dir: pathlib.Path) -> None:
@@ -53,9 +56,26 @@ def test_values(module_dir: pathlib.Path) -> None:
     assert params.text(Type.WORD, 7, hexadecimal=True) == "0x0007"
 
 
+def test_texts_that_are_no_utf8(module_dir: pathlib.Path) -> None:
+    """They come and go as file names do in Python."""
+    found = params.unpack(b"Caf\xe9\0", [Type.STRING])
+    assert found == ["Caf\udce9"]
+    assert params.pack([(Type.STRING, found[0])]) == b"Caf\xe9\0"
+    with pytest.raises(UnicodeEncodeError):
+        params.pack([(Type.STRING, "\ud800")])
+
+
+@pytest.mark.parametrize("offset", [-1, 4])
+def test_offsets_outside_of_the_data(offset: int) -> None:
+    assert params.unpack(b"abc", [], offset=3) == []
+    with pytest.raises(ValueError, match=f"{offset} is no place in 3 bytes"):
+        params.unpack(b"abc", [Type.BYTE], offset=offset)
+
+
 @pytest.mark.parametrize(
     ("type", "value"),
-    [(Type.BYTE, 256), (Type.BYTE, -1), (Type.BOOL, 2), (Type.QWORD, 1 << 64), (Type.WORD, "7"), (Type.STRING, "a\0b")],
+    [(Type.BYTE, 256), (Type.BYTE, 1.5), (Type.BYTE, -1), (Type.BOOL, 2), (Type.QWORD, 1 << 64), (Type.WORD, "7"),
+     (Type.STRING, "a\0b")],
 )
 def test_values_that_do_not_fit(type: Type, value: Any) -> None:
     with pytest.raises(ValueError):
@@ -81,26 +101,6 @@ def test_the_command_sees_the_same(module_dir: pathlib.Path, command: Command) -
     data = params.read(Block.SFL_FLASH)
     assert data is not None
     assert params.unpack(data, [Type.STRING]) == ["over"]
-
-
-def test_boot_flash_of_the_users_own(module_dir: pathlib.Path, command: Command) -> None:
-    built_in = hps.nand()
-    own = ["manufacturer_id=0x2C", "device_id=0xD3", "device_byte_size=0x40000000"]
-    command.ask("--module-dir", str(module_dir), "hps", "add", "nand", *own)
-    assert hps.nand() == built_in
-    hps.reload()
-    first = hps.NandFlash(manufacturer_id=0x2C, device_id=0xD3, device_byte_size=1 << 30, user=True)
-    assert hps.nand() == [first, *built_in]
-
-
-def test_the_current_kind() -> None:
-    kind = hps.kinds()[1]
-    assert hps.set_current(kind)
-    assert hps.current() == kind
-    assert hps.set_current(hps.kinds()[0].id)
-    assert hps.current() == hps.kinds()[0]
-    assert not hps.set_current(None)
-    assert hps.current() is None
 
 
 def test_damage_is_not_written_over(module_dir: pathlib.Path) -> None:

@@ -29,6 +29,7 @@ def _refused(ask: Callable[[], Any]) -> Callable[[], None]:
 
 QUESTIONS: dict[str, Callable[[], Any]] = {
     "identify": lambda: flash.identify("20BA18"),
+    "patterns": lambda: (flash.find("w25q*"), parts.devices("KES*"), parts.families("K*")),
     "odd response": lambda: flash.identify("7F7F7F"),
     "show": lambda: flash.show("w25q64fv"),
     "sfdp": lambda: flash.sfdp(DUMP).record(),
@@ -47,6 +48,9 @@ QUESTIONS: dict[str, Callable[[], Any]] = {
     "report": _refused(lambda: flash.load("/no/such/file.pcf")),
     "refused dump": _refused(lambda: flash.sfdp(b"none")),
     "refused record": _refused(lambda: flash.encode(flash.Flash(memory_id=256))),
+    "refused boot flash": _refused(lambda: hps.add(hps.SpiFlash())),
+    "boot flash as a block": lambda: _pgmdev.hps_nand_block([(1, 2, 4)] * 3),
+    "text that is no UTF-8": lambda: params.pack([(params.Type.STRING, "\udcff")]),
     "missing table": lambda: tables.check("/no/such/file.csv"),
 }
 

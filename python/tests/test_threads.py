@@ -70,6 +70,32 @@ with ThreadPoolExecutor(8) as pool:
     assert run.stdout == "{('KES50C6', 'KESTREL', 1337, 'W25Q64JV', True)}\n", run.stderr
 
 
+@pytest.mark.parametrize("level", ["WARNING", "DEBUG"])
+def test_a_process_ends_while_threads_still_ask(level: str) -> None:
+    """They are in the library, or wait for the interpreter's lock, or are told of debug messages."""
+    program = f"""
+import logging, threading, time
+import pgmdev
+logging.getLogger("pgmdev").setLevel("{level}")
+logging.getLogger("pgmdev").addHandler(logging.NullHandler())
+path = pgmdev.flash.default().path
+def ask():
+    while True:
+        pgmdev.flash.Database(path)
+        pgmdev.parts.opn_hash("KES50C6")
+        try:
+            pgmdev.tables.compile("/no/such/file.csv", "/no/such/file.pcf")
+            pgmdev._pgmdev.compile_flash("/no/such/file.csv", "/no/such/file.pcf")
+        except pgmdev.InternalError:
+            pass
+for _ in range(8):
+    threading.Thread(target=ask, daemon=True).start()
+time.sleep(0.1)
+"""
+    run = subprocess.run([sys.executable, "-B", "-c", program], capture_output=True, text=True, timeout=60)
+    assert (run.returncode, run.stdout, run.stderr) == (0, "", "")
+
+
 def test_long_operations_release_the_lock(tmp_path: pathlib.Path) -> None:
     """While a table is read from a pipe that nobody writes yet, other threads run. If they did not, nothing would end
     this but a watchdog that needs no interpreter."""

@@ -12,7 +12,7 @@ import pytest
 
 import pgmdev
 from pgmdev import _pgmdev, flash, hps, names, parts, profiles, records, tables
-from pgmdev._values import Table, Value
+from pgmdev._values import Once, Table, Value
 
 
 def some_values() -> list[Value]:
@@ -23,6 +23,7 @@ def some_values() -> list[Value]:
     assert shown and spellings and info and governing
     values: list[Value] = [shown, shown.record, spellings, info, governing, governing.record]
     values += [flash.identify("20BA18"), flash.identify("012018"), flash.identify("FFFFFF"), hps.kinds()[0]]
+    values += [parts.devices()[0], parts.families()[0]]
     return values + [hps.nand()[0], hps.spi()[0], parts.find("KES50*", hidden=True)[0]]
 
 
@@ -66,6 +67,18 @@ def test_a_table_is_a_list() -> None:
     assert pickle.loads(pickle.dumps(found)) == found
     assert isinstance(flash.load()[10:12], Table)
     assert flash.load()[-1] == list(flash.load())[-1]
+
+
+def test_who_asks_while_it_is_made_waits_for_nobody() -> None:
+    asked: list[int] = []
+
+    def make() -> int:
+        asked.append(len(asked))
+        return asked[-1] if len(asked) > 1 else once() + 10
+
+    once = Once(make)
+    assert [once(), once()] == [1, 1]
+    assert asked == [0, 1]
 
 
 def test_databases_travel_by_their_paths() -> None:

@@ -186,6 +186,7 @@ TEST(CFailures, AskingNullPointersGivesNothing) {
     EXPECT_EQ(pgmdev_answer_list_name(nullptr, 0), nullptr);
     EXPECT_EQ(pgmdev_answer_list(nullptr, "records"), nullptr);
     EXPECT_EQ(pgmdev_flash_records(nullptr), nullptr);
+    EXPECT_EQ(pgmdev_flash_notes_faults(nullptr), nullptr);
     EXPECT_EQ(pgmdev_profile_records(nullptr), nullptr);
     EXPECT_EQ(pgmdev_table_records(nullptr), nullptr);
     EXPECT_EQ(pgmdev_table_faults(nullptr), nullptr);

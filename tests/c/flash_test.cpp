@@ -131,3 +131,26 @@ TEST(CFlash, ADatabaseOfAnotherKindIsAnError) {
     EXPECT_STREQ(pgmdev_error_message(error), "the file is no flash database");
     EXPECT_EQ(reports.all().size(), 1U);
 }
+
+TEST(CFlash, WhatIsWrongWithTheNotesIsTold) {
+    C_FLASH shipped;
+    ASSERT_EQ(pgmdev_flash_open(nullptr, shipped.place(), nullptr), PGMDEV_STATUS_OK);
+    EXPECT_EQ(pgmdev_records_count(pgmdev_flash_notes_faults(shipped)), 0U);
+
+    const SCRATCH scratch;
+    const std::string path = scratch.write("flash.pcf", read_file(DATABASE));
+    scratch.write("flash.pcf.identifications.csv", "device_name, identification\nW25Q64JV, EF401G\n");
+    C_FLASH flash;
+    ASSERT_EQ(pgmdev_flash_open(path.c_str(), flash.place(), nullptr), PGMDEV_STATUS_OK);
+    const pgmdev_records* faults = pgmdev_flash_notes_faults(flash);
+    ASSERT_EQ(pgmdev_records_count(faults), 1U);
+    const char* severity = nullptr;
+    const char* text = nullptr;
+    uint64_t line = 0;
+    EXPECT_EQ(pgmdev_records_text(faults, 0, "severity", &severity, nullptr), PGMDEV_STATUS_OK);
+    EXPECT_EQ(pgmdev_records_text(faults, 0, "text", &text, nullptr), PGMDEV_STATUS_OK);
+    EXPECT_EQ(pgmdev_records_number(faults, 0, "line", &line, nullptr), PGMDEV_STATUS_OK);
+    EXPECT_STREQ(severity, "FAULT");
+    EXPECT_EQ(line, 2U);
+    EXPECT_EQ(std::string(text).find(path + ".identifications.csv:2:"), 0U) << text;
+}

@@ -109,6 +109,11 @@ TEST_F(CParameters, ValuesMustFitTheirTypes) {
         EXPECT_EQ(pgmdev_parameters_encode(&type, &value, 1, block.place(), nullptr), PGMDEV_STATUS_INVALID_ARGUMENT)
             << type;
     }
+    pgmdev_value of_a_later_version = number(1);
+    of_a_later_version.reserved = 1;
+    const pgmdev_parameter_type type = PGMDEV_PARAMETER_BYTE;
+    EXPECT_EQ(pgmdev_parameters_encode(&type, &of_a_later_version, 1, block.place(), nullptr),
+              PGMDEV_STATUS_INVALID_ARGUMENT);
 }
 
 TEST_F(CParameters, ValuesAsText) {

@@ -49,7 +49,8 @@ TEST_F(CStructures, OfANewerProgramWhatIsNotKnownBecomesZero) {
 }
 
 TEST_F(CStructures, SizesThatCannotBeAreRefused) {
-    for (const std::size_t size : {std::size_t{0}, std::size_t{1}, sizeof(std::size_t), sizeof(pgmdev_member) - 1}) {
+    for (const std::size_t size : {std::size_t{0}, std::size_t{1}, sizeof(std::size_t), sizeof(pgmdev_member) - 1,
+                                   std::size_t{4096} + alignof(pgmdev_member), SIZE_MAX - alignof(pgmdev_member) + 1}) {
         pgmdev_member member{};
         member.struct_size = size;
         EXPECT_EQ(pgmdev_records_member(m_kinds, 0, &member, nullptr), PGMDEV_STATUS_INVALID_ARGUMENT) << size;

@@ -7,6 +7,7 @@
 
 #include "pgmdev/flash/fixture.h"
 #include "pgmdev/flash/probe.h"
+#include "pgmdev/packed/written.h"
 #include "support/reports.h"
 
 // The primitives of the packed encoding, as deriving classes call them.
@@ -14,17 +15,6 @@
 namespace {
 
 using BYTES = std::vector<BYTE>;
-
-/// What a writer produces, and how far it moves the index.
-template <class WRITE>
-BYTES written(WRITE write) {
-    BYTES buffer(300, 0xCC);
-    BYTE* data = buffer.data();
-    DWORD index = 3;  // writers write at the running index
-    write(&data, index);
-    EXPECT_EQ(BYTES(buffer.begin(), buffer.begin() + 3), BYTES(3, 0xCC));
-    return {buffer.begin() + 3, buffer.begin() + index};
-}
 
 class PackedPrimitives : public testing::Test {
 protected:

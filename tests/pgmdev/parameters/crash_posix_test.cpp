@@ -37,7 +37,7 @@ std::size_t temporaries_in(const SCRATCH& scratch) {
 }
 
 TEST(FlashIniCrash, KilledInTheMiddleOfAWrite) {
-    constexpr int KILLS = 300;
+    constexpr int KILLS = 150;
     const FLASH_INI_DIRECTORY directory;
     const std::string old_file = ref::file(ref::BLOCKS{"kept", OLD_BLOCK, "kept, too"});
     const std::string new_file = ref::file(ref::BLOCKS{"kept", NEW_BLOCK, "kept, too"});
@@ -48,7 +48,7 @@ TEST(FlashIniCrash, KilledInTheMiddleOfAWrite) {
         if (writer == 0) {
             write_forever();
         }
-        std::this_thread::sleep_for(std::chrono::microseconds(500 + i * 37));
+        std::this_thread::sleep_for(std::chrono::microseconds(500 + i * 74));
         ASSERT_EQ(kill(writer, SIGKILL), 0);
         int status = 0;
         ASSERT_EQ(waitpid(writer, &status, 0), writer);

@@ -2,6 +2,7 @@
 
 #include <memory>
 
+#include "pgmdev/packed/written.h"
 #include "pgmdev/profiles/fixture.h"
 #include "pgmdev/profiles/probe.h"
 #include "support/reports.h"
@@ -11,16 +12,6 @@
 namespace {
 
 using BYTES = std::vector<BYTE>;
-
-template <class WRITE>
-BYTES written(WRITE write) {
-    BYTES buffer(300, 0xCC);
-    BYTE* data = buffer.data();
-    DWORD index = 3;  // writers write at the running index
-    write(&data, index);
-    EXPECT_EQ(BYTES(buffer.begin(), buffer.begin() + 3), BYTES(3, 0xCC));
-    return {buffer.begin() + 3, buffer.begin() + index};
-}
 
 class DevInfoPrimitives : public testing::Test {
 protected:

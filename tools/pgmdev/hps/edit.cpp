@@ -20,20 +20,9 @@ namespace {
 /// Encodes a list as a block: the stamp, then the records.
 template <class FLASH>
 std::vector<BYTE> encode(const std::vector<const typename FLASH::RECORD*>& records) {
-    auto size = static_cast<DWORD>(FLASH::STAMP.size());
+    std::vector<BYTE> block(FLASH::STAMP.begin(), FLASH::STAMP.end());
     for (const auto* record : records) {
-        for (std::size_t i = 0; i < FLASH::MEMBERS.size(); ++i) {
-            PGMDEV_FLASH_INI::calculate_flash_ini_data_size(size, FLASH::MEMBERS[i].type(), record->values[i]);
-        }
-    }
-    std::vector<BYTE> block(size);
-    std::copy(FLASH::STAMP.begin(), FLASH::STAMP.end(), block.begin());
-    auto position = static_cast<DWORD>(FLASH::STAMP.size());
-    for (const auto* record : records) {
-        for (std::size_t i = 0; i < FLASH::MEMBERS.size(); ++i) {
-            PGMDEV_FLASH_INI::fillup_flash_ini_data(block.data(), position, FLASH::MEMBERS[i].type(),
-                                                    record->values[i]);
-        }
+        pgmdev_append_hps_record(block, FLASH::MEMBERS, *record);
     }
     return block;
 }

@@ -3,12 +3,12 @@
 #include <fmt/core.h>
 
 #include <array>
-#include <variant>
 
 #include "files/container.h"
 #include "gen.h"
 #include "hps/block_form.h"
 #include "params/blocks.h"
+#include "pgmdev_param_value.h"
 #include "terminal/failure.h"
 #include "terminal/text_table.h"
 
@@ -35,48 +35,6 @@ const TYPE_NAME& type_named(const std::string& name) {
         fmt::format("there is no type \"{}\"; there are STRING, BOOL, BYTE, WORD, DWORD and QWORD", name));
 }
 
-/// An object of any of the types, where the library reads and writes it.
-class TYPED_VALUE {
-public:
-    explicit TYPED_VALUE(const TYPE_NAME& type) : m_type(&type) {}
-
-    const TYPE_NAME& type() const { return *m_type; }
-    void* object() {
-        switch (m_type->type) {
-            case PGMDEV_PARAM_STRING:
-                return &m_text;
-            case PGMDEV_PARAM_BOOL:
-                return &m_flag;
-            case PGMDEV_PARAM_BYTE:
-                return &m_byte;
-            case PGMDEV_PARAM_WORD:
-                return &m_word;
-            case PGMDEV_PARAM_DWORD:
-                return &m_dword;
-            default:
-                return &m_qword;
-        }
-    }
-    void set(std::string text) { m_text = std::move(text); }
-    void set(bool flag) { m_flag = flag; }
-    void set(QWORD number) {
-        m_byte = static_cast<BYTE>(number);
-        m_word = static_cast<WORD>(number);
-        m_dword = static_cast<DWORD>(number);
-        m_qword = number;
-    }
-    std::string text(bool hex) { return PGMDEV_FLASH_INI::print_flash_ini_data(m_type->type, hex, object()); }
-
-private:
-    const TYPE_NAME* m_type;
-    std::string m_text;
-    bool m_flag = false;
-    BYTE m_byte = 0;
-    WORD m_word = 0;
-    DWORD m_dword = 0;
-    QWORD m_qword = 0;
-};
-
 /// A value with the place where it begins.
 struct PLACED_VALUE {
     DWORD offset;
@@ -90,15 +48,13 @@ std::vector<PLACED_VALUE> values_of(const BLOCK& block, const std::vector<std::s
     std::vector<PLACED_VALUE> values;
     while (end < block.size) {
         for (const std::string& name : types) {
-            TYPED_VALUE value(type_named(name));
-            void* object = value.object();
+            const TYPE_NAME& type = type_named(name);
+            PGMDEV_PARAM_VALUE value(type.type);
             DWORD position = end;
-            const bool whole = PGMDEV_FLASH_INI::assign_flash_ini_data(block.data.get(), position, block.size, 1,
-                                                                       &value.type().type, &object);
-            if (!whole || position > block.size) {
+            if (!pgmdev_read_param(block.data.get(), block.size, position, value) || position > block.size) {
                 return values;
             }
-            values.push_back({end, value.type().name, value.text(hex)});
+            values.push_back({end, type.name, PGMDEV_FLASH_INI::print_flash_ini_data(type.type, hex, value.object())});
             end = position;
         }
     }
@@ -229,19 +185,19 @@ bool flag_of(const std::string& text) {
     throw USAGE_ERROR(fmt::format("expected 0, 1, false or true, found \"{}\"", text));
 }
 
-TYPED_VALUE value_of(const std::string& assignment, const CONVERSION& conversion) {
+PGMDEV_PARAM_VALUE value_of(const std::string& assignment, const CONVERSION& conversion) {
     const std::size_t equals = assignment.find('=');
     if (equals == std::string::npos) {
         throw USAGE_ERROR(fmt::format("expected TYPE=VALUE, found \"{}\"", assignment));
     }
-    TYPED_VALUE value(type_named(assignment.substr(0, equals)));
+    PGMDEV_PARAM_VALUE value(type_named(assignment.substr(0, equals)).type);
     const std::string text = assignment.substr(equals + 1);
-    if (value.type().type == PGMDEV_PARAM_STRING) {
-        value.set(text);
-    } else if (value.type().type == PGMDEV_PARAM_BOOL) {
-        value.set(flag_of(text));
+    if (value.type() == PGMDEV_PARAM_STRING) {
+        value.set_text(text);
+    } else if (value.type() == PGMDEV_PARAM_BOOL) {
+        value.set_number(flag_of(text) ? 1 : 0);
     } else {
-        value.set(conversion.number(value.type().type, text));
+        value.set_number(conversion.number(value.type(), text));
     }
     return value;
 }
@@ -249,20 +205,15 @@ TYPED_VALUE value_of(const std::string& assignment, const CONVERSION& conversion
 void set_values(const ARGUMENTS& given, const COMMAND& command) {
     const PGMDEV_FLASH_INI_ENUM which = writable_block(given.text("BLOCK"));
     const CONVERSION conversion(given);
-    std::vector<TYPED_VALUE> values;
+    std::vector<PGMDEV_PARAM_VALUE> values;
     for (const std::string& assignment : given.texts("TYPE=VALUE")) {
         values.push_back(value_of(assignment, conversion));
     }
     const CONTAINER_LOCK lock;
     require_changeable_container(given.has("--force"));
-    DWORD size = 0;
-    for (TYPED_VALUE& value : values) {
-        PGMDEV_FLASH_INI::calculate_flash_ini_data_size(size, value.type().type, value.object());
-    }
-    std::vector<BYTE> bytes(size);
-    DWORD position = 0;
-    for (TYPED_VALUE& value : values) {
-        PGMDEV_FLASH_INI::fillup_flash_ini_data(bytes.data(), position, value.type().type, value.object());
+    std::vector<BYTE> bytes;
+    for (PGMDEV_PARAM_VALUE& value : values) {
+        pgmdev_append_param(bytes, value.type(), value.object());
     }
     if (const std::string fault = block_fault(which, bytes); !fault.empty()) {
         throw USAGE_ERROR(fmt::format("the values are no block \"{}\": {}; hps add and hps edit change that list",

@@ -43,8 +43,8 @@ void be_ready() {
 }  // namespace
 
 void end_without_memory() noexcept {
-    (void)!::write(STDERR_FILENO, END_OF_THIS_PROGRAM.message.data(),
-                   static_cast<unsigned>(END_OF_THIS_PROGRAM.message.size()));
+    const std::string_view message = END_OF_THIS_PROGRAM.message;
+    [[maybe_unused]] const auto written = ::write(STDERR_FILENO, message.data(), static_cast<unsigned>(message.size()));
     ::_exit(END_OF_THIS_PROGRAM.exit_code);
 }
 

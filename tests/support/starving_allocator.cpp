@@ -59,7 +59,7 @@ int counted_main(int argc, char** argv, char** environment) {
 }  // namespace
 
 // What the C library has under the names that are taken here.
-// NOLINTBEGIN(bugprone-reserved-identifier,cert-dcl37-c,cert-dcl51-cpp)
+// NOLINTBEGIN(bugprone-reserved-identifier,cert-dcl37-c,cert-dcl51-cpp,readability-inconsistent-declaration-parameter-name)
 extern "C" {
 void* __libc_malloc(std::size_t size);
 void* __libc_calloc(std::size_t count, std::size_t size);
@@ -90,4 +90,4 @@ TAKEN int __libc_start_main(MAIN main, int argc, char** argv, void (*init)(), vo
     return start(counted_main, argc, argv, init, fini, linker_fini, stack_end);
 }
 }
-// NOLINTEND(bugprone-reserved-identifier,cert-dcl37-c,cert-dcl51-cpp)
+// NOLINTEND(bugprone-reserved-identifier,cert-dcl37-c,cert-dcl51-cpp,readability-inconsistent-declaration-parameter-name)

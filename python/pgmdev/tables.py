@@ -4,6 +4,8 @@ from __future__ import annotations
 
 import hashlib
 import os
+import tempfile
+import warnings
 from dataclasses import dataclass
 from typing import Any, Literal, overload
 
@@ -81,15 +83,25 @@ def compile(csv: str | os.PathLike[str], pcf: str | os.PathLike[str], kind: Kind
     `Check.ok`) nothing is written.
 
     Only a missing or empty file, or a database of the same kind, is replaced; anything else raises FileExistsError.
-    What the database was compiled from is told beside it, in a file of its name with `.info` behind it.
+    What the database was compiled from is told beside it, in a file of its name with `.info` behind it, which fits the
+    database that is there also when this is interrupted.
     """
     found = check(csv, kind)
     if not found.ok:
         return found
     _require_replaceable(csv, pcf, kind)
     compile_table = _pgmdev.compile_flash if kind == "flash" else _pgmdev.compile_profile
+    with tempfile.TemporaryDirectory() as scratch:  # for its digest, which the text tells before the database is there
+        trial = os.path.join(scratch, "database")
+        compile_table(path_bytes(csv), path_bytes(trial))
+        origin = _origin(csv, pcf, found) | {"database_sha256": _digest(trial)}
+    replaced = {"replaces_sha256": _digest(pcf)} if os.path.exists(pcf) else {}
+    _tell(pcf, origin | replaced)
     compile_table(path_bytes(csv), path_bytes(pcf))
-    _tell_origin(csv, pcf, found)
+    try:
+        _tell(pcf, origin)
+    except OSError as error:
+        warnings.warn(f"the database is in its place, and the text that is there fits it: {error}", stacklevel=2)
     return found
 
 
@@ -103,20 +115,25 @@ def _require_replaceable(csv: str | os.PathLike[str], pcf: str | os.PathLike[str
         raise FileExistsError(f"it is no {kind} database, and is not replaced: {path_text(pcf)}")
 
 
-def _tell_origin(csv: str | os.PathLike[str], pcf: str | os.PathLike[str], found: Check) -> None:
-    def digest(path: str | os.PathLike[str]) -> str:
-        with open(path, "rb") as file:
-            return hashlib.sha256(file.read()).hexdigest()
+def _digest(path: str | os.PathLike[str]) -> str:
+    with open(path, "rb") as file:
+        return hashlib.sha256(file.read()).hexdigest()
 
-    origin = {
+
+def _origin(csv: str | os.PathLike[str], pcf: str | os.PathLike[str], found: Check) -> dict[str, str | int]:
+    return {
         "database": os.path.basename(path_text(pcf)),
-        "database_sha256": digest(pcf),
+        "database_sha256": "",
         "source": os.path.basename(path_text(csv)),
-        "source_sha256": digest(csv),
+        "source_sha256": _digest(csv),
         "records": len(found.records),
         "payload_size": found.payload_size,
         "compiled_by": "pgmdev " + _pgmdev.versions()["library"],
     }
+
+
+def _tell(pcf: str | os.PathLike[str], origin: dict[str, str | int]) -> None:
+    """Replaces the text beside a database."""
     path = path_text(pcf) + ".info"
     with open(path + ".new", "w", encoding="utf-8", errors="surrogateescape", newline="\n") as file:
         file.writelines(f"{key} = {value}\n" for key, value in origin.items())

@@ -2,6 +2,7 @@
 
 from __future__ import annotations
 
+import hashlib
 import logging
 import os
 import pathlib
@@ -130,6 +131,58 @@ def test_nothing_of_another_kind_is_replaced(tmp_path: pathlib.Path) -> None:
     assert tables.compile(table, output).ok
     assert tables.compile(table, output).ok
     assert f"source = {table.name}\n" in (tmp_path / "out.pcf.info").read_text()
+
+
+def test_the_text_beside_a_database_fits_it_at_any_moment(
+    tmp_path: pathlib.Path, monkeypatch: pytest.MonkeyPatch
+) -> None:
+    lines = tables.dump_csv(flash.default().path).splitlines(keepends=True)
+    old, new, output = tmp_path / "old.csv", tmp_path / "new.csv", tmp_path / "out.pcf"
+    old.write_text("".join(lines[:-1]), encoding="utf-8")
+    new.write_text("".join(lines), encoding="utf-8")
+    assert tables.compile(new, output).ok
+    of_new = output.read_bytes()
+    assert tables.compile(old, output).ok
+    of_old = output.read_bytes()
+    assert of_old != of_new
+
+    def told() -> dict[str, str]:
+        text = pathlib.Path(f"{output}.info").read_text()
+        return dict(line.split(" = ") for line in text.splitlines())
+
+    def digest(data: bytes) -> str:
+        return hashlib.sha256(data).hexdigest()
+
+    compile_flash = pgmdev._pgmdev.compile_flash
+
+    def interrupted(csv: bytes, pcf: bytes) -> None:
+        if pcf == os.fsencode(output):
+            raise KeyboardInterrupt
+        compile_flash(csv, pcf)
+
+    with monkeypatch.context() as patched, pytest.raises(KeyboardInterrupt):
+        patched.setattr(pgmdev._pgmdev, "compile_flash", interrupted)
+        tables.compile(new, output)
+    assert output.read_bytes() == of_old
+    assert (told()["database_sha256"], told()["replaces_sha256"]) == (digest(of_new), digest(of_old))
+
+    replace = os.replace
+    settled = iter((True, False))
+
+    def full(source: str, target: str) -> None:
+        if not next(settled):
+            raise OSError("no room")
+        replace(source, target)
+
+    with monkeypatch.context() as patched, pytest.warns(UserWarning, match="the database is in its place"):
+        patched.setattr(os, "replace", full)
+        assert tables.compile(new, output).ok
+    assert output.read_bytes() == of_new
+    assert (told()["database_sha256"], told()["replaces_sha256"]) == (digest(of_new), digest(of_old))
+
+    assert tables.compile(new, output).ok
+    assert told()["database_sha256"] == digest(of_new)
+    assert "replaces_sha256" not in told()
 
 
 def test_paths(tmp_path: pathlib.Path) -> None:

@@ -78,6 +78,8 @@ TEST_P(AnswerFaults, AreWholeOrSaidNotToBe) {
 INSTANTIATE_TEST_SUITE_P(Of, AnswerFaults,
                          testing::Values(COMMAND_LINE{"doctor"}, COMMAND_LINE{"flash", "show", "W25Q64JV"},
                                          COMMAND_LINE{"flash", "verify", "table.pcf", "table.csv"},
+                                         COMMAND_LINE{"flash", "define", "--like", "W25Q64JV", "--id", "857114",
+                                                      "device_name=MINE"},
                                          COMMAND_LINE{"flash", "dump", "--csv", "table.pcf"},
                                          COMMAND_LINE{"flash", "diff", "table.pcf", "table.csv"},
                                          COMMAND_LINE{"flash", "check", "table.csv"},

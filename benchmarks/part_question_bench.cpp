@@ -1,7 +1,6 @@
 #include <benchmark/benchmark.h>
-#include <gcrypt.h>
 
-#include <array>
+#include <string_view>
 #include <unordered_map>
 
 #include "dstr.h"
@@ -10,6 +9,7 @@
 #include "peers/name_maps.h"
 #include "pgmdev_mgr.h"
 #include "pgmdev_part_index.h"
+#include "sha256.h"
 #include "stl.h"
 #include "support/names.h"
 
@@ -92,12 +92,7 @@ BENCHMARK(AskPartIndexForFullName);
 // What is behind them.
 
 void DigestOfName(benchmark::State& state) {
-    PGMDEV_MGR::get_opn_hash("");  // makes the digest library ready
-    ask_for_names(state, [](std::string& query) {
-        std::array<BYTE, 32> digest;
-        gcry_md_hash_buffer(GCRY_MD_SHA256, digest.data(), query.data() + 1, query.size() - 1);
-        return digest;
-    });
+    ask_for_names(state, [](std::string& query) { return sha256(std::string_view(query).substr(1)); });
 }
 BENCHMARK(DigestOfName);
 
@@ -157,12 +152,9 @@ void FindProgrammerFileNameInHashMap(benchmark::State& state) {
 BENCHMARK(FindProgrammerFileNameInHashMap);
 
 void DigestsOfAllParts(benchmark::State& state) {
-    PGMDEV_MGR::get_opn_hash("");
     for ([[maybe_unused]] auto _ : state) {
         for (const auto& [name, package_name] : package_names()) {
-            std::array<BYTE, 32> digest;
-            gcry_md_hash_buffer(GCRY_MD_SHA256, digest.data(), name.data(), name.size());
-            benchmark::DoNotOptimize(digest);
+            benchmark::DoNotOptimize(sha256(name));
         }
     }
 }

@@ -34,7 +34,7 @@ FILE_WITH_INFO read_with_info(const std::filesystem::path& file, const std::file
         if (found.info_result != READ_RESULT::READ) {
             return found;
         }
-        found.file_result = read_whole_file(file, LARGEST_FILE_WITH_INFO, FILE_KINDS::STREAMS_TOO, found.file);
+        found.file_result = read_whole_file(file, LARGEST_FILE_WITH_INFO, FILE_KINDS::REGULAR, found.file);
         std::string again;
         if (read_whole_file(info, LARGEST_INFO, FILE_KINDS::REGULAR, again) == READ_RESULT::READ &&
             again == found.info) {

@@ -10,6 +10,3 @@ std::filesystem::path host_library_directory();
 
 /// Whether the address is in this library.
 bool is_in_host_library(const void* address);
-
-/// Keeps the library that `inside` points into loaded to the end of the process. For libraries that cannot clean up.
-void keep_library_loaded(const void* inside);

@@ -21,12 +21,3 @@ bool is_in_host_library(const void* address) {
     return dladdr(reinterpret_cast<const void*>(&host_library_directory), &here) != 0 && dladdr(address, &there) != 0 &&
            here.dli_fbase == there.dli_fbase;
 }
-
-void keep_library_loaded(const void* inside) {
-    Dl_info info{};
-    if (dladdr(inside, &info) != 0 && info.dli_fname != nullptr) {
-        if (void* library = dlopen(info.dli_fname, RTLD_NOW | RTLD_NOLOAD | RTLD_NODELETE)) {
-            dlclose(library);
-        }
-    }
-}

@@ -31,9 +31,3 @@ fs::path host_library_directory() {
 bool is_in_host_library(const void* /*address*/) {
     return true;
 }
-
-void keep_library_loaded(const void* inside) {
-    HMODULE module = nullptr;
-    GetModuleHandleExW(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_PIN,
-                       static_cast<LPCWSTR>(inside), &module);
-}

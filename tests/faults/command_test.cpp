@@ -1,9 +1,12 @@
+#include <sys/stat.h>
+
 #include "faults/every_fault.h"
 #include "pgmdev/flash/source_fixture.h"
 #include "pgmdev/parameters/container_text.h"
 #include "pgmdev/parameters/fixture.h"
 #include "run.h"
 #include "support/captured_run.h"
+#include "support/compiled_pair.h"
 
 // The command, as a person uses it, on a system that fails.
 
@@ -127,12 +130,61 @@ TEST_F(CommandFaults, ABlockIsRemovedOrNot) {
     expect_truth_of({"params", "remove", "0"});
 }
 
+TEST_F(CommandFaults, ABlockIsWrittenOrNot) {
+    const SCRATCH scratch;
+    expect_truth_of({"params", "write", "0", scratch.write("block", "another first")});
+}
+
 TEST_F(CommandFaults, AListIsWholeOrSaidNotToBe) {
     ASSERT_EQ(run_with({"hps", "add", "nand", "manufacturer_id=0xEC", "device_id=211", "device_byte_size=0x40000000"},
                        [] { return std::make_unique<NO_FAULT>(); }),
               DONE);
     expect_whole_or_told({"hps", "nand"});
     expect_whole_or_told({"params", "list"});
+}
+
+/// Outputs that are refused without an insisting word stay, whatever cannot be found out about them.
+class RefusedOutputFaults : public testing::Test {
+protected:
+    void expect_kept(const std::string& kept, const std::vector<std::string>& arguments) {
+        const std::string before = read_file(kept);
+        const auto run = [&arguments] { return run_captured([&] { return run_pgmdev(arguments); }, "").exit_code; };
+        const auto judge = [&](int result) {
+            EXPECT_NE(result, 0);
+            EXPECT_TRUE(read_file(kept) == before);
+            EXPECT_FALSE(std::filesystem::exists(kept + ".info"));
+        };
+        judge(run());
+        bool happened = true;
+        for (std::size_t number = 1; happened && !HasFailure(); ++number) {
+            SCOPED_TRACE(number);
+            const PROCESS_RESULT result = run_captured(
+                [&] {
+                    const FAILING_CALL fault(number, EIO);
+                    const int code = run_pgmdev(arguments);
+                    happened = fault.happened();
+                    return code;
+                },
+                "");
+            judge(result.exit_code);
+        }
+        int result = 0;
+        with_each_allocation_failing([&] { result = -1; }, [&] { result = run(); },
+                                     [&](bool /*ended*/) { judge(result); }, 16);
+    }
+
+    SCRATCH m_scratch;
+    const std::string m_table = m_scratch.write("table.csv", flash_reference::table({flash_reference::data_row()}));
+};
+
+TEST_F(RefusedOutputFaults, AnInputIsNeverReplaced) {
+    expect_kept(m_table, {"flash", "compile", "--force", m_table,
+                          m_scratch.path("../") + m_scratch.directory().filename().string() + "/table.csv"});
+}
+
+TEST_F(RefusedOutputFaults, AFileThatIsNoDatabaseIsKept) {
+    expect_kept(m_scratch.write("letter.txt", "Dear reader"),
+                {"flash", "compile", m_table, m_scratch.path("letter.txt")});
 }
 
 /// A table, and beside it the headings of all the notes that may go with it.
@@ -154,31 +206,122 @@ protected:
     SCRATCH m_scratch;
 };
 
-TEST_F(NotesFaults, AreTakenAlongOrTheCommandFails) {
-    const std::string output = m_scratch.path("out.pcf");
-    const auto has_copies = [&] {
-        return std::all_of(NOTES.begin(), NOTES.end(), [&](const std::string& name) {
-            const std::string copy = output + "." + name;
-            return std::filesystem::exists(copy) && read_file(copy) == read_file(m_scratch.path(name));
-        });
-    };
-    bool happened = true;
-    for (std::size_t number = 1; happened && !HasFailure(); ++number) {
-        SCOPED_TRACE(number);
+/// A table with notes, compiled over the database of another one.
+class CompilingFaults : public testing::Test {
+protected:
+    CompilingFaults() {
+        m_sources.write("aliases.csv", "alias,device_name,reason\n");
+        EXPECT_EQ(compile(m_sources.write("other.csv", table_of("OTHER"))), 0);
+        m_before = files();
+        m_sources.write("aliases.csv", "alias,device_name,reason\nCHIP-IQ,CHIP,ordering code\n");
+        EXPECT_EQ(compile(m_table), 0);
+        m_after = files();
+    }
+
+    using FILES = std::map<std::string, std::string>;
+
+    static constexpr const char* DATABASE = "out.pcf";
+    static constexpr const char* INFO = "out.pcf.info";
+    static constexpr const char* NOTES = "out.pcf.aliases.csv";
+
+    static std::string table_of(const std::string& device_name) {
+        flash_reference::CELLS row = flash_reference::data_row();
+        row[1] = device_name;
+        return flash_reference::table({row});
+    }
+
+    int compile(const std::string& table) const { return run_pgmdev({"flash", "compile", table, m_database}); }
+
+    /// The database and what stands beside it.
+    FILES files() const {
+        FILES all;
+        for (const auto& entry : std::filesystem::directory_iterator(m_output.directory())) {
+            all[entry.path().filename().string()] = read_file(entry.path());
+        }
+        return all;
+    }
+
+    void lay_out_the_other() const {
+        for (const auto& [name, contents] : files()) {
+            std::filesystem::remove(m_output.path(name));
+        }
+        for (const auto& [name, contents] : m_before) {
+            m_output.write(name, contents);
+        }
+    }
+
+    /// The text beside the database gives no doubts, and nothing is left over.
+    void expect_agreement(const FILES& found) const {
+        const auto pair_of = [](const FILES& all) { return COMPILED_PAIR{all.at(DATABASE), all.at(INFO)}; };
+        EXPECT_EQ(found.size(), 3U);
+        EXPECT_TRUE(pair_of(found).is_between(pair_of(m_before), pair_of(m_after))) << found.at(INFO);
+    }
+
+    /// Compiles with that call failing: whether one did.
+    bool judge_with(std::size_t number, int error, bool all_later) const {
+        lay_out_the_other();
+        bool happened = false;
         const PROCESS_RESULT run = run_captured(
             [&] {
-                const FAILING_CALL fault(number, EIO);
-                const int result = run_pgmdev({"flash", "compile", m_scratch.path("table.csv"), output});
+                const FAILING_CALL fault(number, error, all_later);
+                const int result = compile(m_table);
                 happened = fault.happened();
                 return result;
             },
             "");
-        EXPECT_TRUE(run.exit_code != 0 || has_copies()) << run.errors;
-        EXPECT_TRUE(happened || run.exit_code == 0) << run.errors;
-        for (const char* name : NOTES) {
-            std::filesystem::remove(output + "." + name);
-        }
+        SCOPED_TRACE(testing::Message() << "call " << number << ", error " << error << "\n" << run.errors);
+        const FILES found = files();
+        const bool done = run.exit_code == 0;
+        expect_agreement(found);
+        EXPECT_EQ(found.at(DATABASE), (done ? m_after : m_before).at(DATABASE));
+        EXPECT_TRUE(!done || found.at(NOTES) == m_after.at(NOTES));
+        const bool is_warned = run.errors.find("the database is in its place") != std::string::npos;
+        EXPECT_EQ(is_warned, done && found.at(INFO) != m_after.at(INFO));
+        EXPECT_TRUE(happened || found == m_after);
+        return happened;
     }
+
+    SCRATCH m_sources;
+    SCRATCH m_output;
+    const std::string m_table = m_sources.write("table.csv", table_of("CHIP"));
+    const std::string m_database = m_output.path(DATABASE);
+    FILES m_before;
+    FILES m_after;
+};
+
+TEST_F(CompilingFaults, FailureMeansTheOldDatabaseAndSuccessTheNewOneWithItsNotes) {
+    for (const auto& [error, all_later] : {std::pair(EIO, false), std::pair(EMFILE, true)}) {
+        std::size_t number = 1;
+        while (judge_with(number, error, all_later) && !HasFailure()) {
+            number += all_later ? 1 + number / 8 : 1;
+        }
+        EXPECT_GT(number, 40U);
+    }
+}
+
+TEST_F(CompilingFaults, NoFailingAllocationMakesThemUntrue) {
+    int result = 0;
+    with_each_allocation_failing(
+        [&] {
+            lay_out_the_other();
+            result = -1;
+        },
+        [&] { result = run_captured([this] { return compile(m_table); }, "").exit_code; },
+        [&](bool /*ended*/) {
+            const FILES found = files();
+            expect_agreement(found);
+            EXPECT_TRUE(result != 0 ||
+                        (found.at(DATABASE) == m_after.at(DATABASE) && found.at(NOTES) == m_after.at(NOTES)));
+        });
+}
+
+TEST_F(CompilingFaults, ATableThatComesThroughAPipeIsRefused) {
+    const std::string pipe = m_sources.path("pipe");
+    ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
+    const PROCESS_RESULT run = run_captured([&] { return compile(pipe); }, "");
+    EXPECT_EQ(run.exit_code, 3);
+    EXPECT_NE(run.errors.find("it is read more than once"), std::string::npos) << run.errors;
+    EXPECT_EQ(files(), m_after);
 }
 
 TEST_F(NotesFaults, AreReadOrSaidNotToBe) {

@@ -9,6 +9,7 @@
 #include "pgmdev_mgr.h"
 #include "pgmdev_part_index.h"
 #include "pgmdev_user_flash.h"
+#include "sha256.h"
 #include "support/reports.h"
 
 // First uses that fail: the next one works, or fails anew, and nothing half-built is kept.
@@ -87,6 +88,18 @@ TEST(StoreFaults, FirstDigestWithoutDescriptors) {
             std::_Exit(digest[0] == 0xBA ? 0 : 1);
         },
         testing::ExitedWithCode(0), "");
+}
+
+TEST(StoreFaults, DigestsTakeNoMemory) {
+    SHA256_DIGEST digest{};
+    bool was_any = false;
+    {
+        const FAILING_MALLOC fault(1);
+        digest = sha256("abc");
+        was_any = fault.happened();
+    }
+    EXPECT_FALSE(was_any);
+    EXPECT_EQ(digest.front(), 0xBA);
 }
 
 }  // namespace

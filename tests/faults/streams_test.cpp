@@ -53,4 +53,18 @@ TEST(StreamFaults, OnlyFilesWhereFilesAreMeant) {
     }
 }
 
+TEST(StreamFaults, APipeInThePlaceOfADatabaseIsNotWaitedFor) {
+    const SCRATCH scratch;
+    const std::string pipe = scratch.path("programmer/pgm_flash.pcf");
+    scratch.write("programmer/pgm_flash.pcf.info", "database_sha256 = 0\n");
+    ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
+    for (const std::string& command :
+         {"flash dump " + pipe, "flash dump --annotate " + pipe, "flash verify " + pipe, std::string("flash list"),
+          std::string("-v flash list"), std::string("page ") + scratch.path("page")}) {
+        EXPECT_EQ(
+            exit_code_of("timeout 20 $P --db-dir " + scratch.directory().string() + " " + command + " 2>/dev/null"), 3)
+            << command;
+    }
+}
+
 }  // namespace

@@ -174,12 +174,12 @@ INTERPOSED off_t lseek(int file, off_t offset, int whence) {
     return is_to_fail("lseek") ? -1 : real(file, offset, whence);
 }
 
+/// Tests are not waiting for a disk: nothing of them is to outlast a loss of power.
 INTERPOSED int fsync(int file) {
-    static auto* const real = next<int(int)>("fsync");
     if (is_to_fail("fsync") || is_interrupted()) {
         return -1;
     }
-    const int result = real(file);
+    const int result = ::fcntl(file, F_GETFD) < 0 ? -1 : 0;
     if (g_recorder != nullptr && result == 0) {
         RECORDING().add({RECORDED_CALL::SYNC, path_of(file), "", 0});
     }

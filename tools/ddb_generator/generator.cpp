@@ -5,6 +5,7 @@
 #include <exception>
 #include <filesystem>
 #include <fstream>
+#include <new>
 #include <optional>
 #include <ostream>
 #include <stdexcept>
@@ -54,12 +55,15 @@ void write_file(const fs::path& path, const std::string& text) {
     std::ofstream file(temporary, std::ios::binary);
     file << text;
     file.close();
-    if (!file) {
+    std::error_code error;
+    if (file) {
+        fs::rename(temporary, path, error);
+    }
+    if (!file || error) {
         std::error_code ignored;
         fs::remove(temporary, ignored);
         throw std::runtime_error(temporary.generic_string() + ": cannot be written");
     }
-    fs::rename(temporary, path);
 }
 
 /// The part numbers by ordering-code index; 0: no part.
@@ -212,6 +216,8 @@ int run_generator(const std::vector<std::string>& arguments, std::ostream& outpu
     FAULTS faults;
     try {
         use->run(arguments, faults, output);
+    } catch (const std::bad_alloc&) {
+        throw;  // which the program says without memory
     } catch (const std::exception& error) {
         errors << "ddb_generator: " << error.what() << '\n';
         return GENERATOR_FAILED;

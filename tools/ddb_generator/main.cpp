@@ -1,8 +1,13 @@
 #include <iostream>
+#include <new>
 
 #include "generator.h"
+#include "without_memory.h"
 
-int main(int argc, char** argv) {
+constinit const END_WITHOUT_MEMORY END_OF_THIS_PROGRAM{"ddb_generator: no memory is left\n", GENERATOR_FAILED};
+
+int main(int argc, char** argv) try {
+    let_no_memory_be_caught();
     const int result =
         run_generator(std::vector<std::string>(argv + (argc > 0 ? 1 : 0), argv + argc), std::cout, std::cerr);
     if (!std::cout.flush()) {
@@ -10,4 +15,6 @@ int main(int argc, char** argv) {
         return GENERATOR_FAILED;
     }
     return result;
+} catch (const std::bad_alloc&) {
+    end_without_memory();
 }

@@ -33,8 +33,10 @@ const std::array<std::string, 3> KEYS_THAT_VERBS_SET{"TESSARY_DEBUG_LEVEL", "TES
 EXIT_CODE fail(const FAILURE& failure, EXIT_CODE result, const COMMAND& command) {
     try {
         tell_failure(failure, command.json || is_given("--json"));
+    } catch (const std::bad_alloc&) {
+        throw;  // whoever runs this can say so without memory
     } catch (const std::exception&) {
-        return EXIT_INTERNAL_ERROR;  // a document on standard output that cannot be written, or no memory for one
+        return EXIT_INTERNAL_ERROR;  // a document on standard output that cannot be written
     }
     return std::fflush(stdout) == 0 ? result : EXIT_INTERNAL_ERROR;
 }
@@ -62,6 +64,8 @@ EXIT_CODE carry_out(const std::vector<std::string>& arguments, COMMAND& command)
     return fail({FAILURE_CODE::USAGE, error.what(), "", {}, "", {}}, EXIT_USAGE, command);
 } catch (const MSG_INTERNAL_ERROR_EXCEPTION& error) {
     return fail(internal_error(error.report()), EXIT_INTERNAL_ERROR, command);
+} catch (const std::bad_alloc&) {
+    return fail({FAILURE_CODE::INTERNAL, "no memory is left", "", {}, "", {}}, EXIT_INTERNAL_ERROR, command);
 } catch (const std::exception& error) {
     return fail({FAILURE_CODE::INTERNAL, error.what(), "", {}, "", {}}, EXIT_INTERNAL_ERROR, command);
 }

@@ -17,6 +17,14 @@ namespace {
 constexpr std::size_t MAGIC_SIZE = 8;
 constexpr std::size_t STAMP_SIZE = 32;
 
+/// A file that was read, but could not be looked at.
+FILE_FINDING only_read_at_times(FILE_FINDING finding, const INSPECTED_FILE& file) {
+    finding.state = "unreadable";
+    finding.remark = "it could only be read at times: " + file.obstacle;
+    finding.wrong = true;
+    return finding;
+}
+
 /// A packed database, read whole: nothing less tells that it is sound.
 template <class TABLE>
 FILE_FINDING database(const DATABASE_KIND& kind, PLACE place) {
@@ -30,6 +38,9 @@ FILE_FINDING database(const DATABASE_KIND& kind, PLACE place) {
     try {
         const TABLE table =
             read_database(kind, finding.place, [&] { return TABLE::from_database(finding.place.path); });
+        if (!file.obstacle.empty()) {
+            return only_read_at_times(std::move(finding), file);
+        }
         finding.facts["records"] = table.records().size();
         finding.remark = fmt::format("{} records, {} bytes, stamp {}", table.records().size(), file.size, kind.stamp());
         // The format itself has no checksum that would tell.
@@ -76,7 +87,11 @@ FILE_FINDING container() {
             finding.remark = "it is made when the first block is written";
             break;
         case CONTAINER::SOUND:
-            finding.facts["size"] = inspect_file(finding.place.path, 0).size;
+            if (const INSPECTED_FILE file = inspect_file(finding.place.path, 0); file.obstacle.empty()) {
+                finding.facts["size"] = file.size;
+            } else {
+                return only_read_at_times(std::move(finding), file);
+            }
             if (!found.doubt.empty()) {
                 finding.state = "doubtful";
                 finding.remark = found.doubt +

@@ -4,10 +4,9 @@
 
 #include <algorithm>
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <optional>
 
+#include "file_reader.h"
 #include "files/environment.h"
 #include "files/inspection.h"
 #include "files/output.h"
@@ -33,10 +32,11 @@ CONFIGURATION_LINES lines_of(const PLACE& place) {
     if (inspected.missing) {
         return {};
     }
+    constexpr std::size_t LARGEST_FILE = std::size_t{1} << 20;  // as of the host, which reads none that is larger
     CONFIGURATION_LINES file{true, {}};
-    std::ifstream stream(fio_get_unc_full_path(place.path), std::ios::binary);
-    const std::string text{std::istreambuf_iterator<char>(stream), {}};
-    if (!inspected.obstacle.empty() || !stream.is_open() || stream.bad()) {
+    std::string text;
+    if (!inspected.obstacle.empty() || read_whole_file(fio_get_unc_full_path(place.path), LARGEST_FILE,
+                                                       FILE_KINDS::REGULAR, text) != READ_RESULT::READ) {
         throw COMMAND_FAILURE({FAILURE_CODE::CONFIGURATION_UNREADABLE,
                                "the configuration file cannot be read, and is not changed",
                                place.path,

@@ -2,7 +2,6 @@
 
 #include <fmt/core.h>
 
-#include <fstream>
 #include <memory>
 #include <string_view>
 #include <utility>
@@ -12,7 +11,6 @@
 #include "fio.h"
 #include "gen.h"
 #include "pgm_common.h"
-#include "replaced_file.h"
 #include "terminal/failure.h"
 #include "utf8_path.h"
 
@@ -26,22 +24,15 @@ constexpr std::string_view PACKED_BEGINNING = "PGMIO_";
 
 constexpr const char* DATABASE_EXTENSION = ".pcf";
 
-std::optional<std::string> file_text(const std::string& path) {
+std::optional<std::string> file_text(const std::string& path, FILE_KINDS kinds) {
     std::string text;
     const READ_RESULT result =
-        read_whole_file(fio_get_unc_full_path(FIO_PATH(path).fullpath()), LARGEST_FILE, FILE_KINDS::STREAMS_TOO, text);
+        read_whole_file(fio_get_unc_full_path(FIO_PATH(path).fullpath()), LARGEST_FILE, kinds, text);
     return result == READ_RESULT::READ ? std::optional(std::move(text)) : std::nullopt;
 }
 
-}  // namespace
-
-std::optional<std::vector<BYTE>> file_bytes(const std::string& path) {
-    const auto text = file_text(path);
-    return text ? std::optional(std::vector<BYTE>(text->begin(), text->end())) : std::nullopt;
-}
-
-std::string required_file_text(const std::string& path) {
-    auto text = file_text(path);
+std::string required_text(const std::string& path, FILE_KINDS kinds) {
+    auto text = file_text(path, kinds);
     if (!text) {
         const std::string obstacle = inspect_file(path, 0).obstacle;
         throw COMMAND_FAILURE({FAILURE_CODE::FILE_UNREADABLE,
@@ -54,8 +45,19 @@ std::string required_file_text(const std::string& path) {
     return std::move(*text);
 }
 
+}  // namespace
+
+std::optional<std::vector<BYTE>> file_bytes(const std::string& path) {
+    const auto text = file_text(path, FILE_KINDS::REGULAR);
+    return text ? std::optional(std::vector<BYTE>(text->begin(), text->end())) : std::nullopt;
+}
+
+std::string required_file_text(const std::string& path) {
+    return required_text(path, FILE_KINDS::STREAMS_TOO);
+}
+
 std::vector<BYTE> required_file_bytes(const std::string& path) {
-    const std::string text = required_file_text(path);
+    const std::string text = required_text(path, FILE_KINDS::REGULAR);
     return {text.begin(), text.end()};
 }
 
@@ -64,10 +66,7 @@ bool is_packed_database(const std::string& path) {
         !inspect_file(path, 0).obstacle.empty()) {
         return true;
     }
-    std::ifstream file = open_replaced_file(fio_get_unc_full_path(FIO_PATH(path).fullpath()));
-    std::string beginning(PACKED_BEGINNING.size(), '\0');
-    file.read(beginning.data(), static_cast<std::streamsize>(beginning.size()));
-    return file.good() && beginning == PACKED_BEGINNING;
+    return !is_stream(path) && inspect_file(path, PACKED_BEGINNING.size()).beginning == PACKED_BEGINNING;
 }
 
 std::string sha256_of(std::span<const BYTE> bytes) {

@@ -10,11 +10,14 @@
 
 #include "pgmdev_types.h"
 
-/// The bytes of a file; nothing when it cannot be read to its end, or is larger than any table or database is.
+/// The bytes of a file, not of a pipe or device; nothing when it cannot be read to its end, or is larger than any table or
+/// database is.
 std::optional<std::vector<BYTE>> file_bytes(const std::string& path);
 
 /// The same, where a file that cannot be read ends the command.
 std::vector<BYTE> required_file_bytes(const std::string& path);
+
+/// The text of a file, pipe or device, likewise.
 std::string required_file_text(const std::string& path);
 
 /// Whether the file begins like a packed database, of whichever kind. One that cannot be read is taken for one by its name.

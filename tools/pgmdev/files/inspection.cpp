@@ -2,26 +2,10 @@
 
 #include <algorithm>
 #include <filesystem>
-#include <fstream>
+#include <span>
 
+#include "file_reader.h"
 #include "fio.h"
-
-namespace {
-
-/// A piece at a time: there are seldom as many bytes as may be, and the size that files of /sys tell is not theirs.
-std::string read_beginning(std::istream& stream, std::size_t bytes) {
-    constexpr std::size_t PIECE = std::size_t{1} << 14;
-    std::string beginning;
-    while (stream && beginning.size() < bytes) {
-        const std::size_t before = beginning.size();
-        beginning.resize(std::min(before + PIECE, bytes));
-        stream.read(&beginning[before], static_cast<std::streamsize>(beginning.size() - before));
-        beginning.resize(before + static_cast<std::size_t>(stream.gcount()));
-    }
-    return beginning;
-}
-
-}  // namespace
 
 std::string as_clause(const std::string& reason) {
     return reason.empty() ? "the system refuses it and gives no reason" : "the system says \"" + reason + "\"";
@@ -44,14 +28,15 @@ INSPECTED_FILE inspect_file(const std::string& path, std::size_t bytes) {
     } else if (!status.regular) {
         file.obstacle = "it is no regular file";
     } else {
-        std::ifstream stream(native, std::ios::binary);
-        const std::string reason = system_reason();
-        if (!stream.is_open()) {
-            file.obstacle = as_clause(reason);
-            return file;
+        const FILE_READER reader(native);
+        file.size = reader.size();
+        file.beginning.resize(static_cast<std::size_t>(std::min<QWORD>(bytes, file.size)));
+        const std::span place(reinterpret_cast<unsigned char*>(file.beginning.data()), file.beginning.size());
+        if (!reader.is_open() || !reader.read_at(0, place)) {
+            file.obstacle = as_clause(system_reason());
+            file.size = 0;
+            file.beginning.clear();
         }
-        file.size = status.size;
-        file.beginning = read_beginning(stream, bytes);
     }
     return file;
 }

@@ -2,7 +2,6 @@
 
 #include <fmt/core.h>
 
-#include <algorithm>
 #include <filesystem>
 
 #include "files/inspection.h"
@@ -10,11 +9,6 @@
 namespace fs = std::filesystem;
 
 namespace {
-
-bool is_same_file(const std::string& left, const std::string& right) {
-    std::error_code error;
-    return fs::equivalent(fio_get_unc_full_path(left), fio_get_unc_full_path(right), error) && !error;
-}
 
 COMMAND_FAILURE refusal(const std::string& path, std::string message, std::string advice) {
     return COMMAND_FAILURE({FAILURE_CODE::REFUSED, std::move(message), path, {}, std::move(advice), {}}, EXIT_USAGE);
@@ -42,17 +36,29 @@ std::string obstacle(const std::string& path, std::string reason) {
 
 void confirm_output(const std::string& path, const std::vector<std::string>& inputs, const std::string& kind,
                     std::string_view beginning, bool force) {
-    const bool is_input = std::any_of(inputs.begin(), inputs.end(),
-                                      [&path](const std::string& input) { return is_same_file(path, input); });
-    if (is_input) {
-        throw refusal(path, "the output would replace an input", "name another file");
-    }
+    forget_system_reason();
     std::error_code error;
-    const INSPECTED_FILE file = inspect_file(path, beginning.size());
-    const bool is_regular = fs::is_regular_file(fio_get_unc_full_path(path), error);
-    if (force || !is_regular) {
+    const fs::file_type type = fs::status(fio_get_unc_full_path(path), error).type();
+    if (type == fs::file_type::none) {  // the system does not tell what would be replaced
+        throw output_failure(path, {}, {});
+    }
+    if (type == fs::file_type::not_found) {
+        return;
+    }
+    for (const std::string& input : inputs) {
+        forget_system_reason();
+        const bool is_input = fs::equivalent(fio_get_unc_full_path(path), fio_get_unc_full_path(input), error);
+        if (error) {
+            throw output_failure(path, {}, {});
+        }
+        if (is_input) {
+            throw refusal(path, "the output would replace an input", "name another file");
+        }
+    }
+    if (force || type != fs::file_type::regular) {
         return;  // what is there and no file is left alone, with its reason
     }
+    const INSPECTED_FILE file = inspect_file(path, beginning.size());
     const bool is_kind = !beginning.empty() && file.beginning == beginning;
     if (file.obstacle.empty() && (file.size == 0 || is_kind)) {
         return;

@@ -12,16 +12,12 @@ namespace {
 /// What compilers report when a whole file cannot be read or written.
 constexpr const char* FILE_CONDITION = "status";
 
+/// What the condition that compressing has succeeded begins with: only want of memory makes it fail.
+constexpr const char* COMPRESSING = "zlib_compress(";
+
 /// Why the table cannot be read; "" when it can.
 std::string table_obstacle(const std::string& csv_file) {
     return is_stream(csv_file) ? "" : inspect_file(csv_file, 0).obstacle;
-}
-
-COMMAND_FAILURE unreadable_table(const std::string& csv_file, const std::string& argument, const std::string& obstacle,
-                                 std::optional<MSG_INTERNAL_ERROR_REPORT> report) {
-    return COMMAND_FAILURE(
-        {FAILURE_CODE::SOURCE_TABLE_UNREADABLE, fmt::format("the source table cannot be read, since {}", obstacle),
-         csv_file, argument_place(csv_file, argument).tried, "name a table that you may read", std::move(report)});
 }
 
 }  // namespace
@@ -46,6 +42,13 @@ FAILURE part_list_failure(std::optional<MSG_INTERNAL_ERROR_REPORT> report) {
             std::move(report)};
 }
 
+COMMAND_FAILURE unreadable_table(const std::string& csv_file, const std::string& argument, const std::string& obstacle,
+                                 std::optional<MSG_INTERNAL_ERROR_REPORT> report) {
+    return COMMAND_FAILURE(
+        {FAILURE_CODE::SOURCE_TABLE_UNREADABLE, fmt::format("the source table cannot be read, since {}", obstacle),
+         csv_file, argument_place(csv_file, argument).tried, "name a table that you may read", std::move(report)});
+}
+
 void require_readable_table(const std::string& csv_file, const std::string& argument) {
     const std::string obstacle = table_obstacle(csv_file);
     if (!obstacle.empty()) {
@@ -68,6 +71,9 @@ COMMAND_FAILURE compile_failure(const std::string& csv_file, bool needs_part_lis
     }
     if (needs_part_list && !part_list_obstacle().empty()) {
         return COMMAND_FAILURE(part_list_failure(report));
+    }
+    if (report.condition.starts_with(COMPRESSING)) {
+        return COMMAND_FAILURE({FAILURE_CODE::INTERNAL, "no memory is left", "", {}, "", report});
     }
     return report.condition == FILE_CONDITION ? not_written : refused_table(csv_file, report);
 }

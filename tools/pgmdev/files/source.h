@@ -19,6 +19,10 @@ bool is_of_part_list(const PGMDEV_TABLE_FAULT& fault);
 /// What to say of such a part list.
 FAILURE part_list_failure(std::optional<MSG_INTERNAL_ERROR_REPORT> report = {});
 
+/// The failure of a source table, named by `argument`, that cannot be read; `obstacle` says why.
+COMMAND_FAILURE unreadable_table(const std::string& csv_file, const std::string& argument, const std::string& obstacle,
+                                 std::optional<MSG_INTERNAL_ERROR_REPORT> report);
+
 /// A source table that cannot be read throws COMMAND_FAILURE; `argument` has named it. Pipes and devices are left to the
 /// library.
 void require_readable_table(const std::string& csv_file, const std::string& argument);

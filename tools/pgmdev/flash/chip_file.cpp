@@ -3,38 +3,45 @@
 #include <fmt/core.h>
 
 #include <algorithm>
-#include <fstream>
 #include <iostream>
 #include <iterator>
 
+#include "file_reader.h"
 #include "fio.h"
 #include "gen.h"
+#include "terminal/input.h"
 
 namespace {
 
-constexpr std::streamsize MOST_FILE_BYTES = 1 << 20;
+constexpr std::size_t MOST_FILE_BYTES = std::size_t{1} << 20;
 constexpr std::string_view BYTE_ORDER_MARK = "\xEF\xBB\xBF";
 constexpr const char* ASSIGNMENT = "field = value";
 
-std::string text_of_stream(std::istream& stream) {
-    std::string text(static_cast<std::size_t>(MOST_FILE_BYTES), '\0');
-    stream.read(text.data(), MOST_FILE_BYTES);
-    text.resize(static_cast<std::size_t>(stream.gcount()));
+/// Standard input to its end, or one character more than a description has.
+std::string text_of_input() {
+    std::string text(MOST_FILE_BYTES + 1, '\0');
+    text.resize(
+        static_cast<std::size_t>(std::cin.rdbuf()->sgetn(text.data(), static_cast<std::streamsize>(text.size()))));
+    require_readable_input();
     return text;
 }
 
 std::string text_of_file(const std::string& file) {
+    std::string text;
+    bool is_read = false;
     if (file == "-") {
-        return text_of_stream(std::cin);
+        text = text_of_input();
+        is_read = text.size() <= MOST_FILE_BYTES;
+    } else {
+        is_read = read_whole_file(fio_get_unc_full_path(FIO_PATH(file).fullpath()), MOST_FILE_BYTES,
+                                  FILE_KINDS::STREAMS_TOO, text) == READ_RESULT::READ;
     }
-    std::ifstream stream(fio_get_unc_full_path(FIO_PATH(file).fullpath()), std::ios::binary);
-    std::string text = stream.is_open() ? text_of_stream(stream) : "";
-    if (!stream.is_open() || stream.bad() || (text.empty() && !stream.eof())) {
+    if (!is_read) {
         throw COMMAND_FAILURE({FAILURE_CODE::FILE_UNREADABLE,
                                "the description cannot be read",
                                file,
                                {},
-                               "name a text file that exists and that you may read",
+                               "name a text file of at most 1 MiB that you may read",
                                {}});
     }
     return text;

@@ -3,10 +3,10 @@
 #include <fmt/core.h>
 
 #include <algorithm>
-#include <fstream>
 #include <span>
 #include <vector>
 
+#include "file_reader.h"
 #include "files/container.h"
 #include "files/inspection.h"
 #include "files/origins.h"
@@ -110,13 +110,12 @@ std::vector<BYTE> read_whole(const std::string& path) {
     if (inspected.size == 0 || inspected.size > MOST_BYTES) {
         throw USAGE_ERROR(path + (inspected.size == 0 ? " is empty; params remove removes a block" : " is too large"));
     }
-    std::ifstream file(fio_get_unc_full_path(path), std::ios::binary);
-    std::vector<BYTE> bytes(inspected.size);
+    std::string text;
     forget_system_reason();
-    if (!file.read(reinterpret_cast<char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()))) {
+    if (read_whole_file(fio_get_unc_full_path(path), MOST_BYTES, FILE_KINDS::REGULAR, text) != READ_RESULT::READ) {
         throw unreadable(path, as_clause(system_reason()));
     }
-    return bytes;
+    return {text.begin(), text.end()};
 }
 
 void write_block(const ARGUMENTS& given, const COMMAND& command) {

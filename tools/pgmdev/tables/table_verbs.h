@@ -5,6 +5,7 @@
 
 #include <fmt/core.h>
 
+#include <optional>
 #include <span>
 #include <stdexcept>
 #include <string>
@@ -54,21 +55,41 @@ void compile_source(const std::string& csv_file, const OUTPUT_FILE& output) try 
     throw compile_failure(csv_file, KIND::NEEDS_PART_LIST, output, error.report());
 }
 
-/// Puts a compiled database and the text beside it in their places. All is written before anything is replaced, and
-/// whenever this is interrupted the text fits the database that is there.
-inline void replace_with_info(OUTPUT_FILE& database, const std::string& pcf_file, DATABASE_INFO info) {
+/// Gives the text beside a database that is in its place its lasting form. Where that cannot be done, the text tells of
+/// the one that was replaced, too: that is no failure, and fits the new one as well.
+inline void settle_info(OUTPUT_FILE& lasting) try { lasting.commit(); } catch (const COMMAND_FAILURE& failure) {
+    FAILURE told = failure.failure();
+    told.advice = "the database is in its place, and the text that is there fits it";
+    warn_of(told);
+}
+
+/// The digest of the database that is going to be replaced; "" where there is none. One that cannot be read is only replaced
+/// where the user insists: what became of the text beside it could not be told.
+inline std::string replaced_digest(const std::string& pcf_file, bool force) {
+    if (inspect_file(pcf_file, 0).missing) {
+        return "";
+    }
+    const auto bytes = force ? file_bytes(pcf_file) : std::optional(required_file_bytes(pcf_file));
+    return bytes ? sha256_of(*bytes) : "";
+}
+
+/// Puts a compiled database, the notes and the text beside it in their places. All is written before anything is replaced,
+/// and whenever this is interrupted the text fits the database that is there. The database comes last of what may fail: it
+/// is the old one unless this succeeds.
+inline void replace_with_companions(OUTPUT_FILE& database, NOTES_COPIES& notes, const std::string& pcf_file,
+                                    DATABASE_INFO info, bool force) {
     const auto write = [](OUTPUT_FILE& file, const std::string& text) {
         file.write(std::span(reinterpret_cast<const BYTE*>(text.data()), text.size()));
     };
     OUTPUT_FILE lasting(info_file_of(pcf_file));
     write(lasting, info_text(info));
-    const auto replaced = file_bytes(pcf_file);
-    info.replaces_sha256 = replaced ? sha256_of(*replaced) : "";
+    info.replaces_sha256 = replaced_digest(pcf_file, force);
     OUTPUT_FILE passing(info_file_of(pcf_file));
     write(passing, info_text(info));
     passing.commit();
+    notes.commit();
     database.commit();
-    lasting.commit();
+    settle_info(lasting);
 }
 
 /// Checks and compiles a source table, reads the result back, compares, and only then replaces the output.
@@ -76,6 +97,9 @@ template <class KIND>
 void compile_table(const ARGUMENTS& given, const COMMAND& command) {
     const std::string& csv_file = given.text("CSV");
     const std::string& pcf_file = given.text("PCF");
+    if (is_stream(csv_file)) {
+        throw unreadable_table(csv_file, "CSV", "it is read more than once, and this is no file", {});
+    }
     const auto source = file_bytes(csv_file);  // before the compiler reads it: a later change is another source
     const auto table = KIND::TABLE::from_source(csv_file);
     confirm_output(pcf_file, {csv_file}, KIND::DATABASE_FORMAT.name, KIND::DATABASE_FORMAT.magic, given.has("--force"));
@@ -102,16 +126,19 @@ void compile_table(const ARGUMENTS& given, const COMMAND& command) {
         throw refused_table(csv_file, {});
     }
     compile_source<KIND>(csv_file, output);
+    if (!source) {
+        throw unreadable_table(csv_file, "CSV", "it could only be read at times", {});
+    }
     const auto read_back = KIND::TABLE::from_database(output.temporary());
     if (read_back.records() != table.records() || read_back.payload_size() != table.payload_size()) {
         throw std::runtime_error("what was compiled from " + csv_file + " reads back differently");
     }
     const std::vector<BYTE> compiled = required_file_bytes(output.temporary().fullpath());
     NOTES_COPIES copies(KIND::notes_of(csv_file, pcf_file));
-    replace_with_info(output, pcf_file,
-                      database_info(pcf_file, compiled, csv_file, source.value_or(std::vector<BYTE>()),
-                                    table.records().size(), table.payload_size()));
-    copies.commit();
+    replace_with_companions(
+        output, copies, pcf_file,
+        database_info(pcf_file, compiled, csv_file, *source, table.records().size(), table.payload_size()),
+        given.has("--force"));
     if (command.json) {
         print_json(sizes_json(table));
     } else {

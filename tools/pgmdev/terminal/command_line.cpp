@@ -184,6 +184,18 @@ std::optional<std::size_t> ARGUMENTS::number(const std::string& name) const {
     return has(name) ? std::optional(m_values.at(name).number) : std::nullopt;
 }
 
+namespace {
+
+/// What is asked for instead of a verb; nothing when the arguments are wrong.
+std::optional<std::string> help_of(const CLI::App& app, const CLI::ParseError& error) {
+    std::ostringstream output;
+    std::ostringstream errors;
+    output.exceptions(std::ios::badbit);
+    return app.exit(error, output, errors) == 0 ? std::optional(output.str()) : std::nullopt;
+}
+
+}  // namespace
+
 bool run_command_line(const COMMAND_TABLE& table, const std::vector<std::string>& arguments, COMMAND& command) {
     CLI::App app(table.all.description, table.all.name);
     app.footer(table.notes + "Example: " + table.all.example);
@@ -198,12 +210,14 @@ bool run_command_line(const COMMAND_TABLE& table, const std::vector<std::string>
     } catch (const ANSWERED&) {
         return true;
     } catch (const CLI::ParseError& error) {
-        std::ostringstream output;
-        std::ostringstream errors;
-        if (app.exit(error, output, errors) != 0) {
+        const auto help = help_of(app, error);
+        if (!help) {
             throw wrong_arguments(table, arguments, error);
         }
-        fmt::print("{}", output.str());
+        if (help != help_of(app, error)) {  // the streams that put it together take a failing allocation for the end
+            throw std::bad_alloc();
+        }
+        fmt::print("{}", *help);
         return false;
     }
     return true;

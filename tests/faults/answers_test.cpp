@@ -1,0 +1,90 @@
+#include "faults/every_fault.h"
+#include "pgmdev/flash/source_fixture.h"
+#include "run.h"
+#include "support/captured_run.h"
+
+// Answers of the command on a system that fails: those that it gives otherwise, or it is said that something could not be read.
+
+namespace {
+
+using COMMAND_LINE = std::vector<std::string>;
+
+class AnswerFaults : public testing::TestWithParam<COMMAND_LINE> {
+protected:
+    static constexpr int FAILED = 3;
+
+    AnswerFaults() {
+        const std::string table = m_scratch.write("table.csv", flash_reference::table({flash_reference::data_row()}));
+        EXPECT_EQ(run_captured(
+                      [&] {
+                          return run_pgmdev({"flash", "compile", table, m_scratch.path("table.pcf")});
+                      },
+                      "")
+                      .exit_code,
+                  0);
+        for (const std::string& argument : GetParam()) {
+            m_arguments.push_back(argument.starts_with("table.") ? m_scratch.path(argument) : argument);
+        }
+    }
+
+    /// Runs the command with a fault that `arm` makes, behind the redirection of the streams.
+    template <class ARM>
+    PROCESS_RESULT run_with(const ARM& arm) {
+        return run_captured(
+            [&] {
+                const auto fault = arm();
+                int result = FAILED;
+                try {
+                    result = run_pgmdev(m_arguments);
+                } catch (const std::bad_alloc&) {  // the program itself says so, and makes this exit code of it
+                }
+                m_happened = fault->happened();
+                return result;
+            },
+            "");
+    }
+
+    /// Repeats the command with the first, second, ... fault, until there is none.
+    template <class ARM_NUMBER>
+    void expect_truth(const ARM_NUMBER& arm_number, std::size_t thinning) {
+        const PROCESS_RESULT whole = run_captured([this] { return run_pgmdev(m_arguments); }, "");
+        ASSERT_LT(whole.exit_code, FAILED) << whole.errors;
+        m_happened = true;
+        for (std::size_t number = 1; m_happened && !HasFailure(); number += 1 + number / thinning) {
+            const PROCESS_RESULT run = run_with([&] { return arm_number(number); });
+            const bool is_same = run.exit_code == whole.exit_code && run.output == whole.output;
+            const bool is_warned = run.exit_code == whole.exit_code && run.errors != whole.errors;
+            const bool is_told = (run.output + run.errors).find("cannot be read") != std::string::npos ||
+                                 run.output.find("unreadable") != std::string::npos;
+            EXPECT_TRUE(is_same || is_warned || is_told || run.exit_code == FAILED)
+                << number << ", exit code " << run.exit_code << "\n"
+                << run.errors << run.output;
+        }
+    }
+
+    SCRATCH m_scratch;
+    COMMAND_LINE m_arguments;
+    bool m_happened = false;
+};
+
+TEST_P(AnswerFaults, AreWholeOrSaidNotToBe) {
+    for (const int error : {EIO, EMFILE}) {
+        expect_truth([error](std::size_t number) { return std::make_unique<FAILING_CALL>(number, error); }, 1000);
+    }
+    expect_truth([](std::size_t number) { return std::make_unique<FAILING_ALLOCATION>(number); }, 8);
+    expect_truth([](std::size_t number) { return std::make_unique<FAILING_MALLOC>(number); }, 8);
+}
+
+INSTANTIATE_TEST_SUITE_P(Of, AnswerFaults,
+                         testing::Values(COMMAND_LINE{"doctor"}, COMMAND_LINE{"flash", "show", "W25Q64JV"},
+                                         COMMAND_LINE{"flash", "verify", "table.pcf", "table.csv"},
+                                         COMMAND_LINE{"flash", "define", "--like", "W25Q64JV", "--id", "857114",
+                                                      "device_name=MINE"},
+                                         COMMAND_LINE{"flash", "dump", "--csv", "table.pcf"},
+                                         COMMAND_LINE{"flash", "diff", "table.pcf", "table.csv"},
+                                         COMMAND_LINE{"flash", "check", "table.csv"},
+                                         COMMAND_LINE{"flash", "sfdp", TEST_SFDP_DIR "/AT25FF321A.sfdp"},
+                                         COMMAND_LINE{"profile", "list"}, COMMAND_LINE{"part", "info", "KES50C6"},
+                                         COMMAND_LINE{"hps", "spi"}, COMMAND_LINE{"params", "list"}));
+
+}  // namespace

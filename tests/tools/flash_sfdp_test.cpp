@@ -189,6 +189,13 @@ TEST(flash_sfdp, WhatIsNoDumpIsSaid) {
                    {"it is far larger than any SFDP area"});
 }
 
+#if defined(__linux__)
+TEST(flash_sfdp, AFileOfTheKernelHoldsMoreThanItTells) {
+    expect_failure(run_command({"flash", "sfdp", "/proc/sys/kernel/ostype"}), INTERNAL_ERROR,
+                   {"byte 00h, signature: found 4C 69 6E 75, expected 53 46 44 50"});
+}
+#endif
+
 TEST(flash_identify_sfdp, ShowsRecordAndChipSideBySide) {
     const JSON device = identified("MT25QU256A", "20BB19104400");
     EXPECT_EQ(device.at("device_name"), "MT25QU256A");

@@ -155,6 +155,34 @@ TEST(flash_identify_system, DirectoryThatIsNoneIsSaid) {
                    {"expected at most one directory"});
 }
 
+#if defined(__linux__)
+/// What a flash says whose jedec_id is a link to another file.
+JSON system_with_link_to(const std::string& file) {
+    const SYSTEM_ROOT root;
+    root.add("spi0.0", "spi-nor/manufacturer", "winbond\n");
+    std::filesystem::create_symlink(file, root.path(SPI_DEVICES + "spi0.0/spi-nor/jedec_id"));
+    return root.identified(NOT_FOUND).at("devices").at(0).at("system");
+}
+
+TEST(flash_identify_system, FilesOfTheKernelHoldLessOrMoreThanTheyTell) {
+    const std::string ostype = "/proc/sys/kernel/ostype";
+    ASSERT_EQ(std::filesystem::file_size(ostype), 0U);
+    const JSON of_size_0 = system_with_link_to(ostype);
+    EXPECT_EQ(of_size_0.at("jedec_id"), "Linux");
+    EXPECT_EQ(of_size_0.at("problems"),
+              JSON::array({"jedec_id is no identification: \"Linux\" is not an identification "
+                           "response: expected pairs of hexadecimal digits"}));
+    const std::string address = "/sys/class/net/lo/address";
+    if (!std::filesystem::exists(address)) {
+        GTEST_SKIP() << address << " is not there";
+    }
+    ASSERT_EQ(std::filesystem::file_size(address), 4096U);
+    const JSON of_size_4096 = system_with_link_to(address);
+    EXPECT_EQ(of_size_4096.at("jedec_id"), "00:00:00:00:00:00");
+    EXPECT_EQ(of_size_4096.at("problems"), JSON::array());
+}
+#endif
+
 #if defined(_WIN32)
 TEST(flash_identify_system, NeedsLinux) {
     expect_failure(run_command({"flash", "identify", "--system"}), WRONG_USAGE, {"--system needs Linux"});

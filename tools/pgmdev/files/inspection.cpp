@@ -1,6 +1,7 @@
 #include "files/inspection.h"
 
 #include <algorithm>
+#include <array>
 #include <filesystem>
 #include <span>
 
@@ -10,6 +11,30 @@
 std::string as_clause(const std::string& reason) {
     return reason.empty() ? "the system refuses it and gives no reason" : "the system says \"" + reason + "\"";
 }
+
+namespace {
+
+/// Reads the file as far as so many of its bytes; false when the system refuses that. The end of the file is where no more
+/// comes: files of the kernel say that they have one page, or nothing.
+bool read_beginning(const FILE_READER& reader, std::size_t bytes, INSPECTED_FILE& file) {
+    std::array<char, std::size_t{1} << 14> piece{};  // no memory is taken for more than there is
+    file.size = reader.size();
+    while (file.beginning.size() < bytes) {
+        std::size_t count = 0;
+        if (!reader.read_some(std::span(piece).first(std::min(piece.size(), bytes - file.beginning.size())), count)) {
+            return false;
+        }
+        file.beginning.append(piece.data(), count);
+        if (count == 0) {
+            file.size = file.beginning.size();
+            return true;
+        }
+    }
+    file.size = std::max<QWORD>(file.size, file.beginning.size());
+    return true;
+}
+
+}  // namespace
 
 INSPECTED_FILE inspect_file(const std::string& path, std::size_t bytes) {
     INSPECTED_FILE file;
@@ -29,10 +54,7 @@ INSPECTED_FILE inspect_file(const std::string& path, std::size_t bytes) {
         file.obstacle = "it is no regular file";
     } else {
         const FILE_READER reader(native);
-        file.size = reader.size();
-        file.beginning.resize(static_cast<std::size_t>(std::min<QWORD>(bytes, file.size)));
-        const std::span place(reinterpret_cast<unsigned char*>(file.beginning.data()), file.beginning.size());
-        if (!reader.is_open() || !reader.read_at(0, place)) {
+        if (!reader.is_open() || !read_beginning(reader, bytes, file)) {
             file.obstacle = as_clause(system_reason());
             file.size = 0;
             file.beginning.clear();

@@ -42,6 +42,22 @@ TEST(command_posix, CompileFollowsALink) {
     EXPECT_EQ(scratch.file_count(), 3U);  // the table, what the link names, and what tells of it
 }
 
+TEST(command_posix, AnInputThatTheSystemDoesNotFindIsNamed) {
+    const SCRATCH scratch;
+    const std::string database = scratch.write("out.pcf", flash_reference::MAGIC);
+    const std::string circle = scratch.path("circle.csv");
+    fs::create_symlink("circle.csv", circle);
+    for (const auto& [table, reason] : {std::pair(circle, ELOOP), std::pair(std::string(300, 'x'), ENAMETOOLONG)}) {
+        const std::string message = "the source table cannot be read, since the system says \"" +
+                                    std::generic_category().message(reason) + "\"";
+        const JSON error = json_failure(run_command({"--json", "flash", "compile", "--force", table, database}),
+                                        INTERNAL_ERROR, "source_table_unreadable");
+        EXPECT_EQ(error.at("message"), message);
+        EXPECT_EQ(error.at("path"), table);
+    }
+    EXPECT_EQ(read_file(database), flash_reference::MAGIC);
+}
+
 TEST(command_posix, CompileIntoADevice) {
     const SCRATCH scratch;
     const std::string csv = scratch.write("table.csv", FLASH_SOURCE().row().text());

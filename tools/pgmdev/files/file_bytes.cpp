@@ -11,7 +11,6 @@
 #include "fio.h"
 #include "gen.h"
 #include "pgm_common.h"
-#include "terminal/failure.h"
 #include "utf8_path.h"
 
 namespace {
@@ -34,18 +33,21 @@ std::optional<std::string> file_text(const std::string& path, FILE_KINDS kinds) 
 std::string required_text(const std::string& path, FILE_KINDS kinds) {
     auto text = file_text(path, kinds);
     if (!text) {
-        const std::string obstacle = inspect_file(path, 0).obstacle;
-        throw COMMAND_FAILURE({FAILURE_CODE::FILE_UNREADABLE,
-                               fmt::format("the file cannot be read{}", obstacle.empty() ? "" : ", since " + obstacle),
-                               path,
-                               {},
-                               "name a file that exists and that you may read",
-                               {}});
+        throw unreadable_file(path, inspect_file(path, 0).obstacle);
     }
     return std::move(*text);
 }
 
 }  // namespace
+
+COMMAND_FAILURE unreadable_file(const std::string& path, const std::string& obstacle) {
+    return COMMAND_FAILURE({FAILURE_CODE::FILE_UNREADABLE,
+                            fmt::format("the file cannot be read{}", obstacle.empty() ? "" : ", since " + obstacle),
+                            path,
+                            {},
+                            "name a file that exists and that you may read",
+                            {}});
+}
 
 std::optional<std::vector<BYTE>> file_bytes(const std::string& path) {
     const auto text = file_text(path, FILE_KINDS::REGULAR);

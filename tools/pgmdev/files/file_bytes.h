@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "pgmdev_types.h"
+#include "terminal/failure.h"
 
 /// The bytes of a file, not of a pipe or device; nothing when it cannot be read to its end, or is larger than any table or
 /// database is.
@@ -19,6 +20,9 @@ std::vector<BYTE> required_file_bytes(const std::string& path);
 
 /// The text of a file, pipe or device, likewise.
 std::string required_file_text(const std::string& path);
+
+/// The failure of a file that cannot be read; `obstacle` is a clause that says why, or "".
+COMMAND_FAILURE unreadable_file(const std::string& path, const std::string& obstacle);
 
 /// Whether the file begins like a packed database, of whichever kind. One that cannot be read is taken for one by its name.
 bool is_packed_database(const std::string& path);

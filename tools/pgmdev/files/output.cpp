@@ -35,7 +35,7 @@ std::string obstacle(const std::string& path, std::string reason) {
 }  // namespace
 
 void confirm_output(const std::string& path, const std::vector<std::string>& inputs, const std::string& kind,
-                    std::string_view beginning, bool force) {
+                    std::string_view beginning, bool force, const UNREADABLE_INPUT& unreadable) {
     forget_system_reason();
     std::error_code error;
     const fs::file_type type = fs::status(fio_get_unc_full_path(path), error).type();
@@ -46,8 +46,16 @@ void confirm_output(const std::string& path, const std::vector<std::string>& inp
         return;
     }
     for (const std::string& input : inputs) {
+        const fs::path native = fio_get_unc_full_path(input);
+        const fs::file_type input_type = fs::status(native, error).type();
+        if (input_type == fs::file_type::not_found) {
+            continue;
+        }
+        if (input_type == fs::file_type::none) {  // it may be what would be replaced
+            throw unreadable(input, as_clause(error.message()));
+        }
         forget_system_reason();
-        const bool is_input = fs::equivalent(fio_get_unc_full_path(path), fio_get_unc_full_path(input), error);
+        const bool is_input = fs::equivalent(fio_get_unc_full_path(path), native, error);
         if (error) {
             throw output_failure(path, {}, {});
         }

@@ -102,7 +102,10 @@ void compile_table(const ARGUMENTS& given, const COMMAND& command) {
     }
     const auto source = file_bytes(csv_file);  // before the compiler reads it: a later change is another source
     const auto table = KIND::TABLE::from_source(csv_file);
-    confirm_output(pcf_file, {csv_file}, KIND::DATABASE_FORMAT.name, KIND::DATABASE_FORMAT.magic, given.has("--force"));
+    confirm_output(pcf_file, {csv_file}, KIND::DATABASE_FORMAT.name, KIND::DATABASE_FORMAT.magic, given.has("--force"),
+                   [](const std::string& input, const std::string& obstacle) {
+                       return unreadable_table(input, "CSV", obstacle, {});
+                   });
     OUTPUT_FILE output(pcf_file);
     if (table.has_faults()) {
         print_faults(table.faults(), csv_file, KIND::TABLE::describe);

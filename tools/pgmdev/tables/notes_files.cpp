@@ -1,6 +1,8 @@
 #include "tables/notes_files.h"
 
 #include <algorithm>
+#include <exception>
+#include <filesystem>
 #include <utility>
 
 #include "files/file_bytes.h"
@@ -43,10 +45,13 @@ JSON notes_schema() {
     return array_schema(object_schema({{"file", text_schema()}, {"faults", array_schema(fault_schema(NOTE_KEY))}}));
 }
 
+NOTES_COPIES::COPY::COPY(const std::string& place)
+    : output(place), path(place), was_missing(inspect_file(place, 0).missing), former(file_bytes(place)) {}
+
 NOTES_COPIES::NOTES_COPIES(const std::vector<NOTES_COPY>& files) {
     for (const NOTES_COPY& file : files) {
         if (!inspect_file(file.source, 0).missing) {  // one that cannot be read ends the command
-            m_outputs.emplace_back(file.copy).write(required_file_bytes(file.source));
+            m_copies.emplace_back(file.copy).output.write(required_file_bytes(file.source));
         } else if (FIO_FILE_SYSTEM::exists(file.copy.c_str())) {
             m_left.push_back(file.copy);
         }
@@ -54,11 +59,34 @@ NOTES_COPIES::NOTES_COPIES(const std::vector<NOTES_COPY>& files) {
 }
 
 void NOTES_COPIES::commit() {
-    for (OUTPUT_FILE& output : m_outputs) {
-        output.commit();
+    for (COPY& copy : m_copies) {
+        copy.output.commit();
+        copy.is_in_place = true;
     }
     for (const std::string& left : m_left) {
         print_error("pgmdev: {} is not of this table, which has no such notes; remove it unless it is yours\n",
                     printable(left));
+    }
+}
+
+void NOTES_COPIES::COPY::put_back() const {
+    if (was_missing) {
+        std::filesystem::remove(fio_get_unc_full_path(path));
+        return;
+    }
+    OUTPUT_FILE replacement(path);
+    replacement.write(former.value());
+    replacement.commit();
+}
+
+void NOTES_COPIES::restore() noexcept {
+    for (const COPY& copy : m_copies) {
+        try {
+            if (copy.is_in_place) {
+                copy.put_back();
+            }
+        } catch (const std::exception&) {
+            warn_without_memory("notes of the new table stand beside the old database: compile again");
+        }
     }
 }

@@ -4,6 +4,7 @@
 /// The notes beside a source table: checked and compiled with it, so that table and notes travel together.
 
 #include <deque>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -40,7 +41,21 @@ public:
     explicit NOTES_COPIES(const std::vector<NOTES_COPY>& files);
     void commit();
 
+    /// Puts back what has been beside the database, which has stayed the old one; a warning tells where that cannot be done.
+    void restore() noexcept;
+
 private:
-    std::deque<OUTPUT_FILE> m_outputs;  // whose elements stay where they are
-    std::vector<std::string> m_left;    ///< beside the database, and none beside the table
+    struct COPY {
+        explicit COPY(const std::string& place);
+        void put_back() const;
+
+        OUTPUT_FILE output;
+        std::string path;
+        bool was_missing;
+        std::optional<std::vector<BYTE>> former;  ///< nothing: it was missing, or could not be read
+        bool is_in_place = false;
+    };
+
+    std::deque<COPY> m_copies;        // whose elements stay where they are
+    std::vector<std::string> m_left;  ///< beside the database, and none beside the table
 };

@@ -57,10 +57,16 @@ void compile_source(const std::string& csv_file, const OUTPUT_FILE& output) try 
 
 /// Gives the text beside a database that is in its place its lasting form. Where that cannot be done, the text tells of
 /// the one that was replaced, too: that is no failure, and fits the new one as well.
-inline void settle_info(OUTPUT_FILE& lasting) try { lasting.commit(); } catch (const COMMAND_FAILURE& failure) {
-    FAILURE told = failure.failure();
-    told.advice = "the database is in its place, and the text that is there fits it";
-    warn_of(told);
+inline void settle_info(OUTPUT_FILE& lasting) noexcept try {
+    try {
+        lasting.commit();
+    } catch (const COMMAND_FAILURE& failure) {
+        FAILURE told = failure.failure();
+        told.advice = "the database is in its place, and the text that is there fits it";
+        warn_of(told);
+    }
+} catch (const std::exception&) {
+    warn_without_memory("the database is in its place, and the text beside it, which could not be replaced, fits it");
 }
 
 /// The digest of the database that is going to be replaced; "" where there is none. One that cannot be read is only replaced
@@ -87,8 +93,13 @@ inline void replace_with_companions(OUTPUT_FILE& database, NOTES_COPIES& notes, 
     OUTPUT_FILE passing(info_file_of(pcf_file));
     write(passing, info_text(info));
     passing.commit();
-    notes.commit();
-    database.commit();
+    try {
+        notes.commit();
+        database.commit();
+    } catch (...) {
+        notes.restore();
+        throw;
+    }
     settle_info(lasting);
 }
 

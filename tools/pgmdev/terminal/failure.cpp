@@ -3,6 +3,7 @@
 #include <fmt/core.h>
 
 #include <array>
+#include <cstdio>
 
 #include "terminal/printable.h"
 #include "terminal/quiet.h"
@@ -116,6 +117,14 @@ std::string failure_text(const FAILURE& failure) {
 void warn_of(const FAILURE& failure) {
     if (!is_quiet()) {
         print_error("pgmdev: warning: {}\n", printable(failure_text(failure)));
+    }
+}
+
+void warn_without_memory(const char* text) noexcept {
+    if (!is_quiet()) {
+        for (const char* part : {"pgmdev: warning: ", text, "\n"}) {
+            std::fputs(part, stderr);
+        }
     }
 }
 

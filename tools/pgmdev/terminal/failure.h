@@ -91,6 +91,9 @@ std::string failure_text(const FAILURE& failure);
 /// Tells on standard error of what goes wrong without ending the command, unless warnings are left out.
 void warn_of(const FAILURE& failure);
 
+/// The same by a text that needs no memory.
+void warn_without_memory(const char* text) noexcept;
+
 /// Tells a failure on standard error and, when answers are in JSON, as a document of one line on standard output:
 /// {"error": failure_json}.
 void tell_failure(const FAILURE& failure, bool json);

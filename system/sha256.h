@@ -1,8 +1,8 @@
 #pragma once
 
 /// \file
-/// SHA-256, of the host and of the generator. The host's own service cannot be the generator's: the host is built of what
-/// that makes.
+/// SHA-256, of the host and of the generator. The generator cannot call the host: the host is built from the sources that
+/// the generator writes.
 
 #include <array>
 #include <cstdint>

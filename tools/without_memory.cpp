@@ -30,8 +30,8 @@ void be_ready() {
     std::set_new_handler(end_without_memory);
 }
 
-// Before anything else is made ready: on Linux before the libraries of the program, too. Windows makes these ready before
-// it looks at what is in the program.
+// Before anything else is made ready: on Linux before the libraries of the program, too. Windows makes the libraries ready
+// before the first function of the program runs.
 #if defined(_WIN32)
 [[gnu::constructor(101)]] void be_ready_first() {
     be_ready();

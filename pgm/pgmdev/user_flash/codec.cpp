@@ -17,6 +17,8 @@ constexpr const char* COMPRESSION_FAILURE = "Fail to generate INI because of com
 constexpr const char* INVALID_DECODING = "Invalid INI decoding\n";
 constexpr const char* DECOMPRESSION_FAILURE = "Fail to generate INI because of decompression failure\n";
 
+constexpr int NO_MEMORY_FOR_ZLIB = -4;  ///< Z_MEM_ERROR
+
 constexpr unsigned SYMBOL_BITS = 6;
 constexpr unsigned BYTE_BITS = 8;
 constexpr QWORD COMPRESSED_LIMIT = 2;     ///< compressed size, in sizes of the text
@@ -85,8 +87,9 @@ USER_FLASH_CODING encode_user_flash(std::string_view text) {
     }
     std::vector<BYTE> packed(capacity);
     auto packed_size = static_cast<DWORD>(capacity);
-    if (zlib_compress(packed.data(), &packed_size, bytes_of(text), static_cast<DWORD>(text.size())) != ZLIB_OK) {
-        return {{}, COMPRESSION_FAILURE};
+    const int result = zlib_compress(packed.data(), &packed_size, bytes_of(text), static_cast<DWORD>(text.size()));
+    if (result != ZLIB_OK) {
+        return {{}, COMPRESSION_FAILURE, result == NO_MEMORY_FOR_ZLIB};
     }
     const QWORD encoded_size = divide_up(QWORD{packed_size} * BYTE_BITS, SYMBOL_BITS);
     std::string encoded;
@@ -138,8 +141,9 @@ USER_FLASH_CODING decode_user_flash(std::string_view encoded) {
     // Left uninitialised: only what zlib produces is read, and what it does not touch costs no memory.
     const auto text = std::make_unique_for_overwrite<BYTE[]>(capacity);
     auto text_size = static_cast<DWORD>(capacity);
-    if (zlib_uncompress(text.get(), &text_size, packed.data(), static_cast<DWORD>(decoded_size)) != ZLIB_OK) {
-        return {{}, DECOMPRESSION_FAILURE};
+    const int result = zlib_uncompress(text.get(), &text_size, packed.data(), static_cast<DWORD>(decoded_size));
+    if (result != ZLIB_OK) {
+        return {{}, DECOMPRESSION_FAILURE, result == NO_MEMORY_FOR_ZLIB};
     }
     const std::string_view produced(reinterpret_cast<const char*>(text.get()), text_size);
     return {std::string(produced.substr(0, produced.find('\0')))};

@@ -21,6 +21,7 @@ inline constexpr std::size_t USER_FLASH_PASSWORD_SIZE = 16;
 struct USER_FLASH_CODING {
     std::string text;
     const char* failure = nullptr;
+    bool lacks_memory = false;  ///< the failure is only that zlib has had none
 };
 
 /// The printable form. It fails when the compressed text is longer than twice the text, as it is for the shortest ones.

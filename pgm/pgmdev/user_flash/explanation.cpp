@@ -1,6 +1,7 @@
 #include "pgmdev_user_flash.h"
 
 #include <algorithm>
+#include <new>
 
 #include "user_flash/dialogue.h"
 #include "user_flash/examination.h"
@@ -134,5 +135,9 @@ std::string PGMDEV_USER_FLASH::encode(std::span<const PGMDEV_SFL_FLASH_INFO> fla
         }
         text += sealed_user_flash(user_flash_body(flash));
     }
-    return encode_checked_user_flash(text).text;
+    const USER_FLASH_CODING encoded = encode_checked_user_flash(text);
+    if (encoded.lacks_memory) {  // of which "" would say that no text holds these flash devices
+        throw std::bad_alloc();
+    }
+    return encoded.text;
 }

@@ -13,7 +13,7 @@ USER_FLASH_CODING encode_checked_user_flash(const std::string& text) {
     }
     const USER_FLASH_CODING decoded = decode_user_flash(encoded.text);
     if (decoded.failure != nullptr) {
-        return {{}, decoded.failure};
+        return {{}, decoded.failure, decoded.lacks_memory};
     }
     if (decoded.text != text) {
         return {{}, "Fail to generate INI because fail to counter-check cmp-encode-decode-decmp\n"};

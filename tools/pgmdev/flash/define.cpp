@@ -70,10 +70,7 @@ JSON chip_json(const USER_CHIP& chip) {
 
 /// Gives the text of the chips.
 void give_chips(const std::vector<USER_CHIP>& chips, const ARGUMENTS& given, const COMMAND& command) {
-    std::string encoded = encoded_chips(chips);
-    if (encoded.empty()) {  // compressing may have lacked memory, which is told no other way
-        encoded = encoded_chips(chips);
-    }
+    const std::string encoded = encoded_chips(chips);
     if (encoded.empty()) {
         throw USAGE_ERROR("these flash devices together are too much, or too much alike, for one text");
     }

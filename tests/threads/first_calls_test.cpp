@@ -29,8 +29,8 @@
 #include "support/settings.h"
 #include "support/start_line.h"
 
-// Eight threads that are the first to ask, all at once: each gets what a single one would. A program of its own, in which
-// nothing has been asked before.
+// Eight threads that are the first to ask, all at once: each gets what a single one would. A program of its own, for each test
+// of which a process is started where that takes little or the thread sanitizer watches.
 
 namespace {
 

@@ -89,10 +89,14 @@ const std::string& databases() {
     return directory;
 }
 
+bool ends_with(const std::string& path, const char* ending) {
+    return std::filesystem::path(path).generic_string().ends_with(ending);
+}
+
 constexpr std::array CALLS{
-    FIRST_CALL{"Installation", [] { return text_of(gen_get_tessary_path().ends_with("/share/tessary")); }, "true"},
+    FIRST_CALL{"Installation", [] { return text_of(ends_with(gen_get_tessary_path(), "share/tessary")); }, "true"},
     FIRST_CALL{"DeviceDatabases",
-               [] { return text_of(gen_get_device_db_fullpath().ends_with("/share/tessary/devices")); }, "true"},
+               [] { return text_of(ends_with(gen_get_device_db_fullpath(), "share/tessary/devices")); }, "true"},
     FIRST_CALL{"Module", [] { return text_of(gen_get_module_path().empty()); }, "false"},
     FIRST_CALL{"Version", [] { return PGMDEV_VERSION::library(); }, "1.0.0"},
     FIRST_CALL{"Digest",

@@ -10,7 +10,8 @@
 #include "pgmdev_hps_spi_mgr.h"
 
 // Hard processor systems and their boot flash. The lists live until they are read anew, which must not happen while
-// somebody reads them: the interpreter's lock is kept.
+// somebody reads them: the interpreter's lock is kept, and nothing of Python's is made meanwhile, for that may collect
+// garbage, whose finalizers may do anything.
 
 namespace {
 
@@ -49,11 +50,17 @@ py::dict kind_values(const KIND& kind) {
 }
 
 /// All entries, and how many of them are the user's own.
-template <class MANAGER, class MEMBERS>
-py::tuple entries(const MEMBERS& members) {
-    const auto& manager = *MANAGER::get_mgr();
-    const auto values = list_of(manager.get_list(), [&](const auto* entry) { return values_of(*entry, members); });
-    return py::make_tuple(values, manager.get_user_list().size());
+template <class MANAGER, class RECORD, std::size_t COUNT>
+py::tuple entries(const std::array<PGMDEV_HPS_MEMBER<RECORD>, COUNT>& members) {
+    const MANAGER& manager = *MANAGER::get_mgr();
+    const std::size_t user_count = manager.get_user_list().size();
+    std::vector<RECORD> records;
+    records.reserve(manager.get_list().size());
+    for (const RECORD* record : manager.get_list()) {
+        records.push_back(*record);
+    }
+    const auto values = list_of(records, [&members](const RECORD& record) { return values_of(record, members); });
+    return py::make_tuple(values, user_count);
 }
 
 template <class RECORD, class MEMBERS>

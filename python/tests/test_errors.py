@@ -87,6 +87,26 @@ def test_numbers_are_no_bytes(module_dir: pathlib.Path) -> None:
         assert flash.identify(response) == flash.identify("EF4017")
 
 
+def test_nothing_that_counts_is_bytes(module_dir: pathlib.Path) -> None:
+    """bytes() takes whatever can be an index for a count."""
+    numpy = pytest.importorskip("numpy")
+
+    class Number:
+        def __index__(self) -> int:
+            return 3
+
+    counting: list[Any] = [True, pgmdev.params.Type.BYTE, Number(), numpy.uint8(3), numpy.array(3)]
+    for number in counting:
+        with pytest.raises(TypeError, match="bytes are expected, not the number"):
+            flash.identify(number)
+        with pytest.raises(TypeError, match="bytes are expected, not the number"):
+            pgmdev.params.write(pgmdev.params.Block.SFL_FLASH, number)
+    assert list(module_dir.iterdir()) == []
+    response = numpy.array([0xEF, 0x40, 0x17], numpy.uint8)
+    assert flash.identify(response) == flash.identify("EF4017")
+    assert flash.identify(response[:1]) == flash.identify("EF")
+
+
 @pytest.mark.parametrize("number", [-1, 1 << 31, 1 << 32, 1 << 64, 1 << 100])
 def test_numbers_that_stand_for_nothing(number: int) -> None:
     assert parts.opn(number) is None

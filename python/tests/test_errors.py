@@ -238,6 +238,31 @@ def test_a_failing_listener_stops_nothing(monkeypatch: pytest.MonkeyPatch, tmp_p
     assert unraisable
 
 
+def test_a_message_that_finds_no_memory_stops_nothing(monkeypatch: pytest.MonkeyPatch, tmp_path: pathlib.Path) -> None:
+    """The interpreter's error does not take the place of what the library reports."""
+    memory = pytest.importorskip("_testcapi")
+    monkeypatch.setattr(sys, "unraisablehook", lambda unraisable: None)
+    table = tmp_path / "table.csv"
+    table.write_text("rubbish")
+    csv, pcf = os.fsencode(table), os.fsencode(tmp_path / "out.pcf")
+
+    def listener(level: int, text: str) -> None:
+        pass
+
+    pgmdev._pgmdev.listen(listener)
+    references = sys.getrefcount(listener)
+    try:
+        with pytest.raises(pgmdev.InternalError):
+            memory.set_nomemory(0, 1)  # the first that is taken, which is for the text
+            try:
+                pgmdev._pgmdev.compile_flash(csv, pcf)
+            finally:
+                memory.remove_mem_hooks()
+        assert sys.getrefcount(listener) == references
+    finally:
+        pgmdev._pgmdev.listen(pgmdev._tell)
+
+
 def test_settings(tmp_path: pathlib.Path) -> None:
     assert set(pgmdev.settings.directories()) == {"install_dir", "db_dir", "module_dir"}
     first = flash.load()

@@ -132,7 +132,7 @@ def test_nothing_is_lost(module_dir: pathlib.Path) -> None:
 @pytest.mark.parametrize("anew", [hps.reload, lambda: pgmdev.configure(settings={})])
 def test_the_lists_may_be_read_anew_while_they_are_asked_for(anew: Callable[[], None]) -> None:
     """As a finalizer does it that runs when objects are made of the lists."""
-    expected = hps.spi(), hps.nand()
+    expected = [hps._values(each) for each in hps.spi()], [hps._values(each) for each in hps.nand()]
     threshold = gc.get_threshold()
     runs: list[str] = []
 
@@ -148,8 +148,7 @@ def test_the_lists_may_be_read_anew_while_they_are_asked_for(anew: Callable[[], 
         gc.set_threshold(*threshold)
         gc.callbacks.remove(collected)
     assert runs
-    values = [tuple([hps._values(each) for each in flashes] for flashes in expected)] * 3
-    assert [(spi, nand) for (spi, _), (nand, _) in asked] == values
+    assert [(spi, nand) for (spi, _), (nand, _) in asked] == [expected] * 3
 
 
 def test_the_current_kind() -> None:

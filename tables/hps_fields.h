@@ -12,9 +12,23 @@ inline constexpr std::uint32_t NO_LIMIT = 0xFFFFFFFF;
 
 struct FIELD_CHECK {
     std::string_view name;
-    bool power_of_two;
-    std::uint32_t lowest;
-    std::uint32_t highest;  ///< NO_LIMIT: what the type holds
+    bool power_of_two = false;
+    std::uint32_t lowest = 0;
+    std::uint32_t highest = NO_LIMIT;  ///< NO_LIMIT: what the type holds
+
+    /// The highest value of a field of so many bytes.
+    constexpr std::uint64_t highest_of(std::size_t bytes) const {
+        return highest != NO_LIMIT ? highest : ~std::uint64_t{0} >> (64 - 8 * bytes);
+    }
+
+    /// Whether a field of so many bytes may have that value, its shape aside.
+    constexpr bool has_in_range(std::uint64_t number, std::size_t bytes) const {
+        return number >= lowest && number <= highest_of(bytes);
+    }
+
+    constexpr bool has_the_shape_of(std::uint64_t number) const {
+        return !power_of_two || std::has_single_bit(number);
+    }
 };
 
 inline constexpr std::array HPS_NAND_CHECKS{

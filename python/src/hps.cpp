@@ -1,6 +1,4 @@
-#include <algorithm>
 #include <array>
-#include <bit>
 
 #include "bindings.h"
 #include "hps_fields.h"
@@ -69,12 +67,15 @@ RECORD entry_of(py::handle values, const MEMBERS& members) {
 }
 
 /// What a number must be that this one is not; "" when nothing is wrong with it.
-std::string number_fault(const FIELD_CHECK& check, QWORD number) {
-    if (check.power_of_two && !std::has_single_bit(number)) {
-        return "a power of two";
-    }
-    if (number < check.lowest || (check.highest != NO_LIMIT && number > check.highest)) {
-        return "from " + std::to_string(check.lowest) + " to " + std::to_string(check.highest);
+template <class VALUE>
+std::string number_fault(const FIELD_CHECK& check, VALUE number) {
+    switch (check.fault_of(number, sizeof number)) {
+        case FIELD_CHECK::FAULT::NONE:
+            break;
+        case FIELD_CHECK::FAULT::OUT_OF_RANGE:
+            return "from " + std::to_string(check.lowest) + " to " + std::to_string(check.highest_of(sizeof number));
+        case FIELD_CHECK::FAULT::NO_POWER_OF_TWO:
+            return "a power of two";
     }
     return "";
 }
@@ -89,10 +90,7 @@ std::string entry_fault(const py::tuple& values, const MEMBERS& members, const C
                 if constexpr (std::is_same_v<VALUE, std::string>) {
                     return (record.*field).find('\0') == std::string::npos ? "" : "a text without zero bytes";
                 } else {
-                    const auto check = std::find_if(checks.begin(), checks.end(), [&member](const FIELD_CHECK& each) {
-                        return each.name == member.name;
-                    });
-                    return check != checks.end() ? number_fault(*check, record.*field) : "";
+                    return number_fault(field_check(checks, member.name), record.*field);
                 }
             },
             member.field);

@@ -43,10 +43,12 @@ HOST_EXPORT DEV_FAMILY_ENUM dstr_get_dev_family_enum_by_string(const char* name)
 HOST_EXPORT DEV_DEVICE_ENUM dstr_get_dev_device_enum_by_string(const char* name);
 HOST_EXPORT int dstr_get_dev_part_enum_by_string(const char* name);
 
-/// Whether the names of all parts, from number 1 up to the generic one, are known to be those of a list with that digest
-/// (NAME_LIST_DIGEST): without asking for every one. Nothing is known where a dstr_get_user_string of another library is
-/// found before the one of this library.
-HOST_EXPORT bool dstr_are_part_names(std::uint64_t first, std::uint64_t second);
+#if !defined(PGMHOST_HAS_THE_LEAST)
+/// Whether the names that `name_of_part` gives to all parts, from number 1 up to the generic one, are known to be those of a
+/// list with that digest, which the device data brings: without asking for every one. `name_of_part` is the
+/// dstr_get_user_string of the caller; nothing is known of one that is not in this library, but in a program in front of it.
+HOST_EXPORT bool dstr_are_part_names(std::string (*name_of_part)(int), std::uint64_t first, std::uint64_t second);
+#endif
 
 /// Whether the number is that of a family (1 to 72) or device (1 to 990) of the catalog.
 HOST_EXPORT bool dstr_is_valid_dev_family_enum(DEV_FAMILY_ENUM family);

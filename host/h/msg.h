@@ -60,8 +60,10 @@ public:
 /// configuration value "TESSARY_DEBUG_LEVEL" (0 when unset: silence) go to standard error, a line each.
 HOST_EXPORT void msg_local_vdebug(const char* logger, int level, const char* format, ...) HOST_PRINTF_LIKE(3, 4);
 
+#if !defined(PGMHOST_HAS_THE_LEAST)
 /// Whether such a message goes anywhere: for what takes time to find out only to be said there.
 HOST_EXPORT bool msg_is_debug_on(const char* logger, int level);
+#endif
 
 /// Receives every debug message, whatever its level, instead of standard error.
 using MSG_DEBUG_SINK = std::function<void(const std::string& logger, int level, const std::string& text)>;

@@ -43,9 +43,7 @@ int dstr_get_dev_part_enum_by_string(const char* name) {
     return number_by_name(DSTR_TABLES.parts, name);
 }
 
-bool dstr_are_part_names(std::uint64_t first, std::uint64_t second) {
-    // A program may put a service of its own in front of this library, which then gives other names.
-    std::string (*const name_of_part)(int) = dstr_get_user_string;
+bool dstr_are_part_names(std::string (*name_of_part)(int), std::uint64_t first, std::uint64_t second) {
     return DSTR_TABLES.part_names == NAME_LIST_DIGEST{first, second} &&
            is_in_host_library(reinterpret_cast<const void*>(name_of_part));
 }

@@ -85,7 +85,7 @@ TEST(DeviceStrings, NameEveryPartDifferently) {
 
 TEST(DeviceStrings, KnowWhetherTheNamesOfAllPartsAreThoseOfAList) {
     const auto are_part_names = [](const NAME_LIST_DIGEST& digest) {
-        return dstr_are_part_names(digest.first, digest.second);
+        return dstr_are_part_names(dstr_get_user_string, digest.first, digest.second);
     };
     NAME_LIST_DIGEST all;
     NAME_LIST_DIGEST but_the_first;

@@ -23,8 +23,9 @@ int end_of_host_parts() {
 /// Asks the host, if it has that service, which hosts need not have: a template, so that its name may mean nothing.
 template <class WORD>
 bool host_says_its_names_are(WORD first, WORD second) {
-    if constexpr (requires { dstr_are_part_names(first, second); }) {
-        return dstr_are_part_names(first, second);
+    std::string (*const name_of_part)(int) = dstr_get_user_string;
+    if constexpr (requires { dstr_are_part_names(name_of_part, first, second); }) {
+        return dstr_are_part_names(name_of_part, first, second);
     } else {
         return false;
     }

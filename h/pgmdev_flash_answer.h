@@ -7,6 +7,7 @@
 
 #include <span>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "pgmdev_flash_candidates.h"
@@ -19,9 +20,17 @@ struct PGMDEV_FLASH_ANSWER {
     PGMDEV_FLASH_ANSWER(const PGMDEV_FLASH_INDEX& index, std::span<const PGMDEV_SFL_FLASH_INFO> records,
                         bool silicon_id, const BYTE* response, DWORD given, const PGMDEV_FLASH_NOTES& notes)
         : candidates(index, records.data(), static_cast<DWORD>(records.size()), silicon_id, response, given, &notes) {
-        if (silicon_id) {
-            return;
+        if (!silicon_id) {
+            consult(notes, records, response);
         }
+    }
+
+    /// The candidates alone; `consult` adds what is known besides.
+    explicit PGMDEV_FLASH_ANSWER(PGMDEV_FLASH_CANDIDATES found) : candidates(std::move(found)) {}
+
+    /// What the notes know of the response that the candidates, of these records, were found for.
+    void consult(const PGMDEV_FLASH_NOTES& notes, std::span<const PGMDEV_SFL_FLASH_INFO> records,
+                 const BYTE* response) {
         const DWORD telling = candidates.telling_count();
         ambiguities = notes.ambiguities_of(response, telling);
         if (is_known()) {

@@ -18,7 +18,7 @@
 /// - A structure begins with its own size, which the caller sets:
 ///   `pgmdev_member member = {.struct_size = sizeof member};`. So a program and a library of different ages fit: what one of
 ///   them does not know is 0. A structure that a program hands in and that is larger than the library's must be 0 in what
-///   the library does not know.
+///   the library does not know. No size may be above 4096, which no structure will have: one above it was never set.
 /// - An object may be asked by several threads at once, for asking changes nothing; it is freed when no thread uses it.
 ///   Functions without an object may be called by any thread, where nothing else is said.
 ///

@@ -3,6 +3,7 @@
 from __future__ import annotations
 
 import dataclasses
+import operator
 import os
 import re
 import threading
@@ -82,10 +83,12 @@ def pattern_of(text: str) -> re.Pattern[str]:
 
 
 def bytes_of(data: Any) -> bytes:
-    """What is given as bytes. A number is none: bytes(3) would be three zeros."""
-    if isinstance(data, int):
-        raise TypeError(f"bytes are expected, not the number {data!r}")
-    return bytes(data)
+    """What is given as bytes. What counts is none: bytes(3) would be three zeros."""
+    try:
+        operator.index(data)
+    except TypeError:  # an array of bytes, too, whose type has __index__ for those of a single number
+        return bytes(data)
+    raise TypeError(f"bytes are expected, not the number {data!r}")
 
 
 def fits(number: int, bits: int) -> bool:

@@ -4,6 +4,7 @@ from __future__ import annotations
 
 import hashlib
 import os
+import stat
 import tempfile
 import warnings
 from dataclasses import dataclass
@@ -82,22 +83,43 @@ def compile(csv: str | os.PathLike[str], pcf: str | os.PathLike[str], kind: Kind
     """Compiles a source table into a packed database, which replaces an older one in one step. With faults (see
     `Check.ok`) nothing is written.
 
-    Only a missing or empty file, or a database of the same kind, is replaced; anything else raises FileExistsError.
+    Only a missing or empty file, or a database of the same kind, is replaced; anything else raises FileExistsError. A
+    source that is no regular file raises ValueError.
     What the database was compiled from is told beside it, in a file of its name with `.info` behind it, which fits the
-    database that is there also when this is interrupted.
+    database that is there also when this is interrupted. Where that text cannot be brought up to date with the database
+    in its place, this warns (UserWarning).
     """
-    found = check(csv, kind)
-    if not found.ok:
+    try:
+        source = _source(csv)
+    except OSError:
+        found = check(csv, kind)
+        if found.ok:
+            raise
         return found
-    _require_replaceable(csv, pcf, kind)
     compile_table = _pgmdev.compile_flash if kind == "flash" else _pgmdev.compile_profile
-    with tempfile.TemporaryDirectory() as scratch:  # for its digest, which the text tells before the database is there
-        trial = os.path.join(scratch, "database")
-        compile_table(path_bytes(csv), path_bytes(trial))
-        origin = _origin(csv, pcf, found) | {"database_sha256": _digest(trial)}
-    replaced = {"replaces_sha256": _digest(pcf)} if os.path.exists(pcf) else {}
-    _tell(pcf, origin | replaced)
-    compile_table(path_bytes(csv), path_bytes(pcf))
+    with tempfile.TemporaryDirectory() as scratch:
+        # What is checked is also what is told and compiled, whoever saves the table meanwhile.
+        copy = os.path.join(scratch, "source")
+        with open(copy, "xb") as file:
+            file.write(source)
+        found = check(copy, kind)
+        if not found.ok:
+            return found
+        _require_replaceable(csv, pcf, kind)
+        trial = os.path.join(scratch, "database")  # for its digest, which the text tells before the database is there
+        compile_table(path_bytes(copy), path_bytes(trial))
+        origin = {
+            "database": os.path.basename(path_text(pcf)),
+            "database_sha256": _digest(trial),
+            "source": os.path.basename(path_text(csv)),
+            "source_sha256": _digest(copy),
+            "records": len(found.records),
+            "payload_size": found.payload_size,
+            "compiled_by": "pgmdev " + _pgmdev.versions()["library"],
+        }
+        replaced = {"replaces_sha256": _digest(pcf)} if os.path.exists(pcf) else {}
+        _tell(pcf, origin | replaced)
+        compile_table(path_bytes(copy), path_bytes(pcf))
     try:
         _tell(pcf, origin)
     except OSError as error:
@@ -105,31 +127,29 @@ def compile(csv: str | os.PathLike[str], pcf: str | os.PathLike[str], kind: Kind
     return found
 
 
+def _source(csv: str | os.PathLike[str]) -> bytes:
+    """A pipe may have no end, and nobody could compile again what came from it."""
+    if os.path.exists(csv) and not os.path.isfile(csv):
+        raise ValueError(f"it is no regular file: {path_text(csv)}")
+    with open(csv, "rb") as file:
+        return file.read()
+
+
 def _require_replaceable(csv: str | os.PathLike[str], pcf: str | os.PathLike[str], kind: Kind) -> None:
     try:
-        with open(pcf, "rb") as file:
-            beginning = file.read(8)
+        is_file = stat.S_ISREG(os.stat(pcf).st_mode)
     except FileNotFoundError:
         return
-    if os.path.samefile(csv, pcf) or beginning not in (b"", _MAGICS[kind]):
-        raise FileExistsError(f"it is no {kind} database, and is not replaced: {path_text(pcf)}")
+    if is_file and not os.path.samefile(csv, pcf):
+        with open(pcf, "rb") as file:
+            if file.read(8) in (b"", _MAGICS[kind]):
+                return
+    raise FileExistsError(f"it is no {kind} database, and is not replaced: {path_text(pcf)}")
 
 
 def _digest(path: str | os.PathLike[str]) -> str:
     with open(path, "rb") as file:
         return hashlib.sha256(file.read()).hexdigest()
-
-
-def _origin(csv: str | os.PathLike[str], pcf: str | os.PathLike[str], found: Check) -> dict[str, str | int]:
-    return {
-        "database": os.path.basename(path_text(pcf)),
-        "database_sha256": "",
-        "source": os.path.basename(path_text(csv)),
-        "source_sha256": _digest(csv),
-        "records": len(found.records),
-        "payload_size": found.payload_size,
-        "compiled_by": "pgmdev " + _pgmdev.versions()["library"],
-    }
 
 
 def _tell(pcf: str | os.PathLike[str], origin: dict[str, str | int]) -> None:

@@ -1,6 +1,4 @@
-#include <algorithm>
 #include <array>
-#include <bit>
 
 #include "bindings.h"
 #include "hps_fields.h"
@@ -10,7 +8,8 @@
 #include "pgmdev_hps_spi_mgr.h"
 
 // Hard processor systems and their boot flash. The lists live until they are read anew, which must not happen while
-// somebody reads them: the interpreter's lock is kept.
+// somebody reads them: the interpreter's lock is kept, and nothing of Python's is made meanwhile, for that may collect
+// garbage, whose finalizers may do anything.
 
 namespace {
 
@@ -49,11 +48,17 @@ py::dict kind_values(const KIND& kind) {
 }
 
 /// All entries, and how many of them are the user's own.
-template <class MANAGER, class MEMBERS>
-py::tuple entries(const MEMBERS& members) {
-    const auto& manager = *MANAGER::get_mgr();
-    const auto values = list_of(manager.get_list(), [&](const auto* entry) { return values_of(*entry, members); });
-    return py::make_tuple(values, manager.get_user_list().size());
+template <class MANAGER, class RECORD, std::size_t COUNT>
+py::tuple entries(const std::array<PGMDEV_HPS_MEMBER<RECORD>, COUNT>& members) {
+    const MANAGER& manager = *MANAGER::get_mgr();
+    const std::size_t user_count = manager.get_user_list().size();
+    std::vector<RECORD> records;
+    records.reserve(manager.get_list().size());
+    for (const RECORD* record : manager.get_list()) {
+        records.push_back(*record);
+    }
+    const auto values = list_of(records, [&members](const RECORD& record) { return values_of(record, members); });
+    return py::make_tuple(values, user_count);
 }
 
 template <class RECORD, class MEMBERS>
@@ -62,12 +67,15 @@ RECORD entry_of(py::handle values, const MEMBERS& members) {
 }
 
 /// What a number must be that this one is not; "" when nothing is wrong with it.
-std::string number_fault(const FIELD_CHECK& check, QWORD number) {
-    if (check.power_of_two && !std::has_single_bit(number)) {
-        return "a power of two";
-    }
-    if (number < check.lowest || (check.highest != NO_LIMIT && number > check.highest)) {
-        return "from " + std::to_string(check.lowest) + " to " + std::to_string(check.highest);
+template <class VALUE>
+std::string number_fault(const FIELD_CHECK& check, VALUE number) {
+    switch (check.fault_of(number, sizeof number)) {
+        case FIELD_CHECK::FAULT::NONE:
+            break;
+        case FIELD_CHECK::FAULT::OUT_OF_RANGE:
+            return "from " + std::to_string(check.lowest) + " to " + std::to_string(check.highest_of(sizeof number));
+        case FIELD_CHECK::FAULT::NO_POWER_OF_TWO:
+            return "a power of two";
     }
     return "";
 }
@@ -82,10 +90,7 @@ std::string entry_fault(const py::tuple& values, const MEMBERS& members, const C
                 if constexpr (std::is_same_v<VALUE, std::string>) {
                     return (record.*field).find('\0') == std::string::npos ? "" : "a text without zero bytes";
                 } else {
-                    const auto check = std::find_if(checks.begin(), checks.end(), [&member](const FIELD_CHECK& each) {
-                        return each.name == member.name;
-                    });
-                    return check != checks.end() ? number_fault(*check, record.*field) : "";
+                    return number_fault(field_check(checks, member.name), record.*field);
                 }
             },
             member.field);

@@ -22,20 +22,21 @@ PyObject* listener = nullptr;
 /// one is taken back while threads tell it something.
 std::atomic<bool> is_listening = false;
 
-/// With bare references, for a thread that is ended in the middle of the call must not give any back.
+/// With bare references, for a thread that is ended in the middle of the call must not give any back. Whatever fails is not
+/// the library's to bear, which is in the middle of something.
 void call_listener(int level, const std::string& text) {
     PyObject* const function = listener;
     if (function == nullptr) {
         return;
     }
     Py_INCREF(function);
-    PyObject* const message = to_python(text).release().ptr();
-    PyObject* const answer = PyObject_CallFunction(function, "iO", level, message);
+    PyObject* const message = decoded(text);
+    PyObject* const answer = message != nullptr ? PyObject_CallFunction(function, "iO", level, message) : nullptr;
     if (answer == nullptr) {
         py::error_already_set().discard_as_unraisable("a debug message of pgmdev");
     }
     Py_XDECREF(answer);
-    Py_DECREF(message);
+    Py_XDECREF(message);
     Py_DECREF(function);
 }
 

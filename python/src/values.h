@@ -17,9 +17,14 @@
 
 namespace py = pybind11;
 
-/// Bytes that are no UTF-8, as damaged files have them, come through as Python lets file names through.
+/// Bytes that are no UTF-8, as damaged files have them, come through as Python lets file names through. A new reference;
+/// null, with an error of Python, when there is no memory.
+inline PyObject* decoded(std::string_view text) noexcept {
+    return PyUnicode_DecodeUTF8(text.data(), static_cast<Py_ssize_t>(text.size()), "surrogateescape");
+}
+
 inline py::object to_python(std::string_view text) {
-    PyObject* const made = PyUnicode_DecodeUTF8(text.data(), static_cast<Py_ssize_t>(text.size()), "surrogateescape");
+    PyObject* const made = decoded(text);
     if (made == nullptr) {
         throw py::error_already_set();
     }

@@ -87,6 +87,26 @@ def test_numbers_are_no_bytes(module_dir: pathlib.Path) -> None:
         assert flash.identify(response) == flash.identify("EF4017")
 
 
+def test_nothing_that_counts_is_bytes(module_dir: pathlib.Path) -> None:
+    """bytes() takes whatever can be an index for a count."""
+    numpy = pytest.importorskip("numpy")
+
+    class Number:
+        def __index__(self) -> int:
+            return 3
+
+    counting: list[Any] = [True, pgmdev.params.Type.BYTE, Number(), numpy.uint8(3), numpy.array(3)]
+    for number in counting:
+        with pytest.raises(TypeError, match="bytes are expected, not the number"):
+            flash.identify(number)
+        with pytest.raises(TypeError, match="bytes are expected, not the number"):
+            pgmdev.params.write(pgmdev.params.Block.SFL_FLASH, number)
+    assert list(module_dir.iterdir()) == []
+    response = numpy.array([0xEF, 0x40, 0x17], numpy.uint8)
+    assert flash.identify(response) == flash.identify("EF4017")
+    assert flash.identify(response[:1]) == flash.identify("EF")
+
+
 @pytest.mark.parametrize("number", [-1, 1 << 31, 1 << 32, 1 << 64, 1 << 100])
 def test_numbers_that_stand_for_nothing(number: int) -> None:
     assert parts.opn(number) is None
@@ -185,6 +205,44 @@ def test_the_text_beside_a_database_fits_it_at_any_moment(
     assert "replaces_sha256" not in told()
 
 
+def test_a_table_that_is_saved_meanwhile_is_not_mixed(tmp_path: pathlib.Path, monkeypatch: pytest.MonkeyPatch) -> None:
+    """What is checked is what is told and compiled."""
+    lines = tables.dump_csv(flash.default().path).splitlines(keepends=True)
+    table, output = tmp_path / "table.csv", tmp_path / "out.pcf"
+    table.write_text("".join(lines), encoding="utf-8")
+    before = table.read_bytes()
+    compile_flash = pgmdev._pgmdev.compile_flash
+
+    def saved_meanwhile(csv: bytes, pcf: bytes) -> None:
+        compile_flash(csv, pcf)
+        table.write_text("".join(lines[:-1]), encoding="utf-8")
+
+    with monkeypatch.context() as patched:
+        patched.setattr(pgmdev._pgmdev, "compile_flash", saved_meanwhile)
+        found = tables.compile(table, output)
+    told = dict(line.split(" = ") for line in pathlib.Path(f"{output}.info").read_text().splitlines())
+    assert list(tables.dump(output)) == list(found.records)
+    assert told["source"] == "table.csv"
+    assert told["source_sha256"] == hashlib.sha256(before).hexdigest()
+    assert told["database_sha256"] == hashlib.sha256(output.read_bytes()).hexdigest()
+    assert told["records"] == str(len(found.records))
+
+
+def test_only_files_are_compiled(tmp_path: pathlib.Path) -> None:
+    """Nobody waits for a pipe, and no device is replaced."""
+    table, pipe = tmp_path / "table.csv", tmp_path / "pipe"
+    table.write_text(tables.dump_csv(flash.default().path), encoding="utf-8")
+    os.mkfifo(pipe)
+    for other in (pathlib.Path("/dev/null"), tmp_path, pipe):
+        with pytest.raises(ValueError, match=f"it is no regular file: {other}$"):
+            tables.compile(other, tmp_path / "out.pcf")
+    for other in (tmp_path, pipe):
+        with pytest.raises(FileExistsError, match=f"it is no flash database, and is not replaced: {other}$"):
+            tables.compile(table, other)
+    assert sorted(each.name for each in tmp_path.iterdir()) == ["pipe", "table.csv"]
+    assert [fault.severity for fault in tables.compile(tmp_path / "none.csv", tmp_path / "out.pcf").faults] == ["fault"]
+
+
 def test_paths(tmp_path: pathlib.Path) -> None:
     """Of any type, in any script, even such that are no text."""
     data = pathlib.Path(flash.default().path).read_bytes()
@@ -216,6 +274,31 @@ def test_a_failing_listener_stops_nothing(monkeypatch: pytest.MonkeyPatch, tmp_p
     finally:
         pgmdev._pgmdev.listen(pgmdev._tell)
     assert unraisable
+
+
+def test_a_message_that_finds_no_memory_stops_nothing(monkeypatch: pytest.MonkeyPatch, tmp_path: pathlib.Path) -> None:
+    """The interpreter's error does not take the place of what the library reports."""
+    memory = pytest.importorskip("_testcapi")
+    monkeypatch.setattr(sys, "unraisablehook", lambda unraisable: None)
+    table = tmp_path / "table.csv"
+    table.write_text("rubbish")
+    csv, pcf = os.fsencode(table), os.fsencode(tmp_path / "out.pcf")
+
+    def listener(level: int, text: str) -> None:
+        pass
+
+    pgmdev._pgmdev.listen(listener)
+    references = sys.getrefcount(listener)
+    try:
+        with pytest.raises(pgmdev.InternalError):
+            memory.set_nomemory(0, 1)  # the first that is taken, which is for the text
+            try:
+                pgmdev._pgmdev.compile_flash(csv, pcf)
+            finally:
+                memory.remove_mem_hooks()
+        assert sys.getrefcount(listener) == references
+    finally:
+        pgmdev._pgmdev.listen(pgmdev._tell)
 
 
 def test_settings(tmp_path: pathlib.Path) -> None:

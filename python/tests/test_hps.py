@@ -2,6 +2,7 @@
 
 from __future__ import annotations
 
+import gc
 import pathlib
 from collections.abc import Callable
 from dataclasses import replace
@@ -126,6 +127,28 @@ def test_nothing_is_lost(module_dir: pathlib.Path) -> None:
     container.write_bytes(container.read_bytes()[:-1])
     with pytest.raises(pgmdev.ContainerError, match="damaged"):
         hps.add(OTHER_NAND)
+
+
+@pytest.mark.parametrize("anew", [hps.reload, lambda: pgmdev.configure(settings={})])
+def test_the_lists_may_be_read_anew_while_they_are_asked_for(anew: Callable[[], None]) -> None:
+    """As a finalizer does it that runs when objects are made of the lists."""
+    expected = [hps._values(each) for each in hps.spi()], [hps._values(each) for each in hps.nand()]
+    threshold = gc.get_threshold()
+    runs: list[str] = []
+
+    def collected(phase: str, info: dict[str, int]) -> None:
+        runs.append(phase)
+        anew()
+
+    gc.callbacks.append(collected)
+    gc.set_threshold(1)
+    try:
+        asked = [(pgmdev._pgmdev.hps_spi(), pgmdev._pgmdev.hps_nand()) for _ in range(3)]
+    finally:
+        gc.set_threshold(*threshold)
+        gc.callbacks.remove(collected)
+    assert runs
+    assert [(spi, nand) for (spi, _), (nand, _) in asked] == [expected] * 3
 
 
 def test_the_current_kind() -> None:

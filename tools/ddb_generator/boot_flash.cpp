@@ -2,9 +2,7 @@
 
 #include <algorithm>
 #include <array>
-#include <bit>
 #include <charconv>
-#include <limits>
 #include <map>
 #include <optional>
 #include <span>
@@ -59,18 +57,18 @@ std::optional<std::uint64_t> read_number(const CSV_CELL& cell, PGMDEV_PARAM_TYPE
         }
         return set ? 1 : 0;
     }
-    const std::uint64_t of_type = std::numeric_limits<std::uint64_t>::max() >> (64 - 8 * VALUE_TYPES[type].size);
-    const std::uint64_t highest = check.highest != NO_LIMIT ? check.highest : of_type;
+    const std::size_t size = VALUE_TYPES[type].size;
     const bool hexadecimal = cell.text.starts_with("0x");
     const char* const begin = cell.text.data() + (hexadecimal ? 2 : 0);
     const char* const end = cell.text.data() + cell.text.size();
     std::uint64_t number = 0;
     const auto [rest, error] = std::from_chars(begin, end, number, hexadecimal ? 16 : 10);
-    if (error != std::errc() || rest != end || number < check.lowest || number > highest) {
-        return refuse("is not a number from " + std::to_string(check.lowest) + " to " + std::to_string(highest) +
-                      ", decimal or hexadecimal behind 0x");
+    const FIELD_CHECK::FAULT fault = check.fault_of(number, size);
+    if (error != std::errc() || rest != end || fault == FIELD_CHECK::FAULT::OUT_OF_RANGE) {
+        return refuse("is not a number from " + std::to_string(check.lowest) + " to " +
+                      std::to_string(check.highest_of(size)) + ", decimal or hexadecimal behind 0x");
     }
-    if (check.power_of_two && !std::has_single_bit(number)) {
+    if (fault == FIELD_CHECK::FAULT::NO_POWER_OF_TWO) {
         return refuse("is not a power of two");
     }
     return number;
@@ -91,11 +89,7 @@ public:
         for (const auto& member : members) {
             m_columns.push_back({member.name, VALUE_TYPES[member.type()].name});
             m_types.push_back(member.type());
-            FIELD_CHECK& check = m_checks.emplace_back(FIELD_CHECK{member.name, false, 0, NO_LIMIT});
-            const auto special = std::find_if(checks.begin(), checks.end(), [&](const FIELD_CHECK& candidate) {
-                return candidate.name == member.name;
-            });
-            check = special != checks.end() ? *special : check;
+            m_checks.push_back(field_check(checks, member.name));
         }
     }
 

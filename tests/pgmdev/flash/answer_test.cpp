@@ -93,4 +93,19 @@ TEST_F(FlashAnswer, OfASignatureTheNotesKnowNothing) {
     EXPECT_TRUE(found.ambiguities.empty());
 }
 
+TEST_F(FlashAnswer, OfCandidatesThatAreThereAlreadyKnowsMoreOnceTheNotesAreConsulted) {
+    identifications("OTHER, 20BA1844\nCHIP, 20BA1810\n");
+    const RESPONSE response{0x20, 0xBA, 0x18, 0x44};
+    const auto notes = PGMDEV_FLASH_NOTES::beside_database(m_scratch.path("db.pcf"));
+    PGMDEV_FLASH_ANSWER found({&m_record, 1, false, response.data(), static_cast<DWORD>(response.size()), &notes});
+    EXPECT_TRUE(found.is_known());
+    EXPECT_TRUE(found.is_sure());
+    EXPECT_FALSE(found.is_doubtful());
+    found.consult(notes, {&m_record, 1}, response.data());
+    EXPECT_FALSE(found.is_sure());
+    EXPECT_TRUE(found.is_doubtful());
+    EXPECT_EQ(found.contradictions.size(), 1U);
+    EXPECT_EQ(found.fitting, std::vector<std::string>{"OTHER"});
+}
+
 }  // namespace

@@ -78,14 +78,6 @@ FLASH_QUESTION FLASH_QUESTION::parse(const std::string& text, bool all_silicon) 
     return question;
 }
 
-bool FLASH_IDENTIFICATION::is_sure() const {
-    return is_mapped() && !is_by_hand() && candidates.is_sure() && ambiguities.empty() && contradictions.empty();
-}
-
-bool FLASH_IDENTIFICATION::is_doubtful() const {
-    return !is_by_hand() && (candidates.oddity().is_fault() || !contradictions.empty());
-}
-
 FLASH_IDENTIFIER::FLASH_IDENTIFIER(DWORD device_count)
     : m_manager(open_flash_database(device_count)),
       m_notes(installed_notes()),
@@ -142,33 +134,28 @@ PGMDEV_FLASH_CANDIDATES FLASH_IDENTIFIER::candidates_of(const FLASH_QUESTION& qu
 FLASH_IDENTIFICATION FLASH_IDENTIFIER::identify(DWORD position, FLASH_QUESTION question) {
     const DWORD count = m_manager.get_flash_count();
     ID_RESPONSE& bytes = question.bytes;
-    FLASH_IDENTIFICATION device{question, INVALID_DWORD, candidates_of(question), {}, {}, {}, {}};
-    const DWORD telling = device.candidates.telling_count();
+    FLASH_IDENTIFICATION device{question, INVALID_DWORD, PGMDEV_FLASH_ANSWER(candidates_of(question)), {}};
+    if (!question.silicon_id) {
+        device.answer.consult(m_notes, {m_records, count}, bytes.data());
+        std::erase_if(device.answer.fitting, [this](const std::string& name) { return !knows(name); });
+    }
     if (count != 0 && m_manager.flash_id_database_mapping(question.silicon_id, position, bytes.data())) {
         device.index = m_manager.get_flash_mapping_index(position, false);
-    }
-    if (!question.silicon_id) {
-        device.ambiguities = m_notes.ambiguities_of(bytes.data(), telling);
     }
     if (device.is_by_hand()) {
         device.index = index_of(question.by_hand);
         m_manager.set_flash_mapping_index(position, device.index);
-        device.contradictions = compared_otherwise(m_records[device.index], bytes);
-    } else if (device.is_mapped() && !question.silicon_id) {
-        device.contradictions = m_notes.contradictions(m_records[device.index].device_name, bytes.data(), telling);
-        if (!device.contradictions.empty()) {
-            device.fitting = m_notes.devices_of(bytes.data(), telling);
-            std::erase_if(device.fitting, [this](const std::string& name) { return !knows(name); });
-        }
+        device.answer.contradictions = compared_otherwise(m_records[device.index], bytes);
+        device.answer.fitting.clear();
     }
     if (!device.is_mapped()) {
         std::vector<DWORD> possible;
-        for (const PGMDEV_FLASH_CANDIDATE& candidate : device.candidates.candidates()) {
+        for (const PGMDEV_FLASH_CANDIDATE& candidate : device.answer.candidates.candidates()) {
             if (candidate.standing == PGMDEV_FLASH_CANDIDATE::STANDING::OPEN) {
                 possible.push_back(candidate.index);
             }
         }
-        device.nearest = possible.empty() ? device.candidates.nearest() : possible;
+        device.nearest = possible.empty() ? device.answer.candidates.nearest() : possible;
     }
     return device;
 }
@@ -185,19 +172,19 @@ std::optional<FLASH_IDENTIFICATION> FLASH_IDENTIFIER::identify_named(DWORD posit
     question.is_name = true;
     if (rows.meant.empty()) {
         const ID_RESPONSE none;
-        return FLASH_IDENTIFICATION{question, INVALID_DWORD, {m_records, 0, false, none.data(), 0}, {}, {},
-                                    {},       rows.family};
+        return FLASH_IDENTIFICATION{question, INVALID_DWORD, PGMDEV_FLASH_ANSWER({m_records, 0, false, none.data(), 0}),
+                                    rows.family};
     }
     question.by_hand = rows.meant.front().name;
     const DWORD index = rows.meant.front().index;
     m_manager.set_flash_mapping_index(position, index);
     const ID_RESPONSE bytes = response_of(m_records[index]);
-    FLASH_IDENTIFICATION device{question, index, {m_records, count, false, bytes.data(), bytes.count, &m_notes}, {}, {},
-                                {},       {}};
+    FLASH_IDENTIFICATION device{
+        question, index, PGMDEV_FLASH_ANSWER({m_records, count, false, bytes.data(), bytes.count, &m_notes}), {}};
     for (const NAMED_ROW& row : rows.meant) {
         add_new(device.nearest, row.index, index);
     }
-    for (const PGMDEV_FLASH_CANDIDATE& candidate : device.candidates.candidates()) {
+    for (const PGMDEV_FLASH_CANDIDATE& candidate : device.answer.candidates.candidates()) {
         const bool is_possible = candidate.standing != PGMDEV_FLASH_CANDIDATE::STANDING::PASSED_OVER &&
                                  candidate.standing != PGMDEV_FLASH_CANDIDATE::STANDING::RULED_OUT;
         if (is_possible && bytes.count >= LEAST_IDENTIFICATION && m_records[candidate.index].default_dev) {
@@ -207,7 +194,7 @@ std::optional<FLASH_IDENTIFICATION> FLASH_IDENTIFIER::identify_named(DWORD posit
     for (const DWORD each : rows.family) {
         add_new(device.nearest, each, index);
     }
-    device.ambiguities = m_notes.ambiguities_of(bytes.data(), bytes.count);
+    device.answer.ambiguities = m_notes.ambiguities_of(bytes.data(), bytes.count);
     return device;
 }
 

@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "pgmdev_flash_candidates.h"
+#include "pgmdev_flash_answer.h"
 #include "pgmdev_flash_manager.h"
 #include "pgmdev_flash_notes.h"
 #include "terminal/input.h"
@@ -30,18 +30,18 @@ struct FLASH_QUESTION {
 struct FLASH_IDENTIFICATION {
     FLASH_QUESTION question;
     DWORD index = INVALID_DWORD;  ///< of the record that it is mapped to
-    PGMDEV_FLASH_CANDIDATES candidates;
-    std::vector<PGMDEV_FLASH_AMBIGUITY> ambiguities;
-    std::vector<PGMDEV_FLASH_CONTRADICTION> contradictions;
-    std::vector<std::string> fitting;  ///< when contradictions are: devices whose whole identification it may be
+
+    /// What is mapped by hand is contradicted by what its record compares. All that is `fitting` has a record.
+    PGMDEV_FLASH_ANSWER answer;
+
     std::vector<DWORD> nearest;  ///< further records that a name may mean; that an unmapped one may be, or is near to
 
     bool is_mapped() const { return index != INVALID_DWORD; }
     bool is_by_hand() const { return !question.by_hand.empty(); }
-    bool is_sure() const;
+    bool is_sure() const { return !is_by_hand() && answer.is_sure(); }
 
     /// Whether no chip answers like this, or not the one that it is mapped to, and nobody has said that it is that one.
-    bool is_doubtful() const;
+    bool is_doubtful() const { return !is_by_hand() && answer.is_doubtful(); }
 };
 
 /// The database with what is known besides.

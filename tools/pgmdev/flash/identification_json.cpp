@@ -57,7 +57,7 @@ JSON differences_json(const std::vector<PGMDEV_FLASH_DIFFERENCE>& differences) {
 
 JSON candidates_json(const FLASH_IDENTIFICATION& device, FLASH_IDENTIFIER& identifier) {
     JSON array = JSON::array();
-    for (const PGMDEV_FLASH_CANDIDATE& each : device.candidates.candidates()) {
+    for (const PGMDEV_FLASH_CANDIDATE& each : device.answer.candidates.candidates()) {
         JSON object = named_record(each.index, identifier.record(each.index));
         object["standing"] = STANDINGS[static_cast<std::size_t>(each.standing)];
         object["compared"] = compared_json(each.compared);
@@ -81,7 +81,7 @@ JSON candidate_schema() {
 
 JSON ambiguities_json(const FLASH_IDENTIFICATION& device, FLASH_IDENTIFIER& identifier) {
     JSON array = JSON::array();
-    for (const PGMDEV_FLASH_AMBIGUITY& each : device.ambiguities) {
+    for (const PGMDEV_FLASH_AMBIGUITY& each : device.answer.ambiguities) {
         JSON chips = JSON::array();
         for (const std::string& chip : each.chips) {
             chips.push_back({{"device_name", chip}, {"in_table", identifier.knows(chip)}});
@@ -107,7 +107,7 @@ JSON ambiguity_schema() {
 
 JSON contradictions_json(const FLASH_IDENTIFICATION& device) {
     JSON array = JSON::array();
-    for (const PGMDEV_FLASH_CONTRADICTION& each : device.contradictions) {
+    for (const PGMDEV_FLASH_CONTRADICTION& each : device.answer.contradictions) {
         array.push_back(
             {{"position", each.position}, {"found", fmt::format("{:02X}", each.found)}, {"expected", each.expected}});
     }
@@ -149,14 +149,14 @@ JSON identification_json(DWORD position, const FLASH_IDENTIFICATION& device, FLA
         add_members(object, identifier.record(device.index));
     }
     object["given"] = device.question.bytes.count;
-    object["telling"] = device.candidates.telling_count();
+    object["telling"] = device.answer.candidates.telling_count();
     object["by_hand"] = device.is_by_hand();
     object["sure"] = device.is_sure();
-    object["missing_bytes"] = missing_json(device.candidates);
+    object["missing_bytes"] = missing_json(device.answer.candidates);
     object["ambiguities"] = ambiguities_json(device, identifier);
     object["contradictions"] = contradictions_json(device);
-    object["fitting"] = device.fitting;
-    object["oddity"] = oddity_json(device.candidates.oddity());
+    object["fitting"] = device.answer.fitting;
+    object["oddity"] = oddity_json(device.answer.candidates.oddity());
     object["nearest"] = nearest_json(device, identifier);
     object[candidates_key(in_a_chain)] = device.is_mapped() ? candidates_json(device, identifier) : JSON::array();
     return object;

@@ -100,7 +100,7 @@ void add_dangers(std::vector<DANGER>& dangers, const std::vector<PGMDEV_FLASH_DI
 /// What driving it as the taken record says would do to each other device that it may be, for each risk the worst.
 std::vector<DANGER> dangers_of(const FLASH_IDENTIFICATION& device, const FLASH_IDENTIFIER& identifier) {
     std::vector<DANGER> dangers;
-    for (const PGMDEV_FLASH_CANDIDATE& candidate : device.candidates.candidates()) {
+    for (const PGMDEV_FLASH_CANDIDATE& candidate : device.answer.candidates.candidates()) {
         if (!device.question.is_name && is_possible(candidate)) {
             add_dangers(dangers, candidate.differences, bytes_to_read(missing_of(candidate)),
                         identifier.record(candidate.index).device_name);
@@ -125,7 +125,7 @@ void print_dangers(const FLASH_IDENTIFICATION& device, const FLASH_IDENTIFIER& i
     if (dangers.size() > MOST_DANGERS) {
         print_part("", fmt::format("and {} more, which --json lists", dangers.size() - MOST_DANGERS));
     }
-    for (const PGMDEV_FLASH_AMBIGUITY& ambiguity : device.ambiguities) {
+    for (const PGMDEV_FLASH_AMBIGUITY& ambiguity : device.answer.ambiguities) {
         std::string chips;
         for (const std::string& chip : ambiguity.chips) {
             chips += (chips.empty() ? "" : " or ") + chip;
@@ -147,7 +147,7 @@ void print_name_certainty(const FLASH_IDENTIFICATION& device, const FLASH_IDENTI
     for (const DWORD index : device.nearest) {
         all.push_back(identifier.record(index).device_name);
     }
-    for (const PGMDEV_FLASH_AMBIGUITY& ambiguity : device.ambiguities) {
+    for (const PGMDEV_FLASH_AMBIGUITY& ambiguity : device.answer.ambiguities) {
         all.insert(all.end(), ambiguity.chips.begin(), ambiguity.chips.end());
     }
     if (std::count(all.begin(), all.end(), all.front()) != static_cast<std::ptrdiff_t>(all.size())) {
@@ -161,7 +161,7 @@ void print_certainty(const FLASH_IDENTIFICATION& device, const FLASH_IDENTIFIER&
         print_name_certainty(device, identifier);
         return;
     }
-    const PGMDEV_FLASH_CANDIDATES& all = device.candidates;
+    const PGMDEV_FLASH_CANDIDATES& all = device.answer.candidates;
     std::vector<std::string> others{identifier.record(device.index).device_name};
     std::vector<std::string> passed_over;
     const PGMDEV_FLASH_CANDIDATE* taken = nullptr;
@@ -187,9 +187,9 @@ void print_certainty(const FLASH_IDENTIFICATION& device, const FLASH_IDENTIFIER&
         print_part("like", joined(others) + ": a signature names no maker, and several use the same ones");
     } else if (device.is_sure()) {
         print_part("sure", fmt::format("the {} bytes that tell something leave no other device", all.telling_count()));
-    } else if (device.contradictions.empty()) {
+    } else if (device.answer.contradictions.empty()) {
         std::vector<std::string> known = others;
-        for (const PGMDEV_FLASH_AMBIGUITY& ambiguity : device.ambiguities) {
+        for (const PGMDEV_FLASH_AMBIGUITY& ambiguity : device.answer.ambiguities) {
             known.insert(known.end(), ambiguity.chips.begin(), ambiguity.chips.end());
         }
         print_part("one of", joined(known) + bytes_to_read(all.missing_bytes()));
@@ -205,8 +205,8 @@ void print_certainty(const FLASH_IDENTIFICATION& device, const FLASH_IDENTIFIER&
 void print_unmapped(DWORD position, const FLASH_IDENTIFICATION& device, const FLASH_IDENTIFIER& identifier) {
     print_sentence(fmt::format("Device {} ({}): no record {}", position, device.question.text,
                                device.question.is_name ? "has this name" : "matches"));
-    if (device.candidates.oddity().kind != PGMDEV_FLASH_ODDITY::KIND::NONE) {
-        print_part("response", device.candidates.oddity().text);
+    if (device.answer.candidates.oddity().kind != PGMDEV_FLASH_ODDITY::KIND::NONE) {
+        print_part("response", device.answer.candidates.oddity().text);
     }
     std::vector<std::string> names;
     for (const DWORD index : device.nearest) {
@@ -215,11 +215,12 @@ void print_unmapped(DWORD position, const FLASH_IDENTIFICATION& device, const FL
                                     compared_text(PGMDEV_FLASH_CANDIDATES::compared_bytes(record, UINT8_MAX + 1))));
     }
     if (!names.empty()) {
-        print_part(!device.question.is_name && device.nearest == device.candidates.nearest() ? "near to" : "may be",
-                   joined(names) + bytes_to_read(device.candidates.missing_bytes()));
+        print_part(
+            !device.question.is_name && device.nearest == device.answer.candidates.nearest() ? "near to" : "may be",
+            joined(names) + bytes_to_read(device.answer.candidates.missing_bytes()));
     }
     print_dangers(device, identifier);
-    if (device.candidates.oddity().kind == PGMDEV_FLASH_ODDITY::KIND::NONE) {
+    if (device.answer.candidates.oddity().kind == PGMDEV_FLASH_ODDITY::KIND::NONE) {
         print_part("your own", "flash define describes a flash that no table has: docs/your-own-flash.md");
     }
 }
@@ -234,7 +235,7 @@ std::string expected_text(const std::string& pattern) {
 /// The response is not that of the device: what was compared, and what contradicts.
 void print_contradictions(DWORD position, const FLASH_IDENTIFICATION& device, const PGMDEV_SFL_FLASH_INFO& record) {
     std::string text;
-    for (const PGMDEV_FLASH_CONTRADICTION& each : device.contradictions) {
+    for (const PGMDEV_FLASH_CONTRADICTION& each : device.answer.contradictions) {
         text += fmt::format("{}byte {} is {:02X}, not {}", text.empty() ? "" : ", ", each.position, each.found,
                             expected_text(each.expected));
     }
@@ -242,16 +243,17 @@ void print_contradictions(DWORD position, const FLASH_IDENTIFICATION& device, co
         fmt::format("Device {} ({}): {}this is no {} {}: {}", position, device.question.text,
                     device.is_by_hand() ? "note: " : "", record.manufacturer_name, record.device_name, text);
     if (!device.is_by_hand()) {
-        line += "; it is mapped by " +
-                compared_text(PGMDEV_FLASH_CANDIDATES::compared_bytes(record, device.candidates.telling_count())) +
-                " only";
+        line +=
+            "; it is mapped by " +
+            compared_text(PGMDEV_FLASH_CANDIDATES::compared_bytes(record, device.answer.candidates.telling_count())) +
+            " only";
     }
     print_sentence(line);
-    if (!device.fitting.empty()) {
+    if (!device.answer.fitting.empty()) {
         print_part("rather",
-                   joined(device.fitting) +
+                   joined(device.answer.fitting) +
                        fmt::format(", of which this may be a variant that has no row: --as {}={} drives it so",
-                                   position, device.fitting.front()));
+                                   position, device.answer.fitting.front()));
     }
 }
 
@@ -263,13 +265,13 @@ void print_identification(DWORD position, const FLASH_IDENTIFICATION& device, FL
         return;
     }
     const PGMDEV_SFL_FLASH_INFO& record = identifier.record(device.index);
-    if (!device.contradictions.empty()) {
+    if (!device.answer.contradictions.empty()) {
         print_contradictions(position, device, record);
     }
     print_sentence(fmt::format("Device {} ({}): {} {}, record {}", position, device.question.text,
                                record.manufacturer_name, record.device_name, device.index));
-    if (device.candidates.oddity().kind != PGMDEV_FLASH_ODDITY::KIND::NONE) {
-        print_part("response", device.candidates.oddity().text);
+    if (device.answer.candidates.oddity().kind != PGMDEV_FLASH_ODDITY::KIND::NONE) {
+        print_part("response", device.answer.candidates.oddity().text);
     }
     print_certainty(device, identifier);
     print_summary(record);

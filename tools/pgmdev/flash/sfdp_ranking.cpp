@@ -24,7 +24,7 @@ std::vector<DWORD> possible_records(const FLASH_IDENTIFICATION& device, const FL
     if (device.is_mapped()) {
         add(device.index);
     }
-    for (const PGMDEV_FLASH_CANDIDATE& candidate : device.candidates.candidates()) {
+    for (const PGMDEV_FLASH_CANDIDATE& candidate : device.answer.candidates.candidates()) {
         if (!device.is_by_hand() && candidate.standing != STANDING::PASSED_OVER &&
             candidate.standing != STANDING::RULED_OUT) {
             add(candidate.index);

@@ -156,10 +156,9 @@ template <class FLASH>
 std::string fields_without_limit() {
     std::string text;
     for (const auto& member : FLASH::MEMBERS) {
-        bool limited = member.type() == PGMDEV_PARAM_STRING || member.type() == PGMDEV_PARAM_BOOL;
-        for (const FIELD_CHECK& check : FLASH::CHECKS) {
-            limited = limited || (check.name == member.name && (check.power_of_two || check.highest != NO_LIMIT));
-        }
+        const FIELD_CHECK check = field_check(FLASH::CHECKS, member.name);
+        const bool limited = member.type() == PGMDEV_PARAM_STRING || member.type() == PGMDEV_PARAM_BOOL ||
+                             check.power_of_two || check.highest != NO_LIMIT;
         text += limited ? "" : fmt::format(" {}", member.name);
     }
     return text;

@@ -93,12 +93,7 @@ bool checked_bool(std::string_view name, const std::string& text) {
 template <class FLASH>
 void set_field(typename FLASH::RECORD& record, const PGMDEV_HPS_MEMBER<typename FLASH::RECORD>& member,
                const std::string& text) {
-    FIELD_CHECK check{member.name, false, 0, NO_LIMIT};
-    for (const FIELD_CHECK& special : FLASH::CHECKS) {
-        if (special.name == member.name) {
-            check = special;
-        }
-    }
+    const FIELD_CHECK check = field_check(FLASH::CHECKS, member.name);
     std::visit(
         [&](auto field) {
             auto& value = record.*field;

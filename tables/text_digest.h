@@ -25,7 +25,7 @@ std::uint64_t text_digest(std::string_view text, CHANGE change) {
         sum ^= sum >> 32;
     };
     if (text.size() < WORD_SIZE) {
-        mix(text.data(), text.size());
+        mix(text.empty() ? "" : text.data(), text.size());  // no text has a null pointer, which none may be copied from
         return sum;
     }
     for (std::size_t place = 0; place + WORD_SIZE < text.size(); place += WORD_SIZE) {

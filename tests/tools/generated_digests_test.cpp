@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <map>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -29,6 +30,12 @@ NAME_LIST_DIGEST list_digest(const std::vector<std::string>& names) {
         digest.add(name);
     }
     return digest;
+}
+
+TEST(NameListDigest, TakesATextWithoutAnAddressForTheEmptyOne) {
+    NAME_LIST_DIGEST digest;
+    digest.add(std::string_view());
+    EXPECT_EQ(digest, list_digest({""}));
 }
 
 TEST(NameListDigest, IsOfTheNamesInTheirOrderInAnyCase) {

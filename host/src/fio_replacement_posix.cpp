@@ -12,6 +12,7 @@
 #include <string_view>
 
 #include "fio.h"
+#include "replacing.h"
 #include "standard_places.h"
 #include "temporary_name.h"
 #include "utf8_path.h"
@@ -176,6 +177,16 @@ bool take_room(int descriptor, std::size_t size) {
     return !full;  // where room cannot be taken beforehand, writing will show
 }
 
+/// Gives a new file the permissions and the owner of the one that it replaces, as far as the user may.
+bool resemble(int descriptor, const struct stat& existing) {
+    if (::fchown(descriptor, existing.st_uid, existing.st_gid) != 0) {
+        (void)!::fchown(descriptor, static_cast<uid_t>(-1), existing.st_gid);  // only root may give files away
+    }
+    return ::fchmod(descriptor, existing.st_mode & 07777) == 0;
+}
+
+}  // namespace
+
 bool write_in_place(const fs::path& target, std::span<const BYTE> contents) {
     const DESCRIPTOR file(open_file(target.c_str(), O_WRONLY | O_NOCTTY));
     struct stat existing {};
@@ -190,15 +201,39 @@ bool write_in_place(const fs::path& target, std::span<const BYTE> contents) {
            synchronise(file.number());
 }
 
-/// Gives a new file the permissions and the owner of the one that it replaces, as far as the user may.
-bool resemble(int descriptor, const struct stat& existing) {
-    if (::fchown(descriptor, existing.st_uid, existing.st_gid) != 0) {
-        (void)!::fchown(descriptor, static_cast<uid_t>(-1), existing.st_gid);  // only root may give files away
-    }
-    return ::fchmod(descriptor, existing.st_mode & 07777) == 0;
+bool overwrite(const FIO_PATH& file, std::span<const BYTE> contents) {
+    const DESCRIPTOR opened(open_file(file.fullpath().c_str(), O_WRONLY | O_TRUNC));
+    return opened && write_all(opened.number(), contents);
 }
 
-}  // namespace
+bool put_in_place(const FIO_PATH& file, const fs::path& target) {
+    const fs::path directory = target.parent_path();  // what may fail comes before the change
+    {
+        const DESCRIPTOR opened(open_file(file.fullpath().c_str(), O_WRONLY));
+        struct stat existing {};
+        const bool replaces = ::stat(target.c_str(), &existing) == 0;
+        if (!replaces && errno != ENOENT) {
+            return false;
+        }
+        if (!opened || (replaces && !resemble(opened.number(), existing)) || !synchronise(opened.number())) {
+            return false;
+        }
+    }
+    if (::rename(file.fullpath().c_str(), target.c_str()) != 0) {
+        return false;
+    }
+    // The new name itself reaches the disk with its directory. Where a directory cannot be synchronised, the file is
+    // whole all the same.
+    const DESCRIPTOR names(open_file(directory.c_str(), O_RDONLY | O_DIRECTORY));
+    if (names) {
+        synchronise(names.number());
+    }
+    return true;
+}
+
+void remove_file(const FIO_PATH& file) {
+    ::unlink(file.fullpath().c_str());
+}
 
 FIO_REPLACEMENT::FIO_REPLACEMENT(const FIO_PATH& target) {
     if (target.fullpath().empty()) {
@@ -226,56 +261,4 @@ FIO_REPLACEMENT::FIO_REPLACEMENT(const FIO_PATH& target) {
         m_temporary = create_temporary(directory, exists ? 0600 : 0666);  // nobody reads it who may not read the file
     }
     m_in_place = m_temporary.fullpath().empty() && exists && may_write(m_target);
-}
-
-FIO_REPLACEMENT::~FIO_REPLACEMENT() {
-    if (!m_temporary.fullpath().empty()) {
-        ::unlink(m_temporary.fullpath().c_str());
-    }
-}
-
-bool FIO_REPLACEMENT::write(std::span<const BYTE> contents) {
-    if (m_in_place) {
-        m_contents.assign(contents.begin(), contents.end());
-        return true;
-    }
-    if (m_temporary.fullpath().empty()) {
-        return false;
-    }
-    const DESCRIPTOR file(open_file(m_temporary.fullpath().c_str(), O_WRONLY | O_TRUNC));
-    m_failed = !file || !write_all(file.number(), contents);
-    return !m_failed;
-}
-
-bool FIO_REPLACEMENT::commit() {
-    if (m_in_place) {
-        m_in_place = false;
-        return write_in_place(m_target, m_contents);
-    }
-    if (m_temporary.fullpath().empty() || m_failed) {
-        return false;
-    }
-    const fs::path directory = m_target.parent_path();  // what may fail comes before the change
-    {
-        const DESCRIPTOR file(open_file(m_temporary.fullpath().c_str(), O_WRONLY));
-        struct stat existing {};
-        const bool replaces = ::stat(m_target.c_str(), &existing) == 0;
-        if (!replaces && errno != ENOENT) {
-            return false;
-        }
-        if (!file || (replaces && !resemble(file.number(), existing)) || !synchronise(file.number())) {
-            return false;
-        }
-    }
-    if (::rename(m_temporary.fullpath().c_str(), m_target.c_str()) != 0) {
-        return false;
-    }
-    m_temporary = FIO_PATH();
-    // The new name itself reaches the disk with its directory. Where a directory cannot be synchronised, the file is
-    // whole all the same.
-    const DESCRIPTOR names(open_file(directory.c_str(), O_RDONLY | O_DIRECTORY));
-    if (names) {
-        synchronise(names.number());
-    }
-    return true;
 }

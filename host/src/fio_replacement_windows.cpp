@@ -5,6 +5,7 @@
 #include <windows.h>
 
 #include "fio.h"
+#include "replacing.h"
 #include "standard_places.h"
 #include "temporary_name.h"
 #include "utf8_path.h"
@@ -142,6 +143,8 @@ bool take_room(HANDLE file, std::size_t length) {
     return (!grows || set_length(file, length)) && SetFilePointerEx(file, {}, nullptr, FILE_BEGIN) != 0;
 }
 
+}  // namespace
+
 bool write_in_place(const fs::path& target, std::span<const BYTE> contents) {
     const HANDLE_OWNER file(open_for_writing(target, OPEN_EXISTING));
     if (!file) {
@@ -154,7 +157,25 @@ bool write_in_place(const fs::path& target, std::span<const BYTE> contents) {
            set_length(file.get(), contents.size()) && FlushFileBuffers(file.get()) != 0;
 }
 
-}  // namespace
+bool overwrite(const FIO_PATH& file, std::span<const BYTE> contents) {
+    const HANDLE_OWNER opened(open_for_writing(fio_get_unc_full_path(file.fullpath()), TRUNCATE_EXISTING));
+    return opened && write_all(opened.get(), contents);
+}
+
+bool put_in_place(const FIO_PATH& file, const fs::path& target) {
+    const fs::path native = fio_get_unc_full_path(file.fullpath());
+    {
+        const HANDLE_OWNER opened(open_for_writing(native, OPEN_EXISTING));
+        if (!opened || FlushFileBuffers(opened.get()) == 0) {
+            return false;
+        }
+    }
+    return take_place_of(native, target);
+}
+
+void remove_file(const FIO_PATH& file) {
+    DeleteFileW(fio_get_unc_full_path(file.fullpath()).c_str());
+}
 
 FIO_REPLACEMENT::FIO_REPLACEMENT(const FIO_PATH& target) {
     if (target.fullpath().empty()) {
@@ -184,45 +205,4 @@ FIO_REPLACEMENT::FIO_REPLACEMENT(const FIO_PATH& target) {
             return;
         }
     }
-}
-
-FIO_REPLACEMENT::~FIO_REPLACEMENT() {
-    if (!m_temporary.fullpath().empty()) {
-        DeleteFileW(fio_get_unc_full_path(m_temporary.fullpath()).c_str());
-    }
-}
-
-bool FIO_REPLACEMENT::write(std::span<const BYTE> contents) {
-    if (m_in_place) {
-        m_contents.assign(contents.begin(), contents.end());
-        return true;
-    }
-    if (m_temporary.fullpath().empty()) {
-        return false;
-    }
-    const HANDLE_OWNER file(open_for_writing(fio_get_unc_full_path(m_temporary.fullpath()), TRUNCATE_EXISTING));
-    m_failed = !file || !write_all(file.get(), contents);
-    return !m_failed;
-}
-
-bool FIO_REPLACEMENT::commit() {
-    if (m_in_place) {
-        m_in_place = false;
-        return write_in_place(m_target, m_contents);
-    }
-    if (m_temporary.fullpath().empty() || m_failed) {
-        return false;
-    }
-    const fs::path temporary = fio_get_unc_full_path(m_temporary.fullpath());
-    {
-        const HANDLE_OWNER file(open_for_writing(temporary, OPEN_EXISTING));
-        if (!file || FlushFileBuffers(file.get()) == 0) {
-            return false;
-        }
-    }
-    if (!take_place_of(temporary, m_target)) {
-        return false;
-    }
-    m_temporary = FIO_PATH();
-    return true;
 }

@@ -18,7 +18,10 @@ TEST(StreamFaults, EveryCombinationOfClosedAndFullStreams) {
     for (const std::string error : {"", "2>&-", "2>/dev/full"}) {
         for (const std::string output : {"", ">&-", ">/dev/full"}) {
             for (const std::string input : {"</dev/null", "<&-"}) {
-                const std::string streams = " " + input + " " + output + " " + error;
+                std::string streams;
+                for (const std::string& stream : {input, output, error}) {
+                    (streams += ' ') += stream;
+                }
                 SCOPED_TRACE(streams);
                 const int answered = output.empty() ? 0 : 3;
                 EXPECT_EQ(exit_code_of("$P flash list" + streams), answered);

@@ -47,9 +47,8 @@ int catalog_part_named(const std::string& name, QWORD hash) {
 }
 
 void add_parts_named(std::vector<int>& parts, const std::string& name) {
-    const HASHED_PARTS& names = PGMDDB_PART_DIGESTS.names;
-    names.find(part_name_hash(name), [&](std::size_t place) {
-        if (const int part = names.part_at(place); upper_part_name(part) == name) {
+    PGMDDB_PART_DIGESTS.names.find(part_name_hash(name), [&](std::size_t place) {
+        if (const int part = PGMDDB_PART_DIGESTS.names.part_at(place); upper_part_name(part) == name) {
             parts.push_back(part);
         }
         return false;  // all of them

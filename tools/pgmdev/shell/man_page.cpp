@@ -122,7 +122,7 @@ std::string top_page(const COMMAND_TABLE& table) {
                         italic("VERB"));
     text += ".SH NOUNS\n";
     for (const NOUN& noun : all.groups()) {
-        text += item(fmt::format("\\fBpgmdev\\-{}\\fR(1)", escaped(noun.name)), noun.description);
+        text += item(fmt::format(R"(\fBpgmdev\-{}\fR(1))", escaped(noun.name)), noun.description);
     }
     text += ".SH OPTIONS\n";
     for (const GLOBAL_OPTION& option : table.options) {
@@ -140,7 +140,7 @@ std::string top_page(const COMMAND_TABLE& table) {
     text += fmt::format(".SH EXAMPLE\n.nf\n    {}\n.fi\n.SH SEE ALSO\n", escaped(all.example));
     for (const NOUN& noun : all.groups()) {
         text +=
-            fmt::format("{}\\fBpgmdev\\-{}\\fR(1)", &noun == &all.groups().front() ? "" : ",\n", escaped(noun.name));
+            fmt::format(R"({}\fBpgmdev\-{}\fR(1))", &noun == &all.groups().front() ? "" : ",\n", escaped(noun.name));
     }
     return text + "\n";
 }

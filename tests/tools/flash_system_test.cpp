@@ -173,9 +173,6 @@ TEST(flash_identify_system, FilesOfTheKernelHoldLessOrMoreThanTheyTell) {
               JSON::array({"jedec_id is no identification: \"Linux\" is not an identification "
                            "response: expected pairs of hexadecimal digits"}));
     const std::string address = "/sys/class/net/lo/address";
-    if (!std::filesystem::exists(address)) {
-        GTEST_SKIP() << address << " is not there";
-    }
     ASSERT_EQ(std::filesystem::file_size(address), 4096U);
     const JSON of_size_4096 = system_with_link_to(address);
     EXPECT_EQ(of_size_4096.at("jedec_id"), "00:00:00:00:00:00");

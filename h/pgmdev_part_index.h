@@ -22,6 +22,19 @@ public:
     std::string get_part_name_from_pcf(std::string pcf_name) const;
     std::string get_possible_full_name(std::string name) const;
 
+    /// The conversions of PGMDEV_DEVICE_GRAMMAR_MGR on the way to programmer files, none with a fallback.
+    enum class CONVERSION {
+        PACKAGE_NAME,    ///< get_package_name
+        PGM_NAME,        ///< get_pgm_name, by way of the package name, too
+        PGM_PART_PCF,    ///< get_pgm_pcfs
+        PGM_FAMILY_PCF,  ///< the same
+        DEV_PART_PCF,    ///< get_dev_pcfs
+        DEV_FAMILY_PCF   ///< the same
+    };
+
+    /// The names that the conversion leads to `name`, and no others.
+    static std::vector<std::string> get_names_converted_to(CONVERSION conversion, std::string name);
+
     /// The names of the grammar from which conversions lead to `name`, in any number of steps, each once: full names,
     /// package names, programming names, devices. Not all that lead there need be found by a conversion, which takes the
     /// first way that there is.

@@ -87,6 +87,9 @@ constexpr bool equal_names(std::string_view left, std::string_view right) {
     if (left.size() != right.size()) {
         return false;
     }
+    if (left == right) {
+        return true;
+    }
     for (std::size_t i = 0; i < left.size(); ++i) {
         if (ascii_upper(left[i]) != ascii_upper(right[i])) {
             return false;

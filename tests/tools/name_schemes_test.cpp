@@ -22,7 +22,7 @@ const std::vector<PART_ENTRY>& all_parts() {
     static const std::vector<PART_ENTRY> PARTS = [] {
         PART_FILTER all;
         all.hidden = true;
-        return part_entries(all);
+        return part_entries(part_numbers(all));
     }();
     return PARTS;
 }

@@ -3,7 +3,8 @@
 #include <algorithm>
 #include <array>
 #include <iterator>
-#include <set>
+#include <map>
+#include <optional>
 #include <utility>
 
 #include "catalog/device_names.h"
@@ -17,12 +18,14 @@ namespace {
 
 using GRAMMAR = PGMDEV_DEVICE_GRAMMAR_MGR;
 
-/// A scheme, what it calls a part or its device, and whether the grammar alone knows a name of it: it also has names whose
-/// parts the device library has dropped.
+using CONVERSION = PGMDEV_PART_INDEX::CONVERSION;
+
+/// A scheme, how a part or its device comes by a name of it, and whether the grammar alone knows a name of it: it also has
+/// names whose parts the device library has dropped.
 struct SCHEME_ENTRY {
     const char* name;
-    std::string PART_NAMES::*of_part;      ///< null: it names devices
-    std::string DEVICE_ENTRY::*of_device;  ///< null: it names parts
+    bool of_devices;                       ///< or of parts
+    std::optional<CONVERSION> conversion;  ///< none: names of their own, or of their family
     bool (*in_grammar)(const std::string& name);
 };
 
@@ -32,46 +35,52 @@ bool nowhere(const std::string&) {
 
 /// In the order of SCHEME; they are called as `name show` calls the spellings.
 constexpr std::array<SCHEME_ENTRY, static_cast<std::size_t>(SCHEME::COUNT)> SCHEMES{{
-    {"name", &PART_NAMES::name, nullptr,
+    {"name", false, std::nullopt,
      [](const std::string& name) { return !GRAMMAR::get_package_name(name, true).empty(); }},
-    {"package_name", &PART_NAMES::package_name, nullptr,
+    {"package_name", false, CONVERSION::PACKAGE_NAME,
      [](const std::string& name) { return !GRAMMAR::get_pgm_name(name, true, true).empty(); }},
-    {"pgm_name", &PART_NAMES::pgm_name, nullptr,
+    {"pgm_name", false, CONVERSION::PGM_NAME,
      [](const std::string& name) { return !GRAMMAR::get_pgm_part_pcf(name).empty(); }},
-    {"device", nullptr, &DEVICE_ENTRY::device,
-     [](const std::string& name) { return !GRAMMAR::get_dev_part_pcf(name).empty(); }},
-    {"pgm_part_pcf", &PART_NAMES::pgm_part_pcf, nullptr, nowhere},
-    {"dev_part_pcf", nullptr, &DEVICE_ENTRY::dev_part_pcf,
+    {"device", true, std::nullopt, [](const std::string& name) { return !GRAMMAR::get_dev_part_pcf(name).empty(); }},
+    {"pgm_part_pcf", false, CONVERSION::PGM_PART_PCF, nowhere},
+    {"dev_part_pcf", true, CONVERSION::DEV_PART_PCF,
      [](const std::string& name) { return !GRAMMAR::get_pcf_device(name).empty(); }},
-    {"pgm_family_pcf", &PART_NAMES::pgm_family_pcf, nullptr, nowhere},
-    {"dev_family_pcf", nullptr, &DEVICE_ENTRY::dev_family_pcf, nowhere},
-    {"family", nullptr, &DEVICE_ENTRY::family, nowhere},
+    {"pgm_family_pcf", false, CONVERSION::PGM_FAMILY_PCF, nowhere},
+    {"dev_family_pcf", true, CONVERSION::DEV_FAMILY_PCF, nowhere},
+    {"family", true, std::nullopt, nowhere},
 }};
 
 constexpr const char* ALIAS = "alias";
 
 using SCHEME_SET = decltype(NAMED_PART::schemes);
 
-/// The schemes in which a part has a name of its own.
-SCHEME_SET schemes_of(const PART_NAMES& names, const std::string& name) {
-    SCHEME_SET schemes;
-    for (std::size_t i = 0; i < SCHEMES.size(); ++i) {
-        schemes[i] = SCHEMES[i].of_part != nullptr && names.*SCHEMES[i].of_part == name;
-    }
-    return schemes;
+SCHEME_SET only(SCHEME scheme) {
+    return SCHEME_SET().set(static_cast<std::size_t>(scheme));
 }
 
-/// The schemes in which a part has a name that its device has, too.
-SCHEME_SET schemes_of(const DEVICE_ENTRY& device, const std::string& name) {
-    SCHEME_SET schemes;
-    for (std::size_t i = 0; i < SCHEMES.size(); ++i) {
-        schemes[i] = SCHEMES[i].of_device != nullptr && device.*SCHEMES[i].of_device == name;
-    }
-    return schemes;
+// The number of the part, device or family that is called so, if any; not of one that has the name as a further one.
+
+template <class NUMBER>
+std::optional<NUMBER> if_called(NUMBER number, const std::string& name) {
+    return upper_name(number) == name ? std::optional(number) : std::nullopt;
 }
+
+std::optional<int> part_called(const std::string& name) {
+    return if_called(dstr_get_dev_part_enum_by_string(name.c_str()), name);
+}
+
+std::optional<DEV_DEVICE_ENUM> device_called(const std::string& name) {
+    return if_called(dstr_get_dev_device_enum_by_string(name.c_str()), name);
+}
+
+std::optional<DEV_FAMILY_ENUM> family_called(const std::string& name) {
+    return if_called(dstr_get_dev_family_enum_by_string(name.c_str()), name);
+}
+
+using DEVICES = std::map<DEV_DEVICE_ENUM, SCHEME_SET>;
 
 /// The devices of the parts of a family.
-void add_devices(std::set<DEV_DEVICE_ENUM>& devices, const std::string& family) {
+void add_devices_of_family(DEVICES& devices, const std::string& family) {
     PART_FILTER filter;
     filter.family = family;
     filter.hidden = true;
@@ -80,10 +89,32 @@ void add_devices(std::set<DEV_DEVICE_ENUM>& devices, const std::string& family) 
     for (const int part : part_numbers(filter)) {
         const DEV_DEVICE_ENUM device = manager.get_device_of(part);
         if (device != last) {
-            devices.insert(device);
+            devices[device] |= only(SCHEME::FAMILY);
         }
         last = device;
     }
+}
+
+/// The devices that have a name in any of the schemes.
+DEVICES devices_named(const std::string& name) {
+    DEVICES devices;
+    const auto add = [&devices](const std::string& device, SCHEME scheme) {
+        if (const auto number = device_called(device)) {
+            devices[*number] |= only(scheme);
+        }
+    };
+    add(name, SCHEME::DEVICE);
+    for (std::size_t i = 0; i < SCHEMES.size(); ++i) {
+        if (SCHEMES[i].of_devices && SCHEMES[i].conversion) {
+            for (const std::string& device : PGMDEV_PART_INDEX::get_names_converted_to(*SCHEMES[i].conversion, name)) {
+                add(device, static_cast<SCHEME>(i));
+            }
+        }
+    }
+    if (family_called(name)) {
+        add_devices_of_family(devices, name);
+    }
+    return devices;
 }
 
 /// By number, each part once, with all of its schemes.
@@ -111,31 +142,22 @@ std::vector<NAMED_PART> NAME_SCHEMES::parts_named(const std::string& name) {
         return {};
     }
     std::vector<NAMED_PART> parts;
-    const auto add = [&parts](int part, const SCHEME_SET& schemes) {
-        if (schemes.any()) {
-            parts.push_back({part, schemes});
+    const auto add = [this, &parts](const std::string& part, SCHEME scheme) {
+        if (const auto number = part_called(part); number && m_entries.lists(*number)) {
+            parts.push_back({*number, only(scheme)});
         }
     };
-    std::vector<std::string> names = PGMDEV_PART_INDEX::get_origins(name);
-    names.push_back(name);
-    std::set<DEV_DEVICE_ENUM> devices;
-    for (const std::string& each : names) {
-        const int part = dstr_get_dev_part_enum_by_string(each.c_str());
-        if (m_entries.lists(part)) {
-            add(part, schemes_of(part_names_of(part), name));
-        }
-        const DEV_DEVICE_ENUM device = dstr_get_dev_device_enum_by_string(each.c_str());
-        if (dstr_is_valid_dev_device_enum(device)) {
-            devices.insert(device);
+    add(name, SCHEME::NAME);
+    for (std::size_t i = 0; i < SCHEMES.size(); ++i) {
+        if (!SCHEMES[i].of_devices && SCHEMES[i].conversion) {
+            for (const std::string& part : PGMDEV_PART_INDEX::get_names_converted_to(*SCHEMES[i].conversion, name)) {
+                add(part, static_cast<SCHEME>(i));
+            }
         }
     }
-    if (dstr_is_valid_dev_family_enum(dstr_get_dev_family_enum_by_string(name.c_str()))) {
-        add_devices(devices, name);
-    }
-    for (const DEV_DEVICE_ENUM device : devices) {
-        const SCHEME_SET schemes = schemes_of(m_entries.device(device), name);
+    for (const auto& [device, schemes] : devices_named(name)) {
         for (const int part : m_entries.parts_of(device)) {
-            add(part, schemes);
+            parts.push_back({part, schemes});
         }
     }
     return merged(std::move(parts));

@@ -57,18 +57,38 @@ void for_each_value(const CHARACTERISTIC& characteristic, const std::string& dev
     }
 }
 
-/// The characteristics of the parts of a device, or of all, by number.
-std::vector<CHARACTERISTIC_PLACES> characteristics_of_parts(const std::string& device) {
+/// The characteristics of the parts of some devices, or of all, by number.
+std::vector<CHARACTERISTIC_PLACES> characteristics_of_parts(const std::vector<std::string>& devices) {
     std::vector<CHARACTERISTIC_PLACES> places(static_cast<std::size_t>(DEV_PART_MAX));
-    for (std::size_t i = 0; i < CHARACTERISTICS.size(); ++i) {
-        for_each_value(CHARACTERISTICS[i], device, [&](BYTE place, const std::vector<int>& parts) {
-            for (const int part : parts) {
-                places[static_cast<std::size_t>(part)][i] = place;
-            }
-            return false;
-        });
+    for (const std::string& device : devices) {
+        for (std::size_t i = 0; i < CHARACTERISTICS.size(); ++i) {
+            for_each_value(CHARACTERISTICS[i], device, [&](BYTE place, const std::vector<int>& parts) {
+                for (const int part : parts) {
+                    places[static_cast<std::size_t>(part)][i] = place;
+                }
+                return false;
+            });
+        }
     }
     return places;
+}
+
+/// The names of the devices of parts; those of many devices are better asked for with all others.
+std::vector<std::string> devices_to_ask_for(const std::vector<int>& parts) {
+    constexpr std::size_t MANY = 64;
+    const DEV_PART_MANAGER manager;
+    std::vector<std::string> devices;
+    DEV_DEVICE_ENUM last = DEV_DEVICE_INVALID;  // mostly that of the next part, too
+    for (const int part : parts) {
+        if (const DEV_DEVICE_ENUM device = manager.get_device_of(part); device != last) {
+            devices.push_back(dstr_get_user_string(device));
+            last = device;
+        }
+        if (devices.size() == MANY) {
+            return {PART_FILTER::ANY};
+        }
+    }
+    return devices;
 }
 
 PART_CHARACTERISTICS texts_of(const CHARACTERISTIC_PLACES& places) {
@@ -85,6 +105,24 @@ bool has(const std::vector<int>& numbers, int number) {
     return std::binary_search(numbers.begin(), numbers.end(), number);
 }
 
+/// Whether all of the parts are among those that the filter lets pass once it has their device: asks for one device after
+/// another, since with most families the first one shows that they are not.
+bool all_pass(const std::vector<int>& parts, PART_FILTER filter) {
+    const DEV_PART_MANAGER manager;
+    for (auto first = parts.begin(); first != parts.end();) {
+        const DEV_DEVICE_ENUM device = manager.get_device_of(*first);
+        const auto is_of_other = [&](int part) { return manager.get_device_of(part) != device; };
+        const auto last = std::find_if(first, parts.end(), is_of_other);
+        filter.device = dstr_get_user_string(device);
+        const std::vector<int> passing = part_numbers(filter);
+        if (!std::includes(passing.begin(), passing.end(), first, last)) {
+            return false;
+        }
+        first = last;
+    }
+    return true;
+}
+
 /// The place of the value that all of the parts have, of which the first one is of that device; 0: of none.
 BYTE place_of_common_value(const CHARACTERISTIC& characteristic, const std::vector<int>& parts,
                            const std::string& device) {
@@ -93,13 +131,10 @@ BYTE place_of_common_value(const CHARACTERISTIC& characteristic, const std::vect
         if (!has(of_device, parts.front())) {
             return false;
         }
-        const auto all_in = [&parts](const std::vector<int>& with_value) {
-            return std::includes(with_value.begin(), with_value.end(), parts.begin(), parts.end());
-        };
         PART_FILTER filter;
         filter.hidden = true;
         filter.*characteristic.filter = (part_values().*characteristic.values)[place - std::size_t{1}];
-        common = all_in(of_device) || all_in(part_numbers(filter)) ? place : BYTE{0};
+        common = all_pass(parts, filter) ? place : BYTE{0};
         return true;
     });
     return common;
@@ -116,11 +151,22 @@ std::vector<int> part_numbers(const PART_FILTER& filter) {
 }
 
 PART_ENTRIES::KNOWN_DEVICE& PART_ENTRIES::known(DEV_DEVICE_ENUM device) {
-    const auto [known, is_new] = m_devices.try_emplace(device);
-    if (is_new) {
-        known->second = {device_entry(device), part_numbers(parts_of_device(device)), std::nullopt};
+    if (m_last == nullptr || m_last->first != device) {
+        const auto [known, is_new] = m_devices.try_emplace(device);
+        if (is_new) {
+            known->second.parts = part_numbers(parts_of_device(device));
+        }
+        m_last = &*known;
     }
-    return known->second;
+    return m_last->second;
+}
+
+const DEVICE_ENTRY& PART_ENTRIES::device(DEV_DEVICE_ENUM device) {
+    std::optional<DEVICE_ENTRY>& entry = known(device).entry;
+    if (!entry) {
+        entry = device_entry(device);
+    }
+    return *entry;
 }
 
 bool PART_ENTRIES::lists(int part) {
@@ -153,7 +199,7 @@ PART_CHARACTERISTICS PART_ENTRIES::common_characteristics(const std::vector<int>
         return texts_of(common);
     }
     if (m_characteristics.empty()) {
-        m_characteristics = characteristics_of_parts(PART_FILTER::ANY);
+        m_characteristics = characteristics_of_parts({PART_FILTER::ANY});
     }
     const auto places_of = [this](int part) -> const CHARACTERISTIC_PLACES& {
         return m_characteristics[static_cast<std::size_t>(part)];
@@ -179,12 +225,8 @@ PART_NAMES part_names_of(int part) {
     return names;
 }
 
-std::vector<PART_ENTRY> part_entries(const PART_FILTER& filter) {
-    const std::vector<int> numbers = part_numbers(filter);
-    if (numbers.empty()) {
-        return {};
-    }
-    const std::vector<CHARACTERISTIC_PLACES> characteristics = characteristics_of_parts(filter.device);
+std::vector<PART_ENTRY> part_entries(const std::vector<int>& numbers) {
+    const std::vector<CHARACTERISTIC_PLACES> characteristics = characteristics_of_parts(devices_to_ask_for(numbers));
     const DEV_PART_MANAGER manager;
     PART_ENTRIES known;
     std::vector<PART_ENTRY> entries;

@@ -7,6 +7,7 @@
 #include <map>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "dev.h"
@@ -75,13 +76,18 @@ struct PART_ENTRY : PART_NAMES, DEVICE_ENTRY, PART_STATUS, PART_CHARACTERISTICS 
     DEV_DEVICE_ENUM device_number = DEV_DEVICE_INVALID;
 };
 
-std::vector<PART_ENTRY> part_entries(const PART_FILTER& filter);
+/// Of parts by number.
+std::vector<PART_ENTRY> part_entries(const std::vector<int>& numbers);
 
 /// What the device library and the grammar tell of single parts. It is asked for the parts of a device at once, when the
 /// first of them is asked for.
 class PART_ENTRIES {
 public:
-    const DEVICE_ENTRY& device(DEV_DEVICE_ENUM device) { return known(device).entry; }
+    PART_ENTRIES() = default;
+    PART_ENTRIES(const PART_ENTRIES&) = delete;
+    PART_ENTRIES& operator=(const PART_ENTRIES&) = delete;
+
+    const DEVICE_ENTRY& device(DEV_DEVICE_ENUM device);
 
     /// The parts of a device, hidden ones, too, by number.
     const std::vector<int>& parts_of(DEV_DEVICE_ENUM device) { return known(device).parts; }
@@ -102,8 +108,8 @@ private:
         std::vector<int> shown;
     };
     struct KNOWN_DEVICE {
-        DEVICE_ENTRY entry;
         std::vector<int> parts;
+        std::optional<DEVICE_ENTRY> entry;
         std::optional<STATUS_LISTS> parts_by_status;
     };
 
@@ -111,6 +117,8 @@ private:
 
     DEV_PART_MANAGER m_manager;
     std::map<DEV_DEVICE_ENUM, KNOWN_DEVICE> m_devices;
+    std::pair<const DEV_DEVICE_ENUM, KNOWN_DEVICE>* m_last =
+        nullptr;               ///< one of them: mostly the next part is of it, too
     unsigned m_questions = 0;  ///< for characteristics
     std::vector<CHARACTERISTIC_PLACES>
         m_characteristics;  ///< of all parts, by number; empty until many have been asked for

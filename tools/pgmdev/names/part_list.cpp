@@ -24,13 +24,13 @@ struct ROWS {
     TEXT_TABLE table;
 };
 
-/// One list: what is in it, and how its rows come from the parts that pass the filters.
+/// One list: what is in it, and how its rows come from the numbers of the parts that pass the filters.
 struct LIST {
     const char* thing;
     const char* description;
     const char* example;
     JSON (*schema)();
-    ROWS (*rows)(const std::vector<PART_ENTRY>& parts, const ARGUMENTS& given);
+    ROWS (*rows)(const std::vector<int>& parts, const ARGUMENTS& given);
     const std::vector<std::string>& (*known)();  ///< the names that a pattern is for
 };
 
@@ -61,30 +61,34 @@ JSON part_schema() {
                           {"temperature", or_null(text_schema())}});
 }
 
-ROWS part_rows(const std::vector<PART_ENTRY>& parts, const ARGUMENTS& given) {
+/// Those whose names fit the pattern.
+std::vector<int> with_given_pattern(std::vector<int> parts, const ARGUMENTS& given) {
+    std::erase_if(parts, [&given](int part) { return !fits_given_pattern(upper_name(part), given); });
+    return parts;
+}
+
+ROWS part_rows(const std::vector<int>& parts, const ARGUMENTS& given) {
     ROWS rows{{},
               TEXT_TABLE({"part", "device", "family", "package", "speed", "temperature", "status", "package name",
                           "programming name", "programmer-file part"})};
-    for (const PART_ENTRY& part : parts) {
-        if (fits_given_pattern(part.name, given)) {
-            rows.objects.push_back({{"name", part.name},
-                                    {"number", static_cast<DWORD>(part.number)},
-                                    {"device", part.device},
-                                    {"family", part.family},
-                                    {"package_name", part.package_name},
-                                    {"pgm_name", part.pgm_name},
-                                    {"pgm_part_pcf", part.pgm_part_pcf},
-                                    {"orderable", part.orderable},
-                                    {"production", part.production},
-                                    {"hidden", part.hidden},
-                                    {"package", text_or_null(part.package)},
-                                    {"pins", number_or_null(part.pins)},
-                                    {"speed", number_or_null(part.speed)},
-                                    {"temperature", text_or_null(part.temperature)}});
-            rows.table.add({part.name, part.device, part.family, shown(part.package + part.pins), shown(part.speed),
-                            shown(part.temperature), status_of(part), shown(part.package_name), shown(part.pgm_name),
-                            shown(part.pgm_part_pcf)});
-        }
+    for (const PART_ENTRY& part : part_entries(with_given_pattern(parts, given))) {
+        rows.objects.push_back({{"name", part.name},
+                                {"number", static_cast<DWORD>(part.number)},
+                                {"device", part.device},
+                                {"family", part.family},
+                                {"package_name", part.package_name},
+                                {"pgm_name", part.pgm_name},
+                                {"pgm_part_pcf", part.pgm_part_pcf},
+                                {"orderable", part.orderable},
+                                {"production", part.production},
+                                {"hidden", part.hidden},
+                                {"package", text_or_null(part.package)},
+                                {"pins", number_or_null(part.pins)},
+                                {"speed", number_or_null(part.speed)},
+                                {"temperature", text_or_null(part.temperature)}});
+        rows.table.add({part.name, part.device, part.family, shown(part.package + part.pins), shown(part.speed),
+                        shown(part.temperature), status_of(part), shown(part.package_name), shown(part.pgm_name),
+                        shown(part.pgm_part_pcf)});
     }
     return rows;
 }
@@ -98,10 +102,11 @@ JSON device_schema() {
                           {"parts", number_schema()}});
 }
 
-ROWS device_rows(const std::vector<PART_ENTRY>& parts, const ARGUMENTS& given) {
+ROWS device_rows(const std::vector<int>& parts, const ARGUMENTS& given) {
+    const DEV_PART_MANAGER manager;
     std::map<int, std::size_t> counts;
-    for (const PART_ENTRY& part : parts) {
-        ++counts[part.device_number];
+    for (const int part : parts) {
+        ++counts[manager.get_device_of(part)];
     }
     for (const DEV_DEVICE_ENUM device : devices_without_parts(part_filter(given))) {
         counts.emplace(device, 0);
@@ -131,30 +136,29 @@ JSON family_schema() {
                           {"parts", number_schema()}});
 }
 
-ROWS family_rows(const std::vector<PART_ENTRY>& parts, const ARGUMENTS& given) {
+ROWS family_rows(const std::vector<int>& parts, const ARGUMENTS& given) {
     struct FAMILY {
-        std::string name;
         std::set<int> devices;
         std::size_t parts = 0;
     };
-    std::map<int, FAMILY> families;
-    for (const PART_ENTRY& part : parts) {
-        FAMILY& family = families[part.family_number];
-        family.name = part.family;
-        family.devices.insert(part.device_number);
+    const DEV_PART_MANAGER manager;
+    std::map<DEV_FAMILY_ENUM, FAMILY> families;
+    for (const int part : parts) {
+        const DEV_DEVICE_ENUM device = manager.get_device_of(part);
+        FAMILY& family = families[manager.get_family_of(device)];
+        family.devices.insert(device);
         ++family.parts;
     }
     ROWS rows{{}, TEXT_TABLE({"family", "programmer-file family", "devices", "parts"})};
     for (const auto& [number, family] : families) {
-        if (fits_given_pattern(family.name, given)) {
-            const std::string pcf = PGMDEV_DEVICE_GRAMMAR_MGR::get_pcf_family_pcf(family.name);
-            rows.objects.push_back({{"name", family.name},
+        if (const std::string name = upper_name(number); fits_given_pattern(name, given)) {
+            const std::string pcf = PGMDEV_DEVICE_GRAMMAR_MGR::get_pcf_family_pcf(name);
+            rows.objects.push_back({{"name", name},
                                     {"number", static_cast<DWORD>(number)},
                                     {"pcf_family_pcf", pcf},
                                     {"devices", family.devices.size()},
                                     {"parts", family.parts}});
-            rows.table.add(
-                {family.name, shown(pcf), std::to_string(family.devices.size()), std::to_string(family.parts)});
+            rows.table.add({name, shown(pcf), std::to_string(family.devices.size()), std::to_string(family.parts)});
         }
     }
     return rows;
@@ -164,12 +168,12 @@ JSON opn_schema() {
     return object_schema({{"index", number_schema()}, {"name", text_schema()}, {"hash", number_schema()}});
 }
 
-ROWS opn_rows(const std::vector<PART_ENTRY>& parts, const ARGUMENTS& given) {
+ROWS opn_rows(const std::vector<int>& parts, const ARGUMENTS& given) {
     std::map<DWORD, std::string> names;
-    for (const PART_ENTRY& part : parts) {
-        const DWORD index = fits_given_pattern(part.name, given) ? PGMDEV_MGR::get_opn_enum(part.name) : INVALID_DWORD;
-        if (index != INVALID_DWORD) {
-            names.emplace(index, part.name);
+    for (const int part : with_given_pattern(parts, given)) {
+        const std::string name = upper_name(part);
+        if (const DWORD index = PGMDEV_MGR::get_opn_enum(name); index != INVALID_DWORD) {
+            names.emplace(index, name);
         }
     }
     ROWS rows{{}, TEXT_TABLE({"index", "name", "hash"})};
@@ -210,13 +214,13 @@ std::string hidden_text(const LIST& list, const ARGUMENTS& given) {
         return "";
     }
     filter.hidden = true;
-    const std::size_t count = list.rows(part_entries(filter), given).objects.size();
+    const std::size_t count = list.rows(part_numbers(filter), given).objects.size();
     return count == 0 ? "" : fmt::format("; with --hidden there {} {}", count == 1 ? "is" : "are", count);
 }
 
 VERB list_verb(const LIST& list) {
     const auto run = [&list](const ARGUMENTS& given, COMMAND& command) {
-        const ROWS rows = list.rows(part_entries(part_filter(given)), given);
+        const ROWS rows = list.rows(part_numbers(part_filter(given)), given);
         print_filtered_listing(
             list.schema(), rows.objects, rows.table,
             [&] {

@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "catalog/device_names.h"
+#include "catalog/nearest_names.h"
 #include "dstr.h"
 #include "pgmdev_device_grammar_mgr.h"
 #include "profile/look_up.h"
@@ -27,7 +28,7 @@ struct QUESTION {
     const char* description;
     FOUND_PROFILE (*look_up)(PROFILE_DATABASE& database, const std::string& name);
     bool (*is_known)(const std::string& name);
-    const std::vector<std::string>& (*names)();
+    std::vector<std::string> (*similar)(const std::string& name);  ///< known names that may have been meant
 };
 
 int family_number(const std::string& name) {
@@ -46,27 +47,25 @@ DWORD record_index(const std::string& text) {
     return parse_dword(text, "the index of a record");
 }
 
-const std::vector<std::string>& no_names() {
-    static const std::vector<std::string> names;
-    return names;
-}
-
 constexpr std::array QUESTIONS{
     QUESTION{"--family", "family", "no family is named", "NAME", "Family name, in any case; - reads one name per line",
              [](PROFILE_DATABASE& database, const std::string& name) {
                  return look_up_profile(database, PROFILE_KEY::FAMILY, family_number(name));
              },
-             [](const std::string& name) { return family_number(name) != 0; }, family_names},
+             [](const std::string& name) { return family_number(name) != 0; },
+             [](const std::string& name) { return nearest(name, family_names()); }},
     QUESTION{"--device", "device", "no device is named", "NAME", "Device name, likewise",
              [](PROFILE_DATABASE& database, const std::string& name) {
                  return look_up_profile(database, PROFILE_KEY::DEVICE, device_number(name));
              },
-             [](const std::string& name) { return device_number(name) != 0; }, device_names},
+             [](const std::string& name) { return device_number(name) != 0; },
+             [](const std::string& name) { return nearest_names(name, {.device = true}); }},
     QUESTION{"--part", "part", "no part is named", "NAME", "Part name, likewise",
              [](PROFILE_DATABASE& database, const std::string& name) {
                  return look_up_profile(database, PROFILE_KEY::PART, part_number(name));
              },
-             [](const std::string& name) { return part_number(name) != 0; }, part_names},
+             [](const std::string& name) { return part_number(name) != 0; },
+             [](const std::string& name) { return nearest_names(name, {.part = true}); }},
     QUESTION{"--pcf", "pcf", "no programmer-file part is named", "NAME", "Programmer-file part name, likewise",
              look_up_profile_of_pcf,
              [](const std::string& name) {
@@ -74,12 +73,12 @@ constexpr std::array QUESTIONS{
                  std::string pcf = name;  // NOLINT(performance-unnecessary-copy-initialization)
                  return !PGMDEV_DEVICE_GRAMMAR_MGR::get_pcf_device(pcf).empty();
              },
-             programmer_part_names},
+             [](const std::string& name) { return nearest_names(name, {.programmer_part = true}); }},
     QUESTION{
         "--index", "record", "there is no record", "INDEX",
         "Index of a record, as profile list tells it; - reads one per line",
         [](PROFILE_DATABASE& database, const std::string& text) { return profile_at(database, record_index(text)); },
-        [](const std::string&) { return false; }, no_names},
+        [](const std::string&) { return false; }, [](const std::string&) { return std::vector<std::string>(); }},
 };
 
 ANSWER answer_to(const QUESTION& question, PROFILE_DATABASE& database, const std::string& name) {
@@ -91,7 +90,7 @@ ANSWER answer_to(const QUESTION& question, PROFILE_DATABASE& database, const std
         answer.content = {{"index", nullptr}, {"rule", nullptr}, {question.noun, name}};
         answer.missing = is_known ? fmt::format("no profile governs {} {}", question.noun, name)
                                   : fmt::format("{} \"{}\"", question.unknown, name);
-        answer.candidates = is_known ? std::vector<std::string>() : nearest(name, question.names());
+        answer.candidates = is_known ? std::vector<std::string>() : question.similar(name);
         return answer;
     }
     answer.content = {{"index", profile->index}, {"rule", profile->rule}};

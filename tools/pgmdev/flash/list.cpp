@@ -90,11 +90,12 @@ void list(const ARGUMENTS& given, COMMAND& command) {
     const bool every_row = given.has("--all-rows");
     const WANTED wanted{trimmed_text(given, "--maker"), trimmed_text(given, "--voltage"),
                         given.has("--size") ? std::optional(parse_size(given.text("--size"))) : std::nullopt};
+    const GIVEN_PATTERN pattern(given);
     std::vector<JSON> objects;
     TEXT_TABLE table = table_of(every_row);
     const std::vector<FLASH_ROW> rows = every_row ? all_flash_rows() : enabled_flash_rows();
     for (const FLASH_ROW& row : rows) {
-        if (is_wanted(row.record, wanted) && fits_given_pattern(row.record.device_name, given)) {
+        if (is_wanted(row.record, wanted) && pattern.fits(row.record.device_name)) {
             objects.push_back(row_json(row, every_row));
             table.add(cells_of(row, every_row));
         }
@@ -103,9 +104,10 @@ void list(const ARGUMENTS& given, COMMAND& command) {
         std::vector<std::string> names(rows.size());
         std::transform(rows.begin(), rows.end(), names.begin(),
                        [](const FLASH_ROW& row) { return row.record.device_name; });
-        return fmt::format("there is no {}flash{} that passes all filters{}{}", every_row ? "" : "enabled ",
-                           given_pattern_text(given), vain_filters(rows, wanted, given),
-                           did_you_mean_by_pattern(given, names));
+        return fmt::format(
+            "there is no {}flash{} that passes all filters{}{}", every_row ? "" : "enabled ", given_pattern_text(given),
+            vain_filters(rows, wanted, given),
+            did_you_mean_by_pattern(given, [&](const std::string& name) { return nearest(name, names); }));
     };
     print_filtered_listing(object_schema(row_members(every_row)), objects, table, missing, given, command);
 }

@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "catalog/device_names.h"
+#include "catalog/nearest_names.h"
 #include "names/part_entries.h"
 #include "names/part_filter_options.h"
 #include "nouns.h"
@@ -31,7 +32,7 @@ struct LIST {
     const char* example;
     JSON (*schema)();
     ROWS (*rows)(const std::vector<int>& parts, const ARGUMENTS& given);
-    const std::vector<std::string>& (*known)();  ///< the names that a pattern is for
+    std::vector<std::string> (*similar)(const std::string& name);  ///< of the names that a pattern is for
 };
 
 std::string shown(const std::string& text) {
@@ -63,7 +64,8 @@ JSON part_schema() {
 
 /// Those whose names fit the pattern.
 std::vector<int> with_given_pattern(std::vector<int> parts, const ARGUMENTS& given) {
-    std::erase_if(parts, [&given](int part) { return !fits_given_pattern(upper_name(part), given); });
+    std::erase_if(parts,
+                  [pattern = GIVEN_PATTERN(given)](int part) { return !pattern.fits(dstr_get_user_string(part)); });
     return parts;
 }
 
@@ -103,8 +105,9 @@ JSON device_schema() {
 }
 
 ROWS device_rows(const std::vector<int>& parts, const ARGUMENTS& given) {
+    const GIVEN_PATTERN pattern(given);
     const DEV_PART_MANAGER manager;
-    std::map<int, std::size_t> counts;
+    std::map<DEV_DEVICE_ENUM, std::size_t> counts;
     for (const int part : parts) {
         ++counts[manager.get_device_of(part)];
     }
@@ -113,8 +116,8 @@ ROWS device_rows(const std::vector<int>& parts, const ARGUMENTS& given) {
     }
     ROWS rows{{}, TEXT_TABLE({"device", "family", "programmer-file part", "programmer-file family", "parts"})};
     for (const auto& [number, count] : counts) {
-        const DEVICE_ENTRY device = device_entry(static_cast<DEV_DEVICE_ENUM>(number));
-        if (fits_given_pattern(device.device, given)) {
+        if (pattern.fits(upper_name(number))) {
+            const DEVICE_ENTRY device = device_entry(number);
             rows.objects.push_back({{"name", device.device},
                                     {"number", static_cast<DWORD>(number)},
                                     {"family", device.family},
@@ -141,6 +144,7 @@ ROWS family_rows(const std::vector<int>& parts, const ARGUMENTS& given) {
         std::set<int> devices;
         std::size_t parts = 0;
     };
+    const GIVEN_PATTERN pattern(given);
     const DEV_PART_MANAGER manager;
     std::map<DEV_FAMILY_ENUM, FAMILY> families;
     for (const int part : parts) {
@@ -151,7 +155,7 @@ ROWS family_rows(const std::vector<int>& parts, const ARGUMENTS& given) {
     }
     ROWS rows{{}, TEXT_TABLE({"family", "programmer-file family", "devices", "parts"})};
     for (const auto& [number, family] : families) {
-        if (const std::string name = upper_name(number); fits_given_pattern(name, given)) {
+        if (const std::string name = upper_name(number); pattern.fits(name)) {
             const std::string pcf = PGMDEV_DEVICE_GRAMMAR_MGR::get_pcf_family_pcf(name);
             rows.objects.push_back({{"name", name},
                                     {"number", static_cast<DWORD>(number)},
@@ -185,27 +189,39 @@ ROWS opn_rows(const std::vector<int>& parts, const ARGUMENTS& given) {
     return rows;
 }
 
+std::vector<std::string> similar_parts(const std::string& name) {
+    return nearest_names(name, {.part = true});
+}
+
+std::vector<std::string> similar_devices(const std::string& name) {
+    return nearest_names(name, {.device = true});
+}
+
+std::vector<std::string> similar_families(const std::string& name) {
+    return nearest(name, family_names());
+}
+
 constexpr LIST PART_LIST{
     "part",      "Parts, by number", "pgmdev part list \"KES75*\" --temperature INDUSTRIAL --orderable",
-    part_schema, part_rows,          part_names};
+    part_schema, part_rows,          similar_parts};
 constexpr LIST DEVICE_LIST{"device",
                            "Devices that have such parts, and how many; without filters also those without parts",
                            "pgmdev device list --family Osprey --package FBGA",
                            device_schema,
                            device_rows,
-                           device_names};
+                           similar_devices};
 constexpr LIST FAMILY_LIST{"family",
                            "Families that have such parts, and how many",
                            "pgmdev family list --pins 780",
                            family_schema,
                            family_rows,
-                           family_names};
+                           similar_families};
 constexpr LIST OPN_LIST{"ordering code",
                         "The first ordering-code index of each part, and the hash of its name",
                         "pgmdev --json opn list --family Kestrel --speed 6",
                         opn_schema,
                         opn_rows,
-                        part_names};
+                        similar_parts};
 
 /// Says when an empty list would have rows with --hidden.
 std::string hidden_text(const LIST& list, const ARGUMENTS& given) {
@@ -225,7 +241,7 @@ VERB list_verb(const LIST& list) {
             list.schema(), rows.objects, rows.table,
             [&] {
                 return empty_list_text(list.thing, given) + hidden_text(list, given) +
-                       did_you_mean_by_pattern(given, list.known());
+                       did_you_mean_by_pattern(given, list.similar);
             },
             given, command);
     };

@@ -49,6 +49,7 @@ void show_tables(const ARGUMENTS& given, COMMAND& command) {
     const bool choice = std::any_of(INDEX_TABLES.begin(), INDEX_TABLES.end(),
                                     [&given](const INDEX_TABLE& table) { return given.has(table.option); });
     PROFILE_DATABASE database;
+    const GIVEN_PATTERN pattern(given);
     std::vector<JSON> rows;
     std::vector<std::string> names;  // all of the tables asked for
     TEXT_TABLE shown({"table", "number", "name", "index", "key"});
@@ -60,7 +61,7 @@ void show_tables(const ARGUMENTS& given, COMMAND& command) {
         for (std::size_t number = 0; number < entries.size(); ++number) {
             const std::string name = table.entry_name(static_cast<int>(number));
             names.push_back(name);
-            if (!fits_given_pattern(name, given)) {
+            if (!pattern.fits(name)) {
                 continue;
             }
             const DWORD index = entries[number];
@@ -78,8 +79,9 @@ void show_tables(const ARGUMENTS& given, COMMAND& command) {
     print_filtered_listing(
         entry_schema(), rows, shown,
         [&] {
-            return fmt::format("the index tables have no entry{}{}", given_pattern_text(given),
-                               did_you_mean_by_pattern(given, names));
+            return fmt::format(
+                "the index tables have no entry{}{}", given_pattern_text(given),
+                did_you_mean_by_pattern(given, [&](const std::string& name) { return nearest(name, names); }));
         },
         given, command);
 }

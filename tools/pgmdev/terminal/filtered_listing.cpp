@@ -26,17 +26,20 @@ VERB with_pattern(VERB verb) {
                                   ARGUMENT::OPTIONAL_TEXT});
 }
 
-bool fits_given_pattern(const std::string& name, const ARGUMENTS& given) {
-    return !given.has(PATTERN) || fits_pattern(name, pattern_of(given));
+GIVEN_PATTERN::GIVEN_PATTERN(const ARGUMENTS& given) : m_pattern(given.has(PATTERN) ? pattern_of(given) : "*") {}
+
+bool GIVEN_PATTERN::fits(const std::string& name) const {
+    return fits_pattern(name, m_pattern);
 }
 
 std::string given_pattern_text(const ARGUMENTS& given) {
     return given.has(PATTERN) ? fmt::format(" with a name like \"{}\"", pattern_of(given)) : "";
 }
 
-std::string did_you_mean_by_pattern(const ARGUMENTS& given, const std::vector<std::string>& names) {
+std::string did_you_mean_by_pattern(const ARGUMENTS& given,
+                                    const std::function<std::vector<std::string>(const std::string& name)>& similar) {
     const std::string pattern = given.has(PATTERN) ? pattern_of(given) : "*";
-    return pattern.find_first_of("*?") == std::string::npos ? did_you_mean(nearest(pattern, names)) : "";
+    return pattern.find_first_of("*?") == std::string::npos ? did_you_mean(similar(pattern)) : "";
 }
 
 void print_filtered_listing(const JSON& row, const std::vector<JSON>& rows, const TEXT_TABLE& table,

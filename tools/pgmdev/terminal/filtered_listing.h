@@ -12,14 +12,23 @@
 /// The verb with a pattern that names must fit.
 VERB with_pattern(VERB verb);
 
-/// Whether the name fits the pattern; if none is given, every name does.
-bool fits_given_pattern(const std::string& name, const ARGUMENTS& given);
+/// The pattern that is given; if none is, every name fits it.
+class GIVEN_PATTERN {
+public:
+    explicit GIVEN_PATTERN(const ARGUMENTS& given);
+
+    bool fits(const std::string& name) const;
+
+private:
+    std::string m_pattern;
+};
 
 /// " with a name like ...", or "" when no pattern is given.
 std::string given_pattern_text(const ARGUMENTS& given);
 
-/// What may have been meant by a pattern that no name fits: the nearest names, if it has no wildcard.
-std::string did_you_mean_by_pattern(const ARGUMENTS& given, const std::vector<std::string>& names);
+/// What may have been meant by a pattern that no name fits: the similar names, if it has no wildcard.
+std::string did_you_mean_by_pattern(const ARGUMENTS& given,
+                                    const std::function<std::vector<std::string>(const std::string& name)>& similar);
 
 /// Shows the rows as print_listing does. That there are none is a result, "not found", and `missing()` says it to people.
 void print_filtered_listing(const JSON& row, const std::vector<JSON>& rows, const TEXT_TABLE& table,

@@ -7,14 +7,12 @@
 
 namespace {
 
-/// The check sum at the end of a data set, least significant byte first, in hexadecimal.
-std::string check_sum(const COMPILED_DATA_SET& set) {
+std::string hexadecimal(DWORD number) {
     constexpr const char* DIGITS = "0123456789abcdef";
-    const DATA_CONTAINER container = open_container(set);
+    constexpr int DIGIT_BITS = 4;
     std::string text;
-    for (DWORD i = container.size; i-- > container.body_end();) {
-        text += DIGITS[container.data[i] >> 4];
-        text += DIGITS[container.data[i] & 0xF];
+    for (int shift = 32 - DIGIT_BITS; shift >= 0; shift -= DIGIT_BITS) {
+        text += DIGITS[number >> shift & 0xF];
     }
     return text;
 }
@@ -26,7 +24,7 @@ std::string PGMDEV_VERSION::library() {
 }
 
 std::string PGMDEV_VERSION::catalog() {
-    return check_sum(grammar_data_set()) + "-" + check_sum(opn_data_set());
+    return hexadecimal(crc_of(grammar_data_set())) + "-" + hexadecimal(crc_of(opn_data_set()));
 }
 
 std::string PGMDEV_VERSION::flash_stamp() {

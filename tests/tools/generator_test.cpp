@@ -205,6 +205,9 @@ TEST(DataSets, AreRefusedWhenDamaged) {
     DATA_SET sealed = seal(body);
     EXPECT_EQ(sealed.unpacked_length, 10 + body.size() + 4);
     EXPECT_EQ(unseal(sealed), body);
+    ++sealed.crc;
+    EXPECT_THROW(unseal(sealed), std::runtime_error);
+    --sealed.crc;
     for (const int change : {-1, 1}) {
         DATA_SET other = sealed;
         other.unpacked_length += static_cast<std::size_t>(change);

@@ -124,10 +124,11 @@ BYTES encode_ordering_codes(const std::vector<std::uint32_t>& parts) {
 DATA_SET seal(const BYTES& body) {
     BYTES container(DATA_SET_MAGIC.begin(), DATA_SET_MAGIC.end());
     container.insert(container.end(), body.begin(), body.end());
-    append_dword(container, crc32_msb_first(container.data(), container.size()));
+    const std::uint32_t crc = crc32_msb_first(container.data(), container.size());
+    append_dword(container, crc);
 
     uLongf length = compressBound(static_cast<uLong>(container.size()));
-    DATA_SET sealed{BYTES(length), container.size()};
+    DATA_SET sealed{BYTES(length), container.size(), crc};
     const int level = container.size() <= LARGEST_FOR_BEST_LEVEL ? Z_BEST_COMPRESSION : LEVEL_BEYOND;
     if (compress2(sealed.packed.data(), &length, container.data(), static_cast<uLong>(container.size()), level) !=
         Z_OK) {
@@ -147,6 +148,7 @@ BYTES unseal(const DATA_SET& data_set) {
     require(std::equal(DATA_SET_MAGIC.begin(), DATA_SET_MAGIC.end(), container.begin()), "its magic is wrong");
     const std::size_t end = container.size() - CRC_SIZE;
     require(dword_at(container, end) == crc32_msb_first(container.data(), end), "its CRC is wrong");
+    require(dword_at(container, end) == data_set.crc, "its CRC is another one");
     return {container.begin() + DATA_SET_MAGIC.size(), container.end() - CRC_SIZE};
 }
 

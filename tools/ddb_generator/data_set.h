@@ -15,10 +15,11 @@ using BYTES = std::vector<std::uint8_t>;
 /// What a data set begins with.
 inline constexpr std::string_view DATA_SET_MAGIC = "PGMDEV_DDB";
 
-/// A packed data set with its unpacked length.
+/// A packed data set with its unpacked length and its CRC.
 struct DATA_SET {
     BYTES packed;
     std::size_t unpacked_length = 0;
+    std::uint32_t crc = 0;
 };
 
 /// CRC-32/BZIP2: polynomial 0x04C11DB7, most significant bit first, preset and complemented by ones.

@@ -80,10 +80,11 @@ void add_data_set(std::string& source, const std::string& name, const DATA_SET& 
     add_constant(source, name + "_LENGTH", data.unpacked_length);
 }
 
-/// The digest of its stream.
+/// The digest of its stream, and the CRC that is in it.
 void add_digest(std::string& source, const std::string& name, const DATA_SET& data) {
     const std::string_view stream(reinterpret_cast<const char*>(data.packed.data()), data.packed.size());
     source += "const std::uint64_t " + name + "_DIGEST = " + unsigned_number(text_digest(stream)) + ";\n";
+    add_constant(source, name + "_CRC", data.crc);
 }
 
 void add_indexed_text(std::string& source, const std::string& name, const INDEXED_GRAMMAR& indexed) {

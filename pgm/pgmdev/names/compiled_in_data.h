@@ -19,6 +19,8 @@ extern const char PGMDDB_GRAMMAR_TEXT[];            ///< the decompressed gramma
 extern const std::uint32_t PGMDDB_GRAMMAR_INDEX[];  ///< an index of it (grammar_index.h)
 extern const DWORD PGMDDB_GRAMMAR_INDEX_LENGTH;     ///< how many numbers that are; 0: there is none
 extern const std::uint64_t PGMDDB_GRAMMAR_DIGEST;   ///< the digest of the stream that both are of
+extern const DWORD PGMDDB_GRAMMAR_CRC;              ///< the CRC in that stream
 extern const DWORD PGMDDB_OPN_NUMBERS[];            ///< the part numbers of the list
 extern const DWORD PGMDDB_OPN_NUMBERS_LENGTH;       ///< how many there are; 0: there are none
 extern const std::uint64_t PGMDDB_OPN_DIGEST;       ///< the digest of the stream that they are of
+extern const DWORD PGMDDB_OPN_CRC;                  ///< the CRC in that stream

@@ -39,6 +39,7 @@ COMPILED_DATA_SET grammar_data_set() {
             "zlib_uncompress(data, &data_size, PGMDDB_GRAMMAR_DATA, PGMDDB_GRAMMAR_CMP_LENGTH) == ZLIB_OK",
             "data_size == PGMDDB_GRAMMAR_LENGTH",
             PGMDDB_GRAMMAR_DIGEST,
+            PGMDDB_GRAMMAR_CRC,
             PGMDDB_GRAMMAR_TEXT,
             {PGMDDB_GRAMMAR_INDEX, PGMDDB_GRAMMAR_INDEX_LENGTH}};
 }
@@ -50,6 +51,7 @@ COMPILED_DATA_SET opn_data_set() {
             "zlib_uncompress(data, &data_size, PGMDDB_OPN_DATA, PGMDDB_OPN_CMP_LENGTH) == ZLIB_OK",
             "data_size == PGMDDB_OPN_LENGTH",
             PGMDDB_OPN_DIGEST,
+            PGMDDB_OPN_CRC,
             nullptr,
             {},
             {PGMDDB_OPN_NUMBERS, PGMDDB_OPN_NUMBERS_LENGTH}};
@@ -57,6 +59,18 @@ COMPILED_DATA_SET opn_data_set() {
 
 bool is_known(const COMPILED_DATA_SET& set) {
     return text_digest({reinterpret_cast<const char*>(set.stream), set.stream_length}) == set.known_stream;
+}
+
+DWORD crc_of(const COMPILED_DATA_SET& set) {
+    if (is_known(set)) {
+        return set.crc;
+    }
+    const DATA_CONTAINER container = open_container(set);
+    DWORD crc = 0;
+    for (DWORD i = container.size; i-- > container.body_end();) {
+        crc = crc << 8 | container.data[i];
+    }
+    return crc;
 }
 
 DATA_CONTAINER open_container(const COMPILED_DATA_SET& set) {

@@ -24,6 +24,7 @@ struct COMPILED_DATA_SET {
 
     // What the generator has found in a stream, and proven: whoever has it need not decompress that stream.
     std::uint64_t known_stream = 0;             ///< the digest of that stream
+    DWORD crc = 0;                              ///< in it
     const char* text = nullptr;                 ///< of a grammar: decompressed, without the CRC
     std::span<const std::uint32_t> index = {};  ///< of its text (grammar_index.h); none: nothing is known of it
     std::span<const DWORD> numbers = {};        ///< of a list of ordering codes; none: likewise
@@ -46,3 +47,6 @@ struct DATA_CONTAINER {
 
 /// Decompresses and checks a data set. The buffer goes on for some bytes of 0 behind `size`.
 DATA_CONTAINER open_container(const COMPILED_DATA_SET& set);
+
+/// The CRC at the end of a data set. Of a stream that is not known it is that of the container, whose checks pass.
+DWORD crc_of(const COMPILED_DATA_SET& set);

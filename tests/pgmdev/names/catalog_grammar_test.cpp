@@ -1,11 +1,16 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstring>
+#include <string>
+#include <unordered_map>
+#include <vector>
 
 #include "names/grammar_parser.h"
 #include "names/stores.h"
 #include "pgmdev/names/catalog_reference.h"
 #include "pgmdev_device_grammar_mgr.h"
+#include "pgmdev_part_index.h"
 
 namespace {
 
@@ -99,6 +104,55 @@ TEST(CatalogGrammar, NamesThatAreNearlyRightAreNotFound) {
         for (const std::string& other : {name + "0", name.substr(0, name.size() - 1), "X" + name}) {
             ASSERT_NO_FATAL_FAILURE(expect_every_operation(other));
         }
+    }
+}
+
+/// What a conversion makes of a name.
+std::string converted(PGMDEV_PART_INDEX::CONVERSION conversion, const std::string& name) {
+    using CONVERSION = PGMDEV_PART_INDEX::CONVERSION;
+    switch (conversion) {
+        case CONVERSION::PACKAGE_NAME:
+            return cat::package_name(name, true);
+        case CONVERSION::PGM_NAME:
+            return cat::pgm_name(name, false, true);
+        case CONVERSION::PGM_PART_PCF:
+            return cat::key_of(cat::PGM_PART_PCF, cat::pgm_name(name, false, false));
+        case CONVERSION::PGM_FAMILY_PCF:
+            return cat::key_of(cat::PGM_FAMILY_PCF, cat::pgm_name(name, false, false));
+        case CONVERSION::DEV_PART_PCF:
+            return cat::key_of(cat::DEV_PART_PCF, name);
+        case CONVERSION::DEV_FAMILY_PCF:
+            return cat::key_of(cat::DEV_FAMILY_PCF, name);
+    }
+    return "";
+}
+
+TEST(CatalogGrammar, BackwardsConversionsLeadToTheNamesThatAreConverted) {
+    for (int number = 0; number < 6; ++number) {
+        const auto conversion = static_cast<PGMDEV_PART_INDEX::CONVERSION>(number);
+        std::unordered_map<std::string, std::vector<std::string>> expected;
+        for (const std::string& name : cat::all_names()) {
+            expected[converted(conversion, name)].push_back(name);
+        }
+        expected.erase("");
+        EXPECT_GT(expected.size(), 10U) << number;
+        for (const std::string& name : cat::all_names()) {
+            std::vector<std::string> found = PGMDEV_PART_INDEX::get_names_converted_to(conversion, name);
+            std::sort(found.begin(), found.end());
+            ASSERT_EQ(found, expected[name]) << number << ' ' << name;
+        }
+    }
+}
+
+TEST(CatalogGrammar, ItsKnownCrcsAreThoseOfTheStreams) {
+    for (const COMPILED_DATA_SET& set : {grammar_data_set(), opn_data_set()}) {
+        ASSERT_TRUE(is_known(set));
+        COMPILED_DATA_SET unknown = set;
+        ++unknown.known_stream;
+        unknown.crc = 0;
+        EXPECT_EQ(crc_of(set), crc_of(unknown));
+        const std::string container = cat::ref::inflated(set.stream, set.stream_length, set.length);
+        EXPECT_EQ(cat::ref::le32(crc_of(set)), container.substr(container.size() - 4));
     }
 }
 

@@ -4,6 +4,7 @@
 #include "pgmdev/names/data_set.h"
 #include "pgmdev/names/reference.h"
 #include "support/reports.h"
+#include "text_digest.h"
 
 namespace {
 
@@ -101,6 +102,19 @@ TEST(DdbContainer, SurvivesContainersThatAreTooShort) {
         EXPECT_EQ(report_on_opening(DATA_SET(SAMPLE.substr(0, length))), expected) << length;
     }
     EXPECT_EQ(report_on_opening(DATA_SET(ref::container(""))), "(no report)");
+}
+
+TEST(DdbContainer, TheCrcOfAKnownStreamIsTheOneThatIsKnown) {
+    const DATA_SET set(SAMPLE);
+    COMPILED_DATA_SET known = set;
+    known.crc = 0x12345678;  // which is not the one in the stream, to tell which is taken
+    EXPECT_EQ(ref::le32(crc_of(known)), SAMPLE.substr(SAMPLE.size() - 4));
+    known.known_stream = text_digest({reinterpret_cast<const char*>(known.stream), known.stream_length});
+    EXPECT_EQ(crc_of(known), 0x12345678U);
+}
+
+TEST(DdbContainer, NoCrcIsToldOfADamagedStream) {
+    EXPECT_EQ(report_of([] { crc_of(DATA_SET("no stream", 9)); }), BAD_STREAM);
 }
 
 }  // namespace

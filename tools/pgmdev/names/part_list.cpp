@@ -14,6 +14,7 @@
 #include "nouns.h"
 #include "pgmdev_device_grammar_mgr.h"
 #include "pgmdev_mgr.h"
+#include "terminal/did_you_mean.h"
 #include "terminal/filtered_listing.h"
 #include "terminal/schema.h"
 

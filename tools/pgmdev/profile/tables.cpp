@@ -11,6 +11,7 @@
 #include "profile/look_up.h"
 #include "profile/output.h"
 #include "stl.h"
+#include "terminal/did_you_mean.h"
 #include "terminal/filtered_listing.h"
 #include "terminal/schema.h"
 

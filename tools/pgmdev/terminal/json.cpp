@@ -86,8 +86,12 @@ std::string text_of(const JSON& json, LAYOUT layout) {
 }  // namespace
 
 JSON::JSON(std::initializer_list<MEMBER> members) : m_value(OBJECT()) {
+    auto& object = std::get<OBJECT>(m_value);
+    object.names.reserve(members.size());
+    object.values.reserve(members.size());
     for (const MEMBER& member : members) {
-        (*this)[member.name] = member.value;
+        object.names.push_back(std::move(member.name));
+        object.values.push_back(std::move(member.value));
     }
 }
 

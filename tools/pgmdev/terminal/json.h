@@ -34,9 +34,10 @@ public:
     JSON(const char* value) : m_value(std::string(value)) {}
     template <class ELEMENT>
     JSON(const std::optional<ELEMENT>& value) : JSON(value ? JSON(*value) : JSON()) {}
+    JSON(ARRAY values) : m_value(std::move(values)) {}
     template <class ELEMENT>
     JSON(const std::vector<ELEMENT>& values) : m_value(ARRAY(values.begin(), values.end())) {}
-    JSON(std::initializer_list<MEMBER> members);  ///< an object
+    JSON(std::initializer_list<MEMBER> members);  ///< an object, each member once
 
     static JSON array() { return ARRAY(); }
     static JSON object() { return std::initializer_list<MEMBER>(); }
@@ -52,9 +53,10 @@ private:
     VALUE m_value;
 };
 
+/// What is in braces is taken from there: copying values in values in values takes long.
 struct JSON::MEMBER {
-    std::string name;
-    JSON value;
+    mutable std::string name;
+    mutable JSON value;
 };
 
 /// The value on one line, without a line feed. Bytes that are not UTF-8 become replacement characters.

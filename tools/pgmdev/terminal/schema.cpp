@@ -21,8 +21,8 @@ JSON choice_schema(const std::vector<std::string>& texts) {
     return {{"type", "string"}, {"enum", texts}};
 }
 
-JSON any_of(const std::vector<JSON>& schemas) {
-    return {{"anyOf", schemas}};
+JSON any_of(std::vector<JSON> schemas) {
+    return {{"anyOf", std::move(schemas)}};
 }
 
 JSON or_null(JSON schema) {
@@ -55,16 +55,19 @@ JSON failure_reference() {
     return {{"$ref", "#/$defs/failure"}};
 }
 
-JSON object_schema(const std::vector<SCHEMA_MEMBER>& members) {
+JSON object_schema(std::vector<SCHEMA_MEMBER> members) {
     JSON properties = JSON::object();
     JSON required = JSON::array();
-    for (const SCHEMA_MEMBER& member : members) {
-        properties[member.name] = member.schema;
+    for (SCHEMA_MEMBER& member : members) {
+        properties[member.name] = std::move(member.schema);
         if (member.required) {
             required.push_back(member.name);
         }
     }
-    return {{"type", "object"}, {"properties", properties}, {"required", required}, {"additionalProperties", false}};
+    return {{"type", "object"},
+            {"properties", std::move(properties)},
+            {"required", std::move(required)},
+            {"additionalProperties", false}};
 }
 
 JSON question_schema(const std::vector<SCHEMA_MEMBER>& content, const std::vector<std::string>& known_anyway,
@@ -85,13 +88,14 @@ JSON question_schema(const std::vector<SCHEMA_MEMBER>& content, const std::vecto
     missing.insert(missing.end(), only_missing.begin(), only_missing.end());
     missing.push_back({"candidates", array_schema(text_schema())});
     refused.push_back({"error", failure_reference()});
-    return any_of({object_schema(found), object_schema(missing), object_schema(refused)});
+    return any_of(
+        {object_schema(std::move(found)), object_schema(std::move(missing)), object_schema(std::move(refused))});
 }
 
 JSON list_schema(const JSON& row) {
     JSON items = row;
     items["required"] = JSON::array();
-    return array_schema(items);
+    return array_schema(std::move(items));
 }
 
 JSON with_members(JSON object_schema, const std::vector<SCHEMA_MEMBER>& members) {

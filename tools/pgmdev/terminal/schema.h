@@ -46,7 +46,7 @@ JSON failure_reference();
 /// One of the texts.
 JSON choice_schema(const std::vector<std::string>& texts);
 
-JSON any_of(const std::vector<JSON>& schemas);
+JSON any_of(std::vector<JSON> schemas);
 
 /// One member of the objects that a schema describes.
 struct SCHEMA_MEMBER {
@@ -56,7 +56,7 @@ struct SCHEMA_MEMBER {
 };
 
 /// Objects with these members.
-JSON object_schema(const std::vector<SCHEMA_MEMBER>& members);
+JSON object_schema(std::vector<SCHEMA_MEMBER> members);
 
 /// The answer to a question, as answer.h has it: with the members of `content` when something was found; when not, with
 /// those of them that `known_anyway` names, which may then be null, and perhaps `only_missing`. Or what a batch says of a

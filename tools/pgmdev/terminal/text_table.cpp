@@ -100,11 +100,25 @@ std::string cut(const std::string& text, std::size_t width) {
     return text.substr(0, end) + std::string(MARK.substr(0, std::min(width, MARK.size())));
 }
 
+bool is_ascii(const std::string& text) {
+    return std::all_of(text.begin(), text.end(), [](char c) { return c >= '\0'; });
+}
+
+/// Appends the text and blanks up to the width, which other characters than those of ASCII need not fill as bytes do.
+void append_filled(std::string& line, const std::string& text, std::size_t width) {
+    if (is_ascii(text)) {
+        line.append(text).append(width - text.size(), ' ');
+    } else {
+        line += fmt::format("{:<{}}", text, width);
+    }
+}
+
 std::string line_of(const std::vector<std::string>& row, const WIDTHS& widths) {
     std::string line;
     for (std::size_t i = 0; i < std::min(row.size(), widths.size()); ++i) {
         if (widths[i] != LEFT_OUT) {
-            line += fmt::format("{:<{}}{:{}}", cut(row[i], widths[i]), widths[i], "", GAP);
+            append_filled(line, cut(row[i], widths[i]), widths[i]);
+            line.append(GAP, ' ');
         }
     }
     return line.erase(line.find_last_not_of(' ') + 1);

@@ -119,8 +119,9 @@ DEVICES devices_named(const std::string& name) {
 
 /// By number, each part once, with all of its schemes.
 std::vector<NAMED_PART> merged(std::vector<NAMED_PART> parts) {
-    std::sort(parts.begin(), parts.end(),
-              [](const NAMED_PART& left, const NAMED_PART& right) { return left.number < right.number; });
+    // Most are in order already, first those with names of their own and then those of devices: what quicksort is slow at.
+    std::stable_sort(parts.begin(), parts.end(),
+                     [](const NAMED_PART& left, const NAMED_PART& right) { return left.number < right.number; });
     std::vector<NAMED_PART> once;
     for (const NAMED_PART& part : parts) {
         if (once.empty() || once.back().number != part.number) {

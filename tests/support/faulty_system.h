@@ -20,6 +20,27 @@ public:
     const char* name() const;
 };
 
+/// While it lives, this thread's system has no files without a name.
+class NO_UNNAMED_FILES {
+public:
+    NO_UNNAMED_FILES();
+    ~NO_UNNAMED_FILES();
+    NO_UNNAMED_FILES(const NO_UNNAMED_FILES&) = delete;
+    NO_UNNAMED_FILES& operator=(const NO_UNNAMED_FILES&) = delete;
+};
+
+/// While it lives, every call of that name of this thread fails with that `errno`; with ENOENT, say, as if there were none.
+class FAILING_CALLS_OF {
+public:
+    FAILING_CALLS_OF(const char* name, int error);
+    ~FAILING_CALLS_OF();
+    FAILING_CALLS_OF(const FAILING_CALLS_OF&) = delete;
+    FAILING_CALLS_OF& operator=(const FAILING_CALLS_OF&) = delete;
+
+    /// How often it was called.
+    std::size_t count() const;
+};
+
 /// While it lives, every read and write moves at most one byte, and every other one is interrupted before it begins.
 class SLOW_CALLS {
 public:

@@ -109,11 +109,8 @@ bool write_in_place(const fs::path& target, std::span<const BYTE> contents) {
 
 bool put_in_place(FIO_PATH& file, std::intptr_t& unnamed, const fs::path& target) {
     const fs::path directory = target.parent_path();  // what may fail comes before the change
-    if (unnamed != NAMED && !give_name(file, unnamed, directory)) {
-        return false;
-    }
     {
-        const DESCRIPTOR opened(open_file(file.fullpath().c_str(), O_WRONLY | O_NOFOLLOW));
+        const DESCRIPTOR opened(unnamed == NAMED ? open_named(file) : give_name(file, unnamed, directory));
         struct stat existing {};
         const bool replaces = ::stat(target.c_str(), &existing) == 0;
         if (!replaces && errno != ENOENT) {

@@ -104,31 +104,34 @@ bool create_unnamed(const fs::path& directory, mode_t mode, FIO_PATH& path, std:
     return true;
 }
 
-bool copy_contents(int from, const FIO_PATH& file) {
-    DESCRIPTOR to(open_file(file.fullpath().c_str(), O_WRONLY | O_NOFOLLOW));
+bool copy_contents(int from, int to) {
     std::array<BYTE, 16384> chunk{};
-    ssize_t count = to ? 1 : -1;
+    ssize_t count = 1;
     for (off_t offset = 0; count > 0; offset += count) {
         count = uninterrupted([&] { return ::pread(from, chunk.data(), chunk.size(), offset); });
-        if (count > 0 && !write_all(to.number(), {chunk.data(), static_cast<std::size_t>(count)})) {
+        if (count > 0 && !write_all(to, {chunk.data(), static_cast<std::size_t>(count)})) {
             return false;
         }
     }
-    return count == 0 && to.close();
+    return count == 0;
 }
 
-/// A file in the directory, with a name and the contents of one that cannot have any. Empty when that cannot be done.
-FIO_PATH create_copy(int unnamed, const fs::path& directory) {
+/// Copies a file without a name to one in the directory that has one, and is open for writing; -1 when that cannot be done.
+int create_copy(int unnamed, const fs::path& directory, FIO_PATH& copy) {
     struct stat status {};
     if (::fstat(unnamed, &status) != 0) {
-        return {};
+        return -1;
     }
-    FIO_PATH copy = create_named(directory, status.st_mode & 0777);
-    if (!copy.fullpath().empty() && !copy_contents(unnamed, copy)) {
+    copy = create_named(directory, status.st_mode & 0777);
+    if (copy.fullpath().empty()) {
+        return -1;
+    }
+    DESCRIPTOR opened(open_named(copy));
+    if (!opened || !copy_contents(unnamed, opened.number())) {
         discard(copy, NAMED);
-        return {};
+        return -1;
     }
-    return copy;
+    return opened.release();
 }
 
 }  // namespace
@@ -140,24 +143,35 @@ void create_temporary(const fs::path& directory, mode_t mode, FIO_PATH& path, st
     }
 }
 
-bool give_name(FIO_PATH& file, std::intptr_t& unnamed, const fs::path& directory) {
+int open_named(const FIO_PATH& file, int flags) {
+    return open_file(file.fullpath().c_str(), O_WRONLY | O_NOFOLLOW | flags);
+}
+
+int give_name(FIO_PATH& file, std::intptr_t& unnamed, const fs::path& directory) {
+    const auto opened = static_cast<int>(unnamed);
     FIO_PATH named = take_random_name(directory, [&file](const char* name) {
         return ::linkat(AT_FDCWD, file.fullpath().c_str(), AT_FDCWD, name, AT_SYMLINK_FOLLOW) == 0;
     });
+    int result = opened;
     if (named.fullpath().empty()) {
-        named = create_copy(static_cast<int>(unnamed), directory);
-    }
-    if (named.fullpath().empty()) {
-        return false;
+        result = create_copy(opened, directory, named);
+        if (result < 0) {
+            return result;
+        }
+        ::close(opened);
     }
     file = std::move(named);
-    discard({}, std::exchange(unnamed, NAMED));
-    return true;
+    unnamed = NAMED;
+    return result;
 }
 
 bool overwrite(const FIO_PATH& file, std::intptr_t unnamed, std::span<const BYTE> contents) {
-    const int links = unnamed == NAMED ? O_NOFOLLOW : 0;  // what is open is named by links, and a name by none
-    DESCRIPTOR opened(open_file(file.fullpath().c_str(), O_WRONLY | O_TRUNC | links));
+    if (unnamed != NAMED) {
+        const auto opened = static_cast<int>(unnamed);
+        return ::lseek(opened, 0, SEEK_SET) == 0 && uninterrupted([=] { return ::ftruncate(opened, 0); }) == 0 &&
+               write_all(opened, contents);
+    }
+    DESCRIPTOR opened(open_named(file, O_TRUNC));
     return opened && write_all(opened.number(), contents) && opened.close();
 }
 

@@ -14,6 +14,10 @@
 /// `unnamed` receives its descriptor. `path` stays empty when no file can be created. Removes what others have left behind.
 void create_temporary(const std::filesystem::path& directory, mode_t mode, FIO_PATH& path, std::intptr_t& unnamed);
 
-/// Gives a file that has no name one in the directory; its path becomes that, and its descriptor is closed. Only now it
-/// shows where that is forbidden: then a copy has the name.
-bool give_name(FIO_PATH& file, std::intptr_t& unnamed, const std::filesystem::path& directory);
+/// Opens a temporary that has a name for writing, and nothing else that somebody may have given that name.
+int open_named(const FIO_PATH& file, int flags = 0);
+
+/// Gives a file that has no name one in the directory, and its path becomes that. Only now it shows where that is
+/// forbidden: then a copy has the name. Returns the descriptor of what has it, which is the caller's; -1, and nothing has
+/// changed, when there is none.
+int give_name(FIO_PATH& file, std::intptr_t& unnamed, const std::filesystem::path& directory);

@@ -77,10 +77,12 @@ bool take_room(int descriptor, std::size_t size) {
     }
     const int error = ::posix_fallocate(descriptor, 0, needed);
     const bool full = error == ENOSPC || error == EDQUOT || error == EFBIG;
-    if (full && ::ftruncate(descriptor, existing.st_size) != 0) {
-        return false;
+    if (!full) {
+        return true;  // where room cannot be taken beforehand, writing will show
     }
-    return !full;  // where room cannot be taken beforehand, writing will show
+    (void)!::ftruncate(descriptor, existing.st_size);  // what is there already stays in any case
+    errno = error;                                     // for whoever asks why
+    return false;
 }
 
 /// Gives a new file the permissions and the owner of the one that it replaces, as far as the user may.

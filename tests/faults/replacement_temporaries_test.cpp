@@ -133,6 +133,18 @@ TEST_F(TemporaryFaults, AWriteThatFailsWhenTheFileIsClosedIsNotCommitted) {
     EXPECT_EQ(read_file(m_file), "old");
 }
 
+TEST_F(TemporaryFaults, AWriteThatWritesNothingIsNotTriedForever) {
+    FIO_REPLACEMENT replacement(m_file);
+    {
+        const FAILING_CALLS_OF fault("write", 0);
+        EXPECT_FALSE(write(replacement, "new"));
+        EXPECT_EQ(errno, EIO);
+        EXPECT_EQ(fault.count(), 1U);
+    }
+    EXPECT_FALSE(replacement.commit());
+    expect_the_truth(false);
+}
+
 /// What is open and has lost its name is found by the system's link to it. When the system says there that it is gone, too,
 /// there is a new file of the name that the link shows.
 TEST_F(TemporaryFaults, InPlaceOfWhatHasNoNameTheResultIsTheTruth) {

@@ -115,11 +115,18 @@ TEST_F(InPlaceFaults, TheResultIsTheTruth) {
 TEST_F(InPlaceFaults, WithoutRoomTheOldFileStays) {
     for (const int error : {ENOSPC, EDQUOT, EFBIG}) {
         bool was_full = false;
+        int reason = 0;
         with_each_call_failing<bool>(
-            error, [this] { prepare(); }, [this] { return replace_file(); },
+            error, [this] { prepare(); },
+            [&] {
+                const bool replaced = replace_file();
+                reason = errno;
+                return replaced;
+            },
             [&](bool result, const char* call) {
                 if (std::string_view(call) == "posix_fallocate") {
                     was_full = true;
+                    EXPECT_EQ(reason, error);
                     EXPECT_FALSE(result);
                     EXPECT_EQ(read_file(m_file), "old");
                 }
@@ -221,6 +228,20 @@ TEST_P(ReplacementFaults, AFileOfSomebodyElse) {
     const ORDINARY_USER user;
     EXPECT_TRUE(replace(scratch.path("file"), "one's own"));
     EXPECT_EQ(read_file(scratch.path("file")), "one's own");
+}
+
+/// Where everybody may make files, nobody may replace somebody else's.
+TEST_P(ReplacementFaults, AFileOfSomebodyElseStaysInAStickyDirectory) {
+    if (::geteuid() != 0) {
+        GTEST_SKIP() << "only root can make somebody else's file";
+    }
+    const SCRATCH scratch;
+    ASSERT_EQ(::chmod(scratch.directory().c_str(), 01777), 0);
+    const std::string file = scratch.write("file", "old");
+    const ORDINARY_USER user;
+    EXPECT_FALSE(replace(file, "new"));
+    EXPECT_EQ(read_file(file), "old");
+    EXPECT_EQ(scratch.file_count(), 1U);
 }
 
 TEST_P(ReplacementFaults, LinkOfSomebodyElseWhereEverybodyWritesIsRefused) {

@@ -29,7 +29,8 @@ public:
     NO_UNNAMED_FILES& operator=(const NO_UNNAMED_FILES&) = delete;
 };
 
-/// While it lives, every call of that name of this thread fails with that `errno`; with ENOENT, say, as if there were none.
+/// While it lives, every call of that name of this thread fails with that `errno`. A write that fails with 0
+/// has written nothing, and says no more.
 class FAILING_CALLS_OF {
 public:
     FAILING_CALLS_OF(const char* name, int error);

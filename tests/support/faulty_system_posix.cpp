@@ -172,7 +172,7 @@ INTERPOSED ssize_t pread(int file, void* bytes, std::size_t count, off_t offset)
 INTERPOSED ssize_t write(int file, const void* bytes, std::size_t count) {
     static auto* const real = next<ssize_t(int, const void*, std::size_t)>("write");
     if (is_to_fail("write") || is_interrupted()) {
-        return -1;
+        return errno == 0 ? 0 : -1;
     }
     const ssize_t written = real(file, bytes, allowed(count));
     if (g_recorder != nullptr && written > 0) {

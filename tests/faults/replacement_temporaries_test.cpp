@@ -54,6 +54,15 @@ TEST_F(TemporaryFaults, GetTheirNameInTheLastMoment) {
     EXPECT_EQ(calls(), (KINDS{CALL::CREATE, CALL::RESIZE, CALL::WRITE, CALL::SYNC, CALL::RENAME, CALL::SYNC}));
 }
 
+TEST_F(TemporaryFaults, HaveNamesWhereThePathOfWhatIsOpenLeadsElsewhere) {
+    const ALTERED_STATUS elsewhere([](struct stat& status) { ++status.st_ino; });
+    FIO_REPLACEMENT replacement(m_file);
+    EXPECT_EQ(m_scratch.file_count(), 2U);
+    EXPECT_TRUE(write(replacement, "new"));
+    EXPECT_TRUE(replacement.commit());
+    expect_the_truth(true);
+}
+
 /// The paths of what is open are in a file system of its own, which a process may not see.
 TEST_F(TemporaryFaults, HaveNamesWhereNoPathLeadsToWhatIsOpen) {
     FIO_REPLACEMENT unnamed(m_file);
@@ -121,6 +130,12 @@ TEST_F(TemporaryFaults, ACommitThatFailedCanBeRepeated) {
     }
 }
 
+TEST_F(TemporaryFaults, ADeviceThatFailsWhenItIsClosedHasFailed) {
+    EXPECT_TRUE(replace("/dev/null", "new"));
+    const FAILING_CALLS_OF fault("close", EIO);
+    EXPECT_FALSE(replace("/dev/null", "new"));
+}
+
 /// A disk far away may tell only when a file is closed that something has not arrived.
 TEST_F(TemporaryFaults, AWriteThatFailsWhenTheFileIsClosedIsNotCommitted) {
     const NO_UNNAMED_FILES names;
@@ -143,6 +158,18 @@ TEST_F(TemporaryFaults, AWriteThatWritesNothingIsNotTriedForever) {
     }
     EXPECT_FALSE(replacement.commit());
     expect_the_truth(false);
+}
+
+/// Its status may have been taken in the very moment in which it loses its name to another writer's.
+TEST_F(TemporaryFaults, AFileThatIsBeingReplacedIsNotWrittenInPlace) {
+    const std::string kept = m_scratch.path("kept");
+    fs::create_hard_link(m_file, kept);
+    {
+        const ALTERED_STATUS nameless([](struct stat& status) { status.st_nlink = 0; });
+        EXPECT_TRUE(replace(m_file, "new"));
+    }
+    EXPECT_EQ(read_file(m_file), "new");
+    EXPECT_EQ(read_file(kept), "old");
 }
 
 /// What is open and has lost its name is found by the system's link to it. When the system says there that it is gone, too,

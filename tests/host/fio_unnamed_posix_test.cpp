@@ -4,6 +4,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <array>
 #include <filesystem>
 #include <functional>
 #include <string>
@@ -33,6 +34,32 @@ public:
 
 private:
     int m_number;
+};
+
+constexpr std::array<int, 3> STANDARD_STREAMS{STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO};
+
+/// While it lives, this process has no standard streams.
+class CLOSED_STREAMS {
+public:
+    CLOSED_STREAMS() {
+        for (const int stream : STANDARD_STREAMS) {
+            m_kept.at(static_cast<std::size_t>(stream)) = ::fcntl(stream, F_DUPFD_CLOEXEC, STDERR_FILENO + 1);
+        }
+        for (const int stream : STANDARD_STREAMS) {
+            ::close(stream);
+        }
+    }
+    ~CLOSED_STREAMS() {
+        for (const int stream : STANDARD_STREAMS) {
+            ::dup2(m_kept.at(static_cast<std::size_t>(stream)), stream);
+            ::close(m_kept.at(static_cast<std::size_t>(stream)));
+        }
+    }
+    CLOSED_STREAMS(const CLOSED_STREAMS&) = delete;
+    CLOSED_STREAMS& operator=(const CLOSED_STREAMS&) = delete;
+
+private:
+    std::array<int, 3> m_kept{};
 };
 
 nlink_t names_of(const FIO_REPLACEMENT& replacement) {
@@ -139,17 +166,19 @@ TEST(fio_unnamed, ATemporaryIsNotHandedToOtherPrograms) {
 /// What a program prints that has closed its output goes nowhere, and not into the file.
 TEST(fio_unnamed, ATemporaryNeverTakesTheNumberOfAStandardStream) {
     const SCRATCH scratch;
-    EXPECT_TRUE(succeeds_elsewhere([&] {
-        for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
-            ::close(stream);
-        }
+    bool refused = false;
+    bool committed = false;
+    {
+        const CLOSED_STREAMS closed;
         FIO_REPLACEMENT replacement(scratch.path("file"));
-        bool refused = write(replacement, "contents");
-        for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
+        refused = write(replacement, "contents");
+        for (const int stream : STANDARD_STREAMS) {
             refused = refused && ::write(stream, "printed", 7) < 0;
         }
-        return refused && replacement.commit();
-    }));
+        committed = replacement.commit();
+    }
+    EXPECT_TRUE(refused);
+    EXPECT_TRUE(committed);
     EXPECT_EQ(read_file(scratch.path("file")), "contents");
 }
 

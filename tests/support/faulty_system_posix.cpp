@@ -28,6 +28,7 @@ struct STATE {
     const char* failed_call = "";
     unsigned slow_count = 0;
     bool no_unnamed_files = false;
+    void (*alter_status)(struct stat& status) = nullptr;
     std::string_view failing_name;
     int error_of_name = 0;
     std::size_t calls_of_name = 0;
@@ -185,7 +186,11 @@ INTERPOSED ssize_t write(int file, const void* bytes, std::size_t count) {
 
 INTERPOSED int stat(const char* path, struct stat* status) {
     static auto* const real = next<int(const char*, struct stat*)>("stat");
-    return is_to_fail("stat") ? -1 : real(path, status);
+    const int result = is_to_fail("stat") ? -1 : real(path, status);
+    if (result == 0 && g_state.alter_status != nullptr) {
+        g_state.alter_status(*status);
+    }
+    return result;
 }
 
 INTERPOSED int lstat(const char* path, struct stat* status) {
@@ -345,6 +350,14 @@ NO_UNNAMED_FILES::NO_UNNAMED_FILES() {
 
 NO_UNNAMED_FILES::~NO_UNNAMED_FILES() {
     g_state.no_unnamed_files = false;
+}
+
+ALTERED_STATUS::ALTERED_STATUS(void (*alter)(struct stat& status)) {
+    g_state.alter_status = alter;
+}
+
+ALTERED_STATUS::~ALTERED_STATUS() {
+    g_state.alter_status = nullptr;
 }
 
 FAILING_CALLS_OF::FAILING_CALLS_OF(const char* name, int error) {

@@ -80,15 +80,16 @@ bool take_room(int descriptor, std::size_t size) {
     if (!full) {
         return true;  // where room cannot be taken beforehand, writing will show
     }
-    (void)!::ftruncate(descriptor, existing.st_size);  // what is there already stays in any case
-    errno = error;                                     // for whoever asks why
+    [[maybe_unused]] const int cut = ::ftruncate(descriptor, existing.st_size);  // what was there stays in any case
+    errno = error;                                                               // for whoever asks why
     return false;
 }
 
 /// Gives a new file the permissions and the owner of the one that it replaces, as far as the user may.
 bool resemble(int descriptor, const struct stat& existing) {
     if (::fchown(descriptor, existing.st_uid, existing.st_gid) != 0) {
-        (void)!::fchown(descriptor, static_cast<uid_t>(-1), existing.st_gid);  // only root may give files away
+        // Only root may give files away.
+        [[maybe_unused]] const int given = ::fchown(descriptor, static_cast<uid_t>(-1), existing.st_gid);
     }
     return ::fchmod(descriptor, existing.st_mode & 07777) == 0;
 }

@@ -35,7 +35,7 @@ std::uint64_t random_number() {
 /// Removes what writers have left behind that were ended before they could tidy up. Replacing a file takes seconds: what
 /// is a day old has no owner. Not std::filesystem, which ends the process when it gets no memory for this.
 void sweep(const fs::path& directory) {
-    constexpr time_t DAY = 24 * 60 * 60;
+    constexpr time_t DAY = time_t{24} * 60 * 60;
     const std::unique_ptr<DIR, int (*)(DIR*)> entries(::opendir(directory.c_str()), ::closedir);
     if (entries == nullptr) {
         return;

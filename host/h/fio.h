@@ -5,7 +5,6 @@
 ///
 /// Path texts are UTF-8 on every system (on systems whose file names are plain bytes, those bytes).
 
-#include <cstdint>
 #include <filesystem>
 #include <span>
 #include <string>
@@ -89,8 +88,8 @@ public:
 private:
     std::filesystem::path m_target;
     FIO_PATH m_temporary;
-    std::intptr_t m_unnamed = -1;  ///< the system's number of the temporary as long as it has no name
     bool m_in_place = false;       ///< the target is written by `commit` itself
-    std::vector<BYTE> m_contents;  ///< for that
+    int m_unnamed = -1;            ///< the number under which the temporary is open as long as it has no name
+    std::vector<BYTE> m_contents;  ///< for the target that is written in place
     bool m_failed = false;         ///< the last write did not succeed
 };

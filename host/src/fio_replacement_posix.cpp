@@ -110,7 +110,7 @@ bool write_in_place(const fs::path& target, std::span<const BYTE> contents) {
            synchronise(file.number()) && file.close();
 }
 
-bool put_in_place(FIO_PATH& file, std::intptr_t& unnamed, const fs::path& target) {
+bool put_in_place(FIO_PATH& file, int& unnamed, const fs::path& target) {
     const fs::path directory = target.parent_path();  // what may fail comes before the change
     {
         const DESCRIPTOR opened(unnamed == NAMED ? open_named(file) : give_name(file, unnamed, directory));

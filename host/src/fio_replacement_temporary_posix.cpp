@@ -87,7 +87,7 @@ int above_standard_streams(int descriptor) {
 /// Creates a new empty file in the directory that has no name, so that nothing of it outlives the process. False where
 /// the system has no such files, or no paths of what is open. A file that anybody may write gets a name at once: some
 /// kernels (before 5.19) ask the user's mask about no others on some file systems.
-bool create_unnamed(const fs::path& directory, mode_t mode, FIO_PATH& path, std::intptr_t& descriptor) {
+bool create_unnamed(const fs::path& directory, mode_t mode, FIO_PATH& path, int& descriptor) {
     constexpr mode_t UNMASKED = 0666;
     DESCRIPTOR file(above_standard_streams(open_file(directory.c_str(), O_TMPFILE | O_RDWR, mode)));
     struct stat opened {};
@@ -136,7 +136,7 @@ int create_copy(int unnamed, const fs::path& directory, FIO_PATH& copy) {
 
 }  // namespace
 
-void create_temporary(const fs::path& directory, mode_t mode, FIO_PATH& path, std::intptr_t& unnamed) {
+void create_temporary(const fs::path& directory, mode_t mode, FIO_PATH& path, int& unnamed) {
     sweep(directory);
     if (!create_unnamed(directory, mode, path, unnamed)) {
         path = create_named(directory, mode);
@@ -147,38 +147,36 @@ int open_named(const FIO_PATH& file, int flags) {
     return open_file(file.fullpath().c_str(), O_WRONLY | O_NOFOLLOW | flags);
 }
 
-int give_name(FIO_PATH& file, std::intptr_t& unnamed, const fs::path& directory) {
-    const auto opened = static_cast<int>(unnamed);
+int give_name(FIO_PATH& file, int& unnamed, const fs::path& directory) {
     FIO_PATH named = take_random_name(directory, [&file](const char* name) {
         return ::linkat(AT_FDCWD, file.fullpath().c_str(), AT_FDCWD, name, AT_SYMLINK_FOLLOW) == 0;
     });
-    int result = opened;
+    int opened = unnamed;
     if (named.fullpath().empty()) {
-        result = create_copy(opened, directory, named);
-        if (result < 0) {
-            return result;
+        opened = create_copy(unnamed, directory, named);
+        if (opened < 0) {
+            return opened;
         }
-        ::close(opened);
+        ::close(unnamed);
     }
     file = std::move(named);
     unnamed = NAMED;
-    return result;
+    return opened;
 }
 
-bool overwrite(const FIO_PATH& file, std::intptr_t unnamed, std::span<const BYTE> contents) {
+bool overwrite(const FIO_PATH& file, int unnamed, std::span<const BYTE> contents) {
     if (unnamed != NAMED) {
-        const auto opened = static_cast<int>(unnamed);
-        return ::lseek(opened, 0, SEEK_SET) == 0 && uninterrupted([=] { return ::ftruncate(opened, 0); }) == 0 &&
-               write_all(opened, contents);
+        return ::lseek(unnamed, 0, SEEK_SET) == 0 && uninterrupted([=] { return ::ftruncate(unnamed, 0); }) == 0 &&
+               write_all(unnamed, contents);
     }
     DESCRIPTOR opened(open_named(file, O_TRUNC));
     return opened && write_all(opened.number(), contents) && opened.close();
 }
 
-void discard(const FIO_PATH& file, std::intptr_t unnamed) {
+void discard(const FIO_PATH& file, int unnamed) {
     if (unnamed == NAMED) {
         ::unlink(file.fullpath().c_str());
     } else {
-        ::close(static_cast<int>(unnamed));
+        ::close(unnamed);
     }
 }

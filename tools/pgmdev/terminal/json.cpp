@@ -9,78 +9,36 @@
 
 namespace {
 
-constexpr std::size_t LEVEL_WIDTH = 2;  // blanks
+using DOCUMENT = nlohmann::ordered_json;
 
-enum class LAYOUT { ON_ONE_LINE, READABLE };
-
-bool needs_no_escape(char character) {
-    return character >= ' ' && character <= '~' && character != '"' && character != '\\';
+DOCUMENT document_of(const JSON& json) {
+    return std::visit(
+        [](const auto& value) {
+            using VALUE = std::remove_cvref_t<decltype(value)>;
+            DOCUMENT document;
+            if constexpr (std::is_same_v<VALUE, JSON::ARRAY>) {
+                document = DOCUMENT::array();
+                for (const JSON& element : value) {
+                    document.push_back(document_of(element));
+                }
+            } else if constexpr (std::is_same_v<VALUE, JSON::OBJECT>) {
+                document = DOCUMENT::object();
+                for (std::size_t i = 0; i < value.names.size(); ++i) {
+                    document.emplace(value.names[i], document_of(value.values[i]));
+                }
+            } else {
+                document = value;
+            }
+            return document;
+        },
+        json.value());
 }
 
-std::string quoted(const std::string& text) {
-    using DOCUMENT = nlohmann::json;
-    if (std::all_of(text.begin(), text.end(), needs_no_escape)) {
-        return '"' + text + '"';
-    }
-    return printable_json(DOCUMENT(text).dump(-1, ' ', false, DOCUMENT::error_handler_t::replace));
-}
+constexpr int READABLE = 2;  // blanks for each level
+constexpr int ON_ONE_LINE = -1;
 
-class WRITER {
-public:
-    explicit WRITER(LAYOUT layout) : m_layout(layout) {}
-
-    void write(const JSON& json) {
-        std::visit([this](const auto& value) { write_value(value); }, json.value());
-    }
-    const std::string& text() const { return m_text; }
-
-private:
-    void write_value(std::nullptr_t) { m_text += "null"; }
-    void write_value(bool value) { m_text += value ? "true" : "false"; }
-    void write_value(QWORD value) { m_text += std::to_string(value); }
-    void write_value(const std::string& value) { m_text += quoted(value); }
-    void write_value(const JSON::ARRAY& array) {
-        write_items("[]", array.size(), [&](std::size_t i) { write(array[i]); });
-    }
-    void write_value(const JSON::OBJECT& object) {
-        write_items("{}", object.names.size(), [&](std::size_t i) {
-            m_text += quoted(object.names[i]);
-            m_text += m_layout == LAYOUT::READABLE ? ": " : ":";
-            write(object.values[i]);
-        });
-    }
-
-    template <class WRITE>
-    void write_items(std::string_view brackets, std::size_t count, WRITE write_item) {
-        m_text += brackets[0];
-        ++m_level;
-        for (std::size_t i = 0; i < count; ++i) {
-            m_text += i == 0 ? "" : ",";
-            begin_line();
-            write_item(i);
-        }
-        --m_level;
-        if (count != 0) {
-            begin_line();
-        }
-        m_text += brackets[1];
-    }
-
-    void begin_line() {
-        if (m_layout == LAYOUT::READABLE) {
-            m_text.append(1, '\n').append(m_level * LEVEL_WIDTH, ' ');
-        }
-    }
-
-    LAYOUT m_layout;
-    std::size_t m_level = 0;
-    std::string m_text;
-};
-
-std::string text_of(const JSON& json, LAYOUT layout) {
-    WRITER writer(layout);
-    writer.write(json);
-    return writer.text();
+std::string text_of(const JSON& json, int indentation) {
+    return printable_json(document_of(json).dump(indentation, ' ', false, DOCUMENT::error_handler_t::replace));
 }
 
 }  // namespace
@@ -113,11 +71,11 @@ JSON& JSON::operator[](std::string_view name) {
 }
 
 std::string json_text(const JSON& value) {
-    return text_of(value, LAYOUT::ON_ONE_LINE);
+    return text_of(value, ON_ONE_LINE);
 }
 
 std::string readable_json_text(const JSON& value) {
-    return text_of(value, LAYOUT::READABLE);
+    return text_of(value, READABLE);
 }
 
 void print_json(const JSON& document) {

@@ -20,7 +20,7 @@ quick_checks+=',modernize-use-nullptr,modernize-use-override,readability-contain
 # which are not there yet; in build/tidy.
 database() {
     mkdir -p build/tidy
-    sed -E 's/ -(fno-gnu-unique|Wno-restrict|Wno-subobject-linkage|Werror|fsanitize=[a-z,]+|fno-sanitize-recover=all)\>//g
+    sed -E 's/ -(fno-gnu-unique|Wno-restrict|Wno-subobject-linkage|Werror|fsanitize=[a-z,-]+|fno-sanitize-recover=all)\>//g
         s/( -Xclang -include(-pch)? -Xclang [^ ]+){2}//' \
         "build/$1/compile_commands.json" >build/tidy/compile_commands.json
 }
@@ -50,9 +50,11 @@ for directory in pgm/pgmdev tools/pgmdev tools/ddb_generator; do
     fi
 done
 if [ "$mode" = full ]; then
-    cmake -S . -B build/file_by_file -G Ninja -DCMAKE_BUILD_TYPE=Debug -DPGMDEV_COMPILE_BY_ROOM=none >/dev/null
+    install_packages test bench
+    cmake -S . -B build/file_by_file -G Ninja -DCMAKE_BUILD_TYPE=Debug -DPGMDEV_COMPILE_BY_ROOM=none \
+        -DPGMDEV_BUILD_PYTHON=ON -DPGMDEV_BUILD_BENCHMARKS=ON -DPGMDEV_BUILD_FUZZERS=ON >/dev/null
     database file_by_file
-    compiled "^$root/(pgm|host|c|system|tools|examples|python|tests)/" | tidy
+    compiled "^$root/(pgm|host|c|system|tools|examples|python|tests|fuzz|benchmarks)/" | tidy
     exit
 fi
 

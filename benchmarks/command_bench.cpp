@@ -2,6 +2,7 @@
 #include <spawn.h>
 #include <sys/resource.h>
 #include <sys/wait.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <array>
@@ -19,8 +20,6 @@
 // by round, so that whatever else the machine does falls upon all of them alike.
 //
 // Usage: command_bench [ROUNDS]
-
-extern char** environ;
 
 namespace {
 
@@ -160,7 +159,7 @@ void write_names(const char* path, int times) {
 }  // namespace
 
 int main(int argc, char** argv) try {
-    const int rounds = argc > 1 ? std::max(1, std::atoi(argv[1])) : DEFAULT_ROUNDS;
+    const int rounds = argc > 1 ? std::max(1, std::stoi(argv[1])) : DEFAULT_ROUNDS;
     std::vector<RUNS> all{{{EMPTY_PROGRAM}}};
     for (const QUESTION& question : SINGLE_ANSWERS) {
         all.push_back({{COMMAND}, question.answered});

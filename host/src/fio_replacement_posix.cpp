@@ -121,7 +121,7 @@ std::uint64_t random_number() {
 /// Removes what writers have left behind that were ended before they could tidy up. Replacing a file takes seconds: what
 /// is a day old has no owner. Not std::filesystem, which ends the process when it gets no memory for this.
 void sweep(const fs::path& directory) {
-    constexpr time_t DAY = 24 * 60 * 60;
+    constexpr time_t DAY = time_t{24} * 60 * 60;
     const std::unique_ptr<DIR, int (*)(DIR*)> entries(::opendir(directory.c_str()), ::closedir);
     if (entries == nullptr) {
         return;
@@ -180,7 +180,8 @@ bool take_room(int descriptor, std::size_t size) {
 /// Gives a new file the permissions and the owner of the one that it replaces, as far as the user may.
 bool resemble(int descriptor, const struct stat& existing) {
     if (::fchown(descriptor, existing.st_uid, existing.st_gid) != 0) {
-        (void)!::fchown(descriptor, static_cast<uid_t>(-1), existing.st_gid);  // only root may give files away
+        // Only root may give files away, and nobody need be in the group.
+        [[maybe_unused]] const int group = ::fchown(descriptor, static_cast<uid_t>(-1), existing.st_gid);
     }
     return ::fchmod(descriptor, existing.st_mode & 07777) == 0;
 }

@@ -17,7 +17,6 @@
 // is done, they are the new ones.
 
 namespace fs = std::filesystem;
-namespace ref = ini_reference;
 
 namespace {
 

@@ -11,8 +11,6 @@ endif()
 if(WIN32)
   list(APPEND PGMDEV_THIRD_PARTY
     "libgcc_s_seh-1.dll|gcc-mingw-w64-x86-64-posix-runtime|GPL-3.0-or-later WITH GCC-exception-3.1|CONTAINS"
-    "libgcrypt-20.dll|libgcrypt-mingw-w64-dev|LGPL-2.1-or-later|CONTAINS"
-    "libgpg-error-0.dll|libgpg-error-mingw-w64-dev|LGPL-2.1-or-later|CONTAINS"
     "libstdc++-6.dll|gcc-mingw-w64-x86-64-posix-runtime|GPL-3.0-or-later WITH GCC-exception-3.1|CONTAINS"
     "libwinpthread-1.dll|mingw-w64-x86-64-dev|MIT AND BSD-3-Clause|CONTAINS"
     "zlib1.dll|libz-mingw-w64|Zlib|CONTAINS")

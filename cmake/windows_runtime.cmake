@@ -2,7 +2,7 @@
 # the target runtime_dlls puts them beside our programs, so that these run where they were built.
 
 find_package(ZLIB REQUIRED)
-set(names libstdc++-6.dll libgcc_s_seh-1.dll libwinpthread-1.dll zlib1.dll libgcrypt-20.dll libgpg-error-0.dll)
+set(names libstdc++-6.dll libgcc_s_seh-1.dll libwinpthread-1.dll zlib1.dll)
 
 set(PGMDEV_RUNTIME_DLLS)
 foreach(name ${names})

@@ -1,24 +1,21 @@
-#include <stdexcept>
-
-#include <windows.h>
-
-#include <bcrypt.h>
+#include <gcrypt.h>
 
 #include "sha256.h"
 
+namespace {
+
+bool make_ready() {
+    gcry_check_version(nullptr);
+    gcry_control(GCRYCTL_DISABLE_SECMEM, 0);
+    gcry_control(GCRYCTL_INITIALIZATION_FINISHED, 0);
+    return true;
+}
+
+}  // namespace
+
 std::array<unsigned char, 32> independent_sha256(const std::string& data) {
-    std::string input = data;
+    [[maybe_unused]] static const bool ready = make_ready();
     std::array<unsigned char, 32> digest{};
-    BCRYPT_ALG_HANDLE algorithm = nullptr;
-    if (BCryptOpenAlgorithmProvider(&algorithm, BCRYPT_SHA256_ALGORITHM, nullptr, 0) != 0) {
-        throw std::runtime_error("the system has no SHA-256");
-    }
-    const NTSTATUS status =
-        BCryptHash(algorithm, nullptr, 0, reinterpret_cast<PUCHAR>(input.data()), static_cast<ULONG>(input.size()),
-                   digest.data(), static_cast<ULONG>(digest.size()));
-    BCryptCloseAlgorithmProvider(algorithm, 0);
-    if (status != 0) {
-        throw std::runtime_error("the system's SHA-256 failed");
-    }
+    gcry_md_hash_buffer(GCRY_MD_SHA256, digest.data(), data.data(), data.size());
     return digest;
 }

@@ -49,7 +49,7 @@ FAILURE internal_error(const MSG_INTERNAL_ERROR_REPORT& report) {
 EXIT_CODE carry_out(const std::vector<std::string>& arguments, COMMAND& command) try {
     const bool only_help = !run_service(arguments) && !run_command_line(whole_command(), arguments, command);
     if (std::fflush(stdout) != 0 || std::ferror(stdout) != 0) {
-        print_error("pgmdev: standard output cannot be written\n");
+        print_error("pgmdev: standard output cannot be written");
         return EXIT_INTERNAL_ERROR;
     }
     const auto report = last_report();

@@ -23,7 +23,6 @@
 #include "terminal/did_you_mean.h"
 #include "terminal/failure.h"
 #include "terminal/given_options.h"
-#include "terminal/printable.h"
 #include "terminal/quiet.h"
 #include "terminal/standard_error.h"
 #include "text_lines.h"
@@ -105,7 +104,7 @@ public:
     void add(const std::string& place, const std::string& fault) {
         const std::string text = fmt::format("{}: {}", place, fault);
         if (!is_quiet() && m_told.insert(text).second) {
-            print_error("pgmdev: warning: {}\n", printable(text));
+            print_error("pgmdev: warning: {}", text);
         }
     }
 

@@ -22,7 +22,7 @@ namespace {
 constexpr const char* SAVE = "--save";
 
 void tell(const std::string& text) {
-    print_error("pgmdev: {}\n", printable(text));
+    print_error("pgmdev: {}", text);
 }
 
 /// Keeps the text in the configuration, when that is asked for, and tells where. Null: it is not asked for.

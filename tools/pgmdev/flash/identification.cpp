@@ -13,7 +13,6 @@
 #include "pgmdev_flash_table.h"
 #include "terminal/command.h"
 #include "terminal/did_you_mean.h"
-#include "terminal/printable.h"
 #include "terminal/standard_error.h"
 
 namespace {
@@ -27,7 +26,7 @@ PGMDEV_FLASH_NOTES installed_notes() {
     auto notes = PGMDEV_FLASH_NOTES::beside_database(flash_database_place().path);
     for (const auto* file : {&notes.ambiguities_file(), &notes.identifications_file()}) {
         for (const PGMDEV_TABLE_FAULT& fault : file->faults) {
-            print_error("pgmdev: {}\n", printable(PGMDEV_FLASH_TABLE::describe(fault, file->file)));
+            print_error("pgmdev: {}", PGMDEV_FLASH_TABLE::describe(fault, file->file));
         }
     }
     return notes;

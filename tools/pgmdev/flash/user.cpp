@@ -18,7 +18,7 @@ constexpr EXIT_CODE REFUSED = EXIT_INTERNAL_ERROR;
 
 void show_faults(const PGMDEV_USER_FLASH& flash) {
     for (const std::string& fault : flash.faults()) {
-        print_error("pgmdev: the description is refused: {}\n", printable(fault));
+        print_error("pgmdev: the description is refused: {}", fault);
     }
 }
 

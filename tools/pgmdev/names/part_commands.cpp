@@ -51,7 +51,7 @@ void print_hidden_part(const std::string& device, const std::string& part) {
     fmt::print("{}\n", part);
     if (!is_quiet()) {
         std::fflush(stdout);
-        print_error("pgmdev: note: the device \"{}\" has hidden parts only\n", device);
+        print_error("pgmdev: note: the device \"{}\" has hidden parts only", device);
     }
 }
 

@@ -83,7 +83,7 @@ JSON block_schema() {
 }
 
 void report_absent(PGMDEV_FLASH_INI_ENUM which, const JSON& answer, COMMAND& command) {
-    print_error("pgmdev: {}/pgm_flash.ini holds no block \"{}\"\n", gen_get_module_path(), block_name(which));
+    print_error("pgmdev: {}/pgm_flash.ini holds no block \"{}\"", gen_get_module_path(), block_name(which));
     command.result = EXIT_NOT_FOUND;
     if (command.json) {
         print_json(answer);

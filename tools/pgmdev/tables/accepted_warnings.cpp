@@ -9,7 +9,6 @@
 #include "files/file_bytes.h"
 #include "files/inspection.h"
 #include "gen.h"
-#include "terminal/printable.h"
 #include "terminal/schema.h"
 #include "terminal/standard_error.h"
 #include "text_lines.h"
@@ -117,10 +116,10 @@ JSON unused_schema() {
 
 void print_leftovers(const ACCEPTED_WARNINGS& accepted) {
     for (const std::size_t line : accepted.malformed) {
-        print_error("{}:{}: fault: expected ROW MEMBER TEXT # WHY, or * for any text\n", accepted.file, line);
+        print_error("{}:{}: fault: expected ROW MEMBER TEXT # WHY, or * for any text", accepted.file, line);
     }
     for (const ACCEPTED_WARNING& entry : unused_entries(accepted)) {
-        print_error("{}:{}: warning: not used: there is no such warning: {} {} {}\n", accepted.file, entry.line,
-                    printable(entry.row), printable(entry.member), printable(entry.text));
+        print_error("{}:{}: warning: not used: there is no such warning: {} {} {}", accepted.file, entry.line,
+                    entry.row, entry.member, entry.text);
     }
 }

@@ -84,7 +84,7 @@ void annotate_database(const std::string& pcf_file, std::vector<BYTE> bytes, con
         if (check.outcome == TABLE_CHECK::FAILED) {
             command.result = EXIT_INTERNAL_ERROR;
             faults.push_back({{"check", check.name}, {"detail", check.detail}});
-            print_error("pgmdev: {}: {}: {}\n", pcf_file, check.name, printable(check.detail));
+            print_error("pgmdev: {}: {}: {}", pcf_file, check.name, check.detail);
         }
     }
     if (command.json) {

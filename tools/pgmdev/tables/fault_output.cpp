@@ -2,7 +2,6 @@
 
 #include <fmt/core.h>
 
-#include "terminal/printable.h"
 #include "terminal/schema.h"
 #include "terminal/standard_error.h"
 
@@ -39,6 +38,6 @@ JSON faults_json(const std::vector<PGMDEV_TABLE_FAULT>& faults, const std::strin
 void print_faults(const std::vector<PGMDEV_TABLE_FAULT>& faults, const std::string& csv_file,
                   std::string (*describe)(const PGMDEV_TABLE_FAULT&, const std::string&)) {
     for (const PGMDEV_TABLE_FAULT& fault : faults) {
-        print_error("{}\n", printable(describe(fault, csv_file)));
+        print_error("{}", describe(fault, csv_file));
     }
 }

@@ -9,7 +9,6 @@
 #include "files/inspection.h"
 #include "fio.h"
 #include "tables/fault_output.h"
-#include "terminal/printable.h"
 #include "terminal/schema.h"
 #include "terminal/standard_error.h"
 
@@ -64,8 +63,7 @@ void NOTES_COPIES::commit() {
         copy.is_in_place = true;
     }
     for (const std::string& left : m_left) {
-        print_error("pgmdev: {} is not of this table, which has no such notes; remove it unless it is yours\n",
-                    printable(left));
+        print_error("pgmdev: {} is not of this table, which has no such notes; remove it unless it is yours", left);
     }
 }
 

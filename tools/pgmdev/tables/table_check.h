@@ -19,6 +19,7 @@
 #include "terminal/command_line.h"
 #include "terminal/did_you_mean.h"
 #include "terminal/json.h"
+#include "terminal/standard_error.h"
 
 // KIND says which table it is, further:
 //   names_of(member)   what the cells of a member may name; none where they hold no names
@@ -85,7 +86,7 @@ void check_table(const ARGUMENTS& given, COMMAND& command) {
         print_faults(each.faults, each.file, KIND::TABLE::describe);
     }
     for (const std::string& hint : hints) {
-        fmt::print(stderr, "{}: hint: {}\n", csv_file, hint);
+        print_error("{}: hint: {}", csv_file, hint);
     }
     if (command.json) {
         JSON document = sizes_json(table);

@@ -89,7 +89,7 @@ void print_verification(VERIFICATION verification, COMMAND& command) {
     for (const TABLE_CHECK& check : verification.checks) {
         fmt::print("{:<8} {:<16} {}\n", OUTCOMES[check.outcome], check.name, printable(check.detail));
     }
-    fmt::print("{} is {}\n", verification.database, verification.sound() ? "sound" : "refused");
+    fmt::print("{} is {}\n", printable(verification.database), verification.sound() ? "sound" : "refused");
 }
 
 JSON verification_schema() {

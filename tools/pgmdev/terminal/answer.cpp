@@ -8,7 +8,6 @@
 #include "gen.h"
 #include "terminal/did_you_mean.h"
 #include "terminal/input.h"
-#include "terminal/printable.h"
 #include "terminal/standard_error.h"
 
 namespace {
@@ -41,7 +40,7 @@ void give(const JSON& query, const ANSWER& answer, bool batch, COMMAND& command)
         count(EXIT_INTERNAL_ERROR, command);
     }
     if (!answer.found && !answer.missing.empty()) {
-        print_error("pgmdev: {}{}\n", printable(answer.missing), printable(did_you_mean(answer.candidates)));
+        print_error("pgmdev: {}{}", answer.missing, did_you_mean(answer.candidates));
     }
     if (command.json) {
         print_json_answer(answer_json(query, answer), batch);
@@ -54,7 +53,7 @@ void give(const JSON& query, const ANSWER& answer, bool batch, COMMAND& command)
 /// A line that could not be answered.
 void give_failure(const std::string& query, const FAILURE& failure, EXIT_CODE result, COMMAND& command) {
     count(result, command);
-    print_error("pgmdev: {}\n", printable(failure_text(failure)));
+    print_error("pgmdev: {}", failure_text(failure));
     if (command.json) {
         print_json_line({{"query", query}, {"found", false}, {"error", failure_json(failure)}});
     }

@@ -8,7 +8,6 @@
 #include <sstream>
 
 #include "terminal/failure.h"
-#include "terminal/printable.h"
 #include "terminal/standard_error.h"
 #include "terminal/unknown_word.h"
 
@@ -49,7 +48,7 @@ void read_settings(const VERB& verb, const COMMAND& command) try {
     if (verb.needs_settings) {
         throw;
     }
-    print_error("pgmdev: warning: {}\n", printable(failure_text(error.failure())));
+    print_error("pgmdev: warning: {}", failure_text(error.failure()));
 }
 
 /// Adds nouns and verbs to the parser. What making it takes is most of what a short answer takes: of those that no

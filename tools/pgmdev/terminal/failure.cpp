@@ -5,7 +5,6 @@
 #include <array>
 #include <cstdio>
 
-#include "terminal/printable.h"
 #include "terminal/quiet.h"
 #include "terminal/standard_error.h"
 
@@ -116,7 +115,7 @@ std::string failure_text(const FAILURE& failure) {
 
 void warn_of(const FAILURE& failure) {
     if (!is_quiet()) {
-        print_error("pgmdev: warning: {}\n", printable(failure_text(failure)));
+        print_error("pgmdev: warning: {}", failure_text(failure));
     }
 }
 
@@ -130,9 +129,9 @@ void warn_without_memory(const char* text) noexcept {
 
 void tell_failure(const FAILURE& failure, bool json) {
     for (const FIELD_FAULT& fault : failure.faults) {
-        print_error("pgmdev: {}\n", printable(fault_text(fault)));
+        print_error("pgmdev: {}", fault_text(fault));
     }
-    print_error("pgmdev: {}\n", printable(failure_text(failure)));
+    print_error("pgmdev: {}", failure_text(failure));
     if (json) {
         print_json_line({{"error", failure_json(failure)}});
     }

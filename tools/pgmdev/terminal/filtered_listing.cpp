@@ -6,7 +6,6 @@
 
 #include "gen.h"
 #include "terminal/did_you_mean.h"
-#include "terminal/printable.h"
 #include "terminal/standard_error.h"
 #include "terminal/wildcard.h"
 
@@ -43,7 +42,7 @@ void print_filtered_listing(const JSON& row, const std::vector<JSON>& rows, cons
                             const std::function<std::string()>& missing, const ARGUMENTS& given, COMMAND& command) {
     if (rows.empty()) {
         command.result = EXIT_NOT_FOUND;
-        print_error("pgmdev: {}\n", printable(missing()));
+        print_error("pgmdev: {}", missing());
         if (!command.json && !given.has("--csv")) {
             return;  // people need no heading above nothing
         }

@@ -1,0 +1,60 @@
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "support/scratch.h"
+#include "tools/command_fixture.h"
+#include "tools/flash_source.h"
+
+// Names of files that would command a terminal, by a character that systems allow in names (U+009B, which begins what a
+// terminal carries out): wherever the command says them, it does not.
+
+namespace {
+
+constexpr const char* COMMANDING = "\xC2\x9B";
+constexpr const char* SHOWN = "\\xC2\\x9B";
+
+const std::string NAME = std::string("a") + COMMANDING + "31m";
+
+void expect_shown(const std::vector<std::string>& arguments) {
+    const PROCESS_RESULT result = run_command(arguments);
+    const std::string said = result.output + result.errors;
+    const std::string verb = arguments.at(arguments.size() - 2);
+    EXPECT_FALSE(contains(said, COMMANDING)) << verb << ": " << said;
+    EXPECT_TRUE(contains(said, SHOWN)) << verb << ": " << said;
+}
+
+}  // namespace
+
+TEST(CommandingNames, OfTablesAndTheirCompanions) {
+    const SCRATCH scratch;
+    const std::string table = scratch.write(NAME + ".csv", "no table\n");
+    scratch.write(NAME + ".csv.accepted", "row\nanother row and a text\n");
+    expect_shown({"flash", "check", table});
+    expect_shown({"flash", "compile", table, scratch.path("out.pcf")});
+    expect_shown({"profile", "check", table});
+    expect_shown({"flash", "diff", table, table});
+}
+
+TEST(CommandingNames, OfDatabases) {
+    const SCRATCH scratch;
+    const std::string damaged = scratch.write(NAME + ".pcf", "PGMIO_FM and then nothing that belongs there ..........");
+    expect_shown({"flash", "verify", damaged});
+    expect_shown({"flash", "dump", "--annotate", damaged});
+    expect_shown({"flash", "dump", damaged});
+    expect_shown({"profile", "dump", damaged});
+    const std::string sound = scratch.write(NAME + "1.pcf", flash_reference::file(flash_reference::payload({})));
+    expect_shown({"flash", "verify", sound});
+}
+
+TEST(CommandingNames, OfDirectoriesAndOutputs) {
+    const SCRATCH scratch;
+    const std::string nowhere = scratch.path(NAME + "/" + NAME);
+    expect_shown({"--db-dir", nowhere, "flash", "list"});
+    expect_shown({"--module-dir", nowhere, "params", "read", "0"});
+    expect_shown({"--install-dir", nowhere, "doctor"});
+    expect_shown({"flash", "compile", scratch.write("t.csv", "x"), nowhere});
+    expect_shown({"flash", "define", "@" + nowhere});
+    expect_shown({"page", nowhere + "/page"});
+}

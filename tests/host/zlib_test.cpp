@@ -47,7 +47,7 @@ BYTES packed(const BYTES& plain) {
 
 BYTES sample(std::size_t size) {
     BYTES bytes(size);
-    std::minstd_rand random(7);
+    auto random = repeatable_random<std::minstd_rand>(7);
     std::generate(bytes.begin(), bytes.end(), [&] { return static_cast<BYTE>(random() % 7); });
     return bytes;
 }

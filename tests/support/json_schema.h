@@ -76,7 +76,7 @@ private:
         if (value.is_object()) {
             for (const auto& [name, member] : value.items()) {
                 if (properties.contains(name)) {
-                    found += faults(properties.at(name), member, place + "." + name);
+                    found += faults(properties.at(name), member, (place + ".").append(name));
                 }
             }
         }

@@ -20,7 +20,7 @@ const std::string NAME = std::string("a") + COMMANDING + "31m";
 void expect_shown(const std::vector<std::string>& arguments) {
     const PROCESS_RESULT result = run_command(arguments);
     const std::string said = result.output + result.errors;
-    const std::string verb = arguments.at(arguments.size() - 2);
+    const std::string& verb = arguments.at(arguments.size() - 2);
     EXPECT_FALSE(contains(said, COMMANDING)) << verb << ": " << said;
     EXPECT_TRUE(contains(said, SHOWN)) << verb << ": " << said;
 }

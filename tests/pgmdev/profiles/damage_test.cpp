@@ -23,7 +23,7 @@ protected:
     std::string load(const std::string& file) {
         const std::string path = m_scratch.write("damaged.pcf", file);
         DEV_INFO_PROBE manager;
-        const std::string report = report_of([&] { manager.initialize_device_database(path); });
+        std::string report = report_of([&] { manager.initialize_device_database(path); });
         if (report != "(no report)") {
             EXPECT_EQ(manager.m_device_count, 0U);
             EXPECT_EQ(manager.m_csv_memory_size, 0U);

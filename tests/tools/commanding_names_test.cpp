@@ -7,7 +7,7 @@
 #include "tools/command_fixture.h"
 #include "tools/flash_source.h"
 
-// Names of files that would command a terminal, by a character that systems allow in names (U+009B, which begins what a
+// Names that would command a terminal, by a character that systems allow in those of files (U+009B, which begins what a
 // terminal carries out): wherever the command says them, it does not.
 
 namespace {
@@ -17,12 +17,15 @@ constexpr const char* SHOWN = "\\xC2\\x9B";
 
 const std::string NAME = std::string("a") + COMMANDING + "31m";
 
-void expect_shown(const std::vector<std::string>& arguments) {
-    const PROCESS_RESULT result = run_command(arguments);
+void expect_shown(const PROCESS_RESULT& result) {
     const std::string said = result.output + result.errors;
-    const std::string& verb = arguments.at(arguments.size() - 2);
-    EXPECT_FALSE(contains(said, COMMANDING)) << verb << ": " << said;
-    EXPECT_TRUE(contains(said, SHOWN)) << verb << ": " << said;
+    EXPECT_FALSE(contains(said, COMMANDING)) << said;
+    EXPECT_TRUE(contains(said, SHOWN)) << said;
+}
+
+void expect_shown(const std::vector<std::string>& arguments) {
+    SCOPED_TRACE(testing::PrintToString(arguments));
+    expect_shown(run_command(arguments));
 }
 
 }  // namespace
@@ -57,4 +60,29 @@ TEST(CommandingNames, OfDirectoriesAndOutputs) {
     expect_shown({"flash", "compile", scratch.write("t.csv", "x"), nowhere});
     expect_shown({"flash", "define", "@" + nowhere});
     expect_shown({"page", nowhere + "/page"});
+}
+
+TEST(CommandingNames, OfMakersAndDevices) {
+    PGMDEV_SFL_FLASH_INFO record = flash_reference::sample(NAME);
+    record.manufacturer_name = NAME;
+    record.asc_voltage = NAME;
+    const FLASH_DATABASE database({record});
+    const std::string response = "EF4017";
+    for (const std::vector<std::string>& arguments :
+         std::vector<std::vector<std::string>>{{"flash", "list"},
+                                               {"flash", "list", "--csv"},
+                                               {"--wide", "flash", "list"},
+                                               {"flash", "show", "--index", "0"},
+                                               {"flash", "show", NAME},
+                                               {"flash", "show", NAME + "X"},
+                                               {"--json", "flash", "show", NAME + "X"},
+                                               {"flash", "identify", "--as", "0=" + NAME, response},
+                                               {"flash", "dump", database.file()},
+                                               {"flash", "dump", "--annotate", database.file()}}) {
+        SCOPED_TRACE(testing::PrintToString(arguments));
+        const PROCESS_RESULT result = database.run(arguments);
+        const std::string said = result.output + result.errors;
+        EXPECT_FALSE(contains(said, COMMANDING)) << said;
+        EXPECT_TRUE(contains(said, SHOWN) || contains(said, "\\u009b")) << said;
+    }
 }

@@ -17,6 +17,7 @@
 // is done, they are the new ones.
 
 namespace fs = std::filesystem;
+namespace ref = ini_reference;
 
 namespace {
 

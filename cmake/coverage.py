@@ -18,7 +18,7 @@ ROOMS = re.compile(
     r"pgm/pgmdev/(packed|parameters|user_flash)/.*"
     r"|pgm/pgmdev/records/c.*"
     r"|pgm/pgmdev/(flash|profiles)/(manager|table|loading|records|part_list).*"
-    r"|host/src/(fio_replacement|cfg|configuration).*"
+    r"|host/src/(fio_replacement|descriptor|cfg|configuration).*"
 )
 ROW = re.compile(r"\| `([^`]+)` \| (\d+) \| ")
 

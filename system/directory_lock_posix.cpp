@@ -9,7 +9,9 @@
 
 DIRECTORY_LOCK::DIRECTORY_LOCK(const std::filesystem::path& directory, std::chrono::milliseconds patience) {
     constexpr std::chrono::milliseconds PAUSE{5};
-    m_handle = ::open(directory.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    do {
+        m_handle = ::open(directory.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    } while (m_handle == NONE && errno == EINTR);
     if (m_handle == NONE) {
         return;
     }

@@ -51,15 +51,17 @@ HOST_EXPORT std::filesystem::path fio_get_unc_full_path(const std::string& path)
 ///
 /// The contents go into a temporary file in the same directory, which takes the file's name in one step when `commit`
 /// is called, after it has reached the disk. Without a successful commit the old file stays as it was and the temporary
-/// goes with this object; one that a process has left behind that was ended before goes when it is a day old and somebody
-/// replaces a file there. Nobody can read a temporary who may not read the file. A fault of the system that leaves open
-/// whether there is a file, or what it is, refuses it. Links of somebody else in a directory that everybody may write to
+/// goes with this object. On Linux it has no name before `commit`, on file systems that have such files, and goes with a
+/// process that is ended; one that has a name then, everywhere a random one, and is left behind, goes when it is a day old
+/// and somebody replaces a file there. Nobody can read a temporary who may not read the file. A fault of the system that
+/// leaves open whether there is a file, or what it is, refuses it. Links of somebody else in a directory that everybody may write to
 /// are refused. An existing file keeps its permissions and its owner, and a symbolic link keeps pointing to the
 /// file it names (on Windows the file takes the permissions of its directory, and the link itself is replaced).
 ///
 /// Some files are opened and written by `commit` instead, in place and without a temporary file, so that readers may see
 /// a part of the contents:
 /// - a pipe or a device, which just receives them; a pipe that nobody reads keeps `commit` waiting;
+/// - a file that has no name (any more), named by the system's link to what is open in a process;
 /// - a file that may be written, in a directory in which no file may be created, and one of somebody else, whose it is
 ///   to stay. Room for the contents is taken before the first of its bytes is changed, but whatever else fails while
 ///   it is written leaves it damaged.
@@ -72,7 +74,8 @@ public:
     FIO_REPLACEMENT(const FIO_REPLACEMENT&) = delete;
     FIO_REPLACEMENT& operator=(const FIO_REPLACEMENT&) = delete;
 
-    /// The temporary file; empty when it could not be created, and when the target is written in place.
+    /// The temporary file, which this process can open by that path; empty when it could not be created, and when the
+    /// target is written in place.
     const FIO_PATH& temporary() const noexcept { return m_temporary; }
 
     /// Writes the whole contents into the temporary file, or keeps them for `commit`; false when that failed.
@@ -86,6 +89,7 @@ private:
     std::filesystem::path m_target;
     FIO_PATH m_temporary;
     bool m_in_place = false;       ///< the target is written by `commit` itself
-    std::vector<BYTE> m_contents;  ///< for that
+    int m_unnamed = -1;            ///< the number under which the temporary is open as long as it has no name
+    std::vector<BYTE> m_contents;  ///< for the target that is written in place
     bool m_failed = false;         ///< the last write did not succeed
 };

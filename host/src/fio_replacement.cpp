@@ -3,7 +3,7 @@
 
 FIO_REPLACEMENT::~FIO_REPLACEMENT() {
     if (!m_temporary.fullpath().empty()) {
-        remove_file(m_temporary);
+        discard(m_temporary, m_unnamed);
     }
 }
 
@@ -15,7 +15,7 @@ bool FIO_REPLACEMENT::write(std::span<const BYTE> contents) {
     if (m_temporary.fullpath().empty()) {
         return false;
     }
-    m_failed = !overwrite(m_temporary, contents);
+    m_failed = !overwrite(m_temporary, m_unnamed, contents);
     return !m_failed;
 }
 
@@ -24,7 +24,7 @@ bool FIO_REPLACEMENT::commit() {
         m_in_place = false;
         return write_in_place(m_target, m_contents);
     }
-    if (m_temporary.fullpath().empty() || m_failed || !put_in_place(m_temporary, m_target)) {
+    if (m_temporary.fullpath().empty() || m_failed || !put_in_place(m_temporary, m_unnamed, m_target)) {
         return false;
     }
     m_temporary = FIO_PATH();

@@ -1,74 +1,17 @@
-#include <dirent.h>
-#include <fcntl.h>
-#include <sys/random.h>
-#include <sys/stat.h>
-#include <unistd.h>
+#include <optional>
 
-#include <atomic>
-#include <cerrno>
-#include <ctime>
-#include <memory>
-#include <string>
-#include <string_view>
-
+#include "descriptor_posix.h"
 #include "fio.h"
+#include "fio_replacement_temporary_posix.h"
 #include "replacing.h"
 #include "standard_places.h"
-#include "temporary_name.h"
-#include "utf8_path.h"
 
 namespace fs = std::filesystem;
 
 namespace {
 
-/// A file descriptor that is closed when it goes.
-class DESCRIPTOR {
-public:
-    explicit DESCRIPTOR(int number) : m_number(number) {}
-    ~DESCRIPTOR() {
-        if (m_number >= 0) {
-            ::close(m_number);
-        }
-    }
-    DESCRIPTOR(const DESCRIPTOR&) = delete;
-    DESCRIPTOR& operator=(const DESCRIPTOR&) = delete;
-
-    int number() const { return m_number; }
-    explicit operator bool() const { return m_number >= 0; }
-
-private:
-    int m_number;
-};
-
-/// Calls an operation of the system until no signal comes in between.
-template <class OPERATION>
-auto uninterrupted(OPERATION operation) {
-    auto result = operation();
-    while (result < 0 && errno == EINTR) {
-        result = operation();
-    }
-    return result;
-}
-
-int open_file(const char* path, int flags, mode_t mode = 0) {
-    return uninterrupted([=] { return ::open(path, flags | O_CLOEXEC, mode); });
-}
-
 bool synchronise(int descriptor) {
     return uninterrupted([=] { return ::fsync(descriptor); }) == 0;
-}
-
-bool write_all(int descriptor, std::span<const BYTE> contents) {
-    while (!contents.empty()) {
-        const ssize_t written = ::write(descriptor, contents.data(), contents.size());
-        if (written < 0 && errno != EINTR) {
-            return false;
-        }
-        if (written > 0) {
-            contents = contents.subspan(static_cast<std::size_t>(written));
-        }
-    }
-    return true;
 }
 
 /// Whether following the link would do what somebody else has laid out: in a directory such as /tmp, where everybody may
@@ -84,11 +27,11 @@ bool is_trap(const fs::path& link, const struct stat& status) {
 }
 
 /// The file that `path` names once symbolic links are followed, whether it exists or not; empty for links in a circle,
-/// and where that cannot be told or is a trap.
-fs::path follow_links(fs::path path) {
+/// and where that cannot be told or is a trap. `status` receives what is there, or nothing.
+fs::path follow_links(fs::path path, struct stat& status) {
     constexpr int LONGEST_CHAIN = 40;  // as the system itself allows
     for (int i = 0; i <= LONGEST_CHAIN; ++i) {
-        struct stat status {};
+        status = {};
         if (::lstat(path.c_str(), &status) != 0) {
             return errno == ENOENT ? path : fs::path();
         }
@@ -105,53 +48,6 @@ fs::path follow_links(fs::path path) {
     return {};
 }
 
-/// A number that no other process guesses, and that two with the same number in their containers do not share.
-std::uint64_t random_number() {
-    std::uint64_t number = 0;
-    if (::getrandom(&number, sizeof number, GRND_NONBLOCK) != sizeof number) {
-        static std::atomic<std::uint64_t> counter{0};
-        struct timespec now {};
-        ::clock_gettime(CLOCK_REALTIME, &now);
-        number = (static_cast<std::uint64_t>(now.tv_nsec) << 32U) ^ (static_cast<std::uint64_t>(::getpid()) << 16U) ^
-                 ++counter;
-    }
-    return number;
-}
-
-/// Removes what writers have left behind that were ended before they could tidy up. Replacing a file takes seconds: what
-/// is a day old has no owner. Not std::filesystem, which ends the process when it gets no memory for this.
-void sweep(const fs::path& directory) {
-    constexpr time_t DAY = time_t{24} * 60 * 60;
-    const std::unique_ptr<DIR, int (*)(DIR*)> entries(::opendir(directory.c_str()), ::closedir);
-    if (entries == nullptr) {
-        return;
-    }
-    const int place = ::dirfd(entries.get());
-    while (const dirent* entry = ::readdir(entries.get())) {
-        struct stat status {};
-        if (is_temporary_name(std::string_view(entry->d_name)) &&
-            ::fstatat(place, entry->d_name, &status, AT_SYMLINK_NOFOLLOW) == 0 && S_ISREG(status.st_mode) &&
-            status.st_uid == ::geteuid() && status.st_mtime + DAY < ::time(nullptr)) {
-            ::unlinkat(place, entry->d_name, 0);
-        }
-    }
-}
-
-/// Creates a new empty file in the directory; empty when that cannot be done. What takes memory comes before.
-FIO_PATH create_temporary(const fs::path& directory, mode_t mode) {
-    constexpr int ATTEMPTS = 100;
-    for (int i = 0; i < ATTEMPTS; ++i) {
-        FIO_PATH path(utf8_from_path(directory / temporary_name(random_number())));
-        if (DESCRIPTOR(open_file(path.fullpath().c_str(), O_WRONLY | O_CREAT | O_EXCL, mode))) {
-            return path;
-        }
-        if (errno != EEXIST) {
-            return {};
-        }
-    }
-    return {};
-}
-
 bool may_write(const fs::path& file) {
     return static_cast<bool>(DESCRIPTOR(open_file(file.c_str(), O_WRONLY)));
 }
@@ -160,6 +56,16 @@ bool may_write(const fs::path& file) {
 bool is_of_somebody_else(const struct stat& existing) {
     const uid_t user = ::geteuid();
     return user != 0 && existing.st_uid != user;
+}
+
+/// Whether that file is what the path names; nothing where that cannot be told. One that has lost its name by then, since
+/// somebody has replaced it, is not found again; one that is open in a process always is.
+std::optional<bool> is_found(const fs::path& path, const struct stat& file) {
+    struct stat found {};
+    if (::stat(path.c_str(), &found) == 0) {
+        return is_same_file(file, found);
+    }
+    return errno == ENOENT ? std::optional(false) : std::nullopt;
 }
 
 /// Takes the room that a file is going to need, so that a full disk shows before anything is lost.
@@ -171,17 +77,19 @@ bool take_room(int descriptor, std::size_t size) {
     }
     const int error = ::posix_fallocate(descriptor, 0, needed);
     const bool full = error == ENOSPC || error == EDQUOT || error == EFBIG;
-    if (full && ::ftruncate(descriptor, existing.st_size) != 0) {
-        return false;
+    if (!full) {
+        return true;  // where room cannot be taken beforehand, writing will show
     }
-    return !full;  // where room cannot be taken beforehand, writing will show
+    [[maybe_unused]] const int cut = ::ftruncate(descriptor, existing.st_size);  // what was there stays in any case
+    errno = error;                                                               // for whoever asks why
+    return false;
 }
 
 /// Gives a new file the permissions and the owner of the one that it replaces, as far as the user may.
 bool resemble(int descriptor, const struct stat& existing) {
     if (::fchown(descriptor, existing.st_uid, existing.st_gid) != 0) {
-        // Only root may give files away, and nobody need be in the group.
-        [[maybe_unused]] const int group = ::fchown(descriptor, static_cast<uid_t>(-1), existing.st_gid);
+        // Only root may give files away.
+        [[maybe_unused]] const int given = ::fchown(descriptor, static_cast<uid_t>(-1), existing.st_gid);
     }
     return ::fchmod(descriptor, existing.st_mode & 07777) == 0;
 }
@@ -189,28 +97,23 @@ bool resemble(int descriptor, const struct stat& existing) {
 }  // namespace
 
 bool write_in_place(const fs::path& target, std::span<const BYTE> contents) {
-    const DESCRIPTOR file(open_file(target.c_str(), O_WRONLY | O_NOCTTY));
+    DESCRIPTOR file(open_file(target.c_str(), O_WRONLY | O_NOCTTY));
     struct stat existing {};
     if (!file || ::fstat(file.number(), &existing) != 0) {
         return false;
     }
     if (!S_ISREG(existing.st_mode)) {
-        return write_all(file.number(), contents);
+        return write_all(file.number(), contents) && file.close();
     }
     return take_room(file.number(), contents.size()) && write_all(file.number(), contents) &&
            uninterrupted([&] { return ::ftruncate(file.number(), static_cast<off_t>(contents.size())); }) == 0 &&
-           synchronise(file.number());
+           synchronise(file.number()) && file.close();
 }
 
-bool overwrite(const FIO_PATH& file, std::span<const BYTE> contents) {
-    const DESCRIPTOR opened(open_file(file.fullpath().c_str(), O_WRONLY | O_TRUNC));
-    return opened && write_all(opened.number(), contents);
-}
-
-bool put_in_place(const FIO_PATH& file, const fs::path& target) {
+bool put_in_place(FIO_PATH& file, int& unnamed, const fs::path& target) {
     const fs::path directory = target.parent_path();  // what may fail comes before the change
     {
-        const DESCRIPTOR opened(open_file(file.fullpath().c_str(), O_WRONLY));
+        const DESCRIPTOR opened(unnamed == NAMED ? open_named(file) : give_name(file, unnamed, directory));
         struct stat existing {};
         const bool replaces = ::stat(target.c_str(), &existing) == 0;
         if (!replaces && errno != ENOENT) {
@@ -232,10 +135,6 @@ bool put_in_place(const FIO_PATH& file, const fs::path& target) {
     return true;
 }
 
-void remove_file(const FIO_PATH& file) {
-    ::unlink(file.fullpath().c_str());
-}
-
 FIO_REPLACEMENT::FIO_REPLACEMENT(const FIO_PATH& target) {
     if (target.fullpath().empty()) {
         return;
@@ -251,15 +150,24 @@ FIO_REPLACEMENT::FIO_REPLACEMENT(const FIO_PATH& target) {
         m_in_place = true;
         return;
     }
-    m_target = follow_links(named);
+    struct stat followed {};
+    m_target = follow_links(named, followed);
     if (m_target.empty()) {
         return;
+    }
+    if (exists && existing.st_nlink == 0 && !is_same_file(existing, followed)) {
+        const std::optional<bool> found_again = is_found(named, existing);
+        if (found_again != false) {
+            m_target = named;  // likewise
+            m_in_place = found_again.has_value();
+            return;
+        }
     }
     if (!exists || !is_of_somebody_else(existing) || !may_write(m_target)) {
         const fs::path directory = m_target.parent_path();
         make_state_directory(directory);
-        sweep(directory);
-        m_temporary = create_temporary(directory, exists ? 0600 : 0666);  // nobody reads it who may not read the file
+        // Nobody reads it who may not read the file.
+        create_temporary(directory, exists ? 0600 : 0666, m_temporary, m_unnamed);
     }
     m_in_place = m_temporary.fullpath().empty() && exists && may_write(m_target);
 }

@@ -157,12 +157,14 @@ bool write_in_place(const fs::path& target, std::span<const BYTE> contents) {
            set_length(file.get(), contents.size()) && FlushFileBuffers(file.get()) != 0;
 }
 
-bool overwrite(const FIO_PATH& file, std::span<const BYTE> contents) {
+// Every temporary has a name here: a handle cannot give a file one that is not taken and replace another by it in one step.
+
+bool overwrite(const FIO_PATH& file, int /*unnamed*/, std::span<const BYTE> contents) {
     const HANDLE_OWNER opened(open_for_writing(fio_get_unc_full_path(file.fullpath()), TRUNCATE_EXISTING));
     return opened && write_all(opened.get(), contents);
 }
 
-bool put_in_place(const FIO_PATH& file, const fs::path& target) {
+bool put_in_place(FIO_PATH& file, int& /*unnamed*/, const fs::path& target) {
     const fs::path native = fio_get_unc_full_path(file.fullpath());
     {
         const HANDLE_OWNER opened(open_for_writing(native, OPEN_EXISTING));
@@ -173,7 +175,7 @@ bool put_in_place(const FIO_PATH& file, const fs::path& target) {
     return take_place_of(native, target);
 }
 
-void remove_file(const FIO_PATH& file) {
+void discard(const FIO_PATH& file, int /*unnamed*/) {
     DeleteFileW(fio_get_unc_full_path(file.fullpath()).c_str());
 }
 

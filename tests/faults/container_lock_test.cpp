@@ -3,6 +3,7 @@
 
 #include <thread>
 
+#include "directory_lock.h"
 #include "pgmdev/parameters/container_text.h"
 #include "pgmdev/parameters/fixture.h"
 #include "run.h"
@@ -174,6 +175,17 @@ TEST_F(ContainerLock, CommandsAtTheSameMomentAddAnEntryEach) {
     const std::unique_ptr<BYTE[]> block(PGMDEV_FLASH_INI::read_flash_ini_data(PGMDEV_FLASH_INI_HPS_NAND, size));
     constexpr DWORD STAMP_AND_RECORDS = 32 + WRITERS * (4 + 4 + 8);
     EXPECT_EQ(size, STAMP_AND_RECORDS);
+}
+
+TEST(DirectoryLock, ASignalKeepsNobodyFromTakingIt) {
+    const SCRATCH scratch;
+    for (std::size_t number = 1; number <= 2; ++number) {
+        const FAILING_CALL signal(number, EINTR);
+        const DIRECTORY_LOCK lock(scratch.directory(), std::chrono::milliseconds(0));
+        EXPECT_FALSE(lock.is_taken());
+        EXPECT_EQ(signal.happened(), number == 1);
+        EXPECT_TRUE(DIRECTORY_LOCK(scratch.directory(), std::chrono::milliseconds(0)).is_taken());
+    }
 }
 
 }  // namespace

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <set>
 
+#include "faults/both_temporaries.h"
 #include "host/replacing.h"
 #include "pgmdev/parameters/container_text.h"
 #include "pgmdev/parameters/fixture.h"
@@ -11,6 +12,7 @@
 #include "support/compiled_pair.h"
 #include "support/disk_model.h"
 #include "support/recorded_calls.h"
+#include "support/unnamed_files_posix.h"
 
 // The power fails between any two calls of a writer, and the disk has kept of what was not synchronised whatever it may:
 // every file is the old one or the new one, and a database agrees with what stands beside it. Once the writer has said that it
@@ -21,7 +23,7 @@ namespace ref = ini_reference;
 
 namespace {
 
-class PowerLoss : public testing::Test {
+class PowerLoss : public BOTH_TEMPORARIES {
 protected:
     DISK files() const {
         DISK all;
@@ -44,11 +46,18 @@ protected:
         std::erase_if(calls, [this](const RECORDED_CALL& call) {
             return !call.path.starts_with(m_directory.scratch().directory().string());
         });
+        // At most one has a name at a time where there are files without.
+        const bool is_unnamed =
+            GetParam() == TEMPORARIES::UNNAMED && has_unnamed_files(m_directory.scratch().directory());
+        const auto is_temporary = [](const auto& file) {
+            return fs::path(file.first).filename().string().starts_with(".tessary-");
+        };
         std::size_t tried = 0;
         for (std::size_t done = 0; done <= calls.size() && !HasFailure(); ++done) {
             SCOPED_TRACE(testing::Message() << done << " of " << calls.size() << " calls");
             for (const DISK& possible : disk.possible()) {
                 judge(possible, done == calls.size());
+                EXPECT_LE(std::count_if(possible.begin(), possible.end(), is_temporary), is_unnamed ? 1 : 3);
                 ++tried;
             }
             if (done < calls.size()) {
@@ -92,17 +101,19 @@ protected:
     FLASH_INI_DIRECTORY m_directory;
 };
 
-TEST_F(PowerLoss, AFileThatIsReplaced) {
+INSTANTIATE_TEST_SUITE_P(Temporaries, PowerLoss, BOTH_KINDS, name_of_kind);
+
+TEST_P(PowerLoss, AFileThatIsReplaced) {
     const std::string file = m_directory.scratch().write("file", "what was there");
     expect_old_or_new([&] { EXPECT_TRUE(replace(file, "what takes its place")); });
 }
 
-TEST_F(PowerLoss, AFileThatWasNotThere) {
+TEST_P(PowerLoss, AFileThatWasNotThere) {
     expect_old_or_new([&] { EXPECT_TRUE(replace(m_directory.scratch().path("file"), "something")); });
 }
 
 /// The container is the old one or the new one, and whatever text is beside it tells of it.
-TEST_F(PowerLoss, AContainer) {
+TEST_P(PowerLoss, AContainer) {
     const std::string before = ref::file({"first", "second", "third"});
     const std::string after = ref::file({"first", "another one", "third"});
     const std::string container = m_directory.path().string();
@@ -125,7 +136,7 @@ TEST_F(PowerLoss, AContainer) {
     }
 }
 
-TEST_F(PowerLoss, AContainerThatWasNotThere) {
+TEST_P(PowerLoss, AContainerThatWasNotThere) {
     const std::string after = ref::file({std::nullopt, "first one", std::nullopt});
     const std::string container = m_directory.path().string();
     m_directory.scratch().write("pgm_flash.ini.info", ref::info("of one that is gone"));
@@ -139,7 +150,7 @@ TEST_F(PowerLoss, AContainerThatWasNotThere) {
 }
 
 /// The copy that is kept of a damaged container is on the disk before the container is another one.
-TEST_F(PowerLoss, ADamagedContainerAndItsCopy) {
+TEST_P(PowerLoss, ADamagedContainerAndItsCopy) {
     const std::string damaged = ref::file({"first", "second", "third"}) + "garbage";
     m_directory.write_file(damaged);
     const std::string container = m_directory.path().string();
@@ -151,7 +162,7 @@ TEST_F(PowerLoss, ADamagedContainerAndItsCopy) {
         });
 }
 
-TEST_F(PowerLoss, ADatabase) {
+TEST_P(PowerLoss, ADatabase) {
     const SCRATCH elsewhere;
     const std::string table = read_file(std::string(TEST_DATA_DIR "/flash/pgm_flash.csv"));
     const std::string source = elsewhere.write("table.csv", table);
@@ -198,6 +209,21 @@ TEST(DiskModel, FindsWhatIsNotSynchronised) {
     EXPECT_EQ(contents_of_file(), (std::set<std::string>{"new!", "old"}));
     disk.apply({RECORDED_CALL::SYNC, "/d", "", 0});
     EXPECT_EQ(contents_of_file(), (std::set<std::string>{"new!"}));
+}
+
+TEST(DiskModel, HasNothingOfWhatHasNoName) {
+    DISK_MODEL disk(DISK{});
+    disk.apply({RECORDED_CALL::CREATE_UNNAMED, "/d/#7 (deleted)", "", 0});
+    disk.apply({RECORDED_CALL::WRITE, "/d/#7 (deleted)", "text", 0});
+    disk.apply({RECORDED_CALL::RESIZE, "/d/#7 (deleted)", "", 2});
+    disk.apply({RECORDED_CALL::SYNC, "/d/#7 (deleted)", "", 0});
+    EXPECT_EQ(disk.seen(), DISK{});
+    disk.apply({RECORDED_CALL::SYNC, "/d", "", 0});
+    EXPECT_EQ(disk.possible(), std::vector<DISK>(4));
+    disk.apply({RECORDED_CALL::LINK, "/d/#7 (deleted)", "/d/file", 0});
+    EXPECT_EQ(disk.seen(), (DISK{{"/d/file", "te"}}));
+    disk.apply({RECORDED_CALL::SYNC, "/d", "", 0});
+    EXPECT_EQ(disk.possible(), std::vector<DISK>(4, DISK{{"/d/file", "te"}}));
 }
 
 }  // namespace

@@ -4,6 +4,7 @@
 
 #include <chrono>
 
+#include "faults/both_temporaries.h"
 #include "faults/every_fault.h"
 #include "fio.h"
 #include "host/replacing.h"
@@ -16,7 +17,11 @@ namespace fs = std::filesystem;
 
 namespace {
 
-TEST(ReplacementFaults, TheResultIsTheTruth) {
+using ReplacementFaults = BOTH_TEMPORARIES;
+
+INSTANTIATE_TEST_SUITE_P(Temporaries, ReplacementFaults, BOTH_KINDS, name_of_kind);
+
+TEST_P(ReplacementFaults, TheResultIsTheTruth) {
     const SCRATCH scratch;
     for (const int error : {EIO, EMFILE, ENOSPC, EINTR}) {
         with_each_call_failing<bool>(
@@ -29,7 +34,7 @@ TEST(ReplacementFaults, TheResultIsTheTruth) {
     }
 }
 
-TEST(ReplacementFaults, TheResultIsTheTruthThroughALink) {
+TEST_P(ReplacementFaults, TheResultIsTheTruthThroughALink) {
     const SCRATCH scratch;
     fs::create_symlink("file", scratch.path("link"));
     scratch.write(".tessary-1-1", "left behind");
@@ -43,7 +48,7 @@ TEST(ReplacementFaults, TheResultIsTheTruthThroughALink) {
         });
 }
 
-TEST(ReplacementFaults, NamesThatAreTakenAreNotTriedForever) {
+TEST_P(ReplacementFaults, NamesThatAreTakenAreNotTriedForever) {
     const SCRATCH scratch;
     for (std::size_t number = 1; number < 20; ++number) {
         scratch.write("file", "old");
@@ -57,14 +62,13 @@ TEST(ReplacementFaults, NamesThatAreTakenAreNotTriedForever) {
     }
 }
 
-TEST(ReplacementFaults, AWriteThatFailedIsNotCommitted) {
+TEST_P(ReplacementFaults, AWriteThatFailedIsNotCommitted) {
     const SCRATCH scratch;
     const std::string file = scratch.write("file", "old");
     FIO_REPLACEMENT replacement(file);
     {
-        const FAILING_CALL fault(2, EIO);
+        const FAILING_CALLS_OF fault("write", EIO);
         EXPECT_FALSE(write(replacement, "new"));
-        EXPECT_STREQ(fault.name(), "write");
     }
     EXPECT_FALSE(replacement.commit());
     EXPECT_EQ(read_file(file), "old");
@@ -111,11 +115,18 @@ TEST_F(InPlaceFaults, TheResultIsTheTruth) {
 TEST_F(InPlaceFaults, WithoutRoomTheOldFileStays) {
     for (const int error : {ENOSPC, EDQUOT, EFBIG}) {
         bool was_full = false;
+        int reason = 0;
         with_each_call_failing<bool>(
-            error, [this] { prepare(); }, [this] { return replace_file(); },
+            error, [this] { prepare(); },
+            [&] {
+                const bool replaced = replace_file();
+                reason = errno;
+                return replaced;
+            },
             [&](bool result, const char* call) {
                 if (std::string_view(call) == "posix_fallocate") {
                     was_full = true;
+                    EXPECT_EQ(reason, error);
                     EXPECT_FALSE(result);
                     EXPECT_EQ(read_file(m_file), "old");
                 }
@@ -141,7 +152,7 @@ TEST_F(InPlaceFaults, FaultsThatStayAreNoSuccess) {
     }
 }
 
-TEST(ReplacementFaults, AllocationsLeaveNothingOver) {
+TEST_P(ReplacementFaults, AllocationsLeaveNothingOver) {
     const SCRATCH scratch;
     bool result = false;
     const std::string path = scratch.path("file");
@@ -157,7 +168,7 @@ TEST(ReplacementFaults, AllocationsLeaveNothingOver) {
         });
 }
 
-TEST(ReplacementFaults, NobodyReadsTheTemporaryOfAPrivateFile) {
+TEST_P(ReplacementFaults, NobodyReadsTheTemporaryOfAPrivateFile) {
     const SCRATCH scratch;
     const std::string file = scratch.write("file", "secret");
     ASSERT_EQ(::chmod(file.c_str(), 0600), 0);
@@ -167,7 +178,7 @@ TEST(ReplacementFaults, NobodyReadsTheTemporaryOfAPrivateFile) {
     EXPECT_EQ(status.st_mode & 0777U, 0600U);
 }
 
-TEST(ReplacementFaults, NamesOfTemporariesDoNotRunOut) {
+TEST_P(ReplacementFaults, NamesOfTemporariesDoNotRunOut) {
     const SCRATCH scratch;
     for (int i = 1; i <= 300; ++i) {
         scratch.write(".tessary-" + std::to_string(::getpid()) + "-" + std::to_string(i), "");
@@ -175,7 +186,7 @@ TEST(ReplacementFaults, NamesOfTemporariesDoNotRunOut) {
     EXPECT_TRUE(replace(scratch.path("file"), "new"));
 }
 
-TEST(ReplacementFaults, WhatOthersHaveLeftIsNotSwept) {
+TEST_P(ReplacementFaults, WhatOthersHaveLeftIsNotSwept) {
     if (::geteuid() != 0) {
         GTEST_SKIP() << "only root can make somebody else's file";
     }
@@ -193,7 +204,7 @@ TEST(ReplacementFaults, WhatOthersHaveLeftIsNotSwept) {
 
 /// A file of somebody else keeps its owner where it may be written; in a directory in which one may write, another one may
 /// take its place.
-TEST(ReplacementFaults, AFileOfSomebodyElse) {
+TEST_P(ReplacementFaults, AFileOfSomebodyElse) {
     if (::geteuid() != 0) {
         GTEST_SKIP() << "only root can make somebody else's file";
     }
@@ -219,7 +230,21 @@ TEST(ReplacementFaults, AFileOfSomebodyElse) {
     EXPECT_EQ(read_file(scratch.path("file")), "one's own");
 }
 
-TEST(ReplacementFaults, LinkOfSomebodyElseWhereEverybodyWritesIsRefused) {
+/// Where everybody may make files, nobody may replace somebody else's.
+TEST_P(ReplacementFaults, AFileOfSomebodyElseStaysInAStickyDirectory) {
+    if (::geteuid() != 0) {
+        GTEST_SKIP() << "only root can make somebody else's file";
+    }
+    const SCRATCH scratch;
+    ASSERT_EQ(::chmod(scratch.directory().c_str(), 01777), 0);
+    const std::string file = scratch.write("file", "old");
+    const ORDINARY_USER user;
+    EXPECT_FALSE(replace(file, "new"));
+    EXPECT_EQ(read_file(file), "old");
+    EXPECT_EQ(scratch.file_count(), 1U);
+}
+
+TEST_P(ReplacementFaults, LinkOfSomebodyElseWhereEverybodyWritesIsRefused) {
     if (::geteuid() != 0) {
         GTEST_SKIP() << "only root can make somebody else's link";
     }
@@ -238,7 +263,7 @@ TEST(ReplacementFaults, LinkOfSomebodyElseWhereEverybodyWritesIsRefused) {
     EXPECT_TRUE(replace(link, "through a link of the directory's owner"));
 }
 
-TEST(ReplacementFaults, AsManyLinksAreFollowedAsTheSystemFollows) {
+TEST_P(ReplacementFaults, AsManyLinksAreFollowedAsTheSystemFollows) {
     const SCRATCH scratch;
     const std::string file = scratch.write("file", "old");
     std::string last = "file";

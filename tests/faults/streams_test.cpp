@@ -36,6 +36,30 @@ TEST(StreamFaults, EveryCombinationOfClosedAndFullStreams) {
     }
 }
 
+/// The shell's limit ends whoever does not ask to be told instead.
+TEST(StreamFaults, AFileThatMayNotBecomeAsLargeIsAFailure) {
+    const SCRATCH scratch;
+    const std::string database = scratch.write("flash.pcf", "");
+    const std::string compile = "$P flash compile " TEST_DATA_DIR "/flash/pgm_flash.csv " + database;
+    EXPECT_EQ(exit_code_of("ulimit -f 0; $P flash list >" + scratch.path("list")), 3);
+    EXPECT_EQ(exit_code_of("ulimit -f 8; " + compile + " 2>&1 | grep -q 'the system says .File too large.'"), 0);
+    EXPECT_EQ(exit_code_of("ulimit -f 8; " + compile), 3);
+    EXPECT_EQ(read_file(database), "");
+    EXPECT_EQ(scratch.file_count(), 2U);
+    EXPECT_EQ(exit_code_of("ulimit -f 800; " + compile), 0);
+}
+
+/// What is still open, but has been removed, has no place for the text beside it.
+TEST(StreamFaults, ARemovedFileIsRefusedAsAnOutput) {
+    const SCRATCH scratch;
+    const std::string database = scratch.path("gone");
+    EXPECT_EQ(exit_code_of("exec 7>" + database + "; rm " + database +
+                           "; $P flash compile " TEST_DATA_DIR "/flash/pgm_flash.csv /proc/self/fd/7 2>&1 | "
+                           "grep -q 'it has been removed and is only open'"),
+              0);
+    EXPECT_EQ(scratch.file_count(), 0U);
+}
+
 TEST(StreamFaults, StandardInputThatCannotBeReadIsNoEnd) {
     EXPECT_EQ(exit_code_of("$P part info - </dev/null"), 0);
     EXPECT_EQ(exit_code_of("$P part info - <&- 2>/dev/null"), 3);

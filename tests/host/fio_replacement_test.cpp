@@ -53,7 +53,7 @@ TEST(fio_replacement, WithoutCommitNothingHappens) {
         FIO_REPLACEMENT other(scratch.path("never"));
         EXPECT_TRUE(write(written, "new"));
         EXPECT_TRUE(write(other, "new"));
-        EXPECT_EQ(scratch.file_count(), 4U);
+        EXPECT_FALSE(fs::exists(scratch.path("never")));
     }
     EXPECT_EQ(read_file(file), "old");
     EXPECT_EQ(scratch.file_count(), 1U);
@@ -72,11 +72,16 @@ TEST(fio_replacement, ExceptionLeavesNothingOver) {
     EXPECT_EQ(scratch.file_count(), 1U);
 }
 
-TEST(fio_replacement, TemporaryIsBesideTheTarget) {
+TEST(fio_replacement, TemporaryIsBesideTheTargetOrHasNoName) {
     const SCRATCH scratch;
     const FIO_REPLACEMENT a(scratch.path("file"));
     const FIO_REPLACEMENT b(scratch.path("file"));
-    EXPECT_EQ(fs::path(a.temporary().fullpath()).parent_path(), scratch.directory());
+    if (fs::hard_link_count(fio_get_unc_full_path(a.temporary().fullpath())) == 0) {
+        EXPECT_EQ(scratch.file_count(), 0U);
+    } else {
+        EXPECT_EQ(fs::path(a.temporary().fullpath()).parent_path(), scratch.directory());
+        EXPECT_EQ(scratch.file_count(), 2U);
+    }
     EXPECT_NE(a.temporary().fullpath(), b.temporary().fullpath());
     EXPECT_EQ(read_file(a.temporary().fullpath()), "");
     EXPECT_FALSE(fs::exists(scratch.path("file")));

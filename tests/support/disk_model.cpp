@@ -1,5 +1,6 @@
 #include "disk_model.h"
 
+#include <algorithm>
 #include <filesystem>
 #include <stdexcept>
 
@@ -43,35 +44,57 @@ void DISK_MODEL::change(const CHANGE& change) {
     m_pending.push_back(change);
 }
 
-void DISK_MODEL::apply(const RECORDED_CALL& call) {
-    const auto named = m_now.find(call.path);
-    if (call.kind == RECORDED_CALL::CREATE) {
-        m_bodies.emplace_back();
-        change({"", call.path, m_bodies.size() - 1});
-    } else if (call.kind == RECORDED_CALL::SYNC && named == m_now.end()) {
-        std::vector<CHANGE> later;
-        for (const CHANGE& pending : m_pending) {
-            const std::string& name = pending.come.empty() ? pending.gone : pending.come;
-            if (std::filesystem::path(name).parent_path() == call.path) {
-                carry_out(pending, m_kept);
-            } else {
-                later.push_back(pending);
-            }
+void DISK_MODEL::keep_names_of(const std::string& directory) {
+    std::vector<CHANGE> later;
+    for (const CHANGE& pending : m_pending) {
+        const std::string& name = pending.come.empty() ? pending.gone : pending.come;
+        if (std::filesystem::path(name).parent_path() == directory) {
+            carry_out(pending, m_kept);
+        } else {
+            later.push_back(pending);
         }
-        m_pending = later;
-    } else if (named == m_now.end()) {
-        return;  // such as a standard stream
-    } else if (call.kind == RECORDED_CALL::SYNC) {
-        m_bodies[named->second].kept = m_bodies[named->second].now;
-    } else if (call.kind == RECORDED_CALL::RENAME) {
-        change({call.path, call.other, named->second});
-    } else if (call.kind == RECORDED_CALL::UNLINK) {
-        change({call.path, "", named->second});
-    } else {
-        std::string& contents = m_bodies[named->second].now;
-        const std::size_t end = call.kind == RECORDED_CALL::TRUNCATE ? 0 : call.offset + call.other.size();
-        contents.resize(call.kind == RECORDED_CALL::TRUNCATE ? 0 : std::max(end, contents.size()));
-        contents.replace(end - call.other.size(), call.other.size(), call.other);
+    }
+    m_pending = later;
+}
+
+void DISK_MODEL::apply(const RECORDED_CALL& call) {
+    if (call.kind == RECORDED_CALL::CREATE || call.kind == RECORDED_CALL::CREATE_UNNAMED) {
+        m_bodies.emplace_back();
+        if (call.kind == RECORDED_CALL::CREATE) {
+            change({"", call.path, m_bodies.size() - 1});
+        } else {
+            m_unnamed[call.path] = m_bodies.size() - 1;
+        }
+        return;
+    }
+    const bool is_named = m_now.contains(call.path);
+    if (!is_named && !m_unnamed.contains(call.path)) {
+        if (call.kind == RECORDED_CALL::SYNC) {
+            keep_names_of(call.path);
+        }
+        return;  // others, such as a standard stream
+    }
+    const std::size_t place = (is_named ? m_now : m_unnamed).at(call.path);
+    BODY& body = m_bodies[place];
+    switch (call.kind) {
+        case RECORDED_CALL::SYNC:
+            body.kept = body.now;
+            break;
+        case RECORDED_CALL::LINK:
+            change({"", call.other, place});
+            break;
+        case RECORDED_CALL::RENAME:
+            change({call.path, call.other, place});
+            break;
+        case RECORDED_CALL::UNLINK:
+            change({call.path, "", place});
+            break;
+        case RECORDED_CALL::RESIZE:
+            body.now.resize(call.offset);
+            break;
+        default:
+            body.now.resize(std::max(call.offset + call.other.size(), body.now.size()));
+            body.now.replace(call.offset, call.other.size(), call.other);
     }
 }
 

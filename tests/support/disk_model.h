@@ -42,10 +42,12 @@ private:
     };
 
     void change(const CHANGE& change);
+    void keep_names_of(const std::string& directory);
     static void carry_out(const CHANGE& change, NAMES& names);
 
     std::vector<BODY> m_bodies;
     NAMES m_now;
     NAMES m_kept;
+    NAMES m_unnamed;                ///< by what the system calls them: no disk has them by that
     std::vector<CHANGE> m_pending;  ///< behind m_kept
 };

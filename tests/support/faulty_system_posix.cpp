@@ -12,6 +12,7 @@
 #include <cstdio>
 #include <ctime>
 #include <string>
+#include <string_view>
 #include <utility>
 
 #include "support/recorded_calls.h"
@@ -26,6 +27,11 @@ struct STATE {
     int error = 0;
     const char* failed_call = "";
     unsigned slow_count = 0;
+    bool no_unnamed_files = false;
+    void (*alter_status)(struct stat& status) = nullptr;
+    std::string_view failing_name;
+    int error_of_name = 0;
+    std::size_t calls_of_name = 0;
 
     bool clock_is_fast = false;
     time_t seconds_skipped = 0;
@@ -36,6 +42,11 @@ thread_local STATE g_state;
 
 /// Whether this call is to fail; sets `errno` then.
 bool is_to_fail(const char* name) {
+    if (name == g_state.failing_name) {
+        ++g_state.calls_of_name;
+        errno = g_state.error_of_name;
+        return true;
+    }
     if (!g_state.calls_armed) {
         return false;
     }
@@ -103,10 +114,14 @@ private:
     int m_error;
 };
 
-std::string path_of(int file) {
+std::string target_of(const std::string& link) {
     char path[PATH_MAX];
-    const ssize_t length = ::readlink(("/proc/self/fd/" + std::to_string(file)).c_str(), path, sizeof path);
+    const ssize_t length = ::readlink(link.c_str(), path, sizeof path);
     return {path, length < 0 ? std::size_t{0} : static_cast<std::size_t>(length)};
+}
+
+std::string path_of(int file) {
+    return target_of("/proc/self/fd/" + std::to_string(file));
 }
 
 }  // namespace
@@ -116,18 +131,33 @@ std::string path_of(int file) {
 INTERPOSED int open(const char* path, int flags, ...) {
     std::va_list rest;
     va_start(rest, flags);
-    const mode_t mode = (flags & (O_CREAT | O_TMPFILE)) != 0 ? va_arg(rest, mode_t) : 0;
+    const bool is_unnamed = (flags & O_TMPFILE) == O_TMPFILE;
+    const mode_t mode = is_unnamed || (flags & O_CREAT) != 0 ? va_arg(rest, mode_t) : 0;
     va_end(rest);
     static auto* const real = next<int(const char*, int, ...)>("open");
     if (is_to_fail("open") || is_interrupted()) {
         return -1;
     }
+    if (is_unnamed && g_state.no_unnamed_files) {
+        errno = EOPNOTSUPP;
+        return -1;
+    }
     const bool exists = g_recorder == nullptr || ::access(path, F_OK) == 0;
     const int file = real(path, flags, mode);
-    if (g_recorder != nullptr && file >= 0 && (!exists || (flags & O_TRUNC) != 0)) {
-        RECORDING().add({exists ? RECORDED_CALL::TRUNCATE : RECORDED_CALL::CREATE, path_of(file), "", 0});
+    if (g_recorder != nullptr && file >= 0 && (is_unnamed || !exists || (flags & O_TRUNC) != 0)) {
+        const auto created = is_unnamed ? RECORDED_CALL::CREATE_UNNAMED : RECORDED_CALL::CREATE;
+        RECORDING().add({exists && !is_unnamed ? RECORDED_CALL::RESIZE : created, path_of(file), "", 0});
     }
     return file;
+}
+
+INTERPOSED int close(int file) {
+    static auto* const real = next<int(int)>("close");
+    const bool fails = is_to_fail("close");
+    const int error = errno;
+    const int result = real(file);  // which it is, whatever else there is to tell
+    errno = fails ? error : errno;
+    return fails ? -1 : result;
 }
 
 INTERPOSED ssize_t read(int file, void* bytes, std::size_t count) {
@@ -143,7 +173,7 @@ INTERPOSED ssize_t pread(int file, void* bytes, std::size_t count, off_t offset)
 INTERPOSED ssize_t write(int file, const void* bytes, std::size_t count) {
     static auto* const real = next<ssize_t(int, const void*, std::size_t)>("write");
     if (is_to_fail("write") || is_interrupted()) {
-        return -1;
+        return errno == 0 ? 0 : -1;
     }
     const ssize_t written = real(file, bytes, allowed(count));
     if (g_recorder != nullptr && written > 0) {
@@ -156,7 +186,11 @@ INTERPOSED ssize_t write(int file, const void* bytes, std::size_t count) {
 
 INTERPOSED int stat(const char* path, struct stat* status) {
     static auto* const real = next<int(const char*, struct stat*)>("stat");
-    return is_to_fail("stat") ? -1 : real(path, status);
+    const int result = is_to_fail("stat") ? -1 : real(path, status);
+    if (result == 0 && g_state.alter_status != nullptr) {
+        g_state.alter_status(*status);
+    }
+    return result;
 }
 
 INTERPOSED int lstat(const char* path, struct stat* status) {
@@ -203,6 +237,18 @@ INTERPOSED int rename(const char* from, const char* to) {
     return result;
 }
 
+INTERPOSED int linkat(int from_place, const char* from, int to_place, const char* to, int flags) noexcept {
+    static auto* const real = next<int(int, const char*, int, const char*, int)>("linkat");
+    if (is_to_fail("linkat")) {
+        return -1;
+    }
+    const int result = real(from_place, from, to_place, to, flags);
+    if (g_recorder != nullptr && result == 0) {
+        RECORDING().add({RECORDED_CALL::LINK, target_of(from), to, 0});
+    }
+    return result;
+}
+
 INTERPOSED int fstatat(int directory, const char* path, struct stat* status, int flags) noexcept {
     static auto* const real = next<int(int, const char*, struct stat*, int)>("fstatat");
     return is_to_fail("fstatat") ? -1 : real(directory, path, status, flags);
@@ -215,12 +261,27 @@ INTERPOSED int fchown(int file, uid_t owner, gid_t group) noexcept {
 
 INTERPOSED int ftruncate(int file, off_t length) noexcept {
     static auto* const real = next<int(int, off_t)>("ftruncate");
-    return is_to_fail("ftruncate") || is_interrupted() ? -1 : real(file, length);
+    if (is_to_fail("ftruncate") || is_interrupted()) {
+        return -1;
+    }
+    const int result = real(file, length);
+    if (g_recorder != nullptr && result == 0) {
+        RECORDING().add({RECORDED_CALL::RESIZE, path_of(file), "", static_cast<std::size_t>(length)});
+    }
+    return result;
 }
 
+/// What the tests write in place is longer then.
 INTERPOSED int posix_fallocate(int file, off_t offset, off_t length) {
     static auto* const real = next<int(int, off_t, off_t)>("posix_fallocate");
-    return is_to_fail("posix_fallocate") ? g_state.error : real(file, offset, length);
+    if (is_to_fail("posix_fallocate")) {
+        return errno;
+    }
+    const int error = real(file, offset, length);
+    if (g_recorder != nullptr && error == 0) {
+        RECORDING().add({RECORDED_CALL::RESIZE, path_of(file), "", static_cast<std::size_t>(offset + length)});
+    }
+    return error;
 }
 
 INTERPOSED ssize_t readlink(const char* path, char* target, std::size_t size) noexcept {
@@ -281,6 +342,36 @@ bool FAILING_CALL::happened() const {
 
 const char* FAILING_CALL::name() const {
     return g_state.failed_call;
+}
+
+NO_UNNAMED_FILES::NO_UNNAMED_FILES() {
+    g_state.no_unnamed_files = true;
+}
+
+NO_UNNAMED_FILES::~NO_UNNAMED_FILES() {
+    g_state.no_unnamed_files = false;
+}
+
+ALTERED_STATUS::ALTERED_STATUS(void (*alter)(struct stat& status)) {
+    g_state.alter_status = alter;
+}
+
+ALTERED_STATUS::~ALTERED_STATUS() {
+    g_state.alter_status = nullptr;
+}
+
+FAILING_CALLS_OF::FAILING_CALLS_OF(const char* name, int error) {
+    g_state.failing_name = name;
+    g_state.error_of_name = error;
+    g_state.calls_of_name = 0;
+}
+
+FAILING_CALLS_OF::~FAILING_CALLS_OF() {
+    g_state.failing_name = {};
+}
+
+std::size_t FAILING_CALLS_OF::count() const {
+    return g_state.calls_of_name;
 }
 
 SLOW_CALLS::SLOW_CALLS() {

@@ -11,9 +11,11 @@
 struct RECORDED_CALL {
     enum KIND {
         CREATE,
-        TRUNCATE,  ///< to nothing
+        CREATE_UNNAMED,  ///< `path` is what the system calls it
+        RESIZE,          ///< to `offset` bytes
         WRITE,
         SYNC,  ///< of a file or a directory
+        LINK,  ///< gives what has no name one
         RENAME,
         UNLINK
     };
@@ -21,7 +23,7 @@ struct RECORDED_CALL {
     KIND kind;
     std::string path;
     std::string other;       ///< what is written, or the new name
-    std::size_t offset = 0;  ///< where it is written
+    std::size_t offset = 0;  ///< where it is written, or the new size
 };
 
 /// While it lives, the calls of this thread are recorded; one at a time.

@@ -1,6 +1,8 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+#include <csignal>
+
 #include "program.h"
 
 namespace {
@@ -21,6 +23,7 @@ void occupy_closed_streams() {
 
 PROGRAM::PROGRAM(int argc, char** argv) : m_arguments(argv + (argc > 0 ? 1 : 0), argv + argc) {
     occupy_closed_streams();
+    std::signal(SIGXFSZ, SIG_IGN);  // a file that may not become as large is a failure that can be told
 }
 
 PROGRAM::~PROGRAM() = default;

@@ -25,6 +25,9 @@ std::string obstacle(const std::string& path, std::string reason) {
     if (fs::exists(native, error) && !fs::is_regular_file(native, error)) {
         return "it is no regular file";
     }
+    if (fs::exists(native, error) && fs::hard_link_count(native, error) == 0) {
+        return "it has been removed and is only open";
+    }
     if (!fs::is_directory(directory, error)) {
         return fs::exists(directory, error) ? "what should be its directory is none" : "its directory does not exist";
     }

@@ -22,8 +22,6 @@
 //
 // Usage: command_bench [ROUNDS]
 
-extern char** environ;
-
 namespace {
 
 using ARGUMENTS = std::vector<std::string>;
@@ -182,7 +180,7 @@ void write_names(const char* path, int times) {
 
 int main(int argc, char** argv) try {
     std::for_each(FILES_OF_PROGRAMS.begin(), FILES_OF_PROGRAMS.end(), forget);
-    const int rounds = argc > 1 ? std::max(1, std::atoi(argv[1])) : DEFAULT_ROUNDS;
+    const int rounds = argc > 1 ? std::max(1, std::stoi(argv[1])) : DEFAULT_ROUNDS;
     std::vector<RUNS> all{{{EMPTY_PROGRAM}}};
     for (const QUESTION& question : SINGLE_ANSWERS) {
         all.push_back({{COMMAND}, question.answered});

@@ -81,12 +81,12 @@ BENCHMARK(InflateByLibdeflate<grammar>)->Unit(benchmark::kMicrosecond);
 BENCHMARK(InflateByLibdeflate<ordering_codes>)->Unit(benchmark::kMicrosecond);
 
 /// Opening a file with all names, and finding one.
-template <class FILE>
+template <class NAME_FILE>
 void OpenAndFindName(benchmark::State& state) {
-    static const std::string PATH = written_names<FILE>("grammar", grammar_pairs());
+    static const std::string PATH = written_names<NAME_FILE>("grammar", grammar_pairs());
     const std::string& name = grammar_pairs()[grammar_pairs().size() / 4].first;
     for ([[maybe_unused]] auto _ : state) {
-        FILE file(PATH);
+        NAME_FILE file(PATH);
         benchmark::DoNotOptimize(file.find(name));
     }
 }

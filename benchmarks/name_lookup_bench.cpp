@@ -43,9 +43,9 @@ BENCHMARK(FindInMemory<HASH_MAP>);
 BENCHMARK(FindInMemory<PERFECT_HASH>);
 BENCHMARK(FindInMemory<SQLITE_IN_MEMORY>);
 
-template <class FILE>
+template <class NAME_FILE>
 void FindInFile(benchmark::State& state) {
-    static FILE file(written_names<FILE>("package_names", package_names()));
+    static NAME_FILE file(written_names<NAME_FILE>("package_names", package_names()));
     ask_peer(state, file);
 }
 BENCHMARK(FindInFile<SQLITE_FILE>);

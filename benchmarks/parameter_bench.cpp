@@ -34,8 +34,8 @@ struct FIELDS {
     std::array<void*, COUNT> values;
 
     explicit FIELDS(VALUES& of)
-        : values{&of.maker,      &of.device,     &of.bits,       &of.numbers[0], &of.numbers[1], &of.numbers[2],
-                 &of.numbers[3], &of.numbers[4], &of.numbers[5], &of.numbers[6], &of.numbers[7], &of.flag} {}
+        : values{&of.maker,      &of.device,     &of.bits,       of.numbers.data(), &of.numbers[1], &of.numbers[2],
+                 &of.numbers[3], &of.numbers[4], &of.numbers[5], &of.numbers[6],    &of.numbers[7], &of.flag} {}
 };
 
 std::vector<BYTE> encoded(FIELDS& fields) {

@@ -4,13 +4,16 @@
 # quick  every file against .clang-format; that no rooms include each other in a circle; libraries, generator and command
 #        against some checks of .clang-tidy that cost little, a room at a time as the build tree build/asan compiles them.
 #        Passes at once when nothing has changed since it last passed.
-# full   every file, tests too, against all of .clang-tidy, one by one: minutes.
+# full   every file, tests, fuzzers and benchmarks too, against all of .clang-tidy, one by one: an hour or more. What only
+#        Windows has is looked at where the compiler for it is there; the programs of tests/consumer are not.
 set -euo pipefail
 root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 . "$root/cmake/prepare.sh"
 cd "$root"
 mode=${1:?quick or full}
 mapfile -t sources < <(git ls-files --cached --others --exclude-standard '*.c' '*.cpp' '*.h')
+
+windows_compiler=x86_64-w64-mingw32-g++-posix
 
 # Found without a look at every declaration of every header.
 quick_checks='-*,performance-*,-performance-unnecessary-value-param,misc-definitions-in-headers,misc-unused-using-decls'
@@ -20,7 +23,7 @@ quick_checks+=',modernize-use-nullptr,modernize-use-override,readability-contain
 # which are not there yet; in build/tidy.
 database() {
     mkdir -p build/tidy
-    sed -E 's/ -(fno-gnu-unique|Wno-restrict|Wno-subobject-linkage|Werror|fsanitize=[a-z,]+|fno-sanitize-recover=all)\>//g
+    sed -E 's/ -(fno-gnu-unique|fno-keep-inline-dllexport|Wno-restrict|Wno-subobject-linkage|Werror|fsanitize=[a-z,-]+|fno-sanitize-recover=all)\>//g
         s/( -Xclang -include(-pch)? -Xclang [^ ]+){2}//' \
         "build/$1/compile_commands.json" >build/tidy/compile_commands.json
 }
@@ -50,10 +53,29 @@ for directory in pgm/pgmdev tools/pgmdev tools/ddb_generator; do
     fi
 done
 if [ "$mode" = full ]; then
-    cmake -S . -B build/file_by_file -G Ninja -DCMAKE_BUILD_TYPE=Debug -DPGMDEV_COMPILE_BY_ROOM=none >/dev/null
+    install_packages test bench
+    found=0
+    by_file=(-G Ninja -DCMAKE_BUILD_TYPE=Debug -DPGMDEV_COMPILE_BY_ROOM=none -DCMAKE_EXPORT_COMPILE_COMMANDS=ON)
+
+    cmake -S . -B build/file_by_file "${by_file[@]}" \
+        -DPGMDEV_BUILD_PYTHON=ON -DPGMDEV_BUILD_BENCHMARKS=ON -DPGMDEV_BUILD_FUZZERS=ON >/dev/null
     database file_by_file
-    compiled "^$root/(pgm|host|c|system|tools|examples|python|tests)/" | tidy
-    exit
+    compiled "^$root/(pgm|host|c|system|tools|examples|python|tests|fuzz|benchmarks)/" | tidy || found=1
+
+    cmake -S tests/own_host -B build/file_by_file_own_host "${by_file[@]}" -DPGMDEV_SOURCE_DIR="$root" >/dev/null
+    database file_by_file_own_host
+    compiled "^$root/tests/own_host/" | tidy || found=1
+
+    if command -v "$windows_compiler" >/dev/null; then
+        cmake --preset windows -B build/file_by_file_windows "${by_file[@]}" >/dev/null
+        database file_by_file_windows
+        headers=$("$windows_compiler" -print-file-name=include/c++)
+        compiled "^$root/.*(windows(_test)?|_none)\.cpp$" |
+            tidy --extra-arg={--target=x86_64-w64-mingw32,-isystem"$headers"{,/x86_64-w64-mingw32}} || found=1
+    else
+        say "Not checked, for want of $windows_compiler: what only Windows has"
+    fi
+    exit $found
 fi
 
 passed="$root/build/asan/sources_that_passed"

@@ -17,7 +17,7 @@
 /// The directory in which the command runs. The one above it is a fuzzer's own, too: for "..".
 inline std::string working_directory() {
     static const std::string directory = [] {
-        const std::string inner = scratch_files().path("inner");
+        std::string inner = scratch_files().path("inner");
         ::setenv("TESSARY_SYSTEM_ROOT", scratch_files().path("none").c_str(), 1);
         ::setenv("XDG_CONFIG_HOME", scratch_files().path("none").c_str(), 1);
         ::setenv("XDG_STATE_HOME", scratch_files().path("none").c_str(), 1);

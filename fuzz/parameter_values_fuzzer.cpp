@@ -13,6 +13,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const DWORD count = choices.byte() % 8U;
     std::vector<PGMDEV_PARAM_TYPE> types;
     std::vector<PGMDEV_PARAM_VALUE> values;
+    types.reserve(count);
     for (DWORD i = 0; i < count; ++i) {
         types.push_back(static_cast<PGMDEV_PARAM_TYPE>(1 + choices.byte() % 6U));
         values.emplace_back(types.back());

@@ -8,8 +8,8 @@ DIRECTORY_LOCK::DIRECTORY_LOCK(const std::filesystem::path& directory, std::chro
     const std::filesystem::path file = directory / L".tessary-lock";
     const auto end = std::chrono::steady_clock::now() + patience;
     for (;;) {
-        const HANDLE handle = CreateFileW(file.c_str(), GENERIC_WRITE | DELETE, 0, nullptr, OPEN_ALWAYS,
-                                          FILE_ATTRIBUTE_HIDDEN | FILE_FLAG_DELETE_ON_CLOSE, nullptr);
+        HANDLE handle = CreateFileW(file.c_str(), GENERIC_WRITE | DELETE, 0, nullptr, OPEN_ALWAYS,
+                                    FILE_ATTRIBUTE_HIDDEN | FILE_FLAG_DELETE_ON_CLOSE, nullptr);
         if (handle != INVALID_HANDLE_VALUE) {
             m_handle = reinterpret_cast<std::intptr_t>(handle);
             return;

@@ -3,7 +3,8 @@
 #include <windows.h>
 
 // The header spells the lock as the pointer that it is, to spare its users <windows.h>.
-static_assert(sizeof(SRWLOCK) == sizeof(void*) && alignof(SRWLOCK) == alignof(void*));
+static_assert(sizeof(SRWLOCK) == sizeof(void*));
+static_assert(alignof(SRWLOCK) == alignof(void*));
 
 void STATIC_MUTEX::lock() {
     AcquireSRWLockExclusive(reinterpret_cast<PSRWLOCK>(&m_state));

@@ -27,7 +27,7 @@ private:
 /// The library's only object of that type, from its first use on. Destructors of static objects may use it, too.
 template <class OBJECT>
 OBJECT& lasting() {
-    static OBJECT* const object = new OBJECT;
+    static auto* const object = new OBJECT;
     static const FREED_WHEN_UNLOADING<OBJECT> freed(object);
     return *object;
 }

@@ -132,7 +132,7 @@ public:
     static void write(const std::string& path, const NAME_PAIRS& pairs) {
         std::string text = "\n";
         for (const auto& [name, key] : pairs) {
-            text += name + ' ' + key + '\n';
+            text.append(name).append(" ").append(key).append("\n");
         }
         write_text(path, text);
     }
@@ -171,7 +171,7 @@ private:
 /// Writes names into a new file of that kind, and gives its path.
 template <class FILE>
 std::string written_names(const std::string& stem, const NAME_PAIRS& pairs) {
-    const std::string path = new_scratch_file(stem + FILE::ENDING);
+    std::string path = new_scratch_file(stem + FILE::ENDING);
     FILE::write(path, pairs);
     return path;
 }

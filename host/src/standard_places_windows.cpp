@@ -22,9 +22,9 @@ HABITUAL_DIRECTORIES habitual_directories() {
 
 // Permissions are lists, of which only the system knows the outcome.
 bool may_write_into(const fs::path& directory) {
-    const HANDLE handle = CreateFileW(fio_get_unc_full_path(utf8_from_path(directory)).c_str(), FILE_ADD_FILE,
-                                      FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr, OPEN_EXISTING,
-                                      FILE_FLAG_BACKUP_SEMANTICS, nullptr);
+    HANDLE handle = CreateFileW(fio_get_unc_full_path(utf8_from_path(directory)).c_str(), FILE_ADD_FILE,
+                                FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr, OPEN_EXISTING,
+                                FILE_FLAG_BACKUP_SEMANTICS, nullptr);
     if (handle == INVALID_HANDLE_VALUE) {
         return false;
     }

@@ -16,7 +16,8 @@ add_test_program(c_tests
   c/structures_test.cpp
   c/tables_test.cpp
   c/user_flash_test.cpp
-  support/exports_${system}.cpp)
+  support/exports_${system}.cpp
+  ${process_source})
 # By itself, without what is only for C++.
 add_library(strict_c OBJECT c/strict_c.c)
 target_include_directories(strict_c PRIVATE ${CMAKE_CURRENT_SOURCE_DIR})

@@ -1,10 +1,10 @@
-#include <random>
 #include <thread>
 
 #include "c/owned.h"
 #include "pgmdev_flash_candidates.h"
 #include "pgmdev_flash_manager.h"
 #include "pgmdev_flash_notes.h"
+#include "support/repeatable_random.h"
 
 // Every response to the C interface is answered as the classes answer it.
 
@@ -84,7 +84,7 @@ TEST_F(CIdentification, EveryChipIsIdentifiedAsByTheManager) {
 }
 
 TEST_F(CIdentification, SoIsAnyResponse) {
-    std::mt19937 random(7);  // NOLINT(cert-msc32-c,cert-msc51-cpp): the same every run
+    auto random = repeatable_random(7);
     for (int round = 0; round < 200; ++round) {
         RESPONSE response = response_of(records()[random() % records().size()]);
         response.resize(1 + random() % 8);

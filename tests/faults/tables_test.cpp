@@ -1,5 +1,4 @@
 #include <algorithm>
-#include <random>
 
 #include "cfg.h"
 #include "faults/every_fault.h"
@@ -9,6 +8,7 @@
 #include "pgmdev_flash_manager.h"
 #include "pgmdev_flash_table.h"
 #include "support/process.h"
+#include "support/repeatable_random.h"
 #include "support/reports.h"
 #include "support/settings.h"
 
@@ -20,11 +20,7 @@ namespace flash_ref = flash_reference;
 namespace profile_ref = dev_info_reference;
 
 std::string flash_text(int rows) {
-    std::vector<flash_ref::CELLS> cells;
-    for (int i = 0; i < rows; ++i) {
-        cells.push_back(flash_ref::data_row());
-    }
-    return flash_ref::table(cells);
+    return flash_ref::table(std::vector(static_cast<std::size_t>(rows), flash_ref::data_row()));
 }
 
 /// Compiling is done wholly or not at all.
@@ -179,7 +175,7 @@ TEST_F(LoadMemory, IsThatOfTheFileUntilItsContentsAreKnown) {
     expect_modesty(stating(ALL, flash_ref::deflated_with_zeros(m_payload, 400 * MEBIBYTE)),
                    "memory_size <= PACKED_BODY_MAX");
     std::string noise(MEBIBYTE, '\0');
-    std::mt19937 random(1);
+    auto random = repeatable_random(1);
     std::generate(noise.begin(), noise.end(), [&random] { return static_cast<char>(random()); });
     constexpr const char* FAILED =
         "zlib_uncompress(decompressed_data, &new_dcmp_size, data, decompressed_count) == ZLIB_OK";
@@ -254,7 +250,9 @@ TEST(ConfigurationFaults, AFileThatIsCutGivesNothing) {
     }
     const SCRATCH scratch;
     const std::string file = scratch.write("tessary.conf", "SOME_KEY = value\nOTHER_KEY = other\n");
-    const std::string former = std::getenv("TESSARY_CONFIG_FILE");
+    const char* const present = std::getenv("TESSARY_CONFIG_FILE");
+    ASSERT_NE(present, nullptr);
+    const std::string former = present;
     ASSERT_EQ(::setenv("TESSARY_CONFIG_FILE", file.c_str(), 1), 0);
     std::string value;
     std::string other;

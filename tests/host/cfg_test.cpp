@@ -145,6 +145,7 @@ TEST(cfg, SwitchesComeFromTheEnvironmentAndTheFile) {
 
 TEST(cfg, MayBeCalledFromAnyThread) {
     std::vector<std::thread> threads;
+    threads.reserve(4);
     for (int i = 0; i < 4; ++i) {
         threads.emplace_back([i] {
             const std::string key = "TESSARY_TEST_THREAD_" + std::to_string(i);

@@ -121,12 +121,12 @@ TEST(fio_replacement, OneCommitOnly) {
 TEST(fio_replacement, EmptyAndLargeContents) {
     const SCRATCH scratch;
     const std::string file = scratch.write("file", "old");
-    std::string large(5000000, '\0');
-    for (std::size_t i = 0; i < large.size(); ++i) {
-        large[i] = static_cast<char>(i * 31 >> 3);
+    std::string large_contents(5000000, '\0');
+    for (std::size_t i = 0; i < large_contents.size(); ++i) {
+        large_contents[i] = static_cast<char>(i * 31 >> 3);
     }
-    EXPECT_TRUE(replace(file, large));
-    EXPECT_TRUE(read_file(file) == large);
+    EXPECT_TRUE(replace(file, large_contents));
+    EXPECT_TRUE(read_file(file) == large_contents);
     EXPECT_TRUE(replace(file, ""));
     EXPECT_EQ(read_file(file), "");
     FIO_REPLACEMENT unwritten(scratch.path("unwritten"));
@@ -175,6 +175,7 @@ TEST(fio_replacement, ReadersSeeOneOfTheFilesWhole) {
     const std::string b(70000, 'b');
     const std::string file = scratch.write("file", a);
     std::vector<std::thread> writers;
+    writers.reserve(2);
     for (int writer = 0; writer < 2; ++writer) {
         writers.emplace_back([&] {
             for (int round = 0; round < 20; ++round) {

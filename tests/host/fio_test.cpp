@@ -45,7 +45,7 @@ TEST(fio_path, StaysWhereItWasMade) {
     const fs::path before = fs::current_path();
     const FIO_PATH path("file");
     fs::current_path(scratch.directory());
-    const std::string seen = path.fullpath();
+    const std::string& seen = path.fullpath();
     fs::current_path(before);
     EXPECT_EQ(seen, text_of(before / "file"));
 }

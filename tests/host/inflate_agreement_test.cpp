@@ -7,6 +7,7 @@
 #include <random>
 #include <vector>
 
+#include "support/repeatable_random.h"
 #include "zlib_wrapper.h"
 
 // Whatever a build inflates with, the result is zlib's: its code, its length, its bytes.
@@ -86,7 +87,7 @@ STREAM deflated(STREAM bytes, int level, int strategy, int window_bits = MAX_WBI
 }  // namespace
 
 TEST(InflateAgreement, OnSoundStreamsOfEverySetting) {
-    std::mt19937 random(11);
+    auto random = repeatable_random(11);
     for (const std::size_t size : {0U, 1U, 5U, 300U, 5000U, 70000U}) {
         const STREAM bytes = varied_bytes(random, size);
         for (const int strategy : {Z_DEFAULT_STRATEGY, Z_FILTERED, Z_HUFFMAN_ONLY, Z_RLE, Z_FIXED}) {
@@ -100,7 +101,7 @@ TEST(InflateAgreement, OnSoundStreamsOfEverySetting) {
 }
 
 TEST(InflateAgreement, OnTruncatedStreams) {
-    std::mt19937 random(12);
+    auto random = repeatable_random(12);
     const STREAM bytes = varied_bytes(random, 3000);
     for (const int strategy : {Z_DEFAULT_STRATEGY, Z_FIXED}) {
         STREAM stream = deflated(bytes, 6, strategy);
@@ -112,7 +113,7 @@ TEST(InflateAgreement, OnTruncatedStreams) {
 }
 
 TEST(InflateAgreement, OnDamagedStreams) {
-    std::mt19937 random(13);
+    auto random = repeatable_random(13);
     for (int round = 0; round < 5000; ++round) {
         const STREAM bytes = varied_bytes(random, random() % 400);
         STREAM stream = deflated(bytes, static_cast<int>(random() % 10), round % 2 == 0 ? Z_DEFAULT_STRATEGY : Z_FIXED);
@@ -125,7 +126,7 @@ TEST(InflateAgreement, OnDamagedStreams) {
 }
 
 TEST(InflateAgreement, OnBytesBehindTheEnd) {
-    std::mt19937 random(14);
+    auto random = repeatable_random(14);
     const STREAM bytes = varied_bytes(random, 1000);
     for (std::size_t count = 1; count < 100; ++count) {
         STREAM stream = deflated(bytes, 6, Z_DEFAULT_STRATEGY);
@@ -135,7 +136,7 @@ TEST(InflateAgreement, OnBytesBehindTheEnd) {
 }
 
 TEST(InflateAgreement, OnRandomBytes) {
-    std::mt19937 random(15);
+    auto random = repeatable_random(15);
     for (int round = 0; round < 20000; ++round) {
         STREAM stream(random() % 80);
         std::generate(stream.begin(), stream.end(), [&] { return static_cast<BYTE>(random()); });

@@ -4,6 +4,7 @@
 #include <random>
 
 #include "pgm_common.h"
+#include "support/repeatable_random.h"
 #include "support/reports.h"
 #include "support/sha256.h"
 
@@ -56,7 +57,7 @@ TEST(MsbCrc32, NoBitsLeaveThePreset) {
 }
 
 TEST(MsbCrc32, EveryLengthAndAlignment) {
-    std::mt19937 random(1);
+    auto random = repeatable_random(1);
     for (std::size_t length = 0; length < 70; ++length) {
         for (std::size_t offset = 0; offset < 3; ++offset) {
             const std::string data = random_bytes(random, offset + length);
@@ -68,7 +69,7 @@ TEST(MsbCrc32, EveryLengthAndAlignment) {
 }
 
 TEST(MsbCrc32, AnyBitsPresetPolynomialAndOrder) {
-    std::mt19937 random(2);
+    auto random = repeatable_random(2);
     for (int round = 0; round < 3000; ++round) {
         const std::string data = random_bytes(random, 40);
         const QWORD first = random() % 100;
@@ -82,7 +83,7 @@ TEST(MsbCrc32, AnyBitsPresetPolynomialAndOrder) {
 }
 
 TEST(MsbCrc32, MayBeTakenInPieces) {
-    std::mt19937 random(3);
+    auto random = repeatable_random(3);
     const std::string data = random_bytes(random, 1000);
     EXPECT_EQ(crc(data, 4005, 3995, crc(data, 0, 4005)), crc(data, 0, 8000));
 }
@@ -107,7 +108,7 @@ TEST(BlockSha, PublishedVectors) {
 }
 
 TEST(BlockSha, AgreesWithAnotherImplementation) {
-    std::mt19937 random(4);
+    auto random = repeatable_random(4);
     for (std::size_t length = 0; length < 300; ++length) {
         const std::string data = random_bytes(random, length);
         const auto expected = independent_sha256(data);

@@ -3,9 +3,9 @@
 
 #include <algorithm>
 #include <memory>
-#include <random>
 #include <vector>
 
+#include "support/repeatable_random.h"
 #include "zlib_wrapper.h"
 
 // Every buffer is allocated at its exact length, so that the sanitizers see a byte too many.
@@ -47,7 +47,7 @@ BYTES packed(const BYTES& plain) {
 
 BYTES sample(std::size_t size) {
     BYTES bytes(size);
-    std::minstd_rand random(7);
+    auto random = repeatable_random<std::minstd_rand>(7);
     std::generate(bytes.begin(), bytes.end(), [&] { return static_cast<BYTE>(random() % 7); });
     return bytes;
 }
@@ -156,7 +156,7 @@ TEST(zlib_wrapper, DamagedStreamsNeverGiveAWrongText) {
 }
 
 TEST(zlib_wrapper, GarbageIsRefused) {
-    std::mt19937 random(1);
+    auto random = repeatable_random(1);
     for (int round = 0; round < 2000; ++round) {
         BYTES garbage(random() % 64 + 1);
         std::generate(garbage.begin(), garbage.end(), [&] { return static_cast<BYTE>(random()); });

@@ -42,7 +42,7 @@ std::string own_host_read(const std::string& name) {
 }
 
 bool FIO_FILE_SYSTEM::exists(std::string name) {
-    return memory().count(name) != 0;
+    return memory().contains(name);
 }
 
 bool FIO_FILE_SYSTEM::status(std::string name, FIO_STATUS* status) {
@@ -51,7 +51,7 @@ bool FIO_FILE_SYSTEM::status(std::string name, FIO_STATUS* status) {
 }
 
 fs::path fio_get_unc_full_path(std::string name) {
-    const fs::path copy = copies.directory / std::to_string(++copies.count);
+    fs::path copy = copies.directory / std::to_string(++copies.count);
     if (const auto found = memory().find(name); found != memory().end()) {
         std::ofstream(copy, std::ios::binary) << found->second;
     }

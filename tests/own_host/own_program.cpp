@@ -1,6 +1,8 @@
 // Uses the device data with this host, and says what came of it.
 
 #include <cstdio>
+#include <functional>
+#include <map>
 #include <memory>
 #include <thread>
 
@@ -50,6 +52,18 @@ std::string joined(const std::vector<std::string>& cells) {
     return line + "\n";
 }
 
+using CELLS = std::map<std::string, std::string, std::less<>>;
+
+std::string cell_of(const PGMDEV_SFL_FLASH_MEMBER& member, const CELLS& given) {
+    if (const auto cell = given.find(member.name); cell != given.end()) {
+        return cell->second;
+    }
+    if (member.kind == PGMDEV_MANAGER_STRING) {
+        return "NONE";
+    }
+    return member.kind == PGMDEV_MANAGER_BOOL ? "FALSE" : "0";
+}
+
 /// A flash source table; a row for each name, whose memory IDs count up.
 std::string flash_table(const std::vector<std::string>& names, const std::string& sector_byte) {
     std::vector<std::string> types;
@@ -63,17 +77,15 @@ std::string flash_table(const std::vector<std::string>& names, const std::string
     std::string table = joined(types) + joined(members) + ignored + ignored + ignored + ignored + ignored + ignored;
     int id = 0x10;
     for (const std::string& name : names) {
+        const CELLS given{{"device_name", name},
+                          {"memory_id", std::to_string(id++)},
+                          {"memory_id_index", "2"},
+                          {"default_dev", "TRUE"},
+                          {"device_sector_byte", sector_byte}};
         std::vector<std::string> cells;
+        cells.reserve(members.size());
         for (const PGMDEV_SFL_FLASH_MEMBER& member : PGMDEV_SFL_FLASH_MEMBERS) {
-            const bool is_text = member.kind == PGMDEV_MANAGER_STRING;
-            cells.emplace_back(member.name == "device_name"          ? name
-                               : member.name == "memory_id"          ? std::to_string(id++)
-                               : member.name == "memory_id_index"    ? "2"
-                               : member.name == "default_dev"        ? "TRUE"
-                               : member.name == "device_sector_byte" ? sector_byte
-                               : is_text                             ? "NONE"
-                               : member.kind == PGMDEV_MANAGER_BOOL  ? "FALSE"
-                                                                     : "0");
+            cells.push_back(cell_of(member, given));
         }
         table += joined(cells);
     }
@@ -94,7 +106,7 @@ std::string profile_table(int missing_family) {
     const std::string rest(members.size() - 4, ',');
     for (int family = 1; family < DEV_FAMILY_MAX; ++family) {
         const std::string name = family == DEV_FAMILY_GENERIC ? "GENERIC" : "FAMILY" + std::to_string(family);
-        table += (family == missing_family ? ",FILE_0,," : name + ",,,") + rest + "\n";
+        table.append(family == missing_family ? ",FILE_0,," : name + ",,,").append(rest).append("\n");
     }
     table += ",,GENERIC," + rest + "\n,,,GENERIC" + rest + "\n";
     for (const char* file : {"FILE_1", "FILE_2", "FILE_3", "FILE_\xC4"}) {

@@ -12,7 +12,7 @@ namespace {
 TEST_F(Outputs, APipeReceivesTheDatabase) {
     const std::string name = R"(\\.\pipe\pgmdev-outputs-)" + std::to_string(GetCurrentProcessId());
     for (const COMPILE& compile : compilers()) {
-        const HANDLE pipe =
+        HANDLE pipe =
             CreateNamedPipeA(name.c_str(), PIPE_ACCESS_INBOUND, PIPE_TYPE_BYTE | PIPE_WAIT, 1, 0, 4096, 0, nullptr);
         ASSERT_NE(pipe, INVALID_HANDLE_VALUE);
         std::string received;

@@ -14,7 +14,8 @@ std::string half(const std::string& /*kept*/, const std::string& now) {
     return now.substr(0, now.size() / 2);
 }
 std::string zeros(const std::string& /*kept*/, const std::string& now) {
-    return std::string(now.size(), '\0');
+    std::string bytes(now.size(), '\0');
+    return bytes;
 }
 std::string whole(const std::string& /*kept*/, const std::string& now) {
     return now;

@@ -1,19 +1,21 @@
 #include "exports.h"
 
-#include <array>
-#include <cstdio>
-#include <memory>
+#include <sstream>
+#include <stdexcept>
 #include <string_view>
+
+#include "process.h"
 
 std::vector<EXPORT> exports_of(const std::string& library) {
     constexpr std::string_view WEAK_TYPES = "WwVvu";
-    const std::string command = "nm --dynamic --defined-only --demangle '" + library + "'";
-    const std::unique_ptr<FILE, int (*)(FILE*)> listing(popen(command.c_str(), "r"), pclose);
+    const PROCESS_RESULT run =
+        run_process({{"/usr/bin/env", "nm", "--dynamic", "--defined-only", "--demangle", library}, "", {}, {}});
+    if (run.exit_code != 0) {
+        throw std::runtime_error(run.errors);
+    }
+    std::istringstream listing(run.output);
     std::vector<EXPORT> exports;
-    std::array<char, 4096> line{};
-    while (listing && std::fgets(line.data(), line.size(), listing.get()) != nullptr) {
-        std::string text(line.data());  // "0000000000012345 T name@@version"
-        text.pop_back();
+    for (std::string text; std::getline(listing, text);) {  // "0000000000012345 T name@@version"
         const std::size_t type = text.find(' ') + 1;
         const std::size_t version = text.rfind("@@");
         if (text[type] == 'A') {

@@ -23,37 +23,39 @@ public:
 private:
     std::string faults(const JSON& schema, const JSON& value, const std::string& place) const {
         if (!schema.is_object()) {
-            return place + ": the schema is no object\n";
+            return fault(place, "the schema is no object");
         }
         std::string found;
         for (const auto& [word, argument] : schema.items()) {
             if (word == "type") {
-                found += has_type(argument, value) ? "" : place + ": is not of type " + argument.dump() + "\n";
+                found += has_type(argument, value) ? "" : fault(place, "is not of type " + argument.dump());
             } else if (word == "required") {
                 found += missing_members(argument, value, place);
             } else if (word == "properties") {
                 found += faults_of_members(argument, value, place);
             } else if (word == "additionalProperties") {
                 found += argument == false ? other_members(schema, value, place)
-                                           : place + ": additionalProperties is not false\n";
+                                           : fault(place, "additionalProperties is not false");
             } else if (word == "items") {
                 found += faults_of_elements(argument, value, place);
             } else if (word == "enum") {
                 const bool listed = std::find(argument.begin(), argument.end(), value) != argument.end();
-                found += listed ? "" : place + ": is none of " + argument.dump() + "\n";
+                found += listed ? "" : fault(place, "is none of " + argument.dump());
             } else if (word == "anyOf") {
                 found += faults_of_choice(argument, value, place);
             } else if (word == "$ref") {
                 found += faults(referred(argument), value, place);
             } else if (word != "$schema" && word != "$defs" && word != "title" && word != "description") {
-                found += place + ": the schema has the unknown word " + word + "\n";
+                found += fault(place, "the schema has the unknown word " + word);
             }
         }
         return found;
     }
 
+    static std::string fault(const std::string& place, const std::string& what) { return place + ": " + what + "\n"; }
+
     static bool has_type(const JSON& type, const JSON& value) {
-        const std::string name = type.get<std::string>();
+        const auto name = type.get<std::string>();
         return (name == "object" && value.is_object()) || (name == "array" && value.is_array()) ||
                (name == "string" && value.is_string()) || (name == "integer" && value.is_number_integer()) ||
                (name == "boolean" && value.is_boolean()) || (name == "null" && value.is_null());
@@ -63,7 +65,7 @@ private:
         std::string found;
         for (const JSON& name : names) {
             if (value.is_object() && !value.contains(name.get<std::string>())) {
-                found += place + ": has no member " + name.dump() + "\n";
+                found += fault(place, "has no member " + name.dump());
             }
         }
         return found;
@@ -74,7 +76,7 @@ private:
         if (value.is_object()) {
             for (const auto& [name, member] : value.items()) {
                 if (properties.contains(name)) {
-                    found += faults(properties.at(name), member, place + "." + name);
+                    found += faults(properties.at(name), member, (place + ".").append(name));
                 }
             }
         }
@@ -86,7 +88,7 @@ private:
         std::string found;
         if (value.is_object()) {
             for (const auto& [name, member] : value.items()) {
-                found += schema.at("properties").contains(name) ? "" : place + ": has the member " + name + "\n";
+                found += schema.at("properties").contains(name) ? "" : fault(place, "has the member " + name);
             }
         }
         return found;
@@ -103,7 +105,7 @@ private:
     }
 
     std::string faults_of_choice(const JSON& schemas, const JSON& value, const std::string& place) const {
-        std::string all = place + ": fits none of:\n";
+        std::string all = fault(place, "fits none of:");
         for (const JSON& schema : schemas) {
             const std::string found = faults(schema, value, place);
             if (found.empty()) {

@@ -37,7 +37,7 @@ std::size_t memory_in_use() {
     std::vector<HANDLE> heaps(GetProcessHeaps(0, nullptr) + 8);
     heaps.resize(std::min<std::size_t>(heaps.size(), GetProcessHeaps(static_cast<DWORD>(heaps.size()), heaps.data())));
     std::size_t bytes = 0;
-    for (const HANDLE heap : heaps) {
+    for (HANDLE heap : heaps) {
         HeapLock(heap);
         PROCESS_HEAP_ENTRY entry{};
         while (HeapWalk(heap, &entry) != 0) {

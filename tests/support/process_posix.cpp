@@ -11,8 +11,6 @@
 #include "isolation.h"
 #include "process.h"
 
-extern char** environ;
-
 namespace {
 
 /// A nameless temporary file. Files, unlike pipes, never fill up, so nobody has to read and write at the same time.
@@ -72,14 +70,16 @@ std::vector<std::string> environment_for(const PROCESS& process) {
         variables[name] = value;
     }
     std::vector<std::string> entries;
+    entries.reserve(variables.size());
     for (const auto& [name, value] : variables) {
-        entries.push_back(name + "=" + value);
+        entries.push_back((name + "=").append(value));
     }
     return entries;
 }
 
 std::vector<char*> pointers_to(std::vector<std::string>& texts) {
     std::vector<char*> pointers;
+    pointers.reserve(texts.size() + 1);
     for (std::string& text : texts) {
         pointers.push_back(text.data());
     }

@@ -30,7 +30,7 @@ HANDLE create_temporary() {
     if (GetTempPathW(MAX_PATH + 1, directory) == 0 || GetTempFileNameW(directory, L"tst", 0, name) == 0) {
         throw std::runtime_error("no name for a temporary file");
     }
-    const HANDLE file =
+    HANDLE file =
         CreateFileW(name, GENERIC_READ | GENERIC_WRITE | DELETE, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
                     &inherited, CREATE_ALWAYS, FILE_ATTRIBUTE_TEMPORARY | FILE_FLAG_DELETE_ON_CLOSE, nullptr);
     if (file == INVALID_HANDLE_VALUE) {
@@ -122,7 +122,7 @@ std::wstring environment_for(const PROCESS& process) {
     }
     std::wstring block;
     for (const auto& [name, value] : variables) {
-        block += name + L"=" + value + L'\0';
+        block.append(name).append(L"=").append(value).push_back(L'\0');
     }
     return block + L'\0';
 }

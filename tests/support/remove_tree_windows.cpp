@@ -7,7 +7,7 @@ namespace {
 /// `directory` is a path free of the length limit, which std::filesystem of mingw-w64 does not know.
 void remove_below(const std::wstring& directory) {
     WIN32_FIND_DATAW entry{};
-    const HANDLE search = FindFirstFileW((directory + L"\\*").c_str(), &entry);
+    HANDLE search = FindFirstFileW((directory + L"\\*").c_str(), &entry);
     if (search == INVALID_HANDLE_VALUE) {
         return;
     }

@@ -1,10 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <array>
-#include <atomic>
 #include <cstdlib>
-#include <functional>
-#include <thread>
 
 #include "cfg.h"
 #include "dstr.h"
@@ -27,32 +24,12 @@
 #include "pgmdev_version.h"
 #include "support/scratch.h"
 #include "support/settings.h"
-#include "support/start_line.h"
+#include "threads/first_call.h"
 
 // Eight threads that are the first to ask, all at once: each gets what a single one would. A program of its own, for each test
 // of which a process is started where that takes little or the thread sanitizer watches.
 
 namespace {
-
-constexpr int THREADS = 8;
-
-/// What eight threads get that ask at the same time.
-std::vector<std::string> answers_to_all(const std::function<std::string()>& question) {
-    START_LINE line(THREADS);
-    std::vector<std::string> answers(THREADS);
-    std::vector<std::thread> threads;
-    threads.reserve(THREADS);
-    for (std::string& answer : answers) {
-        threads.emplace_back([&] {
-            line.arrive_and_wait();
-            answer = question();
-        });
-    }
-    for (std::thread& thread : threads) {
-        thread.join();
-    }
-    return answers;
-}
 
 /// Before anything else, for the files are read once in a process.
 TEST(FirstCallsOfAll, Configuration) {
@@ -65,16 +42,6 @@ TEST(FirstCallsOfAll, Configuration) {
 #endif
     EXPECT_EQ(answers_to_all([] { return cfg_get_value("TESSARY_FIRST"); }),
               std::vector<std::string>(THREADS, "of the file"));
-}
-
-struct FIRST_CALL {
-    const char* name;
-    std::string (*ask)();
-    const char* answer;
-};
-
-void PrintTo(const FIRST_CALL& call, std::ostream* stream) {
-    *stream << call.name;
 }
 
 std::string text_of(bool value) {
@@ -183,21 +150,10 @@ TEST_P(FirstCalls, OfEightThreads) {
 INSTANTIATE_TEST_SUITE_P(Each, FirstCalls, testing::ValuesIn(CALLS),
                          [](const testing::TestParamInfo<FIRST_CALL>& instance) { return instance.param.name; });
 
-/// All of them at once, each thread beginning with another one, that many further on.
 class FirstCallsAtOnce : public testing::TestWithParam<std::size_t> {};
 
 TEST_P(FirstCallsAtOnce, OfEightThreads) {
-    std::atomic<std::size_t> next{0};
-    const auto wrong = answers_to_all([&next] {
-        const std::size_t first = next.fetch_add(GetParam());
-        std::string names;
-        for (std::size_t i = 0; i < CALLS.size(); ++i) {
-            const FIRST_CALL& call = CALLS.at((first + i) % CALLS.size());
-            names += call.ask() == call.answer ? "" : std::string(call.name) + " ";
-        }
-        return names;
-    });
-    EXPECT_EQ(wrong, std::vector<std::string>(THREADS, ""));
+    EXPECT_EQ(wrong_of_all_at_once(CALLS, GetParam()), std::vector<std::string>(THREADS, ""));
 }
 
 INSTANTIATE_TEST_SUITE_P(FurtherOn, FirstCallsAtOnce, testing::Values(0, 1, 3));

@@ -117,7 +117,8 @@ TEST(check_options, RowsWithBlanksAndTheTableItself) {
     text.replace(text.find(",1550,", row), 6, ",1,");
     const std::string csv = scratch.write("t.csv", text);
     const auto strict = [&csv] {
-        return run_command({"profile", "check", "--strict", csv, "--install-dir", TEST_DEVICES_DIR "/.."});
+        return run_command(
+            {"profile", "check", "--strict", csv, "--install-dir", std::string(TEST_DEVICES_DIR) + "/.."});
     };
     EXPECT_EQ(strict().exit_code, INTERNAL_ERROR);
     scratch.write("t.csv.accepted",

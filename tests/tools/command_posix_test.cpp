@@ -58,6 +58,22 @@ TEST(command_posix, AnInputThatTheSystemDoesNotFindIsNamed) {
     EXPECT_EQ(read_file(database), flash_reference::MAGIC);
 }
 
+TEST(command_posix, ADatabaseThatTheSystemDoesNotFindIsNamed) {
+    const SCRATCH scratch;
+    const std::string page = scratch.write("index.html", "somebody's own");
+    const std::string circle = scratch.path("circle");
+    fs::create_symlink("circle", circle);
+    for (const auto& verb : {std::vector<std::string>{"flash", "list"}, {"page", scratch.directory().string()}}) {
+        std::vector<std::string> arguments{"--json", "--db-dir", circle};
+        arguments.insert(arguments.end(), verb.begin(), verb.end());
+        const JSON error = json_failure(run_command(arguments), INTERNAL_ERROR, "database_unreadable");
+        EXPECT_EQ(error.at("message"), "the flash database cannot be read, since the system says \"" +
+                                           std::generic_category().message(ELOOP) + "\"");
+        EXPECT_EQ(error.at("path"), circle + "/programmer/pgm_flash.pcf");
+    }
+    EXPECT_EQ(read_file(page), "somebody's own");
+}
+
 TEST(command_posix, CompileIntoADevice) {
     const SCRATCH scratch;
     const std::string csv = scratch.write("table.csv", FLASH_SOURCE().row().text());

@@ -32,13 +32,13 @@ TEST(configuration_warnings, SettingsThatAreFineAreNotMentioned) {
 TEST(configuration_warnings, UnknownKeys) {
     EXPECT_EQ(warnings({{"TESSARY_OUTBOX_DIRS", "x"}, {"PGM_ALLOW_M45PF", "on"}, {"PGM_NONSENSE", "x"}},
                        {"--set", "PGMDEV_ENABLE_GRAMAR_DEBUG=on", "--set", "TESSARY_DEBUG=2"}),
-              (LINES{"pgmdev: warning: --set: the key PGMDEV_ENABLE_GRAMAR_DEBUG is not known; did you mean "
-                     "PGMDEV_ENABLE_GRAMMAR_DEBUG",
+              (LINES{("pgmdev: warning: --set: the key PGMDEV_ENABLE_GRAMAR_DEBUG is not known; did you mean "
+                      "PGMDEV_ENABLE_GRAMMAR_DEBUG"),
                      "pgmdev: warning: --set: the key TESSARY_DEBUG is not known; did you mean TESSARY_DEBUG_LEVEL",
                      "pgmdev: warning: environment: the key PGM_ALLOW_M45PF is not known; did you mean PGM_ALLOW_M45PE",
                      "pgmdev: warning: environment: the key PGM_NONSENSE is not known",
-                     "pgmdev: warning: environment: the key TESSARY_OUTBOX_DIRS is not known; did you mean "
-                     "TESSARY_OUTBOX_DIR"}));
+                     ("pgmdev: warning: environment: the key TESSARY_OUTBOX_DIRS is not known; did you mean "
+                      "TESSARY_OUTBOX_DIR")}));
 }
 
 TEST(configuration_warnings, AMisspeltSwitchOfRowsAlone) {

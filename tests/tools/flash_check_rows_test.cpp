@@ -37,11 +37,11 @@ JSON faults_of(const FLASH_SOURCE& source) {
     EXPECT_EQ(lines.size(), faults.size()) << text.errors;
     bool refused = false;
     for (std::size_t i = 0; i < faults.size() && i < lines.size(); ++i) {
-        const std::string severity = faults[i].at("severity").get<std::string>();
+        const auto severity = faults[i].at("severity").get<std::string>();
         refused = refused || severity == "fault";
-        EXPECT_TRUE(lines[i].starts_with(file + ":" + faults[i].at("line").dump() + ":" +
-                                         faults[i].at("column").dump() + ": " + severity + ": "))
-            << lines[i];
+        std::ostringstream beginning;
+        beginning << file << ':' << faults[i].at("line") << ':' << faults[i].at("column") << ": " << severity << ": ";
+        EXPECT_TRUE(lines[i].starts_with(beginning.str())) << lines[i];
         for (const char* key : {"device_name", "member", "cell", "expected"}) {
             EXPECT_FALSE(faults[i].at(key).get<std::string>().empty()) << faults[i];
             EXPECT_TRUE(contains(lines[i], faults[i].at(key).get<std::string>())) << lines[i];

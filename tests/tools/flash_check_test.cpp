@@ -70,13 +70,13 @@ TEST(flash_check, RefusalTellsEverything) {
     EXPECT_EQ(fault.at("device_name"), "FAULTY");
     EXPECT_EQ(fault.at("member"), "aai_mode");
     EXPECT_EQ(fault.at("cell"), "maybe");
-    EXPECT_EQ(fault.at("condition"), "string == \"FALSE\" || string == \"TRUE\"");
+    EXPECT_EQ(fault.at("condition"), R"(string == "FALSE" || string == "TRUE")");
     EXPECT_EQ(fault.at("expected"), "TRUE or FALSE");
 
     const PROCESS_RESULT result = check(source);
     EXPECT_TRUE(contains(result.errors, "table.csv:9:" + std::to_string(column) + ": fault: ")) << result.errors;
     expect_failure(result, INTERNAL_ERROR,
-                   {"FAULTY", "aai_mode", "\"maybe\"", "TRUE or FALSE", "string == \"FALSE\" || string == \"TRUE\""});
+                   {"FAULTY", "aai_mode", "\"maybe\"", "TRUE or FALSE", R"(string == "FALSE" || string == "TRUE")"});
 }
 
 TEST(flash_check, EveryCellOfEveryRowIsChecked) {
@@ -91,8 +91,8 @@ TEST(flash_check, EveryCellOfEveryRowIsChecked) {
         EXPECT_EQ(fault.at("line"), 10);
         EXPECT_EQ(fault.at("column"), column_of(source, 10, "WRONG"));
         EXPECT_EQ(fault.at("member"), column.name);
-        EXPECT_EQ(fault.at("condition"), type == "bool" ? "string == \"FALSE\" || string == \"TRUE\""
-                                                        : "Invalid string to integer conversion");
+        EXPECT_EQ(fault.at("condition"),
+                  type == "bool" ? R"(string == "FALSE" || string == "TRUE")" : "Invalid string to integer conversion");
         EXPECT_NE(fault.at("expected"), "");
     }
 }
@@ -189,9 +189,9 @@ TEST(flash_check, FilesThatCannotBeRead) {
     const std::pair<std::string, std::string> files[]{{scratch.path("none.csv"), "there is no such file"},
                                                       {scratch.directory().string(), "it is a directory"}};
     for (const auto& [file, reason] : files) {
+        const std::string message = ("the source table cannot be read, since " + reason).append(": ").append(file);
         for (const char* noun : {"flash", "profile"}) {
-            expect_failure(run_command({noun, "check", file}), INTERNAL_ERROR,
-                           {"the source table cannot be read, since " + reason + ": " + file, "(argument CSV)"});
+            expect_failure(run_command({noun, "check", file}), INTERNAL_ERROR, {message, "(argument CSV)"});
             const JSON error =
                 json_failure(run_command({"--json", noun, "check", file}), INTERNAL_ERROR, "source_table_unreadable");
             EXPECT_EQ(error.at("path"), file);

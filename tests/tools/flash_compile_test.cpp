@@ -94,7 +94,7 @@ TEST(flash_compile, RefusalTellsEverything) {
     const std::string csv = scratch.write(
         "table.csv", FLASH_SOURCE().row().row({{"device_name", "B"}, {"aai_mode", "true"}, {"ini", "X"}}).text());
     expect_failure(run_command({"flash", "compile", csv, scratch.path("out.pcf")}), INTERNAL_ERROR,
-                   {csv + ":10:", "aai_mode", "\"true\"", "TRUE or FALSE", "string == \"FALSE\" || string == \"TRUE\"",
+                   {csv + ":10:", "aai_mode", "\"true\"", "TRUE or FALSE", R"(string == "FALSE" || string == "TRUE")",
                     "PGMDEV", "pgm/pgmdev/pgmdev_flash_manager"});
 }
 

@@ -37,7 +37,8 @@ std::string dump_text(const std::string& bytes, const std::string& behind_offset
     std::string text;
     for (std::size_t place = 0; place < bytes.size(); place += 16) {
         const std::string offset = digits_of({static_cast<char>(place >> 8), static_cast<char>(place)}, "");
-        text += "0000" + offset + behind_offset + digits_of(bytes.substr(place, 16), " ") + characters + "\n";
+        text.append("0000").append(offset).append(behind_offset);
+        text.append(digits_of(bytes.substr(place, 16), " ")).append(characters).append("\n");
     }
     return text;
 }
@@ -75,7 +76,7 @@ TEST(flash_sfdp, ShippedDumpsGiveWhatTheOtherReaderGives) {
     const JSON expected = json_of(read_file(SFDP_DIRECTORY + "/expected.json"));
     EXPECT_EQ(expected.size(), 16U);
     for (const auto& [file, parts] : expected.items()) {
-        const JSON answer = decoded(SFDP_DIRECTORY + "/" + file);
+        const JSON answer = decoded((SFDP_DIRECTORY + "/").append(file));
         for (const auto& [key, value] : parts.items()) {
             ASSERT_TRUE(answer.contains(key)) << file << " " << key;
             EXPECT_EQ(answer.at(key).sorted(), value.sorted()) << file << " " << key;
@@ -141,9 +142,9 @@ TEST(flash_sfdp, PeopleSeeAllAndTheRecord) {
           "3 or 4 bytes", "2: 64 KiB with D8 (4-byte DC), 160 ms typical, 1600 ms at most",
           "whole die, 84000 ms typical, 2016000 ms at most", "pages of 256 bytes, 120 us typical, 2880 us at most",
           "4-4-4 with EB, 10 dummy clocks (1 mode, 9 wait)", "70 bit 7",
-          "UNKNOWN, UNKNOWN-20BB19104400, FALSE, 0x19, 2, 0xBB, 1, 0x20, 0, 0x19, TRUE, NONE, TRUE, TRUE, FALSE, "
-          "FALSE, FALSE, TRUE, 1, 268435456, 65536, FALSE, TRUE, 2016, 2, 2880, 0x00, 0x00, 0x00, 255, 255, FALSE, "
-          "3.3V\n",
+          ("UNKNOWN, UNKNOWN-20BB19104400, FALSE, 0x19, 2, 0xBB, 1, 0x20, 0, 0x19, TRUE, NONE, TRUE, TRUE, FALSE, "
+           "FALSE, FALSE, TRUE, 1, 268435456, 65536, FALSE, TRUE, 2016, 2, 2880, 0x00, 0x00, 0x00, 255, 255, FALSE, "
+           "3.3V\n"),
           "\nbulk_erase_time=2016\n", "  asc_voltage         3.3V: not told"}) {
         EXPECT_TRUE(contains(result.output, part)) << part << "\nin\n" << result.output;
     }

@@ -20,7 +20,7 @@ using TABLE = std::map<std::string, std::vector<std::string>>;
 /// Unpacks a data set, checks its frame, and returns the body.
 std::string body_of(const BYTE* data, DWORD packed_length, DWORD length) {
     std::string container(length + 1, '\0');  // a byte more, to see that the length is exact
-    uLongf produced = static_cast<uLongf>(container.size());
+    auto produced = static_cast<uLongf>(container.size());
     EXPECT_EQ(uncompress(reinterpret_cast<Bytef*>(container.data()), &produced, data, packed_length), Z_OK);
     EXPECT_EQ(produced, length);
     container.resize(length);
@@ -187,7 +187,7 @@ TEST(GeneratedGrammar, HasTheCasesOfRealLists) {
     EXPECT_TRUE(any_part([](const PLAIN_PART& p) { return p.number != 0 && p.pcf == "-"; })) << "only in the library";
     EXPECT_TRUE(any_part([](const PLAIN_PART& p) { return p.name != upper(p.name); })) << "display name in mixed case";
     EXPECT_TRUE(std::any_of(catalog().devices.begin(), catalog().devices.end(), [](const PLAIN_DEVICE& device) {
-        return device.pcf != "-" && device.has_parts && keys(1).count(upper(device.name)) == 0;
+        return device.pcf != "-" && device.has_parts && !keys(1).contains(upper(device.name));
     })) << "a device that the library names otherwise";
 }
 

@@ -21,13 +21,13 @@ std::string page(const std::vector<std::string>& nouns) {
 std::string shown(const std::string& text) {
     std::string plain;
     for (std::size_t i = 0; i < text.size(); ++i) {
-        if (text[i] != '\\') {
-            plain += text[i];
-        } else if (text[++i] == 'f') {
+        const bool escaped = text[i] == '\\';
+        i += escaped ? 1 : 0;
+        if (escaped && text[i] == 'f') {
             ++i;
-        } else if (text[i] == 'e') {
+        } else if (escaped && text[i] == 'e') {
             plain += '\\';
-        } else if (text[i] != '&') {
+        } else if (!escaped || text[i] != '&') {
             plain += text[i];
         }
     }

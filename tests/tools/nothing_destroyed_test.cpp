@@ -136,7 +136,7 @@ TEST(nothing_destroyed, AListThatIsNotReadWholeIsSaidToBe) {
 TEST(nothing_destroyed, ADamagedContainerIsSaidToBe) {
     const std::string good = ref::file(ref::BLOCKS{"free", std::nullopt, NAND_STAMP + nand_record()});
     for (const std::string& bytes : {std::string("x"), good.substr(0, 30), good.substr(0, good.size() - 1), good + "x",
-                                     good.substr(0, 20) + "\x2D" + good.substr(21)}) {
+                                     good.substr(0, 20) + "-" + good.substr(21)}) {
         const CONTAINER_FILE container(bytes);
         const std::string block = container.scratch().write("block.bin", "block");
         const std::vector<std::vector<std::string>> refused{

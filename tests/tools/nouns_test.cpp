@@ -23,4 +23,9 @@ TEST(Nouns, MakeTheirContentsOnceWhenTheyAreAskedFor) {
     EXPECT_EQ(times_made, 1);
 }
 
+TEST(Nouns, ShowTheirFirstVerbByDefault) {
+    EXPECT_EQ(NOUN("noun", "What it is about", counted_contents).example(), "noun verb");
+    EXPECT_EQ(NOUN("noun", "What it is about", "noun other", counted_contents).example(), "noun other");
+}
+
 }  // namespace

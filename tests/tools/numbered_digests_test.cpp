@@ -8,6 +8,7 @@
 
 #include "part_digests.h"
 #include "support/name_digest.h"
+#include "support/repeatable_random.h"
 
 // Tables of digests for catalogs whose part numbers have more than 16 bits, and for such that have not.
 
@@ -93,7 +94,7 @@ TEST(NumberedDigests, NamesLeadToTheFirstPartThatTheyDenote) {
 }
 
 TEST(HashedParts, AreFoundHoweverTheirHashesAreSpread) {
-    std::mt19937_64 random(6);  // NOLINT(cert-msc32-c,cert-msc51-cpp): the same every run
+    auto random = repeatable_random<std::mt19937_64>(6);
     constexpr std::uint64_t LARGEST = 0xFFFFFFFFFFFF;
     for (const std::uint64_t spread : {LARGEST, LARGEST >> 20, std::uint64_t{1000}, std::uint64_t{3}}) {
         for (const std::size_t count : {0U, 1U, 2U, 70U, 500U}) {

@@ -22,10 +22,12 @@ TEST(printable, ControlCharactersOfBothKinds) {
 }
 
 TEST(printable, DirectionsOfWriting) {
+    // NOLINTBEGIN(misc-misleading-bidirectional): they are escaped
     EXPECT_EQ(printable("a\xE2\x80\xAE"
                         "b"),
               "a\\xE2\\x80\\xAEb");
     EXPECT_EQ(printable("\xE2\x81\xA7\xD8\x9C"), "\\xE2\\x81\\xA7\\xD8\\x9C");
+    // NOLINTEND(misc-misleading-bidirectional)
 }
 
 TEST(printable, WhatIsNoUtf8) {
@@ -33,6 +35,7 @@ TEST(printable, WhatIsNoUtf8) {
 }
 
 TEST(printable, JsonKeepsItsValues) {
+    // NOLINTNEXTLINE(misc-misleading-bidirectional): they are escaped
     const std::string text = "a\x1B\xC2\x9B\xE2\x80\xAE\xD8\x9C\x7F\xC3\xA4\xF0\x9F\x98\x80";
     const std::string shown = printable_json(JSON_VALUE(text).dump());
     EXPECT_EQ(shown, "\"a\\u001b\\u009b\\u202e\\u061c\\u007f\xC3\xA4\xF0\x9F\x98\x80\"");

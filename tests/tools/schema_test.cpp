@@ -26,7 +26,7 @@ std::vector<WORDS> all_verbs() {
     for (const auto& [name, schema] : all.at("$defs").items()) {
         if (schema.contains("title")) {
             std::istringstream title(schema.at("title").get<std::string>());
-            verbs.push_back({std::istream_iterator<std::string>(title), std::istream_iterator<std::string>()});
+            verbs.emplace_back(std::istream_iterator<std::string>(title), std::istream_iterator<std::string>());
             verbs.back().erase(verbs.back().begin());  // "pgmdev"
         }
     }

@@ -18,8 +18,10 @@ TEST(usage, EveryNounAndVerbHasHelpWithAnExample) {
         for (const std::string& verb : verbs) {
             const std::vector<std::string> found = examples(help_of({noun, verb}));
             EXPECT_GE(found.size(), 1U) << noun << " " << verb;
+            std::string words = " " + noun;
+            words += " " + verb + " ";
             for (const std::string& example : found) {
-                EXPECT_TRUE(contains(" " + example + " ", " " + noun + " " + verb + " ")) << example;
+                EXPECT_TRUE(contains(" " + example + " ", words)) << example;
             }
         }
     }

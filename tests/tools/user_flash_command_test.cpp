@@ -186,7 +186,7 @@ TEST(flash_define_fields, NameEveryFaultAtOnce) {
     const PROCESS_RESULT run = run_command({"--json", "flash", "define", "program_utime=700us", "device_bit_size=8",
                                             "memory_id=FFF", "device_nam=X", "nonsense", "die_count=2"});
     const JSON error = json_failure(run, WRONG_USAGE, "description_refused");
-    const JSON faults = error.at("faults");
+    const JSON& faults = error.at("faults");
     ASSERT_EQ(faults.size(), 13U) << faults;
     EXPECT_EQ(faults.at(0).at("given"), "nonsense");
     EXPECT_EQ(faults.at(1).at("advice"), "did you mean device_name");

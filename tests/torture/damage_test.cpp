@@ -111,7 +111,7 @@ protected:
     using JUDGE = std::function<const char*(const std::string& path)>;
 
     static constexpr int DONE = 0;
-    static constexpr long MOST_KILOBYTES = 64 * 1024;
+    static constexpr long MOST_KILOBYTES = 64L * 1024;
 
     Damage() {
         void* const memory =

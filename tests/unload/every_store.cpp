@@ -70,8 +70,8 @@ extern "C" PLUGIN_EXPORT int use_every_index() {
     const DWORD code = PGMDEV_MGR::get_opn_enum(part);
     int good = 0;
     for (int question = 0; question < 100; ++question) {
-        good += PGMDEV_MGR::get_opn_from_hash(PGMDEV_MGR::INVALID_NAME_HASH).empty();
-        good += PGMDEV_MGR::get_opn_enum(part) == code;
+        good += PGMDEV_MGR::get_opn_from_hash(PGMDEV_MGR::INVALID_NAME_HASH).empty() ? 1 : 0;
+        good += PGMDEV_MGR::get_opn_enum(part) == code ? 1 : 0;
     }
     return good;
 }
@@ -95,16 +95,17 @@ extern "C" PLUGIN_EXPORT int read_remembered_lists() {
 /// to take them away.
 extern "C" PLUGIN_EXPORT int use_every_store() {
     int good = 0;
+    const auto count = [&good](bool answered) { good += answered ? 1 : 0; };
     try {
-        good += PGMDEV_MGR::get_opn(INVALID_DWORD).empty();
-        good += PGMDEV_DEVICE_GRAMMAR_MGR::get_family("no such part").empty();
-        good += PGMDEV_HPS_MGR::get_mgr() != nullptr;
-        good += PGMDEV_HPS_NAND_MGR::get_mgr() != nullptr;
-        good += PGMDEV_HPS_SPI_MGR::get_mgr() != nullptr;
-        good += loads_flash_database();
-        good += loads_profile_database();
-        good += reads_container();
-        good += makes_digests();
+        count(PGMDEV_MGR::get_opn(INVALID_DWORD).empty());
+        count(PGMDEV_DEVICE_GRAMMAR_MGR::get_family("no such part").empty());
+        count(PGMDEV_HPS_MGR::get_mgr() != nullptr);
+        count(PGMDEV_HPS_NAND_MGR::get_mgr() != nullptr);
+        count(PGMDEV_HPS_SPI_MGR::get_mgr() != nullptr);
+        count(loads_flash_database());
+        count(loads_profile_database());
+        count(reads_container());
+        count(makes_digests());
     } catch (const std::exception& error) {
         std::fprintf(stderr, "%s\n", error.what());
     }

@@ -38,8 +38,7 @@ void CATALOG_READER::read_devices(const std::filesystem::path& path) {
         } else if (keyword == "alias") {
             read_alias(row);
         } else {
-            m_faults.add(row.place,
-                         "a line begins with \"device\", \"parts\" or \"alias\", not with \"" + keyword + "\"");
+            m_faults.add(row.place, R"(a line begins with "device", "parts" or "alias", not with ")" + keyword + "\"");
         }
     }
 }

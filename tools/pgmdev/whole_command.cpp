@@ -21,9 +21,8 @@ NOUN_CONTENTS all_contents() {
             NOUN("name", "The spellings of a device's name", "pgmdev name show KES50C6", name_contents),
             NOUN("part", "Parts by less specific names", "pgmdev part complete KES50", part_contents),
             NOUN("opn", "Ordering codes: indexes and hashes of parts", "pgmdev opn index KES50C6", opn_contents),
-            NOUN("device", "Devices of the device library", "pgmdev device list --family Osprey --package FBGA",
-                 device_contents),
-            NOUN("family", "Families of devices", "pgmdev family list --pins 780", family_contents),
+            NOUN("device", "Devices of the device library", device_contents),
+            NOUN("family", "Families of devices", family_contents),
             NOUN("enum", "Names and values of the programmer's enumerations", "pgmdev enum list sector",
                  enum_contents))};
 }

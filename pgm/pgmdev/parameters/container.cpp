@@ -321,6 +321,7 @@ BYTE* PGMDEV_FLASH_INI::read_flash_ini_data(PGMDEV_FLASH_INI_ENUM which, DWORD& 
     return block.release();
 }
 
+// NOLINTNEXTLINE(readability-non-const-parameter): programs that were linked before call it like this
 bool PGMDEV_FLASH_INI::write_flash_ini_data(PGMDEV_FLASH_INI_ENUM which, BYTE* data, DWORD size) {
     if (which >= PGMDEV_FLASH_INI_MAX) {
         return false;

@@ -126,7 +126,7 @@ PACKED_IMAGE compile_source_file(const FIO_PATH& csv_file, QWORD rest) {
     PGMDEV_REQUIRE(body_size <= PACKED_BODY_MAX, PACKED_BODY_TOO_LONG, SCHEMA::FORMAT.file);
     PACKED_IMAGE image;
     image.size = PACKED_HEAD_SIZE + body_size;
-    image.data.reset(new BYTE[image.size]());
+    image.data = std::make_unique<BYTE[]>(image.size);
     PACKED_WRITER writer(image.data.get(), image.size, image.index, SCHEMA::FORMAT);
     writer.put_heads(static_cast<DWORD>(body_size), layout.record_count, DWORD{SCHEMA::MEMBERS.size()});
     for (std::size_t i = 0; i < lines.size(); ++i) {

@@ -59,7 +59,7 @@ std::vector<STANDING> standings_of(const PGMDEV_FLASH_CANDIDATES& candidates) {
 PGMDEV_FLASH_CANDIDATES candidates_of(const ROWS& records, const RESPONSE& response, bool silicon_id = false) {
     const auto count = static_cast<DWORD>(records.size());
     const auto given = static_cast<DWORD>(response.size());
-    const PGMDEV_FLASH_CANDIDATES walked(records.data(), count, silicon_id, response.data(), given);
+    PGMDEV_FLASH_CANDIDATES walked(records.data(), count, silicon_id, response.data(), given);
     const PGMDEV_FLASH_INDEX index(records.data(), count);
     const PGMDEV_FLASH_CANDIDATES found(index, records.data(), count, silicon_id, response.data(), given);
     EXPECT_EQ(found.taken(), walked.taken());
@@ -256,6 +256,7 @@ TEST(FlashCandidates, DifferencesTellTheWorstHarmFirst) {
     EXPECT_EQ(found[0].other, "262144 bytes");
     EXPECT_EQ(found[0].harm, "256 KiB sectors: erasing by 64 KiB would wipe the neighbours");
     EXPECT_EQ(found[1].harm, "a part for 1.8V: 3.3V on it may destroy it");
+    // NOLINTNEXTLINE(readability-suspicious-call-argument): the other way round
     EXPECT_EQ(PGMDEV_FLASH_CANDIDATES::differences(other, taken)[1].harm,
               "a part for 3.3V: at 1.8V it neither reads nor writes reliably");
     EXPECT_EQ(found[2].harm, "status-register bits 0x40 mean something else: writing the protection would change that");

@@ -1,11 +1,11 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <random>
 
 #include "pgmdev/flash/fixture.h"
 #include "pgmdev/flash/probe.h"
 #include "pgmdev_flash_table.h"
+#include "support/repeatable_random.h"
 #include "support/reports.h"
 #include "support/scratch.h"
 #include "support/settings.h"
@@ -27,7 +27,7 @@ protected:
         const std::string path = m_scratch.write("damaged.pcf", file);
         const std::string table = report_of([&] { PGMDEV_FLASH_TABLE::from_database(path); });
         FLASH_PROBE manager;
-        const std::string report = report_of([&] { manager.initialize_flash_database(path); });
+        std::string report = report_of([&] { manager.initialize_flash_database(path); });
         EXPECT_EQ(table, report);
         if (report != "(no report)") {
             EXPECT_EQ(manager.get_flash_count(), 0U);
@@ -81,7 +81,7 @@ TEST_F(FlashDamage, EveryCutOfTheFile) {
 }
 
 TEST_F(FlashDamage, EveryBitOfTheStream) {
-    for (std::size_t bit = 44 * 8; bit < (m_file.size() - 2) * 8; ++bit) {
+    for (std::size_t bit = std::size_t{44} * 8; bit < (m_file.size() - 2) * 8; ++bit) {
         std::string file = m_file;
         file[bit / 8] = static_cast<char>(file[bit / 8] ^ (1 << bit % 8));
         const std::string report = load(file);
@@ -210,7 +210,7 @@ TEST_F(FlashDamage, ABodyHasAtMost128MiB) {
 }
 
 TEST_F(FlashDamage, RandomPayloadsEndInAReport) {
-    std::mt19937 random(20);  // the same every run
+    auto random = repeatable_random(20);
     for (int round = 0; round < 2000; ++round) {
         std::string payload = m_payload;
         for (int change = 0; change < 4; ++change) {

@@ -58,6 +58,7 @@ TEST_F(FlashLoading, KeepsEveryMember) {
 
 TEST_F(FlashLoading, AFileThatIsBeingReplacedIsLoadedWhole) {
     std::vector<RECORD> many;
+    many.reserve(200);
     for (int i = 0; i < 200; ++i) {
         many.push_back(named("RECORD_" + std::to_string(i * 7919)));
     }

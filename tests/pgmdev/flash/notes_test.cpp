@@ -42,6 +42,7 @@ struct PLACE_AND_TEXT {
 
 std::vector<PLACE_AND_TEXT> told(const std::vector<PGMDEV_TABLE_FAULT>& faults) {
     std::vector<PLACE_AND_TEXT> all;
+    all.reserve(faults.size());
     for (const PGMDEV_TABLE_FAULT& fault : faults) {
         all.push_back({fault.line, fault.column, fault.expected});
     }

@@ -61,7 +61,7 @@ TEST_F(FlashTable, FindsAllFaultsOfTheFormatInLineOrder) {
     lines[1] = ref::joined(ref::row_with(4, "index", ref::row_with(3, "id", ref::name_row())));
     lines[5] = "short";
     lines.push_back(ref::joined(ref::row_with(SILICON, "no", ref::row_with(ID, "0xGG"))));
-    lines.push_back("too, few");
+    lines.emplace_back("too, few");
     lines.push_back(ref::joined(ref::row_with(MFC, "256,257")));
     lines.push_back(ref::joined(ref::row_with(PROGRAM, "5ms")));
     std::string text;

@@ -208,7 +208,7 @@ TEST_F(Hps, CurrentKind) {
     PGMDEV_HPS_MGR* const manager = PGMDEV_HPS_MGR::get_mgr();
     EXPECT_EQ(manager->get_current_hps(), nullptr);
     EXPECT_TRUE(manager->set_current_hps(0x4BA00477));
-    EXPECT_EQ(manager->get_current_hps(), &PGMDEV_HPS_MGR::get_kinds()[0]);
+    EXPECT_EQ(manager->get_current_hps(), PGMDEV_HPS_MGR::get_kinds().data());
     EXPECT_EQ(manager->get_current_hps()->id, 0x4BA00477U);
     EXPECT_TRUE(manager->set_current_hps(0x4BA00478));
     EXPECT_EQ(manager->get_current_hps(), &PGMDEV_HPS_MGR::get_kinds()[1]);

@@ -25,7 +25,7 @@ auto run(const std::string& name, OPERATION operation) {
     for (std::size_t i = 0; i < untidy.size(); i += 2) {
         untidy[i] = untidy[i] >= 'A' && untidy[i] <= 'Z' ? static_cast<char>(untidy[i] - 'A' + 'a') : untidy[i];
     }
-    const auto result = operation(untidy);
+    auto result = operation(untidy);
     EXPECT_EQ(untidy, name);
     return result;
 }

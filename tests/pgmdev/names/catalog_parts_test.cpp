@@ -1,6 +1,5 @@
 #include <gtest/gtest.h>
 
-#include <random>
 #include <set>
 #include <string_view>
 #include <thread>
@@ -12,6 +11,7 @@
 #include "pgmdev/names/catalog_reference.h"
 #include "pgmdev_mgr.h"
 #include "pgmdev_part_index.h"
+#include "support/repeatable_random.h"
 #include "support/reports.h"
 #include "support/settings.h"
 #include "support/sha256.h"
@@ -235,7 +235,7 @@ std::unordered_map<std::string, std::string> first_denoted_by_name(const std::ve
 /// Names that nobody chose: those of the catalog with some characters changed, left out, or added.
 std::vector<std::string> random_names() {
     constexpr std::string_view CHARACTERS = "ABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789_- ";
-    std::mt19937 random(11);
+    auto random = repeatable_random(11);
     const auto below = [&random](std::size_t end) { return static_cast<std::size_t>(random()) % end; };
     std::vector<std::string> names;
     for (int i = 0; i < 2000; ++i) {

@@ -82,7 +82,7 @@ inline std::string pgm_name(const std::string& name, bool skip_package_conversio
 }
 
 inline std::string family(const std::string& name) {
-    if (const std::string direct = key_of(FAMILY, name); !direct.empty()) {
+    if (std::string direct = key_of(FAMILY, name); !direct.empty()) {
         return direct;
     }
     std::string part = key_of(PGM_PART_PCF, name);

@@ -1,11 +1,10 @@
 #include <gtest/gtest.h>
 
-#include <random>
-
 #include "names/grammar.h"
 #include "names/stores.h"
 #include "pgmdev/names/data_set.h"
 #include "pgmdev/names/reference.h"
+#include "support/repeatable_random.h"
 #include "support/reports.h"
 
 namespace {
@@ -136,7 +135,7 @@ TEST(DdbGrammar, RefusesEveryTruncation) {
 }
 
 TEST(DdbGrammar, AgreesWithAnIndependentReaderOnDamagedBodies) {
-    std::mt19937 random(20);
+    auto random = repeatable_random(20);
     const std::string original = ref::grammar_body(ref::example_grammar());
     int accepted = 0;
     for (int round = 0; round < 20000; ++round) {

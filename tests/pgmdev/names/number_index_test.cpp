@@ -5,6 +5,7 @@
 #include <string>
 
 #include "names/number_index.h"
+#include "support/repeatable_random.h"
 #include "text_filter.h"
 
 // What indexes for parts are made of.
@@ -12,7 +13,7 @@
 namespace {
 
 TEST(NumberIndex, FindsTheFirstNumberBesideEachKey) {
-    std::mt19937_64 random(3);  // NOLINT(cert-msc32-c,cert-msc51-cpp): the same every run
+    auto random = repeatable_random<std::mt19937_64>(3);
     for (const QWORD largest : {QWORD{0}, QWORD{1}, QWORD{255}, QWORD{256}, QWORD{0xFFFFFFFFFFFF}, ~QWORD{0}}) {
         std::map<QWORD, DWORD> expected;
         std::vector<NUMBER_INDEX::PAIR> pairs;

@@ -1,10 +1,9 @@
 #include <gtest/gtest.h>
 
-#include <random>
-
 #include "names/stores.h"
 #include "pgmdev/names/data_set.h"
 #include "pgmdev/names/reference.h"
+#include "support/repeatable_random.h"
 #include "support/reports.h"
 #include "text_digest.h"
 
@@ -102,7 +101,7 @@ TEST(DdbOpn, SurvivesABodyWithoutACount) {
 }
 
 TEST(DdbOpn, AgreesWithAnIndependentReaderOnRandomBodies) {
-    std::mt19937 random(7);
+    auto random = repeatable_random(7);
     int accepted = 0;
     for (int round = 0; round < 20000; ++round) {
         std::string body = ref::le32(static_cast<DWORD>(random() % 5));

@@ -9,6 +9,7 @@
 #include <algorithm>
 #include <cstdint>
 #include <map>
+#include <numeric>
 #include <stdexcept>
 #include <string>
 #include <utility>
@@ -90,7 +91,7 @@ inline std::string deflated(const std::string& bytes) {
 
 inline std::string inflated(const unsigned char* stream, std::size_t stream_length, std::size_t length) {
     std::string bytes(length, '\0');
-    uLongf produced = static_cast<uLongf>(length);
+    auto produced = static_cast<uLongf>(length);
     if (uncompress(reinterpret_cast<Bytef*>(bytes.data()), &produced, stream, static_cast<uLong>(stream_length)) !=
             Z_OK ||
         produced != length) {
@@ -168,10 +169,9 @@ inline std::vector<std::uint32_t> read_opn(const std::string& data) {
             groups += data[index++];
         } while ((groups.back() & 0x80) != 0);
         require(groups.size() <= 5, "shift <= 35");
-        std::uint64_t value = 0;
-        for (auto group = groups.rbegin(); group != groups.rend(); ++group) {
-            value = value * 128 + (static_cast<unsigned char>(*group) & 0x7F);
-        }
+        const std::uint64_t value = std::accumulate(
+            groups.rbegin(), groups.rend(), std::uint64_t{0},
+            [](std::uint64_t higher, char group) { return higher * 128 + (static_cast<unsigned char>(group) & 0x7F); });
         require(value <= 0xFFFFFFFF, "dev_enum <= QWORD(0xFFFFFFFF)");
         parts.push_back(static_cast<std::uint32_t>(value));
     }

@@ -188,16 +188,64 @@ std::string error_of(const REQUEST& request) {
     return answer.error;
 }
 
+/// The largest value of a type.
+QWORD most_of(PGMDEV_PARAM_TYPE type) {
+    switch (type) {
+        case PGMDEV_PARAM_BYTE:
+            return 0xFF;
+        case PGMDEV_PARAM_WORD:
+            return 0xFFFF;
+        case PGMDEV_PARAM_DWORD:
+            return 0xFFFFFFFF;
+        default:
+            return MOST;
+    }
+}
+
+bool is_power_of_two(QWORD value, QWORD maximum) {
+    unsigned set = 0;
+    for (QWORD rest = value & maximum; rest != 0; rest /= 2) {
+        set += rest % 2 != 0 ? 1U : 0U;
+    }
+    return set == 1;
+}
+
+/// Pairs of least and largest value; none lets every value pass.
+bool is_inside(QWORD value, const std::vector<DWORD>& ranges, QWORD maximum) {
+    const QWORD low = value & 0xFFFFFFFF;
+    bool inside = ranges.empty();
+    for (std::size_t i = 1; i < ranges.size(); i += 2) {
+        inside = inside || (low >= (ranges[i] & maximum) && low <= (ranges[i + 1] & maximum));
+    }
+    return inside;
+}
+
+/// Pairs of mask and value.
+bool is_hit(QWORD value, const std::vector<DWORD>& hits, QWORD maximum) {
+    bool hit = false;
+    for (std::size_t i = 1; i < hits.size(); i += 2) {
+        hit = hit || (value & hits[i] & maximum) == (hits[i + 1] & maximum);
+    }
+    return hit;
+}
+
+/// What the checks behind the conversion itself find; "" for nothing.
+std::string reference_objection(const REQUEST& r, QWORD value, QWORD maximum) {
+    if (r.power_of_two && !is_power_of_two(value, maximum)) {
+        return "Input must be power of 2";
+    }
+    if (!is_inside(value, r.ranges, maximum)) {
+        return "Input is out of range";
+    }
+    return is_hit(value, r.hits, maximum) ? "Input is invalid (hit)" : "";
+}
+
 /// The steps of the checked conversion, each written on its own.
 ANSWER reference_answer(const REQUEST& r) {
     if (r.type == PGMDEV_PARAM_STRING || r.type == PGMDEV_PARAM_BOOL) {
         return good(0);
     }
-    const unsigned bits = r.type == PGMDEV_PARAM_BYTE    ? 8
-                          : r.type == PGMDEV_PARAM_WORD  ? 16
-                          : r.type == PGMDEV_PARAM_DWORD ? 32
-                                                         : 64;
-    const QWORD maximum = bits == 64 ? MOST : (QWORD{1} << bits) - 1;
+    const QWORD maximum = most_of(r.type);
     QWORD value = maximum;
     if (r.text != "-1") {
         const std::string text = r.hex && r.text.substr(0, 2) != "0x" ? "0x" + r.text : r.text;
@@ -210,29 +258,8 @@ ANSWER reference_answer(const REQUEST& r) {
             return {false, value, "Conversion overflow compare to type"};
         }
     }
-    if (r.power_of_two) {
-        unsigned set = 0;
-        for (unsigned bit = 0; bit < bits; ++bit) {
-            set += (value >> bit & 1) != 0 ? 1U : 0U;
-        }
-        if (set != 1) {
-            return {false, value, "Input must be power of 2"};
-        }
-    }
-    if (!r.ranges.empty()) {
-        bool inside = false;
-        for (std::size_t i = 1; i < r.ranges.size(); i += 2) {
-            const QWORD low = value & 0xFFFFFFFF;
-            inside = inside || (low >= (r.ranges[i] & maximum) && low <= (r.ranges[i + 1] & maximum));
-        }
-        if (!inside) {
-            return {false, value, "Input is out of range"};
-        }
-    }
-    for (std::size_t i = 1; i < r.hits.size(); i += 2) {
-        if ((value & r.hits[i] & maximum) == (r.hits[i + 1] & maximum)) {
-            return {false, value, "Input is invalid (hit)"};
-        }
+    if (const std::string objection = reference_objection(r, value, maximum); !objection.empty()) {
+        return {false, value, objection};
     }
     if (r.exponent && value != maximum) {
         return good(QWORD{1} << (value % 64));
@@ -244,6 +271,27 @@ ANSWER reference_answer(const REQUEST& r) {
     return good(value);
 }
 
+/// Compares, for a text as each type and with every flag and multiple; counts what is converted.
+void expect_as_the_reference(const REQUEST& request, unsigned& successes) {
+    for (int flags = 0; flags < 8; ++flags) {
+        for (const DWORD multiple : {DWORD{1}, DWORD{2}, DWORD{0xFFFFFFFF}}) {
+            REQUEST each = request;
+            each.hex = (flags & 1) != 0;
+            each.power_of_two = (flags & 2) != 0;
+            each.exponent = (flags & 4) != 0;
+            each.multiple = multiple;
+            const ANSWER answer = convert(each);
+            const ANSWER expected = reference_answer(each);
+            ASSERT_EQ(answer.error, expected.error);
+            ASSERT_EQ(answer.good, expected.good);
+            if (expected.good) {
+                ASSERT_EQ(answer.value, expected.value);
+                ++successes;
+            }
+        }
+    }
+}
+
 TEST(FlashIniConversions, CheckedAgainstTheReference) {
     const std::vector<std::vector<DWORD>> ranges{{}, {0}, {1, 0, 255}, {2, 0, 0, 0x100, 0x1FFFF}, {1, 9, 0xFFFFFFFF}};
     const std::vector<std::vector<DWORD>> hits{{}, {0}, {1, 0xFF, 0}, {2, 0xFFFFFFFF, 7, 1, 1}};
@@ -251,22 +299,11 @@ TEST(FlashIniConversions, CheckedAgainstTheReference) {
     for (const auto type : {PGMDEV_PARAM_STRING, PGMDEV_PARAM_BOOL, PGMDEV_PARAM_BYTE, PGMDEV_PARAM_WORD,
                             PGMDEV_PARAM_DWORD, PGMDEV_PARAM_QWORD}) {
         for (const std::string& text : TEXTS) {
+            SCOPED_TRACE(text + " as type " + std::to_string(type));
             for (const auto& range : ranges) {
                 for (const auto& hit : hits) {
-                    for (int flags = 0; flags < 8; ++flags) {
-                        for (const DWORD multiple : {DWORD{1}, DWORD{2}, DWORD{0xFFFFFFFF}}) {
-                            const REQUEST request{type,  text, (flags & 1) != 0, (flags & 2) != 0,
-                                                  range, hit,  (flags & 4) != 0, multiple};
-                            const ANSWER answer = convert(request);
-                            const ANSWER expected = reference_answer(request);
-                            ASSERT_EQ(answer.error, expected.error) << text << " as type " << type;
-                            ASSERT_EQ(answer.good, expected.good) << text << " as type " << type;
-                            if (expected.good) {
-                                ASSERT_EQ(answer.value, expected.value) << text << " as type " << type;
-                                ++successes;
-                            }
-                        }
-                    }
+                    ASSERT_NO_FATAL_FAILURE(
+                        expect_as_the_reference({.type = type, .text = text, .ranges = range, .hits = hit}, successes));
                 }
             }
         }

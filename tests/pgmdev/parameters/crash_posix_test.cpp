@@ -74,14 +74,14 @@ TEST(FlashIniCrash, KilledInTheMiddleOfAWrite) {
         const std::string found = directory.file();
         ASSERT_TRUE(found == old_file || found == new_file) << "kill " << i << ", " << found.size() << " bytes";
         ASSERT_TRUE(ref::is_told_of(found, directory.info())) << directory.info();
-        ASSERT_EQ(directory.read(0), "kept");
+        ASSERT_EQ(FLASH_INI_DIRECTORY::read(0), "kept");
         ASSERT_LE(temporaries_in(directory.scratch()), left_before + most_left);
         seen.insert(found);
     }
     // On a fast disk some writers get as far as another container, on a slow one some are killed while theirs has a name.
     EXPECT_TRUE(seen.size() == 2 || temporaries_in(directory.scratch()) > 0) << "the writers were not at work";
     make_temporaries_old(directory.scratch());
-    EXPECT_TRUE(directory.write(1, NEW_BLOCK));
+    EXPECT_TRUE(FLASH_INI_DIRECTORY::write(1, NEW_BLOCK));
     EXPECT_EQ(temporaries_in(directory.scratch()), 0U);
 }
 
@@ -114,14 +114,14 @@ TEST(FlashIniCrash, NoSpaceLeft) {
         bool written = true;
         {
             const FILE_SIZE_LIMIT limit(room);
-            written = directory.write(1, NEW_BLOCK);
+            written = FLASH_INI_DIRECTORY::write(1, NEW_BLOCK);
         }
         EXPECT_FALSE(written) << room;
         EXPECT_EQ(directory.file(), old_file) << room;
         EXPECT_EQ(directory.scratch().file_count(), 1U) << room;
     }
     const FILE_SIZE_LIMIT limit(90048);  // exactly enough: 44 + 4 + 90000
-    EXPECT_TRUE(directory.write(1, NEW_BLOCK));
+    EXPECT_TRUE(FLASH_INI_DIRECTORY::write(1, NEW_BLOCK));
 }
 
 TEST(FlashIniCrash, WhatNobodyMayReadIsNotTakenForLost) {
@@ -199,19 +199,19 @@ TEST(FlashIniCrash, APipeIsNeitherReadNorReplaced) {
 TEST(FlashIniCrash, ReadersBesideAWriter) {
     constexpr int WRITES = 200;
     const FLASH_INI_DIRECTORY directory;
-    ASSERT_TRUE(directory.write(1, OLD_BLOCK));
+    ASSERT_TRUE(FLASH_INI_DIRECTORY::write(1, OLD_BLOCK));
     std::atomic<bool> done{false};
     std::atomic<int> wrong{0};
     std::atomic<int> reads{0};
     std::thread reader([&] {
         do {
-            const auto block = directory.read(1);
+            const auto block = FLASH_INI_DIRECTORY::read(1);
             wrong += block == OLD_BLOCK || block == NEW_BLOCK ? 0 : 1;
             ++reads;
         } while (!done);
     });
     for (int i = 0; i < WRITES; ++i) {
-        EXPECT_TRUE(directory.write(1, i % 2 == 0 ? NEW_BLOCK : OLD_BLOCK));
+        EXPECT_TRUE(FLASH_INI_DIRECTORY::write(1, i % 2 == 0 ? NEW_BLOCK : OLD_BLOCK));
     }
     done = true;
     reader.join();

@@ -128,10 +128,11 @@ public:
     }
 
     /// Writes a block through the library; without one it is removed.
-    static bool write(unsigned which, std::optional<std::string> block) {
+    static bool write(unsigned which, const std::optional<std::string>& block) {
+        std::string bytes = block.value_or("");
         return PGMDEV_FLASH_INI::write_flash_ini_data(static_cast<PGMDEV_FLASH_INI_ENUM>(which),
-                                                      block ? reinterpret_cast<BYTE*>(block->data()) : nullptr,
-                                                      block ? static_cast<DWORD>(block->size()) : 0);
+                                                      block ? reinterpret_cast<BYTE*>(bytes.data()) : nullptr,
+                                                      static_cast<DWORD>(bytes.size()));
     }
 
 private:

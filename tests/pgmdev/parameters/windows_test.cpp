@@ -10,8 +10,8 @@ TEST(FlashIniWindows, WhatNobodyMayReadIsNotTakenForLost) {
     const SCRATCH scratch;
     const MODULE_DIRECTORY directory(scratch.directory().string());
     ASSERT_TRUE(FLASH_INI_DIRECTORY::write(0, "kept"));
-    const HANDLE holder = CreateFileW((scratch.directory() / "pgm_flash.ini").c_str(), GENERIC_READ, 0, nullptr,
-                                      OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
+    HANDLE holder = CreateFileW((scratch.directory() / "pgm_flash.ini").c_str(), GENERIC_READ, 0, nullptr,
+                                OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
     ASSERT_NE(holder, INVALID_HANDLE_VALUE);
     EXPECT_FALSE(FLASH_INI_DIRECTORY::write(1, "new"));
     CloseHandle(holder);

@@ -30,7 +30,7 @@ protected:
     std::string compile(const std::string& text) {
         const std::string path = source(text);
         DEV_INFO_PROBE manager;
-        const std::string report = report_of([&] { manager.generate_device_database(path, output()); });
+        std::string report = report_of([&] { manager.generate_device_database(path, output()); });
         EXPECT_EQ(report == "(no report)", manager.get_device_database() != nullptr);
         return report;
     }
@@ -139,7 +139,7 @@ TEST_F(DevInfoCompiler, EveryRowHasOneKey) {
     rows[3][ref::FAMILY] = "";
     EXPECT_EQ(compile(rows), ROW_COUNT);
     rows = ref::rows();
-    rows.push_back(CELLS(ref::MEMBERS));
+    rows.emplace_back(ref::MEMBERS);
     EXPECT_EQ(compile(rows), "status");  // 78 rows stand before it
 }
 

@@ -1,10 +1,9 @@
 #include <gtest/gtest.h>
 
-#include <random>
-
 #include "pgmdev/profiles/fixture.h"
 #include "pgmdev/profiles/probe.h"
 #include "pgmdev_dev_info_table.h"
+#include "support/repeatable_random.h"
 #include "support/reports.h"
 #include "support/scratch.h"
 #include "support/settings.h"
@@ -24,7 +23,7 @@ protected:
     std::string load(const std::string& file) {
         const std::string path = m_scratch.write("damaged.pcf", file);
         DEV_INFO_PROBE manager;
-        const std::string report = report_of([&] { manager.initialize_device_database(path); });
+        std::string report = report_of([&] { manager.initialize_device_database(path); });
         if (report != "(no report)") {
             EXPECT_EQ(manager.m_device_count, 0U);
             EXPECT_EQ(manager.m_csv_memory_size, 0U);
@@ -188,7 +187,7 @@ TEST_F(DevInfoDamage, TheMarkers) {
 TEST_F(DevInfoDamage, TheIndexTables) {
     const std::size_t family = 0;
     const std::size_t device = 5 + 73 * 4;
-    const std::size_t part = device + 5 + 991 * 4;
+    const std::size_t part = device + 5 + std::size_t{991} * 4;
     const std::vector<std::pair<std::size_t, std::string>> tables{
         {family, "FAMILY"}, {device, "DEVICE"}, {part, "PART"}};
     for (const auto& [at, name] : tables) {
@@ -207,7 +206,7 @@ TEST_F(DevInfoDamage, TheIndexTables) {
 }
 
 TEST_F(DevInfoDamage, RandomBodiesEndInAReportOrInRecords) {
-    std::mt19937 random(20);  // the same every run
+    auto random = repeatable_random(20);
     for (int round = 0; round < 300; ++round) {
         std::string body = m_records + m_tables;
         for (int change = 0; change < 4; ++change) {

@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <array>
+#include <map>
 #include <string>
 #include <vector>
 
@@ -146,18 +147,26 @@ inline std::string file(const std::string& body) {
     return head() + le32(body.size()) + deflated(body) + std::string(2, '\0');
 }
 
+/// A cell that differs from a cleared member of that kind, and from those of other columns where the kind has as many.
+inline std::string sample_cell(const std::string& kind, std::size_t column) {
+    if (kind == "bool") {
+        return "TRUE";
+    }
+    if (kind == "ENUM") {
+        return "NPCF_BLOCK_CRAM";
+    }
+    if (kind == "STL_STRING") {
+        return "text" + std::to_string(column);
+    }
+    const std::map<std::string, std::size_t> least{{"BYTE", 100}, {"WORD", 0x1200}, {"DWORD", 0x12345600}};
+    return least.contains(kind) ? std::to_string(column + least.at(kind)) : "";
+}
+
 /// A row whose every cell differs from a cleared record, keyed by a family.
 inline CELLS sample(const std::string& family = "KESTREL") {
     CELLS row;
     for (std::size_t i = 0; i < COLUMNS.size(); ++i) {
-        const std::string kind = COLUMNS[i].kind;
-        row.push_back(kind == "STL_STRING" ? "text" + std::to_string(i)
-                      : kind == "bool"     ? "TRUE"
-                      : kind == "BYTE"     ? std::to_string(i + 100)
-                      : kind == "WORD"     ? std::to_string(i + 0x1200)
-                      : kind == "DWORD"    ? std::to_string(i + 0x12345600)
-                      : kind == "ENUM"     ? "NPCF_BLOCK_CRAM"
-                                           : "");
+        row.push_back(sample_cell(COLUMNS[i].kind, i));
     }
     row[0] = family;
     return row;

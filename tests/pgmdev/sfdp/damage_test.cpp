@@ -1,8 +1,8 @@
 #include <memory>
-#include <random>
 #include <set>
 
 #include "pgmdev/sfdp/sample.h"
+#include "support/repeatable_random.h"
 
 // Damaged dumps: whatever the bytes are, what is read stays within them, and what is told makes sense.
 
@@ -95,7 +95,7 @@ TEST(SfdpDamage, EveryBitOfTheShippedDumpsFlipped) {
 }
 
 TEST(SfdpDamage, ManyBytesAtRandom) {
-    std::mt19937 random(216);  // NOLINT(cert-msc32-c,cert-msc51-cpp): the same every run
+    auto random = repeatable_random(216);
     const std::vector<BYTES> all = seeds();
     for (int round = 0; round < 20000; ++round) {
         BYTES bytes = all[random() % all.size()];
@@ -110,7 +110,7 @@ TEST(SfdpDamage, ManyBytesAtRandom) {
 }
 
 TEST(SfdpDamage, NothingButNoise) {
-    std::mt19937 random(5);  // NOLINT(cert-msc32-c,cert-msc51-cpp): the same every run
+    auto random = repeatable_random(5);
     for (int round = 0; round < 5000; ++round) {
         BYTES bytes(16 + random() % 300);
         for (BYTE& byte : bytes) {

@@ -8,7 +8,6 @@ namespace {
 
 using namespace sfdp_sample;
 using testing::Contains;
-using testing::IsEmpty;
 using testing::Key;
 using testing::Not;
 

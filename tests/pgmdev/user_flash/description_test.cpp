@@ -28,6 +28,7 @@ protected:
 
     static std::vector<std::string> names_of(const std::vector<PGMDEV_USER_FLASH>& all) {
         std::vector<std::string> names;
+        names.reserve(all.size());
         for (const PGMDEV_USER_FLASH& flash : all) {
             names.push_back(flash.record().device_name);
         }

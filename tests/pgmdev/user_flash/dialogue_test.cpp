@@ -139,7 +139,8 @@ TEST_F(UserFlashDialogue, PutsUpToThreeIntoOneText) {
         std::string body = BODY;
         body.replace(body.find("AC25X80"), 7, name);
         text += ref::sealed(body);
-        expected += prompts() + "Prompt outcome: " + body + "\nRaw: " + text + "\n";
+        expected.append(prompts()).append("Prompt outcome: ").append(body);
+        expected.append("\nRaw: ").append(text).append("\n");
     }
     EXPECT_EQ(define(lines), expected + "INI : " + ref::encoded(text) + "\n");
 }
@@ -286,12 +287,13 @@ TEST_F(UserFlashDialogue, WantsDifferentIndexesOnceAllIsAnswered) {
     const std::string message = "Memory ID, Memory Type and Manufacturer ID index cannot be at the same location";
     const std::vector<std::array<std::string, 3>> same{
         {"2", "1", "2"}, {"2", "2", "0"}, {"2", "0", "0"}, {"1", "1", "1"}, {"2", "-1", "2"}};
+    const std::string told = prompts() + message;
     for (const auto& [id, type, mfc] : same) {
         const ref::CHANGES changes{{"memory_id_index", id}, {"memory_type_index", type}, {"mfc_id_index", mfc}};
         EXPECT_TRUE(ask(changes).empty()) << id << type << mfc;
-        EXPECT_EQ(m_printed, prompts() + message);
+        EXPECT_EQ(m_printed, told);
         EXPECT_EQ(define("1\n" + answers(changes)),
-                  COUNT_PROMPT + prompts() + message + "Invalid input or too many flash to define\n");
+                  COUNT_PROMPT + told + "Invalid input or too many flash to define\n");
     }
     for (const auto& [id, type, mfc] :
          std::vector<std::array<std::string, 3>>{{"0", "1", "2"}, {"1", "2", "0"}, {"0", "-1", "1"}}) {

@@ -12,7 +12,7 @@
 
 namespace {
 
-constexpr QWORD MBIT = 1024 * 1024;
+constexpr QWORD MBIT = QWORD{1024} * 1024;
 constexpr std::array<std::pair<std::string_view, QWORD>, 8> UNITS{{{"", MBIT},
                                                                    {"M", MBIT},
                                                                    {"Mbit", MBIT},

@@ -5,6 +5,7 @@
 #include <filesystem>
 #include <system_error>
 
+#include "files/database.h"
 #include "files/inspection.h"
 #include "files/origins.h"
 #include "files/output.h"
@@ -35,7 +36,11 @@ void write_page(const ARGUMENTS& given, COMMAND& command) {
     const std::string& directory = given.text("OUTPUT_DIR");
     const std::string file = utf8_from_path(path_from_utf8(directory) / "index.html");
     require_directory(directory, file);
-    confirm_output(file, {flash_database_place().path}, "page of pgmdev", PAGE_BEGINNING, given.has("--force"));
+    const PLACE database = flash_database_place();
+    confirm_output(file, {database.path}, "page of pgmdev", PAGE_BEGINNING, given.has("--force"),
+                   [&database](const std::string&, const std::string&) {
+                       return database_failure(FLASH_DATABASE_KIND, database, {});
+                   });
     PAGE_DATA data{page_flash_data(), page_tables_data(), page_names_data()};
     const std::string page = page_document(data);
     OUTPUT_FILE output(file);

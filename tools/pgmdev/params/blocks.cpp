@@ -14,6 +14,7 @@
 namespace {
 
 USAGE_ERROR no_such_block(const std::string& text, const char* more) {
+    // NOLINTNEXTLINE(modernize-return-braced-init-list): explicit
     return USAGE_ERROR(fmt::format(R"(there is no block "{}"; the blocks are 0 "{}", 1 "{}" and 2 "{}"{})", text,
                                    PGMDEV_FLASH_INI_NAMES[0], PGMDEV_FLASH_INI_NAMES[1], PGMDEV_FLASH_INI_NAMES[2],
                                    more));

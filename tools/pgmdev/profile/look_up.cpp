@@ -78,7 +78,9 @@ FOUND_PROFILE look_up_profile(PROFILE_DATABASE& database, PROFILE_KEY key, int n
 FOUND_PROFILE profile_at(PROFILE_DATABASE& database, DWORD index) {
     FOUND_PROFILE found;
     if (index < database.count()) {
-        found = {std::make_unique<PGMDEV_DEVICE_INFO>(database.get_device_database()[index]), index, "index"};
+        found.record = std::make_unique<PGMDEV_DEVICE_INFO>(database.get_device_database()[index]);
+        found.index = index;
+        found.rule = "index";
     }
     return found;
 }

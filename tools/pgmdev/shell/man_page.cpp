@@ -137,7 +137,7 @@ std::string top_page(const COMMAND_TABLE& table) {
         }
     }
     text += fmt::format(".SH NOTES\n{}", escaped(table.notes));
-    text += fmt::format(".SH EXAMPLE\n.nf\n    {}\n.fi\n.SH SEE ALSO\n", escaped(all.example));
+    text += fmt::format(".SH EXAMPLE\n.nf\n    {}\n.fi\n.SH SEE ALSO\n", escaped(all.example()));
     for (const NOUN& noun : all.groups()) {
         text +=
             fmt::format(R"({}\fBpgmdev\-{}\fR(1))", &noun == &all.groups().front() ? "" : ",\n", escaped(noun.name));

@@ -1,5 +1,6 @@
 #include "shell/services.h"
 
+#include <algorithm>
 #include <array>
 
 #include "nouns.h"
@@ -25,11 +26,12 @@ constexpr std::array SERVICES{
 }  // namespace
 
 bool run_service(const std::vector<std::string>& arguments) {
-    for (const SERVICE& service : SERVICES) {
-        if (!arguments.empty() && arguments.front() == service.name) {
-            service.run(whole_command(), WORDS(arguments.begin() + 1, arguments.end()));
-            return true;
-        }
+    const auto service = std::find_if(SERVICES.begin(), SERVICES.end(), [&arguments](const SERVICE& each) {
+        return !arguments.empty() && arguments.front() == each.name;
+    });
+    if (service == SERVICES.end()) {
+        return false;
     }
-    return false;
+    service->run(whole_command(), WORDS(arguments.begin() + 1, arguments.end()));
+    return true;
 }

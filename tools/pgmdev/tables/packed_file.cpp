@@ -29,7 +29,7 @@ public:
         const std::string_view text(reinterpret_cast<const char*>(m_file.bytes.data()), PACKED_HEAD_LENGTH);
         const std::string magic(text.substr(0, PACKED_MAGIC_LENGTH));
         if (!check("magic", magic == m_schema.magic, magic,
-                   fmt::format("found \"{}\", expected \"{}\"", magic, m_schema.magic))) {
+                   fmt::format(R"(found "{}", expected "{}")", magic, m_schema.magic))) {
             skip({"stamp", "size", "stream", "stream end", "checksum slot"}, "the file is of another kind");
             return;
         }

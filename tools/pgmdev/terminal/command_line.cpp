@@ -69,7 +69,7 @@ public:
         for (const NOUN& group : noun.groups()) {
             CLI::App* added = app.add_subcommand(group.name, group.description);
             if (may_be_entered(group.name)) {
-                added->footer("Example: " + group.example);
+                added->footer("Example: " + group.example());
                 add_to(*added, group);
             }
         }
@@ -116,7 +116,9 @@ std::vector<std::string> names_of(const GLOBAL_OPTION& option) {
 }
 
 NOUN::NOUN(std::string noun, std::string what, std::string how, MAKE make)
-    : name(std::move(noun)), description(std::move(what)), example(std::move(how)), m_make(make) {}
+    : name(std::move(noun)), description(std::move(what)), m_example(std::move(how)), m_make(make) {}
+
+NOUN::NOUN(std::string noun, std::string what, MAKE make) : NOUN(std::move(noun), std::move(what), "", make) {}
 
 const std::vector<VERB>& NOUN::verbs() const {
     return contents().verbs;
@@ -124,6 +126,10 @@ const std::vector<VERB>& NOUN::verbs() const {
 
 const std::vector<NOUN>& NOUN::groups() const {
     return contents().groups;
+}
+
+const std::string& NOUN::example() const {
+    return m_example.empty() ? verbs().front().example : m_example;
 }
 
 const NOUN_CONTENTS& NOUN::contents() const {
@@ -197,7 +203,7 @@ std::optional<std::string> help_of(const CLI::App& app, const CLI::ParseError& e
 
 bool run_command_line(const COMMAND_TABLE& table, const std::vector<std::string>& arguments, COMMAND& command) {
     CLI::App app(table.all.description, table.all.name);
-    app.footer(table.notes + "Example: " + table.all.example);
+    app.footer(table.notes + "Example: " + table.all.example());
     app.fallthrough();                       // global options may stand behind the noun and the verb, too
     app.allow_windows_style_options(false);  // "/a/path" is a path on every system
     for (const GLOBAL_OPTION& option : table.options) {

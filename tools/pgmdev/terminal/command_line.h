@@ -122,17 +122,20 @@ public:
     using MAKE = NOUN_CONTENTS (*)();
 
     NOUN(std::string noun, std::string what, std::string how, MAKE make);
+    /// Its example is that of its first verb.
+    NOUN(std::string noun, std::string what, MAKE make);
 
     const std::vector<VERB>& verbs() const;
     const std::vector<NOUN>& groups() const;
+    const std::string& example() const;
 
     std::string name;
     std::string description;
-    std::string example;
 
 private:
     const NOUN_CONTENTS& contents() const;
 
+    std::string m_example;  ///< "": that of its first verb
     MAKE m_make;
     mutable std::shared_ptr<const NOUN_CONTENTS> m_contents;  ///< null: nobody has asked yet
 };

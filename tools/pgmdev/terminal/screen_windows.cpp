@@ -5,7 +5,7 @@
 bool output_is_terminal() {
     // Consoles of old systems show escape sequences as they are: they count as no terminal.
     static const bool understands = [] {
-        const HANDLE output = GetStdHandle(STD_OUTPUT_HANDLE);
+        HANDLE output = GetStdHandle(STD_OUTPUT_HANDLE);
         DWORD mode = 0;
         return GetConsoleMode(output, &mode) != 0 &&
                SetConsoleMode(output, mode | ENABLE_VIRTUAL_TERMINAL_PROCESSING) != 0;
@@ -23,5 +23,6 @@ std::size_t terminal_columns() {
     if (GetConsoleScreenBufferInfo(GetStdHandle(STD_OUTPUT_HANDLE), &info) == 0) {
         return 0;
     }
-    return static_cast<std::size_t>(info.srWindow.Right - info.srWindow.Left + 1);
+    const int columns = info.srWindow.Right - info.srWindow.Left + 1;
+    return static_cast<std::size_t>(columns);
 }

@@ -54,16 +54,16 @@ HOST_EXPORT std::filesystem::path fio_get_unc_full_path(const std::string& path)
 /// goes with this object. On Linux it has no name before `commit`, on file systems that have such files, and goes with a
 /// process that is ended; one that has a name then, everywhere a random one, and is left behind, goes when it is a day old
 /// and somebody replaces a file there. Nobody can read a temporary who may not read the file. A fault of the system that
-/// leaves open whether there is a file, or what it is, refuses it. Links of somebody else in a directory that everybody may write to
-/// are refused. An existing file keeps its permissions and its owner, and a symbolic link keeps pointing to the
-/// file it names (on Windows the file takes the permissions of its directory, and the link itself is replaced).
+/// leaves open whether there is a file, or what it is, refuses it. Links of somebody else in a directory that everybody
+/// may write to are refused. An existing file keeps its permissions and its owner, and a symbolic link keeps pointing to
+/// the file it names (on Windows the file takes the permissions of its directory, and the link itself is replaced).
 ///
 /// Some files are opened and written by `commit` instead, in place and without a temporary file, so that readers may see
 /// a part of the contents:
 /// - a pipe or a device, which just receives them; a pipe that nobody reads keeps `commit` waiting;
 /// - a file that has no name (any more), named by the system's link to what is open in a process;
-/// - a file that may be written, in a directory in which no file may be created, and one of somebody else, whose it is
-///   to stay. Room for the contents is taken before the first of its bytes is changed, but whatever else fails while
+/// - a file that may be written, in a directory in which no file may be created (as far as that shows before `commit`),
+///   and one of somebody else, whose it is to stay. Room for the contents is taken before the first of its bytes is changed, but whatever else fails while
 ///   it is written leaves it damaged.
 /// Directories are refused.
 class HOST_EXPORT FIO_REPLACEMENT {

@@ -114,12 +114,15 @@ bool put_in_place(FIO_PATH& file, int& unnamed, const fs::path& target) {
     const fs::path directory = target.parent_path();  // what may fail comes before the change
     {
         const DESCRIPTOR opened(unnamed == NAMED ? open_named(file) : give_name(file, unnamed, directory));
+        if (!opened) {
+            return false;
+        }
         struct stat existing {};
         const bool replaces = ::stat(target.c_str(), &existing) == 0;
         if (!replaces && errno != ENOENT) {
             return false;
         }
-        if (!opened || (replaces && !resemble(opened.number(), existing)) || !synchronise(opened.number())) {
+        if ((replaces && !resemble(opened.number(), existing)) || !synchronise(opened.number())) {
             return false;
         }
     }

@@ -75,7 +75,8 @@ FIO_PATH create_named(const fs::path& directory, mode_t mode) {
     });
 }
 
-/// Another number for an open file that has got that of a standard stream, which was closed: who prints would write into it.
+/// Another number for an open file that has got that of a standard stream, which was closed: who prints would write into
+/// it.
 int above_standard_streams(int descriptor) {
     if (descriptor < 0 || descriptor > STDERR_FILENO) {
         return descriptor;

@@ -8,8 +8,8 @@
 
 #include "fio.h"
 
-/// A temporary file has a name, or stands open under a number of the system's instead, and is found by its path only in this
-/// process.
+/// A temporary file has a name, or stands open under a number of the system's instead, and is found by its path only in
+/// this process.
 inline constexpr int NAMED = -1;
 
 /// Writes the whole contents into a temporary file, in place of what it held.

@@ -23,6 +23,10 @@ namespace ref = ini_reference;
 
 namespace {
 
+bool is_temporary(const DISK::value_type& file) {
+    return fs::path(file.first).filename().string().starts_with(".tessary-");
+}
+
 class PowerLoss : public BOTH_TEMPORARIES {
 protected:
     DISK files() const {
@@ -49,9 +53,6 @@ protected:
         // At most one has a name at a time where there are files without.
         const bool is_unnamed =
             GetParam() == TEMPORARIES::UNNAMED && has_unnamed_files(m_directory.scratch().directory());
-        const auto is_temporary = [](const auto& file) {
-            return fs::path(file.first).filename().string().starts_with(".tessary-");
-        };
         std::size_t tried = 0;
         for (std::size_t done = 0; done <= calls.size() && !HasFailure(); ++done) {
             SCOPED_TRACE(testing::Message() << done << " of " << calls.size() << " calls");
@@ -92,8 +93,7 @@ protected:
                 EXPECT_TRUE(is_new || (!done && is_old)) << path;
             }
             EXPECT_TRUE(std::all_of(disk.begin(), disk.end(), [&](const auto& file) {
-                return new_files.contains(file.first) ||
-                       fs::path(file.first).filename().string().starts_with(".tessary-");
+                return new_files.contains(file.first) || is_temporary(file);
             }));
         });
     }

@@ -1,6 +1,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <vector>
 
 #include "faults/every_fault.h"
@@ -61,6 +62,16 @@ TEST_F(TemporaryFaults, HaveNamesWhereThePathOfWhatIsOpenLeadsElsewhere) {
     EXPECT_TRUE(write(replacement, "new"));
     EXPECT_TRUE(replacement.commit());
     expect_the_truth(true);
+}
+
+/// Where there is no file yet, looking for it must not hide why the temporary cannot be opened.
+TEST_F(TemporaryFaults, TheReasonOfAFailureIsTold) {
+    const NO_UNNAMED_FILES names;
+    FIO_REPLACEMENT replacement(m_scratch.path("another"));
+    EXPECT_TRUE(write(replacement, "new"));
+    const FAILING_CALLS_OF opening("open", EDQUOT);
+    EXPECT_FALSE(replacement.commit());
+    EXPECT_EQ(errno, EDQUOT);
 }
 
 /// The paths of what is open are in a file system of its own, which a process may not see.

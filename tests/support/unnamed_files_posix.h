@@ -7,9 +7,14 @@
 #include <unistd.h>
 
 #include <filesystem>
+#include <string>
 
-/// Whether there can be such files in the directory.
+/// Whether there can be such files in the directory, and the system shows paths that lead to them.
 inline bool has_unnamed_files(const std::filesystem::path& directory) {
     const int file = ::open(directory.c_str(), O_TMPFILE | O_WRONLY | O_CLOEXEC, 0600);
-    return file >= 0 && ::close(file) == 0;
+    if (file < 0) {
+        return false;
+    }
+    const bool can_be_opened = ::access(("/proc/self/fd/" + std::to_string(file)).c_str(), F_OK) == 0;
+    return ::close(file) == 0 && can_be_opened;
 }

@@ -1,6 +1,9 @@
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
+#include <map>
+#include <string>
+
 #include "support/process.h"
 #include "support/scratch.h"
 
@@ -9,8 +12,9 @@
 namespace {
 
 /// What a shell makes of a command line; $P is the command pgmdev, $G the generator.
-int exit_code_of(const std::string& line) {
+int exit_code_of(const std::string& line, const std::map<std::string, std::string>& variables = {}) {
     PROCESS process{{"/bin/sh", "-c", line}, "", {{"P", TEST_COMMAND}, {"G", TEST_GENERATOR}}, {}};
+    process.environment.insert(variables.begin(), variables.end());
     return run_process(process).exit_code;
 }
 
@@ -40,23 +44,26 @@ TEST(StreamFaults, EveryCombinationOfClosedAndFullStreams) {
 TEST(StreamFaults, AFileThatMayNotBecomeAsLargeIsAFailure) {
     const SCRATCH scratch;
     const std::string database = scratch.write("flash.pcf", "");
-    const std::string compile = "$P flash compile " TEST_DATA_DIR "/flash/pgm_flash.csv " + database;
-    EXPECT_EQ(exit_code_of("ulimit -f 0; $P flash list >" + scratch.path("list")), 3);
-    EXPECT_EQ(exit_code_of("ulimit -f 8; " + compile + " 2>&1 | grep -q 'the system says .File too large.'"), 0);
-    EXPECT_EQ(exit_code_of("ulimit -f 8; " + compile), 3);
+    const std::map<std::string, std::string> names{{"T", TEST_DATA_DIR "/flash/pgm_flash.csv"},
+                                                   {"C", TEST_DATA_DIR "/catalog"},
+                                                   {"D", database},
+                                                   {"L", scratch.path("list")}};
+    const std::string compile = R"($P flash compile "$T" "$D")";
+    EXPECT_EQ(exit_code_of(R"(ulimit -f 0; $P flash list >"$L")", names), 3);
+    EXPECT_EQ(exit_code_of("ulimit -f 8; " + compile + " 2>&1 | grep -q 'the system says .File too large.'", names), 0);
+    EXPECT_EQ(exit_code_of("ulimit -f 8; " + compile, names), 3);
     EXPECT_EQ(read_file(database), "");
+    EXPECT_EQ(exit_code_of(R"(ulimit -f 8; $G "$C" "$L.1" "$L.2" "$L.3" 2>/dev/null)", names), 3);
     EXPECT_EQ(scratch.file_count(), 2U);
-    EXPECT_EQ(exit_code_of("ulimit -f 800; " + compile), 0);
+    EXPECT_EQ(exit_code_of("ulimit -f 800; " + compile, names), 0);
 }
 
 /// What is still open, but has been removed, has no place for the text beside it.
 TEST(StreamFaults, ARemovedFileIsRefusedAsAnOutput) {
     const SCRATCH scratch;
-    const std::string database = scratch.path("gone");
-    EXPECT_EQ(exit_code_of("exec 7>" + database + "; rm " + database +
-                           "; $P flash compile " TEST_DATA_DIR "/flash/pgm_flash.csv /proc/self/fd/7 2>&1 | "
-                           "grep -q 'it has been removed and is only open'"),
-              0);
+    const std::string line = R"(exec 7>"$D"; rm "$D"; $P flash compile "$T" /proc/self/fd/7 2>&1 | )"
+                             "grep -q 'it has been removed and is only open'";
+    EXPECT_EQ(exit_code_of(line, {{"T", TEST_DATA_DIR "/flash/pgm_flash.csv"}, {"D", scratch.path("gone")}}), 0);
     EXPECT_EQ(scratch.file_count(), 0U);
 }
 

@@ -73,3 +73,15 @@ std::vector<std::string> nearest_names(const std::string& name, const NAME_KINDS
         return (kinds.part && is_part(near)) || (kinds.device && is_device(near)) || is_converted(near, kinds);
     });
 }
+
+std::vector<std::string> nearest_parts(const std::string& name) {
+    return nearest_names(name, {.part = true});
+}
+
+std::vector<std::string> nearest_devices(const std::string& name) {
+    return nearest_names(name, {.device = true});
+}
+
+std::vector<std::string> nearest_families(const std::string& name) {
+    return nearest(name, family_names());
+}

@@ -24,3 +24,7 @@ NEAR_NAMES near_names(const std::string& name, const NAME_KINDS& kinds);
 
 /// As nearest (did_you_mean.h) of the lists in device_names.h. Families are none of these.
 std::vector<std::string> nearest_names(const std::string& name, const NAME_KINDS& kinds);
+
+std::vector<std::string> nearest_parts(const std::string& name);
+std::vector<std::string> nearest_devices(const std::string& name);
+std::vector<std::string> nearest_families(const std::string& name);

@@ -190,39 +190,27 @@ ROWS opn_rows(const std::vector<int>& parts, const ARGUMENTS& given) {
     return rows;
 }
 
-std::vector<std::string> similar_parts(const std::string& name) {
-    return nearest_names(name, {.part = true});
-}
-
-std::vector<std::string> similar_devices(const std::string& name) {
-    return nearest_names(name, {.device = true});
-}
-
-std::vector<std::string> similar_families(const std::string& name) {
-    return nearest(name, family_names());
-}
-
 constexpr LIST PART_LIST{
     "part",      "Parts, by number", "pgmdev part list \"KES75*\" --temperature INDUSTRIAL --orderable",
-    part_schema, part_rows,          similar_parts};
+    part_schema, part_rows,          nearest_parts};
 constexpr LIST DEVICE_LIST{"device",
                            "Devices that have such parts, and how many; without filters also those without parts",
                            "pgmdev device list --family Osprey --package FBGA",
                            device_schema,
                            device_rows,
-                           similar_devices};
+                           nearest_devices};
 constexpr LIST FAMILY_LIST{"family",
                            "Families that have such parts, and how many",
                            "pgmdev family list --pins 780",
                            family_schema,
                            family_rows,
-                           similar_families};
+                           nearest_families};
 constexpr LIST OPN_LIST{"ordering code",
                         "The first ordering-code index of each part, and the hash of its name",
                         "pgmdev --json opn list --family Kestrel --speed 6",
                         opn_schema,
                         opn_rows,
-                        similar_parts};
+                        nearest_parts};
 
 /// Says when an empty list would have rows with --hidden.
 std::string hidden_text(const LIST& list, const ARGUMENTS& given) {

@@ -7,14 +7,12 @@
 #include <memory>
 #include <utility>
 
-#include "catalog/device_names.h"
 #include "catalog/nearest_names.h"
 #include "dstr.h"
 #include "pgmdev_device_grammar_mgr.h"
 #include "profile/look_up.h"
 #include "profile/output.h"
 #include "terminal/answer.h"
-#include "terminal/did_you_mean.h"
 #include "terminal/input.h"
 
 namespace {
@@ -52,20 +50,17 @@ constexpr std::array QUESTIONS{
              [](PROFILE_DATABASE& database, const std::string& name) {
                  return look_up_profile(database, PROFILE_KEY::FAMILY, family_number(name));
              },
-             [](const std::string& name) { return family_number(name) != 0; },
-             [](const std::string& name) { return nearest(name, family_names()); }},
+             [](const std::string& name) { return family_number(name) != 0; }, nearest_families},
     QUESTION{"--device", "device", "no device is named", "NAME", "Device name, likewise",
              [](PROFILE_DATABASE& database, const std::string& name) {
                  return look_up_profile(database, PROFILE_KEY::DEVICE, device_number(name));
              },
-             [](const std::string& name) { return device_number(name) != 0; },
-             [](const std::string& name) { return nearest_names(name, {.device = true}); }},
+             [](const std::string& name) { return device_number(name) != 0; }, nearest_devices},
     QUESTION{"--part", "part", "no part is named", "NAME", "Part name, likewise",
              [](PROFILE_DATABASE& database, const std::string& name) {
                  return look_up_profile(database, PROFILE_KEY::PART, part_number(name));
              },
-             [](const std::string& name) { return part_number(name) != 0; },
-             [](const std::string& name) { return nearest_names(name, {.part = true}); }},
+             [](const std::string& name) { return part_number(name) != 0; }, nearest_parts},
     QUESTION{"--pcf", "pcf", "no programmer-file part is named", "NAME", "Programmer-file part name, likewise",
              look_up_profile_of_pcf,
              [](const std::string& name) {

@@ -1,8 +1,8 @@
 #pragma once
 
 /// \file
-/// What goes to standard error, a line each, with nothing that commands a terminal. That it is closed or full changes nothing:
-/// there is no place left to say so.
+/// What goes to standard error, a line each, with nothing that commands a terminal. That it is closed or full changes
+/// nothing: there is no place left to say so.
 
 #include <fmt/core.h>
 

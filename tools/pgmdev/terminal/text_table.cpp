@@ -101,7 +101,7 @@ std::string cut(const std::string& text, std::size_t width) {
 }
 
 bool is_ascii(const std::string& text) {
-    return std::all_of(text.begin(), text.end(), [](char c) { return c >= '\0'; });
+    return std::all_of(text.begin(), text.end(), [](char c) { return static_cast<unsigned char>(c) < 0x80; });
 }
 
 /// Appends the text and blanks up to the width, which other characters than those of ASCII need not fill as bytes do.

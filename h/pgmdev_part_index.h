@@ -22,7 +22,8 @@ public:
     std::string get_part_name_from_pcf(std::string pcf_name) const;
     std::string get_possible_full_name(std::string name) const;
 
-    /// The conversions of PGMDEV_DEVICE_GRAMMAR_MGR on the way to programmer files, none with a fallback.
+    /// The conversions of PGMDEV_DEVICE_GRAMMAR_MGR on the way to programmer files; get_package_name and get_pgm_name without
+    /// their fallbacks.
     enum class CONVERSION {
         PACKAGE_NAME,    ///< get_package_name
         PGM_NAME,        ///< get_pgm_name, by way of the package name, too

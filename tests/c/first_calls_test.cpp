@@ -5,8 +5,8 @@
 #include "c/owned.h"
 #include "threads/first_call.h"
 
-// Eight threads whose first calls of all go through the C interface: each opens, asks and closes by itself, and gets what a
-// single one would. With the first calls of the classes, in a program of their own.
+// Eight threads whose first calls of all go through the C interface: each opens, asks and closes by itself, and gets what
+// a single one would. With the first calls of the classes, in a program of their own.
 
 namespace {
 

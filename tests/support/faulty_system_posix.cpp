@@ -128,6 +128,8 @@ std::string path_of(int file) {
 
 #define INTERPOSED extern "C" __attribute__((visibility("default")))
 
+// The names of the parameters in the headers are reserved.
+// NOLINTBEGIN(readability-inconsistent-declaration-parameter-name)
 INTERPOSED int open(const char* path, int flags, ...) {
     std::va_list rest;
     va_start(rest, flags);
@@ -323,6 +325,7 @@ INTERPOSED int nanosleep(const timespec* duration, timespec* rest) {
     g_state.nanoseconds_skipped = skipped.tv_nsec;
     return 0;
 }
+// NOLINTEND(readability-inconsistent-declaration-parameter-name)
 
 FAILING_CALL::FAILING_CALL(std::size_t number, int error, bool all_later) {
     g_state.failed_call = "";

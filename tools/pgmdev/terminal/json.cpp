@@ -3,7 +3,9 @@
 #include <fmt/core.h>
 
 #include <algorithm>
+#include <iterator>
 #include <nlohmann/json.hpp>
+#include <utility>
 
 #include "terminal/printable.h"
 
@@ -17,15 +19,18 @@ DOCUMENT document_of(const JSON& json) {
             using VALUE = std::remove_cvref_t<decltype(value)>;
             DOCUMENT document;
             if constexpr (std::is_same_v<VALUE, JSON::ARRAY>) {
-                document = DOCUMENT::array();
-                for (const JSON& element : value) {
-                    document.push_back(document_of(element));
-                }
+                DOCUMENT::array_t elements;
+                elements.reserve(value.size());
+                std::transform(value.begin(), value.end(), std::back_inserter(elements), document_of);
+                document = std::move(elements);
             } else if constexpr (std::is_same_v<VALUE, JSON::OBJECT>) {
-                document = DOCUMENT::object();
+                DOCUMENT::object_t object;
+                object.reserve(value.names.size());
                 for (std::size_t i = 0; i < value.names.size(); ++i) {
-                    document.emplace(value.names[i], document_of(value.values[i]));
+                    // Without looking whether the name is there, which it is once.
+                    object.Container::emplace_back(value.names[i], document_of(value.values[i]));
                 }
+                document = std::move(object);
             } else {
                 document = value;
             }

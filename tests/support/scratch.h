@@ -21,10 +21,10 @@ void remove_tree(const std::filesystem::path& directory);
 /// A new empty directory that is removed with everything in it. Names are UTF-8.
 class SCRATCH {
 public:
-    SCRATCH() {
+    explicit SCRATCH(const std::filesystem::path& parent = std::filesystem::temp_directory_path()) {
         static std::atomic<unsigned> counter{0};
-        m_directory = std::filesystem::temp_directory_path() /
-                      ("pgmdev-test-" + std::to_string(std::random_device{}()) + "-" + std::to_string(++counter));
+        m_directory =
+            parent / ("pgmdev-test-" + std::to_string(std::random_device{}()) + "-" + std::to_string(++counter));
         std::filesystem::create_directories(m_directory);
     }
     ~SCRATCH() { remove_tree(m_directory); }

@@ -103,6 +103,17 @@ TEST(check_options, FaultsCannotBeAccepted) {
     EXPECT_EQ(checked.document.at("unused").size(), 1U);
 }
 
+TEST(check_options, EntriesAreNotToldAsUnusedWhereNotAllWarningsWereLookedFor) {
+    const std::string shadowed = FLASH_SOURCE().row().row({{"device_name", "OTHER"}}).text();
+    const std::string entry = "OTHER memory_id * # the same answer\n";
+    EXPECT_EQ(CHECKED(shadowed, entry).document.at("accepted").size(), 1U);
+    const CHECKED checked(shadowed + "a line with too few cells\n", entry);
+    EXPECT_EQ(checked.result.exit_code, INTERNAL_ERROR);
+    EXPECT_EQ(checked.document.at("faults").size(), 1U);
+    EXPECT_EQ(checked.document.at("unused"), JSON::array());
+    EXPECT_FALSE(contains(checked.result.errors, "not used")) << checked.result.errors;
+}
+
 TEST(check_options, MalformedEntriesAreRefused) {
     const CHECKED checked(GOOD, "CHIP die_count\n");
     EXPECT_EQ(checked.result.exit_code, INTERNAL_ERROR);

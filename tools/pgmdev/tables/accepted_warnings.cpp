@@ -114,11 +114,11 @@ JSON unused_schema() {
                           {"why", text_schema()}});
 }
 
-void print_leftovers(const ACCEPTED_WARNINGS& accepted) {
+void print_leftovers(const ACCEPTED_WARNINGS& accepted, const std::vector<ACCEPTED_WARNING>& unused) {
     for (const std::size_t line : accepted.malformed) {
         print_error("{}:{}: fault: expected ROW MEMBER TEXT # WHY, or * for any text", accepted.file, line);
     }
-    for (const ACCEPTED_WARNING& entry : unused_entries(accepted)) {
+    for (const ACCEPTED_WARNING& entry : unused) {
         print_error("{}:{}: warning: not used: there is no such warning: {} {} {}", accepted.file, entry.line,
                     entry.row, entry.member, entry.text);
     }

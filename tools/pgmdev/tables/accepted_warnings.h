@@ -41,4 +41,4 @@ JSON unused_json(const std::vector<ACCEPTED_WARNING>& entries);
 JSON unused_schema();
 
 /// A line for each malformed line and each unused entry, on standard error.
-void print_leftovers(const ACCEPTED_WARNINGS& accepted);
+void print_leftovers(const ACCEPTED_WARNINGS& accepted, const std::vector<ACCEPTED_WARNING>& unused);

@@ -68,7 +68,9 @@ void check_table(const ARGUMENTS& given, COMMAND& command) {
     }
     const TABLE_SUPPORT support = KIND::support_of(csv_file, table.records());
     faults.insert(faults.end(), support.faults.begin(), support.faults.end());
-    const std::vector<ACCEPTED_WARNING> unused = unused_entries(accepted);
+    // Where the form is broken, not all warnings were looked for.
+    const std::vector<ACCEPTED_WARNING> unused =
+        table.records().empty() ? std::vector<ACCEPTED_WARNING>() : unused_entries(accepted);
     const std::vector<NOTES_FAULTS> notes = KIND::notes_beside(csv_file, table);
     const bool notes_have_faults =
         std::any_of(notes.begin(), notes.end(), [](const NOTES_FAULTS& each) { return each.has_fault(); });
@@ -81,7 +83,7 @@ void check_table(const ARGUMENTS& given, COMMAND& command) {
     }
 
     print_faults(faults, csv_file, KIND::TABLE::describe);
-    print_leftovers(accepted);
+    print_leftovers(accepted, unused);
     for (const NOTES_FAULTS& each : notes) {
         print_faults(each.faults, each.file, KIND::TABLE::describe);
     }

@@ -238,6 +238,8 @@ TEST(flash_check_rows, UnusualValues) {
         {"mfc_id", "0", true},
         {"mfc_id", "0xFF", true},
         {"mfc_id_index", "255", true},
+        {"memory_id_index", "255", true},
+        {"memory_id_index", "254", false},
     };
     for (const auto& [member, cell, unusual] : values) {
         EXPECT_EQ(findings_of_row({{member, cell}}), unusual ? one(member, "warning") : FINDINGS{})

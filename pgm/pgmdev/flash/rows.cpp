@@ -81,6 +81,8 @@ constexpr std::array ROW_CHECKS{
     CHECK{WARNING, cell("device_sector_byte"),
           [](const RECORD& r) { return !sector_does_not_divide(r) && r.device_sector_byte < 256; },
           "unusual: bytes are meant, and a sector of 64 Kbyte has 65536"},
+    CHECK{WARNING, cell("memory_id_index"), [](const RECORD& r) { return r.memory_id_index == NONE; },
+          "255 is no wildcard here: byte 255 of the response is compared"},
     CHECK{WARNING, cell("mfc_id_index"), [](const RECORD& r) { return !r.silicon_id && r.mfc_id_index == NONE; },
           "255 is no wildcard here: byte 255 of the response is compared"},
     CHECK{WARNING, cell("memory_id"), [](const RECORD& r) { return r.silicon_id && is_idle(r.memory_id); },

@@ -103,6 +103,12 @@ TEST(usage, WhatIsMissingOrTooMuchIsNamed) {
     expect_failure(run_command({"-x", "opn", "list"}), WRONG_USAGE, {"there is no option \"-x\""});
     expect_failure(run_command({"--db-dir", "a", "flash", "list", "--db-dir", "b"}), WRONG_USAGE,
                    {"--db-dir is given more than once"});
+    expect_failure(run_command({"--db-dir=a", "flash", "list", "--db-dir", "b"}), WRONG_USAGE,
+                   {"--db-dir is given more than once"});
+    expect_failure(run_command({"flash", "list", "--size", "8", "--size=64"}), WRONG_USAGE,
+                   {"--size is given more than once"});
+    expect_failure(run_command({"flash", "show", "--index", "1", "--index", "2"}), WRONG_USAGE,
+                   {"--index is given more than once"});
 }
 
 TEST(usage, AnOptionThatMayBeRepeatedTakesOneValueEachTime) {

@@ -122,10 +122,26 @@ std::string unknown_option(const COMMAND_TABLE& table, const std::vector<std::st
 }
 
 std::string repeated_option(const COMMAND_TABLE& table, const std::vector<std::string>& arguments) {
+    std::vector<std::string> single;
     for (const GLOBAL_OPTION& option : table.options) {
-        const bool takes_one = !option.repeats && !option.value_name.empty();
-        if (takes_one && std::count(arguments.begin(), arguments.end(), option.names) > 1) {
-            return fmt::format("{} is given more than once", option.names);
+        if (!option.repeats && !option.value_name.empty()) {
+            single.push_back(option.names);
+        }
+    }
+    if (const VERB* verb = way_of(table, arguments).verb) {
+        for (const ARGUMENT& argument : verb->arguments) {
+            const bool repeats = argument.kind == ARGUMENT::OPTIONAL_TEXTS || argument.kind == ARGUMENT::FLAG;
+            if (argument.name.starts_with("--") && !repeats) {
+                single.push_back(argument.name);
+            }
+        }
+    }
+    for (const std::string& option : single) {
+        const auto gives_it = [&option](const std::string& argument) {
+            return argument.substr(0, argument.find('=')) == option;
+        };
+        if (std::count_if(arguments.begin(), arguments.end(), gives_it) > 1) {
+            return fmt::format("{} is given more than once", option);
         }
     }
     return "";

@@ -15,7 +15,7 @@ std::string unknown_word(const COMMAND_TABLE& table, const std::vector<std::stri
 /// The first option among the arguments that neither the command nor the verb that they lead to has, likewise.
 std::string unknown_option(const COMMAND_TABLE& table, const std::vector<std::string>& arguments);
 
-/// The first global option that may be given once and is given more than once, likewise.
+/// The first option that may be given once and is given more than once, likewise.
 std::string repeated_option(const COMMAND_TABLE& table, const std::vector<std::string>& arguments);
 
 /// Where the arguments end before a verb: what may stand there.

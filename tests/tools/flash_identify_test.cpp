@@ -145,7 +145,8 @@ TEST(flash_identify, WrongResponses) {
                                  "EF\t7017", "E F", "\xC3\xA4"}) {
         expect_failure(database.run({"flash", "identify", "--", response}), WRONG_USAGE, {"identification response"});
     }
-    expect_failure(database.run({"flash", "identify", "EF7017", "-"}), WRONG_USAGE, {"identification response"});
+    expect_failure(database.run({"flash", "identify", "EF7017", "-"}), WRONG_USAGE,
+                   {"- reads all responses from standard input: no other one stands beside it"});
 }
 
 TEST(flash_identify, ResponseOf256BytesAtMost) {

@@ -227,6 +227,9 @@ void identify_flash(const ARGUMENTS& given, COMMAND& command) {
     }
     const bool silicon = given.has("--silicon");
     const bool batch = responses.size() == 1 && responses.front() == BATCH;
+    if (!batch && std::find(responses.begin(), responses.end(), BATCH) != responses.end()) {
+        throw USAGE_ERROR("- reads all responses from standard input: no other one stands beside it");
+    }
     if (given.has("--as") && (batch || given.has("--log"))) {
         throw USAGE_ERROR("--as goes with the responses of a chain");
     }

@@ -115,6 +115,7 @@ TEST(flash_sfdp, TakesFilesDigitsAndStandardInput) {
     EXPECT_EQ(without_query(decoded("-", dump_text(bytes, ": ", "  .SFDP abc......."))), expected);
     EXPECT_EQ(without_query(decoded("-", dump_text(bytes, "  ", "  |.SFDP ab def....|"))), expected);
     EXPECT_EQ(without_query(decoded("-", dump_text(bytes, " ", "\r"))), expected);
+    EXPECT_EQ(without_query(decoded("-", "\xEF\xBB\xBF" + dump_text(bytes, ": ", "  .SFDP abc......."))), expected);
 
     const SCRATCH scratch;
     EXPECT_EQ(without_query(decoded(scratch.write("dump.txt", digits_of(bytes, " ")))), expected);

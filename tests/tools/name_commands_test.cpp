@@ -112,6 +112,15 @@ TEST(NameCommand, SuggestsNamesThatAreNearlyRight) {
     EXPECT_FALSE(contains(strange.errors, "did you mean"));
 }
 
+TEST(NameCommand, PassesOverAByteOrderMarkBeforeABatch) {
+    const PROCESS_RESULT batch = run_command({"--json", "name", "show", "-"}, "\xEF\xBB\xBFKES50C6\r\nKES50C6\n");
+    EXPECT_EQ(batch.exit_code, DONE) << batch.errors;
+    const std::vector<JSON> answers = json_lines_of(batch.output);
+    ASSERT_EQ(answers.size(), 2U);
+    EXPECT_EQ(answers[0].at("query"), "KES50C6");
+    EXPECT_EQ(answers[0], answers[1]);
+}
+
 TEST(NameCommand, AnswersABatchLineByLine) {
     const std::string name = ordinary_part();
     const PROCESS_RESULT result =

@@ -14,7 +14,6 @@
 namespace {
 
 constexpr std::size_t MOST_FILE_BYTES = std::size_t{1} << 20;
-constexpr std::string_view BYTE_ORDER_MARK = "\xEF\xBB\xBF";
 constexpr const char* ASSIGNMENT = "field = value";
 
 /// Standard input to its end, or one character more than a description has.

@@ -36,7 +36,8 @@ std::optional<std::vector<BYTE>> bytes_of_digits(const std::string& text) {
 /// What was read: bytes as they are, unless they are a text of digits.
 std::vector<BYTE> bytes_of_contents(const std::string& contents) {
     if (!contents.starts_with(SFDP_SIGNATURE)) {
-        if (auto bytes = bytes_of_digits(contents)) {
+        const bool is_marked = contents.starts_with(BYTE_ORDER_MARK);
+        if (auto bytes = bytes_of_digits(contents.substr(is_marked ? BYTE_ORDER_MARK.size() : 0))) {
             return std::move(*bytes);
         }
     }

@@ -89,7 +89,11 @@ void answer_each(const std::string& argument, COMMAND& command,
         give_answer(argument, answer(gen_remove_leading_and_trailing_white_spaces(argument)), command);
         return;
     }
-    for (std::string line; read_input_line(line);) {
+    bool is_first = true;
+    for (std::string line; read_input_line(line); is_first = false) {
+        if (is_first && line.starts_with(BYTE_ORDER_MARK)) {
+            line.erase(0, BYTE_ORDER_MARK.size());
+        }
         if (line.ends_with('\r')) {
             line.pop_back();  // of a text file from Windows
         }

@@ -8,7 +8,6 @@
 #include <iostream>
 #include <string_view>
 
-#include "gen.h"
 #include "pgm_common.h"
 #include "terminal/command.h"
 #include "terminal/failure.h"
@@ -98,22 +97,5 @@ bool read_input_line(std::string& line) {
             throw unreadable_input("standard input has a line of more than 65536 characters");
         }
         line += c;
-    }
-}
-
-void for_each_input_line(const std::function<void(const std::string&)>& use) {
-    for (std::string line; read_input_line(line);) {
-        const std::string item = gen_remove_leading_and_trailing_white_spaces(line);
-        if (!item.empty()) {
-            use(item);
-        }
-    }
-}
-
-void for_each_item(const std::string& argument, const std::function<void(const std::string&, bool)>& use) {
-    if (argument == "-") {
-        for_each_input_line([&use](const std::string& line) { use(line, true); });
-    } else {
-        use(argument, false);
     }
 }

@@ -1,13 +1,15 @@
 #pragma once
 
 #include <array>
-#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "pgmdev_types.h"
+
+/// What programs of Windows put before a text in UTF-8; it is no part of it.
+inline constexpr std::string_view BYTE_ORDER_MARK = "\xEF\xBB\xBF";
 
 /// An identification response.
 struct ID_RESPONSE {
@@ -36,10 +38,3 @@ bool read_input_line(std::string& line);
 
 /// Throws COMMAND_FAILURE when standard input has ended because it could not be read.
 void require_readable_input();
-
-/// Calls `use` for each line of standard input that holds more than white space, without the white space around it.
-void for_each_input_line(const std::function<void(const std::string&)>& use);
-
-/// Calls `use` for the argument, or for each line of standard input, as above, when the argument is "-". `batch` says
-/// which.
-void for_each_item(const std::string& argument, const std::function<void(const std::string& item, bool batch)>& use);

@@ -211,8 +211,33 @@ TEST(flash_define_fields, NameFileAndLine) {
     const std::string file = scratch.write("chip.txt", chip_text(with_line(CHIP_LINES, 12, "bottom_value = 8")));
     expect_failure(run_command({"flash", "define", "@" + file}), WRONG_USAGE,
                    {file + ":14: bottom_value is \"8\", accepted: 0 to 7, or none\n"});
-    expect_failure(run_command({"flash", "define", "@" + file + ".none"}), INTERNAL_ERROR,
-                   {"the description cannot be read"});
+}
+
+TEST(flash_define_fields, TellWhyAFileIsNotRead) {
+    const SCRATCH scratch;
+    const auto told = [](const std::string& file) { return run_command({"flash", "define", "@" + file}); };
+    const std::string none = (scratch.directory() / "none.txt").string();
+    expect_failure(told(none), INTERNAL_ERROR,
+                   {"the description cannot be read: there is no such file: " + none + "; name a text file"});
+    expect_failure(told(scratch.directory().string()), INTERNAL_ERROR,
+                   {"the description cannot be read: it is a directory"});
+    expect_failure(told(scratch.write("long.txt", std::string((1 << 20) + 1, '#'))), INTERNAL_ERROR,
+                   {"the description cannot be read: it has more than 1 MiB"});
+    std::string wide("\xFF\xFE");
+    for (const char character : chip_text(CHIP_LINES)) {
+        wide += character;
+        wide += '\0';
+    }
+    expect_failure(told(scratch.write("wide.txt", wide)), INTERNAL_ERROR,
+                   {"the description cannot be read: it is UTF-16, or no text: save it as UTF-8"});
+}
+
+TEST(flash_define_fields, SayHowAFileIsNamed) {
+    const SCRATCH scratch;
+    const std::string file = scratch.write("chip.txt", chip_text(CHIP_LINES));
+    expect_failure(run_command({"flash", "define", file}), WRONG_USAGE,
+                   {"\"" + file + "\", accepted: FIELD=VALUE; a file is written @" + file + "\n"});
+    expect_failure(run_command({"flash", "define", file + ".none"}), WRONG_USAGE, {".none\", accepted: FIELD=VALUE\n"});
 }
 
 TEST(flash_define_fields, TakeUpToThreeChips) {

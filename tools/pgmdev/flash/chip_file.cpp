@@ -7,6 +7,7 @@
 #include <iterator>
 
 #include "file_reader.h"
+#include "files/inspection.h"
 #include "fio.h"
 #include "gen.h"
 #include "terminal/input.h"
@@ -25,6 +26,21 @@ std::string text_of_input() {
     return text;
 }
 
+COMMAND_FAILURE unreadable_description(const std::string& file, const std::string& why) {
+    return COMMAND_FAILURE({FAILURE_CODE::FILE_UNREADABLE,
+                            "the description cannot be read: " + why,
+                            file,
+                            {},
+                            "name a text file of at most 1 MiB that you may read",
+                            {}});
+}
+
+/// Why a file was not read.
+std::string obstacle_to(const std::string& file) {
+    const std::string obstacle = file == "-" || is_stream(file) ? "" : inspect_file(file, 0).obstacle;
+    return obstacle.empty() ? "it has more than 1 MiB, or ends in an error" : obstacle;
+}
+
 std::string text_of_file(const std::string& file) {
     std::string text;
     bool is_read = false;
@@ -36,12 +52,10 @@ std::string text_of_file(const std::string& file) {
                                   FILE_KINDS::STREAMS_TOO, text) == READ_RESULT::READ;
     }
     if (!is_read) {
-        throw COMMAND_FAILURE({FAILURE_CODE::FILE_UNREADABLE,
-                               "the description cannot be read",
-                               file,
-                               {},
-                               "name a text file of at most 1 MiB that you may read",
-                               {}});
+        throw unreadable_description(file, obstacle_to(file));
+    }
+    if (text.find('\0') != std::string::npos) {
+        throw unreadable_description(file, "it is UTF-16, or no text: save it as UTF-8");
     }
     return text;
 }
@@ -95,7 +109,9 @@ CHIP_TEXT chip_of_arguments(const std::vector<std::string>& assignments, std::ve
     for (const std::string& assignment : assignments) {
         const std::size_t equals = assignment.find('=');
         if (equals == std::string::npos || equals == 0) {
-            faults.push_back({"", "", assignment, "FIELD=VALUE", ""});
+            const bool is_file = !inspect_file(assignment, 0).missing;
+            faults.push_back(
+                {"", "", assignment, "FIELD=VALUE", is_file ? fmt::format("a file is written @{}", assignment) : ""});
             continue;
         }
         chip.entries.push_back({"", gen_remove_leading_and_trailing_white_spaces(assignment.substr(0, equals)),

@@ -117,6 +117,15 @@ const std::vector<TABLE_DAMAGE> ROW_DAMAGES{
 INSTANTIATE_TEST_SUITE_P(Header, BootFlashFaults, testing::ValuesIn(HEADER_DAMAGES), name_of_damage);
 INSTANTIATE_TEST_SUITE_P(Rows, BootFlashFaults, testing::ValuesIn(ROW_DAMAGES), name_of_damage);
 
+TEST(BootFlash, AByteOrderMarkIsPassedOver) {
+    SMALL_BOOT_FLASH flash;
+    flash.replace("nand.csv", "DWORD, DWORD, QWORD",
+                  "\xEF\xBB\xBF"
+                  "DWORD, DWORD, QWORD");
+    EXPECT_EQ(flash.faults(), "");
+    EXPECT_EQ(flash.check().result, 0);
+}
+
 TEST(BootFlash, FaultsOfBothTablesAreToldAtOnce) {
     SMALL_BOOT_FLASH flash;
     flash.remove("nand.csv");

@@ -195,6 +195,15 @@ TEST(CatalogFaultsTogether, AreAllTold) {
               "ordering-codes.txt:3: ordering name \"ROB4\" is not known\n");
 }
 
+TEST(CatalogFaultsTogether, AByteOrderMarkIsNone) {
+    SMALL_CATALOG catalog;
+    catalog.replace("families.txt", "# families", "\xEF\xBB\xBF# families");
+    catalog.replace("grades.txt", "C6",
+                    "\xEF\xBB\xBF"
+                    "C6");
+    EXPECT_EQ(catalog.faults(), "");
+}
+
 TEST(CatalogFaultsTogether, MissingFile) {
     SMALL_CATALOG catalog;
     catalog.remove("grades.txt");

@@ -8,7 +8,7 @@ import stat
 import tempfile
 import warnings
 from dataclasses import dataclass
-from typing import Any, Literal, overload
+from typing import Any, Literal, TypeVar, overload
 
 from pgmdev import _pgmdev
 from pgmdev._values import Table, Value, path_bytes, path_text
@@ -18,7 +18,14 @@ __all__ = ["Check", "Fault", "Kind", "check", "compile", "dump", "dump_csv"]
 
 Kind = Literal["flash", "profile"]
 
-_MAGICS = {"flash": b"PGMIO_FM", "profile": b"PGMIO_DM"}
+_T = TypeVar("_T")
+
+
+def _of_kind(kind: Kind, flash: _T, profile: _T) -> _T:
+    """Which of the two goes with tables of that kind."""
+    if kind not in ("flash", "profile"):
+        raise ValueError(f"a table is of the kind 'flash' or 'profile', not {kind!r}")
+    return flash if kind == "flash" else profile
 
 
 @dataclass(frozen=True, slots=True)
@@ -73,7 +80,7 @@ def _records(kind: Kind, rows: list[tuple[Any, ...]]) -> Table[Any]:
 
 def check(csv: str | os.PathLike[str], kind: Kind = "flash") -> Check:
     """Everything that is wrong with a source table, at once. A file that cannot be read is a fault."""
-    read = _pgmdev.flash_from_source if kind == "flash" else _pgmdev.profile_from_source
+    read = _of_kind(kind, _pgmdev.flash_from_source, _pgmdev.profile_from_source)
     values = read(path_bytes(csv))
     faults = tuple(Fault(*fault) for fault in values["faults"])
     return Check(tuple(_records(kind, values["records"])), values["payload_size"], faults)
@@ -96,7 +103,7 @@ def compile(csv: str | os.PathLike[str], pcf: str | os.PathLike[str], kind: Kind
         if found.ok:
             raise
         return found
-    compile_table = _pgmdev.compile_flash if kind == "flash" else _pgmdev.compile_profile
+    compile_table = _of_kind(kind, _pgmdev.compile_flash, _pgmdev.compile_profile)
     with tempfile.TemporaryDirectory() as scratch:
         # What is checked is also what is told and compiled, whoever saves the table meanwhile.
         copy = os.path.join(scratch, "source")
@@ -142,7 +149,7 @@ def _require_replaceable(csv: str | os.PathLike[str], pcf: str | os.PathLike[str
         return
     if is_file and not os.path.samefile(csv, pcf):
         with open(pcf, "rb") as file:
-            if file.read(8) in (b"", _MAGICS[kind]):
+            if file.read(8) in (b"", _of_kind(kind, b"PGMIO_FM", b"PGMIO_DM")):
                 return
     raise FileExistsError(f"it is no {kind} database, and is not replaced: {path_text(pcf)}")
 
@@ -166,13 +173,13 @@ def dump(pcf: str | os.PathLike[str], kind: Literal["flash"] = "flash") -> Table
 def dump(pcf: str | os.PathLike[str], kind: Literal["profile"]) -> Table[Profile]: ...
 def dump(pcf: str | os.PathLike[str], kind: Kind = "flash") -> Table[Any]:
     """All records of a packed database, whatever switch enables them. A damaged one raises InternalError."""
-    read = _pgmdev.flash_from_database if kind == "flash" else _pgmdev.profile_from_database
+    read = _of_kind(kind, _pgmdev.flash_from_database, _pgmdev.profile_from_database)
     return _records(kind, read(path_bytes(pcf))["records"])
 
 
 def dump_csv(pcf: str | os.PathLike[str], kind: Kind = "flash") -> str:
     """The records as a source table that compiles to the same database. Records that cannot be one raise ValueError."""
-    write = _pgmdev.flash_source_text if kind == "flash" else _pgmdev.profile_source_text
+    write = _of_kind(kind, _pgmdev.flash_source_text, _pgmdev.profile_source_text)
     text, obstacle = write(path_bytes(pcf))
     if obstacle:
         raise ValueError(obstacle)

@@ -8,6 +8,7 @@ import os
 import pathlib
 import subprocess
 import sys
+from collections.abc import Callable
 from typing import Any
 
 import pytest
@@ -44,6 +45,23 @@ def test_a_database_of_the_other_kind(tmp_path: pathlib.Path) -> None:
         profiles.load(flash.default().path)
     with pytest.raises(pgmdev.InternalError):
         tables.dump(profiles.default().path)
+
+
+def test_a_kind_of_table_that_there_is_not(tmp_path: pathlib.Path) -> None:
+    kind: Any = "Flash"
+    database = flash.default().path
+    source = tmp_path / "table.csv"
+    source.write_text(tables.dump_csv(database))
+    calls: list[Callable[[], object]] = [
+        lambda: tables.check(source, kind),
+        lambda: tables.compile(source, tmp_path / "table.pcf", kind),
+        lambda: tables.dump(database, kind),
+        lambda: tables.dump_csv(database, kind),
+    ]
+    for call in calls:
+        with pytest.raises(ValueError, match="'flash' or 'profile', not 'Flash'"):
+            call()
+    assert not (tmp_path / "table.pcf").exists()
 
 
 def test_responses_that_are_none() -> None:

@@ -386,3 +386,12 @@ TEST(schema, AFileForEachVerb) {
     const std::filesystem::directory_iterator files(TEST_SCHEMA_DIR);
     EXPECT_EQ(std::distance(begin(files), end(files)), static_cast<std::ptrdiff_t>(count));
 }
+
+TEST(schema, AFileThatCannotBeWrittenIsToldWithItsReason) {
+    const SCRATCH scratch;
+    const PROCESS_RESULT result = run_command({"--json", "schema", "--directory", scratch.path("none")});
+    EXPECT_EQ(result.exit_code, INTERNAL_ERROR);
+    const JSON error = json_of(result.output).at("error");
+    EXPECT_EQ(error.at("code"), "output_not_writable");
+    EXPECT_EQ(error.at("message"), "the output cannot be written, since its directory does not exist");
+}

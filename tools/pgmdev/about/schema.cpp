@@ -5,9 +5,8 @@
 #include <algorithm>
 #include <functional>
 #include <span>
-#include <stdexcept>
 
-#include "fio.h"
+#include "files/output.h"
 #include "nouns.h"
 #include "terminal/did_you_mean.h"
 #include "terminal/schema.h"
@@ -133,10 +132,9 @@ void write_files(const std::vector<ANSWERING_VERB>& verbs, const std::string& di
     for (const ANSWERING_VERB& answering : verbs) {
         const std::string path = fmt::format("{}/{}.json", directory, file_name(answering));
         const std::string text = readable_json_text(document_of_one(answering)) + "\n";
-        FIO_REPLACEMENT output(path);
-        if (!output.write(std::span(reinterpret_cast<const BYTE*>(text.data()), text.size())) || !output.commit()) {
-            throw std::runtime_error(path + " cannot be written");
-        }
+        OUTPUT_FILE output(path);
+        output.write(std::span(reinterpret_cast<const BYTE*>(text.data()), text.size()));
+        output.commit();
     }
 }
 

@@ -184,5 +184,20 @@ TEST(flash_log, ReadsAFile) {
     EXPECT_EQ(result.exit_code, DONE);
     EXPECT_EQ(lines_of(result.output).at(0), "Line 1: JEDEC ID: EF4018");
     expect_failure(run_command({"flash", "identify", "--log", scratch.path("none.txt")}), INTERNAL_ERROR,
-                   {"the log cannot be read", "none.txt"});
+                   {"the log cannot be read: there is no such file: ", "none.txt"});
+    expect_failure(run_command({"flash", "identify", "--log", scratch.directory().string()}), INTERNAL_ERROR,
+                   {"the log cannot be read: it is a directory: "});
+}
+
+TEST(flash_log, ReadsUtf16) {
+    std::string log("\xFF\xFE");
+    for (const char character : std::string("starting\r\nJEDEC ID: EF4018\r\n")) {
+        log += character;
+        log += '\0';
+    }
+    const PROCESS_RESULT result = found_in(log);
+    EXPECT_EQ(result.exit_code, DONE) << result.errors;
+    const JSON told = json_of(result.output).at("log");
+    EXPECT_EQ(told.at("line"), 2);
+    EXPECT_EQ(told.at("text"), "JEDEC ID: EF4018");
 }

@@ -5,6 +5,7 @@
 #include <iostream>
 #include <optional>
 
+#include "files/inspection.h"
 #include "fio.h"
 #include "flash/identification.h"
 #include "flash/identify_sfdp.h"
@@ -132,8 +133,9 @@ std::vector<LOG_FINDING> findings_of(const std::string& file) {
     std::ifstream log(fio_get_unc_full_path(FIO_PATH(file).fullpath()), std::ios::binary);
     std::vector<LOG_FINDING> findings = find_in_log(log);
     if (!log.is_open() || log.bad()) {
+        const std::string obstacle = is_stream(file) ? "" : inspect_file(file, 0).obstacle;
         throw COMMAND_FAILURE({FAILURE_CODE::FILE_UNREADABLE,
-                               "the log cannot be read",
+                               "the log cannot be read" + (obstacle.empty() ? "" : ": " + obstacle),
                                file,
                                {},
                                "name a file that exists and that you may read",

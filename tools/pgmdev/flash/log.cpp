@@ -29,7 +29,7 @@ bool read_line(std::istream& log, std::string& line, std::size_t& left) {
         if (c == '\n') {
             break;
         }
-        if (line.size() < LONGEST_LINE && c != '\r') {
+        if (line.size() < LONGEST_LINE && c != '\r' && c != '\0') {  // what is left of UTF-16 are its characters
             line += static_cast<char>(c);
         }
     }

@@ -48,6 +48,7 @@ TEST(terminal_dialogue, PutsAQuestionAgainWhoseAnswerIsRefused) {
 TEST(terminal_dialogue, EndsWithTheInput) {
     const std::string shown = dialogue("1\nNumonyx\n\x04", WRONG_USAGE);
     EXPECT_TRUE(contains(shown, "the input ended before the last question was answered")) << shown;
+    EXPECT_EQ(count_of(shown, "is refused"), 0U) << shown;
 }
 
 TEST(terminal_dialogue, ShowsWhatIsTypedWithoutObeyingIt) {

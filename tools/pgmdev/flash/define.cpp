@@ -127,6 +127,9 @@ public:
     explicit REFUSALS(std::ostream& prompts) : m_prompts(prompts) {}
 
     bool ask_again(const PGMDEV_USER_FLASH::REFUSED_ANSWER& refused) {
+        if (std::cin.eof() && refused.answer.empty()) {
+            return false;  // nobody has answered
+        }
         const std::string question = refused.question.substr(0, refused.question.rfind(" : "));
         const std::string text = fmt::format(R"(the answer "{}" to "{}" is refused; accepted: {})", refused.answer,
                                              question, refused.accepted);

@@ -6,6 +6,13 @@
 #include <algorithm>
 #include <string_view>
 
+/// What programs of Windows put before a text in UTF-8; it is no part of it.
+inline constexpr std::string_view BYTE_ORDER_MARK = "\xEF\xBB\xBF";
+
+inline std::string_view without_byte_order_mark(std::string_view text) {
+    return text.substr(text.starts_with(BYTE_ORDER_MARK) ? BYTE_ORDER_MARK.size() : 0);
+}
+
 /// Calls `use` for each line, as std::string_view without its line feed; what stands behind the last one counts as a
 /// line unless it is empty.
 template <class USE>

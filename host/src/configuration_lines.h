@@ -15,7 +15,7 @@ using CONFIGURATION_VALUES = std::map<std::string, std::string, std::less<>>;
 
 /// Takes over the values of a text of lines `KEY = value`. What was said before gives way.
 inline void read_configuration_lines(const std::string& text, CONFIGURATION_VALUES& values) {
-    for_each_line(text, [&values](std::string_view whole) {
+    for_each_line(without_byte_order_mark(text), [&values](std::string_view whole) {
         const std::string line(whole);
         const std::size_t equals = line.find('=');
         const std::string key = gen_remove_leading_and_trailing_white_spaces(line.substr(0, equals));

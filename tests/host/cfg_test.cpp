@@ -86,6 +86,7 @@ TEST(cfg, LinesOfTheFile) {
     };
     const std::array cases{
         CASE{"K=v\n", "K", "[v]\n"},
+        CASE{"\xEF\xBB\xBFK=v\n", "K", "[v]\n"},
         CASE{"K = v", "K", "[v]\n"},
         CASE{" \t K \t = \t a value \t \r\n", "K", "[a value]\n"},
         CASE{"K =\n", "K", "[]\n"},

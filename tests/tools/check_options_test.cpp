@@ -86,6 +86,12 @@ TEST(check_options, AStarAcceptsAnyText) {
     EXPECT_EQ(CHECKED(ODD, "CHIP mfc_id *\n", STRICT).result.exit_code, INTERNAL_ERROR);
 }
 
+TEST(check_options, AcceptedWarningsBehindAByteOrderMark) {
+    const CHECKED checked(ODD, "\xEF\xBB\xBF# reviewed\nCHIP die_count *\n", STRICT);
+    EXPECT_EQ(checked.result.exit_code, DONE) << checked.result.errors;
+    EXPECT_EQ(checked.result.errors, "");
+}
+
 TEST(check_options, UnusedEntriesAreTold) {
     const CHECKED checked(GOOD, "# none\nCHIP die_count * # gone\n");
     EXPECT_EQ(checked.result.exit_code, DONE);

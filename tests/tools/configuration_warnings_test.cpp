@@ -67,6 +67,16 @@ TEST(configuration_warnings, LinesOfTheFile) {
                      begin + "4: the value \"si\" of PGM_ALLOW_M45PE is neither on nor off"}));
 }
 
+TEST(configuration_warnings, MarksOfEncodings) {
+    const SCRATCH scratch;
+    const std::string marked = scratch.write("marked.conf", "\xEF\xBB\xBFPGM_NONSENSE = x\n");
+    EXPECT_EQ(warnings({{"TESSARY_CONFIG_FILE", marked}}),
+              LINES{"pgmdev: warning: " + marked + ":1: the key PGM_NONSENSE is not known"});
+    const std::string wide = scratch.write("wide.conf", std::string("\xFF\xFEK\0=\0v\0\n\0", 10));
+    EXPECT_EQ(warnings({{"TESSARY_CONFIG_FILE", wide}}),
+              LINES{"pgmdev: warning: " + wide + ": it is UTF-16, and nothing of it counts: save it as UTF-8"});
+}
+
 TEST(configuration_warnings, EachOnce) {
     EXPECT_EQ(warnings({}, {"--set", "NOTHING=1", "--set", "NOTHING=1"}),
               LINES{"pgmdev: warning: --set: the key NOTHING is not known"});

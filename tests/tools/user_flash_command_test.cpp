@@ -333,6 +333,18 @@ TEST(flash_define_save, ReplacesTheLineAndKeepsTheOthers) {
               "# mine\r\nPGM_USER_SFL_FLASH_INFO = " + defined() + "\r\nOTHER=1\r\nlast = 2");
 }
 
+TEST(flash_define_save, KeepsAByteOrderMark) {
+    const SCRATCH scratch;
+    const std::string chip = scratch.write("chip.txt", chip_text(CHIP_LINES));
+    const std::string file = scratch.write("own.conf", "\xEF\xBB\xBFPGM_USER_SFL_FLASH_INFO = old\nOTHER=1\n");
+    const PROCESS_RESULT run =
+        run_process({{TEST_COMMAND, "flash", "define", "@" + chip, "--save"}, "", {{"TESSARY_CONFIG_FILE", file}}, {}});
+    EXPECT_EQ(run.exit_code, DONE) << run.errors;
+    std::ifstream saved(file, std::ios::binary);
+    EXPECT_EQ(std::string(std::istreambuf_iterator<char>(saved), {}),
+              "\xEF\xBB\xBFPGM_USER_SFL_FLASH_INFO = " + defined() + "\nOTHER=1\n");
+}
+
 TEST(flash_reseal, SignsForThisBuild) {
     const std::string body = text_ref::body();
     const std::string old = text_ref::encoded(body + "#ABCDEFGHIJKLMNOP;");

@@ -14,7 +14,6 @@ namespace {
 /// No catalog that people maintain comes near.
 constexpr std::size_t LARGEST_SOURCE = std::size_t{1} << 24;
 constexpr char COMMENT = '#';
-constexpr std::string_view BYTE_ORDER_MARK = "\xEF\xBB\xBF";  // of editors of Windows
 
 /// Words with which names would be confused: the filter that does not restrict, and what stands for any device.
 constexpr std::array<std::string_view, 3> RESERVED_NAMES{"ANY", "GENERIC", "NONE"};
@@ -44,10 +43,8 @@ std::optional<std::vector<std::string>> read_lines(const std::filesystem::path& 
         faults.add({path.generic_string()}, "cannot be read");
         return std::nullopt;
     }
-    const std::string_view rest =
-        std::string_view(text).substr(text.starts_with(BYTE_ORDER_MARK) ? BYTE_ORDER_MARK.size() : 0);
     std::vector<std::string> lines;
-    for_each_line(rest, [&lines](std::string_view line) { lines.emplace_back(line); });
+    for_each_line(without_byte_order_mark(text), [&lines](std::string_view line) { lines.emplace_back(line); });
     return lines;
 }
 

@@ -120,7 +120,7 @@ std::optional<std::vector<NOTE_LINE>> read_note_lines(const std::string& file,
     }
     bool heading = true;
     DWORD number = 0;
-    for_each_line(text, [&](std::string_view whole) {
+    for_each_line(without_byte_order_mark(text), [&](std::string_view whole) {
         ++number;
         const std::string raw(whole);
         const std::size_t begin = raw.find_first_not_of(BLANKS);

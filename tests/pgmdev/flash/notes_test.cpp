@@ -93,6 +93,7 @@ TEST(FlashNotes, TellEachFaultWithItsPlace) {
     EXPECT_EQ(ambiguity_faults(HEADING + "EF4018, A B, -, by, data\n"),
               (FAULTS{{2, 0, "a cell for each of " + names}}));
     EXPECT_EQ(ambiguity_faults(HEADING + "EF4018, A B, -,, data, harm\n"), (FAULTS{{2, 16, "a value"}}));
+    EXPECT_EQ(ambiguity_faults("\xEF\xBB\xBF" + HEADING), FAULTS{});
     EXPECT_EQ(ambiguity_faults(HEADING + "EF4018, \"A B, -, by, data, harm\n"),
               (FAULTS{{2, 9, "a quotation mark at the end of the cell, too"}}));
     EXPECT_EQ(ambiguity_faults(HEADING + "EF4018, \"A B\" C, -, by, data, harm\n"),

@@ -14,6 +14,7 @@
 #include "gen.h"
 #include "terminal/failure.h"
 #include "terminal/given_options.h"
+#include "text_lines.h"
 
 namespace {
 
@@ -24,6 +25,7 @@ struct LINE {
 
 struct CONFIGURATION_LINES {
     bool exists = false;
+    std::string beginning;  ///< a byte-order mark, or ""
     std::vector<LINE> lines;
 };
 
@@ -33,7 +35,7 @@ CONFIGURATION_LINES lines_of(const PLACE& place) {
         return {};
     }
     constexpr std::size_t LARGEST_FILE = std::size_t{1} << 20;  // as of the host, which reads none that is larger
-    CONFIGURATION_LINES file{true, {}};
+    CONFIGURATION_LINES file{true, "", {}};
     std::string text;
     if (!inspected.obstacle.empty() || read_whole_file(fio_get_unc_full_path(place.path), LARGEST_FILE,
                                                        FILE_KINDS::REGULAR, text) != READ_RESULT::READ) {
@@ -44,7 +46,8 @@ CONFIGURATION_LINES lines_of(const PLACE& place) {
                                "make it readable, or name another one with TESSARY_CONFIG_FILE",
                                {}});
     }
-    for (std::size_t begin = 0; begin < text.size();) {
+    file.beginning = text.substr(0, text.size() - without_byte_order_mark(text).size());
+    for (std::size_t begin = file.beginning.size(); begin < text.size();) {
         const std::size_t feed = text.find('\n', begin);
         const std::size_t next = feed == std::string::npos ? text.size() : feed + 1;
         std::size_t end = feed == std::string::npos ? next : feed;
@@ -107,7 +110,7 @@ void put(CONFIGURATION_LINES& file, const std::string& key, const std::string& v
 /// Replaces the file by its lines with the setting.
 void write_with(const PLACE& place, CONFIGURATION_LINES file, const std::string& key, const std::string& value) {
     put(file, key, value);
-    std::vector<BYTE> contents;
+    std::vector<BYTE> contents(file.beginning.begin(), file.beginning.end());
     for (const LINE& line : file.lines) {
         contents.insert(contents.end(), line.text.begin(), line.text.end());
         contents.insert(contents.end(), line.end.begin(), line.end.end());

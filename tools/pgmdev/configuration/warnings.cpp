@@ -150,8 +150,12 @@ void add_file_settings(const PLACE& place, std::vector<SETTING>& settings, WARNI
                                "make it readable, or name another one with TESSARY_CONFIG_FILE",
                                {}});
     }
+    if (contents.starts_with("\xFF\xFE") || contents.starts_with("\xFE\xFF")) {
+        warnings.add(place.path, "it is UTF-16, and nothing of it counts: save it as UTF-8");
+        return;
+    }
     std::size_t number = 0;
-    for_each_line(contents, [&](std::string_view whole) {
+    for_each_line(without_byte_order_mark(contents), [&](std::string_view whole) {
         const std::string line(whole);
         const std::string where = fmt::format("{}:{}", place.path, ++number);
         const std::string text = gen_remove_leading_and_trailing_white_spaces(line);

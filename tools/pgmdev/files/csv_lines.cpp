@@ -39,7 +39,7 @@ CSV_LINES::CSV_LINES(const std::string& path) {
     }
     m_text = std::make_unique<const std::string>(required_file_text(path));
     std::size_t number = 0;
-    for_each_line(*m_text, [&](std::string_view line) {
+    for_each_line(without_byte_order_mark(*m_text), [&](std::string_view line) {
         ++number;
         const std::size_t end = std::min(line.find(','), line.size());
         const std::string_view first = without_white_space_around(line.substr(0, end));

@@ -11,6 +11,7 @@
 #include "fio.h"
 #include "gen.h"
 #include "terminal/input.h"
+#include "text_lines.h"
 
 namespace {
 
@@ -121,10 +122,7 @@ CHIP_TEXT chip_of_arguments(const std::vector<std::string>& assignments, std::ve
 }
 
 std::vector<CHIP_TEXT> chips_of_file(const std::string& file, std::vector<FIELD_FAULT>& faults) {
-    std::string text = text_of_file(file);
-    if (text.starts_with(BYTE_ORDER_MARK)) {
-        text.erase(0, BYTE_ORDER_MARK.size());
-    }
+    const std::string text(without_byte_order_mark(text_of_file(file)));
     CHIP_READER reader(file.substr(0, file.find_last_of("/\\") + 1), faults);
     std::size_t number = 0;
     for (std::size_t begin = 0; begin < text.size();) {

@@ -19,6 +19,7 @@
 #include "terminal/command.h"
 #include "terminal/failure.h"
 #include "terminal/input.h"
+#include "text_lines.h"
 
 namespace {
 
@@ -36,8 +37,7 @@ std::optional<std::vector<BYTE>> bytes_of_digits(const std::string& text) {
 /// What was read: bytes as they are, unless they are a text of digits.
 std::vector<BYTE> bytes_of_contents(const std::string& contents) {
     if (!contents.starts_with(SFDP_SIGNATURE)) {
-        const bool is_marked = contents.starts_with(BYTE_ORDER_MARK);
-        if (auto bytes = bytes_of_digits(contents.substr(is_marked ? BYTE_ORDER_MARK.size() : 0))) {
+        if (auto bytes = bytes_of_digits(std::string(without_byte_order_mark(contents)))) {
             return std::move(*bytes);
         }
     }

@@ -55,7 +55,8 @@ ACCEPTED_WARNINGS read_accepted_warnings(const std::string& csv_file) {
     accepted.file = path;
     const std::vector<BYTE> bytes = required_file_bytes(path);
     std::size_t number = 0;
-    for_each_line({reinterpret_cast<const char*>(bytes.data()), bytes.size()}, [&](std::string_view line) {
+    const std::string_view contents(reinterpret_cast<const char*>(bytes.data()), bytes.size());
+    for_each_line(without_byte_order_mark(contents), [&](std::string_view line) {
         ++number;
         const std::size_t comment = std::min(line.find('#'), line.size());
         const std::string text = gen_remove_leading_and_trailing_white_spaces(std::string(line.substr(0, comment)));

@@ -9,6 +9,7 @@
 #include "terminal/did_you_mean.h"
 #include "terminal/input.h"
 #include "terminal/standard_error.h"
+#include "text_lines.h"
 
 namespace {
 
@@ -91,8 +92,8 @@ void answer_each(const std::string& argument, COMMAND& command,
     }
     bool is_first = true;
     for (std::string line; read_input_line(line); is_first = false) {
-        if (is_first && line.starts_with(BYTE_ORDER_MARK)) {
-            line.erase(0, BYTE_ORDER_MARK.size());
+        if (is_first) {
+            line.erase(0, line.size() - without_byte_order_mark(line).size());
         }
         if (line.ends_with('\r')) {
             line.pop_back();  // of a text file from Windows

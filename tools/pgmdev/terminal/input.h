@@ -8,9 +8,6 @@
 
 #include "pgmdev_types.h"
 
-/// What programs of Windows put before a text in UTF-8; it is no part of it.
-inline constexpr std::string_view BYTE_ORDER_MARK = "\xEF\xBB\xBF";
-
 /// An identification response.
 struct ID_RESPONSE {
     std::array<BYTE, 256> bytes{};  ///< padded with zeros to all the bytes that a record may name

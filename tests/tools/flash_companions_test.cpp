@@ -141,7 +141,8 @@ TEST(flash_companions, CheckRefusesEvidenceOfNoKnownClass) {
         const std::string line = std::string("CHIP,17@2 40@1 EF@0,") + cell + ",family\n";
         const PROCESS_RESULT result = check_with(line);
         EXPECT_EQ(result.exit_code, INTERNAL_ERROR) << cell;
-        EXPECT_THAT(result.errors, HasSubstr("for identification in sources.csv, not \"" + std::string(cell) + "\""));
+        EXPECT_THAT(result.errors,
+                    HasSubstr("for identification in line 2 of sources.csv, not \"" + std::string(cell) + "\""));
     }
     EXPECT_THAT(check_with("CHIP,17@2 40@1 EF@0,family,family\nCHIP,1\n").errors,
                 HasSubstr("as many cells in line 3 of sources.csv as in its first"));

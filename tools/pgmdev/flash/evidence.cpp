@@ -71,12 +71,12 @@ FLASH_EVIDENCE::KEY FLASH_EVIDENCE::key_of(const PGMDEV_SFL_FLASH_INFO& record) 
     return {record.device_name, compared};
 }
 
-std::vector<std::string> FLASH_EVIDENCE::cells_of(const KEY& key) const {
-    std::vector<std::string> found;
+FLASH_EVIDENCE::EVIDENCE_LINE FLASH_EVIDENCE::line_of(const KEY& key) const {
+    EVIDENCE_LINE found;
     for (const CSV_LINE& line : m_list.lines_of(key.first)) {
         std::vector<std::string> cells = m_list.cells_of(line);
         if (cells.size() > KEY_CELLS && cells[1] == key.second) {
-            found.assign(cells.begin() + KEY_CELLS, cells.end());
+            found = {line.number, {cells.begin() + KEY_CELLS, cells.end()}};
         }
     }
     return found;
@@ -84,7 +84,7 @@ std::vector<std::string> FLASH_EVIDENCE::cells_of(const KEY& key) const {
 
 std::vector<FLASH_SUPPORT> FLASH_EVIDENCE::of(const PGMDEV_SFL_FLASH_INFO& record) const {
     std::vector<FLASH_SUPPORT> support;
-    const std::vector<std::string> cells = cells_of(key_of(record));
+    const std::vector<std::string> cells = line_of(key_of(record)).cells;
     for (std::size_t i = 0; i < cells.size(); ++i) {
         support.push_back({m_groups[i], class_in_words(cells[i]), sources_of(cells[i])});
     }
@@ -93,8 +93,8 @@ std::vector<FLASH_SUPPORT> FLASH_EVIDENCE::of(const PGMDEV_SFL_FLASH_INFO& recor
 
 void FLASH_EVIDENCE::check(const PGMDEV_SFL_FLASH_INFO& record, std::vector<PGMDEV_TABLE_FAULT>& faults) const {
     const KEY key = key_of(record);
-    const std::vector<std::string> cells = cells_of(key);
-    if (cells.empty()) {
+    const auto [number, cells] = line_of(key);
+    if (number == 0) {
         faults.push_back(
             list_fault(record.device_name,
                        fmt::format("what supports the row: a line {},{},... in sources.csv", key.first, key.second)));
@@ -105,9 +105,9 @@ void FLASH_EVIDENCE::check(const PGMDEV_SFL_FLASH_INFO& record, std::vector<PGMD
         const bool family = class_in_words(cell) == class_in_words("family");
         if (class_in_words(cell).empty() || family != sources_of(cell).empty()) {
             faults.push_back(list_fault(record.device_name,
-                                        fmt::format("for {} in sources.csv, not \"{}\": datasheet, sfdp, two or one, "
-                                                    "with a colon and the sources, or family",
-                                                    m_groups[i], cell)));
+                                        fmt::format("for {} in line {} of sources.csv, not \"{}\": datasheet, sfdp, "
+                                                    "two or one, with a colon and the sources, or family",
+                                                    m_groups[i], number, cell)));
         }
     }
 }

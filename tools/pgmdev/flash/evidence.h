@@ -38,8 +38,14 @@ private:
 
     static KEY key_of(const PGMDEV_SFL_FLASH_INFO& record);
 
-    /// What stands behind the key in the last line that has it; nothing: none has.
-    std::vector<std::string> cells_of(const KEY& key) const;
+    /// What stands behind the key.
+    struct EVIDENCE_LINE {
+        std::size_t number = 0;  ///< of the line, from 1; 0: none has the key
+        std::vector<std::string> cells;
+    };
+
+    /// The last line that has the key.
+    EVIDENCE_LINE line_of(const KEY& key) const;
     void check(const PGMDEV_SFL_FLASH_INFO& record, std::vector<PGMDEV_TABLE_FAULT>& faults) const;
 
     CSV_LINES m_list;

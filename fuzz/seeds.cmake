@@ -2,6 +2,7 @@
 set(samples ${CMAKE_CURRENT_LIST_DIR}/samples)
 set(files ${SEEDS}/files)  # small tables and databases, also what the fuzzed command finds in its directory
 set(PLACE ${SEEDS}/installation)
+set(DICTIONARIES ${SEEDS}/dictionaries)
 file(REMOVE_RECURSE ${SEEDS})
 file(MAKE_DIRECTORY ${files})
 
@@ -125,5 +126,7 @@ seeds(inflate ${files}/pgm_flash.pcf)
 seeds(configuration ${samples}/tessary.conf)
 each_line(names ${SEEDS}/pgm_parts.txt)
 each_line(command_line ${samples}/command_lines.txt SPLIT)
+
+include(${CMAKE_CURRENT_LIST_DIR}/dictionary.cmake)
 
 file(TOUCH ${SEEDS}/made)

@@ -24,7 +24,7 @@ if(PGMDEV_WARNINGS_AS_ERRORS)
 endif()
 
 if(PGMDEV_BUILD_FUZZERS)
-  add_compile_options(-fsanitize=fuzzer-no-link,address,undefined -fno-sanitize-recover=all)
+  add_compile_options(-fsanitize=fuzzer-no-link,address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
   add_link_options(-fsanitize=address,undefined)
 elseif(PGMDEV_SANITIZE)
   add_compile_options(-fsanitize=${PGMDEV_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)

@@ -2,6 +2,7 @@
 #include "configuration/saving.h"
 #include "configuration/warnings.h"
 #include "configuration_lines.h"
+#include "gen.h"
 #include "input.h"
 #include "terminal/failure.h"
 
@@ -10,6 +11,7 @@
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     const std::string text = text_of(data, size);
     working_directory();
+    gen_set_device_db_fullpath(FUZZ_DEVICES_DIR);
     scratch_files().write("inner/tessary.conf", text);
     CONFIGURATION_VALUES values;
     read_configuration_lines(text, values);

@@ -8,7 +8,6 @@ class LOADER : public PGMDEV_FLASH_MANAGER {
 public:
     LOADER() : PGMDEV_FLASH_MANAGER(false, 0, true, false) {}
 
-    using PGMDEV_FLASH_MANAGER::compress_data;
     void load(const FIO_PATH& file) { initialize_flash_database(file); }
 };
 

@@ -10,15 +10,11 @@
 
 namespace {
 
-/// Those of a few rows of the shipped table.
+/// Those of a few rows of each kind.
 const std::vector<PGMDEV_SFL_FLASH_INFO>& records() {
-    static const std::vector<PGMDEV_SFL_FLASH_INFO> some = [] {
-        std::vector<PGMDEV_SFL_FLASH_INFO> all =
-            PGMDEV_FLASH_TABLE::from_source(FIO_PATH(FUZZ_DATA_DIR "/flash/pgm_flash.csv")).records();
-        all.resize(16);
-        return all;
-    }();
-    return some;
+    static const PGMDEV_FLASH_TABLE table =
+        PGMDEV_FLASH_TABLE::from_source(FIO_PATH(FUZZ_INSTALLATION_DIR "/tables/pgm_flash.csv"));
+    return table.records();
 }
 
 }  // namespace

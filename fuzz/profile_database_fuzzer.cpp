@@ -8,7 +8,6 @@ class LOADER : public PGMDEV_DEV_INFO_MANAGER {
 public:
     LOADER() : PGMDEV_DEV_INFO_MANAGER(true) {}
 
-    using PGMDEV_DEV_INFO_MANAGER::compress_data;
     void load(const FIO_PATH& file) { initialize_device_database(file); }
 };
 

@@ -1,6 +1,8 @@
 # What each fuzzer begins with, from shipped data, the tests' data and the samples beside this file.
 set(samples ${CMAKE_CURRENT_LIST_DIR}/samples)
 set(files ${SEEDS}/files)  # small tables and databases, also what the fuzzed command finds in its directory
+set(PLACE ${SEEDS}/installation)
+set(DICTIONARIES ${SEEDS}/dictionaries)
 file(REMOVE_RECURSE ${SEEDS})
 file(MAKE_DIRECTORY ${files})
 
@@ -63,10 +65,14 @@ function(each_line target file)
   endforeach()
 endfunction()
 
+include(${CMAKE_CURRENT_LIST_DIR}/installation.cmake)
+
 # Small tables, and what they compile to.
-set(tools ${COMMAND} --install-dir ${INSTALLATION} --module-dir ${files})
-beginning(${files}/pgm_flash.csv 20 ${SOURCE}/data/flash/pgm_flash.csv)
-file(COPY ${SOURCE}/data/dev_info/pgm_dev_info.csv DESTINATION ${files})  # which has as many rows as it must have
+set(tools ${COMMAND} --install-dir ${PLACE} --module-dir ${files})
+rows(${files}/pgm_flash.csv 8 ${SOURCE}/data/flash/pgm_flash.csv "^[^,]+, *(M25P05|MT25QL128|M45PE40),")
+file(COPY ${tables}/pgm_dev_info.csv DESTINATION ${files})
+beginning(${SEEDS}/lined_up.csv 10 ${SOURCE}/data/flash/pgm_flash.csv)
+beginning(${SEEDS}/few_profiles.csv 6 ${tables}/pgm_dev_info.csv)
 beginning(${files}/nand.csv 8 ${SOURCE}/data/hps/nand.csv)
 beginning(${files}/spi.csv 8 ${SOURCE}/data/hps/spi.csv)
 foreach(notes ambiguities identifications aliases sources)
@@ -98,8 +104,8 @@ piece(flash_database payload ${files}/pgm_flash.pcf)
 piece(profile_database payload ${files}/pgm_dev_info.pcf)
 piece(flash_verify payload ${files}/pgm_flash.pcf)
 piece(profile_verify payload ${files}/pgm_dev_info.pcf)
-seeds(flash_source ${files}/pgm_flash.csv)
-seeds(profile_source ${files}/pgm_dev_info.csv)
+seeds(flash_source ${files}/pgm_flash.csv ${SEEDS}/lined_up.csv)
+seeds(profile_source ${files}/pgm_dev_info.csv ${SEEDS}/few_profiles.csv)
 seeds(part_list ${SEEDS}/pgm_parts.txt)
 seeds(container ${files}/pgm_flash.ini)
 seeds(parameter_values ${files}/pgm_flash.ini)
@@ -120,5 +126,7 @@ seeds(inflate ${files}/pgm_flash.pcf)
 seeds(configuration ${samples}/tessary.conf)
 each_line(names ${SEEDS}/pgm_parts.txt)
 each_line(command_line ${samples}/command_lines.txt SPLIT)
+
+include(${CMAKE_CURRENT_LIST_DIR}/dictionary.cmake)
 
 file(TOUCH ${SEEDS}/made)

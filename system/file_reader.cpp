@@ -16,7 +16,9 @@ READ_RESULT read_whole_file(const std::filesystem::path& path, std::size_t limit
     }
     std::string text;
     text.reserve(static_cast<std::size_t>(file.size()));
-    std::vector<char> chunk(CHUNK);
+    // A small file takes no more than its length, and a byte for whatever has been written behind it since.
+    std::vector<char> chunk(
+        file.size() == 0 ? CHUNK : static_cast<std::size_t>(std::min<std::uint64_t>(file.size() + 1, CHUNK)));
     std::size_t count = 0;
     do {
         if (!file.read_some(chunk, count) || count > limit - text.size()) {

@@ -26,6 +26,12 @@ struct FAULT {
     std::string text;
 };
 
+/// What a field holds, for programs and for people.
+struct SHOWN {
+    JSON value;
+    std::string text;
+};
+
 class SCANNER {
 public:
     SCANNER(std::span<const BYTE> payload, const PACKED_SCHEMA& schema, const FIELD_SINK& sink)
@@ -61,15 +67,18 @@ private:
     void scan() {
         m_part = VERSION;
         const DWORD version = plain_dword("version");
-        require(version == m_schema.version, fmt::format("found {}, this command reads {}", version, m_schema.version));
+        require(version == m_schema.version,
+                [&] { return fmt::format("found {}, this command reads {}", version, m_schema.version); });
         m_found[VERSION] = std::to_string(version);
 
         m_part = COUNTS;
         m_records = plain_dword("record_count");
         const DWORD members = plain_dword("member_count");
         m_found[COUNTS] = fmt::format("{} records of {} members", m_records, members);
-        require(m_records > 0 && members == m_schema.members.size(),
-                fmt::format("{}, expected one record or more of {} members", m_found[COUNTS], m_schema.members.size()));
+        require(m_records > 0 && members == m_schema.members.size(), [&] {
+            return fmt::format("{}, expected one record or more of {} members", m_found[COUNTS],
+                               m_schema.members.size());
+        });
 
         m_part = RECORDS;
         for (DWORD record = 0; record < m_records; ++record) {
@@ -97,12 +106,14 @@ private:
         for (const PACKED_INDEX& index : m_schema.indexes) {
             m_part = INDEX_TABLES;
             const BYTE tag = take(1, index.name)[0];
-            require(tag == index.tag,
-                    fmt::format("tag {} opens the {} table, expected {}", tag, index.name, DWORD{index.tag}));
-            emit(index.name, tag, {}, tag_name(tag));
+            require(tag == index.tag, [&] {
+                return fmt::format("tag {} opens the {} table, expected {}", tag, index.name, DWORD{index.tag});
+            });
+            emit(index.name, tag, [&] { return SHOWN{{}, tag_name(tag)}; });
             const DWORD entries = plain_dword("entry_count");
-            require(entries == index.entries,
-                    fmt::format("the {} table has {} entries, expected {}", index.name, entries, index.entries));
+            require(entries == index.entries, [&] {
+                return fmt::format("the {} table has {} entries, expected {}", index.name, entries, index.entries);
+            });
             for (DWORD i = 0; i < entries; ++i) {
                 m_element = i;
                 const DWORD record = plain_dword(index.name, true);
@@ -116,7 +127,7 @@ private:
                 fmt::format("{}{} {} entries", m_found[INDEX_TABLES].empty() ? "" : ", ", index.name, entries);
         }
         m_part = INDEX_ENTRIES;
-        require(outside.empty(), outside);
+        require(outside.empty(), [&] { return outside; });
         m_found[INDEX_ENTRIES] = fmt::format("all below {}, or none", m_records);
     }
 
@@ -124,15 +135,17 @@ private:
         m_part = REST;
         if (const std::size_t rest = m_payload.size() - m_position; rest != 0) {
             take(rest, "rest");
-            emit("rest", {}, {}, "read by nobody");
+            emit("rest", {}, [] { return SHOWN{{}, "read by nobody"}; });
             throw FAULT{fmt::format("{} bytes behind the end, which nothing reads", rest)};
         }
         m_found[REST] = "nothing";
     }
 
-    static void require(bool holds, const std::string& text) {
+    /// `tell` says what is wrong, when it is: a text for each of all the fields would take longer than reading them.
+    template <class TELL>
+    static void require(bool holds, const TELL& tell) {
         if (!holds) {
-            throw FAULT{text};
+            throw FAULT{tell()};
         }
     }
 
@@ -151,11 +164,13 @@ private:
         return bytes;
     }
 
-    /// Ends the present field. What follows is the next one.
-    void emit(std::string_view member, std::optional<BYTE> tag, JSON value, std::string text) {
+    /// Ends the present field. What follows is the next one. `show` is called when somebody listens.
+    template <class SHOW>
+    void emit(std::string_view member, std::optional<BYTE> tag, const SHOW& show) {
         if (m_sink) {
+            SHOWN shown = show();
             m_sink({m_start, m_payload.subspan(m_start, m_position - m_start), tag ? tag_name(*tag) : "", m_record,
-                    member, m_element, std::move(value), std::move(text)});
+                    member, m_element, std::move(shown.value), std::move(shown.text)});
         }
         m_start = m_position;
     }
@@ -165,15 +180,15 @@ private:
     DWORD plain_dword(std::string_view member, bool may_be_none = false) {
         const DWORD value = packed_dword(take(4, member).data());
         const bool none = may_be_none && value == INVALID_DWORD;
-        emit(member, {}, none ? JSON() : JSON(value), none ? "none" : std::to_string(value));
+        emit(member, {}, [&] { return none ? SHOWN{JSON(), "none"} : SHOWN{value, std::to_string(value)}; });
         return value;
     }
 
     void marker(std::string_view member, std::string_view expected) {
         const auto bytes = take(expected.size(), member);
-        const std::string found(bytes.begin(), bytes.end());
-        require(found == expected, fmt::format("{}: expected {}, found other bytes", place(member), expected));
-        emit(member, {}, found, found);
+        require(std::equal(bytes.begin(), bytes.end(), expected.begin()),
+                [&] { return fmt::format("{}: expected {}, found other bytes", place(member), expected); });
+        emit(member, {}, [&] { return SHOWN{expected, std::string(expected)}; });
     }
 
     void scan_member(const PACKED_MEMBER& member) {
@@ -182,8 +197,9 @@ private:
             return std::find(tags.begin(), tags.end(), tag) != tags.end();
         };
         const auto require_tag = [&](bool fits) {
-            require(fits,
-                    fmt::format("{}: tag {}, expected {}", place(member.name), tag_name(tag), tag_name(member.kind)));
+            require(fits, [&] {
+                return fmt::format("{}: tag {}, expected {}", place(member.name), tag_name(tag), tag_name(member.kind));
+            });
         };
         switch (member.kind) {
             case PGMDEV_MANAGER_STRING:
@@ -191,15 +207,17 @@ private:
                 require_tag(is_one_of(m_schema.text_tags));
                 const BYTE length = take(1, member.name)[0];
                 const auto bytes = take(length, member.name);
-                const std::string text(bytes.begin(), bytes.end());
-                emit(member.name, tag, text, '"' + text + '"');
+                emit(member.name, tag, [&] {
+                    const std::string text(bytes.begin(), bytes.end());
+                    return SHOWN{text, '"' + text + '"'};
+                });
                 break;
             }
             case PGMDEV_MANAGER_BOOL: {
                 require_tag(tag == member.kind);
                 const BYTE value = take(1, member.name)[0];
-                require(value <= 1, fmt::format("{}: {}, expected 0 or 1", place(member.name), value));
-                emit(member.name, tag, value == 1, value == 1 ? "TRUE" : "FALSE");
+                require(value <= 1, [&] { return fmt::format("{}: {}, expected 0 or 1", place(member.name), value); });
+                emit(member.name, tag, [&] { return SHOWN{value == 1, value == 1 ? "TRUE" : "FALSE"}; });
                 break;
             }
             case PGMDEV_MANAGER_BYTE:
@@ -219,18 +237,16 @@ private:
     }
 
     void number(const PACKED_MEMBER& member, BYTE tag, DWORD value) {
-        if (!m_sink) {
-            m_start = m_position;
-            return;
-        }
-        std::string text = pgmdev_cell(value, member.base);
-        if (!member.unit.empty()) {
-            text += ' ' + std::string(member.unit);
-        }
-        if (const std::string name = m_schema.name_of ? m_schema.name_of(member, value) : ""; !name.empty()) {
-            text += " (" + name + ")";
-        }
-        emit(member.name, tag, value, std::move(text));
+        emit(member.name, tag, [&] {
+            std::string text = pgmdev_cell(value, member.base);
+            if (!member.unit.empty()) {
+                text += ' ' + std::string(member.unit);
+            }
+            if (const std::string name = m_schema.name_of ? m_schema.name_of(member, value) : ""; !name.empty()) {
+                text += " (" + name + ")";
+            }
+            return SHOWN{value, std::move(text)};
+        });
     }
 
     std::span<const BYTE> m_payload;

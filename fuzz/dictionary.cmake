@@ -1,0 +1,30 @@
+# The words of the command line, for the fuzzer that makes command lines: nouns, verbs and options as the command completes
+# them, each a line, as that fuzzer takes arguments. Included by seeds.cmake.
+
+# completed(OUTPUT BEGINNING WORD...): what may stand behind these words, and begins like that.
+function(completed output beginning)
+  execute_process(COMMAND ${COMMAND} __complete ${ARGN} "${beginning}" OUTPUT_VARIABLE text RESULT_VARIABLE result)
+  if(NOT result EQUAL 0)
+    message(FATAL_ERROR "Completing ${ARGN}: ${result}")
+  endif()
+  string(REGEX MATCHALL "(^|\n)[-a-z0-9]+" words "${text}")
+  list(TRANSFORM words STRIP)
+  set(${output} ${words} PARENT_SCOPE)
+endfunction()
+
+completed(nouns "")
+completed(words -)
+list(APPEND words ${nouns})
+foreach(noun IN LISTS nouns)
+  completed(verbs "" ${noun})
+  list(APPEND words ${verbs})
+  foreach(verb IN LISTS verbs)
+    completed(options - ${noun} ${verb})
+    list(APPEND words ${options})
+  endforeach()
+endforeach()
+list(REMOVE_DUPLICATES words)
+list(SORT words)
+list(TRANSFORM words REPLACE "(.+)" "\"\\\\x0a\\1\\\\x0a\"")
+list(JOIN words "\n" words)
+file(WRITE ${DICTIONARIES}/command_line "${words}\n")

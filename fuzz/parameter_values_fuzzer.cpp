@@ -19,6 +19,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         values.emplace_back(types.back());
     }
     std::vector<void*> places;
+    places.reserve(count);
     for (PGMDEV_PARAM_VALUE& value : values) {
         places.push_back(value.object());
     }

@@ -122,13 +122,13 @@ public:
 /// (docs/reliability.md). The system takes it back when its holder ends, however that comes about.
 class PGMDEV_EXPORT PGMDEV_FLASH_INI_LOCK final {
 public:
-    /// Waits for other writers, up to 10 seconds.
+    /// Waits for other writers, and where the process has no descriptors left also for one, up to 10 seconds.
     PGMDEV_FLASH_INI_LOCK();
     ~PGMDEV_FLASH_INI_LOCK();
     PGMDEV_FLASH_INI_LOCK(const PGMDEV_FLASH_INI_LOCK&) = delete;
     PGMDEV_FLASH_INI_LOCK& operator=(const PGMDEV_FLASH_INI_LOCK&) = delete;
 
-    /// False when another writer had it all the time. True also where the file system has no locks, and nothing keeps
+    /// False when it was not to be had all the time. True also where the file system has no locks, and nothing keeps
     /// others out.
     bool is_held() const noexcept;
 

@@ -17,12 +17,13 @@ public:
     DIRECTORY_LOCK(const DIRECTORY_LOCK&) = delete;
     DIRECTORY_LOCK& operator=(const DIRECTORY_LOCK&) = delete;
 
-    /// Whether somebody else has had the lock all the time. False also where the directory has none to give.
-    bool is_taken() const noexcept { return m_taken; }
+    /// Whether somebody else has had the lock all the time, or the system nothing to ask for it with. False also where the
+    /// directory has none to give.
+    bool is_refused() const noexcept { return m_refused; }
 
 private:
     static constexpr std::intptr_t NONE = -1;
 
     std::intptr_t m_handle = NONE;  ///< the system's
-    bool m_taken = false;
+    bool m_refused = false;
 };

@@ -7,21 +7,39 @@
 
 #include "directory_lock.h"
 
+namespace {
+
+/// The directory's descriptor, or -1 and `errno`.
+int open_directory(const std::filesystem::path& directory) {
+    int descriptor = -1;
+    do {
+        descriptor = ::open(directory.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    } while (descriptor == -1 && errno == EINTR);
+    return descriptor;
+}
+
+/// Whether what failed may succeed a moment later: somebody else has the lock, or the system has nothing left to ask with.
+bool passes(int error) {
+    return error == EWOULDBLOCK || error == EINTR || error == EMFILE || error == ENFILE || error == ENOMEM;
+}
+
+}  // namespace
+
 DIRECTORY_LOCK::DIRECTORY_LOCK(const std::filesystem::path& directory, std::chrono::milliseconds patience) {
     constexpr std::chrono::milliseconds PAUSE{5};
-    do {
-        m_handle = ::open(directory.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-    } while (m_handle == NONE && errno == EINTR);
-    if (m_handle == NONE) {
-        return;
-    }
     const auto end = std::chrono::steady_clock::now() + patience;
-    while (::flock(static_cast<int>(m_handle), LOCK_EX | LOCK_NB) != 0) {
-        if (errno != EWOULDBLOCK && errno != EINTR) {
-            return;  // a file system without such locks
+    for (;;) {
+        if (m_handle == NONE) {
+            m_handle = open_directory(directory);
+        }
+        if (m_handle != NONE && ::flock(static_cast<int>(m_handle), LOCK_EX | LOCK_NB) == 0) {
+            return;
+        }
+        if (!passes(errno)) {
+            return;  // no such directory, or a file system without such locks
         }
         if (std::chrono::steady_clock::now() >= end) {
-            m_taken = true;
+            m_refused = true;
             return;
         }
         std::this_thread::sleep_for(PAUSE);

@@ -2,6 +2,19 @@
 
 #include <windows.h>
 
+namespace {
+
+/// Whether what failed may succeed a moment later: somebody else has the file open, or the system has nothing left to open
+/// it with.
+bool passes(DWORD error, const std::filesystem::path& file) {
+    // While the last one's file goes, the system denies access to it.
+    return error == ERROR_SHARING_VIOLATION || error == ERROR_TOO_MANY_OPEN_FILES || error == ERROR_NOT_ENOUGH_MEMORY ||
+           error == ERROR_NO_SYSTEM_RESOURCES ||
+           (error == ERROR_ACCESS_DENIED && GetFileAttributesW(file.c_str()) != INVALID_FILE_ATTRIBUTES);
+}
+
+}  // namespace
+
 // A file that only one may have open, and that goes when it is closed.
 DIRECTORY_LOCK::DIRECTORY_LOCK(const std::filesystem::path& directory, std::chrono::milliseconds patience) {
     constexpr DWORD PAUSE = 5;  // milliseconds
@@ -14,14 +27,11 @@ DIRECTORY_LOCK::DIRECTORY_LOCK(const std::filesystem::path& directory, std::chro
             m_handle = reinterpret_cast<std::intptr_t>(handle);
             return;
         }
-        const DWORD error = GetLastError();
-        // While the last one's file goes, the system denies access to it.
-        const bool denied = error == ERROR_ACCESS_DENIED && GetFileAttributesW(file.c_str()) != INVALID_FILE_ATTRIBUTES;
-        if (error != ERROR_SHARING_VIOLATION && !denied) {
+        if (!passes(GetLastError(), file)) {
             return;
         }
         if (std::chrono::steady_clock::now() >= end) {
-            m_taken = true;
+            m_refused = true;
             return;
         }
         Sleep(PAUSE);

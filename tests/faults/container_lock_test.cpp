@@ -182,10 +182,34 @@ TEST(DirectoryLock, ASignalKeepsNobodyFromTakingIt) {
     for (std::size_t number = 1; number <= 2; ++number) {
         const FAILING_CALL signal(number, EINTR);
         const DIRECTORY_LOCK lock(scratch.directory(), std::chrono::milliseconds(0));
-        EXPECT_FALSE(lock.is_taken());
+        EXPECT_FALSE(lock.is_refused());
         EXPECT_EQ(signal.happened(), number == 1);
-        EXPECT_TRUE(DIRECTORY_LOCK(scratch.directory(), std::chrono::milliseconds(0)).is_taken());
+        EXPECT_TRUE(DIRECTORY_LOCK(scratch.directory(), std::chrono::milliseconds(0)).is_refused());
     }
+}
+
+// Descriptors that others have used up come back: a writer that went on without the lock would undo what another has done.
+TEST(DirectoryLock, WaitsForADescriptorToAskWith) {
+    for (const int error : {EMFILE, ENFILE, ENOMEM}) {
+        const SCRATCH scratch;
+        const FAILING_CALL none_left(1, error);
+        const DIRECTORY_LOCK lock(scratch.directory(), std::chrono::seconds(10));
+        EXPECT_TRUE(none_left.happened());
+        EXPECT_FALSE(lock.is_refused());
+        EXPECT_TRUE(DIRECTORY_LOCK(scratch.directory(), std::chrono::milliseconds(0)).is_refused());
+    }
+}
+
+TEST(DirectoryLock, IsRefusedWhereNoDescriptorComesBack) {
+    const SCRATCH scratch;
+    const FAST_CLOCK clock;
+    const FAILING_CALL none_left(1, EMFILE, true);
+    EXPECT_TRUE(DIRECTORY_LOCK(scratch.directory(), std::chrono::seconds(10)).is_refused());
+}
+
+TEST(DirectoryLock, IsNotThereWhereTheDirectoryIsNot) {
+    const SCRATCH scratch;
+    EXPECT_FALSE(DIRECTORY_LOCK(scratch.path("none"), std::chrono::seconds(10)).is_refused());
 }
 
 }  // namespace

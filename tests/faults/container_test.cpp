@@ -72,6 +72,7 @@ TEST_F(ContainerFaults, NoDescriptorsFromSomePointOn) {
         prepare();
         bool result = false;
         {
+            const FAST_CLOCK clock;  // the lock is waited for
             const FAILING_CALL fault(number, EMFILE, true);
             result = FLASH_INI_DIRECTORY::write(1, "new");
         }

@@ -331,7 +331,7 @@ bool PGMDEV_FLASH_INI::write_flash_ini_data(PGMDEV_FLASH_INI_ENUM which, BYTE* d
     const std::string path = container_path();
     const PGMDEV_FLASH_INI_LOCK lock;  // writers of other blocks wait, so that each keeps what the other has written
     if (!lock.is_held()) {
-        return refuse_to_write(path, "another process has been writing for 10 seconds");
+        return refuse_to_write(path, "its lock was not to be had for 10 seconds");
     }
     return replace_block(path, which, {data, size, nullptr});
 }

@@ -36,7 +36,7 @@ public:
     STATE(const STATE&) = delete;
     STATE& operator=(const STATE&) = delete;
 
-    bool is_held() const noexcept { return !m_lock || !m_lock->is_taken(); }
+    bool is_held() const noexcept { return !m_lock || !m_lock->is_refused(); }
 
 private:
     std::optional<DIRECTORY_LOCK> m_lock;  ///< none when the thread had it before

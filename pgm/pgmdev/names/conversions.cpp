@@ -19,7 +19,9 @@ PGM_NAME pgm_name_of(const GRAMMAR_STORE* store, std::string_view name, bool ski
 
 std::vector<std::string_view> names_with_key(const GRAMMAR_STORE* store, TABLE type, std::string_view key) {
     std::vector<std::string_view> names = entries_of(store, type, key);
-    std::erase_if(names, [&](std::string_view name) { return key_of(store, type, name) != key; });
+    if (!store->entries_have_one_key) {
+        std::erase_if(names, [&](std::string_view name) { return key_of(store, type, name) != key; });
+    }
     return names;
 }
 

@@ -8,6 +8,8 @@ std::vector<std::string_view> GRAMMAR_TABLE::entries_of(std::string_view key) co
     const DWORD place = m_index.keys.find(m_text, key);
     std::vector<std::string_view> entries;
     if (place != TEXT_BUCKETS::NOWHERE) {
+        constexpr std::size_t MOSTLY = 8;  // entries, or fewer: room for these is taken at once
+        entries.reserve(MOSTLY);
         const char* text = m_text + m_index.keys.texts[place] + key.size() + 1;
         for (; *text != '\0'; text += entries.back().size() + 1) {
             entries.emplace_back(text);
@@ -33,7 +35,8 @@ std::unique_ptr<GRAMMAR_STORE> build_grammar_store(const COMPILED_DATA_SET& set)
     auto store = std::make_unique<GRAMMAR_STORE>();
     const char* text = set.text;
     std::span<const std::uint32_t> index = set.index;
-    if (index.empty() || !is_known(set)) {
+    store->entries_have_one_key = !index.empty() && is_known(set);
+    if (!store->entries_have_one_key) {
         DATA_CONTAINER container = open_container(set);
         text = reinterpret_cast<const char*>(container.data.get());
         for (const GRAMMAR_PLACES& places : parse_grammar(container)) {

@@ -48,6 +48,7 @@ private:
 struct GRAMMAR_STORE {
     std::unique_ptr<const BYTE[]> text;
     INDEX_NUMBERS index;
+    bool entries_have_one_key = false;  ///< known of what is compiled in, of which the build has proven it
     std::array<std::unique_ptr<GRAMMAR_TABLE>, static_cast<std::size_t>(PGMDEV_DDB_GRAMMAR_ENUM::MAX)> tables;
 };
 

@@ -85,10 +85,7 @@ JSON to_json(const DIAGNOSIS& all) {
     for (const FILE_FINDING& file : all.files) {
         JSON object{{"name", file.name},   {"path", file.place.path}, {"origin", file.place.tried},
                     {"state", file.state}, {"wrong", file.wrong},     {"remark", file.remark}};
-        const auto& facts = std::get<JSON::OBJECT>(file.facts.value());
-        for (std::size_t i = 0; i < facts.names.size(); ++i) {
-            object[facts.names[i]] = facts.values[i];
-        }
+        object.append(file.facts);
         files.push_back(object);
     }
     JSON switches = JSON::array();

@@ -99,10 +99,7 @@ JSON answers_of(const ANSWERING_VERB& answering) {
 /// A document of its own, which holds what its parts refer to.
 JSON document_of(const JSON& schema, const JSON& definitions) {
     JSON document{{"$schema", "https://json-schema.org/draft/2020-12/schema"}};
-    const auto& members = std::get<JSON::OBJECT>(schema.value());
-    for (std::size_t i = 0; i < members.names.size(); ++i) {
-        document[members.names[i]] = members.values[i];
-    }
+    document.append(schema);
     document["$defs"] = definitions;
     return document;
 }

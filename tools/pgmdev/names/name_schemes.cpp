@@ -65,8 +65,11 @@ std::optional<NUMBER> if_called(NUMBER number, const std::string& name) {
     return upper_name(number) == name ? std::optional(number) : std::nullopt;
 }
 
-std::optional<int> part_called(const std::string& name) {
-    return if_called(dstr_get_dev_part_enum_by_string(name.c_str()), name);
+/// Names that are converted to the same one mostly come in the order of their parts: the next one is looked at before all of
+/// them are searched.
+std::optional<int> part_called(const std::string& name, int previous) {
+    const int next = previous + 1;
+    return dstr_get_user_string(next) == name ? next : if_called(dstr_get_dev_part_enum_by_string(name.c_str()), name);
 }
 
 std::optional<DEV_DEVICE_ENUM> device_called(const std::string& name) {
@@ -117,21 +120,35 @@ DEVICES devices_named(const std::string& name) {
     return devices;
 }
 
-/// By number, each part once, with all of its schemes.
-std::vector<NAMED_PART> merged(std::vector<NAMED_PART> parts) {
-    // Most are in order already, first those with names of their own and then those of devices: what quicksort is slow at.
-    std::stable_sort(parts.begin(), parts.end(),
-                     [](const NAMED_PART& left, const NAMED_PART& right) { return left.number < right.number; });
-    std::vector<NAMED_PART> once;
-    for (const NAMED_PART& part : parts) {
-        if (once.empty() || once.back().number != part.number) {
-            once.push_back(part);
-        } else {
-            once.back().schemes |= part.schemes;
+/// Parts by number, each once, with all of its schemes. Most come in that order: first those with names of their own, then those
+/// of devices.
+class NUMBERED_PARTS {
+public:
+    void add(int number, SCHEME_SET schemes) {
+        if (!has_its_place_next(number)) {
+            const auto is_lower = [](const NAMED_PART& part, int other) { return part.number < other; };
+            const auto place = std::lower_bound(m_parts.begin(), m_parts.end(), number, is_lower);
+            m_next = static_cast<std::size_t>(place - m_parts.begin());
         }
+        if (m_next == m_parts.size() || m_parts[m_next].number != number) {
+            m_parts.insert(m_parts.begin() + static_cast<std::ptrdiff_t>(m_next), {number, {}});
+        }
+        m_parts[m_next++].schemes |= schemes;
     }
-    return once;
-}
+
+    /// The number of the part that was added last.
+    int last() const { return m_next == 0 ? DEV_PART_INVALID : m_parts[m_next - 1].number; }
+
+    std::vector<NAMED_PART>&& list() && { return std::move(m_parts); }
+
+private:
+    bool has_its_place_next(int number) const {
+        return last() < number && (m_next == m_parts.size() || number <= m_parts[m_next].number);
+    }
+
+    std::vector<NAMED_PART> m_parts;
+    std::size_t m_next = 0;  ///< the place behind the part that was added last
+};
 
 /// Lists of the names that parts may have: some belong to parts that the device library does not list.
 constexpr std::array POSSIBLE_NAMES{converted_names, part_names, device_names, family_names};
@@ -142,10 +159,10 @@ std::vector<NAMED_PART> NAME_SCHEMES::parts_named(const std::string& name) {
     if (name.empty()) {
         return {};
     }
-    std::vector<NAMED_PART> parts;
+    NUMBERED_PARTS parts;
     const auto add = [this, &parts](const std::string& part, SCHEME scheme) {
-        if (const auto number = part_called(part); number && m_entries.lists(*number)) {
-            parts.push_back({*number, only(scheme)});
+        if (const auto number = part_called(part, parts.last()); number && m_entries.lists(*number)) {
+            parts.add(*number, only(scheme));
         }
     };
     add(name, SCHEME::NAME);
@@ -158,10 +175,10 @@ std::vector<NAMED_PART> NAME_SCHEMES::parts_named(const std::string& name) {
     }
     for (const auto& [device, schemes] : devices_named(name)) {
         for (const int part : m_entries.parts_of(device)) {
-            parts.push_back({part, schemes});
+            parts.add(part, schemes);
         }
     }
-    return merged(std::move(parts));
+    return std::move(parts).list();
 }
 
 NAME_MEANING NAME_SCHEMES::meaning_of(std::string name) {

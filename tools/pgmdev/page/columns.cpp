@@ -133,20 +133,15 @@ JSON shortest(const std::vector<JSON>& column) {
 
 JSON in_columns(const std::vector<JSON>& rows) {
     JSON columns = JSON::array();
-    const std::vector<std::string> names =
-        rows.empty() ? std::vector<std::string>() : std::get<JSON::OBJECT>(rows.front().value()).names;
+    const std::vector<std::string> names = rows.empty() ? std::vector<std::string>() : rows.front().members().names;
     for (std::size_t i = 0; i < names.size(); ++i) {
         std::vector<JSON> values;
         values.reserve(rows.size());
         for (const JSON& row : rows) {
-            values.push_back(std::get<JSON::OBJECT>(row.value()).values.at(i));
+            values.push_back(row.members().values.at(i));
         }
         JSON column{{"name", names[i]}};
-        const JSON way = shortest(values);
-        const auto& members = std::get<JSON::OBJECT>(way.value());
-        for (std::size_t member = 0; member < members.names.size(); ++member) {
-            column[members.names[member]] = members.values[member];
-        }
+        column.append(shortest(values));
         columns.push_back(column);
     }
     return {{"rows", rows.size()}, {"columns", columns}};

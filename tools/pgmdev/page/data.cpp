@@ -57,7 +57,7 @@ JSON evidence_data(const std::vector<FLASH_ROW>& rows) {
     bool is_there = true;
     for (const FLASH_ROW& row : rows) {
         const JSON& groups = support.emplace_back(support_json(evidence.of(row.record)));
-        is_there = is_there && !std::get<JSON::OBJECT>(groups.value()).names.empty();
+        is_there = is_there && !groups.members().names.empty();
     }
     return is_there ? in_columns(support) : JSON();
 }

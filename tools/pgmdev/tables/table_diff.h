@@ -112,9 +112,8 @@ std::vector<MEMBER_CHANGE> member_changes(const RECORD& before, const RECORD& af
         std::string text_before = KIND::cell(member, before);
         std::string text_after = KIND::cell(member, after);
         if (text_before != text_after) {
-            changes.push_back({member.name, member.unit, std::get<JSON::OBJECT>(values_before.value()).values[i],
-                               std::get<JSON::OBJECT>(values_after.value()).values[i], std::move(text_before),
-                               std::move(text_after)});
+            changes.push_back({member.name, member.unit, values_before.members().values[i],
+                               values_after.members().values[i], std::move(text_before), std::move(text_after)});
         }
     }
     return changes;

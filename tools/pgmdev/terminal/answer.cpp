@@ -15,10 +15,7 @@ namespace {
 
 JSON answer_json(const JSON& query, const ANSWER& answer) {
     JSON object{{"query", query}, {"found", answer.found}};
-    const auto& content = std::get<JSON::OBJECT>(answer.content.value());
-    for (std::size_t i = 0; i < content.names.size(); ++i) {
-        object[content.names[i]] = content.values[i];
-    }
+    object.append(answer.content);
     if (!answer.found) {
         object["candidates"] = answer.candidates;
     }

@@ -13,28 +13,34 @@ namespace {
 
 using DOCUMENT = nlohmann::ordered_json;
 
+DOCUMENT document_of(const JSON& json);
+
+DOCUMENT::array_t document_of(const JSON::ARRAY& array) {
+    DOCUMENT::array_t elements;
+    elements.reserve(array.size());
+    std::transform(array.begin(), array.end(), std::back_inserter(elements),
+                   [](const JSON& element) { return document_of(element); });
+    return elements;
+}
+
+DOCUMENT::object_t document_of(const JSON::OBJECT& object) {
+    DOCUMENT::object_t members;
+    members.reserve(object.names.size());
+    for (std::size_t i = 0; i < object.names.size(); ++i) {
+        // Without looking whether the name is there, which it is once.
+        members.Container::emplace_back(object.names[i], document_of(object.values[i]));
+    }
+    return members;
+}
+
 DOCUMENT document_of(const JSON& json) {
     return std::visit(
-        [](const auto& value) {
-            using VALUE = std::remove_cvref_t<decltype(value)>;
-            DOCUMENT document;
-            if constexpr (std::is_same_v<VALUE, JSON::ARRAY>) {
-                DOCUMENT::array_t elements;
-                elements.reserve(value.size());
-                std::transform(value.begin(), value.end(), std::back_inserter(elements), document_of);
-                document = std::move(elements);
-            } else if constexpr (std::is_same_v<VALUE, JSON::OBJECT>) {
-                DOCUMENT::object_t object;
-                object.reserve(value.names.size());
-                for (std::size_t i = 0; i < value.names.size(); ++i) {
-                    // Without looking whether the name is there, which it is once.
-                    object.Container::emplace_back(value.names[i], document_of(value.values[i]));
-                }
-                document = std::move(object);
+        [](const auto& value) -> DOCUMENT {
+            if constexpr (requires { *value; }) {
+                return document_of(*value);
             } else {
-                document = value;
+                return value;
             }
-            return document;
         },
         json.value());
 }
@@ -49,7 +55,7 @@ std::string text_of(const JSON& json, int indentation) {
 }  // namespace
 
 JSON::JSON(std::initializer_list<MEMBER> members) : m_value(OBJECT()) {
-    auto& object = std::get<OBJECT>(m_value);
+    OBJECT& object = std::get<SHARED<OBJECT>>(m_value).own();
     object.names.reserve(members.size());
     object.values.reserve(members.size());
     for (const MEMBER& member : members) {
@@ -59,20 +65,27 @@ JSON::JSON(std::initializer_list<MEMBER> members) : m_value(OBJECT()) {
 }
 
 void JSON::push_back(JSON value) {
-    std::get<ARRAY>(m_value).push_back(std::move(value));
+    std::get<SHARED<ARRAY>>(m_value).own().push_back(std::move(value));
 }
 
 JSON& JSON::operator[](std::string_view name) {
     if (std::holds_alternative<std::nullptr_t>(m_value)) {
         m_value = OBJECT();
     }
-    auto& object = std::get<OBJECT>(m_value);
+    OBJECT& object = std::get<SHARED<OBJECT>>(m_value).own();
     const auto found = std::find(object.names.begin(), object.names.end(), name);
     if (found != object.names.end()) {
         return object.values[static_cast<std::size_t>(found - object.names.begin())];
     }
     object.names.emplace_back(name);
     return object.values.emplace_back();
+}
+
+void JSON::append(const JSON& object) {
+    const OBJECT& members = object.members();
+    for (std::size_t i = 0; i < members.names.size(); ++i) {
+        (*this)[members.names[i]] = members.values[i];
+    }
 }
 
 std::string json_text(const JSON& value) {

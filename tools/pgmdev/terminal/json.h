@@ -5,6 +5,7 @@
 
 #include <concepts>
 #include <initializer_list>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -14,7 +15,28 @@
 
 #include "pgmdev_types.h"
 
-/// One JSON value. The members of an object stay in the order in which they were added.
+/// What copies have in common until one of them is changed.
+template <class CONTENT>
+class SHARED {
+public:
+    SHARED(CONTENT content) : m_content(std::make_shared<CONTENT>(std::move(content))) {}
+
+    const CONTENT& operator*() const { return *m_content; }
+
+    /// To be changed, in this copy only.
+    CONTENT& own() {
+        if (m_content.use_count() > 1) {
+            m_content = std::make_shared<CONTENT>(*m_content);
+        }
+        return *m_content;
+    }
+
+private:
+    std::shared_ptr<CONTENT> m_content;
+};
+
+/// One JSON value. The members of an object stay in the order in which they were added. Copies take no time: schemas are put
+/// together from copies of copies.
 class JSON {
 public:
     struct MEMBER;
@@ -23,7 +45,7 @@ public:
         std::vector<std::string> names;
         std::vector<JSON> values;
     };
-    using VALUE = std::variant<std::nullptr_t, bool, QWORD, std::string, ARRAY, OBJECT>;
+    using VALUE = std::variant<std::nullptr_t, bool, QWORD, std::string, SHARED<ARRAY>, SHARED<OBJECT>>;
 
     JSON() = default;  ///< null
     JSON(std::nullptr_t) {}
@@ -46,8 +68,12 @@ public:
     void push_back(JSON value);
     /// The member of that name, which is added when there is none. Null becomes an object.
     JSON& operator[](std::string_view name);
+    /// Takes the members of another object, in place of those with the same names.
+    void append(const JSON& object);
 
     const VALUE& value() const { return m_value; }
+    /// Of an object.
+    const OBJECT& members() const { return *std::get<SHARED<OBJECT>>(m_value); }
 
 private:
     VALUE m_value;

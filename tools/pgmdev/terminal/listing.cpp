@@ -60,7 +60,7 @@ std::vector<std::string> fields_of(const JSON& row, const ARGUMENTS& given) {
 }
 
 JSON with_fields(const JSON& object, const std::vector<std::string>& fields) {
-    const auto& members = std::get<JSON::OBJECT>(object.value());
+    const auto& members = object.members();
     JSON chosen = JSON::object();
     for (const std::string& field : fields) {
         const auto found = std::find(members.names.begin(), members.names.end(), field);
@@ -91,7 +91,7 @@ std::string cell_of(const JSON& value) {
 
 std::vector<std::string> cells_of(const JSON& row, std::string (*cell)(const JSON& value) = cell_of) {
     std::vector<std::string> cells;
-    for (const JSON& value : std::get<JSON::OBJECT>(row.value()).values) {
+    for (const JSON& value : row.members().values) {
         cells.push_back(cell(value));
     }
     return cells;

@@ -86,11 +86,11 @@ std::string printable(const std::string& text) {
     return shown;
 }
 
-std::string printable_json(std::string_view json) {
+std::string printable_json(std::string json) {
     constexpr char DELETE = '\x7F';
     const auto is_plain = [](char c) { return c >= '\0' && c < DELETE; };
     if (std::all_of(json.begin(), json.end(), is_plain)) {
-        return std::string(json);
+        return json;
     }
     std::string shown;
     for (std::size_t place = 0; place < json.size();) {

@@ -11,7 +11,7 @@
 std::string printable(const std::string& text);
 
 /// JSON in which such characters are escaped as JSON has it: the same values to every reader of JSON.
-std::string printable_json(std::string_view json);
+std::string printable_json(std::string json);
 
 /// A text as a cell of CSV: printable, and with an apostrophe before what a spreadsheet would take for a formula.
 std::string printable_cell(const std::string& text);

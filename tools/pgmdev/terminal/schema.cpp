@@ -106,10 +106,10 @@ JSON with_members(JSON object_schema, const std::vector<SCHEMA_MEMBER>& members)
 }
 
 std::vector<std::string> member_names(const JSON& object_schema) {
-    const auto& schema = std::get<JSON::OBJECT>(object_schema.value());
+    const auto& schema = object_schema.members();
     for (std::size_t i = 0; i < schema.names.size(); ++i) {
         if (schema.names[i] == "properties") {
-            return std::get<JSON::OBJECT>(schema.values[i].value()).names;
+            return schema.values[i].members().names;
         }
     }
     return {};

@@ -16,8 +16,8 @@
 class PGMDEV_EXPORT PGMDEV_DEV_INFO_TABLE {
 public:
     /// Reads a source table and finds all its faults: in line order, those of the format first, then those of sound rows
-    /// as rows, and (only where the format has none) those of all rows together. The part list of the installation tells which programmer files exist.
-    /// Reports nothing; a file that cannot be read is a fault.
+    /// as rows, and (only where the format has none) those of all rows together. The part list of the installation tells
+    /// which programmer files exist. Reports nothing; a file that cannot be read is a fault.
     static PGMDEV_DEV_INFO_TABLE from_source(const FIO_PATH& csv_file);
 
     /// Reads a packed database. A damaged file is reported as an internal error, exactly as by PGMDEV_DEV_INFO_MANAGER;

@@ -16,7 +16,8 @@
 class PGMDEV_EXPORT PGMDEV_FLASH_TABLE {
 public:
     /// Reads a source table and finds all its faults: in line order, those of the format first, then those of sound rows
-    /// as rows, and (only where the format has none) those of all rows together. Reports nothing; a file that cannot be read is a fault.
+    /// as rows, and (only where the format has none) those of all rows together. Reports nothing; a file that cannot be
+    /// read is a fault.
     static PGMDEV_FLASH_TABLE from_source(const FIO_PATH& csv_file);
 
     /// Reads a packed database. A damaged file is reported as an internal error, exactly as by PGMDEV_FLASH_MANAGER; a

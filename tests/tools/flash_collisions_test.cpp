@@ -285,6 +285,10 @@ TEST(flash_collisions, MappingByHandRefusesWhatItCannotMap) {
     refused({"EF4017", "--as", "x=W25Q64JV"}, "is not a device position");
     refused({"EF4017", "--as", "0=W25Q128J"}, "no flash is named \"W25Q128J\"; did you mean W25Q128JV");
     refused({"-", "--as", "0=W25Q64JV"}, "--as goes with the responses of a chain");
+    refused({"EF4017", "--as", "0=W25Q64JV", "--as", "0=W25Q64BV"},
+            "the device at position 0 is mapped more than once");
+    refused({"--log", "-", "--silicon"}, "--silicon goes with responses HEX");
+    refused({"--system", "--silicon"}, "--system goes with no other way to identify");
     refused({}, "expected one of HEX, --log and --system");
     refused({"EF4017", "--log", "-"}, "expected one of HEX, --log and --system");
 }

@@ -136,6 +136,18 @@ TEST(flash_companions, CheckRefusesARowWithoutEvidence) {
     }
 }
 
+TEST(flash_companions, CheckTellsEvidenceThatNoRowTakes) {
+    const std::string line = "CHIP,17@2 40@1 EF@0,family,family\n";
+    for (const std::string& other : {std::string("OTHER,17@2 40@1 EF@0,family,family\n"), line}) {
+        const PROCESS_RESULT result = check_with(other + line);
+        EXPECT_EQ(result.exit_code, DONE);
+        EXPECT_THAT(result.errors, HasSubstr("warning"));
+        EXPECT_THAT(result.errors,
+                    HasSubstr("line 2 of sources.csv supports no row, or a later one is the same row's"));
+    }
+    EXPECT_EQ(check_with(line).errors.find("sources.csv"), std::string::npos);
+}
+
 TEST(flash_companions, CheckRefusesEvidenceOfNoKnownClass) {
     for (const char* cell : {"hearsay", "", "two", "family:linux", "one:"}) {
         const std::string line = std::string("CHIP,17@2 40@1 EF@0,") + cell + ",family\n";

@@ -6,6 +6,7 @@
 #include <cstdio>
 #include <exception>
 #include <new>
+#include <system_error>
 
 #include "cfg.h"
 #include "configuration/warnings.h"
@@ -66,6 +67,10 @@ EXIT_CODE carry_out(const std::vector<std::string>& arguments, COMMAND& command)
     return fail(internal_error(error.report()), EXIT_INTERNAL_ERROR, command);
 } catch (const std::bad_alloc&) {
     return fail({FAILURE_CODE::INTERNAL, "no memory is left", "", {}, "", {}}, EXIT_INTERNAL_ERROR, command);
+} catch (const std::system_error& error) {
+    const bool is_output = std::ferror(stdout) != 0;  // which those who print call a file
+    const std::string what = is_output ? "standard output cannot be written: " + error.code().message() : error.what();
+    return fail({FAILURE_CODE::INTERNAL, what, "", {}, "", {}}, EXIT_INTERNAL_ERROR, command);
 } catch (const std::exception& error) {
     return fail({FAILURE_CODE::INTERNAL, error.what(), "", {}, "", {}}, EXIT_INTERNAL_ERROR, command);
 }

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <array>
 #include <map>
+#include <set>
 #include <sstream>
 
 #include "tables/notes_files.h"
@@ -124,11 +125,21 @@ TABLE_SUPPORT FLASH_EVIDENCE::support_of(const std::vector<PGMDEV_SFL_FLASH_INFO
                 list_fault("", fmt::format("as many cells in line {} of sources.csv as in its first", line.number)));
         }
     }
+    std::set<std::size_t> looked_at;                                    // lines
     std::map<std::pair<std::string, std::string>, std::size_t> counts;  // group and class
     for (const PGMDEV_SFL_FLASH_INFO& record : records) {
         check(record, support.faults);
+        looked_at.insert(line_of(key_of(record)).number);
         for (const FLASH_SUPPORT& group : of(record)) {
             ++counts[{group.group, group.evidence}];
+        }
+    }
+    for (const CSV_LINE& line : records.empty() ? std::vector<CSV_LINE>() : m_list.lines()) {
+        if (m_list.has_all_cells(line) && !looked_at.contains(line.number)) {
+            support.faults.push_back(list_fault(
+                std::string(line.first),
+                fmt::format("line {} of sources.csv supports no row, or a later one is the same row's", line.number),
+                PGMDEV_TABLE_FAULT::SEVERITY::WARNING));
         }
     }
     for (const std::string& group : m_groups) {

@@ -214,6 +214,9 @@ void map_by_hand(const std::string& assignment, std::vector<FLASH_QUESTION>& que
         throw USAGE_ERROR(fmt::format("there is no device at position {}: the last is {}", position,
                                       static_cast<int>(questions.size()) - 1));
     }
+    if (!questions[position].by_hand.empty()) {
+        throw USAGE_ERROR(fmt::format("the device at position {} is mapped more than once", position));
+    }
     questions[position].by_hand = assignment.substr(sign + 1);
 }
 
@@ -221,13 +224,16 @@ void map_by_hand(const std::string& assignment, std::vector<FLASH_QUESTION>& que
 
 void identify_flash(const ARGUMENTS& given, COMMAND& command) {
     const std::vector<std::string>& responses = given.texts("HEX");
-    if (given.has("--system") && (given.has("--log") || given.has("--sfdp") || given.has("--as"))) {
+    const bool silicon = given.has("--silicon");
+    if (given.has("--system") && (given.has("--log") || given.has("--sfdp") || given.has("--as") || silicon)) {
         throw USAGE_ERROR("--system goes with no other way to identify");
     }
     if (given.has("HEX") == given.has("--log") && !given.has("--system")) {
         throw USAGE_ERROR("expected one of HEX, --log and --system");
     }
-    const bool silicon = given.has("--silicon");
+    if (silicon && given.has("--log")) {
+        throw USAGE_ERROR("--silicon goes with responses HEX");
+    }
     const bool batch = responses.size() == 1 && responses.front() == BATCH;
     if (!batch && std::find(responses.begin(), responses.end(), BATCH) != responses.end()) {
         throw USAGE_ERROR("- reads all responses from standard input: no other one stands beside it");

@@ -19,6 +19,10 @@ constexpr const char* NOTE_KEY = "note";
 }  // namespace
 
 bool NOTES_FAULTS::has_fault() const {
+    return ::has_fault(faults);
+}
+
+bool has_fault(const std::vector<PGMDEV_TABLE_FAULT>& faults) {
     return std::any_of(faults.begin(), faults.end(), [](const PGMDEV_TABLE_FAULT& fault) {
         return fault.severity == PGMDEV_TABLE_FAULT::SEVERITY::FAULT;
     });

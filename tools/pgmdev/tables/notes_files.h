@@ -20,6 +20,9 @@ struct NOTES_FAULTS {
     bool has_fault() const;
 };
 
+/// Whether one of them is more than a warning.
+bool has_fault(const std::vector<PGMDEV_TABLE_FAULT>& faults);
+
 /// A fault of a list that goes with a table: about one of its rows, or "".
 PGMDEV_TABLE_FAULT list_fault(const std::string& row, std::string expected,
                               PGMDEV_TABLE_FAULT::SEVERITY severity = PGMDEV_TABLE_FAULT::SEVERITY::FAULT);

@@ -77,7 +77,7 @@ void check_table(const ARGUMENTS& given, COMMAND& command) {
     const bool remarkable =
         !faults.empty() || !unused.empty() ||
         std::any_of(notes.begin(), notes.end(), [](const NOTES_FAULTS& each) { return !each.faults.empty(); });
-    if (table.has_faults() || !support.faults.empty() || notes_have_faults || !accepted.malformed.empty() ||
+    if (table.has_faults() || has_fault(support.faults) || notes_have_faults || !accepted.malformed.empty() ||
         (given.has("--strict") && remarkable)) {
         command.result = EXIT_INTERNAL_ERROR;
     }
@@ -101,7 +101,7 @@ void check_table(const ARGUMENTS& given, COMMAND& command) {
             document["evidence"] = support.shares;
         }
         print_json(document);
-    } else if (!table.has_faults() && support.faults.empty()) {
+    } else if (!table.has_faults() && !has_fault(support.faults)) {
         print_sizes(table);
         for (const std::string& line : support.lines) {
             fmt::print("{}\n", line);

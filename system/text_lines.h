@@ -13,6 +13,11 @@ inline std::string_view without_byte_order_mark(std::string_view text) {
     return text.substr(text.starts_with(BYTE_ORDER_MARK) ? BYTE_ORDER_MARK.size() : 0);
 }
 
+/// Whether a text begins as one in UTF-16 does.
+inline bool is_utf_16(std::string_view text) {
+    return text.starts_with("\xFF\xFE") || text.starts_with("\xFE\xFF");
+}
+
 /// Calls `use` for each line, as std::string_view without its line feed; what stands behind the last one counts as a
 /// line unless it is empty.
 template <class USE>

@@ -148,6 +148,20 @@ TEST(flash_companions, CheckTellsEvidenceThatNoRowTakes) {
     EXPECT_EQ(check_with(line).errors.find("sources.csv"), std::string::npos);
 }
 
+TEST(flash_companions, SuchEvidenceCanBeAccepted) {
+    const SCRATCH scratch;
+    FLASH_SOURCE source;
+    const std::string file = scratch.write("table.csv", source.row(ROW).text());
+    const std::string line = "17@2 40@1 EF@0,family,family\n";
+    scratch.write("sources.csv", GROUPS + ("CHIP," + line) + "LATER," + line);
+    scratch.write("table.csv.accepted", "LATER - * # comes with the next table\n");
+    const PROCESS_RESULT result = run_command({"--json", "flash", "check", file});
+    EXPECT_EQ(result.exit_code, DONE);
+    const JSON answer = json_of(result.output);
+    EXPECT_EQ(answer.at("unused").size(), 0U);
+    EXPECT_EQ(answer.at("accepted").back().at("why"), "comes with the next table");
+}
+
 TEST(flash_companions, CheckRefusesEvidenceOfNoKnownClass) {
     for (const char* cell : {"hearsay", "", "two", "family:linux", "one:"}) {
         const std::string line = std::string("CHIP,17@2 40@1 EF@0,") + cell + ",family\n";

@@ -189,15 +189,30 @@ TEST(flash_log, ReadsAFile) {
                    {"the log cannot be read: it is a directory: "});
 }
 
-TEST(flash_log, ReadsUtf16) {
-    std::string log("\xFF\xFE");
-    for (const char character : std::string("starting\r\nJEDEC ID: EF4018\r\n")) {
-        log += character;
-        log += '\0';
+TEST(flash_log, ReadsUtf16AndPassesOverMarks) {
+    for (const auto& [before, line] : {std::pair("starting\r\n", 2), std::pair("", 1)}) {
+        const std::string text = before + std::string("JEDEC ID: EF4018\r\n");
+        std::string little("\xFF\xFE");
+        std::string big("\xFE\xFF");
+        for (const char character : text) {
+            (little += character) += '\0';
+            (big += '\0') += character;
+        }
+        for (const std::string& log : {little, big, "\xEF\xBB\xBF" + text}) {
+            const PROCESS_RESULT result = found_in(log);
+            EXPECT_EQ(result.exit_code, DONE) << result.errors;
+            const JSON told = json_of(result.output).at("log");
+            EXPECT_EQ(told.at("line"), line);
+            EXPECT_EQ(told.at("text"), "JEDEC ID: EF4018");
+        }
     }
-    const PROCESS_RESULT result = found_in(log);
-    EXPECT_EQ(result.exit_code, DONE) << result.errors;
-    const JSON told = json_of(result.output).at("log");
-    EXPECT_EQ(told.at("line"), 2);
-    EXPECT_EQ(told.at("text"), "JEDEC ID: EF4018");
+}
+
+// It may stand for something that was lost.
+TEST(flash_log, KeepsABinaryZeroOfOtherLogs) {
+    EXPECT_NE(found_in(std::string("JEDEC ID: EF40\0"
+                                   "18\n",
+                                   18))
+                  .exit_code,
+              DONE);
 }

@@ -238,6 +238,8 @@ TEST(flash_define_fields, SayHowAFileIsNamed) {
     expect_failure(run_command({"flash", "define", file}), WRONG_USAGE,
                    {"\"" + file + "\", accepted: FIELD=VALUE; a file is written @" + file + "\n"});
     expect_failure(run_command({"flash", "define", file + ".none"}), WRONG_USAGE, {".none\", accepted: FIELD=VALUE\n"});
+    expect_failure(run_command({"flash", "define", scratch.directory().string()}), WRONG_USAGE,
+                   {"\", accepted: FIELD=VALUE\n"});
 }
 
 TEST(flash_define_fields, TakeUpToThreeChips) {
@@ -343,6 +345,23 @@ TEST(flash_define_save, KeepsAByteOrderMark) {
     std::ifstream saved(file, std::ios::binary);
     EXPECT_EQ(std::string(std::istreambuf_iterator<char>(saved), {}),
               "\xEF\xBB\xBFPGM_USER_SFL_FLASH_INFO = " + defined() + "\nOTHER=1\n");
+}
+
+TEST(flash_define_save, LeavesUtf16AsItIs) {
+    const SCRATCH scratch;
+    const std::string chip = scratch.write("chip.txt", chip_text(CHIP_LINES));
+    const std::string wide(
+        "\xFF\xFE"
+        "A\0=\0"
+        "1\0\n\0",
+        10);
+    const std::string file = scratch.write("own.conf", wide);
+    const PROCESS_RESULT run =
+        run_process({{TEST_COMMAND, "flash", "define", "@" + chip, "--save"}, "", {{"TESSARY_CONFIG_FILE", file}}, {}});
+    EXPECT_EQ(run.exit_code, INTERNAL_ERROR);
+    EXPECT_NE(run.errors.find("the configuration file is UTF-16, and is not changed"), std::string::npos) << run.errors;
+    std::ifstream saved(file, std::ios::binary);
+    EXPECT_EQ(std::string(std::istreambuf_iterator<char>(saved), {}), wide);
 }
 
 TEST(flash_reseal, SignsForThisBuild) {

@@ -35,8 +35,9 @@ std::unique_ptr<GRAMMAR_STORE> build_grammar_store(const COMPILED_DATA_SET& set)
     auto store = std::make_unique<GRAMMAR_STORE>();
     const char* text = set.text;
     std::span<const std::uint32_t> index = set.index;
-    store->entries_have_one_key = !index.empty() && is_known(set);
-    if (!store->entries_have_one_key) {
+    const bool is_compiled_in = !index.empty() && is_known(set);
+    store->entries_have_one_key = is_compiled_in;
+    if (!is_compiled_in) {
         DATA_CONTAINER container = open_container(set);
         text = reinterpret_cast<const char*>(container.data.get());
         for (const GRAMMAR_PLACES& places : parse_grammar(container)) {

@@ -46,6 +46,14 @@ CONFIGURATION_LINES lines_of(const PLACE& place) {
                                "make it readable, or name another one with TESSARY_CONFIG_FILE",
                                {}});
     }
+    if (is_utf_16(text)) {
+        throw COMMAND_FAILURE({FAILURE_CODE::CONFIGURATION_UNREADABLE,
+                               "the configuration file is UTF-16, and is not changed",
+                               place.path,
+                               place.tried,
+                               "save it as UTF-8, or name another one with TESSARY_CONFIG_FILE",
+                               {}});
+    }
     file.beginning = text.substr(0, text.size() - without_byte_order_mark(text).size());
     for (std::size_t begin = file.beginning.size(); begin < text.size();) {
         const std::size_t feed = text.find('\n', begin);

@@ -150,7 +150,7 @@ void add_file_settings(const PLACE& place, std::vector<SETTING>& settings, WARNI
                                "make it readable, or name another one with TESSARY_CONFIG_FILE",
                                {}});
     }
-    if (contents.starts_with("\xFF\xFE") || contents.starts_with("\xFE\xFF")) {
+    if (is_utf_16(contents)) {
         warnings.add(place.path, "it is UTF-16, and nothing of it counts: save it as UTF-8");
         return;
     }

@@ -110,7 +110,8 @@ CHIP_TEXT chip_of_arguments(const std::vector<std::string>& assignments, std::ve
     for (const std::string& assignment : assignments) {
         const std::size_t equals = assignment.find('=');
         if (equals == std::string::npos || equals == 0) {
-            const bool is_file = !inspect_file(assignment, 0).missing;
+            const INSPECTED_FILE inspected = inspect_file(assignment, 0);
+            const bool is_file = !inspected.missing && inspected.obstacle.empty();
             faults.push_back(
                 {"", "", assignment, "FIELD=VALUE", is_file ? fmt::format("a file is written @{}", assignment) : ""});
             continue;

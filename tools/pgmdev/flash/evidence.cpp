@@ -92,14 +92,14 @@ std::vector<FLASH_SUPPORT> FLASH_EVIDENCE::of(const PGMDEV_SFL_FLASH_INFO& recor
     return support;
 }
 
-void FLASH_EVIDENCE::check(const PGMDEV_SFL_FLASH_INFO& record, std::vector<PGMDEV_TABLE_FAULT>& faults) const {
+std::size_t FLASH_EVIDENCE::check(const PGMDEV_SFL_FLASH_INFO& record, std::vector<PGMDEV_TABLE_FAULT>& faults) const {
     const KEY key = key_of(record);
     const auto [number, cells] = line_of(key);
     if (number == 0) {
         faults.push_back(
             list_fault(record.device_name,
                        fmt::format("what supports the row: a line {},{},... in sources.csv", key.first, key.second)));
-        return;
+        return number;
     }
     for (std::size_t i = 0; i < cells.size(); ++i) {
         const std::string& cell = cells[i];
@@ -111,6 +111,7 @@ void FLASH_EVIDENCE::check(const PGMDEV_SFL_FLASH_INFO& record, std::vector<PGMD
                                                     m_groups[i], number, cell)));
         }
     }
+    return number;
 }
 
 TABLE_SUPPORT FLASH_EVIDENCE::support_of(const std::vector<PGMDEV_SFL_FLASH_INFO>& records) const {
@@ -128,14 +129,14 @@ TABLE_SUPPORT FLASH_EVIDENCE::support_of(const std::vector<PGMDEV_SFL_FLASH_INFO
     std::set<std::size_t> looked_at;                                    // lines
     std::map<std::pair<std::string, std::string>, std::size_t> counts;  // group and class
     for (const PGMDEV_SFL_FLASH_INFO& record : records) {
-        check(record, support.faults);
-        looked_at.insert(line_of(key_of(record)).number);
+        looked_at.insert(check(record, support.faults));
         for (const FLASH_SUPPORT& group : of(record)) {
             ++counts[{group.group, group.evidence}];
         }
     }
-    for (const CSV_LINE& line : records.empty() ? std::vector<CSV_LINE>() : m_list.lines()) {
-        if (m_list.has_all_cells(line) && !looked_at.contains(line.number)) {
+    for (const CSV_LINE& line : m_list.lines()) {
+        // Without records, the form of the table has faults.
+        if (!records.empty() && m_list.has_all_cells(line) && !looked_at.contains(line.number)) {
             support.faults.push_back(list_fault(
                 std::string(line.first),
                 fmt::format("line {} of sources.csv supports no row, or a later one is the same row's", line.number),

@@ -46,7 +46,8 @@ private:
 
     /// The last line that has the key.
     EVIDENCE_LINE line_of(const KEY& key) const;
-    void check(const PGMDEV_SFL_FLASH_INFO& record, std::vector<PGMDEV_TABLE_FAULT>& faults) const;
+    /// Adds what is wrong with what supports a row. The number of the line that does; 0: none.
+    std::size_t check(const PGMDEV_SFL_FLASH_INFO& record, std::vector<PGMDEV_TABLE_FAULT>& faults) const;
 
     CSV_LINES m_list;
     std::vector<std::string> m_groups;

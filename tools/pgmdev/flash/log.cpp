@@ -7,6 +7,7 @@
 #include <string_view>
 
 #include "flash/log_line.h"
+#include "text_lines.h"
 
 namespace {
 
@@ -29,7 +30,7 @@ bool read_line(std::istream& log, std::string& line, std::size_t& left) {
         if (c == '\n') {
             break;
         }
-        if (line.size() < LONGEST_LINE && c != '\r' && c != '\0') {  // what is left of UTF-16 are its characters
+        if (line.size() < LONGEST_LINE && c != '\r') {
             line += static_cast<char>(c);
         }
     }
@@ -106,8 +107,16 @@ std::vector<LOG_FINDING> find_in_log(std::istream& log) {
     std::size_t number = 0;
     std::size_t announced = 0;  // in that line; 0: nowhere
     std::size_t left = MOST_CHARACTERS;
+    bool in_utf_16 = false;  // as PowerShell writes what it redirects
     for (std::string line; read_line(log, line, left);) {
         ++number;
+        if (number == 1) {
+            in_utf_16 = is_utf_16(line);
+            line.erase(0, in_utf_16 ? 2 : line.size() - without_byte_order_mark(line).size());
+        }
+        if (in_utf_16) {
+            std::erase(line, '\0');  // what is left of ASCII are its characters
+        }
         if (line.size() < SHORTEST_LINE) {
             continue;
         }

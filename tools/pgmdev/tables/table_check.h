@@ -50,6 +50,8 @@ void check_table(const ARGUMENTS& given, COMMAND& command) {
     const auto table = KIND::TABLE::from_source(csv_file);
     std::vector<PGMDEV_TABLE_FAULT> faults = table.faults();
     suggest_names<KIND>(faults);
+    const TABLE_SUPPORT support = KIND::support_of(csv_file, table.records());
+    faults.insert(faults.end(), support.faults.begin(), support.faults.end());
     ACCEPTED_WARNINGS accepted = read_accepted_warnings(csv_file);
     JSON accepted_faults = JSON::array();
     std::erase_if(faults, [&](const PGMDEV_TABLE_FAULT& fault) {
@@ -61,13 +63,11 @@ void check_table(const ARGUMENTS& given, COMMAND& command) {
         }
         return entry != nullptr;
     });
-    auto hints =
-        std::any_of(faults.begin(), faults.end(), is_of_form) ? hints_at_causes(csv_file) : std::vector<std::string>();
+    const bool has_a_broken_form = std::any_of(table.faults().begin(), table.faults().end(), is_of_form);
+    auto hints = has_a_broken_form ? hints_at_causes(csv_file) : std::vector<std::string>();
     if (std::any_of(faults.begin(), faults.end(), is_of_part_list)) {
         hints.push_back(failure_text(part_list_failure()));
     }
-    const TABLE_SUPPORT support = KIND::support_of(csv_file, table.records());
-    faults.insert(faults.end(), support.faults.begin(), support.faults.end());
     // Where the form is broken, not all warnings were looked for.
     const std::vector<ACCEPTED_WARNING> unused =
         table.records().empty() ? std::vector<ACCEPTED_WARNING>() : unused_entries(accepted);

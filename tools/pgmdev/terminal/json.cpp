@@ -81,7 +81,7 @@ JSON& JSON::operator[](std::string_view name) {
     return object.values.emplace_back();
 }
 
-void JSON::append(const JSON& object) {
+void JSON::append(JSON object) {  // a copy, so that it may also be a part of this one
     const OBJECT& members = object.members();
     for (std::size_t i = 0; i < members.names.size(); ++i) {
         (*this)[members.names[i]] = members.values[i];

@@ -36,7 +36,8 @@ private:
 };
 
 /// One JSON value. The members of an object stay in the order in which they were added. Copies take no time: schemas are put
-/// together from copies of copies.
+/// together from copies of copies. A reference that `[]` gives is used before the whole is copied, and a value is put into
+/// itself by way of a copy.
 class JSON {
 public:
     struct MEMBER;
@@ -69,7 +70,7 @@ public:
     /// The member of that name, which is added when there is none. Null becomes an object.
     JSON& operator[](std::string_view name);
     /// Takes the members of another object, in place of those with the same names.
-    void append(const JSON& object);
+    void append(JSON object);
 
     const VALUE& value() const { return m_value; }
     /// Of an object.

@@ -136,11 +136,12 @@ std::string repeated_option(const COMMAND_TABLE& table, const std::vector<std::s
             }
         }
     }
+    const auto end = std::find(arguments.begin(), arguments.end(), "--");
     for (const std::string& option : single) {
         const auto gives_it = [&option](const std::string& argument) {
             return argument.substr(0, argument.find('=')) == option;
         };
-        if (std::count_if(arguments.begin(), arguments.end(), gives_it) > 1) {
+        if (std::count_if(arguments.begin(), end, gives_it) > 1) {
             return fmt::format("{} is given more than once", option);
         }
     }

@@ -335,33 +335,29 @@ TEST(flash_define_save, ReplacesTheLineAndKeepsTheOthers) {
               "# mine\r\nPGM_USER_SFL_FLASH_INFO = " + defined() + "\r\nOTHER=1\r\nlast = 2");
 }
 
-TEST(flash_define_save, KeepsAByteOrderMark) {
+/// What `--save` makes of a configuration file with these contents, and how it ends.
+std::pair<PROCESS_RESULT, std::string> saved_into(const std::string& contents) {
     const SCRATCH scratch;
     const std::string chip = scratch.write("chip.txt", chip_text(CHIP_LINES));
-    const std::string file = scratch.write("own.conf", "\xEF\xBB\xBFPGM_USER_SFL_FLASH_INFO = old\nOTHER=1\n");
+    const std::string file = scratch.write("own.conf", contents);
     const PROCESS_RESULT run =
         run_process({{TEST_COMMAND, "flash", "define", "@" + chip, "--save"}, "", {{"TESSARY_CONFIG_FILE", file}}, {}});
-    EXPECT_EQ(run.exit_code, DONE) << run.errors;
     std::ifstream saved(file, std::ios::binary);
-    EXPECT_EQ(std::string(std::istreambuf_iterator<char>(saved), {}),
-              "\xEF\xBB\xBFPGM_USER_SFL_FLASH_INFO = " + defined() + "\nOTHER=1\n");
+    return {run, std::string(std::istreambuf_iterator<char>(saved), {})};
+}
+
+TEST(flash_define_save, KeepsAByteOrderMark) {
+    const auto [run, saved] = saved_into("\xEF\xBB\xBFPGM_USER_SFL_FLASH_INFO = old\nOTHER=1\n");
+    EXPECT_EQ(run.exit_code, DONE) << run.errors;
+    EXPECT_EQ(saved, "\xEF\xBB\xBFPGM_USER_SFL_FLASH_INFO = " + defined() + "\nOTHER=1\n");
 }
 
 TEST(flash_define_save, LeavesUtf16AsItIs) {
-    const SCRATCH scratch;
-    const std::string chip = scratch.write("chip.txt", chip_text(CHIP_LINES));
-    const std::string wide(
-        "\xFF\xFE"
-        "A\0=\0"
-        "1\0\n\0",
-        10);
-    const std::string file = scratch.write("own.conf", wide);
-    const PROCESS_RESULT run =
-        run_process({{TEST_COMMAND, "flash", "define", "@" + chip, "--save"}, "", {{"TESSARY_CONFIG_FILE", file}}, {}});
+    const std::string wide("\xFF\xFE#\0\n\0", 6);
+    const auto [run, saved] = saved_into(wide);
     EXPECT_EQ(run.exit_code, INTERNAL_ERROR);
     EXPECT_NE(run.errors.find("the configuration file is UTF-16, and is not changed"), std::string::npos) << run.errors;
-    std::ifstream saved(file, std::ios::binary);
-    EXPECT_EQ(std::string(std::istreambuf_iterator<char>(saved), {}), wide);
+    EXPECT_EQ(saved, wide);
 }
 
 TEST(flash_reseal, SignsForThisBuild) {

@@ -220,11 +220,14 @@ void map_by_hand(const std::string& assignment, std::vector<FLASH_QUESTION>& que
     questions[position].by_hand = assignment.substr(sign + 1);
 }
 
-}  // namespace
+bool is_batch(const std::vector<std::string>& responses) {
+    return responses.size() == 1 && responses.front() == BATCH;
+}
 
-void identify_flash(const ARGUMENTS& given, COMMAND& command) {
-    const std::vector<std::string>& responses = given.texts("HEX");
+/// Refuses options that do not go together.
+void require_one_way(const ARGUMENTS& given, const std::vector<std::string>& responses) {
     const bool silicon = given.has("--silicon");
+    const bool batch = is_batch(responses);
     if (given.has("--system") && (given.has("--log") || given.has("--sfdp") || given.has("--as") || silicon)) {
         throw USAGE_ERROR("--system goes with no other way to identify");
     }
@@ -234,24 +237,31 @@ void identify_flash(const ARGUMENTS& given, COMMAND& command) {
     if (silicon && given.has("--log")) {
         throw USAGE_ERROR("--silicon goes with responses HEX");
     }
-    const bool batch = responses.size() == 1 && responses.front() == BATCH;
     if (!batch && std::find(responses.begin(), responses.end(), BATCH) != responses.end()) {
         throw USAGE_ERROR("- reads all responses from standard input: no other one stands beside it");
     }
     if (given.has("--as") && (batch || given.has("--log"))) {
         throw USAGE_ERROR("--as goes with the responses of a chain");
     }
-    if (given.has("--user")) {
-        use_user_flash(given.text("--user"));
-    }
     if (given.has("--sfdp") && (batch || responses.size() != 1)) {
         throw USAGE_ERROR("expected one response HEX with --sfdp");
+    }
+}
+
+}  // namespace
+
+void identify_flash(const ARGUMENTS& given, COMMAND& command) {
+    const std::vector<std::string>& responses = given.texts("HEX");
+    const bool silicon = given.has("--silicon");
+    require_one_way(given, responses);
+    if (given.has("--user")) {
+        use_user_flash(given.text("--user"));
     }
     if (given.has("--system")) {
         identify_system(responses, command);
     } else if (given.has("--log")) {
         identify_log(given.text("--log"), command);
-    } else if (batch) {
+    } else if (is_batch(responses)) {
         identify_batch(silicon, command);
     } else {
         std::vector<FLASH_QUESTION> questions;

@@ -20,22 +20,47 @@ constexpr std::size_t SHORTEST_LINE = 6;
 /// How far apart the lines of one identification may stand.
 constexpr std::size_t MOST_LINES_BETWEEN = 4;
 
-/// A line of the log, as much of it as is looked at; false at the end.
-bool read_line(std::istream& log, std::string& line, std::size_t& left) {
-    line.clear();
-    bool any = false;
-    for (int c = 0; left != 0 && (c = log.get()) != std::istream::traits_type::eof();) {
-        --left;
-        any = true;
-        if (c == '\n') {
-            break;
+/// The lines of a log, as much of them as is looked at.
+class LOG_LINES {
+public:
+    explicit LOG_LINES(std::istream& log) : m_log(log) {}
+
+    /// False at the end.
+    bool next(std::string& line) {
+        const bool any = read(line);
+        if (m_is_first) {
+            m_is_first = false;
+            m_in_utf_16 = is_utf_16(line);
+            line.erase(0, m_in_utf_16 ? 2 : line.size() - without_byte_order_mark(line).size());
         }
-        if (line.size() < LONGEST_LINE && c != '\r') {
-            line += static_cast<char>(c);
+        if (m_in_utf_16) {
+            std::erase(line, '\0');  // what is left of ASCII are its characters
         }
+        return any;
     }
-    return any;
-}
+
+private:
+    bool read(std::string& line) {
+        line.clear();
+        bool any = false;
+        for (int c = 0; m_left != 0 && (c = m_log.get()) != std::istream::traits_type::eof();) {
+            --m_left;
+            any = true;
+            if (c == '\n') {
+                break;
+            }
+            if (line.size() < LONGEST_LINE && c != '\r') {
+                line += static_cast<char>(c);
+            }
+        }
+        return any;
+    }
+
+    std::istream& m_log;
+    std::size_t m_left = MOST_CHARACTERS;
+    bool m_is_first = true;
+    bool m_in_utf_16 = false;  ///< as PowerShell writes what it redirects
+};
 
 /// An identification that is told a field in each line.
 class SPREAD_IDENTIFICATION {
@@ -106,17 +131,9 @@ std::vector<LOG_FINDING> find_in_log(std::istream& log) {
     SPREAD_IDENTIFICATION spread;
     std::size_t number = 0;
     std::size_t announced = 0;  // in that line; 0: nowhere
-    std::size_t left = MOST_CHARACTERS;
-    bool in_utf_16 = false;  // as PowerShell writes what it redirects
-    for (std::string line; read_line(log, line, left);) {
+    LOG_LINES lines(log);
+    for (std::string line; lines.next(line);) {
         ++number;
-        if (number == 1) {
-            in_utf_16 = is_utf_16(line);
-            line.erase(0, in_utf_16 ? 2 : line.size() - without_byte_order_mark(line).size());
-        }
-        if (in_utf_16) {
-            std::erase(line, '\0');  // what is left of ASCII are its characters
-        }
         if (line.size() < SHORTEST_LINE) {
             continue;
         }

@@ -11,6 +11,7 @@ PGM_NAME pgm_name_of(const GRAMMAR_STORE* store, std::string_view name, bool ski
     if (result.pgm_name.empty() && !skip_package_conversion) {
         result.package_name = key_of(store, TABLE::PACKAGE_NAME, name);
         if (!result.package_name.empty()) {
+            normalize_name(result.package_name);
             result.pgm_name = key_of(store, TABLE::PGM_NAME, result.package_name);
         }
     }

@@ -85,12 +85,12 @@ void PGMDEV_DEVICE_GRAMMAR_MGR::get_pgm_pcfs(const std::string& name, std::strin
 }
 
 bool PGMDEV_DEVICE_GRAMMAR_MGR::use_full_name(const std::string& name) {
-    const std::string package_name = get_package_name(name, true);
+    std::string package_name = get_package_name(name, true);  // normalised by the next look-up
     const std::string pgm_name = package_name.empty() ? std::string() : get_pgm_name(package_name, false, true);
     return !name.empty() && name == package_name && package_name == pgm_name;
 }
 
 bool PGMDEV_DEVICE_GRAMMAR_MGR::use_package_name(const std::string& name) {
-    const std::string package_name = get_package_name(name, false);
+    std::string package_name = get_package_name(name, false);  // normalised by the next look-up
     return package_name == get_pgm_name(package_name, true, true);
 }

@@ -28,11 +28,11 @@ void trace_package_name(const std::string& name, const std::string& out) {
     }
 }
 
-void trace_pgm_name(const std::string& name, bool skip_package_conversion, std::string_view package_name,
+void trace_pgm_name(const std::string& name, bool skip_package_conversion, const std::string& package_name,
                     const std::string& out) {
     if (grammar_is_traced()) {
         print({"Map Flow   : Strip Package (skip package conversion: ", skip_package_conversion ? "1" : "0",
-               ")\n    Input0 : ", name.c_str(), "\n    Input1 : ", std::string(package_name).c_str(),
+               ")\n    Input0 : ", name.c_str(), "\n    Input1 : ", package_name.c_str(),
                "\n    Output : ", out.c_str(), "\n"});
     }
 }

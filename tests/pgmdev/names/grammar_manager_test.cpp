@@ -109,6 +109,30 @@ TEST_F(DeviceGrammar, UsePackageName) {
     EXPECT_FALSE(GRAMMAR::use_package_name(name("UNKNOWN")));
 }
 
+/// Nothing keeps a build's own data from having keys that are not normal: as answers they stay as they are, as the next
+/// question they are normalised.
+class DeviceGrammarWithUntidyKeys : public testing::Test {
+protected:
+    DeviceGrammarWithUntidyKeys() {
+        std::vector<ref::TABLE> tables = ref::example_grammar();
+        tables[0] = {{" package_1", {"FULL_1"}}, {"Alone ", {"ALONE"}}};
+        tables[1] = {{"PGM_1", {"PACKAGE_1"}}, {"ALONE", {"ALONE"}}, {"raw", {" package_1"}}};
+        set_grammar_container(ref::container(ref::grammar_body(tables)));
+    }
+};
+
+TEST_F(DeviceGrammarWithUntidyKeys, APackageNameIsNormalisedBeforeItIsLookedUp) {
+    EXPECT_EQ(GRAMMAR::get_package_name(name("full_1"), true), " package_1");
+    EXPECT_EQ(GRAMMAR::get_pgm_name(name("full_1"), false, true), "PGM_1");
+    EXPECT_EQ(GRAMMAR::get_pgm_name(name("full_1"), true, true), "");
+}
+
+TEST_F(DeviceGrammarWithUntidyKeys, APackageNameIsNormalisedBeforeItIsCompared) {
+    EXPECT_TRUE(GRAMMAR::use_full_name(name("alone")));
+    EXPECT_TRUE(GRAMMAR::use_package_name(name("alone")));
+    EXPECT_FALSE(GRAMMAR::use_package_name(name("full_1")));
+}
+
 /// What an operation writes to standard output with the trace switched on.
 template <class OPERATION>
 std::string trace_of(OPERATION operation) {
@@ -138,6 +162,14 @@ TEST_F(DeviceGrammar, TracesProgrammingNames) {
               "    Input0 : X\n"
               "    Input1 : \n"
               "    Output : \n");
+}
+
+TEST_F(DeviceGrammarWithUntidyKeys, TheTraceShowsThePackageNameThatIsLookedUp) {
+    EXPECT_EQ(trace_of([] { GRAMMAR::get_pgm_name(name("full_1"), false, false); }),
+              "Map Flow   : Strip Package (skip package conversion: 0)\n"
+              "    Input0 : FULL_1\n"
+              "    Input1 : PACKAGE_1\n"
+              "    Output : PGM_1\n");
 }
 
 TEST_F(DeviceGrammar, CompositeOperationsTraceTheirInnerCalls) {

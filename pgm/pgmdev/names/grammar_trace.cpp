@@ -7,13 +7,14 @@
 
 namespace {
 
-/// Prints where all of the library prints: a program may lead std::cout elsewhere.
+/// Prints where all of the library prints: a program may lead std::cout elsewhere. Whatever width the program has set
+/// there is for its own next output.
 void print(std::initializer_list<const char*> texts) {
     std::string all;
     for (const char* text : texts) {
         all += text;
     }
-    std::cout << all << std::flush;
+    std::cout.write(all.data(), static_cast<std::streamsize>(all.size())).flush();
 }
 
 }  // namespace

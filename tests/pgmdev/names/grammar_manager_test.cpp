@@ -1,5 +1,8 @@
 #include <gtest/gtest.h>
 
+#include <iomanip>
+#include <iostream>
+
 #include "pgmdev/names/reference.h"
 #include "pgmdev/names/test_data.h"
 #include "pgmdev_device_grammar_mgr.h"
@@ -170,6 +173,15 @@ TEST_F(DeviceGrammarWithUntidyKeys, TheTraceShowsThePackageNameThatIsLookedUp) {
               "    Input0 : FULL_1\n"
               "    Input1 : PACKAGE_1\n"
               "    Output : PGM_1\n");
+}
+
+TEST_F(DeviceGrammar, TracesLookAlikeHoweverTheProgramFormatsItsOwnOutput) {
+    EXPECT_EQ(trace_of([] {
+                  std::cout << std::setw(90) << std::setfill('.');
+                  GRAMMAR::get_package_name(name("x"), true);
+                  std::cout << "own\n" << std::setfill(' ');
+              }),
+              "Map Flow   : Strip Speedgrade\n    Input  : X\n    Output : \n" + std::string(86, '.') + "own\n");
 }
 
 TEST_F(DeviceGrammar, CompositeOperationsTraceTheirInnerCalls) {

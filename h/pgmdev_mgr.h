@@ -46,7 +46,8 @@ public:
     static DWORD get_opn_enum(std::string name);
 
     /// The hash of a part's name: the first 48 bits of the SHA-256 of the name in upper case, least significant byte
-    /// first. INVALID_NAME_HASH when the device library knows no part of that name.
+    /// first. INVALID_NAME_HASH when the device library knows no real part of that name. A further name of a part has a
+    /// hash of its own, by which get_opn_from_hash does not find the part.
     static QWORD get_opn_hash(std::string name);
 
     /// The upper-case name of the first part with that hash; "" when there is none. Bits 48 to 63 do not count.
@@ -59,11 +60,13 @@ public:
     static std::string get_part_name_from_dev(std::string device_name);
 
     /// The upper-case name of the first part with that programmer-file part name, in any case but not trimmed; parts
-    /// are preferred as above.
+    /// are preferred as above; for "", the first part that has no such name. "" when there is none.
     static std::string get_part_name_from_pcf(std::string pcf_name);
 
     /// The upper-case name of the first part, by part number, that has that name, package name or programming name, in
-    /// any case. "" when there is none, which is reported, too.
+    /// any case but not trimmed. A package name or programming name counts only where its first five characters are those
+    /// of the part's name. "" when there is none, which is reported, too ("Unable to retrieve full device name from
+    /// database for NAME").
     static std::string get_possible_full_name(std::string name);
 
     /// Whether `value` is a value of the enumeration that has a name; 0 never is. The name goes to `name`, unless null.

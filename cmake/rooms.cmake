@@ -3,13 +3,14 @@
 # faster, which is better for working on it.
 #
 # A room of many files is compiled in parts: one change is then compiled sooner, and mingw-w64's linker takes a time that
-# grows with the square of what is in one object file.
+# grows with the square of what is in one object file. Rooms of few files are compiled together, but not those of tests,
+# where each room has the same name for what it compares with.
 #
-# What a room's files have in anonymous namespaces must then differ by name.
+# What the files that are compiled as one have in anonymous namespaces must then differ by name.
 
 set(PGMDEV_COMPILE_BY_ROOM all CACHE STRING "Whose files are compiled a room at a time: all, tests or none")
 set_property(CACHE PGMDEV_COMPILE_BY_ROOM PROPERTY STRINGS all tests none)
-set(PGMDEV_FILES_AT_A_TIME 20 CACHE STRING "How many files of a room are compiled as one")
+set(PGMDEV_FILES_AT_A_TIME 20 CACHE STRING "How many files of a room, or of several small ones, are compiled as one")
 
 # read_common_headers_once(TARGET [HEADER...]): for all rooms of TARGET, one of the products, what nearly all include. With
 # Clang a room then takes a quarter less. GCC gains a tenth and warns of what it finds in its own headers.
@@ -44,12 +45,35 @@ function(compile_by_room target whose)
         endif()
       endforeach()
       string(MAKE_C_IDENTIFIER "room_${room}" room)
-      math(EXPR ${room}_files "${${room}_files} + 1")
-      math(EXPR part "(${${room}_files} - 1) / ${PGMDEV_FILES_AT_A_TIME}")
-      if(part GREATER 0)
-        string(APPEND room "_${part}")
-      endif()
-      set_source_files_properties(${source} PROPERTIES UNITY_GROUP ${room})
+      list(APPEND rooms ${room})
+      list(APPEND files_of_${room} ${source})
     endif()
+  endforeach()
+  list(REMOVE_DUPLICATES rooms)
+  set(small_rooms "")
+  set(few 0)
+  if(whose STREQUAL products)
+    math(EXPR few "${PGMDEV_FILES_AT_A_TIME} / 2")
+  endif()
+  foreach(room IN LISTS rooms)
+    list(LENGTH files_of_${room} count)
+    if(count LESS few)
+      list(APPEND small_rooms ${files_of_${room}})
+    else()
+      compile_in_parts(${room} ${files_of_${room}})
+    endif()
+  endforeach()
+  compile_in_parts(small_rooms ${small_rooms})
+endfunction()
+
+# compile_in_parts(NAME FILE...): as few parts as it takes, each as large as the others.
+function(compile_in_parts name)
+  list(LENGTH ARGN count)
+  math(EXPR parts "(${count} + ${PGMDEV_FILES_AT_A_TIME} - 1) / ${PGMDEV_FILES_AT_A_TIME}")
+  set(number 0)
+  foreach(file IN LISTS ARGN)
+    math(EXPR part "${number} * ${parts} / ${count}")
+    set_source_files_properties(${file} PROPERTIES UNITY_GROUP ${name}_${part})
+    math(EXPR number "${number} + 1")
   endforeach()
 endfunction()

@@ -139,6 +139,15 @@ private:
     std::string m_file;
 };
 
+/// How often a text has a part.
+inline std::size_t count_of(const std::string& text, const std::string& part) {
+    std::size_t count = 0;
+    for (std::size_t at = text.find(part); at != std::string::npos; at = text.find(part, at + part.size())) {
+        ++count;
+    }
+    return count;
+}
+
 /// The object that stands for a record, every member spelled out.
 inline JSON record_object(unsigned index, const PGMDEV_SFL_FLASH_INFO& r) {
     return {{"index", index},

@@ -17,15 +17,6 @@ PROCESS_RESULT write_page(const std::string& directory, const std::vector<std::s
     return run_command(arguments);
 }
 
-/// How often a text has a part.
-std::size_t count_of(const std::string& text, const std::string& part) {
-    std::size_t count = 0;
-    for (std::size_t at = text.find(part); at != std::string::npos; at = text.find(part, at + part.size())) {
-        ++count;
-    }
-    return count;
-}
-
 }  // namespace
 
 TEST(page, WritesOneDocumentThatNamesItsOwnParts) {

@@ -20,14 +20,6 @@ std::string encoded_of(const std::string& shown) {
     return place == std::string::npos ? "" : shown.substr(place + label.size());
 }
 
-std::size_t count_of(const std::string& text, const std::string& part) {
-    std::size_t count = 0;
-    for (std::size_t place = text.find(part); place != std::string::npos; place = text.find(part, place + 1)) {
-        ++count;
-    }
-    return count;
-}
-
 }  // namespace
 
 TEST(terminal_dialogue, PutsAQuestionAgainWhoseAnswerIsRefused) {

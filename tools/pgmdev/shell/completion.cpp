@@ -35,9 +35,9 @@ bool takes_many(const ARGUMENT& argument) {
 }
 
 /// Follows the words before the one to complete through the tables.
-class PLACE {
+class WORDS_BEFORE {
 public:
-    explicit PLACE(const COMMAND_TABLE& table) : m_table(table), m_noun(&table.all) {}
+    explicit WORDS_BEFORE(const COMMAND_TABLE& table) : m_table(table), m_noun(&table.all) {}
 
     void pass(const std::string& word) {
         if (!m_value_of.empty()) {
@@ -189,7 +189,7 @@ void print_completions(const COMMAND_TABLE& table, const std::vector<std::string
     const std::string beginning = words.empty() ? "" : words.back();
     std::string lines;
     try {
-        PLACE place(table);
+        WORDS_BEFORE place(table);
         for (std::size_t i = 0; i + 1 < words.size(); ++i) {
             place.pass(words[i]);
         }

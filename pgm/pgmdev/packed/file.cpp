@@ -27,8 +27,8 @@ QWORD modest_size(DWORD stream_size) {
 }
 
 /// The body of a file that states to hold much more than it has itself. Before the memory for it is taken, its beginning
-/// must be one: of this version, and with no more records and members than there is room for, since each takes a tag and
-/// a byte at least. Nor may it be longer than any body.
+/// must be one: of this version, and with no more records than there is room for, since each of their members takes a tag
+/// and a byte at least. How many members the body states does not matter. Nor may it be longer than any body.
 void require_plausible_body(const BYTE* stream, DWORD stream_size, DWORD body_size, const PACKED_FORMAT& format) {
     const QWORD modest = modest_size(stream_size);
     if (body_size <= modest) {
@@ -44,7 +44,7 @@ void require_plausible_body(const BYTE* stream, DWORD stream_size, DWORD body_si
     }
     PGMDEV_REQUIRE(values[0] == PACKED_BODY_VERSION, format.wrong_version, format.file);
     PGMDEV_REQUIRE(values[1] != 0 && values[2] != 0, format.wrong_counts, format.file);
-    PGMDEV_REQUIRE(values[1] <= body_size / (2 * values[2]), "index < data_size", format.file);
+    PGMDEV_REQUIRE(values[1] <= body_size / (2 * format.members), "index < data_size", format.file);
     PGMDEV_REQUIRE(body_size <= PACKED_BODY_MAX, PACKED_BODY_TOO_LONG, format.file);
 }
 

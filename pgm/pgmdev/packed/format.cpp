@@ -1,5 +1,7 @@
 #include "packed/format.h"
 
+#include "pgmdev_dev_info.h"
+#include "pgmdev_sfl_flash_info.h"
 #include "report.h"
 
 #define MAGIC_CONDITION(c6, c7)                                                                        \
@@ -15,6 +17,7 @@ const PACKED_FORMAT DEV_INFO_FORMAT{
     .file = DEV_INFO_MANAGER_FILE,
     .magic = "PGMIO_DM",
     .stamp = PGMDEV_DEV_INFO_CSV_MD5,
+    .members = PGMDEV_DEVICE_INFO_MEMBERS.size(),
     .dword_tags = tag_set(PGMDEV_MANAGER_DEVID_ENUM) | tag_set(PGMDEV_MANAGER_DWORD) | tag_set(PGMDEV_MANAGER_ENUM),
     .string_tags = tag_set(PGMDEV_MANAGER_DEVID_STR) | tag_set(PGMDEV_MANAGER_STRING),
     .missing_file = FILE_CONDITION("device_file"),
@@ -30,6 +33,7 @@ const PACKED_FORMAT FLASH_FORMAT{
     .file = FLASH_MANAGER_FILE,
     .magic = "PGMIO_FM",
     .stamp = PGMDEV_FLASH_INFO_CSV_MD5,
+    .members = PGMDEV_SFL_FLASH_MEMBERS.size(),
     .dword_tags = tag_set(PGMDEV_MANAGER_DWORD),
     .string_tags = tag_set(PGMDEV_MANAGER_STRING),
     .missing_file = FILE_CONDITION("flash_file"),

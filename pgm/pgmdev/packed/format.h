@@ -50,6 +50,7 @@ struct PACKED_FORMAT {
 
     std::string_view magic;
     std::string_view stamp;
+    DWORD members;      ///< of a record, whatever a body states
     DWORD dword_tags;   ///< tags accepted before a 4-byte value
     DWORD string_tags;  ///< tags accepted before a text
 

@@ -195,6 +195,22 @@ TEST_F(FlashDamage, ABombHasTheCountsOfADatabaseOrIsNotInflated) {
     EXPECT_EQ(load_counts(SIZE / 66, 33), "type == PGMDEV_MANAGER_STRING");
 }
 
+TEST_F(FlashDamage, ManyRecordsThatDeflateShortensMuchMayStateAnyMemberCount) {
+    constexpr unsigned long RECORDS = 20000;
+    PGMDEV_SFL_FLASH_INFO other = ref::sample();
+    other.default_dev = false;
+    const std::string one = ref::record(other);
+    std::string records = ref::record(ref::sample());
+    for (unsigned long i = 1; i < RECORDS; ++i) {
+        records += one;
+    }
+    for (const unsigned long members : {1UL, 33UL, 34UL, 1000UL, 0xFFFFFFFFUL}) {
+        EXPECT_EQ(load_payload(ref::le32(1) + ref::le32(RECORDS) + ref::le32(members) + records + "END2"),
+                  "(no report)")
+            << members;
+    }
+}
+
 TEST_F(FlashDamage, ABodyHasAtMost128MiB) {
     constexpr QWORD MOST = QWORD{128} << 20;
     const auto stating = [](QWORD stated, const std::string& beginning, QWORD size) {

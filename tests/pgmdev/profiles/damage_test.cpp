@@ -143,6 +143,21 @@ TEST_F(DevInfoDamage, TheHead) {
     }
 }
 
+TEST_F(DevInfoDamage, ManyRecordsThatDeflateShortensMuchMayStateAnyMemberCount) {
+    constexpr unsigned long RECORDS = 5000;
+    const std::string one = ref::record(ref::sample());
+    std::string records;
+    for (unsigned long i = 0; i < RECORDS; ++i) {
+        records += one;
+    }
+    ASSERT_GT(records.size(), std::size_t{1} << 20);
+    for (const unsigned long members : {1UL, ref::MEMBERS, 87UL, 1000UL, 0xFFFFFFFFUL}) {
+        EXPECT_EQ(load_records(ref::le32(1) + ref::le32(RECORDS) + ref::le32(members) + records + "END2"),
+                  "(no report)")
+            << members;
+    }
+}
+
 TEST_F(DevInfoDamage, EachOfTheTags) {
     const ref::CELLS sample = ref::sample();
     for (std::size_t damaged = 0; damaged < ref::MEMBERS; ++damaged) {

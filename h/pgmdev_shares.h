@@ -16,6 +16,9 @@
 /// the member points at and null or replace the member, or hand it to another manager and null it here. Of what copies
 /// share, it does so with the members of all of them, or only nulls or replaces its own.
 ///
+/// A copy may be left behind without being destroyed, and its storage used again: the others need nothing in it, and only
+/// compare what they point at with what is where its member was.
+///
 /// `T` is an array type for what new[] made. Copies of one manager may be used and destroyed by different threads; a
 /// deriving class writes a member that copies share while they are not copied or destroyed.
 template <class T>
@@ -28,16 +31,22 @@ public:
     PGMDEV_SHARES& operator=(const PGMDEV_SHARES&) = delete;
     ~PGMDEV_SHARES() { leave(nullptr); }
 
-    /// Gets ready for a copy to share what `member` points at, whose hidden side this is.
+    /// Gets ready for one copy to share what `member` points at, whose hidden side this is.
     void prepare(const POINTER& member) const {
+        auto entry = std::make_unique<ENTRY>();
         if (m_group == nullptr) {
-            start_group(member);
+            std::unique_ptr<ENTRY> own(new ENTRY{&member, nullptr});
+            m_group = new GROUP(own.get());
+            m_entry = own.release();
         }
+        const LOCK lock(*m_group);
+        entry->next = m_group->spare;
+        m_group->spare = entry.release();
     }
 
     /// Shares what the prepared `other` points at; what `member` pointed at so far is let go.
     void share(const PGMDEV_SHARES& other, POINTER& member) noexcept {
-        POINTER shared = *other.m_member;
+        POINTER shared = *other.m_entry->member;
         release(member);
         join(other, member, [&] { member = shared; });
     }
@@ -53,10 +62,13 @@ public:
         const auto move = [&] { to = std::exchange(from, nullptr); };
         if (other.m_group == nullptr) {
             move();
-        } else {
-            join(other, to, move);
-            other.leave(nullptr);
+            return;
         }
+        const LOCK lock(*other.m_group);
+        move();
+        m_group = std::exchange(other.m_group, nullptr);
+        m_entry = std::exchange(other.m_entry, nullptr);
+        m_entry->member = &to;
     }
 
     /// Lets go what `member` points at, and nulls it.
@@ -68,9 +80,26 @@ public:
     }
 
 private:
-    /// The copies, in a list. Whoever looks at it, or writes a member of theirs, has it locked.
+    /// One of the copies.
+    struct ENTRY {
+        const POINTER* member = nullptr;  ///< that shares
+        ENTRY* next = nullptr;
+    };
+
+    /// The copies, in a list, and entries for those to come. Whoever looks at it, or writes a member of theirs, has it
+    /// locked.
     struct GROUP {
-        const PGMDEV_SHARES* first = nullptr;
+        explicit GROUP(ENTRY* entry) noexcept : first(entry) {}
+        ~GROUP() {
+            while (spare != nullptr) {
+                delete std::exchange(spare, spare->next);
+            }
+        }
+        GROUP(const GROUP&) = delete;
+        GROUP& operator=(const GROUP&) = delete;
+
+        ENTRY* first;
+        ENTRY* spare = nullptr;
         std::atomic_flag locked;
     };
 
@@ -89,19 +118,15 @@ private:
         GROUP& m_group;
     };
 
-    void start_group(const POINTER& member) const {
-        m_group = new GROUP;
-        m_member = &member;
-        m_group->first = this;
-    }
-
     template <class CHANGE>
     void join(const PGMDEV_SHARES& other, const POINTER& member, CHANGE change) noexcept {
-        const LOCK lock(*other.m_group);
+        GROUP& group = *other.m_group;
+        const LOCK lock(group);
         change();
-        m_group = other.m_group;
-        m_member = &member;
-        m_next = std::exchange(m_group->first, this);
+        m_group = &group;
+        m_entry = std::exchange(group.spare, group.spare->next);
+        m_entry->member = &member;
+        m_entry->next = std::exchange(group.first, m_entry);
     }
 
     /// Leaves the group, if there is one. Whether no other member points at what `member` does.
@@ -110,18 +135,18 @@ private:
         if (group == nullptr) {
             return true;
         }
+        const std::unique_ptr<ENTRY> own(std::exchange(m_entry, nullptr));
         bool alone = true;
         bool last = false;
         {
             const LOCK lock(*group);
-            const PGMDEV_SHARES** place = &group->first;
-            while (*place != this) {
-                place = &(*place)->m_next;
+            ENTRY** place = &group->first;
+            while (*place != own.get()) {
+                place = &(*place)->next;
             }
-            *place = m_next;
-            for (const PGMDEV_SHARES* other = group->first; member != nullptr && other != nullptr;
-                 other = other->m_next) {
-                alone = alone && *other->m_member != *member;
+            *place = own->next;
+            for (const ENTRY* other = group->first; member != nullptr && other != nullptr; other = other->next) {
+                alone = alone && *other->member != *member;
             }
             last = group->first == nullptr;
         }
@@ -132,6 +157,5 @@ private:
     }
 
     mutable GROUP* m_group = nullptr;  ///< null until a copy shares
-    mutable const PGMDEV_SHARES* m_next = nullptr;
-    mutable const POINTER* m_member = nullptr;  ///< in a group, the member whose hidden side this is
+    mutable ENTRY* m_entry = nullptr;  ///< in a group, that of the member whose hidden side this is
 };

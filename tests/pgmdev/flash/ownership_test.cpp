@@ -1,6 +1,8 @@
 #include <gtest/gtest.h>
 
+#include <array>
 #include <memory>
+#include <new>
 #include <optional>
 #include <thread>
 #include <utility>
@@ -134,6 +136,23 @@ TEST(FlashOwnership, AnArrayReplacedBetweenTwoCopiesIsShared) {
     EXPECT_EQ(late->m_flash_database, owner.m_flash_database);
     late.reset();
     EXPECT_EQ(owner.sfl_get_device_name(0), "another name that does not lie within the string");
+}
+
+TEST(FlashOwnership, ACopyWhoseStorageIsUsedAgainIsForgotten) {
+    using STORAGE = std::array<unsigned char, sizeof(FLASH_PROBE)>;
+    alignas(FLASH_PROBE) static STORAGE storage;
+    static STORAGE kept;  // so that what the copy held is no leak
+    std::optional<FLASH_PROBE> owner(holder());
+    {
+        auto* copy = new (storage.data()) FLASH_PROBE(*owner);
+        EXPECT_EQ(copy->m_flash_database, owner->m_flash_database);
+        kept = storage;
+    }
+    storage.fill(0x5A);  // as callers do who destroy only one of the copies
+    FLASH_PROBE another(*owner);
+    EXPECT_EQ(another.sfl_get_device_name(0), "a name too long to lie within the string itself");
+    owner.reset();
+    EXPECT_EQ(another.sfl_get_device_name(0), "a name too long to lie within the string itself");
 }
 
 TEST(FlashOwnership, AssigningAmongCopiesChangesNothing) {

@@ -1,6 +1,8 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <array>
+#include <new>
 #include <optional>
 #include <utility>
 
@@ -98,6 +100,23 @@ TEST(DevInfoOwnership, ACopyThatHasNulledItsPointersSharesNothing) {
     owner.reset();  // frees what only it points at
     EXPECT_EQ(copy.m_part_table[0], 7U);
     EXPECT_EQ(copy.m_pgm_parts.front()->pcf, "a file name too long to lie within");
+}
+
+TEST(DevInfoOwnership, ACopyWhoseStorageIsUsedAgainIsForgotten) {
+    using STORAGE = std::array<unsigned char, sizeof(DEV_INFO_PROBE)>;
+    alignas(DEV_INFO_PROBE) static STORAGE storage;
+    static STORAGE kept;  // so that what the copy held is no leak
+    std::optional<DEV_INFO_PROBE> owner(holder());
+    {
+        auto* copy = new (storage.data()) DEV_INFO_PROBE(*owner);
+        EXPECT_EQ(name_of_family(*copy), "a name too long to lie within the string itself");
+        kept = storage;
+    }
+    storage.fill(0x5A);  // as callers do who destroy only one of the copies
+    DEV_INFO_PROBE another(*owner);
+    owner.reset();
+    EXPECT_EQ(name_of_family(another), "a name too long to lie within the string itself");
+    EXPECT_EQ(another.m_pgm_parts.front()->pcf, "a file name too long to lie within");
 }
 
 TEST(DevInfoOwnership, IndexTablesAreRefilledInPlace) {

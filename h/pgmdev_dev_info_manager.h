@@ -6,8 +6,8 @@
 /// Conventions of this class:
 /// - A violated precondition or a damaged file is reported as an internal error (msg.h) with the module "PGMDEV" and
 ///   the source file "pgm/pgmdev/pgmdev_dev_info_manager" (copying and listing records:
-///   "h/pgmdev_dev_info_manager_auto_export"); the operation ends there, by exception, and leaks nothing. Not found is
-///   a result, never an error.
+///   "h/pgmdev_dev_info_manager_auto_export"); the operation ends there, by exception, and leaks nothing. A file with
+///   another magic is reported, but does not end it: nothing is loaded. Not found is a result, never an error.
 /// - A manager is used by one thread at a time: a look-up, too, changes it. Different managers are independent, except
 ///   that copies share their arrays.
 

@@ -7,7 +7,8 @@
 /// - A device position is the place of a device in the caller's scan chain, counted from 0.
 /// - A violated precondition or a damaged file is reported as an internal error (msg.h) with the module "PGMDEV" and
 ///   the source file "pgm/pgmdev/pgmdev_flash_manager"; the operation ends there, by exception, and leaks nothing.
-///   Not found is a result, never an error.
+///   A file with another magic is reported, but does not end it: nothing is loaded. Not found is a result, never an
+///   error.
 /// - A manager is used by one thread at a time. Different managers are independent, except that copies share their
 ///   arrays.
 

@@ -58,9 +58,10 @@ public:
     ///
     /// The file is replaced in one step: whatever happens, readers find the old file or the new one, whole. Where its
     /// directory may not be written, or it is of somebody else, it is written in place (fio.h), which readers may see.
-    /// False when the block does not exist, the file is there but may not be read and written, or it could not be
-    /// written; it is then as it was, unless a disk failed while it was written in place. `data` and `size` that
-    /// contradict each other are reported as "data != NULL" or "data == NULL".
+    /// False when the block does not exist, the file is there but may not be read and written, no copy of a damaged one
+    /// could be kept, other writers would not end, or it could not be written; it is then as it was, unless a disk failed
+    /// while it was written in place. `data` and `size` that contradict each other are reported as "data != NULL" or
+    /// "data == NULL".
     static bool write_flash_ini_data(PGMDEV_FLASH_INI_ENUM which, BYTE* data, DWORD size);
 
     // The values of a block. They follow each other without tags, lengths or padding.

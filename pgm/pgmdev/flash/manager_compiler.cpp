@@ -4,6 +4,7 @@
 
 #include "flash/source.h"
 #include "pgmdev_flash_manager.h"
+#include "printing.h"
 #include "report.h"
 
 // Compiling the source table, and the debug listing.
@@ -39,5 +40,5 @@ void PGMDEV_FLASH_MANAGER::print_database(DWORD index) {
             },
             member.field);
     }
-    std::cout << line << '\n' << std::flush;
+    print(std::cout, {line, "\n"});
 }

@@ -7,6 +7,7 @@
 #include "msg.h"
 #include "pgmdev_flash_manager.h"
 #include "pgmdev_user_flash.h"
+#include "printing.h"
 #include "user_flash/codec.h"
 #include "user_flash/dialogue.h"
 #include "user_flash/examination.h"
@@ -21,7 +22,7 @@ constexpr int USER_FLASH_DEBUG_LEVEL = 2;
 /// The text of a coding, whose failure goes to the user.
 std::string printed(USER_FLASH_CODING coding) {
     if (coding.failure != nullptr) {
-        std::cout << coding.failure << std::flush;
+        print(std::cout, {coding.failure});
     }
     return std::move(coding.text);
 }
@@ -89,7 +90,7 @@ bool PGMDEV_FLASH_MANAGER::accept_ext_flash_info() {
     const bool debug = cfg_is_on(key + "_DEBUG", false) != 0;
     examine_user_flash(examination);
     if (debug) {
-        std::cout << trace_of(examination) << std::flush;
+        print(std::cout, {trace_of(examination)});
     }
     m_ini_flash_info = examination.record;
     return examination.is_accepted();

@@ -8,6 +8,7 @@
 #include "gen.h"
 #include "pgm_common.h"
 #include "pgmdev_types.h"
+#include "printing.h"
 #include "user_flash/questions.h"
 #include "user_flash/sealing.h"
 #include "user_flash/text.h"
@@ -30,7 +31,7 @@ struct CONVERSATION {
     bool is_with_a_person() const { return static_cast<bool>(ask_again); }
 
     std::string ask(std::string_view prompt) const {
-        prompts << prompt << std::flush;
+        print(prompts, {prompt});
         std::string line;
         std::getline(answers, line);
         if (is_with_a_person() && line.ends_with('\r')) {
@@ -58,7 +59,7 @@ std::optional<std::string> ask_value(const CONVERSATION& talk, const QUESTION& q
             return value;
         }
         const bool is_unnamed = question.answer == QUESTION::ANSWER::NAME && !tears;
-        talk.prompts << (is_unnamed ? "Empty name or name too long\n" : "") << "Invalid input\n" << std::flush;
+        print(talk.prompts, {is_unnamed ? "Empty name or name too long\n" : "", "Invalid input\n"});
         if (!talk.asks_again(question.text, line, accepted_user_flash_answers(question))) {
             return std::nullopt;
         }
@@ -84,12 +85,12 @@ bool ask_for_flash(const CONVERSATION& talk, std::string& body) {
     PGMDEV_SFL_FLASH_INFO record;
     assign_user_flash(values, record);
     if (!indexes_differ(record)) {
-        talk.prompts << "Memory ID, Memory Type and Manufacturer ID index cannot be at the same location";
+        print(talk.prompts, {"Memory ID, Memory Type and Manufacturer ID index cannot be at the same location"});
         return false;
     }
     record.byte4_addressing = record.device_bit_size > THREE_BYTE_ADDRESSES;
     body += user_flash_body(record);
-    talk.prompts << "Prompt outcome: " << body << '\n';
+    print(talk.prompts, {"Prompt outcome: ", body, "\n"});
     return true;
 }
 
@@ -102,7 +103,7 @@ std::optional<DWORD> ask_count(const CONVERSATION& talk) {
         if (valid && count >= 1 && count <= PGMDEV_USER_FLASH::MOST_FLASHES) {
             return count;
         }
-        talk.prompts << (valid ? "" : NOT_A_DEFINITION) << std::flush;
+        print(talk.prompts, {valid ? "" : NOT_A_DEFINITION});
         if (!talk.asks_again(COUNT_PROMPT, line, "1, 2 or 3")) {
             return std::nullopt;
         }
@@ -122,20 +123,20 @@ std::string define_user_flash(std::istream& answers, std::ostream& prompts, cons
     for (DWORD i = 0; i < count; ++i) {
         std::string body;
         if (!ask_for_flash(talk, body)) {
-            prompts << NOT_A_DEFINITION;
+            print(prompts, {NOT_A_DEFINITION});
             return {};
         }
         text += sealed_user_flash(body);
-        prompts << "Raw: " << text << '\n';
+        print(prompts, {"Raw: ", text, "\n"});
     }
     if (count == 0) {
         return {};
     }
     const USER_FLASH_CODING encoded = encode_checked_user_flash(text);
     if (encoded.failure != nullptr) {
-        prompts << encoded.failure;
+        print(prompts, {encoded.failure});
     } else {
-        prompts << "INI : " << encoded.text << '\n';
+        print(prompts, {"INI : ", encoded.text, "\n"});
     }
     return encoded.text;
 }

@@ -1,5 +1,8 @@
 #include <gtest/gtest.h>
 
+#include <iomanip>
+#include <iostream>
+
 #include "pgmdev/flash/probe.h"
 #include "pgmdev/flash/source_fixture.h"
 #include "pgmdev_flash_table.h"
@@ -256,7 +259,9 @@ TEST_F(FlashCompiler, PrintsARecordOfADerivingClass) {
     EXPECT_REPORT(m_manager.print_database(0), "m_flash_database != NULL");
     m_manager.m_flash_database = new PGMDEV_SFL_FLASH_INFO[1];
     testing::internal::CaptureStdout();
+    std::cout << std::setw(30);
     m_manager.print_database(0);
+    EXPECT_EQ(std::cout.width(0), 30);  // is for the program's own next output
     EXPECT_EQ(testing::internal::GetCapturedStdout(),
               "Flash Manager Debug 0\n"
               "\t  0 0 0 0 0 0 0 0 0"                           // two names, members 3 to 11

@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <iomanip>
+
 #include "pgmdev/user_flash/reference.h"
 #include "support/console.h"
 #include "support/scratch.h"
@@ -112,6 +114,30 @@ protected:
     std::string m_printed;
     TOOL_VERSION m_version{"7.1.0", 2, 345};
 };
+
+/// What is printed while the program has a width set, which is for its own next output.
+template <class PRINTING>
+std::string printed_beside_a_width(PRINTING printing, const std::string& lines) {
+    const CONSOLE console(lines);
+    std::cout << std::setw(5) << std::setfill('.');
+    printing();
+    std::cout << "own" << std::setfill(' ');
+    return console.output();
+}
+
+TEST_F(UserFlashDialogue, LeavesTheProgramTheWidthOfItsOwnOutput) {
+    const std::string text = ref::sealed(BODY);
+    EXPECT_EQ(printed_beside_a_width([&] { m_manager.gen_flash_ini(); }, "1\n" + answers()),
+              COUNT_PROMPT + prompts() + "Prompt outcome: " + BODY + "\nRaw: " + text +
+                  "\nINI : " + ref::encoded(text) + "\n..own");
+    EXPECT_EQ(printed_beside_a_width([&] { m_manager.gen_flash_ini(); }, "x\n"),
+              COUNT_PROMPT + "Invalid input or too many flash to define\n..own");
+    std::string body;
+    EXPECT_EQ(printed_beside_a_width([&] { m_manager.prompt_flash_info(body); }, "\n"),
+              prompts(1) + "Empty name or name too long\nInvalid input\n..own");
+    EXPECT_EQ(printed_beside_a_width([&] { m_manager.encode_ini("x"); }, ""),
+              "Fail to generate INI because of compression failure\n..own");
+}
 
 TEST_F(UserFlashDialogue, AsksAndAnswersWordForWord) {
     const std::string text = ref::sealed(BODY);

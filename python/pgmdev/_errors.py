@@ -30,4 +30,5 @@ class ContainerError(OSError):
 
 
 class ContainerBusyError(ContainerError):
-    """Another writer has had the parameter container for 10 seconds."""
+    """The lock of the parameter container was not to be had for 10 seconds: another writer has it, or no descriptor was
+    left to ask with."""

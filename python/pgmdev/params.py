@@ -96,7 +96,7 @@ def _replace(block: Block, data: bytes) -> None:
 @contextmanager
 def lock() -> Iterator[None]:
     """Keeps other writers of the container out, threads and processes. A thread that has it may take it again. Another
-    writer that has it for 10 seconds raises ContainerBusyError."""
+    writer that has it for 10 seconds raises ContainerBusyError; so does having no descriptor left to ask with."""
     held = _pgmdev.ContainerLock()
     if not held.acquire():
         raise ContainerBusyError(f"another program is changing the parameter container: {path()}")

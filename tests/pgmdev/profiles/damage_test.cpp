@@ -151,7 +151,7 @@ TEST_F(DevInfoDamage, ManyRecordsThatDeflateShortensMuchMayStateAnyMemberCount) 
         records += one;
     }
     ASSERT_GT(records.size(), std::size_t{1} << 20);
-    for (const unsigned long members : {1UL, ref::MEMBERS, 87UL, 1000UL, 0xFFFFFFFFUL}) {
+    for (const unsigned long members : {1UL, static_cast<unsigned long>(ref::MEMBERS), 87UL, 1000UL, 0xFFFFFFFFUL}) {
         EXPECT_EQ(load_records(ref::le32(1) + ref::le32(RECORDS) + ref::le32(members) + records + "END2"),
                   "(no report)")
             << members;

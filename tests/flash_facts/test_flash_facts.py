@@ -114,6 +114,11 @@ class ShippedTable(unittest.TestCase):
             self.assertEqual(alias, alias.upper())
             self.assertNotRegex(alias + name + reason, "[,\"]", "readers split the line at commas")
 
+    def test_names_that_people_type_find_a_row(self):
+        answering = {"IS25WP02G": "IS25WP02GG", "26VF064BA": "SST26VF064B", "M25P05-A": "M25P05", "M25P10-A": "M25P10"}
+        for name, row in answering.items():
+            self.assertEqual(self.files.aliases.get(name, ("none", ""))[0], row, name)
+
     def test_chips_agree_with_their_own_parameter_tables(self):
         result = run(TOOL / "merge.py", HERE / "own_tables.csv")
         self.assertEqual(result.stdout, "0 row, 0 by name, 0 alias, 0 change, 0 conflict, 0 left out; nothing written\n")

@@ -119,6 +119,10 @@ class ShippedTable(unittest.TestCase):
         for name, row in answering.items():
             self.assertEqual(self.files.aliases.get(name, ("none", ""))[0], row, name)
 
+    def test_the_longest_credible_chip_erase_that_lists_give_stands(self):
+        for name, seconds in {"GD25Q64": "160", "W25Q80BL": "25"}.items():
+            self.assertEqual(self.table.by_name(name)["bulk_erase_time"], seconds, name)
+
     def test_chips_agree_with_their_own_parameter_tables(self):
         result = run(TOOL / "merge.py", HERE / "own_tables.csv")
         self.assertEqual(result.stdout, "0 row, 0 by name, 0 alias, 0 change, 0 conflict, 0 left out; nothing written\n")

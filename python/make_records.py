@@ -70,21 +70,35 @@ def meanings(header: pathlib.Path, structure: str) -> dict[str, str]:
     return said
 
 
+def meaning_of(member: Member, source: Source, said: dict[str, str]) -> str:
+    """A sentence, with the unit."""
+    meaning = (member.meaning or said.get(member.name, "")).rstrip(".")
+    if not meaning:
+        raise SystemExit(f"{source.header} does not say what {member.name} is")
+    meaning = meaning[0].upper() + meaning[1:]
+    if member.unit and not re.search(rf"\b{re.escape(member.unit)}\b", meaning):
+        meaning += f" [{member.unit}]"
+    if member.hex:
+        meaning += " (in tables hexadecimal)"
+    return meaning + "."
+
+
+def wrapped(text: str, first: str, others: str) -> list[str]:
+    return textwrap.wrap(text, WIDTH, initial_indent=first, subsequent_indent=others)
+
+
 def class_text(source: Source, headers: pathlib.Path) -> str:
+    """The members stand in the text of the class for help(), and behind each of them for editors."""
     said = meanings(headers / source.header, source.structure)
+    meaning = {member.name: meaning_of(member, source, said) for member in source.members}
     lines = ["", "", "@dataclass(frozen=True, slots=True)", f"class {source.name}(Value):"]
-    lines += [f'    """{source.about}"""', ""]
+    lines += wrapped(f'"""{source.about}', "    ", "    ") + [""]
+    for name, text in meaning.items():
+        lines += wrapped(f"{name}: {text}", "    ", "        ")
+    lines += ['    """', ""]
     for member in source.members:
-        meaning = (member.meaning or said.get(member.name, "")).rstrip(".")
-        if not meaning:
-            raise SystemExit(f"{source.header} does not say what {member.name} is")
-        meaning = meaning[0].upper() + meaning[1:]
-        if member.unit and not re.search(rf"\b{re.escape(member.unit)}\b", meaning):
-            meaning += f" [{member.unit}]"
-        if member.hex:
-            meaning += " (in tables hexadecimal)"
         lines.append(f"    {member.name}: {member.type} = {DEFAULTS[member.type]}")
-        lines += textwrap.wrap(f'"""{meaning}."""', WIDTH, initial_indent="    ", subsequent_indent="    ")
+        lines += wrapped(f'"""{meaning[member.name]}"""', "    ", "    ")
     return "\n".join(lines) + "\n"
 
 

@@ -2,13 +2,16 @@
 
 from __future__ import annotations
 
+import dataclasses
 import doctest
 import pathlib
+import pydoc
 
 import pytest
 from conftest import ROOT
 
 import pgmdev
+from pgmdev import records
 
 FLAGS = doctest.ELLIPSIS | doctest.NORMALIZE_WHITESPACE
 
@@ -30,3 +33,22 @@ def test_guides(name: str, least: int, module_dir: pathlib.Path, monkeypatch: py
 def test_docstrings(module: object) -> None:
     results = doctest.testmod(module, optionflags=FLAGS)  # type: ignore[arg-type]
     assert results.failed == 0
+
+
+@pytest.mark.parametrize("name", records.__all__)
+def test_help_lists_the_members(name: str) -> None:
+    record = getattr(records, name)
+    lines = pydoc.plain(pydoc.render_doc(record)).splitlines()
+    for field in dataclasses.fields(record):
+        assert any(line.startswith(f" |  {field.name}: ") for line in lines), field.name
+
+
+def test_help_tells_the_units() -> None:
+    text = pydoc.plain(pydoc.render_doc(pgmdev.flash.Flash))
+    for told in (
+        "device_bit_size: Capacity in bits.",
+        "device_sector_byte: Sector size in bytes.",
+        "bulk_erase_time: Longest erase of the whole device, in seconds [s].",
+        "program_utime: Longest program operation, in microseconds [us].",
+    ):
+        assert f" |  {told}\n" in text

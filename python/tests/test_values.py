@@ -6,6 +6,7 @@ import copy
 import dataclasses
 import inspect
 import pickle
+import re
 from typing import Any
 
 import pytest
@@ -51,11 +52,10 @@ def test_records_have_the_members_of_the_tables() -> None:
         (records.Profile, _pgmdev.PROFILE_MEMBERS),
     ):
         assert [(field.name, str(field.type)) for field in dataclasses.fields(record)] == [each[:2] for each in table]
-        told = inspect.getsource(record)
+        told = dict(re.findall(r"^(\w+): (.*(?:\n    .*)*)$", inspect.getdoc(record) or "", re.MULTILINE))
         for name, _, unit, _ in table:
-            about = told.split(f"    {name}: ", 1)[1].split('"""')[1]
-            assert about.endswith(".")
-            assert unit in about
+            assert told[name].endswith(".")
+            assert unit in " ".join(told[name].split())
     assert len(dataclasses.fields(records.Flash)) == 33
     assert records.Flash().die_count == 0
 

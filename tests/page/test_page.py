@@ -170,6 +170,14 @@ class Use(PageTest):
         self.assertIn("W25Q128JV", self.chips())
         self.search("w25q128fv")  # another name of it
         self.assertEqual(self.page.texts("#chips-table tbody th"), ["W25Q128JV also W25Q128FV"])
+        # Neither 128 Mbit nor 512 Kbit is a find for 8 Mbit or 2 Kbit.
+        for text, size in (("2 Gbit", "2Gbit"), ("2gbit", "2Gbit"), ("8 Mbit", "8Mbit"), ("1 MiB", "8Mbit")):
+            self.search(text)
+            rows = self.command.json("flash", "list", "--size", size)
+            self.assertEqual(self.page.find("#chips-count").text.split(",")[0], f"{len(rows)} chips", text)
+            self.assertEqual(self.chips(), [row["device_name"] for row in rows][:100], text)
+        self.search("2kbit")
+        self.assertEqual(self.chips(), [])
         self.search("no such chip")
         self.assertEqual(self.chips(), [])
         self.assertTrue(self.page.find("#chips-none").is_displayed())

@@ -16,14 +16,26 @@ function without_blank(size) {
     return size.replace(/(\d) (?=([KMG]?bit|[KMG]iB|bytes)\b)/gi, "$1");
 }
 
+/// A size is a word of its own: "8mbit" is not in "128mbit".
+function searched_word(word) {
+    return /^\d+([kmg]?bit|[kmg]ib|bytes)$/.test(word) ? ` ${word} ` : word;
+}
+
+/// The sizes that people write: 2048 Mbit are 2 Gbit, too.
+function size_texts(bits) {
+    const gbit = bits / (1 << 30);
+    const sizes = [size_text(bits), bytes_text(bits / 8), Number.isInteger(gbit) ? `${gbit} Gbit` : ""];
+    return sizes.map(without_blank);
+}
+
 /// How a chip is found: all words of the question are in this text, or its digits are those of the identification.
 function searched_text(row) {
     const names = FLASH.aliases_of(row).map((alias) => alias.name);
     const id = compared_text(row);
-    const sizes = [size_text(row.device_bit_size), bytes_text(row.device_bit_size / 8)].map(without_blank);
-    return [row.manufacturer_name, row.device_name, ...names, id, id.replace(/ /g, ""), ...sizes, row.asc_voltage]
-        .join(" ")
-        .toLowerCase();
+    const ids = [id, id.replace(/ /g, "")];
+    const sizes = size_texts(row.device_bit_size);
+    const words = [row.manufacturer_name, row.device_name, ...names, ...ids, ...sizes, row.asc_voltage];
+    return ` ${words.join(" ")} `.toLowerCase();
 }
 
 const CHIPS_VIEW = (() => {
@@ -154,7 +166,8 @@ const CHIPS_VIEW = (() => {
         const question = part("search").value.trim().toLowerCase();
         state.words = without_blank(question)
             .split(/\s+/)
-            .filter((word) => word !== "");
+            .filter((word) => word !== "")
+            .map(searched_word);
         const digits = question.replace(/[\s:,-]|0x/g, "");
         state.digits = /^([0-9a-f]{2}){2,}$/.test(digits) ? digits : "";
         state.shown = CHIPS_AT_FIRST;

@@ -225,6 +225,18 @@ class Use(PageTest):
         self.assertEqual(members["bulk_erase_time"], f"{record['bulk_erase_time']} s")
         self.assertIn(record["evidence"]["times"]["evidence"], column(3)["program_utime"])
 
+    def test_a_further_name_leads_to_the_record_that_it_shares(self):
+        for address, name in (("#/chip/W25Q64FV", "W25Q64FV"), ("#/chip/w25q64fv", "W25Q64FV")):
+            self.page.open(address)
+            alias = self.command.json("flash", "show", name)["alias"]
+            self.assertEqual(self.page.find("#view-chip h2").text, "Winbond W25Q64JV")
+            self.assertEqual(self.page.find("#view-chip .alias").text,
+                             f"W25Q64FV shares the record of W25Q64JV: {alias['reason']}.")
+        self.page.open("#/chip/w25q64jv")
+        self.assertEqual(self.page.texts("#view-chip .alias"), [])
+        self.page.open("#/chip/W25Q64F")
+        self.assertEqual(self.page.find("#view-chip h2").text, "No such chip")
+
     def test_the_boxes_answer(self):
         self.page.open("#/identify")
         self.page.find("#response").send_keys("20 BB 21")

@@ -172,10 +172,14 @@ function aliases_part(row) {
 
 const is_near_in_size = (a, b) => Math.abs(density_class(a) - density_class(b)) <= 1;
 
-function chip_page(row) {
+/// The chip of a row; `alias`: the further name that led to it, if one did.
+function chip_page(row, alias) {
     return [
         make("p", { class: "back" }, make("a", { href: "#/chips" }, "All chips")),
         make("h2", { tabindex: "-1" }, make("span", { class: "maker" }, row.manufacturer_name), ` ${row.device_name}`),
+        alias
+            ? make("p", { class: "alias" }, `${alias.name} shares the record of ${row.device_name}: ${alias.reason}.`)
+            : null,
         summary_facts(row),
         ...aliases_part(row),
         make("h3", {}, "The same bytes"),

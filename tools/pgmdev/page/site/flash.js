@@ -12,8 +12,10 @@ const FLASH = (() => {
             by_name.set(row.device_name.toUpperCase(), row);
         }
     }
+    const aliases = rows_of(data.aliases);
+    const alias_by_name = new Map(aliases.map((alias) => [alias.name.toUpperCase(), alias]));
     const aliases_of = new Map();
-    for (const alias of rows_of(data.aliases)) {
+    for (const alias of aliases) {
         const key = alias.device_name.toUpperCase();
         if (!aliases_of.has(key)) {
             aliases_of.set(key, []);
@@ -33,6 +35,8 @@ const FLASH = (() => {
         identifications: data.identifications,
         /// The default record of a name.
         record_named: (name) => by_name.get(name.toUpperCase()),
+        /// A further name: what it is called, the name of the record that it shares, and why.
+        alias_named: (name) => alias_by_name.get(name.toUpperCase()),
     };
 })();
 

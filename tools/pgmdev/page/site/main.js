@@ -13,15 +13,22 @@ function pictures_view() {
     ];
 }
 
-function chip_view(row) {
+function chip_view(row, alias) {
     part("view-chip").replaceChildren(
         ...(row
-            ? chip_page(row).filter(Boolean)
+            ? chip_page(row, alias).filter(Boolean)
             : [
                   make("h2", { tabindex: "-1" }, "No such chip"),
                   make("p", {}, make("a", { href: "#/chips" }, "All chips")),
               ]),
     );
+}
+
+/// The chip of a name, or of a further one.
+function named_chip_view(name) {
+    const row = FLASH.record_named(name);
+    const alias = row ? undefined : FLASH.alias_named(name);
+    chip_view(alias ? FLASH.record_named(alias.device_name) : row, alias);
 }
 
 /// Views that show the same whatever the address says further are filled when they are first seen.
@@ -38,7 +45,7 @@ const once = (id, content) => {
 const VIEWS = {
     // by the first word of the address: the view, its link, and how it is filled
     chips: ["view-chips", "chips", () => {}],
-    chip: ["view-chip", "chips", (name) => chip_view(FLASH.record_named(name))],
+    chip: ["view-chip", "chips", (name) => named_chip_view(trim_white(name ?? ""))],
     row: ["view-chip", "chips", (place) => chip_view(FLASH.rows[Number(place)])],
     identify: ["view-identify", "identify", IDENTIFY_VIEW.open],
     boot: ["view-boot", "boot", once("view-boot", boot_flash_view)],

@@ -134,6 +134,29 @@ class Answers(PageTest):
             told = self.page.ask("tessary.identify_with_sfdp(arguments[0], arguments[1])", response, dump)
             self.assertEqual(told, answer, name)
 
+    def test_it_says_what_the_flash_leaves_as_the_command_does(self):
+        dumps = [(DUMPS / name).read_bytes() for name in ("W25Q128JV.sfdp", "MT25QU256A.sfdp", "MX25L25635F.sfdp")]
+        stack = bytearray(dumps[0])  # the density is that of a die of 256 Mbit
+        stack[stack[0x0C] + 4:stack[0x0C] + 8] = (0x0FFFFFFF).to_bytes(4, "little")
+        asked = [(response, bytes(dump)) for response in ("EF4018", "20BB19", "C84019", "C22537", "FFFFFF")
+                 for dump in (*dumps, stack)]
+        heads = set()
+        self.page.open("#/identify")
+        for response, dump in asked:
+            said = self.command.run("--wide", "flash", "identify", "--sfdp", dump.hex(), response).stdout.splitlines()
+            # How to map the flash by hand is told to users of the command alone.
+            expected = [line.split("; --as")[0] for line in said if line.startswith("What the flash says of itself ")]
+            self.driver.execute_script(
+                """const [response, dump] = arguments;
+                document.getElementById("response").value = response;
+                document.getElementById("dump").value = dump;
+                document.getElementById("dump").dispatchEvent(new Event("input"));""", response, dump.hex())
+            self.assertEqual(self.page.texts("#identify-answer .ranking"), expected, response)
+            heads |= {line.split(":")[0] + (": it is none" if "none of these" in line else "") for line in expected}
+        self.assertEqual(heads, {"What the flash says of itself leaves all of them",
+                                 "What the flash says of itself decides",
+                                 "What the flash says of itself decides: it is none"})
+
     def test_it_reads_the_dumps_that_tools_print(self):
         dump = (DUMPS / "W25Q128JV.sfdp").read_bytes()
         rows = [dump[i:i + 16] for i in range(0, len(dump), 16)]

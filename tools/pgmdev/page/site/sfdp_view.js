@@ -95,6 +95,26 @@ function sfdp_part(sfdp, record) {
     ].filter(Boolean);
 }
 
+/// Which of the chips that the response may be the flash's own words leave, as the command says it; "": there is but one.
+function ranking_text(ranking) {
+    const says = "What the flash says of itself";
+    const contradicted = ranking.filter(({ contradicting }) => contradicting.length > 0);
+    const fitting = ranking.filter((each) => !contradicted.includes(each)).map(({ device_name }) => device_name);
+    const others = contradicted.map((each) => `${each.device_name} (${each.contradicting.join(", ")})`).join(", ");
+    if (others === "") {
+        return fitting.length > 1 ? `${says} leaves all of them: ${fitting.join(" or ")}` : "";
+    }
+    return fitting.length === 0
+        ? `${says} decides: it is none of these: ${others}`
+        : `${says} decides: ${fitting.join(" or ")}, and not ${others}`;
+}
+
+function ranking_part({ index, ranking }) {
+    const text = ranking_text(ranking);
+    const is_another = ranking.some((each) => each.index === index && each.contradicting.length > 0);
+    return text === "" ? null : make("p", { class: is_another ? "ranking oddity" : "ranking" }, text);
+}
+
 /// The same beside the record of the table.
 function known_sfdp_part(sfdp, answer) {
     const comparison =
@@ -112,5 +132,5 @@ function known_sfdp_part(sfdp, answer) {
                       ]),
                   ),
               ];
-    return [...comparison, ...sfdp_part(sfdp, answer.record)];
+    return [ranking_part(answer), ...comparison, ...sfdp_part(sfdp, answer.record)].filter(Boolean);
 }

@@ -255,6 +255,8 @@ class Use(PageTest):
             self.assertEqual(self.page.find("#view-chip h2").text, "Winbond W25Q64JV")
             self.assertEqual(self.page.find("#view-chip .alias").text,
                              f"W25Q64FV shares the record of W25Q64JV: {alias['reason']}.")
+        self.page.open("#/identify/C22019")  # an ambiguity of three chips, of which one has a row
+        self.assertIn("MX25L25635E, MX25L25635F, MX25L25645G: ", self.page.find("#identify-answer").text)
         self.page.open("#/chip/w25q64jv")
         self.assertEqual(self.page.texts("#view-chip .alias"), [])
         self.page.open("#/chip/W25Q64F")

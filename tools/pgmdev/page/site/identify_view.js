@@ -36,11 +36,18 @@ function missing_text(positions) {
           );
 }
 
+/// A chip without a row of its own may still share one.
+function chip_of_ambiguity({ device_name, in_table }) {
+    if (in_table) {
+        return chip_link(FLASH.record_named(device_name));
+    }
+    return FLASH.alias_named(device_name)
+        ? make("a", { href: `#/chip/${encodeURIComponent(device_name)}` }, device_name)
+        : `${device_name} (not in the table)`;
+}
+
 function ambiguity_item({ chips, told_apart_by, risk, harm }) {
-    const names = chips.flatMap(({ device_name, in_table }, i) => [
-        i === 0 ? "" : ", ",
-        in_table ? chip_link(FLASH.record_named(device_name)) : `${device_name} (not in the table)`,
-    ]);
+    const names = chips.flatMap((chip, i) => [i === 0 ? "" : ", ", chip_of_ambiguity(chip)]);
     return make(
         "li",
         {},

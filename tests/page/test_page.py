@@ -197,7 +197,7 @@ class Use(PageTest):
         for text, size in (("2 Gbit", "2Gbit"), ("2gbit", "2Gbit"), ("8 Mbit", "8Mbit"), ("1 MiB", "8Mbit")):
             self.search(text)
             rows = self.command.json("flash", "list", "--size", size)
-            self.assertEqual(self.page.find("#chips-count").text.split(",")[0], f"{len(rows)} chips", text)
+            self.assertEqual(self.page.find("#chips-count").text.split(",")[0], f"{len(rows)} rows", text)
             self.assertEqual(self.chips(), [row["device_name"] for row in rows][:100], text)
         self.search("2kbit")
         self.assertEqual(self.chips(), [])
@@ -247,6 +247,21 @@ class Use(PageTest):
         self.assertEqual(members["device_bit_size"], f"{record['device_bit_size']} bits")
         self.assertEqual(members["bulk_erase_time"], f"{record['bulk_erase_time']} s")
         self.assertIn(record["evidence"]["times"]["evidence"], column(3)["program_utime"])
+
+    def test_the_picture_of_capacities_counts_each_chip_once(self):
+        counts = {}  # of each maker, by Kbit
+        for row in self.command.json("flash", "list"):
+            if row["default_dev"]:
+                size = row["device_bit_size"] >> 10
+                of_maker = counts.setdefault(row["manufacturer_name"], {})
+                of_maker[size] = of_maker.get(size, 0) + 1
+        self.assertEqual(counts["Micron"][512], 1)  # M25P05, which two rows recognise
+        makers = sorted(counts, key=lambda maker: (-sum(counts[maker].values()), maker))
+        self.page.open("#/pictures")
+        text_of = "[...document.querySelectorAll('#view-pictures svg')[0].querySelectorAll('.%s')].map((e) => e.textContent)"
+        self.assertEqual(self.page.ask(text_of % "count"),
+                         [str(number) for maker in makers for _, number in sorted(counts[maker].items())])
+        self.assertEqual(self.page.ask(text_of % "scale")[:3], ["0.5", "1", "2"])
 
     def test_a_further_name_leads_to_the_record_that_it_shares(self):
         for address, name in (("#/chip/W25Q64FV", "W25Q64FV"), ("#/chip/w25q64fv", "W25Q64FV")):

@@ -147,8 +147,8 @@ const CHIPS_VIEW = (() => {
         const shown = rows.slice(0, state.shown);
         part("chips-count").textContent =
             rows.length > shown.length
-                ? `${counted(rows.length, "chip", "chips")}, the first ${shown.length} shown`
-                : counted(rows.length, "chip", "chips");
+                ? `${counted(rows.length, "row", "rows")}, the first ${shown.length} shown`
+                : counted(rows.length, "row", "rows");
         part("chips-table").replaceChildren(
             make(
                 "table",

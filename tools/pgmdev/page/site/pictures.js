@@ -1,6 +1,6 @@
 // Pictures of the table as a whole, drawn from its records. Each has its numbers in words, too.
 
-const DENSITIES = [1, 2, 4, 8, 16, 32, 64, 128, 256, 512, 1024, 2048]; // Mbit
+const DENSITIES = [0.5, 1, 2, 4, 8, 16, 32, 64, 128, 256, 512, 1024, 2048]; // Mbit
 const MBIT_BITS = 1 << 20;
 
 /// `title` is what those are told who do not see it.
@@ -21,10 +21,15 @@ function density_class(record) {
     return DENSITIES.findIndex((density) => mbit <= density);
 }
 
+/// Each chip once, however many rows recognise it.
+function chips_of(records) {
+    return records.filter((record) => record.default_dev);
+}
+
 /// How many chips of each capacity each maker has: a row for each maker, a disc for each capacity.
 function capacity_picture(records) {
     const makers = new Map();
-    for (const record of records) {
+    for (const record of chips_of(records)) {
         const counts = makers.get(record.manufacturer_name) ?? new Array(DENSITIES.length).fill(0);
         const place = density_class(record);
         if (place >= 0) {
@@ -83,7 +88,7 @@ const round_time = (seconds) =>
 
 /// How long erasing a whole chip may take, a dot for each chip, a row for each capacity. `chosen` stands out.
 function erase_picture(records, chosen = null) {
-    const timed = records.filter((record) => record.bulk_erase_time > 0 && density_class(record) >= 0);
+    const timed = chips_of(records).filter((record) => record.bulk_erase_time > 0 && density_class(record) >= 0);
     const times = timed.map((record) => record.bulk_erase_time);
     const most = times.reduce((a, b) => Math.max(a, b), 2);
     const rows = DENSITIES.map((density, i) => [density, timed.filter((record) => density_class(record) === i)]).filter(
@@ -101,7 +106,7 @@ function erase_picture(records, chosen = null) {
         const many = new Map();
         each.forEach(({ bulk_erase_time: time }) => many.set(time, (many.get(time) ?? 0) + 1));
         return [
-            label(left - 10, y + 4, density < 1024 ? `${density} Mbit` : `${density / 1024} Gbit`, "end"),
+            label(left - 10, y + 4, density < 1024 ? size_text(density * MBIT_BITS) : `${density / 1024} Gbit`, "end"),
             ...[...many].map(([time, count]) =>
                 draw(
                     "circle",
@@ -111,7 +116,7 @@ function erase_picture(records, chosen = null) {
             ),
         ];
     });
-    const own_row = chosen ? rows.findIndex(([, each]) => each.includes(chosen)) : -1;
+    const own_row = chosen ? rows.findIndex(([density]) => density === DENSITIES[density_class(chosen)]) : -1;
     const own =
         own_row < 0
             ? []

@@ -84,6 +84,8 @@ def pattern_of(text: str) -> re.Pattern[str]:
 
 def bytes_of(data: Any) -> bytes:
     """What is given as bytes. What counts is none: bytes(3) would be three zeros."""
+    if isinstance(data, str):
+        raise TypeError(f"bytes are expected, not the text {data[:20]!r}; bytes.fromhex reads hexadecimal digits")
     try:
         operator.index(data)
     except TypeError:  # an array of bytes, too, whose type has __index__ for those of a single number

@@ -105,6 +105,17 @@ def test_numbers_are_no_bytes(module_dir: pathlib.Path) -> None:
         assert flash.identify(response) == flash.identify("EF4017")
 
 
+def test_a_text_is_no_bytes(module_dir: pathlib.Path) -> None:
+    """Identifications may be texts of hexadecimal digits, dumps and blocks may not: who tries is told what to do."""
+    told = "bytes are expected, not the text '53 46 44 50'; bytes.fromhex reads hexadecimal digits"
+    dump: Any = "53 46 44 50"
+    with pytest.raises(TypeError, match=told):
+        flash.sfdp(dump)
+    with pytest.raises(TypeError, match=told):
+        pgmdev.params.write(pgmdev.params.Block.SFL_FLASH, dump)
+    assert list(module_dir.iterdir()) == []
+
+
 def test_nothing_that_counts_is_bytes(module_dir: pathlib.Path) -> None:
     """bytes() takes whatever can be an index for a count."""
     numpy = pytest.importorskip("numpy")

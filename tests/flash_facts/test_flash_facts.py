@@ -75,6 +75,39 @@ class Merging(unittest.TestCase):
         self.assertEqual(self.refusal("flashrom/flashrom:winbond", "hearsay"),
                          "merge.py: facts.csv:2: the source \"hearsay\" is not in sources.py\n")
 
+    def told_of(self, content):
+        """What is said of a file of facts with this content, which is refused in one line."""
+        facts = self.directory / "facts.csv"
+        facts.write_bytes(content)
+        result = self.merge("--write", facts)
+        self.assertEqual((result.returncode, result.stdout, result.stderr.count("\n")), (1, "", 1), result.stderr)
+        return result.stderr.replace(str(facts), "facts.csv")
+
+    def test_files_that_are_no_facts_are_refused_in_words(self):
+        facts = (HERE / "facts.csv").read_bytes()
+        self.assertEqual(self.told_of(b"\xff\xfe\0"), "merge.py: facts.csv: it is no text in UTF-8\n")
+        self.assertIn("merge.py: facts.csv:2: ", self.told_of(facts[:facts.index(b"\n") + 20]))  # the end is cut off
+        longer = facts.replace(b"\n", b",more\n").replace(b",more", b"", 1)
+        self.assertIn("merge.py: facts.csv:2: ", self.told_of(longer))
+        for name in (b"W25\0Q64", b'"W25,Q64"'):  # what would break the line of the table
+            self.assertIn("is no name for a cell of the table", self.told_of(facts.replace(b"W25Q64JV-IQ", name, 1)))
+
+    def test_a_byte_order_mark_is_passed_over(self):
+        facts = self.directory / "facts.csv"
+        facts.write_bytes(b"\xef\xbb\xbf" + (HERE / "facts.csv").read_bytes())
+        self.assertEqual(self.merge(facts).stdout, (HERE / "dry_run.txt").read_text(encoding="utf-8"))
+
+    def test_kinds_and_tables_that_there_are_not_are_refused(self):
+        result = self.merge("--only", "row,changes", HERE / "facts.csv")
+        self.assertEqual((result.returncode, result.stdout), (2, ""))
+        kinds = "row, by name, alias, change, conflict, left out"
+        self.assertIn(f"there is no kind changes; the kinds are {kinds}", result.stderr)
+        self.table.unlink()
+        result = self.merge("--write", HERE / "facts.csv")
+        self.assertEqual((result.returncode, result.stdout), (1, ""))
+        self.assertIn("pgm_flash.csv", result.stderr)
+        self.assertEqual(list(self.directory.iterdir()), [])
+
 
 class Evidence(unittest.TestCase):
     def test_copies_of_one_list_count_once(self):

@@ -34,6 +34,9 @@ class Fact:
             raise FactsError("%s: %s" % (place, error)) from None
         if len(self.response) < 3 or not self.device or not self.maker:
             raise FactsError("%s: expected a manufacturer, a device and at least three bytes" % place)
+        for name in (self.maker, self.device):
+            if not name.isprintable() or any(c in ',"' or c.isspace() for c in name):
+                raise FactsError("%s: %r is no name for a cell of the table" % (place, name))
         self.voltage = float(cells["voltage"]) if cells["voltage"] else None
         self.flag_status = cells["flag_status"] == "1"
 
@@ -48,12 +51,26 @@ class Fact:
 
 
 def read_facts(path):
-    with open(path, encoding="utf-8", newline="") as file:
-        reader = csv.DictReader(file)
-        missing = [column for column in COLUMNS if column not in (reader.fieldnames or [])]
-        if missing:
-            raise FactsError("%s: there is no column %s" % (path, ", ".join(missing)))
-        unknown = [c for c in reader.fieldnames if c not in COLUMNS + OPTIONAL]
-        if unknown:
-            raise FactsError("%s: unknown column %s" % (path, ", ".join(unknown)))
-        return [Fact(cells, "%s:%d" % (path, reader.line_num)) for cells in reader]
+    try:
+        with open(path, encoding="utf-8-sig", newline="") as file:
+            return facts_of(csv.DictReader(file), path)
+    except UnicodeDecodeError:
+        raise FactsError("%s: it is no text in UTF-8" % path) from None
+    except csv.Error as error:
+        raise FactsError("%s: %s" % (path, error)) from None
+
+
+def facts_of(reader, path):
+    missing = [column for column in COLUMNS if column not in (reader.fieldnames or [])]
+    if missing:
+        raise FactsError("%s: there is no column %s" % (path, ", ".join(missing)))
+    unknown = [c for c in reader.fieldnames if c not in COLUMNS + OPTIONAL]
+    if unknown:
+        raise FactsError("%s: unknown column %s" % (path, ", ".join(unknown)))
+    facts = []
+    for cells in reader:
+        place = "%s:%d" % (path, reader.line_num)
+        if None in cells or None in cells.values():
+            raise FactsError("%s: expected %d cells" % (place, len(reader.fieldnames)))
+        facts.append(Fact(cells, place))
+    return facts

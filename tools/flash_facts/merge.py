@@ -29,8 +29,9 @@ class Files:
 
     def __init__(self, directory):
         self.paths = [directory / name for name in self.NAMES]
-        table, aliases, sources, left_out = [p.read_text(encoding="utf-8") if p.exists() else "" for p in self.paths]
-        self.table = Table(table)
+        table, *beside = self.paths
+        self.table = Table(table.read_text(encoding="utf-8"))
+        aliases, sources, left_out = [path.read_text(encoding="utf-8") if path.exists() else "" for path in beside]
         self.evidence = Evidence(sources)
         self.aliases = {line["alias"]: (line["device_name"], line["reason"]) for line in lines_of(aliases)}
         self.left_out = {(line["device_name"], line["identification"]): line["reason"] for line in lines_of(left_out)}
@@ -58,18 +59,26 @@ def csv_text(columns, rows):
     return out.getvalue()
 
 
+def kinds_of(text):
+    kinds = text.split(",")
+    for kind in kinds:
+        if kind not in KINDS:
+            raise argparse.ArgumentTypeError("there is no kind %s; the kinds are %s" % (kind, ", ".join(KINDS)))
+    return kinds
+
+
 def main():
     parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
     default = pathlib.Path(__file__).resolve().parents[2] / "data" / "flash"
     parser.add_argument("facts", nargs="+", metavar="FACTS.csv")
     parser.add_argument("--directory", type=pathlib.Path, default=default, help="of table, aliases and sources")
     parser.add_argument("--write", action="store_true", help="change the files, not only say how")
-    parser.add_argument("--only", type=lambda text: text.split(","), default=KINDS, help="the kinds to list")
+    parser.add_argument("--only", type=kinds_of, default=KINDS, help="the kinds to list")
     given = parser.parse_args()
 
-    files = Files(given.directory)
-    merge = Merge(files.table, files.aliases, files.evidence, files.left_out)
     try:
+        files = Files(given.directory)
+        merge = Merge(files.table, files.aliases, files.evidence, files.left_out)
         for path in given.facts:
             for fact in read_facts(path):
                 for source in fact.sources:

@@ -3,6 +3,7 @@
     test_page.py COMMAND NODE_MODULES SCREENSHOTS
 """
 
+import collections
 import pathlib
 import random
 import shutil
@@ -248,25 +249,33 @@ class Use(PageTest):
         self.assertEqual(members["bulk_erase_time"], f"{record['bulk_erase_time']} s")
         self.assertIn(record["evidence"]["times"]["evidence"], column(3)["program_utime"])
 
+    def test_a_flash_of_ones_own_takes_the_evidence_from_nobody(self):
+        text = self.command.run("flash", "define", "--like", "W25Q64JV", "--id", "EF4099", "device_name=OWN").stdout
+        own = Command(program())
+        own.start += ["--set", f"PGM_USER_SFL_FLASH_INFO={text.strip()}"]
+        self.page.load(own.page(pathlib.Path(self.scratch.name) / "own"))
+        evidence = own.json("flash", "show", "W25Q64JV")["evidence"]["times"]["evidence"]
+        for name, told in (("OWN", ""), ("W25Q64JV", evidence)):
+            self.page.open(f"#/chip/{name}")
+            self.assertIn(f"program_utime\t3000 us\t{told}\n", self.page.texts("table.members")[0])
+
     def test_the_picture_of_capacities_counts_each_chip_once(self):
         counts = {}  # of each maker, by Kbit
         for row in self.command.json("flash", "list"):
             if row["default_dev"]:
-                size = row["device_bit_size"] >> 10
-                of_maker = counts.setdefault(row["manufacturer_name"], {})
-                of_maker[size] = of_maker.get(size, 0) + 1
+                counts.setdefault(row["manufacturer_name"], collections.Counter())[row["device_bit_size"] >> 10] += 1
         self.assertEqual(counts["Micron"][512], 1)  # M25P05, which two rows recognise
         makers = sorted(counts, key=lambda maker: (-sum(counts[maker].values()), maker))
         self.page.open("#/pictures")
-        text_of = "[...document.querySelectorAll('#view-pictures svg')[0].querySelectorAll('.%s')].map((e) => e.textContent)"
+        text_of = "[...document.querySelector('#view-pictures svg').querySelectorAll('.%s')].map((e) => e.textContent)"
         self.assertEqual(self.page.ask(text_of % "count"),
                          [str(number) for maker in makers for _, number in sorted(counts[maker].items())])
         self.assertEqual(self.page.ask(text_of % "scale")[:3], ["0.5", "1", "2"])
 
     def test_a_further_name_leads_to_the_record_that_it_shares(self):
-        for address, name in (("#/chip/W25Q64FV", "W25Q64FV"), ("#/chip/w25q64fv", "W25Q64FV")):
+        alias = self.command.json("flash", "show", "W25Q64FV")["alias"]
+        for address in ("#/chip/W25Q64FV", "#/chip/w25q64fv"):
             self.page.open(address)
-            alias = self.command.json("flash", "show", name)["alias"]
             self.assertEqual(self.page.find("#view-chip h2").text, "Winbond W25Q64JV")
             self.assertEqual(self.page.find("#view-chip .alias").text,
                              f"W25Q64FV shares the record of W25Q64JV: {alias['reason']}.")

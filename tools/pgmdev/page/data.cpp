@@ -51,15 +51,27 @@ std::vector<FLASH_ROW> rows_of_page() {
     return rows;
 }
 
+/// A flash of the user's own has no evidence, nor has a row that the list leaves out: null for each group.
 JSON evidence_data(const std::vector<FLASH_ROW>& rows) {
     const FLASH_EVIDENCE evidence(installed_flash_list(FLASH_SOURCES_LIST));
     std::vector<JSON> support;
-    bool is_there = true;
+    support.reserve(rows.size());
+    JSON none = JSON::object();
     for (const FLASH_ROW& row : rows) {
-        const JSON& groups = support.emplace_back(support_json(evidence.of(row.record)));
-        is_there = is_there && !groups.members().names.empty();
+        support.push_back(support_json(evidence.of(row.record)));
+        for (const std::string& group : support.back().members().names) {
+            none[group] = JSON();
+        }
     }
-    return is_there ? in_columns(support) : JSON();
+    if (none.members().names.empty()) {
+        return {};
+    }
+    for (JSON& groups : support) {
+        if (groups.members().names.empty()) {
+            groups = none;
+        }
+    }
+    return in_columns(support);
 }
 
 JSON aliases_data() {

@@ -1,4 +1,4 @@
-"""What the library reports."""
+"""What the library reports. Tracebacks name these classes as programs catch them: pgmdev.InternalError."""
 
 from __future__ import annotations
 
@@ -8,6 +8,8 @@ class InternalError(RuntimeError):
 
     `condition` is the condition that did not hold, `module`, `file` and `line` tell where it was checked.
     """
+
+    __module__ = "pgmdev"
 
     def __init__(self, condition: str, module: str, file: str, line: int) -> None:
         super().__init__(condition, module, file, line)
@@ -28,7 +30,11 @@ class InternalError(RuntimeError):
 class ContainerError(OSError):
     """The parameter container cannot be read or changed."""
 
+    __module__ = "pgmdev"
+
 
 class ContainerBusyError(ContainerError):
     """The lock of the parameter container was not to be had for 10 seconds: another writer has it, or no descriptor was
     left to ask with."""
+
+    __module__ = "pgmdev"

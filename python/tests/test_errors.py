@@ -6,6 +6,7 @@ import hashlib
 import logging
 import os
 import pathlib
+import pickle
 import subprocess
 import sys
 from collections.abc import Callable
@@ -15,6 +16,13 @@ import pytest
 
 import pgmdev
 from pgmdev import enums, flash, hps, parts, profiles, tables
+
+
+@pytest.mark.parametrize("name", ["InternalError", "ContainerError", "ContainerBusyError"])
+def test_a_traceback_names_the_class_that_programs_catch(name: str) -> None:
+    error = getattr(pgmdev, name)
+    assert f"{error.__module__}.{error.__qualname__}" == f"pgmdev.{name}"
+    assert pickle.loads(pickle.dumps(error)) is error
 
 
 def test_a_missing_database(tmp_path: pathlib.Path, capfd: pytest.CaptureFixture[str]) -> None:

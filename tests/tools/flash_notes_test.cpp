@@ -56,6 +56,22 @@ TEST(flash_notes, WarningsAreRefusedOnlyWhenStrict) {
     EXPECT_EQ(run_command({"flash", "check", "--strict", files.table()}).exit_code, INTERNAL_ERROR);
 }
 
+TEST(flash_notes, AreNotHeldAgainstRowsThatCouldNotBeRead) {
+    const TABLE_WITH_NOTES files;
+    std::string text = read_file(files.table());
+    const std::size_t row = text.find("\nWinbond,");
+    text.replace(text.find("TRUE", row), 4, "TRU,");
+    files.write("flash/pgm_flash.csv", text);
+    const PROCESS_RESULT result = run_command({"--json", "flash", "check", files.table()});
+    EXPECT_EQ(result.exit_code, INTERNAL_ERROR);
+    EXPECT_EQ(lines_of(result.errors).size(), 1U) << result.errors;
+    for (const JSON& notes : json_of(result.output).at("notes")) {
+        EXPECT_EQ(notes.at("faults"), JSON::array()) << notes;
+    }
+    files.write("flash/ambiguities.csv", std::string(HEADING) + "EF40, A B, -, by, fire, harm\n");
+    EXPECT_TRUE(contains(run_command({"flash", "check", files.table()}).errors, "ambiguities.csv:2:19: fault:"));
+}
+
 TEST(flash_notes, TravelWithTheDatabase) {
     const TABLE_WITH_NOTES files;
     files.write("flash/ambiguities.csv",

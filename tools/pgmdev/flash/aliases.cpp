@@ -70,6 +70,9 @@ NOTES_FAULTS flash_alias_faults(const std::string& csv_file, const std::vector<P
                 list_fault("", fmt::format("as many cells in line {} as in the first", line.number)));
         }
     }
+    if (records.empty()) {  // the table has faults of its own
+        return found;
+    }
     const auto comes_before = [](const std::string& a, const std::string& b) { return gen_stricmp(a, b) < 0; };
     std::set<std::string, decltype(comes_before)> names;
     for (const PGMDEV_SFL_FLASH_INFO& record : records) {

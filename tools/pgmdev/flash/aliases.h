@@ -22,7 +22,8 @@ const std::vector<FLASH_ALIAS>& flash_aliases();
 /// The one of this name, in any case.
 std::optional<FLASH_ALIAS> find_flash_alias(const std::string& name);
 
-/// What is wrong with the list beside a source table: lines of another form; names of no use with these records.
+/// What is wrong with the list beside a source table: lines of another form; names of no use with these records, if
+/// there are any.
 NOTES_FAULTS flash_alias_faults(const std::string& csv_file, const std::vector<PGMDEV_SFL_FLASH_INFO>& records);
 
 /// Names of rows, and behind them all aliases: what a name may have meant.

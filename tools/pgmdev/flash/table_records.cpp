@@ -69,8 +69,17 @@ JSON FLASH_RECORDS::values(const RECORD& record) {
 
 std::vector<NOTES_FAULTS> FLASH_RECORDS::notes_beside(const std::string& csv_file, const PGMDEV_FLASH_TABLE& table) {
     std::vector<NOTES_FAULTS> notes;
-    for (const auto& each : PGMDEV_FLASH_NOTES::beside_source(csv_file).faults_with(table.records())) {
-        notes.push_back({each.file, each.faults});
+    const PGMDEV_FLASH_NOTES beside = PGMDEV_FLASH_NOTES::beside_source(csv_file);
+    if (table.records().empty()) {  // it has faults of its own: no row could be told from one that is missing
+        for (const auto& file : {beside.ambiguities_file(), beside.identifications_file()}) {
+            if (!file.file.empty()) {
+                notes.push_back({file.file, file.faults});
+            }
+        }
+    } else {
+        for (const auto& each : beside.faults_with(table.records())) {
+            notes.push_back({each.file, each.faults});
+        }
     }
     notes.push_back(flash_alias_faults(csv_file, table.records()));
     return notes;

@@ -162,6 +162,32 @@ TEST(check_options, HintsAtTheCause) {
     EXPECT_TRUE(contains(hint_for(wide.substr(2)), "UTF-16"));
 }
 
+TEST(check_options, FilesOfAnotherKindAreSaidToBe) {
+    const SCRATCH scratch;
+    const std::string flash = scratch.write("flash.csv", GOOD);
+    const std::string profiles =
+        scratch.write("p.csv", read_file(TEST_DATA_DIR + std::string("/dev_info/pgm_dev_info.csv")));
+    const std::string database = scratch.path("flash.pcf");
+    ASSERT_EQ(run_command({"flash", "compile", flash, database}).exit_code, DONE);
+    const auto last_line = [&scratch](const std::string& noun, const std::string& verb, const std::string& file) {
+        std::vector<std::string> arguments{noun, verb, file};
+        if (verb == "compile") {
+            arguments.push_back(scratch.path("out.pcf"));
+        }
+        const PROCESS_RESULT result = run_command(arguments);
+        EXPECT_EQ(result.exit_code, INTERNAL_ERROR);
+        const std::vector<std::string> told = lines_of(result.errors);
+        return told.at(told.size() - (verb == "compile" ? 2 : 1));  // the last one says that nothing was compiled
+    };
+    for (const char* verb : {"check", "compile"}) {
+        EXPECT_EQ(last_line("flash", verb, profiles),
+                  profiles + ": hint: this is a profile table: see pgmdev profile check");
+        EXPECT_EQ(last_line("profile", verb, flash), flash + ": hint: this is a flash table: see pgmdev flash check");
+        EXPECT_EQ(last_line("flash", verb, database),
+                  database + ": hint: this is a packed database, no source table: see pgmdev flash dump --csv");
+    }
+}
+
 TEST(check_options, HintsAreToldLast) {
     const SCRATCH scratch;
     const std::string csv = scratch.write("t.csv", replaced(GOOD, ",", ";"));

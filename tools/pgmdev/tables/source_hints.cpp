@@ -1,10 +1,15 @@
 #include "tables/source_hints.h"
 
+#include <fmt/core.h>
+
 #include <algorithm>
 #include <array>
+#include <optional>
 #include <string_view>
+#include <utility>
 
 #include "files/file_bytes.h"
+#include "terminal/standard_error.h"
 
 namespace {
 
@@ -44,19 +49,58 @@ constexpr std::array HINTS{
          "the cells are in quotation marks: save the table without them"},
 };
 
+/// Whether a fault is one of the form of the table, not of a value in a row: what its cause has many of.
+bool is_of_form(const PGMDEV_TABLE_FAULT& fault) {
+    return fault.severity == PGMDEV_TABLE_FAULT::SEVERITY::FAULT && (fault.column == 0 || fault.row.empty());
+}
+
+/// The nouns with source tables, and the first name in the second line of these.
+struct TABLE_OF_NOUN {
+    const char* noun;
+    std::string_view first_name;
+};
+constexpr std::array TABLES{TABLE_OF_NOUN{"flash", "manufacturer_name"}, TABLE_OF_NOUN{"profile", "family"}};
+
+/// That the file is of another kind; "" when it is not known to be.
+std::string other_kind(std::string_view text, const std::string& noun) {
+    if (text.starts_with("PGMIO_")) {
+        return fmt::format("this is a packed database, no source table: see pgmdev {} dump --csv", noun);
+    }
+    const std::size_t end = text.find('\n');
+    const std::string_view second = end == std::string_view::npos ? "" : text.substr(end + 1);
+    const std::string_view name = second.substr(0, second.find_first_of(", \t\r\n"));
+    for (const TABLE_OF_NOUN& table : TABLES) {
+        if (table.noun != noun && name == table.first_name) {
+            return fmt::format("this is a {0} table: see pgmdev {0} check", table.noun);
+        }
+    }
+    return "";
+}
+
 }  // namespace
 
-std::vector<std::string> hints_at_causes(const std::string& csv_file) {
+std::vector<std::string> hints_at_causes(const std::string& csv_file, const std::string& noun,
+                                         const std::vector<PGMDEV_TABLE_FAULT>& faults) {
     std::vector<std::string> hints;
-    const auto bytes = file_bytes(csv_file);
+    const auto bytes = std::any_of(faults.begin(), faults.end(), is_of_form) ? file_bytes(csv_file) : std::nullopt;
     if (!bytes) {
         return hints;
     }
     const std::string_view text(reinterpret_cast<const char*>(bytes->data()), bytes->size());
+    if (std::string kind = other_kind(text, noun); !kind.empty()) {
+        hints.push_back(std::move(kind));
+        return hints;
+    }
     for (const HINT& hint : HINTS) {
         if (hint.applies(text)) {
             hints.emplace_back(hint.text);
         }
     }
     return hints;
+}
+
+void print_hints(const std::string& csv_file, const std::vector<std::string>& hints) {
+    for (const std::string& hint : hints) {
+        print_error("{}: hint: {}", csv_file, hint);
+    }
 }

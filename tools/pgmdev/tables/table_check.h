@@ -37,11 +37,6 @@ void suggest_names(std::vector<PGMDEV_TABLE_FAULT>& faults) {
     }
 }
 
-/// Whether a fault is one of the form of the table, not of a value in a row: what its cause has many of.
-inline bool is_of_form(const PGMDEV_TABLE_FAULT& fault) {
-    return fault.severity == PGMDEV_TABLE_FAULT::SEVERITY::FAULT && (fault.column == 0 || fault.row.empty());
-}
-
 /// Shows all faults of a source table.
 template <class KIND>
 void check_table(const ARGUMENTS& given, COMMAND& command) {
@@ -63,8 +58,7 @@ void check_table(const ARGUMENTS& given, COMMAND& command) {
         }
         return entry != nullptr;
     });
-    const bool has_a_broken_form = std::any_of(table.faults().begin(), table.faults().end(), is_of_form);
-    auto hints = has_a_broken_form ? hints_at_causes(csv_file) : std::vector<std::string>();
+    std::vector<std::string> hints = hints_at_causes(csv_file, KIND::NOUN, table.faults());
     if (std::any_of(faults.begin(), faults.end(), is_of_part_list)) {
         hints.push_back(failure_text(part_list_failure()));
     }
@@ -87,9 +81,7 @@ void check_table(const ARGUMENTS& given, COMMAND& command) {
     for (const NOTES_FAULTS& each : notes) {
         print_faults(each.faults, each.file, KIND::TABLE::describe);
     }
-    for (const std::string& hint : hints) {
-        print_error("{}: hint: {}", csv_file, hint);
-    }
+    print_hints(csv_file, hints);
     if (command.json) {
         JSON document = sizes_json(table);
         document["faults"] = faults_json(faults, KIND::ROW_KEY);

@@ -120,6 +120,7 @@ void compile_table(const ARGUMENTS& given, const COMMAND& command) {
     OUTPUT_FILE output(pcf_file);
     if (table.has_faults()) {
         print_faults(table.faults(), csv_file, KIND::TABLE::describe);
+        print_hints(csv_file, hints_at_causes(csv_file, KIND::NOUN, table.faults()));
     }
     if (table.records().empty() || (KIND::NEEDS_PART_LIST && !part_list_obstacle().empty())) {
         // The format is broken, or a file is missing: the compiler itself says which condition stops it.

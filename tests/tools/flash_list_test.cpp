@@ -170,6 +170,19 @@ TEST(flash_show, UnknownName) {
     expect_failure(database.run({"flash", "show", ""}), NOT_FOUND, {});
 }
 
+TEST(flash_show, MistypedName) {
+    const FLASH_DATABASE database({named("W25Q64JV", 1), named("W25Q64JVM", 2), named("W25Q", 3), named("MX25L", 4)});
+    const auto candidates = [&database](const std::string& name) {
+        return json_of(database.run({"--json", "flash", "show", name}).output).at("candidates");
+    };
+    EXPECT_EQ(candidates("W25Q46JV"), JSON::array({"W25Q64JV", "W25Q64JVM", "W25Q"}));  // swapped
+    EXPECT_EQ(candidates("W25Q64JX"), JSON::array({"W25Q64JV", "W25Q64JVM", "W25Q"}));
+    EXPECT_EQ(candidates("W25Q64"), JSON::array({"W25Q64JV", "W25Q64JVM", "W25Q"}));
+    EXPECT_EQ(candidates("MX2L"), JSON::array({"MX25L"}));
+    expect_failure(database.run({"flash", "identify", "--as", "0=W25Q46JV", "EF4017"}), WRONG_USAGE,
+                   {"no flash is named \"W25Q46JV\"; did you mean W25Q64JV, W25Q64JVM, W25Q\n"});
+}
+
 TEST(flash_show, NameWithoutItsSwitchIsUnknown) {
     const FLASH_DATABASE database({named("ALWAYS", 1), switched("RARE", 2, "RARE")});
     expect_failure(database.run({"flash", "show", "RARE"}), NOT_FOUND, {"RARE"});
@@ -188,15 +201,15 @@ TEST(flash_show, Batch) {
 
 TEST(flash_show, BatchAnswersEveryLineAndTellsOfTheMissing) {
     const FLASH_DATABASE database({named("ONE", 1), named("TWO", 2)});
-    const PROCESS_RESULT result = database.run({"--json", "flash", "show", "-"}, "ONE\nNONE\nTWO\n");
+    const PROCESS_RESULT result = database.run({"--json", "flash", "show", "-"}, "ONE\nNOTHING\nTWO\n");
     EXPECT_EQ(result.exit_code, NOT_FOUND);
-    EXPECT_TRUE(contains(result.errors, "NONE")) << result.errors;
+    EXPECT_TRUE(contains(result.errors, "NOTHING")) << result.errors;
     const std::vector<JSON> answers = json_lines_of(result.output);
     ASSERT_EQ(answers.size(), 3U);
     EXPECT_EQ(answers[0].at("device_name"), "ONE");
-    EXPECT_EQ(answers[1], missing_answer("NONE", {{"index", nullptr}, {"device_name", "NONE"}}));
+    EXPECT_EQ(answers[1], missing_answer("NOTHING", {{"index", nullptr}, {"device_name", "NOTHING"}}));
     EXPECT_EQ(answers[2].at("device_name"), "TWO");
-    const PROCESS_RESULT text = database.run({"flash", "show", "-"}, "ONE\nNONE\nTWO\n");
+    const PROCESS_RESULT text = database.run({"flash", "show", "-"}, "ONE\nNOTHING\nTWO\n");
     EXPECT_EQ(text.exit_code, NOT_FOUND);
     EXPECT_TRUE(contains(text.output, "ONE") && contains(text.output, "TWO"));
 }

@@ -110,7 +110,7 @@ std::vector<std::string> FLASH_IDENTIFIER::similar_names(const std::string& devi
         }
     }
     names = with_flash_aliases(std::move(names));
-    std::vector<std::string> similar;
+    std::vector<std::string> similar = probably_meant(device_name, names);
     for (std::size_t length = device_name.size(); similar.empty() && length >= LEAST_BEGINNING; --length) {
         similar = longer_or_shorter(device_name.substr(0, length), names);
     }

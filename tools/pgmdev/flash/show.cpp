@@ -133,7 +133,7 @@ ANSWER by_name(SOURCE& source, const std::string& name) {
     answer.found = false;
     answer.content = {{"index", nullptr}, {"device_name", name}};
     answer.missing = missing_name(source, name);
-    answer.candidates = longer_or_shorter(name, with_flash_aliases(std::move(names)));
+    answer.candidates = probably_meant(name, with_flash_aliases(std::move(names)));
     return answer;
 }
 

@@ -133,6 +133,19 @@ std::vector<std::string> longer_or_shorter(const std::string& name, const std::v
     return names;
 }
 
+std::vector<std::string> probably_meant(const std::string& name, const std::vector<std::string>& candidates) {
+    constexpr std::size_t MOST = 8;
+    std::vector<std::string> meant = longer_or_shorter(name, candidates);
+    const auto is_longer = [&name](const std::string& candidate) { return candidate.size() > name.size(); };
+    const auto shorter = std::stable_partition(meant.begin(), meant.end(), is_longer);
+    std::vector<std::string> near = nearest(name, candidates);
+    std::erase_if(
+        near, [&meant](const std::string& each) { return std::find(meant.begin(), meant.end(), each) != meant.end(); });
+    meant.insert(shorter, near.begin(), near.end());
+    meant.resize(std::min(meant.size(), MOST));
+    return meant;
+}
+
 std::string did_you_mean(const std::vector<std::string>& names) {
     std::string text;
     if (is_quiet()) {

@@ -48,5 +48,9 @@ private:
 /// Names that begin with `name`, or are the beginning of it, in their order: for names that people cut short.
 std::vector<std::string> longer_or_shorter(const std::string& name, const std::vector<std::string>& candidates);
 
+/// Names that begin with `name`, in their order; behind them the nearest ones, and last what `name` begins with: for names
+/// that people cut short and mistype.
+std::vector<std::string> probably_meant(const std::string& name, const std::vector<std::string>& candidates);
+
 /// "; did you mean A, B", or "" when there are no names, and when the user wants no hints.
 std::string did_you_mean(const std::vector<std::string>& names);

@@ -238,6 +238,18 @@ TEST(flash_collisions, ResponsesThatNoChipGivesAreSaidInWords) {
     }
 }
 
+TEST(flash_collisions, ABitThatAShiftedResponseHasLostLeavesTwoDevices) {
+    // One clock too few: EF 40 16 and EF 40 17, of which the last bit was not read, look alike.
+    EXPECT_EQ(
+        identified("77A00B", NOT_FOUND).at("oddity").at("text"),
+        "one clock too few before the first byte was read: shifted by one bit it is EF 40 16, Winbond W25Q32JV, or "
+        "EF 40 17, Winbond W25Q64JV: one bit was not read");
+    // With one byte more only that byte is in doubt.
+    EXPECT_EQ(
+        identified("77A00B80", NOT_FOUND).at("oddity").at("text"),
+        "one clock too few before the first byte was read: shifted by one bit it is EF 40 17 00, Winbond W25Q64JV");
+}
+
 TEST(flash_collisions, ThreeResponsesOfOneByteLookLikeOne) {
     const PROCESS_RESULT result = run_command({"--json", "flash", "identify", "EF", "40", "18"});
     EXPECT_EQ(result.exit_code, NOT_FOUND);

@@ -152,18 +152,28 @@ BYTES shifted(RESPONSE response, bool to_the_left, bool filling) {
     return bytes;
 }
 
+/// One bit was not read: two records may take what is known.
 ODDITY shifted_response(RECORDS records, RESPONSE response) {
     for (const bool to_the_left : {true, false}) {
+        ODDITY oddity;
         for (const bool filling : {false, true}) {
             const BYTES bytes = shifted(response, to_the_left, filling);
             const DWORD index = record_of(records, bytes);
-            if (index != INVALID_DWORD) {
-                return {KIND::SHIFTED,
-                        std::string("one clock too ") + (to_the_left ? "few" : "many") +
-                            " before the first byte was read: shifted by one bit it is " + hex_text(bytes) + ", " +
-                            name_of(records, index),
-                        index};
+            if (index == INVALID_DWORD || index == oddity.index) {
+                continue;
             }
+            const std::string sent = hex_text(bytes) + ", " + name_of(records, index);
+            if (oddity.kind == KIND::SHIFTED) {
+                oddity.text += ", or " + sent + ": one bit was not read";
+                continue;
+            }
+            oddity = {KIND::SHIFTED,
+                      std::string("one clock too ") + (to_the_left ? "few" : "many") +
+                          " before the first byte was read: shifted by one bit it is " + sent,
+                      index};
+        }
+        if (oddity.kind != KIND::NONE) {
+            return oddity;
         }
     }
     return {};

@@ -144,19 +144,30 @@ function shifted(response, to_the_left, filling) {
     return bytes;
 }
 
+/// One bit was not read: two records may take what is known.
 function shifted_oddity(response) {
     for (const to_the_left of [true, false]) {
+        let found = null;
         for (const filling of [0, 1]) {
             const bytes = shifted(response, to_the_left, filling);
             const index = record_that_takes(bytes);
-            if (index >= 0) {
-                return oddity(
-                    "shifted",
-                    `one clock too ${to_the_left ? "few" : "many"} before the first byte was read: shifted by one bit ` +
-                        `it is ${hex_bytes(bytes)}, ${full_name(FLASH.records[index])}`,
-                    index,
-                );
+            if (index < 0 || index === found?.index) {
+                continue;
             }
+            const sent = `${hex_bytes(bytes)}, ${full_name(FLASH.records[index])}`;
+            if (found !== null) {
+                found.text += `, or ${sent}: one bit was not read`;
+                continue;
+            }
+            found = oddity(
+                "shifted",
+                `one clock too ${to_the_left ? "few" : "many"} before the first byte was read: shifted by one bit ` +
+                    `it is ${sent}`,
+                index,
+            );
+        }
+        if (found !== null) {
+            return found;
         }
     }
     return null;

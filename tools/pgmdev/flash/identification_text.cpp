@@ -221,7 +221,7 @@ void print_unmapped(DWORD position, const FLASH_IDENTIFICATION& device, const FL
     }
     print_dangers(device, identifier);
     if (device.answer.candidates.oddity().kind == PGMDEV_FLASH_ODDITY::KIND::NONE) {
-        print_part("your own", "flash define describes a flash that no table has: docs/your-own-flash.md");
+        print_part("your own", "flash define describes a flash that no table has: guide your-own-flash.md");
     }
 }
 

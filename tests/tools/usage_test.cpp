@@ -97,6 +97,9 @@ TEST(usage, WrongUsage) {
 
 TEST(usage, WhatIsMissingOrTooMuchIsNamed) {
     expect_failure(run_command({}), WRONG_USAGE, {"a noun is missing; the nouns are doctor, page, schema, flash"});
+    expect_failure(run_command({"--db-dir"}), WRONG_USAGE, {"--db-dir: 1 required DIR missing"});
+    expect_failure(run_command({"flash", "list", "--set"}), WRONG_USAGE, {"--set: 1 required KEY=VALUE missing"});
+    expect_failure(run_command({"--db-dir", "--set"}), WRONG_USAGE, {"a noun is missing"});  // a directory of that name
     expect_failure(run_command({"opn"}), WRONG_USAGE,
                    {"a verb is missing; behind \"opn\" may stand name, index, hash, from-hash, list"});
     expect_failure(run_command({"hps", "add"}), WRONG_USAGE, {"behind \"hps add\" may stand nand, spi"});

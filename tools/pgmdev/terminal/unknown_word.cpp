@@ -9,15 +9,20 @@
 
 namespace {
 
+/// The option of that name, if it is one with a value; null otherwise.
+const GLOBAL_OPTION* option_with_value(const std::vector<GLOBAL_OPTION>& options, const std::string& argument) {
+    const auto found = std::find_if(options.begin(), options.end(), [&argument](const GLOBAL_OPTION& option) {
+        return option.names == argument && !option.value_name.empty();
+    });
+    return found != options.end() ? &*found : nullptr;
+}
+
 /// The words among the arguments: neither options nor their values. Options of verbs stand behind all nouns and verbs.
 std::vector<std::string> words_of(const std::vector<GLOBAL_OPTION>& options,
                                   const std::vector<std::string>& arguments) {
     std::vector<std::string> words;
     for (std::size_t i = 0; i < arguments.size(); ++i) {
-        const bool has_value = std::any_of(options.begin(), options.end(), [&](const GLOBAL_OPTION& option) {
-            return option.names == arguments[i] && !option.value_name.empty();
-        });
-        if (has_value) {
+        if (option_with_value(options, arguments[i]) != nullptr) {
             ++i;
         } else if (!arguments[i].starts_with('-')) {
             words.push_back(arguments[i]);
@@ -149,5 +154,12 @@ std::string repeated_option(const COMMAND_TABLE& table, const std::vector<std::s
 }
 
 std::string missing_word(const COMMAND_TABLE& table, const std::vector<std::string>& arguments) {
+    for (std::size_t i = 0; i < arguments.size(); ++i) {
+        if (const GLOBAL_OPTION* option = option_with_value(table.options, arguments[i]); option != nullptr) {
+            if (++i == arguments.size()) {
+                return fmt::format("{}: 1 required {} missing", option->names, option->value_name);
+            }
+        }
+    }
     return way_of(table, arguments).missing;
 }

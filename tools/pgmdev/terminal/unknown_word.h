@@ -18,5 +18,5 @@ std::string unknown_option(const COMMAND_TABLE& table, const std::vector<std::st
 /// The first option that may be given once and is given more than once, likewise.
 std::string repeated_option(const COMMAND_TABLE& table, const std::vector<std::string>& arguments);
 
-/// Where the arguments end before a verb: what may stand there.
+/// Where the arguments end before a verb, or before the value of an option: what may stand there.
 std::string missing_word(const COMMAND_TABLE& table, const std::vector<std::string>& arguments);

@@ -188,6 +188,15 @@ TEST(check_options, FilesOfAnotherKindAreSaidToBe) {
     }
 }
 
+TEST(check_options, ATableOfAnotherNounIsSaidToBeOneWhenItIsCompared) {
+    const SCRATCH scratch;
+    const std::string flash = scratch.write("flash.csv", GOOD);
+    const PROCESS_RESULT result = run_command({"profile", "diff", flash, flash});
+    EXPECT_EQ(result.exit_code, INTERNAL_ERROR);
+    EXPECT_TRUE(contains(result.errors, flash + ": hint: this is a flash table: see pgmdev flash check\n"))
+        << result.errors;
+}
+
 TEST(check_options, HintsAreToldLast) {
     const SCRATCH scratch;
     const std::string csv = scratch.write("t.csv", replaced(GOOD, ",", ";"));

@@ -15,6 +15,7 @@
 #include "files/source.h"
 #include "tables/fault_output.h"
 #include "tables/row_matching.h"
+#include "tables/source_hints.h"
 #include "terminal/command_line.h"
 #include "terminal/failure.h"
 #include "terminal/json.h"
@@ -39,6 +40,7 @@ typename KIND::TABLE read_any_table(const ARGUMENTS& given, const char* argument
     auto table = KIND::TABLE::from_source(file);
     if (table.has_faults()) {
         print_faults(table.faults(), file, KIND::TABLE::describe);
+        print_hints(file, hints_at_causes(file, KIND::NOUN, table.faults()));
     }
     if (table.records().empty()) {
         throw COMMAND_FAILURE({FAILURE_CODE::TABLE_REFUSED,

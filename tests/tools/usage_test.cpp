@@ -95,6 +95,39 @@ TEST(usage, WrongUsage) {
     }
 }
 
+TEST(usage, BlanksAroundNamesAndNumbersDoNotCount) {
+    const std::vector<std::vector<std::string>> commands{
+        {"enum", "list", " Sector\t"},
+        {"enum", "name", " sector ", " 3 "},
+        {"enum", "value", " sector ", " cfm0 "},
+        {"flash", "list", " W25Q64JV "},
+        {"flash", "list", "--maker", " winbond ", "--size", " 64Mbit ", "--voltage", " 3.3V "},
+        {"flash", "show", "--index", " 3 "},
+        {"flash", "identify", "--as", " 0 = W25Q64JV ", " EF4017 "},
+        {"flash", "define", "--like", " W25Q64JV ", " device_name = AC25X80 "},
+        {"part", "list", "--family", " Kestrel ", "--pins", " 144 ", "--speed", " 6 "},
+        {"profile", "show", "--family", " Kestrel "},
+        {"hps", "nand", "--hps", " HPS 1 "},
+    };
+    for (const auto& arguments : commands) {
+        EXPECT_EQ(run_command(arguments).exit_code, DONE) << testing::PrintToString(arguments);
+    }
+    expect_failure(run_command({"params", "read", " hps spi "}), NOT_FOUND, {"holds no block \"HPS SPI\""});
+    expect_failure(run_command({"params", "remove", " 2 "}), NOT_FOUND, {"holds no block \"HPS NAND\""});
+    expect_failure(run_command({"hps", "remove", "nand", " 1 "}), NOT_FOUND, {"entry 1 is built in"});
+}
+
+TEST(usage, NumbersThatAreNoneAreNamed) {
+    expect_failure(run_command({"hps", "remove", "nand", "x"}), WRONG_USAGE,
+                   {"pgmdev: \"x\" is not a value of INDEX: expected a number of 32 bits"});
+    expect_failure(run_command({"hps", "edit", "spi", "-1", "page_byte=1"}), WRONG_USAGE,
+                   {"\"-1\" is not a value of INDEX"});
+    expect_failure(run_command({"hps", "add", "nand", "--like", "4294967296"}), WRONG_USAGE,
+                   {"\"4294967296\" is not a value of --like"});
+    expect_failure(run_command({"params", "show", "0", "DWORD", "--skip", "-1"}), WRONG_USAGE,
+                   {"\"-1\" is not a value of --skip"});
+}
+
 TEST(usage, WhatIsMissingOrTooMuchIsNamed) {
     expect_failure(run_command({}), WRONG_USAGE, {"a noun is missing; the nouns are doctor, page, schema, flash"});
     expect_failure(run_command({"--db-dir"}), WRONG_USAGE, {"--db-dir: 1 required DIR missing"});

@@ -9,7 +9,8 @@
 #include "gen.h"
 #include "terminal/did_you_mean.h"
 
-std::optional<PGMDEV_SFL_FLASH_INFO> row_like(const std::string& name) {
+std::optional<PGMDEV_SFL_FLASH_INFO> row_like(const std::string& text) {
+    const std::string name = gen_remove_leading_and_trailing_white_spaces(text);
     const std::optional<FLASH_ALIAS> alias = find_flash_alias(name);
     const std::vector<FLASH_ROW> rows = all_flash_rows();
     const auto find = [&rows](const std::string& device_name) {

@@ -8,9 +8,9 @@
 
 #include "pgmdev_sfl_flash_info.h"
 
-/// The default row of that name, or of the flash that it is another name of, whatever switches it on; nothing when there
+/// The default row of the name that the text is, blanks around it left out, or of the flash that it is another name of, whatever switches it on; nothing when there
 /// is none.
-std::optional<PGMDEV_SFL_FLASH_INFO> row_like(const std::string& name);
+std::optional<PGMDEV_SFL_FLASH_INFO> row_like(const std::string& text);
 
 /// "did you mean A, B", or "".
 std::string rows_near(const std::string& name);

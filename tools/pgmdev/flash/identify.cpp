@@ -14,6 +14,7 @@
 #include "flash/log_line.h"
 #include "flash/output.h"
 #include "flash/verbs.h"
+#include "gen.h"
 #include "terminal/answer.h"
 #include "terminal/failure.h"
 #include "terminal/wrapped.h"
@@ -205,11 +206,13 @@ void identify_log(const std::string& file, COMMAND& command) {
 
 /// Takes "1=W25Q64JV" for one of the positions.
 void map_by_hand(const std::string& assignment, std::vector<FLASH_QUESTION>& questions) {
+    const auto trimmed = [](const std::string& text) { return gen_remove_leading_and_trailing_white_spaces(text); };
     const std::size_t sign = assignment.find('=');
-    if (sign == std::string::npos || sign + 1 == assignment.size()) {
+    const std::string name = sign == std::string::npos ? "" : trimmed(assignment.substr(sign + 1));
+    if (name.empty()) {
         throw USAGE_ERROR(fmt::format("\"{}\" maps no device: expected POSITION=NAME", assignment));
     }
-    const DWORD position = parse_dword(assignment.substr(0, sign), "a device position");
+    const DWORD position = parse_dword(trimmed(assignment.substr(0, sign)), "a device position");
     if (position >= questions.size()) {
         throw USAGE_ERROR(fmt::format("there is no device at position {}: the last is {}", position,
                                       static_cast<int>(questions.size()) - 1));
@@ -217,7 +220,7 @@ void map_by_hand(const std::string& assignment, std::vector<FLASH_QUESTION>& que
     if (!questions[position].by_hand.empty()) {
         throw USAGE_ERROR(fmt::format("the device at position {} is mapped more than once", position));
     }
-    questions[position].by_hand = assignment.substr(sign + 1);
+    questions[position].by_hand = name;
 }
 
 bool is_batch(const std::vector<std::string>& responses) {

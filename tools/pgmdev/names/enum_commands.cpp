@@ -4,6 +4,7 @@
 #include <array>
 
 #include "catalog/device_names.h"
+#include "gen.h"
 #include "names/enum_commands.h"
 #include "nouns.h"
 #include "pgmdev_mgr.h"
@@ -29,8 +30,9 @@ std::string type_list() {
 }
 
 PGM_ENUM_TYPE parse_type(const std::string& text) {
+    const std::string name = gen_remove_leading_and_trailing_white_spaces(text);
     for (std::size_t i = 0; i < TYPES.size(); ++i) {
-        if (text == TYPES[i]) {
+        if (gen_stricmp(name, TYPES[i]) == 0) {
             return static_cast<PGM_ENUM_TYPE>(i);
         }
     }

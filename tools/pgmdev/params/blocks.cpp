@@ -22,14 +22,15 @@ USAGE_ERROR no_such_block(const std::string& text, const char* more) {
 
 /// The block of that number or name, whether this version writes it or not.
 PGMDEV_FLASH_INI_ENUM parse_block(const std::string& text, const char* more) {
+    const std::string name = gen_remove_leading_and_trailing_white_spaces(text);
     for (DWORD i = 0; i < PGMDEV_FLASH_INI_MAX; ++i) {
-        if (gen_stricmp(text, PGMDEV_FLASH_INI_NAMES[i]) == 0) {
+        if (gen_stricmp(name, PGMDEV_FLASH_INI_NAMES[i]) == 0) {
             return static_cast<PGMDEV_FLASH_INI_ENUM>(i);
         }
     }
     DWORD number = 0;
-    const char* const end = text.data() + text.size();
-    const auto [last, error] = std::from_chars(text.data(), end, number);
+    const char* const end = name.data() + name.size();
+    const auto [last, error] = std::from_chars(name.data(), end, number);
     if (error != std::errc() || last != end) {
         throw no_such_block(text, more);
     }

@@ -75,6 +75,7 @@ void show_values(const ARGUMENTS& given, COMMAND& command) {
     for (const std::string& type : given.texts("TYPE")) {
         type_named(type);
     }
+    DWORD end = static_cast<DWORD>(given.number("--skip").value_or(0));
     require_readable_container();
     const BLOCK block(which);
     JSON answer = block_json(which, block);
@@ -84,7 +85,6 @@ void show_values(const ARGUMENTS& given, COMMAND& command) {
         report_absent(which, answer, command);
         return;
     }
-    DWORD end = static_cast<DWORD>(given.number("--skip").value_or(0));
     if (end > block.size) {
         throw USAGE_ERROR(fmt::format("--skip: the block has {} bytes", block.size));
     }

@@ -7,7 +7,9 @@
 #include <memory>
 #include <sstream>
 
+#include "gen.h"
 #include "terminal/failure.h"
+#include "terminal/input.h"
 #include "terminal/standard_error.h"
 #include "terminal/unknown_word.h"
 
@@ -154,7 +156,8 @@ void ARGUMENTS::bind(const std::vector<ARGUMENT>& table, CLI::App& verb) {
                 break;
             case ARGUMENT::NUMBER:
             case ARGUMENT::OPTIONAL_NUMBER:
-                option = verb.add_option(argument.name, value.number, argument.description);
+                option = verb.add_option(argument.name, value.text, argument.description);
+                option->type_name("UINT");
                 break;
             case ARGUMENT::FLAG:
                 option = verb.add_flag(argument.name, value.flag, argument.description);
@@ -186,7 +189,9 @@ const std::vector<std::string>& ARGUMENTS::texts(const std::string& name) const 
 }
 
 std::optional<std::size_t> ARGUMENTS::number(const std::string& name) const {
-    return has(name) ? std::optional(m_values.at(name).number) : std::nullopt;
+    return has(name) ? std::optional<std::size_t>(
+                           parse_dword(gen_remove_leading_and_trailing_white_spaces(text(name)), "a value of " + name))
+                     : std::nullopt;
 }
 
 namespace {

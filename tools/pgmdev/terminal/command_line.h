@@ -36,7 +36,7 @@ public:
     bool has(const std::string& name) const;                               ///< is it given?
     const std::string& text(const std::string& name) const;                ///< "": not given
     const std::vector<std::string>& texts(const std::string& name) const;  ///< none: not given
-    std::optional<std::size_t> number(const std::string& name) const;
+    std::optional<std::size_t> number(const std::string& name) const;      ///< anything else throws USAGE_ERROR
 
     /// Has the parser fill in what is given for the arguments of the table.
     void bind(const std::vector<ARGUMENT>& table, CLI::App& verb);
@@ -45,7 +45,6 @@ private:
     struct VALUE {
         std::string text;
         std::vector<std::string> texts;
-        std::size_t number = 0;
         bool flag = false;
         const CLI::Option* option = nullptr;
     };

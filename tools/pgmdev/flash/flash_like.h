@@ -8,8 +8,8 @@
 
 #include "pgmdev_sfl_flash_info.h"
 
-/// The default row of the name that the text is, blanks around it left out, or of the flash that it is another name of, whatever switches it on; nothing when there
-/// is none.
+/// The default row of the name that the text is, without blanks around it, or of the flash that it is another name of,
+/// whatever switches it on; nothing when there is none.
 std::optional<PGMDEV_SFL_FLASH_INFO> row_like(const std::string& text);
 
 /// "did you mean A, B", or "".

@@ -198,6 +198,13 @@ TEST(FlashList, ChoosesRecords) {
     expect_failure(run_command({"flash", "list", "no*such"}), NOT_FOUND, {"no*such"});
     expect_failure(run_command({"flash", "list", "--maker", "Winbnod", "--voltage", "9V"}), NOT_FOUND,
                    {"none passes --maker Winbnod; did you mean Winbond; none passes --voltage 9V"});
+    expect_failure(run_command({"flash", "list", "--voltage", "9", "--maker", "w*"}), NOT_FOUND,
+                   {"passes all filters; none passes --voltage 9; there are 1.2V, 1.8V, 3.3V\n"});
+    expect_failure(run_command({"-q", "flash", "list", "--voltage", "9"}), NOT_FOUND, {"none passes --voltage 9\n"});
+    expect_failure(run_command({"flash", "list", "--size", "3"}), NOT_FOUND,
+                   {"none passes --size 3; did you mean 2 Mbit, 4 Mbit\n"});
+    expect_failure(run_command({"flash", "list", "--size", "1bit"}), NOT_FOUND,
+                   {"none passes --size 1bit; did you mean 512 Kbit\n"});
     expect_failure(run_command({"part", "list", "KES50C6"}), NOT_FOUND, {"with --hidden there is 1"});
 }
 

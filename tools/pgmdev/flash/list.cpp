@@ -3,7 +3,9 @@
 #include <fmt/core.h>
 
 #include <algorithm>
+#include <iterator>
 #include <optional>
+#include <set>
 #include <utility>
 
 #include "flash/output.h"
@@ -12,6 +14,7 @@
 #include "gen.h"
 #include "terminal/did_you_mean.h"
 #include "terminal/filtered_listing.h"
+#include "terminal/size_text.h"
 #include "terminal/wildcard.h"
 
 namespace {
@@ -36,6 +39,33 @@ bool is_wanted(const PGMDEV_SFL_FLASH_INFO& record, const WANTED& wanted) {
            (!wanted.size || record.device_bit_size == *wanted.size);
 }
 
+/// What may have been meant by a text that no row has.
+std::string texts_near(const std::string& value, const std::vector<FLASH_ROW>& rows,
+                       std::string PGMDEV_SFL_FLASH_INFO::*text) {
+    std::set<std::string> known;
+    for (const FLASH_ROW& row : rows) {
+        known.insert(row.record.*text);
+    }
+    return nearest_or_all(value, {known.begin(), known.end()});
+}
+
+/// The sizes next to one that no row has, below and above it.
+std::string sizes_near(QWORD size, const std::vector<FLASH_ROW>& rows) {
+    std::set<QWORD> known;
+    for (const FLASH_ROW& row : rows) {
+        known.insert(row.record.device_bit_size);
+    }
+    const auto above = known.upper_bound(size);
+    std::vector<std::string> near;
+    if (above != known.begin()) {
+        near.push_back(size_text(*std::prev(above)));
+    }
+    if (above != known.end()) {
+        near.push_back(size_text(*above));
+    }
+    return did_you_mean(near);
+}
+
 /// Which of the filters no row passes even by itself, with what may have been meant.
 std::string vain_filters(const std::vector<FLASH_ROW>& rows, const WANTED& wanted, const ARGUMENTS& given) {
     struct FILTER {
@@ -51,14 +81,10 @@ std::string vain_filters(const std::vector<FLASH_ROW>& rows, const WANTED& wante
         const bool passed = std::any_of(rows.begin(), rows.end(),
                                         [&](const FLASH_ROW& row) { return is_wanted(row.record, filter.alone); });
         if (!passed && given.has(filter.option)) {
-            std::vector<std::string> known;
-            for (const FLASH_ROW& row : rows) {
-                if (filter.text != nullptr) {
-                    known.push_back(row.record.*filter.text);
-                }
-            }
             const std::string& value = given.text(filter.option);
-            reasons += fmt::format("; none passes {} {}{}", filter.option, value, did_you_mean(nearest(value, known)));
+            reasons += fmt::format(
+                "; none passes {} {}{}", filter.option, value,
+                filter.text != nullptr ? texts_near(value, rows, filter.text) : sizes_near(*wanted.size, rows));
         }
     }
     return reasons;

@@ -88,7 +88,6 @@ std::vector<std::string> families_of(const std::string& programmer_family) {
 
 /// What may have been meant by a value that no part has, or why none has it.
 std::string meant(const TEXT_FILTER& filter, const std::string& value) {
-    constexpr std::size_t FEW = 12;
     const std::vector<std::string>& known = filter.known();
     if (filter.field == &PART_FILTER::device &&
         dstr_is_valid_dev_device_enum(dstr_get_dev_device_enum_by_string(value.c_str()))) {
@@ -101,11 +100,7 @@ std::string meant(const TEXT_FILTER& filter, const std::string& value) {
     if (is_number(value) && is_number(known.front())) {
         return did_you_mean(neighbours(value, known));
     }
-    const std::vector<std::string> similar = nearest(value, known);
-    if (!similar.empty() || known.size() > FEW) {
-        return did_you_mean(similar);
-    }
-    return is_quiet() ? "" : fmt::format("; there are {}", fmt::join(known, ", "));
+    return nearest_or_all(value, known);
 }
 
 std::string value_of(const TEXT_FILTER& filter, const ARGUMENTS& given) {

@@ -1,5 +1,7 @@
 #include "terminal/did_you_mean.h"
 
+#include <fmt/format.h>
+
 #include <algorithm>
 #include <array>
 #include <cstdint>
@@ -155,4 +157,13 @@ std::string did_you_mean(const std::vector<std::string>& names) {
         text += (text.empty() ? "; did you mean " : ", ") + name;
     }
     return text;
+}
+
+std::string nearest_or_all(const std::string& value, const std::vector<std::string>& known) {
+    constexpr std::size_t FEW = 12;
+    const std::vector<std::string> near = nearest(value, known);
+    if (!near.empty() || known.empty() || known.size() > FEW) {
+        return did_you_mean(near);
+    }
+    return is_quiet() ? "" : fmt::format("; there are {}", fmt::join(known, ", "));
 }

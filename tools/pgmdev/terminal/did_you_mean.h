@@ -52,5 +52,8 @@ std::vector<std::string> longer_or_shorter(const std::string& name, const std::v
 /// that people cut short and mistype.
 std::vector<std::string> probably_meant(const std::string& name, const std::vector<std::string>& candidates);
 
+/// did_you_mean of the nearest values; where there are none, and only few values at all, "; there are A, B".
+std::string nearest_or_all(const std::string& value, const std::vector<std::string>& known);
+
 /// "; did you mean A, B", or "" when there are no names, and when the user wants no hints.
 std::string did_you_mean(const std::vector<std::string>& names);

@@ -37,6 +37,15 @@ TEST(completion, OfNounsGroupsAndVerbs) {
     EXPECT_EQ(completions({"nonsense-"}), WORDS{});
 }
 
+TEST(completion, OfTheVerbWhoseSchemaIsAskedFor) {
+    EXPECT_EQ(completions({"schema", "fl"}), WORDS{"flash"});
+    EXPECT_EQ(completions({"schema", "flash", "li"}), WORDS{"list"});
+    EXPECT_EQ(completions({"schema", "sch"}), WORDS{}) << "answers in no JSON of its own";
+    EXPECT_EQ(completions({"schema", "hps", "add", ""}), (WORDS{"nand", "spi"}));
+    EXPECT_EQ(completions({"schema", "flash", "list", ""}), WORDS{});
+    EXPECT_EQ(completions({"schema", "nonsense", ""}), WORDS{});
+}
+
 TEST(completion, TellsWhatWordsMean) {
     const PROCESS_RESULT result = run_command({"__complete", "hps", "kin"});
     EXPECT_EQ(result.output, "kinds\tThe kinds of hard processor systems\n");

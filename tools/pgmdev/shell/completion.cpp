@@ -126,10 +126,12 @@ private:
         return found;
     }
 
-    COMPLETIONS subcommands() const {
+    COMPLETIONS subcommands(bool only_in_json = false) const {
         COMPLETIONS found;
         for (const VERB& verb : m_noun->verbs()) {
-            found.push_back({verb.name, verb.description});
+            if (verb.schema || !only_in_json) {
+                found.push_back({verb.name, verb.description});
+            }
         }
         for (const NOUN& group : m_noun->groups()) {
             found.push_back({group.name, group.description});
@@ -137,12 +139,22 @@ private:
         return found;
     }
 
+    /// What may follow the words that are given, where these lead to a verb that answers in JSON.
+    COMPLETIONS words_of_the_command() const {
+        WORDS_BEFORE named(m_table);
+        for (const std::string& word : m_given) {
+            named.enter(word);
+        }
+        const bool is_end = named.m_verb != nullptr || named.m_path.size() != m_given.size();
+        return is_end ? COMPLETIONS() : named.subcommands(true);
+    }
+
     COMPLETIONS values(const std::string& beginning) const {
         std::size_t position = 0;
         for (const ARGUMENT& argument : m_verb->arguments) {
             if (!is_option(argument.name)) {
                 if (position == m_given.size() || takes_many(argument)) {
-                    return values_of(argument.name, beginning);
+                    return argument.name == "WORD" ? words_of_the_command() : values_of(argument.name, beginning);
                 }
                 ++position;
             }

@@ -16,8 +16,8 @@
 /// the member points at and null or replace the member, or hand it to another manager and null it here. Of what copies
 /// share, it does so with the members of all of them, or only nulls or replaces its own.
 ///
-/// A copy may be left behind without being destroyed, and its storage used again: the others need nothing in it, and only
-/// compare what they point at with what is where its member was.
+/// A copy may be left behind without being destroyed, and its storage used again. The others need nothing in it, but read
+/// what is where its member was: it stays memory of the process, and is not written while another thread lets copies go.
 ///
 /// `T` is an array type for what new[] made. Copies of one manager may be used and destroyed by different threads; a
 /// deriving class writes a member that copies share while they are not copied or destroyed.
@@ -65,6 +65,7 @@ public:
             return;
         }
         const LOCK lock(*other.m_group);
+        other.m_group->forget(&to);
         move();
         m_group = std::exchange(other.m_group, nullptr);
         m_entry = std::exchange(other.m_entry, nullptr);
@@ -98,6 +99,17 @@ private:
         GROUP(const GROUP&) = delete;
         GROUP& operator=(const GROUP&) = delete;
 
+        /// Drops copies that were left behind where `member` is now.
+        void forget(const POINTER* member) noexcept {
+            for (ENTRY** place = &first; *place != nullptr;) {
+                if ((*place)->member == member) {
+                    delete std::exchange(*place, (*place)->next);
+                } else {
+                    place = &(*place)->next;
+                }
+            }
+        }
+
         ENTRY* first;
         ENTRY* spare = nullptr;
         std::atomic_flag locked;
@@ -122,6 +134,7 @@ private:
     void join(const PGMDEV_SHARES& other, const POINTER& member, CHANGE change) noexcept {
         GROUP& group = *other.m_group;
         const LOCK lock(group);
+        group.forget(&member);
         change();
         m_group = &group;
         m_entry = std::exchange(group.spare, group.spare->next);

@@ -155,6 +155,22 @@ TEST(FlashOwnership, ACopyWhoseStorageIsUsedAgainIsForgotten) {
     EXPECT_EQ(another.sfl_get_device_name(0), "a name too long to lie within the string itself");
 }
 
+TEST(FlashOwnership, TheLastOfTheCopiesFreesAlsoWhereAnotherWasLeftBehind) {
+    using STORAGE = std::array<unsigned char, sizeof(FLASH_PROBE)>;
+    alignas(FLASH_PROBE) static STORAGE storage;
+    static STORAGE kept;  // so that what else the first copy held is no leak
+    std::optional<FLASH_PROBE> owner(holder());
+    auto* left_behind = new (storage.data()) FLASH_PROBE(*owner);
+    left_behind->m_flash_database = nullptr;
+    left_behind->m_device_to_flash_map = nullptr;
+    kept = storage;
+    auto* last = new (storage.data()) FLASH_PROBE(*owner);
+    owner.reset();
+    EXPECT_EQ(last->sfl_get_device_name(0), "a name too long to lie within the string itself");
+    std::destroy_at(last);
+    storage.fill(0);
+}
+
 TEST(FlashOwnership, AssigningAmongCopiesChangesNothing) {
     FLASH_PROBE owner(holder());
     FLASH_PROBE copy(owner);

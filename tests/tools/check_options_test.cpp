@@ -169,6 +169,8 @@ TEST(check_options, FilesOfAnotherKindAreSaidToBe) {
         scratch.write("p.csv", read_file(TEST_DATA_DIR + std::string("/dev_info/pgm_dev_info.csv")));
     const std::string database = scratch.path("flash.pcf");
     ASSERT_EQ(run_command({"flash", "compile", flash, database}).exit_code, DONE);
+    const std::string profile_database =
+        scratch.write("p.pcf", read_file(TEST_DEVICES_DIR + std::string("/programmer/pgm_dev_info.pcf")));
     const auto last_line = [&scratch](const std::string& noun, const std::string& verb, const std::string& file) {
         std::vector<std::string> arguments{noun, verb, file};
         if (verb == "compile") {
@@ -183,8 +185,13 @@ TEST(check_options, FilesOfAnotherKindAreSaidToBe) {
         EXPECT_EQ(last_line("flash", verb, profiles),
                   profiles + ": hint: this is a profile table: see pgmdev profile check");
         EXPECT_EQ(last_line("profile", verb, flash), flash + ": hint: this is a flash table: see pgmdev flash check");
-        EXPECT_EQ(last_line("flash", verb, database),
-                  database + ": hint: this is a packed database, no source table: see pgmdev flash dump --csv");
+        for (const char* noun : {"flash", "profile"}) {  // whichever it is taken for
+            EXPECT_EQ(last_line(noun, verb, database),
+                      database + ": hint: this is a packed database, no source table: see pgmdev flash dump --csv");
+            EXPECT_EQ(
+                last_line(noun, verb, profile_database),
+                profile_database + ": hint: this is a packed database, no source table: see pgmdev profile dump --csv");
+        }
     }
 }
 

@@ -8,6 +8,7 @@
 #include <string_view>
 #include <utility>
 
+#include "files/database.h"
 #include "files/file_bytes.h"
 #include "terminal/standard_error.h"
 
@@ -54,24 +55,25 @@ bool is_of_form(const PGMDEV_TABLE_FAULT& fault) {
     return fault.severity == PGMDEV_TABLE_FAULT::SEVERITY::FAULT && (fault.column == 0 || fault.row.empty());
 }
 
-/// The nouns with source tables, and the first name in the second line of these.
-struct TABLE_OF_NOUN {
-    const char* noun;
+/// What a noun calls its own: a packed database, and a table by the first name in its second line.
+struct FILES_OF_NOUN {
+    const DATABASE_KIND& database;
     std::string_view first_name;
 };
-constexpr std::array TABLES{TABLE_OF_NOUN{"flash", "manufacturer_name"}, TABLE_OF_NOUN{"profile", "family"}};
+const std::array ALL_FILES{FILES_OF_NOUN{FLASH_DATABASE_KIND, "manufacturer_name"},
+                           FILES_OF_NOUN{PROFILE_DATABASE_KIND, "family"}};
 
 /// That the file is of another kind; "" when it is not known to be.
 std::string other_kind(std::string_view text, const std::string& noun) {
-    if (text.starts_with("PGMIO_")) {
-        return fmt::format("this is a packed database, no source table: see pgmdev {} dump --csv", noun);
-    }
     const std::size_t end = text.find('\n');
     const std::string_view second = end == std::string_view::npos ? "" : text.substr(end + 1);
     const std::string_view name = second.substr(0, second.find_first_of(", \t\r\n"));
-    for (const TABLE_OF_NOUN& table : TABLES) {
-        if (table.noun != noun && name == table.first_name) {
-            return fmt::format("this is a {0} table: see pgmdev {0} check", table.noun);
+    for (const auto& [database, first_name] : ALL_FILES) {
+        if (text.starts_with(database.magic)) {
+            return fmt::format("this is a packed database, no source table: see pgmdev {} dump --csv", database.noun);
+        }
+        if (database.noun != noun && name == first_name) {
+            return fmt::format("this is a {0} table: see pgmdev {0} check", database.noun);
         }
     }
     return "";

@@ -8,8 +8,8 @@
 
 #include "pgmdev_table_fault.h"
 
-/// Hints at the causes of such faults in a table of the noun, told from the bytes of the file; none when the form of the table
-/// is not broken, nothing stands out, or the file cannot be read.
+/// Hints at the causes of such faults in a table of the noun, told from the bytes of the file; none when the form of the
+/// table is not broken, nothing stands out, or the file cannot be read.
 std::vector<std::string> hints_at_causes(const std::string& csv_file, const std::string& noun,
                                          const std::vector<PGMDEV_TABLE_FAULT>& faults);
 

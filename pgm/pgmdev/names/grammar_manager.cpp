@@ -79,7 +79,7 @@ void PGMDEV_DEVICE_GRAMMAR_MGR::get_dev_pcfs(const std::string& name, std::strin
 }
 
 void PGMDEV_DEVICE_GRAMMAR_MGR::get_pgm_pcfs(const std::string& name, std::string& part_pcf, std::string& family_pcf) {
-    const std::string pgm_name = get_pgm_name(name, false, false);
+    std::string pgm_name = get_pgm_name(name, false, false);  // normalised by the next look-up
     part_pcf = get_pgm_part_pcf(pgm_name);
     family_pcf = get_pgm_family_pcf(pgm_name);
 }

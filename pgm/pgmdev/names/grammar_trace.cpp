@@ -9,6 +9,8 @@ bool grammar_is_traced() {
     return cfg_is_on("PGMDEV_ENABLE_GRAMMAR_DEBUG", false) != 0;
 }
 
+// Names are shown up to a NUL that they may have, as all texts of traces are.
+
 void trace_package_name(const std::string& name, const std::string& out) {
     if (grammar_is_traced()) {
         print(std::cout,

@@ -10,7 +10,6 @@
 
 set(PGMDEV_COMPILE_BY_ROOM all CACHE STRING "Whose files are compiled a room at a time: all, tests or none")
 set_property(CACHE PGMDEV_COMPILE_BY_ROOM PROPERTY STRINGS all tests none)
-set(PGMDEV_FILES_AT_A_TIME 20 CACHE STRING "How many files of a room, or of several small ones, are compiled as one")
 
 # read_common_headers_once(TARGET [HEADER...]): for all rooms of TARGET, one of the products, what nearly all include. With
 # Clang a room then takes a quarter less. GCC gains a tenth and warns of what it finds in its own headers.
@@ -22,10 +21,9 @@ function(read_common_headers_once target)
   endif()
 endfunction()
 
-# compile_by_room(TARGET WHOSE [PREFIX...]): TARGET, one of the `tests` or of the `products`, is compiled a room at a
-# time if PGMDEV_COMPILE_BY_ROOM says so. Files of TARGET's own directory that begin with a PREFIX have a room of their own.
-# Sources of other directories, generated ones, and those of Windows, whose headers define half the dictionary, are compiled
-# by themselves.
+# compile_by_room(TARGET WHOSE [COUNT]): TARGET, one of the `tests` or of the `products`, is compiled a room at a time if
+# PGMDEV_COMPILE_BY_ROOM says so, COUNT files at most as one, 20 if that is not said. Sources of other directories, generated
+# ones, and those of Windows, whose headers define half the dictionary, are compiled by themselves.
 function(compile_by_room target whose)
   if(NOT PGMDEV_COMPILE_BY_ROOM STREQUAL all AND NOT PGMDEV_COMPILE_BY_ROOM STREQUAL whose)
     return()
@@ -35,41 +33,43 @@ function(compile_by_room target whose)
   if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
     target_compile_options(${target} PRIVATE -Wno-subobject-linkage)
   endif()
+  set(most 20)
+  if(ARGC GREATER 2)
+    set(most ${ARGV2})
+  endif()
   get_target_property(sources ${target} SOURCES)
+  set(rooms "")
   foreach(source IN LISTS sources)
     if(source MATCHES "^[^/$].*\\.cpp$" AND NOT source MATCHES "_windows\\.cpp$")
       cmake_path(GET source PARENT_PATH room)
-      foreach(prefix IN LISTS ARGN)
-        if(source MATCHES "^${prefix}")
-          set(room ${prefix})
-        endif()
-      endforeach()
       string(MAKE_C_IDENTIFIER "room_${room}" room)
-      list(APPEND rooms ${room})
+      if(NOT room IN_LIST rooms)
+        list(APPEND rooms ${room})
+        set(files_of_${room} "")
+      endif()
       list(APPEND files_of_${room} ${source})
     endif()
   endforeach()
-  list(REMOVE_DUPLICATES rooms)
-  set(small_rooms "")
   set(few 0)
   if(whose STREQUAL products)
-    math(EXPR few "${PGMDEV_FILES_AT_A_TIME} / 2")
+    math(EXPR few "${most} / 2")
   endif()
+  set(files_of_small_rooms "")
   foreach(room IN LISTS rooms)
     list(LENGTH files_of_${room} count)
     if(count LESS few)
-      list(APPEND small_rooms ${files_of_${room}})
+      list(APPEND files_of_small_rooms ${files_of_${room}})
     else()
-      compile_in_parts(${room} ${files_of_${room}})
+      compile_in_parts(${room} ${most} ${files_of_${room}})
     endif()
   endforeach()
-  compile_in_parts(small_rooms ${small_rooms})
+  compile_in_parts(small_rooms ${most} ${files_of_small_rooms})
 endfunction()
 
-# compile_in_parts(NAME FILE...): as few parts as it takes, each as large as the others.
-function(compile_in_parts name)
+# compile_in_parts(NAME MOST FILE...): as few parts as it takes, each as large as the others.
+function(compile_in_parts name most)
   list(LENGTH ARGN count)
-  math(EXPR parts "(${count} + ${PGMDEV_FILES_AT_A_TIME} - 1) / ${PGMDEV_FILES_AT_A_TIME}")
+  math(EXPR parts "(${count} + ${most} - 1) / ${most}")
   set(number 0)
   foreach(file IN LISTS ARGN)
     math(EXPR part "${number} * ${parts} / ${count}")

@@ -135,7 +135,7 @@ void write_files(const std::vector<ANSWERING_VERB>& verbs, const std::string& di
     }
 }
 
-void show(const ARGUMENTS& given, const COMMAND&) {
+void show_schema(const ARGUMENTS& given, const COMMAND&) {
     const std::vector<std::string>& words = given.texts("WORD");
     const std::vector<ANSWERING_VERB> verbs = verbs_behind(words);
     if (given.has("--directory")) {
@@ -150,7 +150,7 @@ void show(const ARGUMENTS& given, const COMMAND&) {
 }  // namespace
 
 VERB schema_verb() {
-    return VERB("schema", "The JSON Schema of the answers in JSON", "pgmdev schema flash show", show)
+    return VERB("schema", "The JSON Schema of the answers in JSON", "pgmdev schema flash show", show_schema)
         .takes({"WORD", "Noun and verb whose answer it is, or version; none: all", ARGUMENT::OPTIONAL_TEXTS})
         .takes({"--directory", "Write a file for each verb into this directory, NOUN-VERB.json",
                 ARGUMENT::OPTIONAL_TEXT, "DIR"});

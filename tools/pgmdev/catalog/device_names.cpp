@@ -23,12 +23,6 @@ private:
     MSG_INTERNAL_ERROR::HANDLER m_previous;
 };
 
-std::vector<std::string> without_repetitions(std::vector<std::string> names) {
-    std::sort(names.begin(), names.end());
-    names.erase(std::unique(names.begin(), names.end()), names.end());
-    return names;
-}
-
 std::vector<std::string> all_part_names() {
     std::vector<std::string> names;
     names.reserve(static_cast<std::size_t>(DEV_PART_GENERIC));
@@ -72,6 +66,12 @@ std::vector<std::string> all_family_names() {
 }
 
 }  // namespace
+
+std::vector<std::string> without_repetitions(std::vector<std::string> names) {
+    std::sort(names.begin(), names.end());
+    names.erase(std::unique(names.begin(), names.end()), names.end());
+    return names;
+}
 
 const std::vector<std::string>& part_names() {
     static const std::vector<std::string> names = all_part_names();

@@ -18,6 +18,9 @@ std::string upper_name(NUMBER number) {
     return name;
 }
 
+/// In order, each once.
+std::vector<std::string> without_repetitions(std::vector<std::string> names);
+
 /// The names that a command knows, for telling the user which one was meant; each list is made once.
 const std::vector<std::string>& part_names();
 const std::vector<std::string>& package_and_programming_names();

@@ -66,7 +66,7 @@ ANSWER show_one(const std::string& name) {
     return answer;
 }
 
-void show(const ARGUMENTS& given, COMMAND& command) {
+void show_spellings(const ARGUMENTS& given, COMMAND& command) {
     answer_each(given.text("NAME"), command, show_one);
 }
 
@@ -84,7 +84,7 @@ JSON name_schema() {
 }  // namespace
 
 NOUN_CONTENTS name_contents() {
-    VERB verb = VERB("show", "Every spelling of a name", "pgmdev --json name show KES50C6", show)
+    VERB verb = VERB("show", "Every spelling of a name", "pgmdev --json name show KES50C6", show_spellings)
                     .takes({"NAME",
                             "Full, package, programming, programmer-file, device or family name, or alias, in "
                             "any case; - reads one "

@@ -98,7 +98,7 @@ ANSWER answer_to(const QUESTION& question, PROFILE_DATABASE& database, const std
     return answer;
 }
 
-void show(const ARGUMENTS& given, COMMAND& command) {
+void show_profile(const ARGUMENTS& given, COMMAND& command) {
     const auto is_given = [&given](const QUESTION& question) { return given.has(question.option); };
     if (std::count_if(QUESTIONS.begin(), QUESTIONS.end(), is_given) != 1) {
         throw USAGE_ERROR("expected one of --family, --device and --part, or --pcf, or --index");
@@ -119,7 +119,7 @@ JSON shown_profile_schema() {
 
 VERB profile_show_verb() {
     VERB verb("show", "The profile that governs a family, device, part or programmer-file name, and the rule behind it",
-              "pgmdev profile show --family Kestrel", show);
+              "pgmdev profile show --family Kestrel", show_profile);
     for (const QUESTION& question : QUESTIONS) {
         verb.takes({question.option, question.description, ARGUMENT::OPTIONAL_TEXT, question.value_name});
     }

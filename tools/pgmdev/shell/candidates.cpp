@@ -1,6 +1,5 @@
 #include "shell/candidates.h"
 
-#include <algorithm>
 #include <string_view>
 
 #include "catalog/device_names.h"
@@ -18,12 +17,6 @@
 namespace {
 
 using NAMES = std::vector<std::string>;
-
-NAMES without_repetitions(NAMES names) {
-    std::sort(names.begin(), names.end());
-    names.erase(std::unique(names.begin(), names.end()), names.end());
-    return names;
-}
 
 /// A text of each enabled record of the flash database.
 template <std::string PGMDEV_SFL_FLASH_INFO::*MEMBER>

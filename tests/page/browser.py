@@ -7,6 +7,7 @@ import subprocess
 from selenium import webdriver
 from selenium.webdriver.chrome.options import Options
 from selenium.webdriver.chrome.service import Service
+from selenium.webdriver.support.ui import WebDriverWait
 
 DESKTOP = (1200, 900)
 PHONE = (390, 844)
@@ -70,6 +71,10 @@ class Page:
     def ask(self, script, *arguments):
         """What an expression of the page's own language gives, as JSON has it."""
         return json.loads(self.driver.execute_script(f"return JSON.stringify({script})", *arguments))
+
+    def wait_for(self, script):
+        """Until an expression of the page's own language is true: the browser follows a link only after the key for it."""
+        WebDriverWait(self.driver, TIMEOUT_S, poll_frequency=0.02).until(lambda _: self.ask(script), script)
 
     def find(self, selector):
         return self.driver.find_element("css selector", selector)

@@ -234,7 +234,7 @@ class Use(PageTest):
         self.driver.switch_to.active_element.send_keys("mx25l12835f", Keys.ARROW_DOWN)
         self.assertEqual(self.page.ask("document.activeElement.tagName"), "A")
         self.driver.switch_to.active_element.send_keys(Keys.ENTER)
-        self.assertEqual(self.page.ask("document.activeElement.tagName"), "H2")
+        self.page.wait_for("document.activeElement.tagName === 'H2'")
         self.driver.switch_to.active_element.send_keys(Keys.TAB)
         self.assertNotEqual(self.page.ask("document.activeElement.tagName"), "BODY")
 

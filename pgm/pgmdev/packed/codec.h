@@ -8,6 +8,7 @@
 
 #include <span>
 #include <string>
+#include <type_traits>
 
 #include "packed/format.h"
 #include "pgmdev_types.h"
@@ -46,6 +47,14 @@ public:
     WORD get_word();
     DWORD get_dword();
     void get_string(bool allow_empty, std::string& text);  ///< behind a good tag, a text that is refused leaves none
+
+    // Values beside each other, for whoever looks at the tags of all of them before taking one.
+    const BYTE* ahead(QWORD count) const { return is_readable(count) ? m_data + m_index : nullptr; }  ///< null: too few
+    void skip(QWORD count) { m_index += static_cast<DWORD>(count); }  ///< no more than there are ahead
+    template <class VALUE>
+    bool is_good(const BYTE* bytes) const;  ///< whether the function of that type takes this tag and value
+    template <class VALUE>
+    static VALUE value_behind(const BYTE* tag);
 
     void confirm_record_end();    ///< "END1"
     void confirm_database_end();  ///< "END2"
@@ -91,6 +100,30 @@ NUMBER PACKED_READER::little_endian() {
     const auto value = little_endian_at<NUMBER>(m_data + m_index);
     m_index += static_cast<DWORD>(sizeof(NUMBER));
     return value;
+}
+
+template <class VALUE>
+bool PACKED_READER::is_good(const BYTE* bytes) const {
+    if constexpr (std::is_same_v<VALUE, bool>) {
+        return bytes[0] == PGMDEV_MANAGER_BOOL && bytes[1] <= 1;
+    } else if constexpr (std::is_same_v<VALUE, BYTE>) {
+        return bytes[0] == PGMDEV_MANAGER_BYTE;
+    } else if constexpr (std::is_same_v<VALUE, WORD>) {
+        return bytes[0] == PGMDEV_MANAGER_WORD;
+    } else {
+        return is_tag_in(m_format.dword_tags, bytes[0]);
+    }
+}
+
+template <class VALUE>
+VALUE PACKED_READER::value_behind(const BYTE* tag) {
+    if constexpr (std::is_same_v<VALUE, bool>) {
+        return tag[1] == 1;
+    } else if constexpr (std::is_enum_v<VALUE>) {
+        return static_cast<VALUE>(little_endian_at<DWORD>(tag + 1));
+    } else {
+        return little_endian_at<VALUE>(tag + 1);
+    }
 }
 
 inline DWORD PACKED_READER::untagged_dword() {

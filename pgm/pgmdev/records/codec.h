@@ -30,21 +30,30 @@ class RECORD_CODEC {
     using SCHEMA = RECORD_SCHEMA<RECORD>;
     static constexpr const auto& MEMBERS = SCHEMA::MEMBERS;
     using MEMBER = std::remove_cvref_t<decltype(MEMBERS[0])>;
+    template <std::size_t PLACE>
+    static constexpr auto field_at() {
+        return std::get<MEMBERS[PLACE].field.index()>(MEMBERS[PLACE].field);
+    }
+    template <std::size_t PLACE>
+    using VALUE = std::remove_cvref_t<decltype(std::declval<RECORD&>().*field_at<PLACE>())>;
     static_assert(field_count<RECORD>() == MEMBERS.size(), "a field of the record has no row in the member table");
+
+    /// Bytes of the tags and values of the members from `first` up to `end`, of texts only the length byte.
+    static constexpr DWORD fixed_size(std::size_t first, std::size_t end) {
+        constexpr std::array<DWORD, 8> VALUE_SIZES{4, 1, 1, 1, 1, 2, 4, 4};  // by kind
+        DWORD size = 0;
+        for (std::size_t i = first; i < end; ++i) {
+            size += 1 + VALUE_SIZES[MEMBERS[i].kind];
+        }
+        return size;
+    }
 
 public:
     using CELLS = std::vector<std::string>;
 
     /// Bytes of a record besides the characters of its texts: a tag for each member, the values of fixed size, a length
     /// byte for each text, and "END1".
-    static constexpr DWORD FIXED_SIZE = [] {
-        constexpr std::array<DWORD, 8> VALUE_SIZES{4, 1, 1, 1, 1, 2, 4, 4};  // by kind
-        DWORD size = PACKED_MARKER_SIZE;
-        for (const MEMBER& member : MEMBERS) {
-            size += 1 + VALUE_SIZES[member.kind];
-        }
-        return size;
-    }();
+    static constexpr DWORD FIXED_SIZE = PACKED_MARKER_SIZE + fixed_size(0, MEMBERS.size());
 
     /// The most records, the last one possibly cut, that a body of `size` bytes, which has a head, can hold.
     static QWORD most_records_in(QWORD size) { return (size - PACKED_BODY_HEAD_SIZE) / FIXED_SIZE + 1; }
@@ -101,30 +110,64 @@ public:
     }
 
     /// Reads the members of a record, without the marker behind it.
-    static void read(PACKED_READER& reader, RECORD& record) {
-        [&]<std::size_t... PLACES>(std::index_sequence<PLACES...> /*of all members*/) {
-            (read_member<PLACES>(reader, record), ...);
-        }
-        (std::make_index_sequence<MEMBERS.size()>());
-    }
+    static void read(PACKED_READER& reader, RECORD& record) { read_from<0>(reader, record); }
 
 private:
-    /// One function for each member, not one for each kind: loading a database is mostly this.
-    template <std::size_t PLACE>
-    static void read_member(PACKED_READER& reader, RECORD& record) {
-        constexpr auto FIELD = std::get<MEMBERS[PLACE].field.index()>(MEMBERS[PLACE].field);
-        auto& value = record.*FIELD;
-        using VALUE = std::remove_reference_t<decltype(value)>;
-        if constexpr (std::is_same_v<VALUE, std::string>) {
-            reader.get_string(true, value);
-        } else if constexpr (std::is_same_v<VALUE, bool>) {
+    /// The first text from a member on.
+    static constexpr std::size_t next_text(std::size_t place) {
+        while (place < MEMBERS.size() && !is_text(MEMBERS[place].kind)) {
+            ++place;
+        }
+        return place;
+    }
+
+    // Loading a database is mostly this: the members between two texts have fixed places, so that all of their tags are
+    // looked at together, and all of their values taken. Where one is not as it should be they are read one after another,
+    // which reports it.
+
+    template <std::size_t FIRST>
+    static void read_from(PACKED_READER& reader, RECORD& record) {
+        constexpr std::size_t TEXT = next_text(FIRST);
+        constexpr auto PLACES = std::make_index_sequence<TEXT - FIRST>();
+        if (!read_at_once<FIRST>(reader, record, PLACES)) {
+            read_one_by_one<FIRST>(reader, record, PLACES);
+        }
+        if constexpr (TEXT < MEMBERS.size()) {
+            reader.get_string(true, record.*field_at<TEXT>());
+            read_from<TEXT + 1>(reader, record);
+        }
+    }
+
+    template <std::size_t FIRST, std::size_t... PLACES>
+    static bool read_at_once(PACKED_READER& reader, RECORD& record, std::index_sequence<PLACES...> /*behind FIRST*/) {
+        const BYTE* bytes = reader.ahead(fixed_size(FIRST, FIRST + sizeof...(PLACES)));
+        if (bytes == nullptr ||
+            !(... && reader.is_good<VALUE<FIRST + PLACES>>(bytes + fixed_size(FIRST, FIRST + PLACES)))) {
+            return false;
+        }
+        ((record.*field_at<FIRST + PLACES>() =
+              PACKED_READER::value_behind<VALUE<FIRST + PLACES>>(bytes + fixed_size(FIRST, FIRST + PLACES))),
+         ...);
+        reader.skip(fixed_size(FIRST, FIRST + sizeof...(PLACES)));
+        return true;
+    }
+
+    template <std::size_t FIRST, std::size_t... PLACES>
+    static void read_one_by_one(PACKED_READER& reader, RECORD& record,
+                                std::index_sequence<PLACES...> /*behind FIRST*/) {
+        (read_member(reader, record.*field_at<FIRST + PLACES>()), ...);
+    }
+
+    template <class NUMBER>
+    static void read_member(PACKED_READER& reader, NUMBER& value) {
+        if constexpr (std::is_same_v<NUMBER, bool>) {
             value = reader.get_bool();
-        } else if constexpr (std::is_same_v<VALUE, BYTE>) {
+        } else if constexpr (std::is_same_v<NUMBER, BYTE>) {
             value = reader.get_byte();
-        } else if constexpr (std::is_same_v<VALUE, WORD>) {
+        } else if constexpr (std::is_same_v<NUMBER, WORD>) {
             value = reader.get_word();
         } else {
-            value = static_cast<VALUE>(reader.get_dword());
+            value = static_cast<NUMBER>(reader.get_dword());
         }
     }
 

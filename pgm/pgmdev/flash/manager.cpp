@@ -2,14 +2,13 @@
 
 #include <algorithm>
 #include <memory>
-#include <memory_resource>
 #include <tuple>
-#include <unordered_map>
 #include <utility>
 
 #include "cfg.h"
 #include "doubts.h"
 #include "file_info.h"
+#include "flash/default_rows.h"
 #include "flash/records.h"
 #include "gen.h"
 #include "packed/file.h"
@@ -22,25 +21,6 @@ namespace {
 constexpr const char* DATABASE_FILE = "/programmer/pgm_flash.pcf";
 constexpr const char* ALWAYS_ENABLED = "NONE";
 constexpr const char* ENABLING_SWITCH = "PGM_ALLOW_";
-
-/// Which names are one name is the host's to say. Their hashes are the same if they differ in the case of ASCII letters,
-/// or in characters that ASCII has not.
-struct NAME_HASH {
-    std::size_t operator()(const std::string* name) const {
-        constexpr DWORD CASE_OF_LETTERS = 0x20;
-        constexpr DWORD NOT_ASCII = 0x80;
-        QWORD hash = name->size();
-        for (const char character : *name) {
-            const DWORD folded = static_cast<BYTE>(character) | CASE_OF_LETTERS;
-            hash = (hash ^ std::min(folded, NOT_ASCII)) * 0x100000001B3;
-        }
-        return static_cast<std::size_t>(hash);
-    }
-};
-
-struct SAME_NAME {
-    bool operator()(const std::string* left, const std::string* right) const { return gen_stricmp(*left, *right) == 0; }
-};
 
 }  // namespace
 
@@ -226,17 +206,13 @@ void PGMDEV_FLASH_MANAGER::confirm_default_value(DWORD first) {
     PGMDEV_REQUIRE(m_flash_database != nullptr || m_flash_count == 0, "m_flash_database != NULL", FLASH_MANAGER_FILE);
     const PGMDEV_SFL_FLASH_INFO* const begin = m_flash_database + first;
     const PGMDEV_SFL_FLASH_INFO* const end = begin + m_flash_count;
-    std::pmr::monotonic_buffer_resource memory;
-    std::pmr::unordered_map<const std::string*, DWORD, NAME_HASH, SAME_NAME> defaults(m_flash_count, &memory);
-    for (const auto* record = begin; record != end; ++record) {
-        defaults[&record->device_name] += record->default_dev ? 1 : 0;
-    }
-    if (std::all_of(defaults.begin(), defaults.end(), [](const auto& name) { return name.second == 1; })) {
+    const DEFAULT_ROWS defaults({begin, end});
+    if (defaults.one_each()) {
         return;
     }
     for (const auto* record = begin; record != end;
          ++record) {  // in record order, so that the first faulty name is reported
-        const DWORD count = defaults[&record->device_name];
+        const DWORD count = defaults.count(record->device_name);
         PGMDEV_REQUIRE(count <= 1, "!one_default", FLASH_MANAGER_FILE);
         PGMDEV_REQUIRE(count == 1, "one_default", FLASH_MANAGER_FILE);
     }

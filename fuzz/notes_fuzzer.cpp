@@ -1,4 +1,5 @@
 #include "flash/aliases.h"
+#include "flash/database.h"
 #include "flash/evidence.h"
 #include "input.h"
 #include "pgmdev_flash_notes.h"
@@ -33,8 +34,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         notes.ambiguities_of(response.data(), static_cast<DWORD>(response.size()));
         notes.contradictions(records().front().device_name, response.data(), static_cast<DWORD>(response.size()));
         flash_alias_faults(table, records());
-        const FLASH_EVIDENCE evidence(scratch_files().path("sources.csv"));
-        evidence.support_of(records());
+        const FLASH_EVIDENCE evidence(read_flash_list(scratch_files().path("sources.csv")));
+        support_of(evidence, records());
         evidence.of(records().front());
     });
     return 0;

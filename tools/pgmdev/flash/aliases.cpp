@@ -2,40 +2,14 @@
 
 #include <fmt/core.h>
 
-#include <algorithm>
 #include <map>
 #include <set>
+#include <utility>
 
-#include "files/csv_lines.h"
 #include "flash/database.h"
 #include "gen.h"
 
 namespace {
-
-constexpr std::size_t ALIAS_CELLS = 3;
-
-bool is_alias(const CSV_LINES& list, const CSV_LINE& line) {
-    return list.names().size() == ALIAS_CELLS && list.has_all_cells(line);
-}
-
-/// The alias of a line; none: it has another form.
-std::optional<FLASH_ALIAS> alias_of(const CSV_LINES& list, const CSV_LINE& line) {
-    if (!is_alias(list, line)) {
-        return std::nullopt;
-    }
-    const std::vector<std::string> cells = list.cells_of(line);
-    return FLASH_ALIAS{cells[0], cells[1], cells[2]};
-}
-
-std::vector<FLASH_ALIAS> aliases_of(const CSV_LINES& list) {
-    std::vector<FLASH_ALIAS> aliases;
-    for (const CSV_LINE& line : list.lines()) {
-        if (auto alias = alias_of(list, line)) {
-            aliases.push_back(*std::move(alias));
-        }
-    }
-    return aliases;
-}
 
 /// What `make` makes of the list of the installed database, once for each list.
 template <class MADE, class MAKE>
@@ -47,7 +21,7 @@ const MADE& made_of_installed_list(MAKE make) {
 }
 
 const CSV_LINES& installed_aliases() {
-    return made_of_installed_list<CSV_LINES>([](const std::string& file) { return CSV_LINES(file); });
+    return made_of_installed_list<CSV_LINES>([](const std::string& file) { return read_flash_list(file); });
 }
 
 }  // namespace
@@ -60,8 +34,8 @@ const std::vector<FLASH_ALIAS>& flash_aliases() {
 NOTES_FAULTS flash_alias_faults(const std::string& csv_file, const std::vector<PGMDEV_SFL_FLASH_INFO>& records) {
     constexpr auto WARNING = PGMDEV_TABLE_FAULT::SEVERITY::WARNING;
     NOTES_FAULTS found{beside_flash_source(csv_file, FLASH_ALIASES_LIST), {}};
-    const CSV_LINES read(found.file);
-    if (!read.names().empty() && read.names().size() != ALIAS_CELLS) {
+    const CSV_LINES read = read_flash_list(found.file);
+    if (!read.names().empty() && read.names().size() != FLASH_ALIAS_CELLS) {
         found.faults.push_back(list_fault("", "three columns: alias, device_name, reason"));
     }
     for (const CSV_LINE& line : read.lines()) {
@@ -90,23 +64,13 @@ NOTES_FAULTS flash_alias_faults(const std::string& csv_file, const std::vector<P
 }
 
 std::optional<FLASH_ALIAS> find_flash_alias(const std::string& name) {
-    const CSV_LINES& list = installed_aliases();
-    for (const CSV_LINE& line : list.lines()) {
-        if (gen_stricmp(line.first, name) == 0) {
-            if (auto alias = alias_of(list, line)) {
-                return alias;
-            }
-        }
-    }
-    return std::nullopt;
+    return find_alias(installed_aliases(), name);
 }
 
 std::vector<std::string> with_flash_aliases(std::vector<std::string> names) {
-    const CSV_LINES& list = installed_aliases();
-    for (const CSV_LINE& line : list.lines()) {
-        if (is_alias(list, line)) {
-            names.emplace_back(line.first);
-        }
-    }
-    return names;
+    return with_aliases(installed_aliases(), std::move(names));
+}
+
+std::vector<std::string> names_of_installed_flash(std::span<const PGMDEV_SFL_FLASH_INFO> records) {
+    return names_of_flash(records, installed_aliases());
 }

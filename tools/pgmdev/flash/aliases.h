@@ -1,20 +1,16 @@
 #pragma once
 
 /// \file
-/// Further names of flash chips: those that share the record of a row, from the list beside the database.
+/// The further names of the installed database, and what is wrong with a list of such.
 
 #include <optional>
+#include <span>
 #include <string>
 #include <vector>
 
+#include "flash_aliases.h"
 #include "pgmdev_sfl_flash_info.h"
 #include "tables/notes_files.h"
-
-struct FLASH_ALIAS {
-    std::string name;
-    std::string device_name;  ///< of the row that answers for it
-    std::string reason;
-};
 
 /// All of them, each list taken apart once; none where the database has no such list.
 const std::vector<FLASH_ALIAS>& flash_aliases();
@@ -28,3 +24,6 @@ NOTES_FAULTS flash_alias_faults(const std::string& csv_file, const std::vector<P
 
 /// Names of rows, and behind them all aliases: what a name may have meant.
 std::vector<std::string> with_flash_aliases(std::vector<std::string> names);
+
+/// As names_of_flash.
+std::vector<std::string> names_of_installed_flash(std::span<const PGMDEV_SFL_FLASH_INFO> records);

@@ -32,7 +32,8 @@ struct FLASH_TABLES : FLASH_RECORDS {
 
     /// The list sources.csv in the directory of the table.
     static TABLE_SUPPORT support_of(const std::string& csv_file, const std::vector<RECORD>& records) {
-        return FLASH_EVIDENCE(beside_flash_source(csv_file, FLASH_SOURCES_LIST)).support_of(records);
+        const FLASH_EVIDENCE evidence(read_flash_list(beside_flash_source(csv_file, FLASH_SOURCES_LIST)));
+        return ::support_of(evidence, records);
     }
 
     static JSON support_schema() { return shares_schema(); }

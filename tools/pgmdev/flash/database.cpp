@@ -1,11 +1,17 @@
 #include "flash/database.h"
 
 #include "files/database.h"
+#include "files/file_bytes.h"
+#include "files/inspection.h"
 #include "utf8_path.h"
 
 PGMDEV_FLASH_MANAGER open_flash_database(DWORD device_count) {
     return read_database(FLASH_DATABASE_KIND, flash_database_place(),
                          [device_count] { return PGMDEV_FLASH_MANAGER(false, device_count, false, false); });
+}
+
+CSV_LINES read_flash_list(const std::string& file) {
+    return CSV_LINES(inspect_file(file, 0).missing ? "" : required_file_text(file));
 }
 
 std::string beside_flash_source(const std::string& csv_file, const std::string& list) {

@@ -2,15 +2,15 @@
 
 #include <string>
 
+#include "csv_lines.h"
 #include "pgmdev_flash_manager.h"
 
 /// Loads the flash database for that many device positions. One that cannot be read throws COMMAND_FAILURE.
 PGMDEV_FLASH_MANAGER open_flash_database(DWORD device_count);
 
-/// The lists that stand beside a flash table, and travel with it as its notes do: further names of chips, and what
-/// supports the rows.
-constexpr const char* FLASH_ALIASES_LIST = "aliases.csv";
-constexpr const char* FLASH_SOURCES_LIST = "sources.csv";
+/// The lists that stand beside a flash table, and travel with it as its notes do (flash_aliases.h, flash_evidence.h).
+/// What one holds; nothing when it is not there. One that cannot be read throws COMMAND_FAILURE.
+CSV_LINES read_flash_list(const std::string& file);
 
 /// Where such a list is: in the directory of the table, and behind the name of the database.
 std::string beside_flash_source(const std::string& csv_file, const std::string& list);

@@ -103,13 +103,7 @@ const PGMDEV_SFL_FLASH_INFO* FLASH_IDENTIFIER::record_named(const std::string& n
 }
 
 std::vector<std::string> FLASH_IDENTIFIER::similar_names(const std::string& device_name) {
-    std::vector<std::string> names;
-    for (DWORD i = 0; i < m_manager.get_flash_count(); ++i) {
-        if (m_records[i].default_dev) {
-            names.push_back(m_records[i].device_name);
-        }
-    }
-    names = with_flash_aliases(std::move(names));
+    const std::vector<std::string> names = names_of_installed_flash({m_records, m_manager.get_flash_count()});
     std::vector<std::string> similar = probably_meant(device_name, names);
     for (std::size_t length = device_name.size(); similar.empty() && length >= LEAST_BEGINNING; --length) {
         similar = longer_or_shorter(device_name.substr(0, length), names);

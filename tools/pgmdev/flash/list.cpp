@@ -15,7 +15,7 @@
 #include "terminal/did_you_mean.h"
 #include "terminal/filtered_listing.h"
 #include "terminal/size_text.h"
-#include "terminal/wildcard.h"
+#include "wildcard.h"
 
 namespace {
 

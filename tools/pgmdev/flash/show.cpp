@@ -40,7 +40,7 @@ public:
     }
     const FLASH_EVIDENCE& evidence() {
         if (!m_evidence) {
-            m_evidence.emplace(installed_flash_list(FLASH_SOURCES_LIST));
+            m_evidence.emplace(read_flash_list(installed_flash_list(FLASH_SOURCES_LIST)));
         }
         return *m_evidence;
     }

@@ -53,7 +53,7 @@ std::vector<FLASH_ROW> rows_of_page() {
 
 /// A flash of the user's own has no evidence, nor has a row that the list leaves out: null for each group.
 JSON evidence_data(const std::vector<FLASH_ROW>& rows) {
-    const FLASH_EVIDENCE evidence(installed_flash_list(FLASH_SOURCES_LIST));
+    const FLASH_EVIDENCE evidence(read_flash_list(installed_flash_list(FLASH_SOURCES_LIST)));
     std::vector<JSON> support;
     support.reserve(rows.size());
     JSON none = JSON::object();

@@ -1,4 +1,5 @@
 #include "terminal/filtered_listing.h"
+#include "wildcard.h"
 
 #include <fmt/core.h>
 
@@ -7,7 +8,6 @@
 #include "gen.h"
 #include "terminal/did_you_mean.h"
 #include "terminal/standard_error.h"
-#include "terminal/wildcard.h"
 
 namespace {
 

@@ -15,11 +15,11 @@ struct CSV_LINE {
     std::string_view text;
 };
 
-/// What a file holds; nothing when there is none. Whoever looks for a few lines finds them by their first cells, and has
+/// What such a file holds; of one that is not there the text is "". Whoever looks for a few lines finds them by their first cells, and has
 /// only these taken apart.
 class CSV_LINES {
 public:
-    explicit CSV_LINES(const std::string& path);
+    explicit CSV_LINES(std::string text);
 
     const std::vector<std::string>& names() const { return m_names; }
 

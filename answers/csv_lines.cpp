@@ -1,11 +1,10 @@
-#include "files/csv_lines.h"
+#include "csv_lines.h"
 
 #include <algorithm>
 #include <iterator>
+#include <utility>
 
 #include "ascii.h"
-#include "files/file_bytes.h"
-#include "files/inspection.h"
 #include "text_lines.h"
 
 namespace {
@@ -33,11 +32,7 @@ std::vector<std::string> split(std::string_view line) {
 
 }  // namespace
 
-CSV_LINES::CSV_LINES(const std::string& path) {
-    if (inspect_file(path, 0).missing) {
-        return;
-    }
-    m_text = std::make_unique<const std::string>(required_file_text(path));
+CSV_LINES::CSV_LINES(std::string text) : m_text(std::make_unique<const std::string>(std::move(text))) {
     std::size_t number = 0;
     for_each_line(without_byte_order_mark(*m_text), [&](std::string_view line) {
         ++number;

@@ -1,0 +1,30 @@
+#pragma once
+
+/// \file
+/// Which names of parts and devices may have been meant, without lists of all of these: those are only made of names that
+/// are similar.
+
+#include <string>
+#include <vector>
+
+#include "near_names.h"
+
+/// Of what the names may be.
+struct NAME_KINDS {
+    bool part = false;
+    bool package_or_programming = false;  ///< names that a part has
+    bool programmer_part = false;         ///< programmer-file part names of these
+    bool device = false;
+    bool family = false;
+
+    /// Whether a name of these kinds may be one that parts and devices are converted to.
+    bool may_be_converted() const { return package_or_programming || programmer_part; }
+};
+
+/// Names of these kinds that are near, and others, which no part has: of those that parts and devices are converted to
+/// (PGMDEV_PART_INDEX::get_converted_names), which are only needed if the name may be one of these.
+NEAR_NAMES near_names(const std::string& name, const NAME_KINDS& kinds, const std::vector<std::string>& converted);
+
+/// Only names of these kinds.
+std::vector<std::string> nearest_names(const std::string& name, const NAME_KINDS& kinds,
+                                       const std::vector<std::string>& converted);

@@ -57,6 +57,6 @@ install(FILES data/flash/pgm_flash.csv data/flash/pgm_flash.csv.accepted data/fl
 install(FILES data/dev_info/pgm_dev_info.csv data/dev_info/pgm_dev_info.csv.accepted
   DESTINATION ${PGMDEV_INSTALL_DOCDIR}/data/dev_info COMPONENT runtime)
 install(DIRECTORY docs/performance DESTINATION ${PGMDEV_INSTALL_DOCDIR}/guides COMPONENT runtime)
-install(FILES examples/chips.py examples/identify.c examples/identify.cpp examples/tessary.conf
+install(FILES examples/chips.py examples/find.c examples/identify.c examples/identify.cpp examples/tessary.conf
   DESTINATION ${PGMDEV_INSTALL_DOCDIR}/examples
   COMPONENT runtime)

@@ -23,7 +23,7 @@ extern "C" {
 
 /// The interface that these headers describe. It grows by one when something is added to them; nothing is ever taken away
 /// or changed.
-#define PGMDEV_C_INTERFACE 1
+#define PGMDEV_C_INTERFACE 2
 
 /// The interface that the library has. One that is not less than PGMDEV_C_INTERFACE has all that these headers have.
 PGMDEV_C_EXPORT uint32_t pgmdev_c_interface(void);

@@ -31,6 +31,29 @@ PGMDEV_C_EXPORT const pgmdev_records* pgmdev_flash_notes_faults(const pgmdev_fla
 PGMDEV_C_EXPORT pgmdev_status pgmdev_flash_find(const pgmdev_flash_database* database, const char* device_name,
                                                 size_t* record, pgmdev_error** error);
 
+/// Further names of flash, from the list beside the database: "name", the "device_name" that answers for it, the "reason"
+/// why, and the default "record" of that, which is none where no record has the name. No records when there is no such
+/// list; one that cannot be read is an error. The list is read when it is first asked for.
+PGMDEV_C_EXPORT pgmdev_status pgmdev_flash_further_names(const pgmdev_flash_database* database,
+                                                         const pgmdev_records** names, pgmdev_error** error);
+
+/// The default record of a device name or, when no record has it, of a further name, in any case. `further_name`, which may
+/// be null, receives the index of that among the further names; PGMDEV_NO_RECORD when the name is the record's own.
+PGMDEV_C_EXPORT pgmdev_status pgmdev_flash_find_any(const pgmdev_flash_database* database, const char* name,
+                                                    size_t* record, size_t* further_name, pgmdev_error** error);
+
+/// What may have been meant by a name that is not found, further names too, a "name" each: first those that begin with it,
+/// then those that differ from it by few characters, then those that it begins with. Eight at most; none when none is.
+PGMDEV_C_EXPORT pgmdev_status pgmdev_flash_suggestions(const pgmdev_flash_database* database, const char* name,
+                                                       pgmdev_records** suggestions, pgmdev_error** error);
+
+/// What supports the members of a record, from the list beside the database, which is read when it is first asked for. A
+/// record that it does not have, such as a user's own, is not found. The lists:
+/// - "groups": the "group" of members, such as "times", and the "evidence" for it, in words
+/// - "sources": for each "group" (an index) the "source" keys of the evidence
+PGMDEV_C_EXPORT pgmdev_status pgmdev_flash_evidence(const pgmdev_flash_database* database, size_t record,
+                                                    pgmdev_answer** evidence, pgmdev_error** error);
+
 /// What a flash answered to an identification read.
 typedef struct pgmdev_flash_response {
     size_t struct_size;

@@ -55,6 +55,22 @@ PGMDEV_C_EXPORT pgmdev_status pgmdev_name_origins(const char* name, pgmdev_recor
 /// The names that conversions of parts and devices lead to, a "name" each. One may be there more than once.
 PGMDEV_C_EXPORT pgmdev_status pgmdev_name_converted(pgmdev_records** names, pgmdev_error** error);
 
+/// Kinds of names.
+enum {
+    PGMDEV_NAMED_PART = 1,
+    PGMDEV_NAMED_PACKAGE = 2,          ///< package names and programming names
+    PGMDEV_NAMED_PROGRAMMER_PART = 4,  ///< programmer-file part names
+    PGMDEV_NAMED_DEVICE = 8,
+    PGMDEV_NAMED_FAMILY = 16,
+    PGMDEV_NAMED_ANYTHING = 31  ///< all of them
+};
+
+/// What may have been meant by a name that leads nowhere: names of the kinds in `kinds`, added up, that differ from it by few
+/// characters added, left out, replaced or swapped, a "name" each. Five at most, the most similar one first; none when none
+/// is.
+PGMDEV_C_EXPORT pgmdev_status pgmdev_name_suggestions(const char* name, uint32_t kinds, pgmdev_records** suggestions,
+                                                      pgmdev_error** error);
+
 /// Ordering codes: the name at an index, the first index of a name; the 48-bit hash of a part's name, and the first part
 /// with that hash.
 PGMDEV_C_EXPORT pgmdev_status pgmdev_opn_name(uint32_t index, pgmdev_string** name, pgmdev_error** error);

@@ -76,6 +76,18 @@ PGMDEV_C_EXPORT pgmdev_status pgmdev_records_text(const pgmdev_records* records,
 PGMDEV_C_EXPORT pgmdev_status pgmdev_records_find(const pgmdev_records* records, size_t first, const char* member,
                                                   const char* text, size_t* record, pgmdev_error** error);
 
+/// The first record, from `first` on, whose text in that member fits a pattern, in any case of ASCII letters: "*" stands for
+/// any characters or none, "?" for any one, and every other character for itself.
+PGMDEV_C_EXPORT pgmdev_status pgmdev_records_find_fitting(const pgmdev_records* records, size_t first,
+                                                          const char* member, const char* pattern, size_t* record,
+                                                          pgmdev_error** error);
+
+/// What may have been meant by a text that is not there: texts of that member that differ from it by few characters added,
+/// left out, replaced or swapped, in any case, a "name" each. Five at most, the most similar one first; none when none is.
+PGMDEV_C_EXPORT pgmdev_status pgmdev_records_suggestions(const pgmdev_records* records, const char* member,
+                                                         const char* text, pgmdev_records** suggestions,
+                                                         pgmdev_error** error);
+
 PGMDEV_C_EXPORT void pgmdev_records_free(pgmdev_records* records);
 
 /// An answer of several lists of records, each under its name.

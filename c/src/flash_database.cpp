@@ -1,9 +1,13 @@
 #include "flash_database.h"
 
+#include <algorithm>
+#include <filesystem>
+
 #include "gen.h"
 #include "member_tables.h"
 #include "pgmdev_flash_table.h"
 #include "table_faults.h"
+#include "utf8_path.h"
 
 LOADED_FLASH::LOADED_FLASH(const std::string& path) : PGMDEV_FLASH_MANAGER(false, 0, true, false) {
     initialize_flash_database(FIO_PATH(path));
@@ -13,6 +17,11 @@ LOADED_FLASH::LOADED_FLASH(const std::string& path) : PGMDEV_FLASH_MANAGER(false
 }
 
 namespace {
+
+/// The same file also when the current directory is another one.
+std::string absolute(const std::string& path) {
+    return utf8_from_path(std::filesystem::absolute(path_from_utf8(path)));
+}
 
 pgmdev_records faults_of(const PGMDEV_FLASH_NOTES& notes) {
     pgmdev_records faults = no_faults();
@@ -27,11 +36,20 @@ pgmdev_records faults_of(const PGMDEV_FLASH_NOTES& notes) {
 }  // namespace
 
 pgmdev_flash_database::pgmdev_flash_database(const std::string& path)
-    : loaded(path),
+    : file(absolute(path)),
+      loaded(path),
       notes(PGMDEV_FLASH_NOTES::beside_database(path)),
       index(loaded.all().data(), static_cast<DWORD>(loaded.all().size())),
       records(flash_records(loaded.all())),
       notes_faults(faults_of(notes)) {}
+
+std::size_t pgmdev_flash_database::default_record(std::string_view device_name) const {
+    const auto all = loaded.all();
+    const auto found = std::find_if(all.begin(), all.end(), [device_name](const PGMDEV_SFL_FLASH_INFO& record) {
+        return record.default_dev && gen_stricmp(record.device_name, device_name) == 0;
+    });
+    return found != all.end() ? static_cast<std::size_t>(found - all.begin()) : PGMDEV_NO_RECORD;
+}
 
 pgmdev_status pgmdev_flash_open(const char* path, pgmdev_flash_database** database, pgmdev_error** error) {
     return guarded(error, [&]() -> pgmdev_status {
@@ -59,13 +77,7 @@ pgmdev_status pgmdev_flash_find(const pgmdev_flash_database* database, const cha
     return guarded(error, [&]() -> pgmdev_status {
         emptied(record, PGMDEV_NO_RECORD);
         const std::string name = required_text(device_name);
-        const auto all = opened(database).loaded.all();
-        for (std::size_t i = 0; i < all.size(); ++i) {
-            if (all[i].default_dev && gen_stricmp(all[i].device_name, name) == 0) {
-                *record = i;
-                return PGMDEV_STATUS_OK;
-            }
-        }
-        return PGMDEV_STATUS_NOT_FOUND;
+        *record = opened(database).default_record(name);
+        return *record != PGMDEV_NO_RECORD ? PGMDEV_STATUS_OK : PGMDEV_STATUS_NOT_FOUND;
     });
 }

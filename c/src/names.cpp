@@ -1,5 +1,6 @@
 #include <array>
 
+#include "names_of_kinds.h"
 #include "pgmdev_c_names.h"
 #include "pgmdev_device_grammar_mgr.h"
 #include "pgmdev_part_index.h"
@@ -59,12 +60,26 @@ constexpr std::array<CONVERSION, PGMDEV_NAME_CONVERSIONS> CONVERSIONS{{
 
 constexpr uint32_t ALL_OPTIONS = PGMDEV_NAME_OR_ITSELF | PGMDEV_NAME_FROM_PACKAGE;
 
-pgmdev_records names_list(const std::vector<std::string>& names) {
-    pgmdev_records list({text_member("name")});
-    for (const std::string& name : names) {
-        list.add({text_value(name)});
+struct KIND {
+    uint32_t bit;
+    bool NAME_KINDS::*kind;
+};
+
+constexpr std::array KINDS{
+    KIND{PGMDEV_NAMED_PART, &NAME_KINDS::part},
+    KIND{PGMDEV_NAMED_PACKAGE, &NAME_KINDS::package_or_programming},
+    KIND{PGMDEV_NAMED_PROGRAMMER_PART, &NAME_KINDS::programmer_part},
+    KIND{PGMDEV_NAMED_DEVICE, &NAME_KINDS::device},
+    KIND{PGMDEV_NAMED_FAMILY, &NAME_KINDS::family},
+};
+
+NAME_KINDS kinds_from(uint32_t bits) {
+    require_argument(bits != 0 && (bits & ~uint32_t{PGMDEV_NAMED_ANYTHING}) == 0, "there are no such kinds of names");
+    NAME_KINDS kinds;
+    for (const KIND& each : KINDS) {
+        kinds.*each.kind = has(bits, each.bit);
     }
-    return list;
+    return kinds;
 }
 
 pgmdev_status give_flag(bool* answer, const char* name, bool (*question)(const std::string&), pgmdev_error** error) {
@@ -131,6 +146,19 @@ pgmdev_status pgmdev_name_converted(pgmdev_records** names, pgmdev_error** error
     return guarded(error, [&]() -> pgmdev_status {
         emptied(names);
         *names = new pgmdev_records(names_list(PGMDEV_PART_INDEX::get_converted_names()));
+        return PGMDEV_STATUS_OK;
+    });
+}
+
+pgmdev_status pgmdev_name_suggestions(const char* name, uint32_t kinds, pgmdev_records** suggestions,
+                                      pgmdev_error** error) {
+    return guarded(error, [&]() -> pgmdev_status {
+        emptied(suggestions);
+        const NAME_KINDS wanted = kinds_from(kinds);
+        const std::string unknown = required_text(name);
+        const std::vector<std::string> converted =
+            wanted.may_be_converted() ? PGMDEV_PART_INDEX::get_converted_names() : std::vector<std::string>();
+        *suggestions = new pgmdev_records(names_list(nearest_names(unknown, wanted, converted)));
         return PGMDEV_STATUS_OK;
     });
 }

@@ -1,12 +1,11 @@
 #include "dev.h"
-#include "dstr.h"
 #include "pgmdev_c_names.h"
 #include "pgmdev_device_grammar_mgr.h"
 #include "pgmdev_mgr.h"
 #include "pgmdev_part_index.h"
 #include "records.h"
-#include "stl.h"
 #include "structures.h"
+#include "upper_name.h"
 
 // Parts: by less specific names, by ordering codes, and as lists.
 
@@ -17,13 +16,6 @@ struct pgmdev_part_index {
 namespace {
 
 using SPELLINGS = PGMDEV_DEVICE_GRAMMAR_MGR;
-
-template <class IDENTIFIER>
-std::string upper_name(IDENTIFIER identifier) {
-    std::string name = dstr_get_user_string(identifier);
-    stl_toupper(name);
-    return name;
-}
 
 std::string or_any(const char* text) {
     return text != nullptr ? text : "ANY";

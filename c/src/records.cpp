@@ -4,9 +4,38 @@
 #include <iterator>
 
 #include "gen.h"
+#include "near_names.h"
 #include "pgmdev_version.h"
 #include "structures.h"
 #include "ver.h"
+#include "wildcard.h"
+
+namespace {
+
+bool is_text(const DATUM& value) {
+    return value.kind == PGMDEV_KIND_TEXT || value.kind == PGMDEV_KIND_ENUMERATOR;
+}
+
+/// The first record, from `first` on, whose text in that member is one that is wanted.
+template <class IS_WANTED>
+pgmdev_status find_text(const pgmdev_records* records, size_t first, const char* member, const char* text,
+                        size_t* record, pgmdev_error** error, IS_WANTED is_wanted) {
+    return guarded(error, [&]() -> pgmdev_status {
+        emptied(record, PGMDEV_NO_RECORD);
+        const std::size_t index = opened(records).required_index_of(required_text(member));
+        const std::string wanted = required_text(text);
+        for (std::size_t i = first; i < records->count(); ++i) {
+            const DATUM& value = records->at(i, index);
+            if (is_text(value) && is_wanted(value.text, wanted)) {
+                *record = i;
+                return PGMDEV_STATUS_OK;
+            }
+        }
+        return PGMDEV_STATUS_NOT_FOUND;
+    });
+}
+
+}  // namespace
 
 void pgmdev_records::add(std::vector<DATUM> record) {
     if (record.size() != members.size()) {
@@ -42,6 +71,14 @@ void pgmdev_answer::add_texts(std::string name, const std::vector<std::string>& 
     for (const std::string& text : texts) {
         list.add({text_value(text)});
     }
+}
+
+pgmdev_records names_list(const std::vector<std::string>& names) {
+    pgmdev_records list({text_member("name")});
+    for (const std::string& name : names) {
+        list.add({text_value(name)});
+    }
+    return list;
 }
 
 pgmdev_value borrowed(const DATUM& value) {
@@ -132,8 +169,7 @@ pgmdev_status pgmdev_records_text(const pgmdev_records* records, size_t record, 
         if (value.kind == PGMDEV_KIND_NONE) {
             return PGMDEV_STATUS_NOT_FOUND;
         }
-        require_argument(value.kind == PGMDEV_KIND_TEXT || value.kind == PGMDEV_KIND_ENUMERATOR,
-                         "the value is no text");
+        require_argument(is_text(value), "the value is no text");
         *text = value.text.c_str();
         return PGMDEV_STATUS_OK;
     });
@@ -141,19 +177,32 @@ pgmdev_status pgmdev_records_text(const pgmdev_records* records, size_t record, 
 
 pgmdev_status pgmdev_records_find(const pgmdev_records* records, size_t first, const char* member, const char* text,
                                   size_t* record, pgmdev_error** error) {
+    return find_text(
+        records, first, member, text, record, error,
+        [](const std::string& found, const std::string& wanted) { return gen_stricmp(found, wanted) == 0; });
+}
+
+pgmdev_status pgmdev_records_find_fitting(const pgmdev_records* records, size_t first, const char* member,
+                                          const char* pattern, size_t* record, pgmdev_error** error) {
+    return find_text(records, first, member, pattern, record, error,
+                     [](const std::string& found, const std::string& wanted) { return fits_pattern(found, wanted); });
+}
+
+pgmdev_status pgmdev_records_suggestions(const pgmdev_records* records, const char* member, const char* text,
+                                         pgmdev_records** suggestions, pgmdev_error** error) {
     return guarded(error, [&]() -> pgmdev_status {
-        emptied(record, PGMDEV_NO_RECORD);
+        emptied(suggestions);
         const std::size_t index = opened(records).required_index_of(required_text(member));
-        const std::string wanted = required_text(text);
-        for (std::size_t i = first; i < records->count(); ++i) {
+        const std::string unknown = required_text(text);
+        NEAR_NAMES near(unknown);
+        for (std::size_t i = 0; i < records->count(); ++i) {
             const DATUM& value = records->at(i, index);
-            if ((value.kind == PGMDEV_KIND_TEXT || value.kind == PGMDEV_KIND_ENUMERATOR) &&
-                gen_stricmp(value.text, wanted) == 0) {
-                *record = i;
-                return PGMDEV_STATUS_OK;
+            if (is_text(value)) {
+                near.consider(value.text);
             }
         }
-        return PGMDEV_STATUS_NOT_FOUND;
+        *suggestions = new pgmdev_records(names_list(near.best([](const std::string&) { return true; })));
+        return PGMDEV_STATUS_OK;
     });
 }
 

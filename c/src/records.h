@@ -74,6 +74,9 @@ struct pgmdev_records {
     std::size_t required_index_of(const std::string& name) const;
 };
 
+/// A "name" each.
+pgmdev_records names_list(const std::vector<std::string>& names);
+
 /// Lists of an answer.
 struct pgmdev_answer {
     struct LIST {

@@ -4,6 +4,7 @@ add_test_program(c_tests
   c/enumerations_test.cpp
   c/exports_test.cpp
   c/failures_test.cpp
+  c/flash_lists_test.cpp
   c/flash_test.cpp
   c/identification_test.cpp
   c/messages_test.cpp
@@ -14,6 +15,7 @@ add_test_program(c_tests
   c/sfdp_test.cpp
   c/strict_c_test.cpp
   c/structures_test.cpp
+  c/suggestions_test.cpp
   c/tables_test.cpp
   c/user_flash_test.cpp
   support/exports_${system}.cpp

@@ -57,7 +57,7 @@ TEST(Wildcard, FitsWhatTryingFinds) {
         for (const CHARACTERS& pattern : rows_of_characters({"a", "é", "?", "*"}, 4)) {
             const bool expected = fits_by_trying(text, 0, pattern, 0);
             ASSERT_EQ(fits_pattern(joined(text), joined(pattern)), expected) << joined(text) << ' ' << joined(pattern);
-            fitting += expected ? 1 : 0;
+            fitting += expected ? 1U : 0U;
         }
     }
     EXPECT_GT(fitting, 1000U);

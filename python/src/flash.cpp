@@ -77,9 +77,8 @@ py::list notes_faults(const FLASH_DATABASE& database) {
 void bind_flash(py::module_& module) {
     module.attr("FLASH_MEMBERS") = member_list(PGMDEV_SFL_FLASH_MEMBERS);
     py::class_<FLASH_DATABASE>(module, "FlashDatabase")
-        .def(py::init([](const std::string& pcf_file) {
-            return unlocked([&] { return std::make_unique<FLASH_DATABASE>(pcf_file); });
-        }))
+        .def(py::init(
+            [](const TEXT& pcf_file) { return unlocked([&] { return std::make_unique<FLASH_DATABASE>(pcf_file); }); }))
         .def("records",
              [](const FLASH_DATABASE& database) {
                  return list_of(database.records(),

@@ -26,10 +26,10 @@ constexpr std::array CONVERSIONS{
 };
 
 /// A question is given a text of its own, for the grammar converts it to upper case.
-py::tuple pair_of(void (*ask)(const std::string&, std::string&, std::string&), std::string name) {
+py::tuple pair_of(void (*ask)(const std::string&, std::string&, std::string&), const TEXT& name) {
     std::string part;
     std::string family;
-    ask(name, part, family);
+    ask(std::string(name.text()), part, family);
     return py::make_tuple(to_python(part), to_python(family));
 }
 
@@ -42,7 +42,7 @@ py::object enum_name(DWORD type, DWORD value) {
     return PGMDEV_MGR::pgm_check_type_enum_supported(enum_type(type), value, &name) ? to_python(name) : py::none();
 }
 
-py::object enum_value(DWORD type, const std::string& name) {
+py::object enum_value(DWORD type, const TEXT& name) {
     DWORD value = 0;
     return PGMDEV_MGR::pgm_check_type_name_supported(enum_type(type), name, &value) ? to_python(value) : py::none();
 }
@@ -51,18 +51,20 @@ py::object enum_value(DWORD type, const std::string& name) {
 
 void bind_names(py::module_& module) {
     for (const CONVERSION& each : CONVERSIONS) {
-        module.def(each.name, [convert = each.convert](std::string name) { return to_python(convert(name)); });
+        module.def(each.name,
+                   [convert = each.convert](const TEXT& name) { return to_python(convert(std::string(name.text()))); });
     }
-    module.def("package_name", [](std::string name, bool no_fallback) {
-        return to_python(GRAMMAR::get_package_name(name, no_fallback));
+    module.def("package_name", [](const TEXT& name, bool no_fallback) {
+        return to_python(GRAMMAR::get_package_name(std::string(name.text()), no_fallback));
     });
-    module.def("pgm_name", [](std::string name, bool skip_package, bool no_fallback) {
-        return to_python(GRAMMAR::get_pgm_name(name, skip_package, no_fallback));
+    module.def("pgm_name", [](const TEXT& name, bool skip_package, bool no_fallback) {
+        return to_python(GRAMMAR::get_pgm_name(std::string(name.text()), skip_package, no_fallback));
     });
-    module.def("dev_pcfs", [](std::string name) { return pair_of(GRAMMAR::get_dev_pcfs, std::move(name)); });
-    module.def("pgm_pcfs", [](std::string name) { return pair_of(GRAMMAR::get_pgm_pcfs, std::move(name)); });
-    module.def("use_full_name", [](std::string name) { return GRAMMAR::use_full_name(name); });
-    module.def("use_package_name", [](std::string name) { return GRAMMAR::use_package_name(name); });
+    module.def("dev_pcfs", [](const TEXT& name) { return pair_of(GRAMMAR::get_dev_pcfs, name); });
+    module.def("pgm_pcfs", [](const TEXT& name) { return pair_of(GRAMMAR::get_pgm_pcfs, name); });
+    module.def("use_full_name", [](const TEXT& name) { return GRAMMAR::use_full_name(std::string(name.text())); });
+    module.def("use_package_name",
+               [](const TEXT& name) { return GRAMMAR::use_package_name(std::string(name.text())); });
     module.def("enum_name", enum_name);
     module.def("enum_value", enum_value);
 }

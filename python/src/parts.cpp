@@ -18,9 +18,8 @@ py::object upper_name(int number) {
     return to_python(name);
 }
 
-py::list part_numbers(const std::string& family, const std::string& device, const std::string& package,
-                      const std::string& pins, const std::string& speed, const std::string& temperature, bool orderable,
-                      bool production, bool hidden) {
+py::list part_numbers(const TEXT& family, const TEXT& device, const TEXT& package, const TEXT& pins, const TEXT& speed,
+                      const TEXT& temperature, bool orderable, bool production, bool hidden) {
     std::vector<int> numbers;
     unlocked([&] {
         return DEV_PART_MANAGER().filter_part_list(&numbers, family, device, package, pins, speed, orderable,
@@ -45,12 +44,12 @@ void bind_identifiers(py::module_& module) {
                [](int device) { return dstr_is_valid_dev_device_enum(static_cast<DEV_DEVICE_ENUM>(device)); });
     module.def("device_text", upper_name<DEV_DEVICE_ENUM>);
     module.def("family_text", upper_name<DEV_FAMILY_ENUM>);
-    module.def("part_number", [](const std::string& name) { return dstr_get_dev_part_enum_by_string(name.c_str()); });
-    module.def("device_number", [](const std::string& name) {
-        return static_cast<int>(dstr_get_dev_device_enum_by_string(name.c_str()));
+    module.def("part_number", [](const TEXT& name) { return dstr_get_dev_part_enum_by_string(name.text().c_str()); });
+    module.def("device_number", [](const TEXT& name) {
+        return static_cast<int>(dstr_get_dev_device_enum_by_string(name.text().c_str()));
     });
-    module.def("family_number", [](const std::string& name) {
-        return static_cast<int>(dstr_get_dev_family_enum_by_string(name.c_str()));
+    module.def("family_number", [](const TEXT& name) {
+        return static_cast<int>(dstr_get_dev_family_enum_by_string(name.text().c_str()));
     });
     module.def("device_of_part", [](int part) { return static_cast<int>(DEV_PART_MANAGER().get_device_of(part)); });
     module.def("family_of_device", [](int device) {
@@ -69,21 +68,20 @@ void bind_parts(py::module_& module) {
                               list_of(values.temperatures));
     });
     module.def("opn", [](DWORD index) { return to_python(PGMDEV_MGR::get_opn(index)); });
-    module.def("opn_index", [](const std::string& name) {
+    module.def("opn_index", [](const TEXT& name) {
         return index_or_none(unlocked([&] { return PGMDEV_MGR::get_opn_enum(name); }));
     });
-    module.def("opn_hash", [](const std::string& name) {
-        return hash_or_none(unlocked([&] { return PGMDEV_MGR::get_opn_hash(name); }));
-    });
+    module.def("opn_hash",
+               [](const TEXT& name) { return hash_or_none(unlocked([&] { return PGMDEV_MGR::get_opn_hash(name); })); });
     module.def("opn_from_hash",
                [](QWORD hash) { return to_python(unlocked([&] { return PGMDEV_MGR::get_opn_from_hash(hash); })); });
-    module.def("part_from_device", [](const std::string& name) {
+    module.def("part_from_device", [](const TEXT& name) {
         return to_python(unlocked([&] { return PGMDEV_MGR::get_part_name_from_dev(name); }));
     });
-    module.def("part_from_pcf", [](const std::string& name) {
+    module.def("part_from_pcf", [](const TEXT& name) {
         return to_python(unlocked([&] { return PGMDEV_PART_INDEX().get_part_name_from_pcf(name); }));
     });
-    module.def("possible_full_name", [](const std::string& name) {
+    module.def("possible_full_name", [](const TEXT& name) {
         return to_python(unlocked([&] { return PGMDEV_PART_INDEX().get_possible_full_name(name); }));
     });
 }

@@ -31,14 +31,14 @@ py::dict get_directories() {
     return directories;
 }
 
-void set_directory(const std::string& name, const std::string& path) {
+void set_directory(const TEXT& name, const TEXT& path) {
     for (const DIRECTORY& each : DIRECTORIES) {
-        if (name == each.name) {
+        if (name.text() == each.name) {
             each.set(path);
             return;
         }
     }
-    throw py::key_error(name);
+    throw py::key_error(name.text());
 }
 
 py::dict versions() {
@@ -56,9 +56,8 @@ py::dict versions() {
 void bind_settings(py::module_& module) {
     module.def("directories", get_directories);
     module.def("set_directory", set_directory);
-    module.def("get_setting",
-               [](const std::string& key) { return to_python(unlocked([&] { return cfg_get_value(key); })); });
-    module.def("set_setting", cfg_set_value);
-    module.def("clear_setting", cfg_clear_value);
+    module.def("get_setting", [](const TEXT& key) { return to_python(unlocked([&] { return cfg_get_value(key); })); });
+    module.def("set_setting", [](const TEXT& key, const TEXT& value) { cfg_set_value(key, value); });
+    module.def("clear_setting", [](const TEXT& key) { cfg_clear_value(key); });
     module.def("versions", versions);
 }

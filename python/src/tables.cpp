@@ -53,20 +53,21 @@ py::dict table_values(const TABLE& table) {
 }
 
 template <class TABLE>
-py::dict from_source(const std::string& csv_file) {
-    return table_values(unlocked([&] { return TABLE::from_source(FIO_PATH(csv_file)); }));
+py::dict from_source(const TEXT& csv_file) {
+    return table_values(unlocked([&] { return TABLE::from_source(FIO_PATH(csv_file.text())); }));
 }
 
 template <class TABLE>
-py::dict from_database(const std::string& pcf_file) {
-    return table_values(unlocked([&] { return TABLE::from_database(FIO_PATH(pcf_file)); }));
+py::dict from_database(const TEXT& pcf_file) {
+    return table_values(unlocked([&] { return TABLE::from_database(FIO_PATH(pcf_file.text())); }));
 }
 
 /// The source table, and what is in the way of one.
 template <class TABLE>
-py::tuple source_text(const std::string& pcf_file) {
+py::tuple source_text(const TEXT& pcf_file) {
     std::string obstacle;
-    const std::string text = unlocked([&] { return TABLE::from_database(FIO_PATH(pcf_file)).source_text(obstacle); });
+    const std::string text =
+        unlocked([&] { return TABLE::from_database(FIO_PATH(pcf_file.text())).source_text(obstacle); });
     return py::make_tuple(to_python(text), to_python(obstacle));
 }
 
@@ -83,10 +84,16 @@ void bind_tables(py::module_& module) {
     module.attr("PROFILE_MEMBERS") = member_list(PGMDEV_DEVICE_INFO_MEMBERS);
     bind_table<PGMDEV_FLASH_TABLE>(module, "flash");
     bind_table<PGMDEV_DEV_INFO_TABLE>(module, "profile");
-    module.def("compile_flash", [](const std::string& csv_file, const std::string& pcf_file) {
-        unlocked([&] { PGMDEV_FLASH_MANAGER(false, 1, true, false).generate_flash_database(csv_file, pcf_file); });
+    module.def("compile_flash", [](const TEXT& csv_file, const TEXT& pcf_file) {
+        unlocked([&] {
+            PGMDEV_FLASH_MANAGER(false, 1, true, false)
+                .generate_flash_database(FIO_PATH(csv_file.text()), FIO_PATH(pcf_file.text()));
+        });
     });
-    module.def("compile_profile", [](const std::string& csv_file, const std::string& pcf_file) {
-        unlocked([&] { PGMDEV_DEV_INFO_MANAGER(true).generate_device_database(csv_file, pcf_file); });
+    module.def("compile_profile", [](const TEXT& csv_file, const TEXT& pcf_file) {
+        unlocked([&] {
+            PGMDEV_DEV_INFO_MANAGER(true).generate_device_database(FIO_PATH(csv_file.text()),
+                                                                   FIO_PATH(pcf_file.text()));
+        });
     });
 }

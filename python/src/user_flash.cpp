@@ -17,7 +17,9 @@ py::tuple description_values(const PGMDEV_USER_FLASH& flash) {
                           to_python(flash.plausible()), record, list_of(flash.faults()));
 }
 
-py::list decode(const std::string& encoded) {
+/// Of any text: characters that no such text has are a fault of it.
+py::list decode(const py::str& given) {
+    const std::string encoded = text_of(given);
     const auto all = unlocked([&] { return PGMDEV_USER_FLASH::all_from_encoded(encoded); });
     return list_of(all, description_values);
 }

@@ -41,6 +41,44 @@ inline std::string text_of(py::handle text) {
     return bytes;
 }
 
+/// A name, a path or a setting from Python: a text or, of a path, its bytes. The library and the system take a zero byte for
+/// the end of such a text, so that one within it would make another one of it: that is refused, as Python refuses it.
+class TEXT {
+public:
+    TEXT() = default;
+    explicit TEXT(std::string text) : m_text(std::move(text)) {
+        if (m_text.find('\0') != std::string::npos) {
+            throw py::value_error("embedded null character");
+        }
+    }
+
+    operator const std::string&() const { return m_text; }
+    const std::string& text() const { return m_text; }
+
+private:
+    std::string m_text;
+};
+
+namespace pybind11::detail {
+
+template <>
+struct type_caster<TEXT> {
+    PYBIND11_TYPE_CASTER(TEXT, const_name("str"));
+
+    bool load(handle given, bool /*convert*/) {
+        if (PyUnicode_Check(given.ptr())) {
+            value = TEXT(text_of(given));
+        } else if (PyBytes_Check(given.ptr())) {
+            value = TEXT(std::string(reinterpret_borrow<py::bytes>(given)));
+        } else {
+            return false;
+        }
+        return true;
+    }
+};
+
+}  // namespace pybind11::detail
+
 inline py::object to_python(const std::string& text) {
     return to_python(std::string_view(text));
 }

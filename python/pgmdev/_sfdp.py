@@ -14,6 +14,8 @@ from pgmdev.records import Flash
 class SfdpRefusedError(ValueError):
     """A dump is no SFDP area, or its basic table cannot be read: what stands where."""
 
+    __module__ = "pgmdev.flash"
+
     def __init__(self, offset: int, field: str, found: str, expected: str, message: str) -> None:
         super().__init__(offset, field, found, expected, message)
         self.offset = offset

@@ -4,6 +4,7 @@ from __future__ import annotations
 
 import hashlib
 import logging
+import operator
 import os
 import pathlib
 import pickle
@@ -18,9 +19,9 @@ import pgmdev
 from pgmdev import enums, flash, hps, parts, profiles, tables
 
 
-@pytest.mark.parametrize("name", ["InternalError", "ContainerError", "ContainerBusyError"])
+@pytest.mark.parametrize("name", ["InternalError", "ContainerError", "ContainerBusyError", "flash.SfdpRefusedError"])
 def test_a_traceback_names_the_class_that_programs_catch(name: str) -> None:
-    error = getattr(pgmdev, name)
+    error = operator.attrgetter(name)(pgmdev)
     assert f"{error.__module__}.{error.__qualname__}" == f"pgmdev.{name}"
     assert pickle.loads(pickle.dumps(error)) is error
 

@@ -62,6 +62,10 @@ class Schemes:
                 if spelling := getattr(part, scheme):
                     places[spelling].append(part)
 
+    def has_parts(self, name: str) -> bool:
+        """Whether a name in upper case stands for parts in any of the schemes."""
+        return any(name in places for places in self._places.values())
+
     def meaning_of(self, name: str) -> Meaning:
         name = name_of(name)
         schemes = []

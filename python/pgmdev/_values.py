@@ -5,9 +5,10 @@ from __future__ import annotations
 import dataclasses
 import operator
 import os
-import re
 import threading
-from typing import Any, Callable, Generic, List, TypeVar
+from typing import Any, Callable, Generic, List, SupportsIndex, TypeVar, overload
+
+from pgmdev import _pgmdev
 
 WHITE_SPACE = " \t\n\r\v\f"
 
@@ -34,6 +35,14 @@ def _plain(value: Any) -> Any:
 
 class Table(List[T]):
     """A list of values."""
+
+    @overload
+    def __getitem__(self, index: SupportsIndex) -> T: ...
+    @overload
+    def __getitem__(self, index: slice) -> Table[T]: ...
+    def __getitem__(self, index: SupportsIndex | slice) -> T | Table[T]:
+        found = super().__getitem__(index)
+        return Table(found) if isinstance(index, slice) else found  # type: ignore[arg-type, return-value]
 
     def to_frame(self) -> Any:
         """A pandas.DataFrame with a column for each member. Needs pandas."""
@@ -77,9 +86,10 @@ def name_of(text: str) -> str:
     return upper(text.strip(WHITE_SPACE))
 
 
-def pattern_of(text: str) -> re.Pattern[str]:
-    """What names in upper case must match: `*` stands for any characters, `?` for any one."""
-    return re.compile("".join({"*": ".*", "?": "."}.get(each, re.escape(each)) for each in name_of(text)), re.DOTALL)
+def pattern_of(text: str) -> Callable[[str], bool]:
+    """Whether names fit the pattern, in any case: `*` stands for any characters, `?` for any one."""
+    wanted = name_of(text)
+    return lambda name: _pgmdev.fits_pattern(name, wanted)
 
 
 def bytes_of(data: Any) -> bytes:
@@ -103,4 +113,4 @@ def path_bytes(path: str | os.PathLike[str]) -> bytes:
 
 
 def path_text(path: str | os.PathLike[str]) -> str:
-    return os.fspath(path)
+    return os.fsdecode(path)

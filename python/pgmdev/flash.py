@@ -10,8 +10,7 @@ from dataclasses import dataclass
 from typing import overload
 
 from pgmdev import _pgmdev, settings
-from pgmdev._csv_lines import read_csv_lines
-from pgmdev._evidence import Evidence, Support
+from pgmdev._evidence import Support
 from pgmdev._identification import (
     Ambiguity,
     Candidate,
@@ -84,6 +83,7 @@ __all__ = [
     "load",
     "sfdp",
     "show",
+    "suggest",
 ]
 
 _log = logging.getLogger("pgmdev")
@@ -111,22 +111,32 @@ class Shown(Value):
     """What supports each group of members, where the database tells it."""
 
 
+def _list_beside(place: str, list: str) -> bytes:
+    """What stands beside a database; nothing where there is no such list."""
+    try:
+        with open(f"{place}.{list}", "rb") as file:
+            return file.read()
+    except FileNotFoundError:
+        return b""
+
+
 class Database(Sequence[Flash]):
     """The records of a database, in its order: the user's own flash first, without rows whose switch is off."""
 
     def __init__(self, path: str | os.PathLike[str]) -> None:
         self.path = path_text(path)
         self._database = _pgmdev.FlashDatabase(path_bytes(path))
+        self._place = os.path.abspath(self.path)  # for what is read later, whatever the current directory is then
         self.records: Table[Flash] = Table(Flash(*values) for values in self._database.records())
         self._by_name: dict[str, int] = {}
         for index, record in enumerate(self.records):
             if record.default_dev:
                 self._by_name.setdefault(upper(record.device_name), index)
-        aliases = (Alias(*cells) for cells in read_csv_lines(self.path + ".aliases.csv")[1] if len(cells) == 3)
+        self._alias_list = _pgmdev.FlashAliases(_list_beside(self._place, "aliases.csv"))
         self._aliases: dict[str, Alias] = {}
-        for alias in aliases:
-            self._aliases.setdefault(upper(alias.name), alias)
-        self._evidence = Once(lambda: Evidence(self.path + ".sources.csv"))
+        for cells in self._alias_list.all():
+            self._aliases.setdefault(upper(cells[0]), Alias(*cells))
+        self._evidence = Once(lambda: _pgmdev.FlashEvidence(_list_beside(self._place, "sources.csv")))
         for fault in self._database.notes_faults():
             _log.warning("%s", fault)
 
@@ -148,7 +158,7 @@ class Database(Sequence[Flash]):
 
     def __reduce__(self) -> tuple[type[Database], tuple[str]]:
         """Another process loads it anew."""
-        return type(self), (os.path.abspath(self.path),)
+        return type(self), (self._place,)
 
     def show(self, name: str) -> Shown | None:
         """The default record of a device name, in any case, which may be a further name; None: there is none."""
@@ -160,7 +170,13 @@ class Database(Sequence[Flash]):
         if index is None:
             return None
         record = self.records[index]
-        return Shown(index, record, alias, self._evidence().of(record))
+        evidence = self._evidence().of(self._database, index)
+        return Shown(index, record, alias, tuple(Support(group, words, tuple(keys)) for group, words, keys in evidence))
+
+    def suggest(self, name: str) -> list[str]:
+        """What may have been meant by a name that `show` does not know, further names too: first those that begin with it,
+        then those that differ from it by few characters, then those that it begins with. Eight at most."""
+        return self._alias_list.suggestions(self._database, name_of(name))
 
     def find(self, pattern: str = "*", *, maker: str = "*", voltage: str = "*") -> Table[Flash]:
         """The records whose names, makers and voltages fit the patterns, in any case: `*` stands for any characters, `?`
@@ -169,7 +185,7 @@ class Database(Sequence[Flash]):
 
         def fits(record: Flash) -> bool:
             texts = record.device_name, record.manufacturer_name, record.asc_voltage
-            return all(each.fullmatch(upper(text)) for each, text in zip(wanted, texts))
+            return all(fits_wanted(text) for fits_wanted, text in zip(wanted, texts))
 
         return Table(record for record in self.records if fits(record))
 
@@ -207,3 +223,8 @@ def find(pattern: str = "*", *, maker: str = "*", voltage: str = "*") -> Table[F
 def show(name: str) -> Shown | None:
     """The default record of a device name in the default database; None: there is none."""
     return default().show(name)
+
+
+def suggest(name: str) -> list[str]:
+    """What may have been meant by a name that is not in the default database: see Database.suggest."""
+    return default().suggest(name)

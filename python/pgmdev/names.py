@@ -25,6 +25,7 @@ __all__ = [
     "pgm_part_pcf",
     "pgm_pcfs",
     "show",
+    "suggest",
     "use_full_name",
     "use_package_name",
 ]
@@ -106,6 +107,13 @@ def show(name: str) -> Spellings | None:
         return spellings
     meaning = _schemes.all_schemes().meaning_of(name)
     return meaning.spellings() if meaning.schemes else None
+
+
+def suggest(name: str) -> list[str]:
+    """What may have been meant by a name that `show` does not know: names of parts, packages, programming, programmer-file
+    parts and devices that differ from it by few characters added, left out, replaced or swapped. Five at most, the most
+    similar one first."""
+    return _pgmdev.name_suggestions(name_of(name))
 
 
 def pgm_part_pcf(name: str) -> str:

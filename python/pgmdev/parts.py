@@ -27,6 +27,7 @@ __all__ = [
     "opn_hash",
     "opn_index",
     "show",
+    "suggest",
 ]
 
 
@@ -116,7 +117,7 @@ def find(
     )
     parts = _parts.all_parts()
     wanted = pattern_of(pattern)
-    return Table(parts[number] for number in numbers if wanted.fullmatch(parts[number].name))
+    return Table(parts[number] for number in numbers if wanted(parts[number].name))
 
 
 def devices(pattern: str = "*") -> Table[Device]:
@@ -125,7 +126,7 @@ def devices(pattern: str = "*") -> Table[Device]:
     found: Table[Device] = Table()
     for number in range(1, _pgmdev.DEVICE_GENERIC):
         name = _pgmdev.device_text(number)
-        if name and wanted.fullmatch(name):
+        if name and wanted(name):
             family = _pgmdev.family_text(_pgmdev.family_of_device(number))
             found.append(Device(name, number, family, *_pgmdev.dev_pcfs(name)))
     return found
@@ -136,7 +137,7 @@ def families(pattern: str = "*") -> Table[Family]:
     wanted = pattern_of(pattern)
     known = ((_pgmdev.family_text(number), number) for number in range(1, _pgmdev.FAMILY_GENERIC))
     return Table(
-        Family(name, number, _pgmdev.pcf_family_pcf(name)) for name, number in known if name and wanted.fullmatch(name)
+        Family(name, number, _pgmdev.pcf_family_pcf(name)) for name, number in known if name and wanted(name)
     )
 
 
@@ -172,6 +173,12 @@ def show(name: str) -> PartInfo | None:
         profile=_governing(meaning, part),
         parts=tuple(each.name for each in meaning.parts),
     )
+
+
+def suggest(name: str) -> list[str]:
+    """What may have been meant by a name that `show` does not know: names of parts, and of what parts belong to, that differ
+    from it by few characters added, left out, replaced or swapped. Five at most, the most similar one first."""
+    return _pgmdev.part_suggestions(name_of(name), _schemes.all_schemes().has_parts)
 
 
 def from_device(name: str) -> str | None:

@@ -8,9 +8,11 @@
 void bind_messages(pybind11::module_& module);
 void bind_settings(pybind11::module_& module);
 void bind_flash(pybind11::module_& module);
+void bind_flash_lists(pybind11::module_& module);
 void bind_sfdp(pybind11::module_& module);
 void bind_user_flash(pybind11::module_& module);
 void bind_names(pybind11::module_& module);
+void bind_suggestions(pybind11::module_& module);
 void bind_parts(pybind11::module_& module);
 void bind_tables(pybind11::module_& module);
 void bind_hps(pybind11::module_& module);

@@ -59,7 +59,7 @@ def encode(records: Flash | Sequence[Flash]) -> str:
     flashes = [records] if isinstance(records, Flash) else list(records)
     text = _pgmdev.encode_user_flash([_values(flash) for flash in flashes])
     if not text:
-        raise ValueError("a text describes one to three flash devices, whose names have none of the characters @ # ;")
+        raise ValueError("a text describes one to three flash devices, whose names have neither @ # ; nor a zero byte")
     return text
 
 

@@ -58,6 +58,8 @@ RECORD record_of(const py::tuple& values, const MEMBERS& members) {
                             throw py::cast_error();
                         }
                         record.*field = text_of(value);
+                    } else if (value.is_none()) {  // which counts as false elsewhere
+                        throw py::cast_error();
                     } else {
                         record.*field = value.cast<VALUE>();
                     }

@@ -2,6 +2,7 @@
 
 from __future__ import annotations
 
+import dataclasses
 import hashlib
 import logging
 import operator
@@ -101,6 +102,8 @@ def test_arguments_of_another_type() -> None:
         flash.encode(flash.Flash(memory_id=256))
     with pytest.raises(ValueError, match="one to three flash"):
         flash.encode([])
+    with pytest.raises(ValueError, match="silicon_id does not take this value: None"):
+        flash.encode(dataclasses.replace(flash.load()[0], silicon_id=None))
 
 
 def test_numbers_are_no_bytes(module_dir: pathlib.Path) -> None:

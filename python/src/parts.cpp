@@ -3,8 +3,8 @@
 #include "names/part_values.h"
 #include "pgmdev_mgr.h"
 #include "pgmdev_part_index.h"
-#include "stl.h"
 #include "unlocked.h"
+#include "upper_name.h"
 #include "values.h"
 
 // The device library, ordering codes, and parts by less specific names.
@@ -12,10 +12,8 @@
 namespace {
 
 template <class IDENTIFIER>
-py::object upper_name(int number) {
-    std::string name = dstr_get_user_string(static_cast<IDENTIFIER>(number));
-    stl_toupper(name);
-    return to_python(name);
+py::object name_of(int number) {
+    return to_python(upper_name(static_cast<IDENTIFIER>(number)));
 }
 
 py::list part_numbers(const TEXT& family, const TEXT& device, const TEXT& package, const TEXT& pins, const TEXT& speed,
@@ -38,12 +36,12 @@ void bind_identifiers(py::module_& module) {
     module.attr("DEVICE_GENERIC") = static_cast<int>(DEV_DEVICE_GENERIC);
     module.attr("FAMILY_MAX") = static_cast<int>(DEV_FAMILY_MAX);
     module.attr("FAMILY_GENERIC") = static_cast<int>(DEV_FAMILY_GENERIC);
-    module.def("part_text", upper_name<int>);
+    module.def("part_text", name_of<int>);
     module.def("part_name", [](int part) { return to_python(dstr_get_user_string(part)); });
     module.def("is_device",
                [](int device) { return dstr_is_valid_dev_device_enum(static_cast<DEV_DEVICE_ENUM>(device)); });
-    module.def("device_text", upper_name<DEV_DEVICE_ENUM>);
-    module.def("family_text", upper_name<DEV_FAMILY_ENUM>);
+    module.def("device_text", name_of<DEV_DEVICE_ENUM>);
+    module.def("family_text", name_of<DEV_FAMILY_ENUM>);
     module.def("part_number", [](const TEXT& name) { return dstr_get_dev_part_enum_by_string(name.text().c_str()); });
     module.def("device_number", [](const TEXT& name) {
         return static_cast<int>(dstr_get_dev_device_enum_by_string(name.text().c_str()));

@@ -2,6 +2,9 @@
 #include <gtest/gtest.h>
 
 #include <sstream>
+#include <string>
+#include <utility>
+#include <vector>
 
 #include "pgmdev/user_flash/reference.h"
 #include "pgmdev_user_flash.h"
@@ -118,6 +121,23 @@ TEST_F(UserFlashExplanation, HoldsTheDialogueOnStreams) {
     std::ostringstream prompts;
     EXPECT_EQ(PGMDEV_USER_FLASH::define(answers, prompts), "");
     EXPECT_EQ(prompts.str(), "Number of 3rd party flash to define (max 3) : ");
+}
+
+TEST_F(UserFlashExplanation, AsksAgainUntilTheAnswersEnd) {
+    const std::vector<std::pair<std::string, std::vector<std::string>>> CASES{{"4\n0\n5", {"4", "0", "5"}},
+                                                                              {"4\n", {"4", ""}}};
+    for (const auto& [text, all] : CASES) {
+        std::istringstream answers(text);
+        std::ostringstream prompts;
+        std::vector<std::string> refused;
+        EXPECT_EQ(PGMDEV_USER_FLASH::define(answers, prompts,
+                                            [&](const PGMDEV_USER_FLASH::REFUSED_ANSWER& each) {
+                                                refused.push_back(each.answer);
+                                                return true;
+                                            }),
+                  "");
+        EXPECT_EQ(refused, all);
+    }
 }
 
 }  // namespace

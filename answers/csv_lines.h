@@ -15,8 +15,8 @@ struct CSV_LINE {
     std::string_view text;
 };
 
-/// What such a file holds; of one that is not there the text is "". Whoever looks for a few lines finds them by their first cells, and has
-/// only these taken apart.
+/// What such a file holds; of one that is not there the text is "". Whoever looks for a few lines finds them by their first
+/// cells, and has only these taken apart.
 class CSV_LINES {
 public:
     explicit CSV_LINES(std::string text);

@@ -1,6 +1,5 @@
 #include "names/part_indexes.h"
 
-#include <algorithm>
 #include <memory>
 
 #include "names/catalog_parts.h"
@@ -48,15 +47,15 @@ std::vector<std::string_view> all_entries_of(const GRAMMAR_STORE* grammar, TABLE
 std::unique_ptr<PART_NAME_INDEX> index_programmer_file_names(const GRAMMAR_STORE* grammar) {
     auto index = std::make_unique<PART_NAME_INDEX>();
     const TEXT_FILTER converted(all_entries_of(grammar, TABLE::PGM_PART_PCF));  // few parts are called as these
-    std::vector<bool> seen;  // most parts pass the filters of several passes
+    std::vector<bool> seen(static_cast<std::size_t>(DEV_PART_MAX));  // most parts pass the filters of several passes
     DEV_PART_MANAGER manager;
     for_each_preferred_part(manager, "ANY", [&](int part) {
-        const auto place = static_cast<std::size_t>(part);
-        seen.resize(std::max(seen.size(), place + 1));
-        if (seen[place]) {
-            return false;
+        if (const auto place = static_cast<std::size_t>(part); place < seen.size()) {  // else it is no part's number
+            if (seen[place]) {
+                return false;
+            }
+            seen[place] = true;
         }
-        seen[place] = true;
         std::string name = normal(dstr_get_user_string(part));
         const std::string_view part_pcf =
             converted.may_have(name) ? key_of(grammar, TABLE::PGM_PART_PCF, name) : std::string_view("");

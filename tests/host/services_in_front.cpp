@@ -1,15 +1,62 @@
 /// \file
-/// A program with services of its own in front of the host's: lists of parts with numbers that are none. Says whether the
-/// first part of the list is found all the same.
+/// A program with services of its own in front of the host's: lists of parts with numbers that are none, and a version that
+/// counts how often it is asked for. The argument says what is tried.
 
 #include <cstdio>
 #include <limits>
 #include <string>
+#include <string_view>
 #include <vector>
 
+#include "cfg.h"
 #include "dev.h"
 #include "dstr.h"
+#include "pgmdev_flash_manager.h"
 #include "pgmdev_mgr.h"
+#include "pgmdev_user_flash.h"
+#include "ver.h"
+
+namespace {
+
+int version_questions = 0;
+
+class MANAGER : public PGMDEV_FLASH_MANAGER {
+public:
+    MANAGER() : PGMDEV_FLASH_MANAGER(false, 0, true, false) {}
+
+    /// How often the host is asked for its version while a description of that flash is read.
+    int questions_for(const PGMDEV_SFL_FLASH_INFO& flash) {
+        cfg_set_value(PGMDEV_USER_FLASH::CONFIGURATION_KEY, PGMDEV_USER_FLASH::encode({&flash, 1}));
+        version_questions = 0;
+        parse_ext_flash_info();
+        return version_questions;
+    }
+};
+
+PGMDEV_SFL_FLASH_INFO plausible_flash() {
+    PGMDEV_SFL_FLASH_INFO flash;
+    flash.manufacturer_name = "MAKER";
+    flash.device_name = "CHIP";
+    flash.memory_id = 0x18;
+    flash.memory_id_index = 2;
+    flash.memory_type_index = 1;
+    flash.orvane_id = 32;
+    flash.ini = "NONE";
+    flash.die_count = 1;
+    flash.device_bit_size = 0x100000;
+    flash.device_sector_byte = 0x400;
+    flash.bulk_erase_time = 1;
+    flash.sec_erase_time = 1;
+    flash.program_utime = 1000;
+    return flash;
+}
+
+}  // namespace
+
+std::string ver_get_version() {
+    ++version_questions;
+    return "1.0";
+}
 
 bool DEV_PART_MANAGER::filter_part_list(std::vector<int>* parts, const std::string& /*family*/,
                                         const std::string& /*device*/, const std::string& /*package*/,
@@ -20,6 +67,13 @@ bool DEV_PART_MANAGER::filter_part_list(std::vector<int>* parts, const std::stri
     return true;
 }
 
-int main() {
-    std::printf("%d\n", PGMDEV_MGR::get_part_name_from_pcf("") == dstr_get_user_string(7) ? 1 : 0);
+int main(int /*argc*/, char** argv) {
+    if (std::string_view(argv[1]) == "parts") {
+        std::printf("%d\n", PGMDEV_MGR::get_part_name_from_pcf("") == dstr_get_user_string(7) ? 1 : 0);
+        return 0;
+    }
+    PGMDEV_SFL_FLASH_INFO flash = plausible_flash();
+    const int for_plausible = MANAGER().questions_for(flash);
+    flash.die_count = 0;
+    std::printf("%d %d\n", for_plausible, MANAGER().questions_for(flash));
 }

@@ -18,4 +18,8 @@ TEST(ServicesInFront, NumbersInAListOfPartsThatAreNoneDoNoHarm) {
     EXPECT_EQ(output_of("parts"), "1\n");  // the first part of the list is found
 }
 
+TEST(ServicesInFront, TheVersionIsAskedForToCompareThePasswordOfAPlausibleDescriptionOnly) {
+    EXPECT_EQ(output_of("descriptions"), "1 0\n");
+}
+
 }  // namespace

@@ -27,7 +27,7 @@ std::string printed(USER_FLASH_CODING coding) {
     return std::move(coding.text);
 }
 
-/// What an examination found, up to where it failed, a line each.
+/// What an examination found, up to where it failed, a line each. The password is looked at behind it.
 std::string trace_of(const USER_FLASH_EXAMINATION& examination) {
     std::string lines = examination.decoded.text + "\n";
     if (examination.pieces) {
@@ -42,10 +42,8 @@ std::string trace_of(const USER_FLASH_EXAMINATION& examination) {
     if (!examination.has_all_values()) {
         return lines + "Status " + std::to_string(examination.values.size()) + " : 0\n";
     }
-    if (examination.is_complete() && !examination.plausible) {
-        return lines + "Fail to check the validity of the INI\n";
-    }
-    return lines + (examination.is_complete() && !examination.password_fits ? "Fail to compare INI password\n" : "");
+    return lines +
+           (examination.is_complete() && !examination.plausible ? "Fail to check the validity of the INI\n" : "");
 }
 
 }  // namespace
@@ -92,8 +90,17 @@ bool PGMDEV_FLASH_MANAGER::accept_ext_flash_info() {
     if (debug) {
         print(std::cout, {trace_of(examination)});
     }
+    if (!examination.plausible) {
+        return false;
+    }
+    if (!cmp_ini_password(std::string(examination.pieces->body), std::string(examination.pieces->password))) {
+        if (debug) {
+            print(std::cout, {"Fail to compare INI password\n"});
+        }
+        return false;
+    }
     m_ini_flash_info = examination.record;
-    return examination.is_accepted();
+    return true;
 }
 
 bool PGMDEV_FLASH_MANAGER::get_string_from_ini(std::string text, std::string* value, QWORD& position) {

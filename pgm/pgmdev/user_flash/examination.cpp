@@ -21,5 +21,4 @@ void examine_user_flash(USER_FLASH_EXAMINATION& examination) {
         examination.assigned = assign_user_flash(all, examination.record);
         examination.plausible = examination.is_complete() && is_plausible_user_flash(examination.record);
     }
-    examination.password_fits = is_user_flash_password(body, examination.pieces->password);
 }

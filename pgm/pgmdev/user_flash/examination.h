@@ -2,7 +2,7 @@
 
 /// \file
 /// The examination of a user's encoded flash description: how far it holds, step by step. The manager takes the record
-/// of one that holds to the end; the explanation says of any where it breaks.
+/// of one that holds to the end and was signed; the explanation says of any where it breaks.
 
 #include <optional>
 #include <string>
@@ -21,18 +21,17 @@ struct USER_FLASH_EXAMINATION {
     std::size_t assigned = 0;         ///< members of `record` whose values were accepted, in order
     PGMDEV_SFL_FLASH_INFO record;
 
-    bool plausible = false;      ///< complete, and its values are those that a flash can have
-    bool password_fits = false;  ///< this build signed the body
+    bool plausible = false;  ///< complete, and its values are those that a flash can have
 
     bool has_pieces() const { return pieces && !pieces->body.empty() && !pieces->password.empty(); }
     bool has_all_values() const { return values.size() == USER_FLASH_VALUES; }
     bool is_complete() const { return assigned == USER_FLASH_VALUES; }
-    bool is_accepted() const { return plausible && password_fits; }
 
     USER_FLASH_EXAMINATION() = default;
     USER_FLASH_EXAMINATION(const USER_FLASH_EXAMINATION&) = delete;  // its pieces lie in its text
     USER_FLASH_EXAMINATION& operator=(const USER_FLASH_EXAMINATION&) = delete;
 };
 
-/// Examines what `examination.decoded` holds, as far as it is sound. Of several descriptions the first one counts.
+/// Examines what `examination.decoded` holds, as far as it is sound, but for the password, for which the host is asked its
+/// version (codec.h). Of several descriptions the first one counts.
 void examine_user_flash(USER_FLASH_EXAMINATION& examination);

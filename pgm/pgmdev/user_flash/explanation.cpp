@@ -68,7 +68,7 @@ PGMDEV_USER_FLASH PGMDEV_USER_FLASH::from_decoded(const std::string& text) {
     flash.m_record = examination.record;
     flash.m_complete = examination.is_complete();
     flash.m_plausible = examination.plausible;
-    flash.m_password_valid = examination.password_fits;
+    flash.m_password_valid = is_user_flash_password(examination.pieces->body, examination.pieces->password);
     flash.m_faults = value_faults(examination);
     if (!flash.m_password_valid) {
         flash.m_faults.emplace_back(

@@ -61,6 +61,12 @@ const std::vector<LOG> LOGS{
     {"Flash: 0x1840ef (manufacturer: ef, memory type: 40, capacity: 18)\n", "EF4018", 1},
     {"$ xxd id.bin\n00000000: 9fc2 2539 c225 39                        ..%9.%9\n", "C22539C22539", 2},
     {"00000000  ff c8 40 18 c8 40                                 |..@..@|\n00000006\n", "C84018C840", 1},
+    {"RDID = 0xEF,0x40,0x18\n", "EF4018", 1},
+    {"READ: 0xEF 0x40 0x18\n", "EF4018", 1},
+    {"WRITE: 0x9F\n  read = 0xEF, 0x40, 0x18\r\n", "EF4018", 2},
+    {"[12:00:01] Response: [0x9F 0x20 0xBA 0x18 0x10 0x44 0x0]\n", "20BA18104400", 1},
+    {"Write: 0xC2 0x20 0x18\nRead: 0xEF 0x40 0x18\n", "EF4018", 2},
+    {"Read: 0x12 0x34 0x56\nRead: 0xEF 0x40 0x18\n", "EF4018", 2},
 };
 
 /// Names of logs, what they are mapped to, and what they may be as well.
@@ -156,6 +162,47 @@ TEST(flash_log, TellsThatALogTellsNothing) {
         EXPECT_TRUE(contains(result.errors, "no line of the log")) << result.errors;
         EXPECT_EQ(json_of(result.output).at("devices"), JSON::array());
     }
+}
+
+// Each has the identification of a flash, which is none there.
+TEST(flash_log, TakesNoBytesOfWhichALineSaysSomethingElse) {
+    const std::string bytes = "0xEF 0x40 0x18";
+    std::string page = "read:";
+    for (int i = 0; i < 7; ++i) {
+        page += " " + bytes;
+    }
+    for (const std::string& log : std::vector<std::string>{"addr: " + bytes,
+                                                           "WRITE: " + bytes,
+                                                           "tx: " + bytes,
+                                                           "sent = " + bytes,
+                                                           "data: " + bytes,
+                                                           bytes + " read:",
+                                                           "read at " + bytes,
+                                                           "read: addr " + bytes,
+                                                           "read: " + bytes + " from 0x000000",
+                                                           "read: " + bytes + " = 4145176",
+                                                           "write, read: " + bytes,
+                                                           "last read: " + bytes,
+                                                           "read " + bytes,
+                                                           "read: 0xEF4018",
+                                                           "read: EF 40 18",
+                                                           "read: 0xEF40 0x18 0x00",
+                                                           "read: 0xEF 0x40",
+                                                           "[read: " + bytes,
+                                                           "read: 0x 0xEF 0x40 0x18",
+                                                           page}) {
+        const PROCESS_RESULT result = found_in(log + "\n");
+        EXPECT_EQ(result.exit_code, NOT_FOUND) << log;
+        EXPECT_EQ(json_of(result.output).at("devices"), JSON::array()) << log;
+    }
+}
+
+// A name says more than bytes of which nobody says that they are an identification.
+TEST(flash_log, PrefersANameToWhatWasReceived) {
+    const JSON document = json_of(found_in("read: 0xEF 0x40 0x18\n"
+                                           "SF: Detected mx25l25635e with page size 256 Bytes\n")
+                                      .output);
+    EXPECT_EQ(document.at("query"), JSON::array({"mx25l25635e"}));
 }
 
 TEST(flash_log, AnIdleBusIsNoChip) {

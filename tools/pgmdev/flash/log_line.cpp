@@ -202,6 +202,44 @@ bool is_first_offset(std::string word) {
     return word.find_first_not_of('0') == std::string::npos && (word.size() >= 4 || (marked && !word.empty()));
 }
 
+/// What stands before bytes that were received: none of them stands before what was sent, or before addresses.
+constexpr std::array RECEIVED_WORDS{
+    std::string_view("read"), std::string_view("rx"),       std::string_view("recv"),  std::string_view("received"),
+    std::string_view("resp"), std::string_view("response"), std::string_view("reply"), std::string_view("answer")};
+
+/// No flash answers with more, the lengths of what is further in it included.
+constexpr std::size_t LONGEST_ANSWER = 20;
+
+std::string_view without_blanks(std::string_view text) {
+    constexpr std::string_view BLANKS = " \t\r";
+    text.remove_prefix(std::min(text.find_first_not_of(BLANKS), text.size()));
+    return text.substr(0, text.find_last_not_of(BLANKS) + 1);
+}
+
+/// The bytes of a line that has nothing but "read: 0xef 0x40 0x18", behind a time in brackets at most: it does not say
+/// what they are, so that anything else in it may say that they are no identification.
+BYTES received_in(const std::string& line) {
+    std::string_view text = without_blanks(line);
+    if (text.starts_with('[')) {
+        text.remove_prefix(std::min(text.find(']'), text.size() - 1) + 1);
+    }
+    const std::size_t sign = text.find_first_of(":=");
+    const auto* const word =
+        std::find(RECEIVED_WORDS.begin(), RECEIVED_WORDS.end(), without_blanks(text.substr(0, sign)));
+    BYTES all;
+    if (sign == std::string_view::npos || word == RECEIVED_WORDS.end()) {
+        return all;
+    }
+    for (const std::string& token : tokens_of(text.substr(sign + 1))) {
+        const BYTES bytes = bytes_of(token);
+        if (!token.starts_with("0x") || bytes.size() != 1) {
+            return {};
+        }
+        all.push_back(bytes.front());
+    }
+    return all.size() < LEAST_IDENTIFICATION || all.size() > LONGEST_ANSWER ? BYTES() : all;
+}
+
 /// The name of a flash has letters and digits.
 bool is_name(const std::string& word) {
     const auto any = [&word](int (*is)(int)) {
@@ -283,6 +321,9 @@ std::vector<BYTE> field_in(const std::string& line, std::string_view field) {
 
 std::vector<BYTE> dump_in(const std::string& line) {
     std::string text = lower(line);
+    if (const BYTES received = received_in(text); !received.empty()) {
+        return without_command(received, true);
+    }
     const std::size_t begin = std::min(text.find_first_not_of(" \t"), text.size());
     const std::size_t end = std::min(text.find_first_of(" \t\r", begin), text.size());
     const std::string first = text.substr(begin, end - begin);

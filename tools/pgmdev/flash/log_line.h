@@ -23,7 +23,8 @@ bool announces_identification(const std::string& line);
 /// The bytes behind a field such as "manufacturer:" or "memory type"; none when the line has it not.
 std::vector<BYTE> field_in(const std::string& line, std::string_view field);
 
-/// The bytes of a line of a hex dump, the first one of the dump.
+/// The bytes of a line of a hex dump, the first one of the dump, or of a line that has nothing but what was received:
+/// "read: 0xEF 0x40 0x18".
 std::vector<BYTE> dump_in(const std::string& line);
 
 /// The names of the flash that a line tells.

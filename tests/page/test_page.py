@@ -127,6 +127,15 @@ class Answers(PageTest):
             else:
                 self.assertEqual(page, without(answer, "query", "found"), dump.hex())
 
+    def test_it_reads_numbers_of_two_bytes_as_hexdump_prints_them(self):
+        dump = (DUMPS / "W25Q128JV.sfdp").read_bytes()  # FF from 10h to 80h
+        text = "".join(
+            f"{at:07x} " + " ".join(f"{dump[i + 1]:02x}{dump[i]:02x}" for i in range(at, at + 16, 2)) + "\n"
+            for at in (0, 16, *range(128, len(dump), 16))).replace("0000080", "*\n0000080") + f"{len(dump):07x}\n"
+        answer = self.command.json("flash", "sfdp", dump.hex())
+        told = self.page.ask("tessary.sfdp(arguments[0])", text)
+        self.assertEqual(told, without(answer, "query", "found"))
+
     def test_it_compares_the_record_with_what_the_flash_says(self):
         lines = (DUMPS / "index.csv").read_text(encoding="utf-8").splitlines()[1:]
         for name, _, _, response in (line.split(",")[:4] for line in lines):

@@ -43,6 +43,20 @@ std::string dump_text(const std::string& bytes, const std::string& behind_offset
     return text;
 }
 
+/// The bytes as `hexdump` prints them without options: numbers of a machine that begins with the lowest byte.
+std::string words_text(const std::string& bytes, const std::string& before_word = " ") {
+    const auto offset = [](std::size_t place) {
+        return "000" + digits_of({static_cast<char>(place >> 8), static_cast<char>(place)}, "");
+    };
+    std::string text;
+    for (std::size_t place = 0; place < bytes.size(); place += 2) {
+        const char high = place + 1 < bytes.size() ? bytes[place + 1] : '\0';
+        text += place % 16 == 0 ? (place == 0 ? "" : "\n") + offset(place) : "";
+        text += before_word + digits_of({high, bytes[place]}, "");
+    }
+    return text + "\n" + offset(bytes.size()) + "\n";
+}
+
 JSON without_query(JSON answer) {
     answer.erase("query");
     return answer;
@@ -133,6 +147,46 @@ TEST(flash_sfdp, StarsOfDumpsRepeatTheLineBefore) {
     EXPECT_EQ(without_query(decoded("-", text + "000000c0\n")), without_query(decoded(dump_file("W25Q128JV"))));
     const PROCESS_RESULT endless = run_command({"flash", "sfdp", "-"}, "00000000  53 46\n*\nfffffff0  00\n");
     expect_failure(endless, INTERNAL_ERROR, {"byte 00h, signature"});
+}
+
+TEST(flash_sfdp, TakesDumpsOfNumbersOfTwoBytes) {
+    const std::string bytes = read_file(dump_file("W25Q128JV"));
+    const JSON expected = without_query(decoded(dump_file("W25Q128JV")));
+    EXPECT_EQ(without_query(decoded("-", words_text(bytes))), expected);
+    EXPECT_EQ(without_query(decoded("-", words_text(bytes, "    "))), expected);
+    const SCRATCH scratch;
+    EXPECT_EQ(without_query(decoded(scratch.write("dump.txt", words_text(bytes)))), expected);
+
+    WORDS lines = lines_of(words_text(bytes));  // FF from 10h to 80h
+    lines.erase(lines.begin() + 2, lines.begin() + 8);
+    lines.insert(lines.begin() + 2, "*");
+    std::string shortened;
+    for (const std::string& line : lines) {
+        shortened += line + "\r\n";
+    }
+    EXPECT_EQ(without_query(decoded("-", shortened)), expected);
+}
+
+// The zero that completes the last number is no byte of the flash.
+TEST(flash_sfdp, TheOffsetBehindNumbersTellsHowManyBytesThereAre) {
+    const std::string bytes = read_file(dump_file("W25Q128JV"));
+    const std::string cut = bytes.substr(0, bytes.size() - 1);
+    const PROCESS_RESULT as_bytes = run_command({"--json", "flash", "sfdp", "-"}, cut);
+    const PROCESS_RESULT as_numbers = run_command({"--json", "flash", "sfdp", "-"}, words_text(cut));
+    EXPECT_EQ(as_numbers.output, as_bytes.output);
+    EXPECT_NE(as_numbers.output, run_command({"--json", "flash", "sfdp", "-"}, words_text(cut + '\0')).output);
+}
+
+// Offsets in octal, as od -x prints them, or lines that are missing.
+TEST(flash_sfdp, RefusesNumbersThatAreNotWhereTheirOffsetsSay) {
+    const std::string bytes = read_file(dump_file("W25Q128JV"));
+    WORDS lines = lines_of(words_text(bytes));
+    lines.erase(lines.begin() + 1);
+    std::string text;
+    for (const std::string& line : lines) {
+        text += line + "\n";
+    }
+    expect_failure(run_command({"flash", "sfdp", "-"}, text), INTERNAL_ERROR, {"byte 00h, signature"});
 }
 
 TEST(flash_sfdp, PeopleSeeAllAndTheRecord) {

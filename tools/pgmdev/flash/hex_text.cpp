@@ -1,5 +1,6 @@
 #include "flash/hex_text.h"
 
+#include <algorithm>
 #include <charconv>
 #include <string>
 
@@ -11,10 +12,15 @@ namespace {
 constexpr std::string_view HEX_DIGITS = "0123456789ABCDEFabcdef";
 constexpr std::string_view BETWEEN_PAIRS = " \t,:-";
 
+constexpr std::string_view BLANKS = " \t";
+
 std::string_view without_blanks_before(std::string_view text) {
-    const std::size_t first = text.find_first_not_of(" \t");
+    const std::size_t first = text.find_first_not_of(BLANKS);
     return first == std::string_view::npos ? std::string_view() : text.substr(first);
 }
+
+constexpr std::size_t DIGITS_BEFORE_WORDS = 7;
+constexpr std::size_t DIGITS_OF_A_WORD = 4;
 
 /// A line of a dump, taken apart.
 struct DUMP_LINE {
@@ -43,56 +49,112 @@ DUMP_LINE taken_apart(std::string_view line, bool has_offsets) {
     return {"", line};
 }
 
-/// Repeats `line` up to the offset, which counts from `start`.
-bool repeat_up_to(std::string_view offset, std::size_t start, const std::vector<BYTE>& line, std::size_t most,
-                  std::vector<BYTE>& bytes) {
-    std::size_t end = 0;
-    const auto result = std::from_chars(offset.data(), offset.data() + offset.size(), end, 16);
-    if (offset.empty() || result.ec != std::errc() || line.empty() || end < start || end - start > most) {
-        return false;
+/// The bytes of a dump, put together of its lines.
+class DUMP_BYTES {
+public:
+    explicit DUMP_BYTES(std::size_t most) : m_most(most) {}
+
+    /// False: it is no line of the dump.
+    bool take(std::string_view line) {
+        if (line == "*") {
+            m_repeats = true;
+            return true;
+        }
+        const auto words = bytes_of_dump_words(line);
+        const DUMP_LINE parts =
+            words ? DUMP_LINE{line.substr(0, DIGITS_BEFORE_WORDS), ""} : taken_apart(line, m_has_offsets);
+        if (m_is_first) {
+            m_start = number_of(parts.offset).value_or(0);
+        }
+        m_is_first = false;
+        m_has_offsets = m_has_offsets || !parts.offset.empty();
+        const auto found = words ? words : bytes_of_hex_pairs(parts.pairs, BETWEEN_PAIRS);
+        if (!found || (m_repeats && !repeat_up_to(parts.offset)) || (m_has_words && !cut_to(parts.offset))) {
+            return false;
+        }
+        m_repeats = false;
+        m_has_words = words.has_value();
+        m_last = *found;
+        bytes.insert(bytes.end(), m_last.begin(), m_last.end());
+        return bytes.size() <= m_most;
     }
-    while (bytes.size() < end - start) {
-        bytes.insert(bytes.end(), line.begin(), line.end());
+
+    bool is_complete() const { return !m_repeats; }
+
+    std::vector<BYTE> bytes;
+
+private:
+    static std::optional<std::size_t> number_of(std::string_view offset) {
+        std::size_t number = 0;
+        const auto result = std::from_chars(offset.data(), offset.data() + offset.size(), number, 16);
+        return offset.empty() || result.ec != std::errc() ? std::nullopt : std::optional(number);
     }
-    return bytes.size() == end - start;
-}
+
+    /// How many bytes stand before the offset; nothing when it is no such number.
+    std::optional<std::size_t> bytes_before(std::string_view offset) const {
+        const std::optional<std::size_t> end = number_of(offset);
+        return !end || *end < m_start || *end - m_start > m_most ? std::nullopt : std::optional(*end - m_start);
+    }
+
+    bool repeat_up_to(std::string_view offset) {
+        const std::optional<std::size_t> end = bytes_before(offset);
+        if (!end || m_last.empty()) {
+            return false;
+        }
+        while (bytes.size() < *end) {
+            bytes.insert(bytes.end(), m_last.begin(), m_last.end());
+        }
+        return bytes.size() == *end;
+    }
+
+    /// The last number of two bytes has a zero more where the bytes are odd; the offset behind it tells.
+    bool cut_to(std::string_view offset) {
+        const std::optional<std::size_t> end = bytes_before(offset);
+        if (end && *end + 1 == bytes.size() && bytes.back() == 0) {
+            bytes.pop_back();
+        }
+        return end == bytes.size();
+    }
+
+    std::size_t m_most;
+    std::vector<BYTE> m_last;
+    std::size_t m_start = 0;
+    bool m_is_first = true;
+    bool m_has_offsets = false;
+    bool m_has_words = false;  ///< the line before
+    bool m_repeats = false;
+};
 
 }  // namespace
 
-std::optional<std::vector<BYTE>> bytes_of_hex_text(std::string_view text, std::size_t most) {
+std::optional<std::vector<BYTE>> bytes_of_dump_words(std::string_view line) {
+    if (line.find_first_not_of(HEX_DIGITS) != DIGITS_BEFORE_WORDS) {
+        return std::nullopt;
+    }
     std::vector<BYTE> bytes;
-    std::vector<BYTE> last;
-    std::size_t start = 0;
-    bool is_first = true;
-    bool has_offsets = false;
-    bool repeats = false;
-    while (!text.empty() && bytes.size() <= most) {
+    for (std::string_view rest = line.substr(DIGITS_BEFORE_WORDS); !rest.empty();) {
+        const std::string_view text = without_blanks_before(rest);
+        const std::size_t end = std::min(text.find_first_of(BLANKS), text.size());
+        const auto word = end == DIGITS_OF_A_WORD ? bytes_of_hex_pairs(text.substr(0, end), "") : std::nullopt;
+        if (!word || word->size() != 2) {
+            const bool characters_follow = rest.starts_with("  ");
+            return bytes.empty() || !characters_follow ? std::nullopt : std::optional(std::move(bytes));
+        }
+        bytes.insert(bytes.end(), word->rbegin(), word->rend());
+        rest = text.substr(end);
+    }
+    return bytes;
+}
+
+std::optional<std::vector<BYTE>> bytes_of_hex_text(std::string_view text, std::size_t most) {
+    DUMP_BYTES dump(most);
+    while (!text.empty()) {
         const std::size_t end = text.find('\n');
         const std::string line = gen_remove_leading_and_trailing_white_spaces(std::string(text.substr(0, end)));
         text.remove_prefix(end == std::string_view::npos ? text.size() : end + 1);
-        if (line.empty()) {
-            continue;
-        }
-        if (line == "*") {
-            repeats = true;
-            continue;
-        }
-        const DUMP_LINE parts = taken_apart(line, has_offsets);
-        if (is_first && !parts.offset.empty()) {
-            std::from_chars(parts.offset.data(), parts.offset.data() + parts.offset.size(), start, 16);
-        }
-        is_first = false;
-        has_offsets = has_offsets || !parts.offset.empty();
-        if (repeats && !repeat_up_to(parts.offset, start, last, most, bytes)) {
+        if (!line.empty() && !dump.take(line)) {
             return std::nullopt;
         }
-        repeats = false;
-        std::optional<std::vector<BYTE>> pairs = bytes_of_hex_pairs(parts.pairs, BETWEEN_PAIRS);
-        if (!pairs) {
-            return std::nullopt;
-        }
-        last = std::move(*pairs);
-        bytes.insert(bytes.end(), last.begin(), last.end());
     }
-    return repeats || bytes.size() > most ? std::nullopt : std::optional(std::move(bytes));
+    return dump.is_complete() ? std::optional(std::move(dump.bytes)) : std::nullopt;
 }

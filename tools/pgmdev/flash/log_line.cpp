@@ -5,6 +5,7 @@
 #include <cctype>
 
 #include "ascii.h"
+#include "flash/hex_text.h"
 
 namespace {
 
@@ -328,18 +329,16 @@ std::vector<BYTE> dump_in(const std::string& line) {
     const std::size_t end = std::min(text.find_first_of(" \t\r", begin), text.size());
     const std::string first = text.substr(begin, end - begin);
     const bool has_offset = end < text.size() && is_first_offset(first);
+    const std::optional<BYTES> numbers = has_offset ? bytes_of_dump_words(without_blanks(text)) : std::nullopt;
     text.erase(0, has_offset ? end : begin);
     text.erase(std::min(text.find("  ", text.find_first_not_of(" \t")), text.size()));  // characters, or a gap
     const std::vector<std::string> words = tokens_of(text);
-    const bool in_words = has_offset && first.size() == 7 && !words.empty() && words.front().size() == 4;
-    BYTES all;
-    for (const std::string& word : words) {
-        BYTES bytes = bytes_of(word);
-        if (bytes.empty() || (!has_offset && bytes.size() != 1 && words.size() > 1)) {
+    const bool is_number = !words.empty() && words.front().size() == 4 && first.size() == 7;
+    BYTES all = numbers.value_or(BYTES());
+    for (std::size_t i = 0; i < words.size() && !numbers; ++i) {
+        const BYTES bytes = bytes_of(words[i]);
+        if (bytes.empty() || (has_offset && is_number) || (!has_offset && bytes.size() != 1 && words.size() > 1)) {
             return {};
-        }
-        if (in_words) {
-            std::reverse(bytes.begin(), bytes.end());  // numbers of a machine that begins with the lowest byte
         }
         all.insert(all.end(), bytes.begin(), bytes.end());
     }

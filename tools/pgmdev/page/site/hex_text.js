@@ -60,6 +60,18 @@ function dump_line(line, has_offsets) {
     return { offset: "", pairs: line };
 }
 
+/// The bytes of a line as `hexdump` prints it without options: numbers of two bytes, the lowest first, behind an offset of
+/// seven digits. Null: it is no such line.
+function bytes_of_dump_words(line) {
+    const words = /^[0-9A-Fa-f]{7}((?:[ \t]+[0-9A-Fa-f]{4})+)(?:$| {2})/.exec(line);
+    return words === null
+        ? null
+        : words[1].match(/[0-9A-Fa-f]{4}/g).flatMap((word) => [
+              parseInt(word.slice(2), 16),
+              parseInt(word.slice(0, 2), 16),
+          ]);
+}
+
 /// Null: the text is no dump.
 function bytes_of_hex_text(text) {
     const bytes = [];
@@ -68,6 +80,7 @@ function bytes_of_hex_text(text) {
     let is_first = true;
     let has_offsets = false;
     let repeats = false;
+    let has_words = false; // the line before
     for (const raw of text.split("\n")) {
         const line = trim_white(raw);
         if (line === "" || bytes.length > LARGEST_DUMP) {
@@ -77,7 +90,8 @@ function bytes_of_hex_text(text) {
             repeats = true;
             continue;
         }
-        const { offset, pairs } = dump_line(line, has_offsets);
+        const words = bytes_of_dump_words(line);
+        const { offset, pairs } = words === null ? dump_line(line, has_offsets) : { offset: line.slice(0, 7), pairs: "" };
         if (is_first && offset !== "") {
             start = parseInt(offset, 16);
         }
@@ -96,7 +110,17 @@ function bytes_of_hex_text(text) {
             }
         }
         repeats = false;
-        const found = bytes_of_hex_pairs(pairs, " \t,:-");
+        if (has_words) {
+            const end = offset === "" ? NaN : parseInt(offset, 16) - start;
+            if (end + 1 === bytes.length && bytes[end] === 0) {
+                bytes.pop(); // it completes the last number where the bytes are odd
+            }
+            if (bytes.length !== end) {
+                return null;
+            }
+        }
+        has_words = words !== null;
+        const found = words ?? bytes_of_hex_pairs(pairs, " \t,:-");
         if (found === null) {
             return null;
         }

@@ -109,7 +109,7 @@ private:
     }
 
     void refuse(const CHIP_ENTRY& of, std::string accepted, std::string advice = "") {
-        m_faults.push_back({of.place, of.name, of.value, std::move(accepted), std::move(advice)});
+        m_faults.push_back({of.place, of.name, of.value, std::move(accepted), std::move(advice), of.line});
     }
 
     void assume(std::string_view member, std::string why) {
@@ -282,6 +282,7 @@ private:
             }
             if (auto fault = take_chip_value(m_chip.record, *member, each.value)) {
                 fault->place = each.place;
+                fault->line = each.line;
                 m_faults.push_back(std::move(*fault));
             }
             know(member->name);
@@ -294,7 +295,7 @@ private:
             const bool derives = member.name == "extended_mode";
             if (!derives && !m_known.contains(std::string(member.name))) {
                 m_faults.push_back({place(), std::string(member.name), "", accepted_chip_values(member),
-                                    is_identification(member.name) ? "id tells all three bytes" : ""});
+                                    is_identification(member.name) ? "id tells all three bytes" : "", line()});
             }
         }
     }
@@ -304,6 +305,7 @@ private:
     }
 
     std::string place() const { return m_text.entries.empty() ? "" : m_text.entries.front().place; }
+    std::size_t line() const { return m_text.entries.empty() ? 0 : m_text.entries.front().line; }
 
     void derive_the_rest() {
         RECORD& record = m_chip.record;
@@ -323,7 +325,8 @@ private:
             const CHIP_ENTRY* const written = entry(member);
             m_faults.push_back({written != nullptr ? written->place : place(), member,
                                 written != nullptr ? written->value : found, expected,
-                                written != nullptr ? "" : fmt::format("write {}=", member)});
+                                written != nullptr ? "" : fmt::format("write {}=", member),
+                                written != nullptr ? written->line : line()});
         }
     }
 
@@ -335,7 +338,10 @@ private:
     bool m_is_like = false;
 };
 
+/// Faults of a file stand in the order of its lines, those of arguments before.
 COMMAND_FAILURE refusal(std::vector<FIELD_FAULT> faults) {
+    std::stable_sort(faults.begin(), faults.end(),
+                     [](const FIELD_FAULT& a, const FIELD_FAULT& b) { return a.line < b.line; });
     const std::string message =
         fmt::format("the description is refused: {} fault{}", faults.size(), faults.size() == 1 ? "" : "s");
     return COMMAND_FAILURE({FAILURE_CODE::DESCRIPTION_REFUSED, message, "", {}, "", {}, std::move(faults)}, EXIT_USAGE);

@@ -67,7 +67,7 @@ public:
     CHIP_READER(std::string directory, std::vector<FIELD_FAULT>& faults)
         : m_directory(std::move(directory)), m_faults(faults) {}
 
-    void take(const std::string& line, const std::string& place) {
+    void take(const std::string& line, const std::string& place, std::size_t number) {
         const std::string text = gen_remove_leading_and_trailing_white_spaces(line.substr(0, line.find('#')));
         const std::size_t equals = text.find('=');
         if (text.empty()) {
@@ -75,10 +75,10 @@ public:
         } else if (text.front() == '[' && text.back() == ']') {
             m_begins = true;
         } else if (equals == std::string::npos || equals == 0) {
-            m_faults.push_back({place, "", text, ASSIGNMENT, ""});
+            m_faults.push_back({place, "", text, ASSIGNMENT, "", number});
         } else {
             add({place, gen_remove_leading_and_trailing_white_spaces(text.substr(0, equals)),
-                 gen_remove_leading_and_trailing_white_spaces(text.substr(equals + 1))});
+                 gen_remove_leading_and_trailing_white_spaces(text.substr(equals + 1)), number});
         }
     }
 
@@ -128,7 +128,8 @@ std::vector<CHIP_TEXT> chips_of_file(const std::string& file, std::vector<FIELD_
     std::size_t number = 0;
     for (std::size_t begin = 0; begin < text.size();) {
         const std::size_t end = std::min(text.find('\n', begin), text.size());
-        reader.take(text.substr(begin, end - begin), fmt::format("{}:{}", file, ++number));
+        ++number;
+        reader.take(text.substr(begin, end - begin), fmt::format("{}:{}", file, number), number);
         begin = end + 1;
     }
     return reader.chips;

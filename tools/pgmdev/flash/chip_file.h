@@ -13,6 +13,7 @@ struct CHIP_ENTRY {
     std::string place;  ///< argument, or file and line, for people
     std::string name;
     std::string value;
+    std::size_t line = 0;  ///< of the file; 0: an argument
 };
 
 struct CHIP_TEXT {

@@ -196,10 +196,27 @@ bool is_text_value(const MEMBER& member, const std::string& text) {
            std::none_of(text.begin(), text.end(), is_control);
 }
 
+/// The voltage that is meant by a number with a comma in it, "3,3V"; "": the text is none.
+std::string voltage_with_comma(const std::string& text) {
+    constexpr std::string_view DIGITS = "0123456789";
+    const std::string upper = gen_ascii_toupper(text);
+    std::string number = upper.substr(0, upper.find_last_not_of(" V") + 1);
+    const std::size_t comma = number.find(',');
+    const std::size_t other = number.find_first_not_of(DIGITS);
+    if (comma == std::string::npos || comma != other || comma == 0 || comma + 1 == number.size() ||
+        number.find_first_not_of(DIGITS, comma + 1) != std::string::npos) {
+        return "";
+    }
+    number[comma] = '.';
+    return number + "V";
+}
+
 // Whether the value was taken; `advice` is told when it was not.
 
-bool take(std::string& value, const MEMBER& member, const std::string& text, std::string&) {
-    const bool taken = is_text_value(member, text);
+bool take(std::string& value, const MEMBER& member, const std::string& text, std::string& advice) {
+    const std::string meant = member.name == "asc_voltage" ? voltage_with_comma(text) : "";
+    advice = meant.empty() ? "" : fmt::format("volts have a decimal point: write {}={}", member.name, meant);
+    const bool taken = is_text_value(member, text) && meant.empty();
     value = taken ? gen_ascii_toupper(text) : value;
     return taken;
 }

@@ -55,6 +55,7 @@ struct FIELD_FAULT {
     std::string given;     ///< "": nothing
     std::string accepted;  ///< what would be taken
     std::string advice;    ///< what to write instead; "": nothing in particular
+    std::size_t line = 0;  ///< of the file; 0: no file has it
 };
 
 /// What a failure tells, in the order in which people read it. Empty parts are left out.

@@ -1,0 +1,85 @@
+#include "command_fixture.h"
+
+// What `flash define` says of a description with faults.
+
+namespace {
+
+const std::vector<std::string> CHIP_LINES{"id = 857114",
+                                          "manufacturer_name = Acme",
+                                          "device_name = AC25X80",
+                                          "device_bit_size = 8 Mbit",
+                                          "device_sector_byte = 64 KiB",
+                                          "bulk_erase_time = 80 s",
+                                          "sec_erase_time = 3 s",
+                                          "program_utime = 5 ms",
+                                          "asc_voltage = 3.3V"};
+
+std::string chip_text(const std::vector<std::string>& lines) {
+    std::string text;
+    for (const std::string& line : lines) {
+        text += line + "\n";
+    }
+    return text;
+}
+
+PROCESS_RESULT defined(const std::string& text) {
+    return run_command({"--json", "flash", "define", "@-"}, text);
+}
+
+/// The places of the faults, and their fields.
+std::vector<std::string> places_of(const PROCESS_RESULT& result) {
+    std::vector<std::string> places;
+    const JSON error = json_failure(result, WRONG_USAGE, "description_refused");
+    for (const JSON& fault : error.at("faults")) {
+        const std::string field = fault.at("field").is_null() ? "" : fault.at("field").get<std::string>();
+        places.push_back((fault.at("place").is_null() ? "" : fault.at("place").get<std::string>()) + " " + field);
+    }
+    return places;
+}
+
+}  // namespace
+
+TEST(flash_define_faults, StandInTheOrderOfTheLines) {
+    std::vector<std::string> lines = CHIP_LINES;
+    lines.at(3) = "device_bit_size = 9 Mbit";
+    lines.at(4) = "device_sector_bytes = 64 KiB";  // so that a field is missing, which is told where the flash begins
+    lines.at(5) = "nothing";
+    lines.at(7) = "sfdp = 00";
+    lines.emplace_back("program_utime = 1 us");
+    lines.emplace_back("more nothing");
+    EXPECT_EQ(places_of(defined(chip_text(lines))),
+              (std::vector<std::string>{"-:4 device_bit_size", "-:5 device_sector_bytes", "-:6 ", "-:8 sfdp",
+                                        "-:10 program_utime", "-:11 "}));
+    lines.at(7) = "";
+    EXPECT_EQ(places_of(defined(chip_text(lines))),
+              (std::vector<std::string>{"-:1 device_sector_byte", "-:1 bulk_erase_time", "-:4 device_bit_size",
+                                        "-:5 device_sector_bytes", "-:6 ", "-:10 program_utime", "-:11 "}));
+}
+
+TEST(flash_define_faults, StandFlashByFlash) {
+    std::vector<std::string> lines = CHIP_LINES;
+    lines.at(6) = "sec_erase_time = 0";
+    const std::string text = chip_text(lines) + "[second]\n" + chip_text(lines) + "?\n";
+    EXPECT_EQ(places_of(defined(text)),
+              (std::vector<std::string>{"-:7 sec_erase_time", "-:17 sec_erase_time", "-:20 "}));
+}
+
+TEST(flash_define_faults, AVoltageHasADecimalPoint) {
+    for (const auto& [given, meant] :
+         {std::pair("3,3V", "3.3V"), std::pair("1,8 v", "1.8V"), std::pair("3,3", "3.3V")}) {
+        std::vector<std::string> lines = CHIP_LINES;
+        lines.at(8) = std::string("asc_voltage = ") + given;
+        const JSON error = json_failure(defined(chip_text(lines)), WRONG_USAGE, "description_refused");
+        const JSON& faults = error.at("faults");
+        ASSERT_EQ(faults.size(), 1U) << faults;
+        EXPECT_EQ(faults.at(0).at("given"), given);
+        EXPECT_EQ(faults.at(0).at("advice"), std::string("volts have a decimal point: write asc_voltage=") + meant);
+    }
+    for (const std::string voltage : {"3.3V", "3.3", "2.7V-3.6V", "1.8V, 3.3V", "V,V", ",3V", "3,V"}) {
+        std::vector<std::string> lines = CHIP_LINES;
+        lines.at(8) = "asc_voltage = " + voltage;
+        const PROCESS_RESULT result = defined(chip_text(lines));
+        EXPECT_EQ(result.exit_code, DONE) << voltage << result.errors;
+        EXPECT_EQ(json_of(result.output).at("flashes").at(0).at("asc_voltage"), voltage);
+    }
+}

@@ -342,7 +342,7 @@ TEST_F(CompilingFaults, NoAllocationForTheTextBesideTheDatabaseMakesAFailure) {
     for (bool happened = true; happened && !HasFailure(); ++number) {
         SCOPED_TRACE(number);
         lay_out_the_other();
-        OUTPUT_FILE lasting(m_output.path(INFO));
+        OUTPUT_FILE lasting({m_output.path(INFO), {}});
         lasting.write({reinterpret_cast<const BYTE*>(SETTLED.data()), SETTLED.size()});
         const PROCESS_RESULT run = run_captured(
             [&] {

@@ -165,6 +165,36 @@ TEST(errors, AnOutputThatCannotBeWrittenTellsWhy) {
     EXPECT_TRUE(contains(directory.at("message"), "it is a directory"));
 }
 
+// By what the user has named it, as of files that are read.
+TEST(errors, TheCauseOfAnOutputsPathIsTold) {
+    const SCRATCH scratch;
+    const std::string csv = std::string(TEST_DATA_DIR) + "/flash/pgm_flash.csv";
+    const std::string none = scratch.path("none/none");
+    const std::string note = scratch.write("note.txt", "a note");
+    struct OUTPUT {
+        std::vector<std::string> arguments;
+        int exit_code;
+        const char* code;
+        const char* tried;
+    };
+    const std::vector<OUTPUT> outputs{
+        {{"flash", "compile", csv, none}, INTERNAL_ERROR, "output_not_writable", "argument PCF"},
+        {{"flash", "compile", csv, csv, "--force"}, WRONG_USAGE, "refused", "argument PCF"},
+        {{"profile", "compile", csv, note}, WRONG_USAGE, "refused", "argument PCF"},
+        {{"params", "read", "0", note}, WRONG_USAGE, "refused", "argument FILE"},
+        {{"page", none}, INTERNAL_ERROR, "output_not_writable", "argument OUTPUT_DIR"},
+        {{"schema", "--directory", none}, INTERNAL_ERROR, "output_not_writable", "option --directory"},
+    };
+    for (const OUTPUT& output : outputs) {
+        std::vector<std::string> arguments{"--json", "--module-dir", scratch.directory().string()};
+        arguments.insert(arguments.end(), output.arguments.begin(), output.arguments.end());
+        const JSON error = json_failure(run_command(arguments), output.exit_code, output.code);
+        EXPECT_EQ(error.at("tried"), JSON::array({output.tried})) << output.tried;
+    }
+    EXPECT_TRUE(
+        contains(run_command({"flash", "compile", csv, csv}).errors, csv + " (argument PCF); name another file"));
+}
+
 TEST(errors, WrongUsageIsADocumentToo) {
     const std::vector<std::vector<std::string>> wrong{
         {"--json"},

@@ -20,7 +20,7 @@ std::string failure_of(const SCRATCH& scratch, const std::string& name) {
     std::string message = "it was written";
     try {
         const ORDINARY_USER user;
-        OUTPUT_FILE file(scratch.path(name));
+        OUTPUT_FILE file({scratch.path(name), {}});
     } catch (const COMMAND_FAILURE& failure) {
         message = failure.failure().message;
     }
@@ -47,5 +47,5 @@ TEST(output_posix, WhoMayNotWriteIsToldWhateverFailedLast) {
     fs::permissions(file, fs::perms(0444));
     const ORDINARY_USER user;
     errno = EINVAL;
-    EXPECT_EQ(output_failure(file).failure().message, FORBIDDEN);
+    EXPECT_EQ(output_failure({file, {}}).failure().message, FORBIDDEN);
 }

@@ -129,7 +129,7 @@ void write_files(const std::vector<ANSWERING_VERB>& verbs, const std::string& di
     for (const ANSWERING_VERB& answering : verbs) {
         const std::string path = fmt::format("{}/{}.json", directory, file_name(answering));
         const std::string text = readable_json_text(document_of_one(answering)) + "\n";
-        OUTPUT_FILE output(path);
+        OUTPUT_FILE output({path, {"option --directory"}});
         output.write(std::span(reinterpret_cast<const BYTE*>(text.data()), text.size()));
         output.commit();
     }

@@ -125,7 +125,7 @@ void write_with(const PLACE& place, CONFIGURATION_LINES file, const std::string&
     }
     std::error_code error;  // what keeps the directory from being made keeps the file from being written
     std::filesystem::create_directories(fio_get_unc_full_path(place.path).parent_path(), error);
-    OUTPUT_FILE output(place.path);
+    OUTPUT_FILE output(place);
     output.write(contents);
     output.commit();
 }

@@ -10,8 +10,9 @@ namespace fs = std::filesystem;
 
 namespace {
 
-COMMAND_FAILURE refusal(const std::string& path, std::string message, std::string advice) {
-    return COMMAND_FAILURE({FAILURE_CODE::REFUSED, std::move(message), path, {}, std::move(advice), {}}, EXIT_USAGE);
+COMMAND_FAILURE refusal(const PLACE& place, std::string message, std::string advice) {
+    return COMMAND_FAILURE({FAILURE_CODE::REFUSED, std::move(message), place.path, place.tried, std::move(advice), {}},
+                           EXIT_USAGE);
 }
 
 /// Why the file cannot be written, as far as its place tells; otherwise what the system has said.
@@ -37,13 +38,14 @@ std::string obstacle(const std::string& path, std::string reason) {
 
 }  // namespace
 
-void confirm_output(const std::string& path, const std::vector<std::string>& inputs, const std::string& kind,
+void confirm_output(const PLACE& output, const std::vector<std::string>& inputs, const std::string& kind,
                     std::string_view beginning, bool force, const UNREADABLE_INPUT& unreadable) {
+    const std::string& path = output.path;
     forget_system_reason();
     std::error_code error;
     const fs::file_type type = fs::status(fio_get_unc_full_path(path), error).type();
     if (type == fs::file_type::none) {  // the system does not tell what would be replaced
-        throw output_failure(path, {}, {});
+        throw output_failure(output);
     }
     if (type == fs::file_type::not_found) {
         return;
@@ -60,10 +62,10 @@ void confirm_output(const std::string& path, const std::vector<std::string>& inp
         forget_system_reason();
         const bool is_input = fs::equivalent(fio_get_unc_full_path(path), native, error);
         if (error) {
-            throw output_failure(path, {}, {});
+            throw output_failure(output);
         }
         if (is_input) {
-            throw refusal(path, "the output would replace an input", "name another file");
+            throw refusal(output, "the output would replace an input", "name another file");
         }
     }
     if (force || type != fs::file_type::regular) {
@@ -74,13 +76,13 @@ void confirm_output(const std::string& path, const std::vector<std::string>& inp
     if (file.obstacle.empty() && (file.size == 0 || is_kind)) {
         return;
     }
-    throw refusal(path, fmt::format("the output would replace a file that is no {}", kind),
+    throw refusal(output, fmt::format("the output would replace a file that is no {}", kind),
                   "name another file, or insist with --force");
 }
 
-OUTPUT_FILE::OUTPUT_FILE(const std::string& path) : m_path(path) {
+OUTPUT_FILE::OUTPUT_FILE(PLACE place) : m_place(std::move(place)) {
     forget_system_reason();
-    m_replacement.emplace(path);
+    m_replacement.emplace(m_place.path);
     if (temporary().fullpath().empty()) {
         throw failure();
     }
@@ -101,14 +103,13 @@ void OUTPUT_FILE::commit() {
 }
 
 COMMAND_FAILURE OUTPUT_FILE::failure(std::optional<MSG_INTERNAL_ERROR_REPORT> report) const {
-    return output_failure(m_path, {}, std::move(report));
+    return output_failure(m_place, std::move(report));
 }
 
-COMMAND_FAILURE output_failure(const std::string& path, std::vector<std::string> tried,
-                               std::optional<MSG_INTERNAL_ERROR_REPORT> report) {
+COMMAND_FAILURE output_failure(const PLACE& place, std::optional<MSG_INTERNAL_ERROR_REPORT> report) {
     const std::string reason = system_reason();  // before it is lost
-    return COMMAND_FAILURE({FAILURE_CODE::OUTPUT_NOT_WRITABLE,
-                            fmt::format("the output cannot be written, since {}", obstacle(path, reason)), path,
-                            std::move(tried), "name a place that you may write to; the old file, if any, is as it was",
-                            std::move(report)});
+    return COMMAND_FAILURE(
+        {FAILURE_CODE::OUTPUT_NOT_WRITABLE,
+         fmt::format("the output cannot be written, since {}", obstacle(place.path, reason)), place.path, place.tried,
+         "name a place that you may write to; the old file, if any, is as it was", std::move(report)});
 }

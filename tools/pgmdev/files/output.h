@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "files/file_bytes.h"
+#include "files/origins.h"
 #include "fio.h"
 #include "terminal/failure.h"
 
@@ -21,13 +22,13 @@ using UNREADABLE_INPUT = std::function<COMMAND_FAILURE(const std::string& path, 
 /// than a missing or empty file, or a file that begins with `beginning` ("": none such). With `force` any file but an
 /// input may be replaced. `kind` is what people call such a file. Of an input that the system does not let anybody find
 /// `unreadable` is thrown.
-void confirm_output(const std::string& path, const std::vector<std::string>& inputs, const std::string& kind,
+void confirm_output(const PLACE& output, const std::vector<std::string>& inputs, const std::string& kind,
                     std::string_view beginning, bool force, const UNREADABLE_INPUT& unreadable = unreadable_file);
 
 /// A file that is replaced as a whole. What cannot be done throws COMMAND_FAILURE with the system's reason.
 class OUTPUT_FILE {
 public:
-    explicit OUTPUT_FILE(const std::string& path);
+    explicit OUTPUT_FILE(PLACE place);
 
     /// Receives the contents.
     const FIO_PATH& temporary() const { return m_replacement->temporary(); }
@@ -38,10 +39,9 @@ public:
     COMMAND_FAILURE failure(std::optional<MSG_INTERNAL_ERROR_REPORT> report = {}) const;
 
 private:
-    std::string m_path;
+    PLACE m_place;
     std::optional<FIO_REPLACEMENT> m_replacement;
 };
 
-/// The failure to write a file, with the system's reason; `tried` is what led to its place.
-COMMAND_FAILURE output_failure(const std::string& path, std::vector<std::string> tried = {},
-                               std::optional<MSG_INTERNAL_ERROR_REPORT> report = {});
+/// The failure to write a file, with the system's reason.
+COMMAND_FAILURE output_failure(const PLACE& place, std::optional<MSG_INTERNAL_ERROR_REPORT> report = {});

@@ -61,7 +61,7 @@ void write_list(const std::vector<const typename FLASH::RECORD*>& records) {
     forget_system_reason();
     if (!PGMDEV_FLASH_INI::write_flash_ini_data(FLASH::BLOCK, block.empty() ? nullptr : block.data(),
                                                 static_cast<DWORD>(block.size()))) {
-        throw output_failure(container_place().path, container_place().tried);
+        throw output_failure(container_place());
     }
 }
 

@@ -17,10 +17,12 @@
 
 namespace {
 
+constexpr const char* DIRECTORY = "OUTPUT_DIR";
+
 /// Makes the directory of the file if its own directory is there.
-void require_directory(const std::string& directory, const std::string& file) {
+void require_directory(const PLACE& directory, const PLACE& file) {
     std::error_code error;
-    const std::filesystem::path path(fio_get_unc_full_path(directory));
+    const std::filesystem::path path(fio_get_unc_full_path(directory.path));
     forget_system_reason();
     if (!std::filesystem::is_directory(path, error) && !std::filesystem::create_directory(path, error)) {
         throw output_failure(std::filesystem::exists(path, error) ? file : directory);
@@ -33,17 +35,18 @@ QWORD rows_of(JSON list) {
 }
 
 void write_page(const ARGUMENTS& given, COMMAND& command) {
-    const std::string& directory = given.text("OUTPUT_DIR");
+    const std::string& directory = given.text(DIRECTORY);
     const std::string file = utf8_from_path(path_from_utf8(directory) / "index.html");
-    require_directory(directory, file);
+    const PLACE output_place = argument_place(file, DIRECTORY);
+    require_directory(argument_place(directory, DIRECTORY), output_place);
     const PLACE database = flash_database_place();
-    confirm_output(file, {database.path}, "page of pgmdev", PAGE_BEGINNING, given.has("--force"),
+    confirm_output(output_place, {database.path}, "page of pgmdev", PAGE_BEGINNING, given.has("--force"),
                    [&database](const std::string&, const std::string&) {
                        return database_failure(FLASH_DATABASE_KIND, database, {});
                    });
     PAGE_DATA data{page_flash_data(), page_tables_data(), page_names_data()};
     const std::string page = page_document(data);
-    OUTPUT_FILE output(file);
+    OUTPUT_FILE output(output_place);
     output.write({reinterpret_cast<const BYTE*>(page.data()), page.size()});
     output.commit();
 
@@ -72,7 +75,7 @@ JSON page_schema() {
 VERB page_verb() {
     return VERB("page", "Write a page for browsers: all chips, profiles and names, to look up without a network",
                 "pgmdev page tessary-page", write_page)
-        .takes({"OUTPUT_DIR", "Directory for the page, index.html, which is made where it is missing"})
+        .takes({DIRECTORY, "Directory for the page, index.html, which is made where it is missing"})
         .takes({"--force", "Replace an index.html that is no such page", ARGUMENT::FLAG})
         .tells(
             "The page is one file, opens from any place, asks no network, and answers as flash identify, flash show,\n"

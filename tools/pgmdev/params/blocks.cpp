@@ -95,7 +95,7 @@ void replace_block(PGMDEV_FLASH_INI_ENUM which, std::vector<BYTE> bytes, const C
     forget_system_reason();
     if (!PGMDEV_FLASH_INI::write_flash_ini_data(which, bytes.empty() ? nullptr : bytes.data(),
                                                 static_cast<DWORD>(bytes.size()))) {
-        throw output_failure(container_place().path, container_place().tried);
+        throw output_failure(container_place());
     }
     if (command.json) {
         print_json(block_json(which, BLOCK(which)));

@@ -69,8 +69,8 @@ void read_block(const ARGUMENTS& given, COMMAND& command) {
     const std::string& file = given.text("FILE");
     require_readable_container();
     if (!file.empty()) {
-        confirm_output(file, {container_place().path}, fmt::format("block \"{}\"", block_name(which)),
-                       block_stamp(which), given.has("--force"));
+        confirm_output(argument_place(file, "FILE"), {container_place().path},
+                       fmt::format("block \"{}\"", block_name(which)), block_stamp(which), given.has("--force"));
     }
     const BLOCK block(which);
     JSON answer = block_json(which, block);
@@ -80,7 +80,7 @@ void read_block(const ARGUMENTS& given, COMMAND& command) {
         return;
     }
     if (!file.empty()) {
-        OUTPUT_FILE output(file);
+        OUTPUT_FILE output(argument_place(file, "FILE"));
         output.write(block.bytes());
         output.commit();
     }

@@ -49,7 +49,10 @@ JSON notes_schema() {
 }
 
 NOTES_COPIES::COPY::COPY(const std::string& place)
-    : output(place), path(place), was_missing(inspect_file(place, 0).missing), former(file_bytes(place)) {}
+    : output(argument_place(place, "PCF")),
+      path(place),
+      was_missing(inspect_file(place, 0).missing),
+      former(file_bytes(place)) {}
 
 NOTES_COPIES::NOTES_COPIES(const std::vector<NOTES_COPY>& files) {
     for (const NOTES_COPY& file : files) {
@@ -76,7 +79,7 @@ void NOTES_COPIES::COPY::put_back() const {
         std::filesystem::remove(fio_get_unc_full_path(path));
         return;
     }
-    OUTPUT_FILE replacement(path);
+    OUTPUT_FILE replacement({path, {}});
     replacement.write(former.value());
     replacement.commit();
 }

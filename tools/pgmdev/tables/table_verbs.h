@@ -87,10 +87,11 @@ inline void replace_with_companions(OUTPUT_FILE& database, NOTES_COPIES& notes, 
     const auto write = [](OUTPUT_FILE& file, const std::string& text) {
         file.write(std::span(reinterpret_cast<const BYTE*>(text.data()), text.size()));
     };
-    OUTPUT_FILE lasting(info_file_of(pcf_file));
+    const PLACE info_place = argument_place(info_file_of(pcf_file), "PCF");
+    OUTPUT_FILE lasting(info_place);
     write(lasting, info_text(info));
     info.replaces_sha256 = replaced_digest(pcf_file, force);
-    OUTPUT_FILE passing(info_file_of(pcf_file));
+    OUTPUT_FILE passing(info_place);
     write(passing, info_text(info));
     passing.commit();
     try {
@@ -113,11 +114,12 @@ void compile_table(const ARGUMENTS& given, const COMMAND& command) {
     }
     const auto source = file_bytes(csv_file);  // before the compiler reads it: a later change is another source
     const auto table = KIND::TABLE::from_source(csv_file);
-    confirm_output(pcf_file, {csv_file}, KIND::DATABASE_FORMAT.name, KIND::DATABASE_FORMAT.magic, given.has("--force"),
+    const PLACE pcf_place = argument_place(pcf_file, "PCF");
+    confirm_output(pcf_place, {csv_file}, KIND::DATABASE_FORMAT.name, KIND::DATABASE_FORMAT.magic, given.has("--force"),
                    [](const std::string& input, const std::string& obstacle) {
                        return unreadable_table(input, "CSV", obstacle, {});
                    });
-    OUTPUT_FILE output(pcf_file);
+    OUTPUT_FILE output(pcf_place);
     if (table.has_faults()) {
         print_faults(table.faults(), csv_file, KIND::TABLE::describe);
         print_hints(csv_file, hints_at_causes(csv_file, KIND::NOUN, table.faults()));

@@ -65,7 +65,7 @@ void verify_own_table(const typename KIND::TABLE& table, VERIFICATION& verificat
     }
     const SCRATCH_DIRECTORY scratch;
     const std::string csv_file = scratch.path("dump.csv");
-    OUTPUT_FILE output(csv_file);
+    OUTPUT_FILE output({csv_file, {}});
     output.write(std::span(reinterpret_cast<const BYTE*>(text.data()), text.size()));
     output.commit();
     const auto read_back = KIND::TABLE::from_source(csv_file);

@@ -40,9 +40,9 @@ public:
         std::string accepted;  ///< what would be taken, for people
     };
 
-    /// The same dialogue for a person. Lines may end in CR LF; a name or voltage with one of the characters @ # ; which
-    /// would tear the description apart, is refused. `ask_again` hears of every refused answer and says whether the
-    /// question is put again, or the dialogue ends.
+    /// The same dialogue for a person. A byte-order mark may stand before the first line, and lines may end in CR LF; a
+    /// name or voltage with one of the characters @ # ; which would tear the description apart, is refused. `ask_again`
+    /// hears of every refused answer and says whether the question is put again, or the dialogue ends.
     static std::string define(std::istream& answers, std::ostream& prompts,
                               const std::function<bool(const REFUSED_ANSWER&)>& ask_again);
 

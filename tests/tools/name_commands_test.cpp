@@ -121,6 +121,18 @@ TEST(NameCommand, PassesOverAByteOrderMarkBeforeABatch) {
     EXPECT_EQ(answers[0], answers[1]);
 }
 
+TEST(NameCommand, AByteOrderMarkAloneIsNoLine) {
+    for (const std::vector<std::string>& verb :
+         {std::vector<std::string>{"name", "show", "-"}, {"part", "info", "-"}}) {
+        const PROCESS_RESULT nothing = run_command(verb, "\xEF\xBB\xBF");
+        EXPECT_EQ(nothing.exit_code, DONE);
+        EXPECT_EQ(nothing.output + nothing.errors, "");
+        for (const std::string input : {"\xEF\xBB\xBF\n", "\n", "KES50C6\n\xEF\xBB\xBF"}) {
+            EXPECT_EQ(run_command(verb, input).exit_code, NOT_FOUND) << input;
+        }
+    }
+}
+
 TEST(NameCommand, AnswersABatchLineByLine) {
     const std::string name = ordinary_part();
     const PROCESS_RESULT result =

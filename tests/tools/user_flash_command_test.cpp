@@ -376,7 +376,7 @@ TEST(flash_reseal, SignsForThisBuild) {
 }
 
 TEST(flash_define, TakesLinesOfAnotherSystem) {
-    std::string answers;
+    std::string answers = "\xEF\xBB\xBF";
     for (const std::string& line : lines_of(DIALOGUE_ANSWERS)) {
         answers += line + "\r\n";
     }

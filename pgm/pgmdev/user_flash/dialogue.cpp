@@ -9,6 +9,7 @@
 #include "pgm_common.h"
 #include "pgmdev_types.h"
 #include "printing.h"
+#include "text_lines.h"
 #include "user_flash/questions.h"
 #include "user_flash/sealing.h"
 #include "user_flash/text.h"
@@ -97,7 +98,10 @@ bool ask_for_flash(const CONVERSATION& talk, std::string& body) {
 /// How many flash devices there are; nothing when the dialogue ends here.
 std::optional<DWORD> ask_count(const CONVERSATION& talk) {
     for (;;) {
-        const std::string line = talk.ask(COUNT_PROMPT);
+        std::string line = talk.ask(COUNT_PROMPT);
+        if (talk.is_with_a_person()) {
+            line = std::string(without_byte_order_mark(line));
+        }
         bool valid = false;
         const DWORD count = PGM_COMMON::convert_string_to_dword(line, true, &valid, nullptr, true);
         if (valid && count >= 1 && count <= PGMDEV_USER_FLASH::MOST_FLASHES) {

@@ -9,7 +9,6 @@
 #include "terminal/did_you_mean.h"
 #include "terminal/input.h"
 #include "terminal/standard_error.h"
-#include "text_lines.h"
 
 namespace {
 
@@ -88,10 +87,7 @@ void answer_each(const std::string& argument, COMMAND& command,
         return;
     }
     bool is_first = true;
-    for (std::string line; read_input_line(line); is_first = false) {
-        if (is_first) {
-            line.erase(0, line.size() - without_byte_order_mark(line).size());
-        }
+    for (std::string line; read_input_line(line, is_first); is_first = false) {
         if (line.ends_with('\r')) {
             line.pop_back();  // of a text file from Windows
         }

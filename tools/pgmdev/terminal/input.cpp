@@ -11,6 +11,7 @@
 #include "pgm_common.h"
 #include "terminal/command.h"
 #include "terminal/failure.h"
+#include "text_lines.h"
 
 namespace {
 
@@ -79,18 +80,23 @@ void require_readable_input() {
     }
 }
 
-bool read_input_line(std::string& line) {
+bool read_input_line(std::string& line, bool is_first) {
     using TRAITS = std::streambuf::traits_type;
     line.clear();
+    const auto without_mark = [&line, is_first] {
+        line.erase(0, is_first ? line.size() - without_byte_order_mark(line).size() : 0);
+    };
     std::streambuf& input = *std::cin.rdbuf();
     for (;;) {
         const auto next = input.sbumpc();
         if (TRAITS::eq_int_type(next, TRAITS::eof())) {
             require_readable_input();
+            without_mark();
             return !line.empty();
         }
         const char c = TRAITS::to_char_type(next);
         if (c == '\n') {
+            without_mark();
             return true;
         }
         if (line.size() == LONGEST_INPUT_LINE) {

@@ -29,9 +29,9 @@ ID_RESPONSE parse_id_response(const std::string& text);
 /// is not `what`.
 DWORD parse_dword(const std::string& text, std::string_view what);
 
-/// Reads the next line of standard input; false at its end. An input that cannot be read, and a line that is longer than
-/// any question, throw COMMAND_FAILURE.
-bool read_input_line(std::string& line);
+/// Reads the next line of standard input; false at its end. A byte-order mark before the first one is no part of it. An
+/// input that cannot be read, and a line that is longer than any question, throw COMMAND_FAILURE.
+bool read_input_line(std::string& line, bool is_first);
 
 /// Throws COMMAND_FAILURE when standard input has ended because it could not be read.
 void require_readable_input();

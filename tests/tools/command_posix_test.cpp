@@ -21,6 +21,11 @@ PROCESS_RESULT run_shell(const std::string& line) {
     return run_process({{"/bin/sh", "-c", "exec \"" TEST_COMMAND "\" " + line}, "", {}, {}});
 }
 
+/// Likewise behind a pipe that gives the input.
+PROCESS_RESULT run_piped(const std::string& input, const std::string& line) {
+    return run_process({{"/bin/sh", "-c", "cat | \"" TEST_COMMAND "\" " + line}, input, {}, {}});
+}
+
 }  // namespace
 
 TEST(command_posix, OutputThatCannotBeWrittenIsAnError) {
@@ -85,6 +90,32 @@ TEST(command_posix, CheckReadsThroughADescriptor) {
     const SCRATCH scratch;
     const std::string csv = scratch.write("table.csv", FLASH_SOURCE().row().text());
     EXPECT_EQ(run_shell("flash check /dev/stdin < '" + csv + "'").exit_code, DONE);
+}
+
+TEST(command_posix, DiffTellsWhatComesThroughAPipe) {
+    const SCRATCH scratch;
+    const std::string csv = scratch.write("table.csv", FLASH_SOURCE().row().text());
+    const std::string pcf = scratch.path("table.pcf");
+    ASSERT_EQ(run_command({"flash", "compile", csv, pcf}).exit_code, DONE);
+    const std::string bytes = read_file(pcf);
+    const std::string pipe = "/dev/stdin";
+    for (const std::string& input : {read_file(csv), bytes}) {
+        const PROCESS_RESULT same = run_piped(input, "flash diff /dev/stdin '" + csv + "'");
+        EXPECT_EQ(same.exit_code, DONE) << same.errors;
+        EXPECT_EQ(same.output, "1 records, then 1: the same\n");
+    }
+    const JSON cut = json_failure(run_piped(bytes.substr(0, 60), "--json flash diff '" + csv + "' " + pipe),
+                                  INTERNAL_ERROR, "database_damaged");
+    EXPECT_EQ(cut.at("path"), pipe);
+    EXPECT_EQ(cut.at("tried"), JSON::array({"argument B"}));
+    const JSON other = json_failure(run_piped(bytes, "--json profile diff " + pipe + " '" + csv + "'"), INTERNAL_ERROR,
+                                    "database_other_kind");
+    EXPECT_EQ(other.at("path"), pipe);
+    const JSON endless =
+        json_failure(run_shell("--json flash diff /dev/zero '" + csv + "'"), INTERNAL_ERROR, "source_table_unreadable");
+    EXPECT_EQ(endless.at("path"), "/dev/zero");
+    expect_failure(run_piped("manufacturer_name\n", "flash diff " + pipe + " '" + csv + "'"), INTERNAL_ERROR,
+                   {pipe + ": fault: ", pipe + " (argument A); see"});
 }
 
 TEST(command_posix, AKilledCompileLeavesADatabaseThatIsKnown) {

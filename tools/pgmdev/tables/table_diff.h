@@ -16,6 +16,7 @@
 #include "tables/fault_output.h"
 #include "tables/row_matching.h"
 #include "tables/source_hints.h"
+#include "tables/stream_copy.h"
 #include "terminal/command_line.h"
 #include "terminal/failure.h"
 #include "terminal/json.h"
@@ -33,14 +34,15 @@
 template <class KIND>
 typename KIND::TABLE read_any_table(const ARGUMENTS& given, const char* argument) {
     const std::string& file = given.text(argument);
-    if (is_packed_database(file)) {
-        return KIND::read(file, argument);
+    const STREAM_COPY input(file, argument);
+    if (is_packed_database(input.path())) {
+        return input.told_of([&] { return KIND::read(input.path(), argument); });
     }
-    require_readable_table(file, argument);
-    auto table = KIND::TABLE::from_source(file);
+    require_readable_table(input.path(), argument);
+    auto table = KIND::TABLE::from_source(input.path());
     if (table.has_faults()) {
         print_faults(table.faults(), file, KIND::TABLE::describe);
-        print_hints(file, hints_at_causes(file, KIND::NOUN, table.faults()));
+        print_hints(file, hints_at_causes(input.path(), KIND::NOUN, table.faults()));
     }
     if (table.records().empty()) {
         throw COMMAND_FAILURE({FAILURE_CODE::TABLE_REFUSED,

@@ -56,7 +56,10 @@ configure_preset() {
 build_preset() {
     local preset=$1 directory="$root/build/$1"
     shift
-    if ! ninja -C "$directory" -n "$@" 2>/dev/null | grep -q 'no work to do'; then
+    # What looks for new files always runs, and a dry run would take it for work: it runs first, and the dry run is one of a
+    # file by another name, which ninja does not bring up to date.
+    logged "$directory/build.log" ninja -C "$directory" build.ninja || return 1
+    if ! ninja -C "$directory" -f "$directory/build.ninja" -n "$@" 2>/dev/null | grep -q 'no work to do'; then
         say "Building $preset"
         logged "$directory/build.log" ninja -C "$directory" "$@"
     fi

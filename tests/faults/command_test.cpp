@@ -202,8 +202,8 @@ protected:
         }
     }
 
-    static constexpr std::array<const char*, 4> NOTES{"ambiguities.csv", "identifications.csv", "aliases.csv",
-                                                      "sources.csv"};
+    static constexpr std::array<const char*, 5> NOTES{"ambiguities.csv", "identifications.csv", "aliases.csv",
+                                                      "left_out.csv", "sources.csv"};
     SCRATCH m_scratch;
 };
 

@@ -147,6 +147,12 @@ class ShippedTable(unittest.TestCase):
             self.assertEqual(alias, alias.upper())
             self.assertNotRegex(alias + name + reason, "[,\"]", "readers split the line at commas")
 
+    def test_a_chip_that_is_left_out_is_no_row(self):
+        for (name, identification), reason in self.files.left_out.items():
+            self.assertEqual(self.table.rows_named(name), [], name)
+            self.assertNotEqual(reason, "", name)
+            self.assertNotRegex(name + identification + reason, "[,\"]", "readers split the line at commas")
+
     def test_names_that_people_type_find_a_row(self):
         answering = {"IS25WP02G": "IS25WP02GG", "26VF064BA": "SST26VF064B", "M25P05-A": "M25P05", "M25P10-A": "M25P10"}
         for name, row in answering.items():

@@ -194,6 +194,59 @@ TEST(flash_companions, CheckTellsWhichAliasesAreOfNoUse) {
     EXPECT_THAT(cut.errors, HasSubstr("as many cells in line 2 as in the first"));
 }
 
+TEST(flash_companions, ShowTellsWhyAChipIsLeftOut) {
+    const COMPANIONS database;
+    database.write_beside(".left_out.csv",
+                          "device_name,identification,reason\nTWIN64,EF4017,two chips in one package; no record\n"
+                          "CUT,EF4017\nCHIP,EF4017,never told of a row\nCHIP-IQ,EF4017,nor of another name\n");
+    const PROCESS_RESULT result = database.run({"flash", "show", "twin64"});
+    EXPECT_EQ(result.exit_code, NOT_FOUND);
+    EXPECT_THAT(result.errors,
+                testing::StartsWith("pgmdev: the flash \"twin64\" is left out of the table: two chips in one "
+                                    "package; no record"));
+    const JSON answer = json_of(database.run({"--json", "flash", "show", "twin64"}).output);
+    EXPECT_EQ(answer.at("found"), false);
+    EXPECT_TRUE(answer.at("index").is_null());
+    EXPECT_EQ(answer.at("left_out"), "two chips in one package; no record");
+    for (const std::string name : {"CUT", "NONE"}) {
+        const JSON none = json_of(database.run({"--json", "flash", "show", name}).output);
+        EXPECT_EQ(none.at("found"), false);
+        EXPECT_FALSE(none.contains("left_out")) << name;
+    }
+    for (const std::string name : {"CHIP", "CHIP-IQ"}) {
+        const JSON shown = json_of(database.run({"--json", "flash", "show", name}).output);
+        EXPECT_EQ(shown.at("found"), true) << name;
+        EXPECT_FALSE(shown.contains("left_out")) << name;
+    }
+}
+
+TEST(flash_companions, TheShippedTableSaysWhyAChipIsLeftOut) {
+    const PROCESS_RESULT result = run_command({"flash", "show", "S70FL01GS"});
+    EXPECT_EQ(result.exit_code, NOT_FOUND);
+    EXPECT_THAT(result.errors, HasSubstr("\"S70FL01GS\" is left out of the table: two chips in one package; each has a "
+                                         "response of its own"));
+}
+
+TEST(flash_companions, CheckTellsWhatIsWrongWithChipsThatAreLeftOut) {
+    const SCRATCH scratch;
+    FLASH_SOURCE source;
+    const std::string file = scratch.write("table.csv", source.row(ROW).text());
+    const auto check = [&](const std::string& list) {
+        scratch.write("left_out.csv", list);
+        return run_command({"flash", "check", file});
+    };
+    const std::string heading = "device_name,identification,reason\n";
+    EXPECT_EQ(check(heading + "TWIN,EF4017,two chips\n").errors.find("left_out.csv"), std::string::npos);
+    const PROCESS_RESULT row = check(heading + "chip,EF4017,two chips\n");
+    EXPECT_EQ(row.exit_code, DONE) << row.errors;
+    EXPECT_THAT(row.errors, HasSubstr("left_out.csv: warning: row chip: a name that has no row of its own"));
+    const PROCESS_RESULT cut = check(heading + "TWIN,EF4017\n");
+    EXPECT_EQ(cut.exit_code, INTERNAL_ERROR);
+    EXPECT_THAT(cut.errors, HasSubstr("as many cells in line 2 as in the first"));
+    EXPECT_THAT(check("device_name,reason\nTWIN,two chips\n").errors,
+                HasSubstr("three columns: device_name, identification, reason"));
+}
+
 TEST(flash_companions, TheNamesThatPeopleTypeAreFound) {
     const std::vector<std::pair<const char*, const char*>> names{
         {"IS25WP512M", "IS25WP512"},    {"IS25LP01G", "IS25LP01G"},     {"IS25LP02GG", "IS25LP02G"},

@@ -37,7 +37,7 @@ TEST(flash_notes, AreCheckedWithTheTable) {
     EXPECT_TRUE(contains(result.errors, "ambiguities.csv:2:19: fault:")) << result.errors;
     EXPECT_TRUE(contains(result.errors, "expected one of data, voltage, protection")) << result.errors;
     const JSON notes = json_of(result.output).at("notes");
-    ASSERT_EQ(notes.size(), 3U);
+    ASSERT_EQ(notes.size(), 4U);
     const JSON& fault = notes.at(0).at("faults").at(0);
     EXPECT_EQ(fault.at("line"), 2);
     EXPECT_EQ(fault.at("column"), 19);
@@ -45,6 +45,7 @@ TEST(flash_notes, AreCheckedWithTheTable) {
     EXPECT_EQ(fault.at("member"), "risk");
     EXPECT_EQ(fault.at("cell"), "fire");
     EXPECT_EQ(notes.at(1).at("faults"), JSON::array());
+    EXPECT_TRUE(contains(notes.at(3).at("file"), "left_out.csv"));
 }
 
 TEST(flash_notes, WarningsAreRefusedOnlyWhenStrict) {
@@ -66,7 +67,7 @@ TEST(flash_notes, AreNotHeldAgainstRowsThatCouldNotBeRead) {
     EXPECT_EQ(result.exit_code, INTERNAL_ERROR);
     EXPECT_EQ(lines_of(result.errors).size(), 1U) << result.errors;
     const JSON document = json_of(result.output);
-    EXPECT_EQ(document.at("notes").size(), 3U);
+    EXPECT_EQ(document.at("notes").size(), 4U);
     for (const JSON& notes : document.at("notes")) {
         EXPECT_EQ(notes.at("faults"), JSON::array()) << notes;
     }
@@ -81,7 +82,7 @@ TEST(flash_notes, TravelWithTheDatabase) {
     ASSERT_EQ(run_command({"flash", "compile", files.table(), files.database()}).exit_code, DONE);
     EXPECT_EQ(read_file(files.database() + ".ambiguities.csv"),
               read_file(fs::path(files.table()).parent_path() / "ambiguities.csv"));
-    for (const char* name : {"identifications.csv", "aliases.csv", "sources.csv"}) {
+    for (const char* name : {"identifications.csv", "aliases.csv", "left_out.csv", "sources.csv"}) {
         EXPECT_EQ(read_file(files.database() + "." + name), read_file(fs::path(TEST_DATA_DIR) / "flash" / name))
             << name;
     }

@@ -18,16 +18,16 @@ def first_match(table, *subjects):
 # Chips that are not taken, and why: (device, identification, reason).
 LEFT_OUT = [
     (r"", r"00", "the bytes listed answer command 90h or ABh; the chip does not answer 9Fh with them"),
-    (r"AT26DF041$", r"", "programs byte by byte or with a sequential command of its own, which no record describes"),
-    (r"ALVERSTONE", r"", "a code name, and a parallel device"),
+    (r"AT26DF041$", r"", "programs byte by byte or with a sequential command of its own: no record describes that"),
+    (r"ALVERSTONE", r"", "the code name of a parallel device"),
     (r"P5Q-", r"", "phase-change memory; its sectors are not those listed"),
-    (r"(S79F|S98F|MT25T|S70F.256P|S70FL01GS)", r"", "two chips in one package, each with a response of its own"),
+    (r"(S79F|S98F|MT25T|S70F.256P|S70FL01GS)", r"", "two chips in one package; each has a response of its own"),
     (r"(IS25D[LW]P|MX25L25835E)", r"", "two dies with a select line each; either answers for itself"),
     (r"(MX66L(256|512|1G)85G|N25W128A11)", r"", "the size listed is not that of the name"),
     (r"W77Q16JW", r"EF8A16", "the capacity byte listed is that of the 32-Mbit chip"),
-    (r"MT35XL02GC", r"2C5B", "the type byte listed is that of the 1.8-V chips, the name that of a 3-V chip"),
+    (r"MT35XL02GC", r"2C5B", "the type byte listed is that of the 1.8-V chips; the name is that of a 3-V chip"),
     (r"(W77M26F|W25M121AW|MX65|W74M)", r"", "several different chips in one package"),
-    (r".*(XXXXXX|ESF|-OSIT|UW2G345GXR)", r"", "an ordering code, not the name of a chip"),
+    (r".*(XXXXXX|ESF|-OSIT|UW2G345GXR)", r"", "an ordering code and not the name of a chip"),
 ]
 
 # Endings of ordering codes: the common one has the plain name, the others a letter. (pattern, name)

@@ -11,56 +11,107 @@
 
 namespace {
 
-/// What `make` makes of the list of the installed database, once for each list.
+constexpr auto WARNING = PGMDEV_TABLE_FAULT::SEVERITY::WARNING;
+constexpr const char* NO_ROW_OF_ITS_OWN = "a name that has no row of its own";
+
+/// Of both lists.
+constexpr std::size_t COLUMNS = FLASH_ALIAS_CELLS;
+
+bool has_all_columns(const CSV_LINES& list, const CSV_LINE& line) {
+    return list.names().size() == COLUMNS && list.has_all_cells(line);
+}
+
+/// What is wrong with the form of a list.
+std::vector<PGMDEV_TABLE_FAULT> form_faults(const CSV_LINES& list, std::string_view columns) {
+    std::vector<PGMDEV_TABLE_FAULT> faults;
+    if (!list.names().empty() && list.names().size() != COLUMNS) {
+        faults.push_back(list_fault("", fmt::format("three columns: {}", columns)));
+    }
+    for (const CSV_LINE& line : list.lines()) {
+        if (!list.has_all_cells(line)) {
+            faults.push_back(list_fault("", fmt::format("as many cells in line {} as in the first", line.number)));
+        }
+    }
+    return faults;
+}
+
+struct IN_ANY_CASE {
+    bool operator()(const std::string& a, const std::string& b) const { return gen_stricmp(a, b) < 0; }
+};
+using ROW_NAMES = std::set<std::string, IN_ANY_CASE>;
+
+ROW_NAMES names_of(const std::vector<PGMDEV_SFL_FLASH_INFO>& records) {
+    ROW_NAMES names;
+    for (const PGMDEV_SFL_FLASH_INFO& record : records) {
+        names.insert(record.device_name);
+    }
+    return names;
+}
+
+/// What `make` makes of a list of the installed database, once for each file.
 template <class MADE, class MAKE>
-const MADE& made_of_installed_list(MAKE make) {
+const MADE& made_of_installed_list(const std::string& list, MAKE make) {
     static std::map<std::string, MADE> all;
-    const std::string file = installed_flash_list(FLASH_ALIASES_LIST);
+    const std::string file = installed_flash_list(list);
     const auto known = all.find(file);
     return known != all.end() ? known->second : all.emplace(file, make(file)).first->second;
 }
 
+const CSV_LINES& installed_lines(const std::string& list) {
+    return made_of_installed_list<CSV_LINES>(list, [](const std::string& file) { return read_flash_list(file); });
+}
+
 const CSV_LINES& installed_aliases() {
-    return made_of_installed_list<CSV_LINES>([](const std::string& file) { return read_flash_list(file); });
+    return installed_lines(FLASH_ALIASES_LIST);
 }
 
 }  // namespace
 
 const std::vector<FLASH_ALIAS>& flash_aliases() {
     return made_of_installed_list<std::vector<FLASH_ALIAS>>(
-        [](const std::string&) { return aliases_of(installed_aliases()); });
+        FLASH_ALIASES_LIST, [](const std::string&) { return aliases_of(installed_aliases()); });
 }
 
 NOTES_FAULTS flash_alias_faults(const std::string& csv_file, const std::vector<PGMDEV_SFL_FLASH_INFO>& records) {
-    constexpr auto WARNING = PGMDEV_TABLE_FAULT::SEVERITY::WARNING;
     NOTES_FAULTS found{beside_flash_source(csv_file, FLASH_ALIASES_LIST), {}};
     const CSV_LINES read = read_flash_list(found.file);
-    if (!read.names().empty() && read.names().size() != FLASH_ALIAS_CELLS) {
-        found.faults.push_back(list_fault("", "three columns: alias, device_name, reason"));
-    }
-    for (const CSV_LINE& line : read.lines()) {
-        if (read.cells_of(line).empty()) {
-            found.faults.push_back(
-                list_fault("", fmt::format("as many cells in line {} as in the first", line.number)));
-        }
-    }
+    found.faults = form_faults(read, "alias, device_name, reason");
     if (records.empty()) {  // the table has faults of its own
         return found;
     }
-    const auto comes_before = [](const std::string& a, const std::string& b) { return gen_stricmp(a, b) < 0; };
-    std::set<std::string, decltype(comes_before)> names;
-    for (const PGMDEV_SFL_FLASH_INFO& record : records) {
-        names.insert(record.device_name);
-    }
+    const ROW_NAMES names = names_of(records);
     for (const FLASH_ALIAS& alias : aliases_of(read)) {
         if (!names.contains(alias.device_name)) {
             found.faults.push_back(list_fault(
                 alias.name, fmt::format("a row for it, not {}, which has none", alias.device_name), WARNING));
         } else if (names.contains(alias.name)) {
-            found.faults.push_back(list_fault(alias.name, "a name that has no row of its own", WARNING));
+            found.faults.push_back(list_fault(alias.name, NO_ROW_OF_ITS_OWN, WARNING));
         }
     }
     return found;
+}
+
+NOTES_FAULTS left_out_flash_faults(const std::string& csv_file, const std::vector<PGMDEV_SFL_FLASH_INFO>& records) {
+    NOTES_FAULTS found{beside_flash_source(csv_file, FLASH_LEFT_OUT_LIST), {}};
+    const CSV_LINES read = read_flash_list(found.file);
+    found.faults = form_faults(read, "device_name, identification, reason");
+    const ROW_NAMES names = names_of(records);
+    for (const CSV_LINE& line : read.lines()) {
+        if (names.contains(std::string(line.first))) {
+            found.faults.push_back(list_fault(std::string(line.first), NO_ROW_OF_ITS_OWN, WARNING));
+        }
+    }
+    return found;
+}
+
+std::optional<std::string> why_flash_is_left_out(const std::string& name) {
+    const CSV_LINES& list = installed_lines(FLASH_LEFT_OUT_LIST);
+    for (const CSV_LINE& line : list.lines()) {
+        if (gen_stricmp(line.first, name) == 0 && has_all_columns(list, line)) {
+            return list.cells_of(line).back();
+        }
+    }
+    return std::nullopt;
 }
 
 std::optional<FLASH_ALIAS> find_flash_alias(const std::string& name) {

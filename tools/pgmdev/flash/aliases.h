@@ -1,7 +1,8 @@
 #pragma once
 
 /// \file
-/// The further names of the installed database, and what is wrong with a list of such.
+/// Names of flash chips that no row has: those that share the record of a row, and those of chips that the table leaves
+/// out, from the lists beside the database; and what is wrong with such a list.
 
 #include <optional>
 #include <span>
@@ -21,6 +22,12 @@ std::optional<FLASH_ALIAS> find_flash_alias(const std::string& name);
 /// What is wrong with the list beside a source table: lines of another form; names of no use with these records, if
 /// there are any.
 NOTES_FAULTS flash_alias_faults(const std::string& csv_file, const std::vector<PGMDEV_SFL_FLASH_INFO>& records);
+
+/// Why the table has no row for the chip of this name, in any case; nothing when the database has no list that tells it.
+std::optional<std::string> why_flash_is_left_out(const std::string& name);
+
+/// What is wrong with that list beside a source table, likewise.
+NOTES_FAULTS left_out_flash_faults(const std::string& csv_file, const std::vector<PGMDEV_SFL_FLASH_INFO>& records);
 
 /// Names of rows, and behind them all aliases: what a name may have meant.
 std::vector<std::string> with_flash_aliases(std::vector<std::string> names);

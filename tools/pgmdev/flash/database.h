@@ -8,7 +8,10 @@
 /// Loads the flash database for that many device positions. One that cannot be read throws COMMAND_FAILURE.
 PGMDEV_FLASH_MANAGER open_flash_database(DWORD device_count);
 
-/// The lists that stand beside a flash table, and travel with it as its notes do (flash_aliases.h, flash_evidence.h).
+/// The lists that stand beside a flash table, and travel with it as its notes do: further names of chips (flash_aliases.h),
+/// chips that it leaves out, and what supports the rows (flash_evidence.h).
+constexpr const char* FLASH_LEFT_OUT_LIST = "left_out.csv";
+
 /// What one holds; nothing when it is not there. One that cannot be read throws COMMAND_FAILURE.
 CSV_LINES read_flash_list(const std::string& file);
 

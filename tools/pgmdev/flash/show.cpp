@@ -101,8 +101,8 @@ ANSWER answer_with(SOURCE& source, const FLASH_ROW& row, const std::optional<FLA
     return answer;
 }
 
-/// What to say of a name that no row has.
-std::string missing_name(SOURCE& source, const std::string& name) {
+/// What to say of a name that no row has, and why the table leaves it out, if it does.
+std::string missing_name(SOURCE& source, const std::string& name, const std::optional<std::string>& why) {
     if (!source.has_every_row()) {
         for (const PGMDEV_SFL_FLASH_INFO& record : source.all_records()) {
             if (is_default_of(record, name)) {
@@ -111,7 +111,8 @@ std::string missing_name(SOURCE& source, const std::string& name) {
             }
         }
     }
-    return fmt::format("no flash is named \"{}\"", name);
+    return why ? fmt::format("the flash \"{}\" is left out of the table: {}", name, *why)
+               : fmt::format("no flash is named \"{}\"", name);
 }
 
 ANSWER by_name(SOURCE& source, const std::string& name) {
@@ -132,7 +133,11 @@ ANSWER by_name(SOURCE& source, const std::string& name) {
     ANSWER answer;
     answer.found = false;
     answer.content = {{"index", nullptr}, {"device_name", name}};
-    answer.missing = missing_name(source, name);
+    const std::optional<std::string> why = why_flash_is_left_out(name);
+    if (why) {
+        answer.content["left_out"] = *why;
+    }
+    answer.missing = missing_name(source, name, why);
     answer.candidates = probably_meant(name, with_flash_aliases(std::move(names)));
     return answer;
 }
@@ -164,7 +169,7 @@ JSON shown_flash_schema() {
     std::vector<SCHEMA_MEMBER> members = any_row_members();
     members.push_back({"alias", object_schema({{"name", text_schema()}, {"reason", text_schema()}}), false});
     members.push_back({"evidence", support_schema(), false});
-    return question_schema(members, {"index"});
+    return question_schema(members, {"index"}, {{"left_out", text_schema(), false}});
 }
 
 }  // namespace

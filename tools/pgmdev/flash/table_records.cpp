@@ -82,6 +82,7 @@ std::vector<NOTES_FAULTS> FLASH_RECORDS::notes_beside(const std::string& csv_fil
         }
     }
     notes.push_back(flash_alias_faults(csv_file, table.records()));
+    notes.push_back(left_out_flash_faults(csv_file, table.records()));
     return notes;
 }
 
@@ -92,7 +93,7 @@ std::vector<NOTES_COPY> FLASH_RECORDS::notes_of(const std::string& csv_file, con
     for (std::size_t i = 0; i < sources.size(); ++i) {
         files.push_back({sources[i], copies[i]});
     }
-    for (const char* list : {FLASH_ALIASES_LIST, FLASH_SOURCES_LIST}) {
+    for (const char* list : {FLASH_ALIASES_LIST, FLASH_LEFT_OUT_LIST, FLASH_SOURCES_LIST}) {
         files.push_back({beside_flash_source(csv_file, list), beside_flash_database(pcf_file, list)});
     }
     return files;

@@ -198,6 +198,8 @@ TEST(FlashList, ChoosesRecords) {
     expect_failure(run_command({"flash", "list", "no*such"}), NOT_FOUND, {"no*such"});
     expect_failure(run_command({"flash", "list", "--maker", "Winbnod", "--voltage", "9V"}), NOT_FOUND,
                    {"none passes --maker Winbnod; did you mean Winbond; none passes --voltage 9V"});
+    expect_failure(run_command({"flash", "list", "--maker", "winb"}), NOT_FOUND,
+                   {"none passes --maker winb; did you mean Winbond\n"});
     expect_failure(run_command({"flash", "list", "--voltage", "9", "--maker", "w*"}), NOT_FOUND,
                    {"passes all filters; none passes --voltage 9; there are 1.2V, 1.8V, 3.3V\n"});
     expect_failure(run_command({"-q", "flash", "list", "--voltage", "9"}), NOT_FOUND, {"none passes --voltage 9\n"});
@@ -249,6 +251,39 @@ TEST(Lists, TellTheNamesNextToOneThatNothingFits) {
         EXPECT_TRUE(contains(result.errors, meant)) << result.errors;
     }
     EXPECT_FALSE(contains(run_command({"flash", "list", "W25Q64J*Z"}).errors, "did you mean"));
+}
+
+// A name alone fits only itself.
+TEST(Lists, TellThePatternOfNamesThatBeginWithTheOneGiven) {
+    const std::vector<std::vector<std::string>> lists{{"flash", "list", "w25q64"},
+                                                      {"flash", "list", "M45PE", "--all-rows"},
+                                                      {"part", "list", "KES75"},
+                                                      {"part", "list", "KES50", "--hidden"},
+                                                      {"device", "list", "KES"},
+                                                      {"family", "list", "KEST"},
+                                                      {"opn", "list", "KES75"},
+                                                      {"profile", "tables", "KES"},
+                                                      {"flash", "list", "W25Q", "--size", "64"}};
+    for (std::vector<std::string> list : lists) {
+        const PROCESS_RESULT none = run_command(list);
+        EXPECT_EQ(none.exit_code, NOT_FOUND);
+        list.at(2) += "*";
+        const std::string pattern = list.at(2);
+        list.insert(list.begin(), "--json");
+        const std::size_t rows = json_of(run_command(list).output).size();
+        EXPECT_GE(rows, 1U) << pattern;
+        EXPECT_TRUE(contains(none.errors, "; with \"" + pattern + "\" there " + (rows == 1 ? "is " : "are ") +
+                                              std::to_string(rows) + "\n"))
+            << none.errors;
+    }
+    EXPECT_FALSE(contains(run_command({"-q", "flash", "list", "W25Q64"}).errors, "there are"));
+    const std::vector<std::vector<std::string>> vain{{"flash", "list", ""},
+                                                     {"flash", "list", "XYZ"},
+                                                     {"flash", "list", "W25Q", "--maker", "Micron"},
+                                                     {"flash", "list", "W25Q64*Z"}};
+    for (const std::vector<std::string>& list : vain) {
+        EXPECT_FALSE(contains(run_command(list).errors, "*\" there ")) << list.back();
+    }
 }
 
 /// One of them can stand for several families.

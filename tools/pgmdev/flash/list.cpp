@@ -116,12 +116,17 @@ void list(const ARGUMENTS& given, COMMAND& command) {
     const bool every_row = given.has("--all-rows");
     const WANTED wanted{trimmed_text(given, "--maker"), trimmed_text(given, "--voltage"),
                         given.has("--size") ? std::optional(parse_size(given.text("--size"))) : std::nullopt};
-    const GIVEN_PATTERN pattern(given);
+    const auto passes = [&wanted](const ARGUMENTS& patterns) {
+        return [&wanted, pattern = GIVEN_PATTERN(patterns)](const FLASH_ROW& row) {
+            return is_wanted(row.record, wanted) && pattern.fits(row.record.device_name);
+        };
+    };
     std::vector<JSON> objects;
     TEXT_TABLE table = table_of(every_row);
     const std::vector<FLASH_ROW> rows = every_row ? all_flash_rows() : enabled_flash_rows();
+    const auto is_chosen = passes(given);
     for (const FLASH_ROW& row : rows) {
-        if (is_wanted(row.record, wanted) && pattern.fits(row.record.device_name)) {
+        if (is_chosen(row)) {
             objects.push_back(row_json(row, every_row));
             table.add(cells_of(row, every_row));
         }
@@ -133,7 +138,9 @@ void list(const ARGUMENTS& given, COMMAND& command) {
         return fmt::format(
             "there is no {}flash{} that passes all filters{}{}", every_row ? "" : "enabled ", given_pattern_text(given),
             vain_filters(rows, wanted, given),
-            did_you_mean_by_pattern(given, [&](const std::string& name) { return nearest(name, names); }));
+            did_you_mean_by_pattern(
+                given, [&](const std::string& name) { return nearest(name, names); },
+                [&](const ARGUMENTS& others) { return std::count_if(rows.begin(), rows.end(), passes(others)); }));
     };
     print_filtered_listing(object_schema(row_members(every_row)), objects, table, missing, given, command);
 }

@@ -230,7 +230,9 @@ VERB list_verb(const LIST& list) {
             list.schema(), rows.objects, rows.table,
             [&] {
                 return empty_list_text(list.thing, given) + hidden_text(list, given) +
-                       did_you_mean_by_pattern(given, list.similar);
+                       did_you_mean_by_pattern(given, list.similar, [&](const ARGUMENTS& others) {
+                           return std::ssize(list.rows(part_numbers(part_filter(others)), others).objects);
+                       });
             },
             given, command);
     };

@@ -80,9 +80,15 @@ void show_tables(const ARGUMENTS& given, COMMAND& command) {
     print_filtered_listing(
         entry_schema(), rows, shown,
         [&] {
-            return fmt::format(
-                "the index tables have no entry{}{}", given_pattern_text(given),
-                did_you_mean_by_pattern(given, [&](const std::string& name) { return nearest(name, names); }));
+            return fmt::format("the index tables have no entry{}{}", given_pattern_text(given),
+                               did_you_mean_by_pattern(
+                                   given, [&](const std::string& name) { return nearest(name, names); },
+                                   [&](const ARGUMENTS& others) {
+                                       return std::count_if(names.begin(), names.end(),
+                                                            [longer = GIVEN_PATTERN(others)](const std::string& name) {
+                                                                return longer.fits(name);
+                                                            });
+                                   }));
         },
         given, command);
 }

@@ -180,6 +180,12 @@ bool ARGUMENTS::has(const std::string& name) const {
     return m_values.at(name).option->count() != 0;
 }
 
+ARGUMENTS ARGUMENTS::with(const std::string& name, std::string text) const {
+    ARGUMENTS others = *this;
+    others.m_values.at(name).text = std::move(text);
+    return others;
+}
+
 const std::string& ARGUMENTS::text(const std::string& name) const {
     return m_values.at(name).text;
 }

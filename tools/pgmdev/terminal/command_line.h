@@ -38,6 +38,9 @@ public:
     const std::vector<std::string>& texts(const std::string& name) const;  ///< none: not given
     std::optional<std::size_t> number(const std::string& name) const;      ///< anything else throws USAGE_ERROR
 
+    /// The same, with another text for an argument that is given.
+    ARGUMENTS with(const std::string& name, std::string text) const;
+
     /// Has the parser fill in what is given for the arguments of the table.
     void bind(const std::vector<ARGUMENT>& table, CLI::App& verb);
 

@@ -17,7 +17,10 @@ std::string did_you_mean(const std::vector<std::string>& names) {
 
 std::string nearest_or_all(const std::string& value, const std::vector<std::string>& known) {
     constexpr std::size_t FEW = 12;
-    const std::vector<std::string> near = nearest(value, known);
+    std::vector<std::string> near = nearest(value, known);
+    if (near.empty()) {
+        near = longer_or_shorter(value, known);
+    }
     if (!near.empty() || known.empty() || known.size() > FEW) {
         return did_you_mean(near);
     }

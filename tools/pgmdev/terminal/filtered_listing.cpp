@@ -7,6 +7,7 @@
 
 #include "gen.h"
 #include "terminal/did_you_mean.h"
+#include "terminal/quiet.h"
 #include "terminal/standard_error.h"
 
 namespace {
@@ -36,9 +37,16 @@ std::string given_pattern_text(const ARGUMENTS& given) {
 }
 
 std::string did_you_mean_by_pattern(const ARGUMENTS& given,
-                                    const std::function<std::vector<std::string>(const std::string& name)>& similar) {
+                                    const std::function<std::vector<std::string>(const std::string& name)>& similar,
+                                    const std::function<std::ptrdiff_t(const ARGUMENTS& given)>& rows) {
     const std::string pattern = given.has(PATTERN) ? pattern_of(given) : "*";
-    return pattern.find_first_of("*?") == std::string::npos ? did_you_mean(similar(pattern)) : "";
+    if (pattern.find_first_of("*?") != std::string::npos || is_quiet()) {
+        return "";
+    }
+    const std::string longer = pattern + "*";
+    const std::ptrdiff_t count = pattern.empty() ? 0 : rows(given.with(PATTERN, longer));
+    return did_you_mean(similar(pattern)) +
+           (count == 0 ? "" : fmt::format("; with \"{}\" there {} {}", longer, count == 1 ? "is" : "are", count));
 }
 
 void print_filtered_listing(const JSON& row, const std::vector<JSON>& rows, const TEXT_TABLE& table,

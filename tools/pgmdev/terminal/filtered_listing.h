@@ -26,9 +26,11 @@ private:
 /// " with a name like ...", or "" when no pattern is given.
 std::string given_pattern_text(const ARGUMENTS& given);
 
-/// What may have been meant by a pattern that no name fits: the similar names, if it has no wildcard.
+/// What may have been meant by a pattern that no name fits, if it has no wildcard: the similar names, and those that begin
+/// with it, of which there are as many as `rows` counts for the pattern that they fit.
 std::string did_you_mean_by_pattern(const ARGUMENTS& given,
-                                    const std::function<std::vector<std::string>(const std::string& name)>& similar);
+                                    const std::function<std::vector<std::string>(const std::string& name)>& similar,
+                                    const std::function<std::ptrdiff_t(const ARGUMENTS& given)>& rows);
 
 /// Shows the rows as print_listing does. That there are none is a result, "not found", and `missing()` says it to people.
 void print_filtered_listing(const JSON& row, const std::vector<JSON>& rows, const TEXT_TABLE& table,

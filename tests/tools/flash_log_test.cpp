@@ -63,6 +63,7 @@ const std::vector<LOG> LOGS{
     {"Flash: 0x1840ef (manufacturer: ef, memory type: 40, capacity: 18)\n", "EF4018", 1},
     {"$ xxd id.bin\n00000000: 9fc2 2539 c225 39                        ..%9.%9\n", "C22539C22539", 2},
     {"00000000  ff c8 40 18 c8 40                                 |..@..@|\n00000006\n", "C84018C840", 1},
+    {"expected JEDEC ID EF4018\nJEDEC ID: C22018\n", "C22018", 2},
     {"RDID = 0xEF,0x40,0x18\n", "EF4018", 1},
     {"READ: 0xEF 0x40 0x18\n", "EF4018", 1},
     {"WRITE: 0x9F\n  read = 0xEF, 0x40, 0x18\r\n", "EF4018", 2},
@@ -194,6 +195,17 @@ TEST(flash_log, TakesNoBytesOfWhichALineSaysSomethingElse) {
                                                            "read: 0x 0xEF 0x40 0x18",
                                                            page}) {
         const PROCESS_RESULT result = found_in(log + "\n");
+        EXPECT_EQ(result.exit_code, NOT_FOUND) << log;
+        EXPECT_EQ(json_of(result.output).at("devices"), JSON::array()) << log;
+    }
+}
+
+// What a program wanted, and what it got instead may be a part that nothing is known of.
+TEST(flash_log, TakesNoIdentificationThatWasExpected) {
+    for (const std::string log :
+         {"expected JEDEC ID EF4018, got C22018\n", "JEDEC ID mismatch: expected EF 40 18, got C2 20 18\n",
+          "Expected RDID: 0xEF 0x40 0x18\n", "flash id: expecting ef4018\n"}) {
+        const PROCESS_RESULT result = found_in(log);
         EXPECT_EQ(result.exit_code, NOT_FOUND) << log;
         EXPECT_EQ(json_of(result.output).at("devices"), JSON::array()) << log;
     }

@@ -101,12 +101,18 @@ BYTES bytes_of(std::string word) {
     return bytes;
 }
 
-/// The bytes that `text` begins with, a few words before them left out.
+/// What stands before an identification that a program wanted, and did not get.
+constexpr std::string_view EXPECTED = "expect";
+
+/// The bytes that `text` begins with, a few words before them left out; none when these say that they were expected.
 BYTES bytes_at(std::string_view text) {
     BYTES all;
     std::size_t words = 0;
     for (const std::string& token : tokens_of(text)) {
         const BYTES bytes = bytes_of(token);
+        if (all.empty() && token.starts_with(EXPECTED)) {
+            break;
+        }
         if (bytes.empty() && (!all.empty() || ++words > MOST_WORDS_BEFORE)) {
             break;
         }
@@ -122,6 +128,11 @@ BYTES bytes_at(std::string_view text) {
 BYTES first_word_at(std::string_view text) {
     const std::vector<std::string> tokens = tokens_of(text);
     return tokens.empty() ? BYTES() : bytes_of(tokens.front());
+}
+
+std::string last_word_of(std::string_view text) {
+    const std::vector<std::string> tokens = tokens_of(text);
+    return tokens.empty() ? "" : tokens.back();
 }
 
 bool is_idle(BYTE byte) {
@@ -147,7 +158,7 @@ BYTES behind_phrases(const std::string& line) {
     BYTES part;
     for (const std::string_view phrase : PHRASES) {
         const std::size_t place = line.find(phrase);
-        if (place == std::string::npos) {
+        if (place == std::string::npos || last_word_of(line.substr(0, place)).starts_with(EXPECTED)) {
             continue;
         }
         BYTES bytes =

@@ -64,6 +64,30 @@ TEST(flash_define_faults, StandFlashByFlash) {
               (std::vector<std::string>{"-:7 sec_erase_time", "-:17 sec_erase_time", "-:20 "}));
 }
 
+TEST(flash_define_faults, NumbersHaveNoComma) {
+    std::vector<std::string> lines = CHIP_LINES;
+    lines.at(6) = "sec_erase_time = 0,7 s";
+    lines.at(7) = "program_utime = 5,000";
+    const JSON error = json_failure(defined(chip_text(lines)), WRONG_USAGE, "description_refused");
+    ASSERT_EQ(error.at("faults").size(), 2U) << error;
+    for (const JSON& fault : error.at("faults")) {
+        EXPECT_EQ(fault.at("advice"), "a number has no comma, and a decimal point before a fraction");
+    }
+}
+
+TEST(flash_define_faults, MicrosecondsAreWrittenAsInDataSheets) {
+    for (const std::string unit : {"us", "\xC2\xB5s", "\xCE\xBCs", " \xC2\xB5s"}) {
+        std::vector<std::string> lines = CHIP_LINES;
+        lines.at(6) = "sec_erase_time = 2000000" + unit;
+        lines.at(7) = "program_utime = 3000" + unit;
+        const PROCESS_RESULT result = defined(chip_text(lines));
+        ASSERT_EQ(result.exit_code, DONE) << unit << result.errors;
+        const JSON flash = json_of(result.output).at("flashes").at(0);
+        EXPECT_EQ(flash.at("sec_erase_time"), 2);
+        EXPECT_EQ(flash.at("program_utime"), 3000);
+    }
+}
+
 TEST(flash_define_faults, AVoltageHasADecimalPoint) {
     for (const auto& [given, meant] :
          {std::pair("3,3V", "3.3V"), std::pair("1,8 v", "1.8V"), std::pair("3,3", "3.3V")}) {

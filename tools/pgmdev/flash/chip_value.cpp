@@ -29,6 +29,10 @@ struct WRITTEN_UNIT {
     QWORD denominator = 1;
 };
 
+// As data sheets write them, in UTF-8: with the sign of its own, or with the letter.
+constexpr std::string_view MICRO_SECONDS = "\xC2\xB5s";
+constexpr std::string_view GREEK_MU_SECONDS = "\xCE\xBCs";
+
 // The first of each size is the one that is told to people.
 constexpr std::array WRITTEN_UNITS{WRITTEN_UNIT{"bits", "Gbit", GIGA},
                                    WRITTEN_UNIT{"bits", "Mbit", MEGA},
@@ -60,8 +64,12 @@ constexpr std::array WRITTEN_UNITS{WRITTEN_UNIT{"bits", "Gbit", GIGA},
                                    WRITTEN_UNIT{"s", "min", 60},
                                    WRITTEN_UNIT{"s", "ms", 1, 1000},
                                    WRITTEN_UNIT{"s", "us", 1, 1000000},
+                                   WRITTEN_UNIT{"s", MICRO_SECONDS, 1, 1000000},
+                                   WRITTEN_UNIT{"s", GREEK_MU_SECONDS, 1, 1000000},
                                    WRITTEN_UNIT{"us", "us", 1},
                                    WRITTEN_UNIT{"us", "microseconds", 1},
+                                   WRITTEN_UNIT{"us", MICRO_SECONDS, 1},
+                                   WRITTEN_UNIT{"us", GREEK_MU_SECONDS, 1},
                                    WRITTEN_UNIT{"us", "ms", 1000},
                                    WRITTEN_UNIT{"us", "s", 1000000}};
 
@@ -161,6 +169,9 @@ bool is_in_range(const MEMBER& member, QWORD number) {
 std::string advice_for(const MEMBER& member, const std::string& text, const std::optional<QUANTITY>& given) {
     const std::string unit = unit_of_question(member);
     const std::string name(member.name);
+    if (!given && text.find(',') != std::string::npos) {
+        return "a number has no comma, and a decimal point before a fraction";
+    }
     if (!given) {
         return member.unit.empty() ? "" : fmt::format("a number without a unit counts {}", member.unit);
     }

@@ -118,6 +118,21 @@ TEST(command_posix, DiffTellsWhatComesThroughAPipe) {
                    {pipe + ": fault: ", pipe + " (argument A); see"});
 }
 
+// Which is read more than once.
+TEST(command_posix, VerifyTakesTheTableThroughAPipe) {
+    const SCRATCH scratch;
+    const std::string table = FLASH_SOURCE().row().text();
+    const std::string pcf = scratch.path("table.pcf");
+    ASSERT_EQ(run_command({"flash", "compile", scratch.write("table.csv", table), pcf}).exit_code, DONE);
+    const std::string line = "--json flash verify '" + pcf + "' /dev/stdin";
+    const PROCESS_RESULT same = run_piped(table, line);
+    EXPECT_EQ(same.exit_code, DONE) << same.errors;
+    EXPECT_EQ(json_of(same.output).at("source"), "/dev/stdin");
+    EXPECT_EQ(json_of(same.output).at("sound"), true);
+    const std::string other = FLASH_SOURCE().row({{"die_count", "2"}}).text();
+    EXPECT_EQ(run_piped(other, line).exit_code, INTERNAL_ERROR);
+}
+
 TEST(command_posix, AKilledCompileLeavesADatabaseThatIsKnown) {
     constexpr int KILLS = 60;
     const SCRATCH scratch;

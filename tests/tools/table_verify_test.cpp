@@ -146,6 +146,8 @@ TEST(table_verify, WithTheSourceTable) {
     EXPECT_EQ(outcome(csv, DONE), "passed");
     EXPECT_EQ(outcome(other, INTERNAL_ERROR), "failed");
     EXPECT_EQ(outcome(faulty, INTERNAL_ERROR), "failed");
+    EXPECT_TRUE(contains(run_command({"flash", "verify", pcf, pcf}).errors,
+                         pcf + ": hint: this is a packed database, no source table: see pgmdev flash dump --csv"));
     EXPECT_EQ(scratch.file_count(), 5U);  // three tables, the database and its text: verifying leaves nothing
 }
 

@@ -16,6 +16,8 @@
 #include "files/output.h"
 #include "files/source.h"
 #include "tables/fault_output.h"
+#include "tables/source_hints.h"
+#include "tables/stream_copy.h"
 #include "tables/verify_output.h"
 #include "terminal/command_line.h"
 
@@ -92,14 +94,16 @@ void verify_own_table(const typename KIND::TABLE& table, VERIFICATION& verificat
 template <class KIND>
 void verify_source(const std::string& csv_file, VERIFICATION& verification) {
     verification.source = csv_file;
-    require_readable_table(csv_file, "CSV");
-    const auto table = KIND::TABLE::from_source(csv_file);
+    const STREAM_COPY input(csv_file, "CSV");  // it is read more than once
+    require_readable_table(input.path(), "CSV");
+    const auto table = KIND::TABLE::from_source(input.path());
     if (table.has_faults()) {
         print_faults(table.faults(), csv_file, KIND::TABLE::describe);
+        print_hints(csv_file, hints_at_causes(input.path(), KIND::NOUN, table.faults()));
         verification.add("source", false, csv_file + " has faults");
         return;
     }
-    const bool same = compiles_to_payload<KIND>(csv_file, SCRATCH_DIRECTORY(), verification);
+    const bool same = compiles_to_payload<KIND>(input.path(), SCRATCH_DIRECTORY(), verification);
     verification.add("source", same,
                      csv_file + (same ? " compiles to the same payload" : " compiles to another payload"));
 }

@@ -118,6 +118,17 @@ TEST(command_posix, DiffTellsWhatComesThroughAPipe) {
                    {pipe + ": fault: ", pipe + " (argument A); see"});
 }
 
+TEST(command_posix, SfdpReadsADumpThroughAPipe) {
+    const std::string dump = std::string(TEST_SFDP_DIR) + "/W25Q128JV.sfdp";
+    const JSON expected = json_of(run_command({"--json", "flash", "sfdp", dump}).output);
+    const PROCESS_RESULT piped = run_piped(read_file(dump), "--json flash sfdp /dev/stdin");
+    EXPECT_EQ(piped.exit_code, DONE) << piped.errors;
+    EXPECT_EQ(json_of(piped.output).at("record"), expected.at("record"));
+    EXPECT_EQ(run_piped(read_file(dump), "flash identify --sfdp /dev/stdin EF4018").exit_code, DONE);
+    const JSON endless = json_failure(run_shell("--json flash sfdp /dev/zero"), WRONG_USAGE, "file_unreadable");
+    EXPECT_EQ(endless.at("path"), "/dev/zero");
+}
+
 // Which is read more than once.
 TEST(command_posix, VerifyTakesTheTableThroughAPipe) {
     const SCRATCH scratch;

@@ -14,7 +14,9 @@
 #include <cstdio>
 #endif
 
+#include "file_reader.h"
 #include "files/inspection.h"
+#include "fio.h"
 #include "flash/hex_text.h"
 #include "terminal/command.h"
 #include "terminal/failure.h"
@@ -58,6 +60,14 @@ std::string standard_input() {
     return contents;
 }
 
+/// What a pipe or device gives, to its end.
+std::optional<std::string> stream_contents(const std::string& stream) {
+    std::string contents;
+    const READ_RESULT result = read_whole_file(fio_get_unc_full_path(FIO_PATH(stream).fullpath()), LARGEST_SFDP_DUMP,
+                                               FILE_KINDS::STREAMS_TOO, contents);
+    return result == READ_RESULT::READ ? std::optional(std::move(contents)) : std::nullopt;
+}
+
 COMMAND_FAILURE unreadable_dump(const std::string& path, const std::string& why) {
     return COMMAND_FAILURE({FAILURE_CODE::FILE_UNREADABLE,
                             "the dump cannot be read: " + why,
@@ -74,6 +84,12 @@ std::vector<BYTE> sfdp_bytes(const std::string& argument) {
     std::string contents;
     if (argument == "-") {
         contents = standard_input();
+    } else if (is_stream(argument)) {
+        auto given = stream_contents(argument);
+        if (!given) {
+            throw unreadable_dump(argument, "it is far larger than any SFDP area, or ends in an error");
+        }
+        contents = std::move(*given);
     } else {
         INSPECTED_FILE file = inspect_file(argument, LARGEST_SFDP_DUMP + 1);
         if (!file.obstacle.empty()) {

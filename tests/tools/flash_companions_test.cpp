@@ -223,8 +223,14 @@ TEST(flash_companions, ShowTellsWhyAChipIsLeftOut) {
 TEST(flash_companions, TheShippedTableSaysWhyAChipIsLeftOut) {
     const PROCESS_RESULT result = run_command({"flash", "show", "S70FL01GS"});
     EXPECT_EQ(result.exit_code, NOT_FOUND);
-    EXPECT_THAT(result.errors, HasSubstr("\"S70FL01GS\" is left out of the table: two chips in one package; each has a "
-                                         "response of its own"));
+    const std::string why = " is left out of the table: two chips in one package; each has a response of its own";
+    EXPECT_THAT(result.errors, HasSubstr("the flash \"S70FL01GS\"" + why));
+    expect_failure(run_command({"flash", "identify", "010220", "--as", "0=S70FL01GS"}), WRONG_USAGE,
+                   {"the flash \"S70FL01GS\"" + why});
+    const PROCESS_RESULT log =
+        run_command({"flash", "identify", "--log", "-"}, "spi-nor spi0.0: s70fl01gs (131072 Kbytes)\n");
+    EXPECT_EQ(log.exit_code, NOT_FOUND);
+    EXPECT_THAT(log.errors, HasSubstr("the flash \"s70fl01gs\"" + why));
 }
 
 TEST(flash_companions, CheckTellsWhatIsWrongWithChipsThatAreLeftOut) {

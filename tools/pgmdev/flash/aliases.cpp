@@ -114,6 +114,12 @@ std::optional<std::string> why_flash_is_left_out(const std::string& name) {
     return std::nullopt;
 }
 
+std::string no_flash_named(const std::string& name) {
+    const std::optional<std::string> why = why_flash_is_left_out(name);
+    return why ? fmt::format("the flash \"{}\" is left out of the table: {}", name, *why)
+               : fmt::format("no flash is named \"{}\"", name);
+}
+
 std::optional<FLASH_ALIAS> find_flash_alias(const std::string& name) {
     return find_alias(installed_aliases(), name);
 }

@@ -86,8 +86,7 @@ FLASH_IDENTIFIER::FLASH_IDENTIFIER(DWORD device_count)
 DWORD FLASH_IDENTIFIER::index_of(const std::string& device_name) {
     const PGMDEV_SFL_FLASH_INFO* record = record_named(device_name);
     if (record == nullptr) {
-        throw USAGE_ERROR(
-            fmt::format("no flash is named \"{}\"{}", device_name, did_you_mean(similar_names(device_name))));
+        throw USAGE_ERROR(no_flash_named(device_name) + did_you_mean(similar_names(device_name)));
     }
     return static_cast<DWORD>(record - m_records);
 }

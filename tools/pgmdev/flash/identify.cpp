@@ -7,6 +7,7 @@
 
 #include "files/inspection.h"
 #include "fio.h"
+#include "flash/aliases.h"
 #include "flash/identification.h"
 #include "flash/identify_sfdp.h"
 #include "flash/known_flash.h"
@@ -167,8 +168,7 @@ void identify_name(const TOLD& told, COMMAND& command) {
     if (const auto device = identifier.identify_named(0, names)) {
         give_chain({*device}, identifier, told, command);
     } else {
-        give_nothing(names, fmt::format("no flash is named \"{}\"", names.front()),
-                     identifier.similar_names(names.front()), told, command);
+        give_nothing(names, no_flash_named(names.front()), identifier.similar_names(names.front()), told, command);
     }
 }
 

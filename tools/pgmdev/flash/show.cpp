@@ -101,8 +101,8 @@ ANSWER answer_with(SOURCE& source, const FLASH_ROW& row, const std::optional<FLA
     return answer;
 }
 
-/// What to say of a name that no row has, and why the table leaves it out, if it does.
-std::string missing_name(SOURCE& source, const std::string& name, const std::optional<std::string>& why) {
+/// What to say of a name that no row has.
+std::string missing_name(SOURCE& source, const std::string& name) {
     if (!source.has_every_row()) {
         for (const PGMDEV_SFL_FLASH_INFO& record : source.all_records()) {
             if (is_default_of(record, name)) {
@@ -111,8 +111,7 @@ std::string missing_name(SOURCE& source, const std::string& name, const std::opt
             }
         }
     }
-    return why ? fmt::format("the flash \"{}\" is left out of the table: {}", name, *why)
-               : fmt::format("no flash is named \"{}\"", name);
+    return no_flash_named(name);
 }
 
 ANSWER by_name(SOURCE& source, const std::string& name) {
@@ -133,11 +132,10 @@ ANSWER by_name(SOURCE& source, const std::string& name) {
     ANSWER answer;
     answer.found = false;
     answer.content = {{"index", nullptr}, {"device_name", name}};
-    const std::optional<std::string> why = why_flash_is_left_out(name);
-    if (why) {
+    if (const std::optional<std::string> why = why_flash_is_left_out(name)) {
         answer.content["left_out"] = *why;
     }
-    answer.missing = missing_name(source, name, why);
+    answer.missing = missing_name(source, name);
     answer.candidates = probably_meant(name, with_flash_aliases(std::move(names)));
     return answer;
 }

@@ -129,6 +129,15 @@ TEST(command_posix, SfdpReadsADumpThroughAPipe) {
     EXPECT_EQ(endless.at("path"), "/dev/zero");
 }
 
+TEST(command_posix, ADialogueWhoseAnswersCannotBeReadSaysSo) {
+    for (const char* input : {"< /", "<&-"}) {
+        const PROCESS_RESULT result = run_shell(std::string("flash define ") + input);
+        EXPECT_EQ(result.exit_code, INTERNAL_ERROR) << input;
+        EXPECT_TRUE(contains(result.errors, "standard input cannot be read to its end")) << result.errors;
+    }
+    EXPECT_EQ(run_shell("flash define < /dev/null").exit_code, WRONG_USAGE);
+}
+
 // Which is read more than once.
 TEST(command_posix, VerifyTakesTheTableThroughAPipe) {
     const SCRATCH scratch;

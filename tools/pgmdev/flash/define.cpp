@@ -9,6 +9,7 @@
 #include "flash/output.h"
 #include "flash/verbs.h"
 #include "pgmdev_user_flash.h"
+#include "terminal/input.h"
 #include "terminal/library_output.h"
 #include "terminal/printable.h"
 #include "terminal/quiet.h"
@@ -159,6 +160,7 @@ void hold_dialogue(const ARGUMENTS& given, COMMAND& command) {
         std::cin, prompts,
         [&refusals](const PGMDEV_USER_FLASH::REFUSED_ANSWER& refused) { return refusals.ask_again(refused); });
     if (encoded.empty()) {
+        require_readable_input();  // a fault is no end
         throw USAGE_ERROR(!refusals.reason().empty() ? refusals.reason()
                           : std::cin.fail()          ? "the input ended before the last question was answered"
                                                      : "no flash was defined");

@@ -3,6 +3,7 @@
 #include <thread>
 
 #include "c/owned.h"
+#include "support/plain_cells.h"
 #include "support/scratch.h"
 
 // The lists beside a flash database: further names, and what supports its records.
@@ -42,15 +43,7 @@ ROWS lines_of(const std::string& file) {
     std::ifstream list(file);
     std::string line;
     for (std::getline(list, line); std::getline(list, line);) {
-        std::vector<std::string> cells{""};
-        for (const char c : line) {
-            if (c == ',') {
-                cells.emplace_back();
-            } else {
-                cells.back() += c;
-            }
-        }
-        rows.push_back(cells);
+        rows.push_back(plain_cells(line));
     }
     return rows;
 }

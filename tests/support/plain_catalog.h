@@ -12,6 +12,8 @@
 #include <string>
 #include <vector>
 
+#include "support/plain_cells.h"
+
 struct PLAIN_DEVICE {
     int number = 0;
     std::string name, family, pcf;  ///< pcf "-": none
@@ -53,20 +55,6 @@ inline std::vector<std::vector<std::string>> rows(const std::filesystem::path& p
     return rows;
 }
 
-inline std::vector<std::string> list(const std::string& text) {
-    std::vector<std::string> items;
-    std::string item;
-    for (const char c : text + ",") {
-        if (c == ',') {
-            items.push_back(item);
-            item.clear();
-        } else {
-            item += c;
-        }
-    }
-    return items;
-}
-
 /// Replaces the first braces by each alternative in turn, and goes on with what that gives.
 inline std::vector<std::string> names(const std::string& pattern) {
     const std::size_t open = pattern.find('{');
@@ -75,7 +63,7 @@ inline std::vector<std::string> names(const std::string& pattern) {
     }
     const std::size_t close = pattern.find('}');
     std::vector<std::string> found;
-    for (const std::string& alternative : list(pattern.substr(open + 1, close - open - 1))) {
+    for (const std::string& alternative : plain_cells(pattern.substr(open + 1, close - open - 1))) {
         for (const std::string& name : names(pattern.substr(0, open) + alternative + pattern.substr(close + 1))) {
             found.push_back(name);
         }
@@ -103,10 +91,10 @@ inline void add_parts(PLAIN_CATALOG& catalog, const std::vector<std::string>& ro
     PLAIN_DEVICE& device = catalog.devices.back();
     device.has_parts = true;
     int number = row[1] == "-" ? 0 : std::stoi(row[1]);
-    const std::vector<std::string> status = list(row[5]);
+    const std::vector<std::string> status = plain_cells(row[5]);
     for (const std::string& pgm_name : names(row[2])) {
-        for (const std::string& package_item : list(row[3])) {
-            for (const std::string& grade_item : list(row[4])) {
+        for (const std::string& package_item : plain_cells(row[3])) {
+            for (const std::string& grade_item : plain_cells(row[4])) {
                 const auto [package, package_suffix] = code_and_suffix(package_item);
                 const auto [grade, grade_suffix] = code_and_suffix(grade_item);
                 PLAIN_PART part;

@@ -10,6 +10,7 @@
 #include "pgmdev/profiles/fixture.h"
 #include "pgmdev/profiles/probe.h"
 #include "pgmdev_dev_info_table.h"
+#include "support/plain_cells.h"
 #include "support/scratch.h"
 #include "support/settings.h"
 
@@ -27,15 +28,7 @@ std::vector<ref::CELLS> read_source() {
     std::ifstream file(SOURCE);
     std::vector<ref::CELLS> rows;
     for (std::string line; std::getline(file, line);) {
-        ref::CELLS cells(1);
-        for (const char c : line) {
-            if (c == ',') {
-                cells.emplace_back();
-            } else {
-                cells.back() += c;
-            }
-        }
-        rows.push_back(cells);
+        rows.push_back(plain_cells(line));
     }
     return {rows.begin() + 2, rows.end()};
 }

@@ -60,7 +60,7 @@ if [ "$mode" = full ]; then
     cmake -S . -B build/file_by_file "${by_file[@]}" \
         -DPGMDEV_BUILD_PYTHON=ON -DPGMDEV_BUILD_BENCHMARKS=ON -DPGMDEV_BUILD_FUZZERS=ON >/dev/null
     database file_by_file
-    compiled "^$root/(pgm|host|c|system|tools|examples|python|tests|fuzz|benchmarks)/" | tidy || found=1
+    compiled "^$root/(pgm|host|answers|c|system|tools|examples|python|tests|fuzz|benchmarks)/" | tidy || found=1
 
     cmake -S tests/own_host -B build/file_by_file_own_host "${by_file[@]}" -DPGMDEV_SOURCE_DIR="$root" >/dev/null
     database file_by_file_own_host
@@ -84,7 +84,7 @@ if [ "$(cat "$passed" 2>/dev/null)" != "$digest" ]; then
     ninja -C build/asan build.ninja >/dev/null  # the tree may be older than the list of sources
     database asan
     # Not what the build generates, which is not there yet.
-    compiled "^$root/(build/asan/(pgm|host|c|tools)/.*/Unity/|(pgm|host|c|tools)/)" |
-        tidy --checks="$quick_checks" --header-filter="^$root/(h|host|pgm|c|system|tools)/"
+    compiled "^$root/(build/asan/(pgm|host|answers|c|tools)/.*/Unity/|(pgm|host|answers|c|tools)/)" |
+        tidy --checks="$quick_checks" --header-filter="^$root/(h|host|pgm|answers|c|system|tools)/"
     echo "$digest" >"$passed"
 fi

@@ -61,6 +61,7 @@ PGMDEV_DEV_INFO_MANAGER& PGMDEV_DEV_INFO_MANAGER::operator=(const PGMDEV_DEV_INF
         shares->second.prepare(shares->first);
         part_shares[part];
     }
+    // NOLINTNEXTLINE(cert-oop58-cpp): the hidden sides of both have to know who shares
     other.m_database_shares.prepare(other.m_device_database);
     const std::array other_tables{&other.m_family_table, &other.m_device_table, &other.m_part_table};
     for (std::size_t i = 0; i < other_tables.size(); ++i) {

@@ -4,6 +4,7 @@
 """
 
 import collections
+import json
 import pathlib
 import random
 import shutil
@@ -18,6 +19,7 @@ sys.dont_write_bytecode = True
 sys.path.insert(0, str(pathlib.Path(__file__).resolve().parent))
 
 from browser import DESKTOP, PHONE, Command, Page, browser  # noqa: E402
+from dumps import as_words  # noqa: E402
 from responses import own_response, questions  # noqa: E402
 
 ROOT = pathlib.Path(__file__).resolve().parents[2]
@@ -128,13 +130,17 @@ class Answers(PageTest):
                 self.assertEqual(page, without(answer, "query", "found"), dump.hex())
 
     def test_it_reads_numbers_of_two_bytes_as_hexdump_prints_them(self):
-        dump = (DUMPS / "W25Q128JV.sfdp").read_bytes()  # FF from 10h to 80h
-        text = "".join(
-            f"{at:07x} " + " ".join(f"{dump[i + 1]:02x}{dump[i]:02x}" for i in range(at, at + 16, 2)) + "\n"
-            for at in (0, 16, *range(128, len(dump), 16))).replace("0000080", "*\n0000080") + f"{len(dump):07x}\n"
-        answer = self.command.json("flash", "sfdp", dump.hex())
-        told = self.page.ask("tessary.sfdp(arguments[0])", text)
-        self.assertEqual(told, without(answer, "query", "found"))
+        dump = (DUMPS / "W25Q128JV.sfdp").read_bytes()
+        lines = as_words(dump)
+        wide = as_words(dump, "  ")[:-1]
+        for text in (lines, wide, [*wide[:-1], wide[-1] + "  |..|"], [*wide[:-1], wide[-1] + " x"], lines[1:]):
+            answer = json.loads(self.command.run("--json", "flash", "sfdp", "-", text="\n".join(text)).stdout)
+            told = self.page.ask("(() => { try { return tessary.sfdp(arguments[0]); } catch { return null; } })"
+                                 ".apply(null, arguments)", "\n".join(text))
+            if "error" in answer:
+                self.assertTrue(told is None or "refusal" in told, text)
+            else:
+                self.assertEqual(told, without(answer, "query", "found"), text)
 
     def test_it_compares_the_record_with_what_the_flash_says(self):
         lines = (DUMPS / "index.csv").read_text(encoding="utf-8").splitlines()[1:]

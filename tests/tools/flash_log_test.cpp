@@ -68,7 +68,22 @@ const std::vector<LOG> LOGS{
     {"READ: 0xEF 0x40 0x18\n", "EF4018", 1},
     {"WRITE: 0x9F\n  read = 0xEF, 0x40, 0x18\r\n", "EF4018", 2},
     {"[12:00:01] Response: [0x9F 0x20 0xBA 0x18 0x10 0x44 0x0]\n", "20BA18104400", 1},
-    {"Write: 0xC2 0x20 0x18\nRead: 0xEF 0x40 0x18\n", "EF4018", 2},
+    {"Write: 0x9F 0x00 0x00\nRead: 0xEF 0x40 0x18\n", "EF4018", 2},
+    {"write: 0x5A 0 0 0 0\nread: 0x53 0x46 0x44 0x50 0x06 0x01\nwrite: 0x9f\nread: 0xC2 0x20 0x18\n", "C22018", 4},
+    {"tx: 0x03 0x00 0x00 0x00\nrx: 0xc2 0x20 0x18\ntx: 0x9F\nrx: 0xef 0x40 0x18\n", "EF4018", 4},
+    {"000000: ef40 18ff\n", "EF4018FF", 1},
+    {"0x00000 ef40 1800\n", "EF401800", 1},
+    {"JEDEC ID is as expected: EF4018\n", "EF4018", 1},
+    {"JEDEC ID not as expected: C22018\n", "C22018", 1},
+    {"JEDEC ID (as expected) EF4018\n", "EF4018", 1},
+    {"as expected, JEDEC ID EF4018\n", "EF4018", 1},
+    {"RDID ok as expected: ef 40 18\n", "EF4018", 1},
+    {"Flash ID matches expected 0xEF4018\n", "EF4018", 1},
+    {"flash id OK (expected ef4018, got ef4018)\n", "EF4018", 1},
+    {"expected JEDEC ID EF4018, got JEDEC ID C22018\n", "C22018", 1},
+    {"JEDEC ID mismatch: expected EF 40 18, got C2 20 18\n", "C22018", 1},
+    {"unexpected JEDEC id bytes: c2, 20, 18\n", "C22018", 1},
+    {"[    0.9] spi-nor spi0.0: expected n25q256a, found w25q256jv\n", "w25q256jv", 1},
     {"Read: 0x12 0x34 0x56\nRead: 0xEF 0x40 0x18\n", "EF4018", 2},
 };
 
@@ -158,8 +173,12 @@ TEST(flash_log, PrefersWhatIsSaidToBeAnIdentification) {
 }
 
 TEST(flash_log, TellsThatALogTellsNothing) {
-    for (const std::string& log : {std::string(), std::string("hello\nworld is bad 12\n"), std::string(1 << 20, '\0'),
-                                   std::string("53 46 44 50 06 01 01 ff\n"), std::string("JEDEC ID: EF\n")}) {
+    for (const std::string& log :
+         {std::string(), std::string("hello\nworld is bad 12\n"), std::string(1 << 20, '\0'),
+          std::string("53 46 44 50 06 01 01 ff\n"), std::string("JEDEC ID: EF\n"),
+          std::string("read: 0x53 0x46 0x44 0x50 0x06\n"), std::string("read: 0xff 0xff 0x53 0x46 0x44 0x50 0x06\n"),
+          std::string("read id\nread: 0x53 0x46 0x44 0x50 0x06\n"),
+          std::string("tx: 0x03 0x00 0x00 0x00\nrx: 0xef 0x40 0x18\n")}) {
         const PROCESS_RESULT result = found_in(log);
         EXPECT_EQ(result.exit_code, NOT_FOUND);
         EXPECT_TRUE(contains(result.errors, "no line of the log")) << result.errors;
@@ -203,8 +222,11 @@ TEST(flash_log, TakesNoBytesOfWhichALineSaysSomethingElse) {
 // What a program wanted, and what it got instead may be a part that nothing is known of.
 TEST(flash_log, TakesNoIdentificationThatWasExpected) {
     for (const std::string log :
-         {"expected JEDEC ID EF4018, got C22018\n", "JEDEC ID mismatch: expected EF 40 18, got C2 20 18\n",
-          "Expected RDID: 0xEF 0x40 0x18\n", "flash id: expecting ef4018\n"}) {
+         {"expected JEDEC ID EF4018, got C22018\n", "expected SPI flash ID: EF4018, read C22018\n",
+          "expected the JEDEC ID EF4018\n", "Expected manufacturer id 0xef, device id 0x4018\n",
+          "Expected manufacturer id 0xef\nExpected device id 0x4018\n",
+          "expected flash chip \"W25Q64JV\" (id 0x1840ef)\n", "Expected RDID: 0xEF 0x40 0x18\n",
+          "flash id: expecting ef4018\n"}) {
         const PROCESS_RESULT result = found_in(log);
         EXPECT_EQ(result.exit_code, NOT_FOUND) << log;
         EXPECT_EQ(json_of(result.output).at("devices"), JSON::array()) << log;

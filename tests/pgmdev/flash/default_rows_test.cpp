@@ -64,15 +64,15 @@ TEST(FlashDefaultRows, AreTakenAsWalksOverAllRowsTakeThem) {
 }
 
 TEST(FlashDefaultRows, AreFewForManyRowsOfOneName) {
-    constexpr DWORD ROWS = 100000;
+    constexpr DWORD MANY = 100000;
     FLASH_PROBE manager;
-    manager.m_flash_database = new RECORD[ROWS];
-    manager.m_flash_count = ROWS;
-    for (DWORD i = 0; i < ROWS; ++i) {
+    manager.m_flash_database = new RECORD[MANY];
+    manager.m_flash_count = MANY;
+    for (DWORD i = 0; i < MANY; ++i) {
         manager.m_flash_database[i].device_name = i % 2 == 0 ? "ONE" : "one";
     }
     EXPECT_REPORT(manager.confirm_default_value(0), "one_default");
-    manager.m_flash_database[ROWS - 1].default_dev = true;
+    manager.m_flash_database[MANY - 1].default_dev = true;
     EXPECT_REPORT(manager.confirm_default_value(0), "(no report)");
     manager.m_flash_database[0].default_dev = true;
     EXPECT_REPORT(manager.confirm_default_value(0), "!one_default");

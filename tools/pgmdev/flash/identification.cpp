@@ -7,7 +7,7 @@
 #include "files/origins.h"
 #include "flash/aliases.h"
 #include "flash/database.h"
-#include "flash/log_line.h"
+#include "flash/log_words.h"
 #include "flash/named_rows.h"
 #include "gen.h"
 #include "pgmdev_flash_table.h"

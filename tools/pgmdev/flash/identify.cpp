@@ -12,7 +12,7 @@
 #include "flash/identify_sfdp.h"
 #include "flash/known_flash.h"
 #include "flash/log.h"
-#include "flash/log_line.h"
+#include "flash/log_words.h"
 #include "flash/output.h"
 #include "flash/verbs.h"
 #include "gen.h"

@@ -6,7 +6,9 @@
 #include <istream>
 #include <string_view>
 
+#include "flash/log_dump.h"
 #include "flash/log_line.h"
+#include "flash/log_words.h"
 #include "text_lines.h"
 
 namespace {
@@ -131,12 +133,14 @@ std::vector<LOG_FINDING> find_in_log(std::istream& log) {
     SPREAD_IDENTIFICATION spread;
     std::size_t number = 0;
     std::size_t announced = 0;  // in that line; 0: nowhere
+    bool is_other_answer = false;
     LOG_LINES lines(log);
-    for (std::string line; lines.next(line);) {
+    for (std::string text; lines.next(text);) {
         ++number;
-        if (line.size() < SHORTEST_LINE) {
+        if (text.size() < SHORTEST_LINE) {
             continue;
         }
+        const std::string line = without_what_was_expected(text);
         std::vector<BYTE> bytes = identification_in(line);
         if (bytes.size() < LEAST_IDENTIFICATION) {
             bytes = spread.take(line, number);
@@ -147,12 +151,13 @@ std::vector<LOG_FINDING> find_in_log(std::istream& log) {
         announced = bytes.empty() && announces_identification(line) ? number : 0;
         using enum LOG_FINDING::KIND;
         if (bytes.size() >= LEAST_IDENTIFICATION) {
-            add({BYTES, number, line, bytes, {}});
+            add({BYTES, number, text, bytes, {}});
         } else if (const std::vector<std::string> names = names_in(line); !names.empty()) {
-            add({NAME, number, line, {}, names});
-        } else if (bytes = dump_in(line); !bytes.empty()) {
-            add({DUMP, number, line, bytes, {}});
+            add({NAME, number, text, {}, names});
+        } else if (bytes = dump_in(line); !bytes.empty() && !is_other_answer) {
+            add({DUMP, number, text, bytes, {}});
         }
+        is_other_answer = asks_for_no_identification(line);
     }
     return best;
 }

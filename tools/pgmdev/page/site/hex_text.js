@@ -63,8 +63,8 @@ function dump_line(line, has_offsets) {
 /// The bytes of a line as `hexdump` prints it without options: numbers of two bytes, the lowest first, behind an offset of
 /// seven digits. Null: it is no such line.
 function bytes_of_dump_words(line) {
-    const words = /^[0-9A-Fa-f]{7}((?:[ \t]+[0-9A-Fa-f]{4})+)(?:$| {2})/.exec(line);
-    return words === null
+    const words = /^[0-9A-Fa-f]{7}((?:[ \t]+[0-9A-Fa-f]{4}(?=[ \t]|$))+)(.*)$/s.exec(line);
+    return words === null || (words[2] !== "" && !words[2].startsWith("  "))
         ? null
         : words[1].match(/[0-9A-Fa-f]{4}/g).flatMap((word) => [
               parseInt(word.slice(2), 16),

@@ -1,0 +1,16 @@
+"""Dumps of SFDP as other programs print them."""
+
+
+def as_words(dump, between=" "):
+    """As `hexdump` prints it without options: numbers of two bytes; a star stands for lines that are as the last one."""
+    lines = []
+    last = None
+    for at in range(0, len(dump), 16):
+        piece = dump[at:at + 16]
+        if piece != last:
+            numbers = [f"{piece[i + 1]:02x}{piece[i]:02x}" for i in range(0, len(piece), 2)]
+            lines.append(between.join([f"{at:07x}", *numbers]))
+        elif lines[-1] != "*":
+            lines.append("*")
+        last = piece
+    return lines + [f"{len(dump):07x}"]

@@ -1,0 +1,115 @@
+#include "flash/log_dump.h"
+
+#include <algorithm>
+#include <array>
+#include <optional>
+#include <utility>
+
+#include "flash/hex_text.h"
+#include "flash/log_words.h"
+
+namespace {
+
+using BYTES = std::vector<BYTE>;
+
+/// Whether the word is an offset of a dump that begins there: nothing but zeros, four at least, or a colon behind it.
+bool is_first_offset(std::string word) {
+    word.erase(0, word.starts_with("0x") ? 2 : 0);
+    const bool marked = word.ends_with(':');
+    word.erase(word.find_last_not_of(':') + 1);
+    return word.find_first_not_of('0') == std::string::npos && (word.size() >= 4 || (marked && !word.empty()));
+}
+
+/// What stands before bytes that were received: none of them stands before what was sent, or before addresses.
+constexpr std::array RECEIVED_WORDS{
+    std::string_view("read"), std::string_view("rx"),       std::string_view("recv"),  std::string_view("received"),
+    std::string_view("resp"), std::string_view("response"), std::string_view("reply"), std::string_view("answer")};
+
+/// And what stands before bytes that were sent.
+constexpr std::array SENT_WORDS{std::string_view("write"), std::string_view("tx"),  std::string_view("sent"),
+                                std::string_view("send"),  std::string_view("cmd"), std::string_view("command")};
+
+/// Commands that a flash answers with an identification.
+constexpr std::array<BYTE, 5> IDENTIFYING_COMMANDS{0x9F, 0x9E, 0xAF, 0xAB, 0x90};
+
+/// No flash answers with more, the lengths of what is further in it included.
+constexpr std::size_t LONGEST_ANSWER = 20;
+
+std::string_view without_blanks(std::string_view text) {
+    constexpr std::string_view BLANKS = " \t\r";
+    text.remove_prefix(std::min(text.find_first_not_of(BLANKS), text.size()));
+    return text.substr(0, text.find_last_not_of(BLANKS) + 1);
+}
+
+/// The words behind one of `words` and a sign, with which a line begins, or which a time in brackets stands before.
+template <std::size_t COUNT>
+std::vector<std::string> tokens_behind(const std::string& line, const std::array<std::string_view, COUNT>& words) {
+    std::string_view text = without_blanks(line);
+    if (text.starts_with('[')) {
+        text.remove_prefix(std::min(text.find(']'), text.size() - 1) + 1);
+    }
+    const std::size_t sign = text.find_first_of(":=");
+    const bool found = std::find(words.begin(), words.end(), without_blanks(text.substr(0, sign))) != words.end();
+    return found && sign != std::string_view::npos ? tokens_of(text.substr(sign + 1)) : std::vector<std::string>();
+}
+
+/// The bytes of a line that has nothing but "read: 0xef 0x40 0x18": it does not say what they are, so that anything else
+/// in it may say that they are no identification.
+BYTES received_in(const std::string& line) {
+    BYTES all;
+    for (const std::string& token : tokens_behind(line, RECEIVED_WORDS)) {
+        const BYTES bytes = bytes_of(token);
+        if (!token.starts_with("0x") || bytes.size() != 1) {
+            return {};
+        }
+        all.push_back(bytes.front());
+    }
+    return all.size() < LEAST_IDENTIFICATION || all.size() > LONGEST_ANSWER ? BYTES() : all;
+}
+
+/// The bytes of a line of a hex dump, the first one of the dump.
+BYTES dumped_in(std::string text) {
+    const std::size_t begin = std::min(text.find_first_not_of(" \t"), text.size());
+    const std::size_t end = std::min(text.find_first_of(" \t\r", begin), text.size());
+    const std::string first = text.substr(begin, end - begin);
+    const bool has_offset = end < text.size() && is_first_offset(first);
+    const std::optional<BYTES> numbers = has_offset ? bytes_of_dump_words(without_blanks(text)) : std::nullopt;
+    if (numbers) {
+        return *numbers;
+    }
+    text.erase(0, has_offset ? end : begin);
+    text.erase(std::min(text.find("  ", text.find_first_not_of(" \t")), text.size()));  // characters, or a gap
+    const std::vector<std::string> words = tokens_of(text);
+    // Behind seven digits stand numbers of two bytes, in another order.
+    const bool is_number = first == "0000000" && !words.empty() && words.front().size() == 4;
+    BYTES all;
+    for (const std::string& word : words) {
+        const BYTES bytes = bytes_of(word);
+        if (bytes.empty() || (has_offset && is_number) || (!has_offset && bytes.size() != 1 && words.size() > 1)) {
+            return {};
+        }
+        all.insert(all.end(), bytes.begin(), bytes.end());
+    }
+    return all;
+}
+
+}  // namespace
+
+std::vector<BYTE> dump_in(const std::string& line) {
+    const std::string text = lower_line(line);
+    BYTES all = received_in(text);
+    if (all.empty()) {
+        all = dumped_in(text);
+    }
+    all = without_command(std::move(all), true);
+    constexpr std::array<BYTE, 4> SELF_DESCRIPTION{'S', 'F', 'D', 'P'};
+    const bool describes = all.size() >= 4 && std::equal(SELF_DESCRIPTION.begin(), SELF_DESCRIPTION.end(), all.begin());
+    return all.size() < LEAST_IDENTIFICATION || describes ? BYTES() : all;
+}
+
+bool asks_for_no_identification(const std::string& line) {
+    const std::vector<std::string> sent = tokens_behind(lower_line(line), SENT_WORDS);
+    const BYTES command = sent.empty() ? BYTES() : bytes_of(sent.front());
+    return !command.empty() && std::find(IDENTIFYING_COMMANDS.begin(), IDENTIFYING_COMMANDS.end(), command.front()) ==
+                                   IDENTIFYING_COMMANDS.end();
+}

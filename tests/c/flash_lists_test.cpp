@@ -219,5 +219,5 @@ TEST(CFlashLists, ThreadsThatAskFirstGetTheSame) {
     }
     EXPECT_NE(lists[0], nullptr);
     EXPECT_EQ(lists, std::vector<const pgmdev_records*>(THREADS, lists[0]));
-    EXPECT_EQ(groups, std::vector<std::size_t>(THREADS, 6 * 20));
+    EXPECT_EQ(groups, std::vector<std::size_t>(THREADS, std::size_t{6} * 20));
 }

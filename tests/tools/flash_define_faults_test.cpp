@@ -71,7 +71,7 @@ TEST(flash_define_faults, NumbersHaveNoComma) {
     const JSON error = json_failure(defined(chip_text(lines)), WRONG_USAGE, "description_refused");
     ASSERT_EQ(error.at("faults").size(), 2U) << error;
     for (const JSON& fault : error.at("faults")) {
-        EXPECT_EQ(fault.at("advice"), "a number has no comma, and a decimal point before a fraction");
+        EXPECT_EQ(fault.at("advice"), "a number has no comma; a fraction stands behind a decimal point");
     }
 }
 

@@ -7,6 +7,7 @@
 
 #include "gen.h"
 #include "pgmdev/flash/probe.h"
+#include "support/repeatable_random.h"
 #include "support/reports.h"
 
 // Which name has no default row, or more than one, in tables of any names: beside walks over all rows.
@@ -40,7 +41,7 @@ std::string expected_report(const RECORD* records, DWORD count) {
 }
 
 TEST(FlashDefaultRows, AreTakenAsWalksOverAllRowsTakeThem) {
-    std::mt19937 chance(20);
+    auto chance = repeatable_random(20);
     std::array<int, 3> seen{};
     for (int round = 0; round < 4000; ++round) {
         FLASH_PROBE manager;

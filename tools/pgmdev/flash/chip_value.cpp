@@ -170,7 +170,7 @@ std::string advice_for(const MEMBER& member, const std::string& text, const std:
     const std::string unit = unit_of_question(member);
     const std::string name(member.name);
     if (!given && text.find(',') != std::string::npos) {
-        return "a number has no comma, and a decimal point before a fraction";
+        return "a number has no comma; a fraction stands behind a decimal point";
     }
     if (!given) {
         return member.unit.empty() ? "" : fmt::format("a number without a unit counts {}", member.unit);

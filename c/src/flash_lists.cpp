@@ -2,6 +2,7 @@
 
 #include "file_reader.h"
 #include "flash_database.h"
+#include "gen.h"
 #include "near_names.h"
 
 namespace {
@@ -29,6 +30,16 @@ pgmdev_records further_records(const pgmdev_flash_database& database, const CSV_
                    record != PGMDEV_NO_RECORD ? number_value(uint64_t{record}) : DATUM()});
     }
     return names;
+}
+
+/// The first of these further names, in any case; their count for none.
+std::size_t index_of_name(const pgmdev_records& names, const std::string& wanted) {
+    const std::size_t member = names.index_of("name");
+    std::size_t index = 0;
+    while (index < names.count() && gen_stricmp(names.at(index, member).text, wanted) != 0) {
+        ++index;
+    }
+    return index;
 }
 
 }  // namespace
@@ -86,13 +97,12 @@ pgmdev_status pgmdev_flash_find_any(const pgmdev_flash_database* database, const
             return PGMDEV_STATUS_OK;
         }
         const pgmdev_records& names = database->lists.further_names(*database).records;
-        std::size_t found = 0;
-        uint64_t shared = 0;
-        if (pgmdev_records_find(&names, 0, "name", wanted.c_str(), &found, nullptr) != PGMDEV_STATUS_OK ||
-            pgmdev_records_number(&names, found, "record", &shared, nullptr) != PGMDEV_STATUS_OK) {
+        const std::size_t found = index_of_name(names, wanted);
+        const DATUM shared = found < names.count() ? names.at(found, names.index_of("record")) : DATUM();
+        if (shared.kind == PGMDEV_KIND_NONE) {
             return PGMDEV_STATUS_NOT_FOUND;
         }
-        *record = static_cast<std::size_t>(shared);
+        *record = static_cast<std::size_t>(shared.number);
         if (further_name != nullptr) {
             *further_name = found;
         }

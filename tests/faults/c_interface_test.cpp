@@ -17,6 +17,10 @@ class CInterfaceFaults : public testing::Test {
 protected:
     void SetUp() override {
         m_source = m_scratch.write("table.csv", flash_table::table({flash_table::data_row()}));
+        m_scratch.write("table.pcf.aliases.csv",
+                        "alias,device_name,reason\nANOTHER NAME OF THE CHIP,CHIP,a reason longer than short ones\n");
+        m_scratch.write("table.pcf.sources.csv",
+                        "device_name,compared,size\nCHIP,18@2 BA@1 20@0,datasheet:a_source_with_a_long_key\n");
         ASSERT_EQ(pgmdev_table_compile(PGMDEV_TABLE_FLASH, m_source.c_str(), m_database.c_str(), nullptr),
                   PGMDEV_STATUS_OK);
         ASSERT_EQ(pgmdev_flash_open(m_database.c_str(), m_flash.place(), nullptr), PGMDEV_STATUS_OK);
@@ -28,22 +32,35 @@ protected:
 
     /// Expects the call to end as it does with enough memory, or with the status of none.
     void expect_honest(const char* name, const std::function<pgmdev_status(pgmdev_error** error)>& call) {
+        expect_honest(
+            name, [] {}, call);
+    }
+
+    /// The same, each time after what prepares it, with enough memory.
+    void expect_honest(const char* name, const std::function<void()>& prepare,
+                       const std::function<pgmdev_status(pgmdev_error** error)>& call) {
         SCOPED_TRACE(name);
         const REPORTS quiet;
+        prepare();
         const pgmdev_status usual = call(nullptr);
         pgmdev_status status = PGMDEV_STATUS_OK;
         C_ERROR error;
         int refused = 0;
-        with_each_allocation_failing([&] { error.place(); }, [&] { status = call(error.place()); },
-                                     [&](bool /*ended*/) {
-                                         EXPECT_TRUE(status == usual || status == PGMDEV_STATUS_NO_MEMORY)
-                                             << pgmdev_status_name(status) << ": " << pgmdev_error_message(error);
-                                         if (status == PGMDEV_STATUS_NO_MEMORY) {
-                                             EXPECT_STREQ(pgmdev_error_message(error), "there is no memory");
-                                             ++refused;
-                                         }
-                                     },
-                                     4);
+        const auto prepare_all = [&] {
+            error.place();
+            prepare();
+        };
+        with_each_allocation_failing(
+            prepare_all, [&] { status = call(error.place()); },
+            [&](bool /*ended*/) {
+                EXPECT_TRUE(status == usual || status == PGMDEV_STATUS_NO_MEMORY)
+                    << pgmdev_status_name(status) << ": " << pgmdev_error_message(error);
+                if (status == PGMDEV_STATUS_NO_MEMORY) {
+                    EXPECT_STREQ(pgmdev_error_message(error), "there is no memory");
+                    ++refused;
+                }
+            },
+            4);
         EXPECT_GT(refused, 0);
         EXPECT_EQ(call(nullptr), usual);
     }
@@ -88,6 +105,46 @@ TEST_F(CInterfaceFaults, Flash) {
                   [&](auto error) { return pgmdev_user_flash_decode("no description", m_answer.place(), error); });
     expect_honest("check", [&](auto error) {
         return pgmdev_user_flash_check(m_values.data(), m_values.size(), m_records.place(), error);
+    });
+}
+
+TEST_F(CInterfaceFaults, FlashLists) {
+    constexpr const char* NAME = "another name of the chip";
+    C_FLASH flash;  // opened anew, for it reads its lists once
+    const auto open = [&] {
+        ASSERT_EQ(pgmdev_flash_open(m_database.c_str(), flash.place(), nullptr), PGMDEV_STATUS_OK);
+    };
+    expect_honest("further names", open, [&](auto error) {
+        const pgmdev_records* names = nullptr;
+        return pgmdev_flash_further_names(flash, &names, error);
+    });
+    const auto find_any = [&](auto error) {
+        std::size_t record = 0;
+        return pgmdev_flash_find_any(flash, NAME, &record, nullptr, error);
+    };
+    expect_honest("find any", open, find_any);
+    EXPECT_EQ(find_any(nullptr), PGMDEV_STATUS_OK);
+    expect_honest("find any once the list is read", find_any);
+    const auto evidence = [&](auto error) { return pgmdev_flash_evidence(flash, 0, m_answer.place(), error); };
+    expect_honest("evidence", open, evidence);
+    EXPECT_EQ(evidence(nullptr), PGMDEV_STATUS_OK);
+    expect_honest("evidence once the list is read", evidence);
+    expect_honest("suggestions", open, [&](auto error) {
+        return pgmdev_flash_suggestions(flash, "another name of the ship", m_records.place(), error);
+    });
+}
+
+TEST_F(CInterfaceFaults, PatternsAndSuggestions) {
+    const pgmdev_records* records = pgmdev_flash_records(m_flash);
+    expect_honest("find fitting", [&](auto error) {
+        std::size_t record = 0;
+        return pgmdev_records_find_fitting(records, 0, "device_name", "*C*H*I*P*****************", &record, error);
+    });
+    expect_honest("suggestions", [&](auto error) {
+        return pgmdev_records_suggestions(records, "device_name", "CHOP", m_records.place(), error);
+    });
+    expect_honest("names", [&](auto error) {
+        return pgmdev_name_suggestions("KES5OC6", PGMDEV_NAMED_ANYTHING, m_records.place(), error);
     });
 }
 

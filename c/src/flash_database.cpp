@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <system_error>
 
 #include "gen.h"
 #include "member_tables.h"
@@ -18,9 +19,12 @@ LOADED_FLASH::LOADED_FLASH(const std::string& path) : PGMDEV_FLASH_MANAGER(false
 
 namespace {
 
-/// The same file also when the current directory is another one.
+/// The same file also when the current directory is another one. A path that stands for none stays as it is, for opening it
+/// to tell what is wrong.
 std::string absolute(const std::string& path) {
-    return utf8_from_path(std::filesystem::absolute(path_from_utf8(path)));
+    std::error_code error;
+    const std::filesystem::path whole = std::filesystem::absolute(path_from_utf8(path), error);
+    return error ? path : utf8_from_path(whole);
 }
 
 pgmdev_records faults_of(const PGMDEV_FLASH_NOTES& notes) {

@@ -1,3 +1,4 @@
+#include <filesystem>
 #include <fstream>
 
 #include "c/owned.h"
@@ -34,6 +35,23 @@ void expect_records(const pgmdev_records* records, PGMDEV_FLASH_MANAGER& manager
     for (DWORD i = 0; i < manager.get_flash_count(); ++i) {
         ASSERT_EQ(row_of(records, i), expected_row(manager.get_flash_database()[i])) << i;
     }
+}
+
+/// Expects that the file cannot be opened, and that the error is what the library reports of it.
+void expect_report_of_opening(const std::string& path) {
+    const REPORTS reports;
+    C_FLASH flash;
+    C_ERROR error;
+    ASSERT_EQ(pgmdev_flash_open(path.c_str(), flash.place(), error.place()), PGMDEV_STATUS_REPORTED)
+        << pgmdev_error_message(error);
+    EXPECT_EQ(flash, nullptr);
+    ASSERT_FALSE(reports.all().empty());
+    const MSG_INTERNAL_ERROR_REPORT& report = reports.all().back();
+    EXPECT_EQ(pgmdev_error_condition(error), report.condition);
+    EXPECT_EQ(pgmdev_error_module(error), report.module);
+    EXPECT_EQ(pgmdev_error_file(error), report.file);
+    EXPECT_EQ(pgmdev_error_line(error), report.line);
+    EXPECT_EQ(pgmdev_error_message(error), report.condition);
 }
 
 }  // namespace
@@ -103,23 +121,34 @@ TEST(CFlash, PathsAreUtf8) {
 
 TEST(CFlash, DamagedFilesAreErrorsWithTheReport) {
     const SCRATCH scratch;
-    const REPORTS reports;
     const std::string whole = read_file(DATABASE);
     for (const std::size_t size : {std::size_t{0}, std::size_t{8}, std::size_t{41}, whole.size() / 2}) {
-        const std::string path = scratch.write("cut.pcf", whole.substr(0, size));
-        C_FLASH flash;
-        C_ERROR error;
-        ASSERT_EQ(pgmdev_flash_open(path.c_str(), flash.place(), error.place()), PGMDEV_STATUS_REPORTED) << size;
-        EXPECT_EQ(flash, nullptr);
-        ASSERT_FALSE(reports.all().empty());
-        const MSG_INTERNAL_ERROR_REPORT& report = reports.all().back();
-        EXPECT_EQ(pgmdev_error_condition(error), report.condition);
-        EXPECT_EQ(pgmdev_error_module(error), report.module);
-        EXPECT_EQ(pgmdev_error_file(error), report.file);
-        EXPECT_EQ(pgmdev_error_line(error), report.line);
-        EXPECT_EQ(pgmdev_error_message(error), report.condition);
+        SCOPED_TRACE(size);
+        expect_report_of_opening(scratch.write("cut.pcf", whole.substr(0, size)));
     }
 }
+
+TEST(CFlash, FilesThatAreNotThereAreErrorsWithTheReport) {
+    const SCRATCH scratch;
+    for (const std::string& path : {std::string(), std::string("no/such.pcf"), scratch.path("")}) {
+        SCOPED_TRACE(path);
+        expect_report_of_opening(path);
+    }
+}
+
+#if !defined(_WIN32)
+
+TEST(CFlash, WithoutACurrentDirectoryPathsBelowItAreErrorsWithTheReport) {
+    const SCRATCH scratch;
+    const std::filesystem::path before = std::filesystem::current_path();
+    std::filesystem::create_directory(scratch.path("gone"));
+    std::filesystem::current_path(scratch.path("gone"));
+    std::filesystem::remove(scratch.path("gone"));
+    expect_report_of_opening("flash.pcf");
+    std::filesystem::current_path(before);
+}
+
+#endif
 
 TEST(CFlash, ADatabaseOfAnotherKindIsAnError) {
     const REPORTS reports;

@@ -49,13 +49,29 @@ std::size_t distance(const std::string& a, const std::string& b) {
     return table[a.size()][b.size()];
 }
 
+/// Whether no more than `most` characters of `a` are without one of their own in `b`: each of them must be left out or
+/// replaced, so that names of which this does not hold need no table.
+bool shares_all_but(std::size_t most, std::string_view a, std::string b) {
+    std::size_t without = 0;
+    for (std::size_t i = 0; i < a.size() && without <= most; ++i) {
+        const std::size_t place = b.find(a[i]);
+        if (place == std::string::npos) {
+            ++without;
+        } else {
+            b[place] = '\0';
+        }
+    }
+    return without <= most;
+}
+
 /// The five nearest, of which no more than a quarter of the characters, one to three, differ; those as near by name.
 NAMES expected_near(const std::string& name, const NAMES& candidates) {
     const std::size_t most = std::min<std::size_t>(std::max<std::size_t>(name.size() / 4, 1), 3);
     std::vector<std::pair<std::size_t, std::string>> near;
     for (const std::string& candidate : candidates) {
-        const bool is_about_as_long = candidate.size() <= name.size() + most && name.size() <= candidate.size() + most;
-        const std::size_t far = is_about_as_long ? distance(name, candidate) : most + 1;
+        const bool may_be_near = candidate.size() <= name.size() + most && name.size() <= candidate.size() + most &&
+                                 shares_all_but(most, name, candidate);
+        const std::size_t far = may_be_near ? distance(name, candidate) : most + 1;
         if (far > 0 && far <= most && !candidate.empty()) {
             near.emplace_back(far, candidate);
         }

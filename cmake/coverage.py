@@ -17,7 +17,7 @@ import sys
 ROOMS = re.compile(
     r"pgm/pgmdev/(packed|parameters|user_flash)/.*"
     r"|pgm/pgmdev/records/c.*"
-    r"|pgm/pgmdev/(flash|profiles)/(manager|table|loading|records|part_list).*"
+    r"|pgm/pgmdev/(flash|profiles)/(manager|default_rows|table|loading|records|part_list).*"
     r"|host/src/(fio_replacement|descriptor|cfg|configuration).*"
 )
 ROW = re.compile(r"\| `([^`]+)` \| (\d+) \| ")

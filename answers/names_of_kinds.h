@@ -5,6 +5,7 @@
 /// are similar.
 
 #include <string>
+#include <type_traits>
 #include <vector>
 
 #include "near_names.h"
@@ -21,8 +22,18 @@ struct NAME_KINDS {
     bool may_be_converted() const { return package_or_programming || programmer_part; }
 };
 
-/// Names of these kinds that are near, and others, which no part has: of those that parts and devices are converted to
-/// (PGMDEV_PART_INDEX::get_converted_names), which are only needed if the name may be one of these.
+/// Names that parts and devices are converted to, as `all` gives them (PGMDEV_PART_INDEX::get_converted_names, or what keeps
+/// these); none, without asking it, when a name of these kinds is none of them.
+template <class ALL>
+std::invoke_result_t<ALL> converted_for(const NAME_KINDS& kinds, ALL all) {
+    static const std::vector<std::string> none;
+    if (kinds.may_be_converted()) {
+        return all();
+    }
+    return none;
+}
+
+/// Names of these kinds that are near, and others, which no part has: of those that `converted_for` gives.
 NEAR_NAMES near_names(const std::string& name, const NAME_KINDS& kinds, const std::vector<std::string>& converted);
 
 /// Only names of these kinds.

@@ -156,8 +156,7 @@ pgmdev_status pgmdev_name_suggestions(const char* name, uint32_t kinds, pgmdev_r
         emptied(suggestions);
         const NAME_KINDS wanted = kinds_from(kinds);
         const std::string unknown = required_text(name);
-        const std::vector<std::string> converted =
-            wanted.may_be_converted() ? PGMDEV_PART_INDEX::get_converted_names() : std::vector<std::string>();
+        const auto converted = converted_for(wanted, PGMDEV_PART_INDEX::get_converted_names);
         *suggestions = new pgmdev_records(names_list(nearest_names(unknown, wanted, converted)));
         return PGMDEV_STATUS_OK;
     });

@@ -9,15 +9,11 @@
 
 namespace {
 
-std::vector<std::string> converted_for(const NAME_KINDS& kinds) {
-    return kinds.may_be_converted() ? PGMDEV_PART_INDEX::get_converted_names() : std::vector<std::string>();
-}
-
 /// Names as the command suggests them for one that has no spellings.
 py::list name_suggestions(const TEXT& name) {
     return list_of(unlocked([&name] {
         const NAME_KINDS kinds{true, true, true, true, false};
-        return nearest_names(name, kinds, converted_for(kinds));
+        return nearest_names(name, kinds, converted_for(kinds, PGMDEV_PART_INDEX::get_converted_names));
     }));
 }
 
@@ -25,7 +21,7 @@ py::list name_suggestions(const TEXT& name) {
 py::list part_suggestions(const TEXT& name, const py::function& has_parts) {
     NEAR_NAMES near = unlocked([&name] {
         const NAME_KINDS kinds{true, true, true, true, true};
-        return near_names(name, kinds, converted_for(kinds));
+        return near_names(name, kinds, converted_for(kinds, PGMDEV_PART_INDEX::get_converted_names));
     });
     return list_of(
         near.best([&has_parts](const std::string& each) { return has_parts(to_python(each)).cast<bool>(); }));

@@ -12,7 +12,7 @@ namespace {
 /// Names as the command suggests them for one that has no spellings.
 py::list name_suggestions(const TEXT& name) {
     return list_of(unlocked([&name] {
-        const NAME_KINDS kinds{true, true, true, true, false};
+        const NAME_KINDS kinds{.part = true, .package_or_programming = true, .programmer_part = true, .device = true};
         return nearest_names(name, kinds, converted_for(kinds, PGMDEV_PART_INDEX::get_converted_names));
     }));
 }
@@ -20,7 +20,8 @@ py::list name_suggestions(const TEXT& name) {
 /// Names as the command suggests them for one that stands for no part; `has_parts` tells of a name whether it stands for some.
 py::list part_suggestions(const TEXT& name, const py::function& has_parts) {
     NEAR_NAMES near = unlocked([&name] {
-        const NAME_KINDS kinds{true, true, true, true, true};
+        const NAME_KINDS kinds{
+            .part = true, .package_or_programming = true, .programmer_part = true, .device = true, .family = true};
         return near_names(name, kinds, converted_for(kinds, PGMDEV_PART_INDEX::get_converted_names));
     });
     return list_of(

@@ -174,7 +174,7 @@ TEST(NearestNames, AreTheNearestOfTheListsOfNames) {
         {{.device = true}, {&device_names()}},
         {{.programmer_part = true}, {&programmer_part_names()}},
         {{.part = true, .package_or_programming = true}, {&part_names(), &package_and_programming_names()}},
-        {{true, true, true, true},
+        {{.part = true, .package_or_programming = true, .programmer_part = true, .device = true},
          {&part_names(), &package_and_programming_names(), &programmer_part_names(), &device_names()}}};
     for (const auto& [kinds, lists] : cases) {
         std::vector<std::string> names;

@@ -61,7 +61,8 @@ ANSWER show_one(const std::string& name) {
         answer.is_block = true;
     } else {
         answer.missing = fmt::format("no device is named \"{}\"", name);
-        answer.candidates = nearest_names(name, {true, true, true, true});
+        answer.candidates = nearest_names(
+            name, {.part = true, .package_or_programming = true, .programmer_part = true, .device = true});
     }
     return answer;
 }

@@ -32,7 +32,12 @@ public:
     /// Whether a line has as many cells as there are names.
     bool has_all_cells(const CSV_LINE& line) const;
 
-    /// The cells of such a line; of another one none.
+    /// Whether the file has that many columns, and the line all of them.
+    bool has_cells(const CSV_LINE& line, std::size_t columns) const {
+        return m_names.size() == columns && has_all_cells(line);
+    }
+
+    /// The cells of a line that has all; of another one none.
     std::vector<std::string> cells_of(const CSV_LINE& line) const;
 
 private:

@@ -6,13 +6,9 @@
 
 namespace {
 
-bool is_alias(const CSV_LINES& list, const CSV_LINE& line) {
-    return list.names().size() == FLASH_ALIAS_CELLS && list.has_all_cells(line);
-}
-
 /// The alias of a line; none: it has another form.
 std::optional<FLASH_ALIAS> alias_of(const CSV_LINES& list, const CSV_LINE& line) {
-    if (!is_alias(list, line)) {
+    if (!list.has_cells(line, FLASH_ALIAS_CELLS)) {
         return std::nullopt;
     }
     const std::vector<std::string> cells = list.cells_of(line);
@@ -44,7 +40,7 @@ std::optional<FLASH_ALIAS> find_alias(const CSV_LINES& list, std::string_view na
 
 std::vector<std::string> with_aliases(const CSV_LINES& list, std::vector<std::string> names) {
     for (const CSV_LINE& line : list.lines()) {
-        if (is_alias(list, line)) {
+        if (list.has_cells(line, FLASH_ALIAS_CELLS)) {
             names.emplace_back(line.first);
         }
     }

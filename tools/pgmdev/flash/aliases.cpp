@@ -17,10 +17,6 @@ constexpr const char* NO_ROW_OF_ITS_OWN = "a name that has no row of its own";
 /// Of both lists.
 constexpr std::size_t COLUMNS = FLASH_ALIAS_CELLS;
 
-bool has_all_columns(const CSV_LINES& list, const CSV_LINE& line) {
-    return list.names().size() == COLUMNS && list.has_all_cells(line);
-}
-
 /// What is wrong with the form of a list.
 std::vector<PGMDEV_TABLE_FAULT> form_faults(const CSV_LINES& list, std::string_view columns) {
     std::vector<PGMDEV_TABLE_FAULT> faults;
@@ -107,7 +103,7 @@ NOTES_FAULTS left_out_flash_faults(const std::string& csv_file, const std::vecto
 std::optional<std::string> why_flash_is_left_out(const std::string& name) {
     const CSV_LINES& list = installed_lines(FLASH_LEFT_OUT_LIST);
     for (const CSV_LINE& line : list.lines()) {
-        if (gen_stricmp(line.first, name) == 0 && has_all_columns(list, line)) {
+        if (gen_stricmp(line.first, name) == 0 && list.has_cells(line, COLUMNS)) {
             return list.cells_of(line).back();
         }
     }

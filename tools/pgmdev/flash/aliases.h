@@ -26,11 +26,11 @@ NOTES_FAULTS flash_alias_faults(const std::string& csv_file, const std::vector<P
 /// Why the table has no row for the chip of this name, in any case; nothing when the database has no list that tells it.
 std::optional<std::string> why_flash_is_left_out(const std::string& name);
 
-/// A sentence for people: that no flash has this name, or why the table leaves it out.
-std::string no_flash_named(const std::string& name);
-
 /// What is wrong with that list beside a source table, likewise.
 NOTES_FAULTS left_out_flash_faults(const std::string& csv_file, const std::vector<PGMDEV_SFL_FLASH_INFO>& records);
+
+/// A sentence for people: that no flash has this name, or why the table leaves it out.
+std::string no_flash_named(const std::string& name);
 
 /// Names of rows, and behind them all aliases: what a name may have meant.
 std::vector<std::string> with_flash_aliases(std::vector<std::string> names);

@@ -1,5 +1,4 @@
 #include "terminal/filtered_listing.h"
-#include "wildcard.h"
 
 #include <fmt/core.h>
 
@@ -9,6 +8,7 @@
 #include "terminal/did_you_mean.h"
 #include "terminal/quiet.h"
 #include "terminal/standard_error.h"
+#include "wildcard.h"
 
 namespace {
 

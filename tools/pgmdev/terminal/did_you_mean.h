@@ -8,8 +8,8 @@
 
 #include "near_names.h"
 
-/// did_you_mean of the nearest values, or of those that begin with it; where there are none, and only few values at all,
-/// "; there are A, B".
+/// did_you_mean of the nearest values, or else of those that begin with it or that it begins with; where there are none, and
+/// only few values at all, "; there are A, B".
 std::string nearest_or_all(const std::string& value, const std::vector<std::string>& known);
 
 /// "; did you mean A, B", or "" when there are no names, and when the user wants no hints.

@@ -8,6 +8,7 @@
 
 #include "cfg.h"
 #include "pgm_common.h"
+#include "printable_text.h"
 #include "unloading.h"
 
 namespace {
@@ -29,7 +30,7 @@ std::string format_text(const char* format, std::va_list arguments) {
 
 void log_and_throw(const MSG_INTERNAL_ERROR_REPORT& report) {
     std::fprintf(stderr, "Internal Error: %s, %s, line %d: %s\n", report.module.c_str(), report.file.c_str(),
-                 report.line, report.condition.c_str());
+                 report.line, printable_lines(report.condition).c_str());
     throw MSG_INTERNAL_ERROR_EXCEPTION(report);
 }
 
@@ -101,7 +102,7 @@ void msg_local_vdebug(const char* logger, int level, const char* format, ...) {
     if (debug_sink()) {
         debug_sink()(logger, level, text);
     } else {
-        std::fprintf(stderr, "%s debug %d: %s\n", logger, level, text.c_str());
+        std::fprintf(stderr, "%s debug %d: %s\n", logger, level, printable_lines(text).c_str());
     }
 }
 

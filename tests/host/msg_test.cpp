@@ -142,6 +142,20 @@ TEST(msg_debug, SinkReplacesStandardError) {
     EXPECT_NE(testing::internal::GetCapturedStderr().find("to standard error"), std::string::npos);
 }
 
+TEST(msg_debug, CommandsNoTerminal) {
+    const SETTING level("TESSARY_DEBUG_LEVEL", "9");
+    testing::internal::CaptureStderr();
+    msg_local_vdebug("PGMDEV", 1, "%s", "a\x1B[31m \xC2\x9B \xE2\x80\xAE \xFF\n\tb \xC3\xA4");
+    EXPECT_EQ(testing::internal::GetCapturedStderr(),
+              "PGMDEV debug 1: a\\x1B[31m \\xC2\\x9B \\xE2\\x80\\xAE \\xFF\n\tb \xC3\xA4\n");
+}
+
+TEST(msg_internal_error, CommandsNoTerminal) {
+    testing::internal::CaptureStderr();
+    EXPECT_THROW(MSG_INTERNAL_ERROR::report("a\x1B[31m", "M", "f", 1), MSG_INTERNAL_ERROR_EXCEPTION);
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "Internal Error: M, f, line 1: a\\x1B[31m\n");
+}
+
 TEST(msg_debug, SetSinkReturnsThePreviousOne) {
     const MESSAGES outer;
     {

@@ -3,6 +3,7 @@
 #include <string>
 #include <vector>
 
+#include "pgmdev/user_flash/reference.h"
 #include "support/scratch.h"
 #include "tools/command_fixture.h"
 #include "tools/flash_source.h"
@@ -85,4 +86,13 @@ TEST(CommandingNames, OfMakersAndDevices) {
         EXPECT_FALSE(contains(said, COMMANDING)) << said;
         EXPECT_TRUE(contains(said, SHOWN) || contains(said, "\\u009b")) << said;
     }
+}
+
+TEST(CommandingNames, OnTheDebugChannelAndInTraces) {
+    const SCRATCH scratch;
+    const std::string table = scratch.write(NAME + ".csv", "no table\n");
+    expect_shown({"-v", "flash", "compile", table, scratch.path("out.pcf")});
+    const std::string text = user_flash_reference::encoded("1@" + NAME + "@");
+    expect_shown({"--set", "PGM_USER_SFL_FLASH_INFO_DEBUG=on", "--set", "PGM_USER_SFL_FLASH_INFO=" + text, "flash",
+                  "identify", "EF4018"});
 }

@@ -3,6 +3,7 @@
 /// \file
 /// How many default rows each name has.
 
+#include <map>
 #include <span>
 #include <string>
 #include <vector>
@@ -19,7 +20,7 @@ public:
     bool one_each() const;
 
     /// How many the name of one of the records has.
-    DWORD count(const std::string& name) const { return m_places[place_of(name)].count; }
+    DWORD count(const std::string& name) const;
 
 private:
     /// A name, by the first record that has it.
@@ -28,8 +29,13 @@ private:
         DWORD count = 0;
     };
 
+    struct COMES_BEFORE {
+        bool operator()(const std::string* left, const std::string* right) const;
+    };
+
     std::size_t place_of(const std::string& name) const;
 
     std::span<const PGMDEV_SFL_FLASH_INFO> m_records;
-    std::vector<PLACE> m_places;  ///< a power of two, at most half of them taken
+    std::vector<PLACE> m_places;                                 ///< a power of two, at most half of them taken
+    std::map<const std::string*, DWORD, COMES_BEFORE> m_others;  ///< names that have found only places of others
 };

@@ -79,4 +79,24 @@ TEST(FlashDefaultRows, AreFewForManyRowsOfOneName) {
     EXPECT_REPORT(manager.confirm_default_value(0), "!one_default");
 }
 
+// Their bytes are none of ASCII, which are all alike to the hash of names: compared with each other, these would take a minute.
+TEST(FlashDefaultRows, OfNamesThatAreMadeToBeAlike) {
+    constexpr DWORD MANY = 100000;
+    FLASH_PROBE manager;
+    manager.m_flash_database = new RECORD[MANY];
+    manager.m_flash_count = MANY;
+    for (DWORD i = 0; i < MANY; ++i) {
+        RECORD& record = manager.m_flash_database[i];
+        for (DWORD rest = i, digit = 0; digit < 3; ++digit, rest /= 100) {
+            record.device_name += static_cast<char>(0x80 + rest % 100);
+        }
+        record.default_dev = true;
+    }
+    EXPECT_REPORT(manager.confirm_default_value(0), "(no report)");
+    manager.m_flash_database[MANY - 1].default_dev = false;
+    EXPECT_REPORT(manager.confirm_default_value(0), "one_default");
+    manager.m_flash_database[MANY - 1] = manager.m_flash_database[MANY - 2];
+    EXPECT_REPORT(manager.confirm_default_value(0), "!one_default");
+}
+
 }  // namespace

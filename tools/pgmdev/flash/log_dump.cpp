@@ -7,6 +7,7 @@
 
 #include "flash/hex_text.h"
 #include "flash/log_words.h"
+#include "gen.h"
 
 namespace {
 
@@ -35,22 +36,17 @@ constexpr std::array<BYTE, 5> IDENTIFYING_COMMANDS{0x9F, 0x9E, 0xAF, 0xAB, 0x90}
 /// No flash answers with more, the lengths of what is further in it included.
 constexpr std::size_t LONGEST_ANSWER = 20;
 
-std::string_view without_blanks(std::string_view text) {
-    constexpr std::string_view BLANKS = " \t\r";
-    text.remove_prefix(std::min(text.find_first_not_of(BLANKS), text.size()));
-    return text.substr(0, text.find_last_not_of(BLANKS) + 1);
-}
-
 /// The words behind one of `words` and a sign, with which a line begins, or which a time in brackets stands before.
 template <std::size_t COUNT>
 std::vector<std::string> tokens_behind(const std::string& line, const std::array<std::string_view, COUNT>& words) {
-    std::string_view text = without_blanks(line);
+    std::string text = gen_remove_leading_and_trailing_white_spaces(line);
     if (text.starts_with('[')) {
-        text.remove_prefix(std::min(text.find(']'), text.size() - 1) + 1);
+        text.erase(0, std::min(text.find(']'), text.size() - 1) + 1);
     }
     const std::size_t sign = text.find_first_of(":=");
-    const bool found = std::find(words.begin(), words.end(), without_blanks(text.substr(0, sign))) != words.end();
-    return found && sign != std::string_view::npos ? tokens_of(text.substr(sign + 1)) : std::vector<std::string>();
+    const std::string word = gen_remove_leading_and_trailing_white_spaces(text.substr(0, sign));
+    const bool found = sign != std::string::npos && std::find(words.begin(), words.end(), word) != words.end();
+    return found ? tokens_of(std::string_view(text).substr(sign + 1)) : std::vector<std::string>();
 }
 
 /// The bytes of a line that has nothing but "read: 0xef 0x40 0x18": it does not say what they are, so that anything else
@@ -73,19 +69,21 @@ BYTES dumped_in(std::string text) {
     const std::size_t end = std::min(text.find_first_of(" \t\r", begin), text.size());
     const std::string first = text.substr(begin, end - begin);
     const bool has_offset = end < text.size() && is_first_offset(first);
-    const std::optional<BYTES> numbers = has_offset ? bytes_of_dump_words(without_blanks(text)) : std::nullopt;
-    if (numbers) {
-        return *numbers;
+    if (has_offset) {
+        if (auto numbers = bytes_of_dump_words(gen_remove_leading_and_trailing_white_spaces(text))) {
+            return *std::move(numbers);
+        }
     }
     text.erase(0, has_offset ? end : begin);
     text.erase(std::min(text.find("  ", text.find_first_not_of(" \t")), text.size()));  // characters, or a gap
     const std::vector<std::string> words = tokens_of(text);
-    // Behind seven digits stand numbers of two bytes, in another order.
-    const bool is_number = first == "0000000" && !words.empty() && words.front().size() == 4;
+    if (first == "0000000" && has_offset && !words.empty() && words.front().size() == 4) {
+        return {};  // numbers of two bytes, in another order, of which something is wrong
+    }
     BYTES all;
     for (const std::string& word : words) {
         const BYTES bytes = bytes_of(word);
-        if (bytes.empty() || (has_offset && is_number) || (!has_offset && bytes.size() != 1 && words.size() > 1)) {
+        if (bytes.empty() || (!has_offset && bytes.size() != 1 && words.size() > 1)) {
             return {};
         }
         all.insert(all.end(), bytes.begin(), bytes.end());

@@ -11,6 +11,7 @@ namespace {
 using BYTES = std::vector<BYTE>;
 
 constexpr std::size_t MOST_WORDS_BEFORE = 3;
+
 /// Before all that was read, as a tool shows it.
 constexpr std::string_view RAW_PHRASE = "rx |";
 

@@ -19,11 +19,9 @@ class SHOWN_ON_STANDARD_ERROR : public std::streambuf {
     int sync() override {
         const std::string text = printable_lines(m_line);
         m_line.clear();
+        const auto length = static_cast<std::streamsize>(text.size());
         std::streambuf& errors = *std::cerr.rdbuf();  // std::cerr itself would have this flushed before
-        return errors.sputn(text.data(), static_cast<std::streamsize>(text.size())) ==
-                       static_cast<std::streamsize>(text.size())
-                   ? errors.pubsync()
-                   : -1;
+        return errors.sputn(text.data(), length) == length ? errors.pubsync() : -1;
     }
 
     std::string m_line;

@@ -7,7 +7,7 @@
 #include "reports.h"
 #include "scratch_files.h"
 
-// Any texts as the notes beside a flash table: ambiguities, identifications, aliases, sources.
+// Any texts as the notes beside a flash table: ambiguities, identifications, aliases, sources, chips that are left out.
 
 namespace {
 
@@ -21,8 +21,9 @@ const std::vector<PGMDEV_SFL_FLASH_INFO>& records() {
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    const std::vector<std::string> texts = sections_of(text_of(data, size), 4);
-    const char* const names[] = {"ambiguities.csv", "identifications.csv", "aliases.csv", "sources.csv"};
+    const std::vector<std::string> texts = sections_of(text_of(data, size), 5);
+    const char* const names[] = {"ambiguities.csv", "identifications.csv", "aliases.csv", "sources.csv",
+                                 "left_out.csv"};
     for (std::size_t i = 0; i < texts.size(); ++i) {
         scratch_files().write(names[i], texts[i]);
     }
@@ -34,6 +35,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         notes.ambiguities_of(response.data(), static_cast<DWORD>(response.size()));
         notes.contradictions(records().front().device_name, response.data(), static_cast<DWORD>(response.size()));
         flash_alias_faults(table, records());
+        left_out_flash_faults(table, records());
         const FLASH_EVIDENCE evidence(read_flash_list(scratch_files().path("sources.csv")));
         support_of(evidence, records());
         evidence.of(records().front());

@@ -226,3 +226,13 @@ TEST(CSuggestions, OfFlashBeginWithLongerNames) {
     EXPECT_EQ(NAMES(longer.begin(), longer.begin() + 2), (NAMES{"W25Q64JV", "W25Q64JVM"}));
     EXPECT_EQ(of("nothing like this"), NAMES());
 }
+
+TEST(CSuggestions, OfNoKindsAndOfUnknownOnesAreRefused) {
+    for (const uint32_t kinds : {0U, PGMDEV_NAMED_ANYTHING + 1U, UINT32_MAX}) {
+        C_RECORDS suggestions;
+        C_ERROR error;
+        EXPECT_EQ(pgmdev_name_suggestions("KES50", kinds, suggestions.place(), error.place()),
+                  PGMDEV_STATUS_INVALID_ARGUMENT);
+        EXPECT_STREQ(pgmdev_error_message(error), "there are no such kinds of names");
+    }
+}

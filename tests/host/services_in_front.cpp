@@ -11,7 +11,7 @@
 #include "cfg.h"
 #include "dev.h"
 #include "dstr.h"
-#include "pgmdev_flash_manager.h"
+#include "pgmdev/user_flash/reference.h"
 #include "pgmdev_mgr.h"
 #include "pgmdev_user_flash.h"
 #include "ver.h"
@@ -20,35 +20,12 @@ namespace {
 
 int version_questions = 0;
 
-class MANAGER : public PGMDEV_FLASH_MANAGER {
-public:
-    MANAGER() : PGMDEV_FLASH_MANAGER(false, 0, true, false) {}
-
-    /// How often the host is asked for its version while a description of that flash is read.
-    int questions_for(const PGMDEV_SFL_FLASH_INFO& flash) {
-        cfg_set_value(PGMDEV_USER_FLASH::CONFIGURATION_KEY, PGMDEV_USER_FLASH::encode({&flash, 1}));
-        version_questions = 0;
-        parse_ext_flash_info();
-        return version_questions;
-    }
-};
-
-PGMDEV_SFL_FLASH_INFO plausible_flash() {
-    PGMDEV_SFL_FLASH_INFO flash;
-    flash.manufacturer_name = "MAKER";
-    flash.device_name = "CHIP";
-    flash.memory_id = 0x18;
-    flash.memory_id_index = 2;
-    flash.memory_type_index = 1;
-    flash.orvane_id = 32;
-    flash.ini = "NONE";
-    flash.die_count = 1;
-    flash.device_bit_size = 0x100000;
-    flash.device_sector_byte = 0x400;
-    flash.bulk_erase_time = 1;
-    flash.sec_erase_time = 1;
-    flash.program_utime = 1000;
-    return flash;
+/// How often the host is asked for its version while a description of that flash is read.
+int version_questions_for(const PGMDEV_SFL_FLASH_INFO& flash) {
+    cfg_set_value(PGMDEV_USER_FLASH::CONFIGURATION_KEY, PGMDEV_USER_FLASH::encode({&flash, 1}));
+    version_questions = 0;
+    USER_FLASH_PROBE(false, 0, true, false).parse_ext_flash_info();
+    return version_questions;
 }
 
 }  // namespace
@@ -72,8 +49,8 @@ int main(int /*argc*/, char** argv) {
         std::printf("%d\n", PGMDEV_MGR::get_part_name_from_pcf("") == dstr_get_user_string(7) ? 1 : 0);
         return 0;
     }
-    PGMDEV_SFL_FLASH_INFO flash = plausible_flash();
-    const int for_plausible = MANAGER().questions_for(flash);
+    PGMDEV_SFL_FLASH_INFO flash = user_flash_reference::record();
+    const int for_plausible = version_questions_for(flash);
     flash.die_count = 0;
-    std::printf("%d %d\n", for_plausible, MANAGER().questions_for(flash));
+    std::printf("%d %d\n", for_plausible, version_questions_for(flash));
 }

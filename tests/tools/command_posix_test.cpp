@@ -114,6 +114,7 @@ TEST(command_posix, DiffTellsWhatComesThroughAPipe) {
     const JSON endless =
         json_failure(run_shell("--json flash diff /dev/zero '" + csv + "'"), INTERNAL_ERROR, "source_table_unreadable");
     EXPECT_EQ(endless.at("path"), "/dev/zero");
+    EXPECT_TRUE(contains(endless.at("message"), "what it gives is too much, or ends in an error")) << endless;
     expect_failure(run_piped("manufacturer_name\n", "flash diff " + pipe + " '" + csv + "'"), INTERNAL_ERROR,
                    {pipe + ": fault: ", pipe + " (argument A); see"});
 }

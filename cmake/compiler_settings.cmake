@@ -60,3 +60,20 @@ if(MINGW)
   # Reproducible builds: no time of day in what is linked.
   add_link_options(-Wl,--no-insert-timestamp)
 endif()
+
+# compile_small(TARGET): for what passes questions and answers on. What takes time is in the library; most of what a short
+# answer takes is loading the rest.
+function(compile_small target)
+  if(WIN32)
+    target_compile_options(${target} PRIVATE $<$<CONFIG:Release>:-O1>)
+  else()
+    target_compile_options(${target} PRIVATE "$<$<CONFIG:Release>:-Os;-ffunction-sections;-fdata-sections>")
+  endif()
+endfunction()
+
+# compile_quickly_with_sanitizers(TARGET): for what takes longer to be optimised, with their checks, than tests then gain.
+function(compile_quickly_with_sanitizers target)
+  if(PGMDEV_SANITIZE)
+    target_compile_options(${target} PRIVATE -O0)
+  endif()
+endfunction()

@@ -22,8 +22,9 @@ function(read_common_headers_once target)
 endfunction()
 
 # compile_by_room(TARGET WHOSE [COUNT]): TARGET, one of the `tests` or of the `products`, is compiled a room at a time if
-# PGMDEV_COMPILE_BY_ROOM says so, COUNT files at most as one, 20 if that is not said. Sources of other directories, generated
-# ones, and those of Windows, whose headers define half the dictionary, are compiled by themselves.
+# PGMDEV_COMPILE_BY_ROOM says so, COUNT files at most as one, 20 if that is not said. What only Windows has, whose headers
+# define half the dictionary, is a room of its own, and in tests compiled a file at a time, for some try the order of headers.
+# Sources of other directories and generated ones are compiled by themselves.
 function(compile_by_room target whose)
   if(NOT PGMDEV_COMPILE_BY_ROOM STREQUAL all AND NOT PGMDEV_COMPILE_BY_ROOM STREQUAL whose)
     return()
@@ -40,8 +41,15 @@ function(compile_by_room target whose)
   get_target_property(sources ${target} SOURCES)
   set(rooms "")
   foreach(source IN LISTS sources)
-    if(source MATCHES "^[^/$].*\\.cpp$" AND NOT source MATCHES "_windows\\.cpp$")
+    set(of_windows FALSE)
+    if(source MATCHES "_windows\\.cpp$")
+      set(of_windows TRUE)
+    endif()
+    if(source MATCHES "^[^/$].*\\.cpp$" AND NOT (of_windows AND whose STREQUAL tests))
       cmake_path(GET source PARENT_PATH room)
+      if(of_windows)
+        set(room of_windows)
+      endif()
       string(MAKE_C_IDENTIFIER "room_${room}" room)
       if(NOT room IN_LIST rooms)
         list(APPEND rooms ${room})
@@ -57,7 +65,7 @@ function(compile_by_room target whose)
   set(files_of_small_rooms "")
   foreach(room IN LISTS rooms)
     list(LENGTH files_of_${room} count)
-    if(count LESS few)
+    if(count LESS few AND NOT room STREQUAL room_of_windows)
       list(APPEND files_of_small_rooms ${files_of_${room}})
     else()
       compile_in_parts(${room} ${most} ${files_of_${room}})

@@ -138,7 +138,7 @@ TEST(DdbGrammar, AgreesWithAnIndependentReaderOnDamagedBodies) {
     auto random = repeatable_random(20);
     const std::string original = ref::grammar_body(ref::example_grammar());
     int accepted = 0;
-    for (int round = 0; round < 20000; ++round) {
+    for (int round = 0; round < 8000; ++round) {
         std::string body = original;
         for (auto edits = random() % 3 + 1; edits > 0; --edits) {
             const std::size_t place = random() % body.size();
@@ -156,14 +156,15 @@ TEST(DdbGrammar, AgreesWithAnIndependentReaderOnDamagedBodies) {
                     body[place] = static_cast<char>("ABC1_"[random() % 5]);
             }
         }
-        ASSERT_EQ(report_on_body(body), expected_report(body)) << round;
-        if (expected_report(body) == "(no report)") {
+        const std::string expected = expected_report(body);
+        ASSERT_EQ(report_on_body(body), expected) << round;
+        if (expected == "(no report)") {
             ++accepted;
             const DATA_SET set(ref::container(body));
             expect_equal(*build_grammar_store(set), ref::read_grammar(ref::container(body)));
         }
     }
-    EXPECT_GT(accepted, 1000);
+    EXPECT_GT(accepted, 400);
 }
 
 TEST(DdbGrammar, WhatIsKnownOfAStreamIsUsedForNoOther) {
@@ -211,7 +212,7 @@ TEST(DdbGrammar, ListsTheKeysInTheirOrder) {
 }
 
 TEST(DdbGrammar, HoldsTablesOfAllSizes) {
-    for (const std::size_t count : {1U, 31U, 32U, 33U, 127U, 128U, 129U, 5000U}) {
+    for (const std::size_t count : {1U, 31U, 32U, 33U, 127U, 128U, 129U, 1500U}) {
         ref::TABLE table;
         for (std::size_t i = 0; i < count; ++i) {
             const std::string number = std::to_string(i * 7919);

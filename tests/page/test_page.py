@@ -133,7 +133,8 @@ class Answers(PageTest):
         dump = (DUMPS / "W25Q128JV.sfdp").read_bytes()
         lines = as_words(dump)
         wide = as_words(dump, "  ")[:-1]
-        for text in (lines, wide, [*wide[:-1], wide[-1] + "  |..|"], [*wide[:-1], wide[-1] + " x"], lines[1:]):
+        for text in (lines, wide, [*wide[:-1], wide[-1] + "  |..|"], [*wide[:-1], wide[-1] + " x"], lines[1:],
+                     as_words(dump, base="o"), as_words(dump, base="d"), [*lines[:2], *lines[4:]], lines + lines):
             answer = json.loads(self.command.run("--json", "flash", "sfdp", "-", text="\n".join(text)).stdout)
             told = self.page.ask("(() => { try { return tessary.sfdp(arguments[0]); } catch { return null; } })"
                                  ".apply(null, arguments)", "\n".join(text))

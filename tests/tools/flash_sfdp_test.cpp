@@ -1,4 +1,6 @@
 #include <filesystem>
+#include <iomanip>
+#include <sstream>
 
 #include "command_fixture.h"
 #include "pgmdev_sfl_flash_info.h"
@@ -133,6 +135,65 @@ TEST(flash_sfdp, TakesFilesDigitsAndStandardInput) {
 
     const SCRATCH scratch;
     EXPECT_EQ(without_query(decoded(scratch.write("dump.txt", digits_of(bytes, " ")))), expected);
+}
+
+// As `od -t x1` prints them, with its option -A, and as `od -x` does.
+TEST(flash_sfdp, OffsetsMayBeOctalOrDecimal) {
+    const std::string bytes = read_file(dump_file("W25Q128JV"));  // FF from 10h to 80h
+    const JSON expected = without_query(decoded(dump_file("W25Q128JV")));
+    for (const int base : {8, 10, 16}) {
+        const auto offset = [base](std::size_t place) {
+            std::ostringstream text;
+            text << std::setbase(base) << std::setw(7) << std::setfill('0') << place;
+            return text.str();
+        };
+        std::string text;
+        for (std::size_t place = 0; place < bytes.size(); place += 16) {
+            if (place < 0x20 || place >= 0x80) {
+                text += offset(place) + " " + digits_of(bytes.substr(place, 16), " ") + "\n";
+            } else if (place == 0x20) {
+                text += "*\n";
+            }
+        }
+        EXPECT_EQ(without_query(decoded("-", text + offset(bytes.size()))), expected) << text;
+
+        std::string words;
+        for (const std::string& line : lines_of(words_text(bytes))) {
+            words += offset(std::stoul(line.substr(0, 7), nullptr, 16)) + line.substr(7) + "\n";
+        }
+        EXPECT_EQ(without_query(decoded("-", words)), expected) << words;
+    }
+}
+
+TEST(flash_sfdp, DumpsInWhichLinesAreMissingAreRefused) {
+    const std::string bytes = read_file(dump_file("W25Q128JV"));
+    WORDS lines = lines_of(dump_text(bytes, ": ", ""));
+    lines.erase(lines.begin() + 4);
+    const auto expect_refusal = [](const WORDS& of) {
+        std::string text;
+        for (const std::string& line : of) {
+            text += line + "\n";
+        }
+        expect_failure(run_command({"flash", "sfdp", "-"}, text), INTERNAL_ERROR,
+                       {"the SFDP dump is refused: byte 00h, signature", "when no line of it is missing"});
+    };
+    expect_refusal(lines);
+    lines.erase(lines.begin() + 2, lines.end() - 1);  // of few lines, too
+    expect_refusal(lines);
+}
+
+// Such as a second copy of the whole, or numbers that count something else.
+TEST(flash_sfdp, OffsetsThatCountNoBytesAreLeftAlone) {
+    const std::string bytes = read_file(dump_file("W25Q128JV"));
+    const JSON expected = without_query(decoded(dump_file("W25Q128JV")));
+    const std::string text = dump_text(bytes, ": ", "");
+    EXPECT_EQ(without_query(decoded("-", text + text)).at("record"), expected.at("record"));
+    std::string numbered;
+    std::size_t number = 100000;
+    for (const std::string& line : lines_of(text)) {
+        numbered += std::to_string(number++) + line.substr(8) + "\n";
+    }
+    EXPECT_EQ(without_query(decoded("-", numbered)), expected);
 }
 
 TEST(flash_sfdp, StarsOfDumpsRepeatTheLineBefore) {

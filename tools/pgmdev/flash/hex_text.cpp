@@ -19,6 +19,7 @@ std::string_view without_blanks_before(std::string_view text) {
     return first == std::string_view::npos ? std::string_view() : text.substr(first);
 }
 
+constexpr std::size_t MOST_DIGITS_OF_OFFSET = 16;
 constexpr std::size_t DIGITS_BEFORE_WORDS = 7;
 constexpr std::size_t DIGITS_OF_A_WORD = 4;
 
@@ -63,15 +64,17 @@ public:
         const auto words = bytes_of_dump_words(line);
         const DUMP_LINE parts =
             words ? DUMP_LINE{line.substr(0, DIGITS_BEFORE_WORDS), ""} : taken_apart(line, m_has_offsets);
+        const auto found = words ? words : bytes_of_hex_pairs(parts.pairs, BETWEEN_PAIRS);
         if (m_is_first) {
-            m_start = number_of(parts.offset).value_or(0);
+            m_first_offset = parts.offset;
+        } else if (found && !continue_at(parts.offset, found->empty())) {
+            return false;
+        }
+        if (!found || (m_is_first && m_repeats)) {
+            return false;
         }
         m_is_first = false;
         m_has_offsets = m_has_offsets || !parts.offset.empty();
-        const auto found = words ? words : bytes_of_hex_pairs(parts.pairs, BETWEEN_PAIRS);
-        if (!found || (m_repeats && !repeat_up_to(parts.offset)) || (m_has_words && !cut_to(parts.offset))) {
-            return false;
-        }
         m_repeats = false;
         m_has_words = words.has_value();
         m_last = *found;
@@ -84,41 +87,61 @@ public:
     std::vector<BYTE> bytes;
 
 private:
-    static std::optional<std::size_t> number_of(std::string_view offset) {
+    static std::optional<std::size_t> number_of(std::string_view offset, int base) {
+        if (offset.size() > MOST_DIGITS_OF_OFFSET) {
+            return std::nullopt;
+        }
         std::size_t number = 0;
-        const auto result = std::from_chars(offset.data(), offset.data() + offset.size(), number, 16);
-        return offset.empty() || result.ec != std::errc() ? std::nullopt : std::optional(number);
+        const char* const end = offset.data() + offset.size();
+        const auto result = std::from_chars(offset.data(), end, number, base);
+        return offset.empty() || result.ec != std::errc() || result.ptr != end ? std::nullopt : std::optional(number);
     }
 
     /// How many bytes stand before the offset; nothing when it is no such number.
-    std::optional<std::size_t> bytes_before(std::string_view offset) const {
-        const std::optional<std::size_t> end = number_of(offset);
-        return !end || *end < m_start || *end - m_start > m_most ? std::nullopt : std::optional(*end - m_start);
+    std::optional<std::size_t> bytes_before(std::string_view offset, int base) const {
+        const std::size_t start = number_of(m_first_offset, base).value_or(0);
+        const std::optional<std::size_t> end = number_of(offset, base);
+        return !end || *end < start ? std::nullopt : std::optional(*end - start);
     }
 
-    bool repeat_up_to(std::string_view offset) {
-        const std::optional<std::size_t> end = bytes_before(offset);
-        if (!end || m_last.empty()) {
-            return false;
+    /// Whether a line may follow behind that many bytes.
+    bool may_end_at(std::size_t end) const {
+        if (m_repeats) {
+            return !m_last.empty() && end >= bytes.size() && end <= m_most && (end - bytes.size()) % m_last.size() == 0;
         }
-        while (bytes.size() < *end) {
+        // The last number of two bytes has a zero more where the bytes are odd; the offset behind it tells.
+        return end == bytes.size() || (m_has_words && end + 1 == bytes.size() && bytes.back() == 0);
+    }
+
+    /// Goes on with the line of this offset, in the bases in which all of them have led to where they stand. False: bytes are
+    /// missing before it, or it does not tell how often a line is repeated.
+    bool continue_at(std::string_view offset, bool is_end) {
+        std::vector<int> bases;
+        for (const int base : m_bases) {
+            const std::optional<std::size_t> end = bytes_before(offset, base);
+            if (end && may_end_at(*end)) {
+                bases.push_back(base);
+            }
+        }
+        if (bases.empty()) {
+            const bool leaves_a_gap = m_counts && !is_end && bytes_before(offset, m_bases.front()) > bytes.size();
+            return !m_repeats && !m_has_words && !leaves_a_gap;
+        }
+        m_bases = std::move(bases);
+        m_counts = true;
+        const std::size_t end = *bytes_before(offset, m_bases.front());
+        while (bytes.size() < end) {
             bytes.insert(bytes.end(), m_last.begin(), m_last.end());
         }
-        return bytes.size() == *end;
-    }
-
-    /// The last number of two bytes has a zero more where the bytes are odd; the offset behind it tells.
-    bool cut_to(std::string_view offset) {
-        const std::optional<std::size_t> end = bytes_before(offset);
-        if (end && *end + 1 == bytes.size() && bytes.back() == 0) {
-            bytes.pop_back();
-        }
-        return end == bytes.size();
+        bytes.resize(end);
+        return true;
     }
 
     std::size_t m_most;
     std::vector<BYTE> m_last;
-    std::size_t m_start = 0;
+    std::string m_first_offset;
+    std::vector<int> m_bases{16, 8, 10};  ///< of the offsets, as far as can be told: `xxd`, `od`, `od -A d`
+    bool m_counts = false;                ///< an offset has told what it counts
     bool m_is_first = true;
     bool m_has_offsets = false;
     bool m_has_words = false;  ///< the line before

@@ -2,6 +2,7 @@
 
 #include <fmt/core.h>
 
+#include <algorithm>
 #include <array>
 #include <iostream>
 #include <optional>
@@ -68,6 +69,14 @@ std::optional<std::string> stream_contents(const std::string& stream) {
     return result == READ_RESULT::READ ? std::optional(std::move(contents)) : std::nullopt;
 }
 
+/// What was not taken for a text of digits, but may have been meant as one.
+bool begins_as_digits(std::span<const BYTE> bytes) {
+    const auto beginning = bytes.first(std::min(bytes.size(), SFDP_SIGNATURE.size()));
+    return !beginning.empty() && std::all_of(beginning.begin(), beginning.end(), [](BYTE byte) {
+        return (byte >= '0' && byte <= '9') || (byte >= 'A' && byte <= 'F') || (byte >= 'a' && byte <= 'f');
+    });
+}
+
 COMMAND_FAILURE unreadable_dump(const std::string& path, const std::string& why) {
     return COMMAND_FAILURE({FAILURE_CODE::FILE_UNREADABLE,
                             "the dump cannot be read: " + why,
@@ -114,11 +123,15 @@ std::vector<BYTE> sfdp_bytes(const std::string& argument) {
 PGMDEV_FLASH_SFDP read_sfdp(std::span<const BYTE> bytes, const std::string& path) {
     PGMDEV_FLASH_SFDP sfdp = PGMDEV_FLASH_SFDP::from_bytes(bytes);
     if (sfdp.refusal()) {
+        const char* const advice = begins_as_digits(bytes)
+                                       ? "a text of hexadecimal digits is read when no line of it is missing or of "
+                                         "another form: print it as xxd does"
+                                       : "read the area again from address 0, to the end of its last table";
         throw COMMAND_FAILURE({FAILURE_CODE::SFDP_REFUSED,
                                "the SFDP dump is refused: " + PGMDEV_FLASH_SFDP::describe(*sfdp.refusal()),
                                path,
                                {},
-                               "read the area again from address 0, to the end of its last table",
+                               advice,
                                {}});
     }
     return sfdp;

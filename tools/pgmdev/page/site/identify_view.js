@@ -114,7 +114,7 @@ function identify_answer(response, dump) {
     if (trim_white(dump) !== "") {
         const bytes = bytes_of_hex_text(dump);
         if (bytes === null) {
-            return wrong_input("The dump is no text of hexadecimal digits.");
+            return wrong_input("The dump is no text of hexadecimal digits, or lines are missing in it.");
         }
         sfdp = read_sfdp(bytes);
         if (sfdp.refusal) {

@@ -257,11 +257,7 @@ TEST(flash_log, SuggestsNamesThatTheTableHas) {
 TEST(flash_log, ReadsOnlyTheBeginningOfLongLinesAndFiles) {
     const std::string late = std::string(5000, 'x') + " JEDEC ID: EF4018\n";
     EXPECT_EQ(found_in(late).exit_code, NOT_FOUND);
-    std::string lines;
-    while (lines.size() < 17 << 20) {
-        lines += "nothing of what was read stands in any of these lines, of which there are many\n";
-    }
-    EXPECT_EQ(found_in(lines + "JEDEC ID: EF4018\n").exit_code, NOT_FOUND);
+    EXPECT_EQ(found_in(std::string(17 << 20, '\n') + "JEDEC ID: EF4018\n").exit_code, NOT_FOUND);
 }
 
 TEST(flash_log, ReadsAFile) {

@@ -36,12 +36,7 @@ inline std::string key_of(int table, const std::string& entry) {
     static const std::vector<KEYS> ALL = [] {
         std::vector<KEYS> all;
         for (const ref::MAP& map : tables()) {
-            KEYS& keys = all.emplace_back();
-            for (const auto& [key, entries] : map) {
-                for (const std::string& each : entries) {
-                    keys.try_emplace(each, key);  // ascending order of keys: the first one stays
-                }
-            }
+            all.push_back(ref::keys_by_walk(map));
         }
         return all;
     }();

@@ -51,10 +51,11 @@ TABLES with_table(std::size_t place, const ref::TABLE& table) {
 /// Compares every key and every entry of a store with the maps of the independent reader.
 void expect_equal(const GRAMMAR_STORE& store, const std::vector<ref::MAP>& maps) {
     for (DWORD type = 0; type < maps.size(); ++type) {
+        const auto keys = ref::keys_by_walk(maps[type]);
         for (const auto& [key, entries] : maps[type]) {
             ASSERT_EQ(forward_lookup(&store, TYPE(type), std::string(key)), entries);
             for (const std::string& entry : entries) {
-                ASSERT_EQ(store.tables[type]->key_of(entry), ref::walk(maps[type], entry));
+                ASSERT_EQ(store.tables[type]->key_of(entry), keys.at(entry));
             }
         }
     }
@@ -135,10 +136,11 @@ TEST(DdbGrammar, RefusesEveryTruncation) {
 }
 
 TEST(DdbGrammar, AgreesWithAnIndependentReaderOnDamagedBodies) {
+    constexpr int ROUNDS = 20 * TEST_ROUNDS;
     auto random = repeatable_random(20);
     const std::string original = ref::grammar_body(ref::example_grammar());
     int accepted = 0;
-    for (int round = 0; round < 8000; ++round) {
+    for (int round = 0; round < ROUNDS; ++round) {
         std::string body = original;
         for (auto edits = random() % 3 + 1; edits > 0; --edits) {
             const std::size_t place = random() % body.size();
@@ -164,7 +166,7 @@ TEST(DdbGrammar, AgreesWithAnIndependentReaderOnDamagedBodies) {
             expect_equal(*build_grammar_store(set), ref::read_grammar(ref::container(body)));
         }
     }
-    EXPECT_GT(accepted, 400);
+    EXPECT_GT(accepted, ROUNDS / 20);
 }
 
 TEST(DdbGrammar, WhatIsKnownOfAStreamIsUsedForNoOther) {
@@ -212,7 +214,7 @@ TEST(DdbGrammar, ListsTheKeysInTheirOrder) {
 }
 
 TEST(DdbGrammar, HoldsTablesOfAllSizes) {
-    for (const std::size_t count : {1U, 31U, 32U, 33U, 127U, 128U, 129U, 1500U}) {
+    for (const std::size_t count : {1U, 31U, 32U, 33U, 127U, 128U, 129U, 5000U}) {
         ref::TABLE table;
         for (std::size_t i = 0; i < count; ++i) {
             const std::string number = std::to_string(i * 7919);

@@ -12,6 +12,7 @@
 #include <numeric>
 #include <stdexcept>
 #include <string>
+#include <unordered_map>
 #include <utility>
 #include <vector>
 
@@ -187,6 +188,17 @@ inline std::string walk(const MAP& map, const std::string& entry) {
         }
     }
     return {};
+}
+
+/// What a walk finds for each entry.
+inline std::unordered_map<std::string, std::string> keys_by_walk(const MAP& map) {
+    std::unordered_map<std::string, std::string> keys;
+    for (const auto& [key, entries] : map) {
+        for (const std::string& each : entries) {
+            keys.try_emplace(each, key);
+        }
+    }
+    return keys;
 }
 
 /// A small grammar: a device with packages, one whose full name is all its names, one without packages.

@@ -309,6 +309,8 @@ class Use(PageTest):
         self.page.find("#response").clear()
         self.page.find("#response").send_keys("EF4")
         self.assertIn("is not an identification response", self.page.find("#identify-answer .verdict").text)
+        self.page.find("#dump").send_keys("53464450 xyz")
+        self.assertIn("no text of hexadecimal digits, or lines are missing", self.page.find("#identify-answer .verdict").text)
         self.page.open("#/names")
         self.page.find("#name").send_keys("kes75f169")
         self.assertIn("Stands for 5 parts", self.page.find("#name-answer").text)

@@ -64,11 +64,16 @@ TEST(FlashDefaultRows, AreTakenAsWalksOverAllRowsTakeThem) {
     EXPECT_GT(*std::min_element(seen.begin(), seen.end()), 20);
 }
 
-TEST(FlashDefaultRows, AreFewForManyRowsOfOneName) {
-    constexpr DWORD MANY = 100000;
-    FLASH_PROBE manager;
+constexpr DWORD MANY = 100000;
+
+void give_many_rows(FLASH_PROBE& manager) {
     manager.m_flash_database = new RECORD[MANY];
     manager.m_flash_count = MANY;
+}
+
+TEST(FlashDefaultRows, AreFewForManyRowsOfOneName) {
+    FLASH_PROBE manager;
+    give_many_rows(manager);
     for (DWORD i = 0; i < MANY; ++i) {
         manager.m_flash_database[i].device_name = i % 2 == 0 ? "ONE" : "one";
     }
@@ -81,10 +86,8 @@ TEST(FlashDefaultRows, AreFewForManyRowsOfOneName) {
 
 // Their bytes are none of ASCII, which are all alike to the hash of names: compared with each other, these would take a minute.
 TEST(FlashDefaultRows, OfNamesThatAreMadeToBeAlike) {
-    constexpr DWORD MANY = 100000;
     FLASH_PROBE manager;
-    manager.m_flash_database = new RECORD[MANY];
-    manager.m_flash_count = MANY;
+    give_many_rows(manager);
     for (DWORD i = 0; i < MANY; ++i) {
         RECORD& record = manager.m_flash_database[i];
         for (DWORD rest = i, digit = 0; digit < 3; ++digit, rest /= 100) {

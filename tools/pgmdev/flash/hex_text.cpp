@@ -65,13 +65,11 @@ public:
         const DUMP_LINE parts =
             words ? DUMP_LINE{line.substr(0, DIGITS_BEFORE_WORDS), ""} : taken_apart(line, m_has_offsets);
         const auto found = words ? words : bytes_of_hex_pairs(parts.pairs, BETWEEN_PAIRS);
-        if (m_is_first) {
-            m_first_offset = parts.offset;
-        } else if (found && !continue_at(parts.offset, found->empty())) {
+        if (!found || (m_is_first ? m_repeats : !continue_at(parts.offset, found->empty()))) {
             return false;
         }
-        if (!found || (m_is_first && m_repeats)) {
-            return false;
+        if (m_is_first) {
+            m_first_offset = parts.offset;
         }
         m_is_first = false;
         m_has_offsets = m_has_offsets || !parts.offset.empty();

@@ -100,13 +100,14 @@ class DumpBytes {
         const { offset, pairs } =
             words === null ? dump_line(line, this.#has_offsets) : { offset: line.slice(0, 7), pairs: "" };
         const found = words ?? bytes_of_hex_pairs(pairs, " \t,:-");
-        if (this.#is_first) {
-            this.#first_offset = offset;
-        } else if (found !== null && !this.#continue_at(offset, found.length === 0)) {
+        if (
+            found === null ||
+            (this.#is_first ? this.repeats : !this.#continue_at(offset, found.length === 0))
+        ) {
             return false;
         }
-        if (found === null || (this.#is_first && this.repeats)) {
-            return false;
+        if (this.#is_first) {
+            this.#first_offset = offset;
         }
         this.#is_first = false;
         this.#has_offsets = this.#has_offsets || offset !== "";

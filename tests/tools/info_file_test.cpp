@@ -122,6 +122,18 @@ TEST(info_file, ADamagedTextShows) {
     }
 }
 
+#ifndef _WIN32  // whose names have no such characters
+TEST(info_file, TheNameOfATableMakesNoKeys) {
+    SCRATCH scratch;
+    const std::string csv = scratch.write("a\ndatabase_sha256 = 0\n.csv", FLASH_SOURCE().row().text());
+    const std::string pcf = scratch.path("out.pcf");
+    ASSERT_EQ(run_command({"flash", "compile", csv, pcf}).exit_code, DONE);
+    EXPECT_NE(read_file(pcf + ".info").find("\nsource = a\\x0Adatabase_sha256 = 0\\x0A.csv\nsource_sha256 = "),
+              std::string::npos);
+    EXPECT_EQ(run_command({"flash", "verify", pcf}).exit_code, DONE);
+}
+#endif
+
 TEST(info_file, FurtherKeysAreLeftAlone) {
     const COMPILED compiled;
     compiled.scratch.write("out.pcf.info", "# ours\ncolour = red\n" + compiled.info());

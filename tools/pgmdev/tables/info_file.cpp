@@ -11,6 +11,7 @@
 #include "files/file_bytes.h"
 #include "fio.h"
 #include "pgmdev_version.h"
+#include "printable_text.h"
 #include "terminal/schema.h"
 #include "utf8_path.h"
 
@@ -33,8 +34,9 @@ constexpr std::array<INFO_KEY, 7> KEYS{{
     {"compiled_by", &DATABASE_INFO::compiled_by},
 }};
 
+/// In one line: a name with a line feed must not make keys of its own.
 std::string file_name_of(const std::string& path) {
-    return utf8_from_path(path_from_utf8(path).filename());
+    return printable(utf8_from_path(path_from_utf8(path).filename()));
 }
 
 bool take(std::string_view text, std::string& value) {

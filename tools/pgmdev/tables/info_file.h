@@ -12,7 +12,7 @@
 #include "terminal/json.h"
 
 struct DATABASE_INFO {
-    std::string database;         ///< its file name, without directories
+    std::string database;         ///< its file name, without directories, and what commands a terminal shown as \xNN
     std::string database_sha256;  ///< in lower-case hexadecimal digits
     std::string source;           ///< file name of the source table, likewise
     std::string source_sha256;

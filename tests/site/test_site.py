@@ -18,7 +18,8 @@ from browser import DESKTOP, PHONE, Page, browser  # noqa: E402
 
 FIRST, GUIDE, HEADER = "index.html", "docs/architecture.html", "reference/library/pgmdev_flash_manager.html"
 PAGES = [FIRST, "README.html", GUIDE, HEADER, "search.html?q=erase"]
-LOOKS = {"light": (DESKTOP, "light"), "dark": (DESKTOP, "dark"), "phone": (PHONE, "light")}
+# With the rules of the accessibility checker that may tell something else there: in the dark nothing but the colours differs.
+LOOKS = {"light": ((DESKTOP, "light"), None), "dark": ((DESKTOP, "dark"), ["color-contrast"]), "phone": ((PHONE, "light"), None)}
 ADDRESS = re.compile(r"https?://[a-z0-9-]+(\.[a-z0-9-]+)+(:\d+)?(/[^\s<>\"]*)?")
 
 
@@ -123,9 +124,9 @@ class InABrowser(SiteTest):
 
     def test_everybody_can_use_it(self):
         for address in PAGES:
-            for name, look in LOOKS.items():
+            for name, (look, rules) in LOOKS.items():
                 self.open(address, *look)
-                self.assertEqual(self.page.violations(), [], f"{address}, {name}")
+                self.assertEqual(self.page.violations(rules), [], f"{address}, {name}")
                 self.assertLessEqual(self.page.ask("document.documentElement.scrollWidth"), look[0][0], address)
                 picture = f"{pathlib.Path(address.split('?')[0]).stem}-{name}.png"
                 self.assertTrue(self.driver.save_screenshot(str(self.screenshots / picture)))

@@ -135,13 +135,30 @@ class Answers(PageTest):
         wide = as_words(dump, "  ")[:-1]
         for text in (lines, wide, [*wide[:-1], wide[-1] + "  |..|"], [*wide[:-1], wide[-1] + " x"], lines[1:],
                      as_words(dump, base="o"), as_words(dump, base="d"), [*lines[:2], *lines[4:]], lines + lines):
-            answer = json.loads(self.command.run("--json", "flash", "sfdp", "-", text="\n".join(text)).stdout)
-            told = self.page.ask("(() => { try { return tessary.sfdp(arguments[0]); } catch { return null; } })"
-                                 ".apply(null, arguments)", "\n".join(text))
-            if "error" in answer:
-                self.assertTrue(told is None or "refusal" in told, text)
-            else:
-                self.assertEqual(told, without(answer, "query", "found"), text)
+            self.reads_as_the_command_does(text)
+
+    def test_it_reads_numbers_of_more_bytes_in_the_order_that_the_signature_tells(self):
+        dump = (DUMPS / "W25Q128JV.sfdp").read_bytes()
+        read = []
+        for size in (2, 4, 8):
+            for order in ("little", "big"):
+                for form in ({"width": 8, "behind": ":", "start": 0x80000000}, {"width": 6}, {"base": "o"}, {"width": 0}):
+                    lines = as_words(dump, size=size, order=order, **form)
+                    shown = [line if line in ("", "*") else line + "    SFDP............" for line in lines[:-1]]
+                    kinds = [lines, shown, [*lines[:-3], *lines[-2:]], [lines[0].replace("53", "13", 1), *lines[1:]]]
+                    read += [self.reads_as_the_command_does(text) for text in kinds]
+        self.assertEqual(collections.Counter(read), {True: 48, False: 48})
+
+    def reads_as_the_command_does(self, lines):
+        """Whether both read the dump."""
+        answer = json.loads(self.command.run("--json", "flash", "sfdp", "-", text="\n".join(lines)).stdout)
+        told = self.page.ask("(() => { try { return tessary.sfdp(arguments[0]); } catch { return null; } })"
+                             ".apply(null, arguments)", "\n".join(lines))
+        if "error" in answer:
+            self.assertTrue(told is None or "refusal" in told, lines)
+        else:
+            self.assertEqual(told, without(answer, "query", "found"), lines)
+        return "error" not in answer
 
     def test_it_compares_the_record_with_what_the_flash_says(self):
         lines = (DUMPS / "index.csv").read_text(encoding="utf-8").splitlines()[1:]

@@ -178,6 +178,8 @@ TEST(flash_log, TellsThatALogTellsNothing) {
           std::string("53 46 44 50 06 01 01 ff\n"), std::string("JEDEC ID: EF\n"),
           std::string("read: 0x53 0x46 0x44 0x50 0x06\n"), std::string("read: 0xff 0xff 0x53 0x46 0x44 0x50 0x06\n"),
           std::string("read id\nread: 0x53 0x46 0x44 0x50 0x06\n"),
+          std::string("00000000: 50444653 ff010106 10000109 ff000030    SFDP............\n"),
+          std::string("0000000 5346 4450 0601 00ff\n"), std::string("00000000 ff01010650444653\n"),
           std::string("tx: 0x03 0x00 0x00 0x00\nrx: 0xef 0x40 0x18\n")}) {
         const PROCESS_RESULT result = found_in(log);
         EXPECT_EQ(result.exit_code, NOT_FOUND);

@@ -165,3 +165,18 @@ TEST(flash_sfdp, RefusesNumbersThatAreNotWhereTheirOffsetsSay) {
     }
     expect_failure(run_command({"flash", "sfdp", "-"}, text), INTERNAL_ERROR, {"byte 00h, signature"});
 }
+
+// Eight digits may be bytes, or an offset before bytes, where numbers of four bytes might be as well.
+TEST(flash_sfdp, PairsStayPairsBesideNumbers) {
+    const std::string bytes = read_file(dump_file("W25Q128JV"));
+    const JSON expected = without_query(decoded(dump_file("W25Q128JV")));
+    std::string groups;  // of four bytes, and a last line of single ones
+    for (std::size_t place = 0; place + 4 < bytes.size(); place += 4) {
+        groups += digits_of(bytes.substr(place, 4), "") + (place % 16 == 12 ? "\n" : " ");
+    }
+    EXPECT_EQ(without_query(decoded("-", groups + "\n" + digits_of(bytes.substr(bytes.size() - 4), " "))), expected);
+
+    std::string turned = dump_text(bytes, " ", "");
+    turned.replace(0, 8, "50444653");  // an offset like any other, which the next one does not follow
+    EXPECT_EQ(without_query(decoded("-", turned)), expected);
+}

@@ -1,6 +1,7 @@
 #include "flash/hex_text.h"
 
 #include <algorithm>
+#include <array>
 #include <charconv>
 #include <string>
 
@@ -20,17 +21,53 @@ std::string_view without_blanks_before(std::string_view text) {
 }
 
 constexpr std::size_t MOST_DIGITS_OF_OFFSET = 16;
-constexpr std::size_t DIGITS_BEFORE_WORDS = 7;
-constexpr std::size_t DIGITS_OF_A_WORD = 4;
+constexpr std::size_t DIGITS_BEFORE_WORDS = 7;  // as `hexdump` and `od -x` print them
 
-/// A line of a dump, taken apart.
-struct DUMP_LINE {
-    std::string_view offset;  ///< "": it has none
-    std::string_view pairs;
+/// How a dump prints numbers.
+struct WORD_FORM {
+    std::size_t size;  ///< in bytes
+    bool lowest_first;
+    bool has_offsets;
 };
 
-/// `has_offsets`: the lines before have some, so that a number alone is the last one.
-DUMP_LINE taken_apart(std::string_view line, bool has_offsets) {
+constexpr WORD_FORM HEXDUMP_FORM{2, true, true};
+
+/// In which a first line may begin with the signature.
+constexpr std::array WORD_FORMS{
+    WORD_FORM{4, true, true}, WORD_FORM{4, false, true}, WORD_FORM{4, true, false}, WORD_FORM{4, false, false},
+    WORD_FORM{2, true, true}, WORD_FORM{2, false, true}, WORD_FORM{2, true, false}, WORD_FORM{2, false, false},
+    WORD_FORM{8, true, true}, WORD_FORM{8, false, true}, WORD_FORM{8, true, false}, WORD_FORM{8, false, false},
+};
+
+/// The bytes of numbers, behind which characters may stand.
+std::optional<std::vector<BYTE>> bytes_of_words(std::string_view rest, const WORD_FORM& form) {
+    std::vector<BYTE> bytes;
+    while (!rest.empty()) {
+        const std::string_view text = without_blanks_before(rest);
+        const std::size_t end = std::min(text.find_first_of(BLANKS), text.size());
+        auto word = end == 2 * form.size ? bytes_of_hex_pairs(text.substr(0, end), "") : std::nullopt;
+        if (!word || word->size() != form.size) {
+            const bool characters_follow = rest.starts_with("  ");
+            return bytes.empty() || !characters_follow ? std::nullopt : std::optional(std::move(bytes));
+        }
+        if (form.lowest_first) {
+            std::reverse(word->begin(), word->end());
+        }
+        bytes.insert(bytes.end(), word->begin(), word->end());
+        rest = text.substr(end);
+    }
+    return bytes;
+}
+
+/// A line of a dump.
+struct DUMP_LINE {
+    std::string_view offset;  ///< "": it has none
+    std::vector<BYTE> bytes;
+    std::size_t most_padding = 0;  ///< zeros that may complete its last number; where any may, offsets must be right
+};
+
+/// Offset and pairs of a line. `has_offsets`: the lines before have some, so that a number alone is the last one.
+std::array<std::string_view, 2> taken_apart(std::string_view line, bool has_offsets) {
     constexpr std::size_t DIGITS_BEFORE_COLON = 4;   // at least
     constexpr std::size_t DIGITS_BEFORE_BLANKS = 6;  // at least: fewer may be bytes
     const std::size_t end = line.find_first_not_of(HEX_DIGITS);
@@ -50,6 +87,28 @@ DUMP_LINE taken_apart(std::string_view line, bool has_offsets) {
     return {"", line};
 }
 
+/// Of pairs, or of numbers that the line alone tells.
+std::optional<DUMP_LINE> line_of_pairs(std::string_view line, bool has_offsets) {
+    if (auto words = bytes_of_dump_words(line)) {
+        return DUMP_LINE{line.substr(0, DIGITS_BEFORE_WORDS), *std::move(words), HEXDUMP_FORM.size - 1};
+    }
+    const auto [offset, pairs] = taken_apart(line, has_offsets);
+    auto bytes = bytes_of_hex_pairs(pairs, BETWEEN_PAIRS);
+    return bytes ? std::optional(DUMP_LINE{offset, *std::move(bytes)}) : std::nullopt;
+}
+
+std::optional<DUMP_LINE> line_of_words(std::string_view line, const WORD_FORM& form) {
+    if (!form.has_offsets) {
+        auto bytes = bytes_of_words(line, form);
+        return bytes ? std::optional(DUMP_LINE{"", *std::move(bytes)}) : std::nullopt;
+    }
+    const std::size_t end = std::min(line.find_first_not_of(HEX_DIGITS), line.size());
+    const std::size_t words = end + (line.substr(end).starts_with(':') ? 1 : 0);
+    auto bytes = bytes_of_words(line.substr(words), form);  // none of the last offset
+    return bytes && end > 0 ? std::optional(DUMP_LINE{line.substr(0, end), *std::move(bytes), form.size - 1})
+                            : std::nullopt;
+}
+
 /// The bytes of a dump, put together of its lines.
 class DUMP_BYTES {
 public:
@@ -61,21 +120,22 @@ public:
             m_repeats = true;
             return true;
         }
-        const auto words = bytes_of_dump_words(line);
-        const DUMP_LINE parts =
-            words ? DUMP_LINE{line.substr(0, DIGITS_BEFORE_WORDS), ""} : taken_apart(line, m_has_offsets);
-        const auto found = words ? words : bytes_of_hex_pairs(parts.pairs, BETWEEN_PAIRS);
-        if (!found || (m_is_first ? m_repeats : !continue_at(parts.offset, found->empty()))) {
+        std::optional<DUMP_LINE> found = m_form ? line_of_words(line, *m_form) : line_of_pairs(line, m_has_offsets);
+        if (m_is_first && !(found && begins_as_sfdp(found->bytes))) {
+            m_form = form_of(line);
+            found = m_form ? line_of_words(line, *m_form) : found;
+        }
+        if (!found || (m_is_first ? m_repeats : !continue_at(found->offset, found->bytes.empty()))) {
             return false;
         }
         if (m_is_first) {
-            m_first_offset = parts.offset;
+            m_first_offset = found->offset;
         }
         m_is_first = false;
-        m_has_offsets = m_has_offsets || !parts.offset.empty();
+        m_has_offsets = m_has_offsets || !found->offset.empty();
         m_repeats = false;
-        m_has_words = words.has_value();
-        m_last = *found;
+        m_most_padding = found->most_padding;
+        m_last = std::move(found->bytes);
         bytes.insert(bytes.end(), m_last.begin(), m_last.end());
         return bytes.size() <= m_most;
     }
@@ -85,6 +145,17 @@ public:
     std::vector<BYTE> bytes;
 
 private:
+    /// Of numbers that begin with the signature, which tells how they are to be read.
+    static std::optional<WORD_FORM> form_of(std::string_view line) {
+        for (const WORD_FORM& form : WORD_FORMS) {
+            const auto words = line_of_words(line, form);
+            if (words && begins_as_sfdp(words->bytes)) {
+                return form;
+            }
+        }
+        return std::nullopt;
+    }
+
     static std::optional<std::size_t> number_of(std::string_view offset, int base) {
         if (offset.size() > MOST_DIGITS_OF_OFFSET) {
             return std::nullopt;
@@ -107,8 +178,10 @@ private:
         if (m_repeats) {
             return !m_last.empty() && end >= bytes.size() && end <= m_most && (end - bytes.size()) % m_last.size() == 0;
         }
-        // The last number of two bytes has a zero more where the bytes are odd; the offset behind it tells.
-        return end == bytes.size() || (m_has_words && end + 1 == bytes.size() && bytes.back() == 0);
+        // Zeros complete the last number; the offset behind it tells how many.
+        return end <= bytes.size() && bytes.size() - end <= m_most_padding &&
+               std::all_of(bytes.end() - static_cast<std::ptrdiff_t>(bytes.size() - end), bytes.end(),
+                           [](BYTE byte) { return byte == 0; });
     }
 
     /// Goes on with the line of this offset, in the bases in which all of them have led to where they stand. False: bytes are
@@ -123,7 +196,7 @@ private:
         }
         if (bases.empty()) {
             const bool leaves_a_gap = m_counts && !is_end && bytes_before(offset, m_bases.front()) > bytes.size();
-            return !m_repeats && !m_has_words && !leaves_a_gap;
+            return !m_repeats && m_most_padding == 0 && !leaves_a_gap;
         }
         m_bases = std::move(bases);
         m_counts = true;
@@ -136,35 +209,29 @@ private:
     }
 
     std::size_t m_most;
+    std::optional<WORD_FORM> m_form;  ///< of all lines, where the first one has told it
     std::vector<BYTE> m_last;
     std::string m_first_offset;
     std::vector<int> m_bases{16, 8, 10};  ///< of the offsets, as far as can be told: `xxd`, `od`, `od -A d`
     bool m_counts = false;                ///< an offset has told what it counts
     bool m_is_first = true;
     bool m_has_offsets = false;
-    bool m_has_words = false;  ///< the line before
+    std::size_t m_most_padding = 0;  ///< of the line before
     bool m_repeats = false;
 };
 
 }  // namespace
 
+bool begins_as_sfdp(std::span<const BYTE> bytes) {
+    constexpr std::array<BYTE, 4> SIGNATURE{'S', 'F', 'D', 'P'};
+    return bytes.size() >= SIGNATURE.size() && std::equal(SIGNATURE.begin(), SIGNATURE.end(), bytes.begin());
+}
+
 std::optional<std::vector<BYTE>> bytes_of_dump_words(std::string_view line) {
     if (line.find_first_not_of(HEX_DIGITS) != DIGITS_BEFORE_WORDS) {
         return std::nullopt;
     }
-    std::vector<BYTE> bytes;
-    for (std::string_view rest = line.substr(DIGITS_BEFORE_WORDS); !rest.empty();) {
-        const std::string_view text = without_blanks_before(rest);
-        const std::size_t end = std::min(text.find_first_of(BLANKS), text.size());
-        const auto word = end == DIGITS_OF_A_WORD ? bytes_of_hex_pairs(text.substr(0, end), "") : std::nullopt;
-        if (!word || word->size() != 2) {
-            const bool characters_follow = rest.starts_with("  ");
-            return bytes.empty() || !characters_follow ? std::nullopt : std::optional(std::move(bytes));
-        }
-        bytes.insert(bytes.end(), word->rbegin(), word->rend());
-        rest = text.substr(end);
-    }
-    return bytes;
+    return bytes_of_words(line.substr(DIGITS_BEFORE_WORDS), HEXDUMP_FORM);
 }
 
 std::optional<std::vector<BYTE>> bytes_of_hex_text(std::string_view text, std::size_t most) {

@@ -91,6 +91,12 @@ BYTES dumped_in(std::string text) {
     return all;
 }
 
+/// Whether a flash tells by these bytes of a line what it is able to do; a dump may print them as numbers.
+bool describes_itself(const BYTES& bytes, const std::string& line) {
+    const auto dumped = bytes_of_hex_text(line, line.size());
+    return begins_as_sfdp(bytes) || (dumped && begins_as_sfdp(*dumped));
+}
+
 }  // namespace
 
 std::vector<BYTE> dump_in(const std::string& line) {
@@ -100,9 +106,7 @@ std::vector<BYTE> dump_in(const std::string& line) {
         all = dumped_in(text);
     }
     all = without_command(std::move(all), true);
-    constexpr std::array<BYTE, 4> SELF_DESCRIPTION{'S', 'F', 'D', 'P'};
-    const bool describes = all.size() >= 4 && std::equal(SELF_DESCRIPTION.begin(), SELF_DESCRIPTION.end(), all.begin());
-    return all.size() < LEAST_IDENTIFICATION || describes ? BYTES() : all;
+    return all.size() < LEAST_IDENTIFICATION || describes_itself(all, text) ? BYTES() : all;
 }
 
 bool asks_for_no_identification(const std::string& line) {

@@ -42,9 +42,34 @@ function append(bytes, more) {
     }
 }
 
-/// A line of a dump: its offset, "" for none, and its pairs. `has_offsets`: lines before have some, so that a number
+/// How dumps print numbers: their bytes, whether the lowest is the first, and whether offsets stand before them.
+const word_form = (size, lowest_first, has_offsets) => ({ size, lowest_first, has_offsets });
+const HEXDUMP_FORM = word_form(2, true, true);
+
+/// In which a first line may begin with the signature.
+const WORD_FORMS = [4, 2, 8].flatMap((size) => [
+    word_form(size, true, true),
+    word_form(size, false, true),
+    word_form(size, true, false),
+    word_form(size, false, false),
+]);
+
+/// The bytes of numbers, behind which characters may stand. Null: it is no such text.
+function bytes_of_words(text, { size, lowest_first }) {
+    const bytes = [];
+    const next = new RegExp(`[ \\t]*([0-9A-Fa-f]{${2 * size}})(?![^ \\t])`, "y");
+    let end = 0;
+    for (let found; (found = next.exec(text)) !== null; end = next.lastIndex) {
+        const word = found[1].match(/../g).map((pair) => parseInt(pair, 16));
+        append(bytes, lowest_first ? word.reverse() : word);
+    }
+    const rest = text.slice(end);
+    return rest === "" || (end > 0 && rest.startsWith("  ")) ? bytes : null;
+}
+
+/// The offset of a line of a dump, "" for none, and its pairs. `has_offsets`: lines before have some, so that a number
 /// alone is the last one.
-function dump_line(line, has_offsets) {
+function taken_apart(line, has_offsets) {
     const number = /^[0-9A-Fa-f]*/.exec(line)[0];
     const rest = line.slice(number.length);
     if (number.length >= 4 && rest.startsWith(":")) {
@@ -60,17 +85,31 @@ function dump_line(line, has_offsets) {
     return { offset: "", pairs: line };
 }
 
-/// The bytes of a line as `hexdump` prints it without options, and `od -x`: numbers of two bytes, the lowest first, behind an
-/// offset of seven digits. Null: it is no such line.
-function bytes_of_dump_words(line) {
-    const words = /^[0-9A-Fa-f]{7}((?:[ \t]+[0-9A-Fa-f]{4}(?=[ \t]|$))+)(.*)$/s.exec(line);
-    return words === null || (words[2] !== "" && !words[2].startsWith("  "))
-        ? null
-        : words[1].match(/[0-9A-Fa-f]{4}/g).flatMap((word) => [
-              parseInt(word.slice(2), 16),
-              parseInt(word.slice(0, 2), 16),
-          ]);
+/// A line of a dump: its offset, "" for none, its bytes, and how many zeros may complete its last number; where any may,
+/// offsets must be right. Null: it is no such line.
+function dump_line(offset, bytes, most_padding) {
+    return bytes === null ? null : { offset, bytes, most_padding };
 }
+
+/// Of pairs, or of numbers as `hexdump` prints them without options, and `od -x`: behind an offset of seven digits.
+function line_of_pairs(line, has_offsets) {
+    const words = /^[0-9A-Fa-f]{7}[ \t]/.test(line) ? bytes_of_words(line.slice(7), HEXDUMP_FORM) : null;
+    if (words !== null) {
+        return dump_line(line.slice(0, 7), words, HEXDUMP_FORM.size - 1);
+    }
+    const { offset, pairs } = taken_apart(line, has_offsets);
+    return dump_line(offset, bytes_of_hex_pairs(pairs, " \t,:-"), 0);
+}
+
+function line_of_words(line, form) {
+    if (!form.has_offsets) {
+        return dump_line("", bytes_of_words(line, form), 0);
+    }
+    const [, offset, words] = /^([0-9A-Fa-f]*):?(.*)$/s.exec(line);
+    return offset === "" ? null : dump_line(offset, bytes_of_words(words, form), form.size - 1); // none of the last offset
+}
+
+const begins_as_sfdp = (line) => line !== null && String.fromCharCode(...line.bytes.slice(0, 4)) === "SFDP";
 
 /// The number that an offset is; NaN when it is none of that base.
 function offset_number(offset, base) {
@@ -82,13 +121,14 @@ function offset_number(offset, base) {
 class DumpBytes {
     bytes = [];
     repeats = false;
+    #form; // of numbers in all lines, where the first one has told it
     #last = [];
     #first_offset = "";
     #bases = [16, 8, 10]; // those of the offsets, as far as can be told: of `xxd`, of `od`, of `od -A d`
     #counts = false; // an offset has told what it counts
     #is_first = true;
     #has_offsets = false;
-    #has_words = false; // the line before
+    #most_padding = 0; // of the line before
 
     /// False: it is no line of the dump.
     take(line) {
@@ -96,25 +136,27 @@ class DumpBytes {
             this.repeats = true;
             return true;
         }
-        const words = bytes_of_dump_words(line);
-        const { offset, pairs } =
-            words === null ? dump_line(line, this.#has_offsets) : { offset: line.slice(0, 7), pairs: "" };
-        const found = words ?? bytes_of_hex_pairs(pairs, " \t,:-");
+        let found = this.#form ? line_of_words(line, this.#form) : line_of_pairs(line, this.#has_offsets);
+        if (this.#is_first && !begins_as_sfdp(found)) {
+            // Numbers that begin with the signature tell how they are to be read.
+            this.#form = WORD_FORMS.find((form) => begins_as_sfdp(line_of_words(line, form)));
+            found = this.#form ? line_of_words(line, this.#form) : found;
+        }
         if (
             found === null ||
-            (this.#is_first ? this.repeats : !this.#continue_at(offset, found.length === 0))
+            (this.#is_first ? this.repeats : !this.#continue_at(found.offset, found.bytes.length === 0))
         ) {
             return false;
         }
         if (this.#is_first) {
-            this.#first_offset = offset;
+            this.#first_offset = found.offset;
         }
         this.#is_first = false;
-        this.#has_offsets = this.#has_offsets || offset !== "";
+        this.#has_offsets = this.#has_offsets || found.offset !== "";
         this.repeats = false;
-        this.#has_words = words !== null;
-        this.#last = found;
-        append(this.bytes, found);
+        this.#most_padding = found.most_padding;
+        this.#last = found.bytes;
+        append(this.bytes, this.#last);
         return this.bytes.length <= LARGEST_DUMP;
     }
 
@@ -132,8 +174,9 @@ class DumpBytes {
             return this.#last.length > 0 && end >= length && end <= LARGEST_DUMP &&
                 (end - length) % this.#last.length === 0;
         }
-        // The last number of two bytes has a zero more where the bytes are odd; the offset behind it tells.
-        return end === length || (this.#has_words && end + 1 === length && this.bytes[end] === 0);
+        // Zeros complete the last number; the offset behind it tells how many.
+        return end <= length && length - end <= this.#most_padding &&
+            this.bytes.slice(end).every((byte) => byte === 0);
     }
 
     /// Goes on with the line of this offset, in the bases in which all of them have led to where they stand. False: bytes
@@ -143,7 +186,7 @@ class DumpBytes {
         if (bases.length === 0) {
             const leaves_a_gap =
                 this.#counts && !is_end && this.#bytes_before(offset, this.#bases[0]) > this.bytes.length;
-            return !this.repeats && !this.#has_words && !leaves_a_gap;
+            return !this.repeats && this.#most_padding === 0 && !leaves_a_gap;
         }
         this.#bases = bases;
         this.#counts = true;

@@ -4,6 +4,7 @@
 """
 
 import collections
+import csv
 import json
 import pathlib
 import random
@@ -318,6 +319,26 @@ class Use(PageTest):
         self.assertEqual(self.page.texts("#view-chip .alias"), [])
         self.page.open("#/chip/W25Q64F")
         self.assertEqual(self.page.find("#view-chip h2").text, "No such chip")
+
+    def test_a_chip_without_a_row_is_told_why_as_by_the_command(self):
+        with (ROOT / "data" / "flash" / "left_out.csv").open(encoding="utf-8", newline="") as file:
+            names = [line["device_name"].lower() for line in csv.DictReader(file)]
+        answers = self.command.lines("flash", "show", questions=[*names, "W25Q64F"])
+        shown = []
+        for name in (*names, "W25Q64F"):
+            self.page.open(f"#/chip/{name}")
+            shown.append(self.page.texts("#view-chip h2, #view-chip .left-out"))
+        told = lambda name, why: f'The flash "{name}" is left out of the table: {why}.'  # noqa: E731
+        self.assertGreater(len(names), 50)
+        self.assertEqual(shown, [["Left out of the table", told(name, answer["left_out"])]
+                                 for name, answer in zip(names, answers)] + [["No such chip"]])
+        said = self.command.run("flash", "show", "s70fl01gs").stderr
+        self.page.open("#/chips")
+        self.search(" s70fl01gs")
+        self.assertTrue(self.page.find("#chips-left-out").is_displayed())
+        self.assertIn(self.page.find("#chips-left-out").text[len("The"):-len(".")], said)
+        self.search("s70fl01g")
+        self.assertFalse(self.page.find("#chips-left-out").is_displayed())
 
     def test_the_boxes_answer(self):
         self.page.open("#/identify")

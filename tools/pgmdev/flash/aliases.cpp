@@ -2,6 +2,7 @@
 
 #include <fmt/core.h>
 
+#include <algorithm>
 #include <map>
 #include <set>
 #include <utility>
@@ -100,14 +101,24 @@ NOTES_FAULTS left_out_flash_faults(const std::string& csv_file, const std::vecto
     return found;
 }
 
-std::optional<std::string> why_flash_is_left_out(const std::string& name) {
-    const CSV_LINES& list = installed_lines(FLASH_LEFT_OUT_LIST);
-    for (const CSV_LINE& line : list.lines()) {
-        if (gen_stricmp(line.first, name) == 0 && list.has_cells(line, COLUMNS)) {
-            return list.cells_of(line).back();
+const std::vector<LEFT_OUT_FLASH>& left_out_flash() {
+    return made_of_installed_list<std::vector<LEFT_OUT_FLASH>>(FLASH_LEFT_OUT_LIST, [](const std::string& file) {
+        const CSV_LINES list = read_flash_list(file);
+        std::vector<LEFT_OUT_FLASH> chips;
+        for (const CSV_LINE& line : list.lines()) {
+            if (list.has_cells(line, COLUMNS)) {
+                chips.push_back({std::string(line.first), list.cells_of(line).back()});
+            }
         }
-    }
-    return std::nullopt;
+        return chips;
+    });
+}
+
+std::optional<std::string> why_flash_is_left_out(const std::string& name) {
+    const std::vector<LEFT_OUT_FLASH>& chips = left_out_flash();
+    const auto found = std::find_if(chips.begin(), chips.end(),
+                                    [&name](const LEFT_OUT_FLASH& chip) { return gen_stricmp(chip.name, name) == 0; });
+    return found == chips.end() ? std::nullopt : std::optional(found->reason);
 }
 
 std::string no_flash_named(const std::string& name) {

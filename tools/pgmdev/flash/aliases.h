@@ -23,6 +23,15 @@ std::optional<FLASH_ALIAS> find_flash_alias(const std::string& name);
 /// there are any.
 NOTES_FAULTS flash_alias_faults(const std::string& csv_file, const std::vector<PGMDEV_SFL_FLASH_INFO>& records);
 
+/// A chip that the table leaves out.
+struct LEFT_OUT_FLASH {
+    std::string name;
+    std::string reason;
+};
+
+/// All of them, as the list has them; none where the database has no such list.
+const std::vector<LEFT_OUT_FLASH>& left_out_flash();
+
 /// Why the table has no row for the chip of this name, in any case; nothing when the database has no list that tells it.
 std::optional<std::string> why_flash_is_left_out(const std::string& name);
 

@@ -82,6 +82,14 @@ JSON aliases_data() {
     return in_columns(aliases);
 }
 
+JSON left_out_data() {
+    std::vector<JSON> chips;
+    for (const LEFT_OUT_FLASH& chip : left_out_flash()) {
+        chips.push_back({{"name", chip.name}, {"reason", chip.reason}});
+    }
+    return in_columns(chips);
+}
+
 JSON ambiguity_json(const PGMDEV_FLASH_AMBIGUITY& ambiguity) {
     const bool decides = ambiguity.telling_byte != INVALID_DWORD;
     JSON response = JSON::array();
@@ -118,6 +126,7 @@ JSON page_flash_data() {
             {"records", in_columns(records)},
             {"evidence", evidence_data(rows)},
             {"aliases", aliases_data()},
+            {"left_out", left_out_data()},
             {"ambiguities", ambiguities},
             {"identifications", identifications}};
 }

@@ -160,6 +160,9 @@ const CHIPS_VIEW = (() => {
         );
         part("chips-more").hidden = rows.length <= shown.length;
         part("chips-none").hidden = rows.length > 0;
+        const left_out = FLASH.why_left_out(part("search").value.trim());
+        part("chips-left-out").textContent = left_out ?? "";
+        part("chips-left-out").hidden = left_out === undefined;
     }
 
     function ask() {

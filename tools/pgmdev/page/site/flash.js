@@ -22,6 +22,7 @@ const FLASH = (() => {
         }
         aliases_of.get(key).push(alias);
     }
+    const left_out = rows_of(data.left_out);
     return {
         members: data.members,
         member_named,
@@ -37,6 +38,11 @@ const FLASH = (() => {
         record_named: (name) => by_name.get(name.toUpperCase()),
         /// A further name: what it is called, the name of the record that it shares, and why.
         alias_named: (name) => alias_by_name.get(name.toUpperCase()),
+        /// A sentence on why the table has no row for the chip of a name; undefined when none tells it.
+        why_left_out: (name) => {
+            const chip = left_out.find((each) => each.name.toUpperCase() === name.toUpperCase());
+            return chip && `The flash "${name}" is left out of the table: ${chip.reason}.`;
+        },
     };
 })();
 

@@ -13,22 +13,28 @@ function pictures_view() {
     ];
 }
 
-function chip_view(row, alias) {
-    part("view-chip").replaceChildren(
-        ...(row
-            ? chip_page(row, alias).filter(Boolean)
-            : [
-                  make("h2", { tabindex: "-1" }, "No such chip"),
-                  make("p", {}, make("a", { href: "#/chips" }, "All chips")),
-              ]),
-    );
+/// `left_out`: a sentence on why there is no row for it, where that is known.
+function no_chip_page(left_out) {
+    return [
+        make("h2", { tabindex: "-1" }, left_out ? "Left out of the table" : "No such chip"),
+        left_out ? make("p", { class: "left-out" }, left_out) : null,
+        make("p", {}, make("a", { href: "#/chips" }, "All chips")),
+    ];
+}
+
+function chip_view(nodes) {
+    part("view-chip").replaceChildren(...nodes.filter(Boolean));
+}
+
+function row_view(row) {
+    chip_view(row ? chip_page(row) : no_chip_page());
 }
 
 /// The chip of a name, or of a further one.
 function named_chip_view(name) {
-    const row = FLASH.record_named(name);
-    const alias = row ? undefined : FLASH.alias_named(name);
-    chip_view(alias ? FLASH.record_named(alias.device_name) : row, alias);
+    const alias = FLASH.record_named(name) ? undefined : FLASH.alias_named(name);
+    const row = FLASH.record_named(alias ? alias.device_name : name);
+    chip_view(row ? chip_page(row, alias) : no_chip_page(FLASH.why_left_out(name)));
 }
 
 /// Views that show the same whatever the address says further are filled when they are first seen.
@@ -46,7 +52,7 @@ const VIEWS = {
     // by the first word of the address: the view, its link, and how it is filled
     chips: ["view-chips", "chips", () => {}],
     chip: ["view-chip", "chips", (name) => named_chip_view(trim_white(name ?? ""))],
-    row: ["view-chip", "chips", (place) => chip_view(FLASH.rows[Number(place)])],
+    row: ["view-chip", "chips", (place) => row_view(FLASH.rows[Number(place)])],
     identify: ["view-identify", "identify", IDENTIFY_VIEW.open],
     boot: ["view-boot", "boot", once("view-boot", boot_flash_view)],
     profiles: ["view-profiles", "profiles", PROFILES_VIEW.open],

@@ -1,0 +1,80 @@
+"""Lists and boxes: searched, filtered, sorted and filled in, by mouse and keyboard."""
+
+from selenium.webdriver.common.keys import Keys
+
+from page_case import PageTest
+
+
+class Use(PageTest):
+    def test_the_list_is_searched_while_one_types(self):
+        self.search("winbond 128 mbit 1.8v")
+        rows = self.command.json("flash", "list", "--maker", "Winbond", "--size", "128Mbit", "--voltage", "1.8V")
+        self.assertEqual(self.chips(), [row["device_name"] for row in rows])
+        self.search("EF 40 18")
+        self.assertIn("W25Q128JV", self.chips())
+        self.search("w25q128fv")  # another name of it
+        self.assertEqual(self.page.texts("#chips-table tbody th"), ["W25Q128JV also W25Q128FV"])
+        # Neither 128 Mbit nor 512 Kbit is a find for 8 Mbit or 2 Kbit.
+        for text, size in (("2 Gbit", "2Gbit"), ("2gbit", "2Gbit"), ("8 Mbit", "8Mbit"), ("1 MiB", "8Mbit")):
+            self.search(text)
+            rows = self.command.json("flash", "list", "--size", size)
+            self.assertEqual(self.page.find("#chips-count").text.split(",")[0], f"{len(rows)} rows", text)
+            self.assertEqual(self.chips(), [row["device_name"] for row in rows][:100], text)
+        self.search("2kbit")
+        self.assertEqual(self.chips(), [])
+        self.search("no such chip")
+        self.assertEqual(self.chips(), [])
+        self.assertTrue(self.page.find("#chips-none").is_displayed())
+
+    def test_filters_and_order(self):
+        self.page.find("#maker").send_keys("Macronix")
+        rows = self.command.json("flash", "list", "--maker", "Macronix")
+        self.assertEqual(self.chips(), [row["device_name"] for row in rows])
+        heading = lambda: self.driver.find_elements("css selector", "#chips-table thead button")[3]  # noqa: E731
+        heading().click()
+        sizes = [row["device_bit_size"] for row in sorted(rows, key=lambda row: row["device_bit_size"])]
+        text = lambda bits: f"{bits >> 20} Mbit" if bits % (1 << 20) == 0 else f"{bits >> 10} Kbit"  # noqa: E731
+        shown = lambda: self.page.texts("#chips-table tbody td:nth-child(4)")  # noqa: E731
+        self.assertEqual(shown(), [text(size) for size in sizes])
+        heading().click()
+        self.assertEqual(shown(), [text(size) for size in reversed(sizes)])
+        self.assertEqual(self.page.ask("document.querySelectorAll('[aria-sort=descending]').length"), 1)
+
+    def test_switched_off_rows_are_shown_on_demand(self):
+        off = [row["device_name"] for row in self.command.json("flash", "list", "--all-rows") if not row["enabled"]]
+        self.assertGreater(len(off), 0)
+        self.page.find("#switched-off").click()
+        self.search(off[0])
+        self.assertIn(off[0], self.chips())
+
+    def test_the_keyboard_reaches_everything(self):
+        body = self.page.find("body")
+        body.send_keys("/")
+        self.assertEqual(self.page.ask("document.activeElement.id"), "search")
+        self.driver.switch_to.active_element.send_keys("mx25l12835f", Keys.ARROW_DOWN)
+        self.assertEqual(self.page.ask("document.activeElement.tagName"), "A")
+        self.driver.switch_to.active_element.send_keys(Keys.ENTER)
+        self.page.wait_for("document.activeElement.tagName === 'H2'")
+        self.driver.switch_to.active_element.send_keys(Keys.TAB)
+        self.assertNotEqual(self.page.ask("document.activeElement.tagName"), "BODY")
+
+    def test_the_boxes_answer(self):
+        self.page.open("#/identify")
+        self.page.find("#response").send_keys("20 BB 21")
+        self.assertIn("others are possible", self.page.find("#identify-answer .verdict").text)
+        self.page.find("#response").clear()
+        self.page.find("#response").send_keys("EF4")
+        self.assertIn("is not an identification response", self.page.find("#identify-answer .verdict").text)
+        self.page.find("#dump").send_keys("53464450 xyz")
+        self.assertIn("no text of hexadecimal digits, or lines are missing", self.page.find("#identify-answer .verdict").text)
+        self.page.open("#/names")
+        self.page.find("#name").send_keys("kes75f169")
+        self.assertIn("Stands for 5 parts", self.page.find("#name-answer").text)
+
+    def test_profiles_stand_side_by_side(self):
+        self.page.open("#/profiles/41")
+        self.page.find("#only-different").click()
+        profiles = self.command.json("profile", "list")
+        chosen = [profiles[index] for index in (0, 1, 2, 41)]
+        differing = [key for key in chosen[0] if key != "index" and len({str(each[key]) for each in chosen}) > 1]
+        self.assertEqual(self.page.texts("#profiles-table tbody th"), differing)

@@ -60,8 +60,8 @@ const VIEWS = {
     pictures: ["view-pictures", "pictures", once("view-pictures", pictures_view)],
 };
 
-function address_words() {
-    return location.hash
+function address_words(address) {
+    return address
         .replace(/^#\/?/, "")
         .split("/")
         .map((word) => {
@@ -73,8 +73,8 @@ function address_words() {
         });
 }
 
-function show_view(focus) {
-    const [word, argument] = address_words();
+function show_view(focus, address = location.hash) {
+    const [word, argument] = address_words(address);
     const [id, link, fill_view] = VIEWS[word] ?? VIEWS.chips;
     document.querySelectorAll("main > section").forEach((section) => {
         section.hidden = section.id !== id;
@@ -134,4 +134,6 @@ window.tessary = {
     },
     spell: NAMES.spell,
     records: () => FLASH.rows,
+    /// What a link to that address leads to, without an entry in the history.
+    show: (address) => show_view(true, address),
 };

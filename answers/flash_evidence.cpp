@@ -43,13 +43,16 @@ FLASH_EVIDENCE::FLASH_EVIDENCE(CSV_LINES list) : m_list(std::move(list)) {
 FLASH_EVIDENCE::KEY FLASH_EVIDENCE::key_of(const PGMDEV_SFL_FLASH_INFO& record) {
     std::string compared = record.silicon_id ? "silicon" : "";
     const auto add = [&compared](BYTE value, BYTE position) {
-        if (position != PGMDEV_SFL_FLASH_INFO::NONE) {
-            compared += (compared.empty() ? "" : " ") + compared_byte(value, position);
-        }
+        compared += (compared.empty() ? "" : " ") + compared_byte(value, position);
     };
+    constexpr BYTE NONE = PGMDEV_SFL_FLASH_INFO::NONE;
     add(record.memory_id, record.memory_id_index);
-    add(record.memory_type, record.memory_type_index);
-    add(record.mfc_id, record.mfc_id_index);
+    if (record.memory_type_index != NONE) {
+        add(record.memory_type, record.memory_type_index);
+    }
+    if (!record.silicon_id || record.mfc_id_index != NONE) {  // otherwise NONE is a position, too
+        add(record.mfc_id, record.mfc_id_index);
+    }
     return {record.device_name, compared};
 }
 

@@ -13,6 +13,7 @@ DATA = HERE.parents[1] / "data" / "flash"
 sys.path.insert(0, str(TOOL))
 sys.dont_write_bytecode = True
 
+from flash_table import Row  # noqa: E402
 from merge import Files  # noqa: E402
 from numbers_of_table import beaten_rows, own_response  # noqa: E402
 from sources import GROUPS, class_of  # noqa: E402
@@ -117,6 +118,23 @@ class Evidence(unittest.TestCase):
         self.assertEqual(class_of(["flashrom", "linux"]), "two")
         self.assertEqual(class_of(["flashrom", "sfdp"]), "sfdp")
         self.assertEqual(class_of(["sfdp", "datasheet"]), "datasheet")
+
+
+class Recognition(unittest.TestCase):
+    ROW = {"silicon_id": "FALSE", "memory_id": "0x17", "memory_id_index": "2", "memory_type": "0x40",
+           "memory_type_index": "1", "mfc_id": "0xEF", "mfc_id_index": "0"}
+
+    def test_at_255_only_a_type_is_not_compared(self):
+        for column, text in (
+            ("memory_id", "17@255 40@1 EF@0"),
+            ("memory_type", "17@2 EF@0"),
+            ("mfc_id", "17@2 40@1 EF@255"),
+        ):
+            self.assertEqual(Row(self.ROW, **{column + "_index": "255"}).recognition(), text)
+
+    def test_of_a_signature_no_maker_at_255_is(self):
+        at_255 = dict.fromkeys(("memory_id_index", "memory_type_index", "mfc_id_index"), "255")
+        self.assertEqual(Row(self.ROW, silicon_id="TRUE", **at_255).recognition(), "silicon 17@255")
 
 
 class ShippedTable(unittest.TestCase):

@@ -47,10 +47,10 @@ const FLASH_SOURCE::CHANGES ROW{{"device_name", "CHIP"},  {"silicon_id", "FALSE"
                                 {"mfc_id", "0xEF"},       {"mfc_id_index", "0"}};
 
 /// `flash check` of a table with that row, and of a list with this line beside it.
-PROCESS_RESULT check_with(const std::string& line, bool json = false) {
+PROCESS_RESULT check_with(const std::string& line, bool json = false, const FLASH_SOURCE::CHANGES& row = ROW) {
     const SCRATCH scratch;
     FLASH_SOURCE source;
-    const std::string file = scratch.write("table.csv", source.row(ROW).text());
+    const std::string file = scratch.write("table.csv", source.row(row).text());
     scratch.write("sources.csv", GROUPS + line);
     return run_command(json ? std::vector<std::string>{"--json", "flash", "check", file}
                             : std::vector<std::string>{"flash", "check", file});
@@ -133,6 +133,24 @@ TEST(flash_companions, CheckRefusesARowWithoutEvidence) {
         EXPECT_EQ(result.output, "");
         EXPECT_THAT(result.errors, HasSubstr("row CHIP"));
         EXPECT_THAT(result.errors, HasSubstr("a line CHIP,17@2 40@1 EF@0,... in sources.csv"));
+    }
+}
+
+// At 255 only a type is not compared, and of a signature nothing but the memory ID is.
+TEST(flash_companions, CheckNamesWhatIsComparedAtTheLastByte) {
+    const std::vector<std::pair<FLASH_SOURCE::CHANGES, const char*>> rows{
+        {{{"memory_id_index", "255"}}, "CHIP,17@255 40@1 EF@0,"},
+        {{{"memory_type_index", "255"}}, "CHIP,17@2 EF@0,"},
+        {{{"mfc_id_index", "255"}}, "CHIP,17@2 40@1 EF@255,"},
+        {{{"silicon_id", "TRUE"}, {"memory_id_index", "255"}, {"memory_type_index", "255"}, {"mfc_id_index", "255"}},
+         "CHIP,silicon 17@255,"}};
+    for (const auto& [changes, key] : rows) {
+        FLASH_SOURCE::CHANGES row = ROW;
+        for (const auto& [member, value] : changes) {
+            row[member] = value;
+        }
+        EXPECT_THAT(check_with("", false, row).errors, HasSubstr(std::string("a line ") + key + "... in sources.csv"));
+        EXPECT_EQ(check_with(std::string(key) + "family,family\n", false, row).exit_code, DONE) << key;
     }
 }
 

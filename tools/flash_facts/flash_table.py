@@ -22,8 +22,9 @@ class Row(dict):
         """What the walk compares: (byte, position), capacity, type and maker; a type at 255 is not compared."""
         if self.pairs is None:
             columns = ("memory_id", "memory_type", "mfc_id")
-            pairs = [(self.number(column), self.number(column + "_index")) for column in columns]
-            self.pairs = [pair for pair in pairs if pair[1] != 255]
+            not_at_255 = ("memory_type", "mfc_id") if self.is_silicon() else ("memory_type",)
+            pairs = [(column, (self.number(column), self.number(column + "_index"))) for column in columns]
+            self.pairs = [pair for column, pair in pairs if pair[1] != 255 or column not in not_at_255]
         return self.pairs
 
     def is_silicon(self):

@@ -80,6 +80,12 @@ const std::vector<LOG> LOGS{
     {"RDID ok as expected: ef 40 18\n", "EF4018", 1},
     {"Flash ID matches expected 0xEF4018\n", "EF4018", 1},
     {"flash id OK (expected ef4018, got ef4018)\n", "EF4018", 1},
+    {"Expected JEDEC ID:\nef 40 18\nActual:\nc2 20 18\n", "C22018", 4},
+    {"expected ID:\nJEDEC ID: C22018\n", "C22018", 2},
+    {"expected JEDEC ID:\nread: 0xC2 0x20 0x18\n", "C22018", 2},
+    {"expected JEDEC ID EF4018:\nC2 20 18\n", "C22018", 2},
+    {"expected JEDEC ID EF4018, got:\nC2 20 18\n", "C22018", 2},
+    {"JEDEC ID (expecting three bytes):\nC2 20 18\n", "C22018", 2},
     {"expected JEDEC ID EF4018, got JEDEC ID C22018\n", "C22018", 1},
     {"JEDEC ID mismatch: expected EF 40 18, got C2 20 18\n", "C22018", 1},
     {"unexpected JEDEC id bytes: c2, 20, 18\n", "C22018", 1},
@@ -228,7 +234,8 @@ TEST(flash_log, TakesNoIdentificationThatWasExpected) {
           "expected the JEDEC ID EF4018\n", "Expected manufacturer id 0xef, device id 0x4018\n",
           "Expected manufacturer id 0xef\nExpected device id 0x4018\n",
           "expected flash chip \"W25Q64JV\" (id 0x1840ef)\n", "Expected RDID: 0xEF 0x40 0x18\n",
-          "flash id: expecting ef4018\n"}) {
+          "flash id: expecting ef4018\n", "expected JEDEC ID:\nEF 40 18\n", "JEDEC ID, expected:\nEF4018\n",
+          "Expected ID:\n00000000: ef 40 18\n", "JEDEC ID: EF, expected\n0xEF 0x40 0x18\n"}) {
         const PROCESS_RESULT result = found_in(log);
         EXPECT_EQ(result.exit_code, NOT_FOUND) << log;
         EXPECT_EQ(json_of(result.output).at("devices"), JSON::array()) << log;

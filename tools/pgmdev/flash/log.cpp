@@ -133,6 +133,7 @@ std::vector<LOG_FINDING> find_in_log(std::istream& log) {
     SPREAD_IDENTIFICATION spread;
     std::size_t number = 0;
     std::size_t announced = 0;  // in that line; 0: nowhere
+    std::size_t expected = 0;   // likewise: what the next line has may be just what was expected
     bool is_other_answer = false;
     LOG_LINES lines(log);
     for (std::string text; lines.next(text);) {
@@ -145,17 +146,19 @@ std::vector<LOG_FINDING> find_in_log(std::istream& log) {
         if (bytes.size() < LEAST_IDENTIFICATION) {
             bytes = spread.take(line, number);
         }
+        const std::vector<BYTE> dump = expected != 0 && expected + 1 == number ? received_in(line) : dump_in(line);
         if (bytes.empty() && announced != 0 && announced + 1 == number) {
-            bytes = dump_in(line);
+            bytes = dump;
         }
-        announced = bytes.empty() && announces_identification(line) ? number : 0;
+        expected = announces_what_was_expected(text) ? number : 0;
+        announced = bytes.empty() && expected == 0 && announces_identification(line) ? number : 0;
         using enum LOG_FINDING::KIND;
         if (bytes.size() >= LEAST_IDENTIFICATION) {
             add({BYTES, number, text, bytes, {}});
         } else if (const std::vector<std::string> names = names_in(line); !names.empty()) {
             add({NAME, number, text, {}, names});
-        } else if (bytes = dump_in(line); !bytes.empty() && !is_other_answer) {
-            add({DUMP, number, text, bytes, {}});
+        } else if (!dump.empty() && !is_other_answer) {
+            add({DUMP, number, text, dump, {}});
         }
         is_other_answer = asks_for_no_identification(line);
     }

@@ -51,7 +51,7 @@ std::vector<std::string> tokens_behind(const std::string& line, const std::array
 
 /// The bytes of a line that has nothing but "read: 0xef 0x40 0x18": it does not say what they are, so that anything else
 /// in it may say that they are no identification.
-BYTES received_in(const std::string& line) {
+BYTES received_bytes_in(const std::string& line) {
     BYTES all;
     for (const std::string& token : tokens_behind(line, RECEIVED_WORDS)) {
         const BYTES bytes = bytes_of(token);
@@ -97,16 +97,23 @@ bool describes_itself(const BYTES& bytes, const std::string& line) {
     return begins_as_sfdp(bytes) || (dumped && begins_as_sfdp(*dumped));
 }
 
+/// The bytes of a line without what is sent before an identification; none when they are something else.
+BYTES as_identification(BYTES all, const std::string& line) {
+    all = without_command(std::move(all), true);
+    return all.size() < LEAST_IDENTIFICATION || describes_itself(all, line) ? BYTES() : all;
+}
+
 }  // namespace
+
+std::vector<BYTE> received_in(const std::string& line) {
+    const std::string text = lower_line(line);
+    return as_identification(received_bytes_in(text), text);
+}
 
 std::vector<BYTE> dump_in(const std::string& line) {
     const std::string text = lower_line(line);
-    BYTES all = received_in(text);
-    if (all.empty()) {
-        all = dumped_in(text);
-    }
-    all = without_command(std::move(all), true);
-    return all.size() < LEAST_IDENTIFICATION || describes_itself(all, text) ? BYTES() : all;
+    BYTES all = received_bytes_in(text);
+    return as_identification(all.empty() ? dumped_in(text) : std::move(all), text);
 }
 
 bool asks_for_no_identification(const std::string& line) {

@@ -12,5 +12,8 @@
 /// "read: 0xEF 0x40 0x18".
 std::vector<BYTE> dump_in(const std::string& line);
 
+/// Those of the latter alone.
+std::vector<BYTE> received_in(const std::string& line);
+
 /// Whether the line tells of a command that was sent, and that no flash answers with an identification: "write: 0x03 0x00".
 bool asks_for_no_identification(const std::string& line);

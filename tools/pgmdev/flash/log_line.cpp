@@ -201,6 +201,18 @@ bool announces_identification(const std::string& line) {
     return std::any_of(PHRASES.begin(), PHRASES.end(), stands_in);
 }
 
+bool announces_what_was_expected(const std::string& line) {
+    const std::string expectation = lower_line(expectation_in(line));
+    const std::vector<std::string> words = tokens_of(expectation);
+    std::size_t bytes = 0;
+    for (const std::string& word : words) {
+        bytes += bytes_of(word).size();
+    }
+    const bool names_it = words.size() == 1 || announces_identification(expectation) ||
+                          std::find(words.begin(), words.end(), "id") != words.end();
+    return !words.empty() && names_it && bytes < LEAST_IDENTIFICATION;
+}
+
 std::vector<BYTE> field_in(const std::string& line, std::string_view field) {
     const std::string text = lower_line(line);
     const std::size_t place = text.find(field);

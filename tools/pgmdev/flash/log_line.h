@@ -16,6 +16,9 @@ std::vector<BYTE> identification_in(const std::string& line);
 /// Whether the line speaks of an identification, so that bytes in the next one are probably those of it.
 bool announces_identification(const std::string& line);
 
+/// Whether the line says that an identification was expected, and leaves to the next one which: "Expected JEDEC ID:".
+bool announces_what_was_expected(const std::string& line);
+
 /// The bytes behind a field such as "manufacturer:" or "memory type"; none when the line has it not.
 std::vector<BYTE> field_in(const std::string& line, std::string_view field);
 

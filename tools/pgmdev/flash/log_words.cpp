@@ -28,6 +28,32 @@ bool is_one_of(const std::array<const char*, COUNT>& words, const std::string& w
     return std::find(words.begin(), words.end(), word) != words.end();
 }
 
+/// Where a line says what was expected; nowhere: at its end.
+struct EXPECTED_PART {
+    std::size_t begin = 0;
+    std::size_t end = 0;
+};
+
+EXPECTED_PART expected_part(const std::string& line) {
+    const std::string text = lower_line(line);
+    EXPECTED_PART part{text.size(), text.size()};
+    std::string before;
+    for (std::size_t begin = 0; begin < text.size();) {
+        const std::size_t end = std::min(text.find_first_of(SEPARATORS, begin), text.size());
+        const std::string word = text.substr(begin, end - begin);
+        const bool found = part.begin != text.size();
+        if (!found && word.starts_with("expect") && !is_one_of(WORDS_OF_WHAT_IS_SEEN, before)) {
+            part.begin = begin;
+        } else if (found && is_one_of(WORDS_BEFORE_WHAT_IS_SEEN, word)) {
+            part.end = begin;
+            break;
+        }
+        before = word.empty() ? before : word;
+        begin = end + 1;
+    }
+    return part;
+}
+
 }  // namespace
 
 std::string lower_line(std::string text) {
@@ -84,19 +110,11 @@ std::vector<BYTE> without_command(std::vector<BYTE> bytes, bool raw) {
 }
 
 std::string without_what_was_expected(const std::string& line) {
-    const std::string text = lower_line(line);
-    std::size_t expected = std::string::npos;
-    std::string before;
-    for (std::size_t begin = 0; begin < text.size();) {
-        const std::size_t end = std::min(text.find_first_of(SEPARATORS, begin), text.size());
-        const std::string word = text.substr(begin, end - begin);
-        if (expected == std::string::npos && word.starts_with("expect") && !is_one_of(WORDS_OF_WHAT_IS_SEEN, before)) {
-            expected = begin;
-        } else if (expected != std::string::npos && is_one_of(WORDS_BEFORE_WHAT_IS_SEEN, word)) {
-            return line.substr(0, expected) + line.substr(begin);
-        }
-        before = word.empty() ? before : word;
-        begin = end + 1;
-    }
-    return line.substr(0, expected);
+    const EXPECTED_PART part = expected_part(line);
+    return line.substr(0, part.begin) + line.substr(part.end);
+}
+
+std::string expectation_in(const std::string& line) {
+    const EXPECTED_PART part = expected_part(line);
+    return part.end == line.size() ? line.substr(part.begin) : "";
 }

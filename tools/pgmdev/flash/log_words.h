@@ -30,3 +30,7 @@ std::vector<BYTE> without_command(std::vector<BYTE> bytes, bool raw);
 /// The line without what it says to have been expected only: "expected EF4018, got C22018" tells C22018. What is "as
 /// expected" stays.
 std::string without_what_was_expected(const std::string& line);
+
+/// The end of the line, from the word on with which it says that something was expected; "" when it does not, and when it
+/// says behind that what was seen.
+std::string expectation_in(const std::string& line);

@@ -8,7 +8,8 @@
 #include <filesystem>
 
 /// The lock of a directory, among the processes and threads that ask for it. It is advisory: it keeps nobody out who does
-/// not ask. The system takes it back when its holder ends, however that comes about. Nothing stays in the directory.
+/// not ask. The system takes it back when its holder ends, however that comes about. A copy of the holder that a fork has
+/// made meanwhile neither keeps it nor gives it back. Nothing stays in the directory.
 class DIRECTORY_LOCK {
 public:
     /// Waits for the lock, but no longer than that.
@@ -24,6 +25,7 @@ public:
 private:
     static constexpr std::intptr_t NONE = -1;
 
-    std::intptr_t m_handle = NONE;  ///< the system's
+    std::intptr_t m_handle = NONE;                    ///< the system's
+    [[maybe_unused]] std::intptr_t m_process = NONE;  ///< that has asked for it; where there is no fork: none
     bool m_refused = false;
 };

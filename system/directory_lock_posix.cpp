@@ -28,6 +28,7 @@ bool passes(int error) {
 DIRECTORY_LOCK::DIRECTORY_LOCK(const std::filesystem::path& directory, std::chrono::milliseconds patience) {
     constexpr std::chrono::milliseconds PAUSE{5};
     const auto end = std::chrono::steady_clock::now() + patience;
+    m_process = ::getpid();
     for (;;) {
         if (m_handle == NONE) {
             m_handle = open_directory(directory);
@@ -48,6 +49,9 @@ DIRECTORY_LOCK::DIRECTORY_LOCK(const std::filesystem::path& directory, std::chro
 
 DIRECTORY_LOCK::~DIRECTORY_LOCK() {
     if (m_handle != NONE) {
+        if (m_process == ::getpid()) {
+            ::flock(static_cast<int>(m_handle), LOCK_UN);  // a forked process may still have the descriptor open
+        }
         ::close(static_cast<int>(m_handle));
     }
 }

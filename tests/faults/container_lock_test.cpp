@@ -177,6 +177,40 @@ TEST_F(ContainerLock, CommandsAtTheSameMomentAddAnEntryEach) {
     EXPECT_EQ(size, STAMP_AND_RECORDS);
 }
 
+/// Whether somebody has the lock of the directory.
+bool is_locked(const SCRATCH& scratch) {
+    return DIRECTORY_LOCK(scratch.directory(), std::chrono::milliseconds(0)).is_refused();
+}
+
+// As an interpreter makes them that starts workers by forking, whatever its other threads have just locked.
+TEST(DirectoryLock, AProcessForkedMeanwhileDoesNotKeepIt) {
+    const SCRATCH scratch;
+    std::array<int, 2> end{};
+    ASSERT_EQ(::pipe(end.data()), 0);
+    auto lock = std::make_unique<DIRECTORY_LOCK>(scratch.directory(), std::chrono::milliseconds(0));
+    const pid_t forked = started([end] {
+        ::close(end[1]);
+        char byte = 0;
+        return ::read(end[0], &byte, 1) == 0;  // lives until the other end is closed
+    });
+    EXPECT_TRUE(is_locked(scratch));
+    lock.reset();
+    EXPECT_FALSE(is_locked(scratch));
+    ::close(end[1]);
+    expect_good_end(forked);
+    ::close(end[0]);
+}
+
+TEST(DirectoryLock, AProcessForkedMeanwhileDoesNotGiveItBack) {
+    const SCRATCH scratch;
+    auto lock = std::make_unique<DIRECTORY_LOCK>(scratch.directory(), std::chrono::milliseconds(0));
+    expect_good_end(started([&lock] {
+        lock.reset();
+        return true;
+    }));
+    EXPECT_TRUE(is_locked(scratch));
+}
+
 TEST(DirectoryLock, ASignalKeepsNobodyFromTakingIt) {
     const SCRATCH scratch;
     for (std::size_t number = 1; number <= 2; ++number) {

@@ -83,7 +83,12 @@ def upper(text: str) -> str:
 
 def name_of(text: str) -> str:
     """A name as the library knows it: without white space around it, in upper case."""
-    return upper(text.strip(WHITE_SPACE))
+    if isinstance(text, (bytes, bytearray)):
+        raise TypeError(f"a name is a text, not the bytes {bytes(text[:40])!r}")
+    name = upper(text.strip(WHITE_SPACE))
+    if "\0" in name:
+        raise ValueError("embedded null character in a name")
+    return name
 
 
 def pattern_of(text: str) -> Callable[[str], bool]:

@@ -116,6 +116,7 @@ def pack(values: Iterable[tuple[Type, Parameter]]) -> bytes:
 
 def unpack(data: bytes, types: Sequence[Type], *, offset: int = 0) -> list[Parameter]:
     """The values of these types from an offset on. Data that do not hold all of them raise ValueError."""
+    data = bytes_of(data)
     if not 0 <= offset <= len(data):
         raise ValueError(f"{offset} is no place in {len(data)} bytes")
     values: list[Parameter] = []

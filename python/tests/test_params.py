@@ -65,6 +65,15 @@ def test_texts_that_are_no_utf8(module_dir: pathlib.Path) -> None:
         params.pack([(Type.STRING, "\ud800")])
 
 
+def test_any_bytes_are_unpacked_and_no_text_is() -> None:
+    some: list[Any] = [bytearray(b"\7a\0"), memoryview(b"\7a\0"), [7, 0x61, 0]]
+    for data in some:
+        assert params.unpack(data, [Type.BYTE, Type.STRING]) == [7, "a"]
+    text: Any = "abc"
+    with pytest.raises(TypeError, match="bytes are expected, not the text 'abc'"):
+        params.unpack(text, [Type.BYTE])
+
+
 @pytest.mark.parametrize("offset", [-1, 4])
 def test_offsets_outside_of_the_data(offset: int) -> None:
     assert params.unpack(b"abc", [], offset=3) == []

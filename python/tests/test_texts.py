@@ -14,6 +14,9 @@ from pgmdev import enums, flash, names, parts, profiles, settings, tables
 WITH_ZERO = "KES50C6\0 and more"
 
 ASKING: list[Callable[[str], Any]] = [
+    flash.show,
+    flash.suggest,
+    flash.find,
     names.show,
     names.package_name,
     names.pgm_name,
@@ -40,6 +43,12 @@ ASKING: list[Callable[[str], Any]] = [
 def test_a_name_does_not_end_at_a_zero_byte(ask: Callable[[str], Any]) -> None:
     with pytest.raises(ValueError, match="embedded null character"):
         ask(WITH_ZERO)
+
+
+@pytest.mark.parametrize("ask", [flash.show, flash.find, names.show, parts.show, profiles.for_part])
+def test_bytes_are_no_name(ask: Callable[[Any], Any]) -> None:
+    with pytest.raises(TypeError, match="a name is a text, not the bytes b'KES50C6'"):
+        ask(b"KES50C6")
 
 
 @pytest.mark.parametrize("ask", ASKING)

@@ -162,6 +162,20 @@ TEST(check_options, HintsAtTheCause) {
     EXPECT_TRUE(contains(hint_for(wide.substr(2)), "UTF-16"));
 }
 
+TEST(check_options, HintsAtADecimalComma) {
+    const FLASH_SOURCE::CHANGES comma{{"asc_voltage", "1,65V"}};
+    EXPECT_TRUE(contains(hint_for(FLASH_SOURCE().row(comma).text()), "as in 3.3V"));
+    // Neither a whole number of volts, nor a plain table whose cells stand close.
+    EXPECT_EQ(hint_for(FLASH_SOURCE().row({{"asc_voltage", "3V"}, {"die_count", "x"}}).text() + "1,2,3.3V\n"), "");
+}
+
+TEST(check_options, HintsAtAFileThatIsNoText) {
+    using namespace std::string_literals;
+    const std::string no_text = "this is no text: unpack it if it is compressed, and look at what was downloaded";
+    EXPECT_EQ(hint_for("\x1F\x8B\x08\0\0\t\"\n;;\r\x01\x02\x03\x04\x05\x06"s), no_text);
+    EXPECT_EQ(hint_for(GOOD + std::string(512, '\0')), no_text);
+}
+
 TEST(check_options, FilesOfAnotherKindAreSaidToBe) {
     const SCRATCH scratch;
     const std::string flash = scratch.write("flash.csv", GOOD);

@@ -29,6 +29,24 @@ bool is_utf16(std::string_view text) {
            (!line.empty() && count_of(line, '\0') * 3 > static_cast<std::ptrdiff_t>(line.size()));
 }
 
+/// Bytes that no text has: those of a compressed file, or of an executable one. The hints for texts mean nothing then.
+bool is_no_text(std::string_view text) {
+    return text.find('\0') != std::string_view::npos;
+}
+
+/// A voltage such as 3,3V, which is two cells.
+bool has_decimal_comma(std::string_view text) {
+    constexpr std::string_view DIGITS = "0123456789";
+    for (std::size_t comma = text.find(',', 1); comma != std::string_view::npos; comma = text.find(',', comma + 1)) {
+        const std::size_t end = text.find_first_not_of(DIGITS, comma + 1);
+        const bool behind_digit = DIGITS.find(text[comma - 1]) != std::string_view::npos;
+        if (behind_digit && end != std::string_view::npos && end != comma + 1 && text[end] == 'V') {
+            return true;
+        }
+    }
+    return false;
+}
+
 struct HINT {
     bool (*applies)(std::string_view text);
     const char* text;
@@ -48,6 +66,8 @@ constexpr std::array HINTS{
          "the lines end at carriage returns alone: save the file with line feeds"},
     HINT{[](std::string_view text) { return first_line(text).find('"') != std::string_view::npos; },
          "the cells are in quotation marks: save the table without them"},
+    HINT{has_decimal_comma,
+         "a voltage has a comma, which ends a cell: a fraction stands behind a decimal point, as in 3.3V"},
 };
 
 /// Whether a fault is one of the form of the table, not of a value in a row: what its cause has many of.
@@ -91,6 +111,10 @@ std::vector<std::string> hints_at_causes(const std::string& csv_file, const std:
     const std::string_view text(reinterpret_cast<const char*>(bytes->data()), bytes->size());
     if (std::string kind = other_kind(text, noun); !kind.empty()) {
         hints.push_back(std::move(kind));
+        return hints;
+    }
+    if (is_no_text(text) && !is_utf16(text)) {
+        hints.emplace_back("this is no text: unpack it if it is compressed, and look at what was downloaded");
         return hints;
     }
     for (const HINT& hint : HINTS) {

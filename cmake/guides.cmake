@@ -13,7 +13,7 @@ set(guides
   docs/python.md
   docs/performance.md
   docs/your-own-flash.md)
-set(table_pages data/dev_info/README.md data/flash/README.md)
+set(table_pages data/dev_info/README.md data/flash/README.md data/hps/README.md)
 
 # without_sources(TEXT): leaves out what stands between the marks, which only those can do who have the sources.
 function(without_sources variable)
@@ -56,6 +56,7 @@ install(FILES data/flash/pgm_flash.csv data/flash/pgm_flash.csv.accepted data/fl
   DESTINATION ${PGMDEV_INSTALL_DOCDIR}/data/flash COMPONENT runtime)
 install(FILES data/dev_info/pgm_dev_info.csv data/dev_info/pgm_dev_info.csv.accepted
   DESTINATION ${PGMDEV_INSTALL_DOCDIR}/data/dev_info COMPONENT runtime)
+install(FILES data/hps/spi.csv data/hps/nand.csv DESTINATION ${PGMDEV_INSTALL_DOCDIR}/data/hps COMPONENT runtime)
 install(DIRECTORY docs/performance DESTINATION ${PGMDEV_INSTALL_DOCDIR}/guides COMPONENT runtime)
 install(FILES examples/chips.py examples/find.c examples/identify.c examples/identify.cpp examples/tessary.conf
   DESTINATION ${PGMDEV_INSTALL_DOCDIR}/examples

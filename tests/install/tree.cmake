@@ -16,7 +16,7 @@ if(profiles EQUAL 0)
   message(FATAL_ERROR "the command found no profile")
 endif()
 
-# The guides speak of the installed command, of files that are installed, and of nothing else.
+# The guides speak of the installed command and of nothing else.
 file(GLOB_RECURSE guides "${INSTALLED}/${DOC_DIR}/guides/*.md" "${INSTALLED}/${DOC_DIR}/data/*.md")
 if(NOT guides)
   message(FATAL_ERROR "no guide is installed")
@@ -26,6 +26,12 @@ foreach(guide IN LISTS guides)
   if(text MATCHES "\\./run|\\./test|build/release|sources -->")
     message(FATAL_ERROR "${guide} says ${CMAKE_MATCH_0}")
   endif()
+endforeach()
+
+# Whatever a document leads to is installed.
+file(GLOB_RECURSE documents "${INSTALLED}/${DOC_DIR}/*.md")
+foreach(guide IN LISTS documents)
+  file(READ "${guide}" text)
   cmake_path(GET guide PARENT_PATH directory)
   string(REGEX MATCHALL "\\([^() ]+\\.(md|csv|cpp)[)#]" links "${text}")  # no brackets: lists keep those together
   foreach(link IN LISTS links)

@@ -227,6 +227,16 @@ TEST(flash_identify, BatchGoesOnBehindLinesThatAreNoResponse) {
                                  refused_line("", BLANK_LINE), found_answer("20BA18", mapped(1, 0, SLOW))}));
 }
 
+TEST(flash_identify, AZeroByteEndsNoMessage) {
+    const std::string line = std::string("EF") + '\0' + "70";
+    const std::string message =
+        "\"" + line + "\" is not an identification response: expected pairs of hexadecimal digits";
+    const PROCESS_RESULT result = run_command({"--json", "flash", "identify", "-"}, line + "\n");
+    EXPECT_EQ(result.exit_code, NOT_FOUND);
+    EXPECT_EQ(json_of(result.output).at("error").at("message"), message);
+    EXPECT_TRUE(contains(result.errors, "70\" is not an identification response")) << result.errors;
+}
+
 TEST(flash_identify, NothingEnabled) {
     RECORD rare = SLOW;
     rare.ini = "RARE";

@@ -3,6 +3,7 @@
 #include <fmt/core.h>
 
 #include <array>
+#include <cerrno>
 #include <cstdio>
 #include <exception>
 #include <new>
@@ -49,8 +50,11 @@ FAILURE internal_error(const MSG_INTERNAL_ERROR_REPORT& report) {
 /// Carries out what the arguments ask for, and tells what goes wrong.
 EXIT_CODE carry_out(const std::vector<std::string>& arguments, COMMAND& command) try {
     const bool only_help = !run_service(arguments) && !run_command_line(whole_command(), arguments, command);
-    if (std::fflush(stdout) != 0 || std::ferror(stdout) != 0) {
-        print_error("pgmdev: standard output cannot be written");
+    const bool is_flushed = std::fflush(stdout) == 0;
+    const int reason = errno;
+    if (!is_flushed || std::ferror(stdout) != 0) {
+        print_error("pgmdev: standard output cannot be written{}",
+                    is_flushed ? "" : ": " + std::generic_category().message(reason));
         return EXIT_INTERNAL_ERROR;
     }
     const auto report = last_report();
@@ -62,7 +66,7 @@ EXIT_CODE carry_out(const std::vector<std::string>& arguments, COMMAND& command)
 } catch (const COMMAND_FAILURE& failure) {
     return fail(failure.failure(), failure.result(), command);
 } catch (const USAGE_ERROR& error) {
-    return fail({FAILURE_CODE::USAGE, error.what(), "", {}, "", {}}, EXIT_USAGE, command);
+    return fail({FAILURE_CODE::USAGE, error.message(), "", {}, "", {}}, EXIT_USAGE, command);
 } catch (const MSG_INTERNAL_ERROR_EXCEPTION& error) {
     return fail(internal_error(error.report()), EXIT_INTERNAL_ERROR, command);
 } catch (const std::bad_alloc&) {

@@ -56,7 +56,7 @@ std::optional<FLASH_QUESTION> question_of(KNOWN_FLASH& flash) {
     try {
         return FLASH_QUESTION::parse(flash.query, false);
     } catch (const USAGE_ERROR& error) {
-        flash.system->problems.emplace_back(std::string("jedec_id is no identification: ") + error.what());
+        flash.system->problems.emplace_back(std::string("jedec_id is no identification: ") + error.message());
         return std::nullopt;
     }
 }

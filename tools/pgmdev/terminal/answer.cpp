@@ -65,7 +65,7 @@ void give_line(const std::string& line, COMMAND& command,
         }
         give(line, answer(question), true, command);
     } catch (const USAGE_ERROR& error) {
-        give_failure(line, {FAILURE_CODE::USAGE, error.what(), {}, {}, {}, {}}, EXIT_NOT_FOUND, command);
+        give_failure(line, {FAILURE_CODE::USAGE, error.message(), {}, {}, {}, {}}, EXIT_NOT_FOUND, command);
     } catch (const COMMAND_FAILURE& error) {
         give_failure(line, error.failure(), EXIT_INTERNAL_ERROR, command);
     } catch (const MSG_INTERNAL_ERROR_EXCEPTION& error) {

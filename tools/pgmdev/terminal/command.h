@@ -5,6 +5,8 @@
 
 #include <functional>
 #include <stdexcept>
+#include <string>
+#include <utility>
 
 enum EXIT_CODE { EXIT_DONE = 0, EXIT_NOT_FOUND = 1, EXIT_USAGE = 2, EXIT_INTERNAL_ERROR = 3 };
 
@@ -17,5 +19,12 @@ struct COMMAND {
 
 /// Thrown for arguments that make no sense; the message is for the user.
 class USAGE_ERROR : public std::runtime_error {
-    using std::runtime_error::runtime_error;
+public:
+    explicit USAGE_ERROR(std::string message) : std::runtime_error(message), m_message(std::move(message)) {}
+
+    /// All of it: what() ends at a zero byte, which lines of a batch may have.
+    const std::string& message() const noexcept { return m_message; }
+
+private:
+    std::string m_message;
 };

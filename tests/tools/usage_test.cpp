@@ -152,6 +152,35 @@ TEST(usage, WhatIsMissingOrTooMuchIsNamed) {
                    {"--index is given more than once"});
 }
 
+// As scripts write it whose variable is empty.
+TEST(usage, WhatStandsBehindAnEmptyValueIsNotTheValue) {
+    expect_failure(run_command({"flash", "list", "--maker=", "--voltage=3.3V"}), NOT_FOUND,
+                   {"that passes all filters; none passes --maker \n"});
+    expect_failure(run_command({"--set=", "flash", "list"}), WRONG_USAGE, {"expected KEY=VALUE, found \"\""});
+    expect_failure(run_command({"flash", "show", "--index=", "W25Q64JV"}), WRONG_USAGE, {"NAME and --index"});
+    const PROCESS_RESULT shown = run_command({"--db-dir=", "flash", "show", "W25Q64JV", "--module-dir="});
+    EXPECT_EQ(shown.exit_code, DONE) << shown.errors;
+    EXPECT_EQ(run_command({"flash", "list", "--maker", "--size="}).exit_code, NOT_FOUND);  // a maker of that name
+}
+
+TEST(usage, BehindTwoMinusesAreNoOptions) {
+    const PROCESS_RESULT both = run_command({"flash", "identify", "EF4017", "--json", "--", "EF4018"});
+    EXPECT_EQ(both.exit_code, DONE) << both.errors;
+    EXPECT_EQ(json_of(both.output).at("query"), JSON::array({"EF4017", "EF4018"}));
+    expect_failure(run_command({"flash", "identify", "EF4017", "--", "--json"}), WRONG_USAGE,
+                   {"\"--json\" is not an identification response"});
+    expect_failure(run_command({"flash", "show", "W25Q64JV", "--", "--wide"}), WRONG_USAGE, {"not expected: --wide"});
+    expect_failure(run_command({"flash", "list", "--maker", "Winbond", "--", "--csv"}), NOT_FOUND,
+                   {"with a name like \"--csv\""});
+    const SCRATCH scratch;
+    const std::string at = scratch.directory().string();
+    const PROCESS_RESULT set =
+        run_command({"params", "set", "0", "STRING=a", "--module-dir", at, "--", "STRING=--b", "BYTE=1"});
+    EXPECT_EQ(set.exit_code, DONE) << set.errors;
+    const PROCESS_RESULT read = run_command({"--module-dir", at, "params", "read", "0"});
+    EXPECT_TRUE(read.output.starts_with("00000000  61 00 2d 2d 62 00 01  ")) << read.output << read.errors;
+}
+
 TEST(usage, AnOptionThatMayBeRepeatedTakesOneValueEachTime) {
     const PROCESS_RESULT set = run_command({"--json", "flash", "show", "--set", "PGM_ALLOW_M45PE=on", "M45PE40"});
     EXPECT_EQ(set.exit_code, DONE) << set.errors;

@@ -10,6 +10,7 @@
 #include "gen.h"
 #include "terminal/failure.h"
 #include "terminal/input.h"
+#include "terminal/plain_arguments.h"
 #include "terminal/standard_error.h"
 #include "terminal/unknown_word.h"
 
@@ -222,7 +223,8 @@ bool run_command_line(const COMMAND_TABLE& table, const std::vector<std::string>
     }
     CONTENTS(arguments, command).add_to(app, table.all);
     try {
-        app.parse(std::vector<std::string>(arguments.rbegin(), arguments.rend()));
+        const std::vector<std::string> plain = plain_arguments(table, arguments);
+        app.parse(std::vector<std::string>(plain.rbegin(), plain.rend()));
     } catch (const ANSWERED&) {
         return true;
     } catch (const CLI::ParseError& error) {

@@ -12,7 +12,7 @@ std::vector<std::string>& remembered() {
 }  // namespace
 
 void remember_arguments(const std::vector<std::string>& arguments) {
-    remembered() = arguments;
+    remembered().assign(arguments.begin(), std::find(arguments.begin(), arguments.end(), "--"));  // behind it are none
 }
 
 std::vector<std::string> given_values(std::string_view option) {

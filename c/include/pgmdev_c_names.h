@@ -45,7 +45,8 @@ PGMDEV_C_EXPORT pgmdev_status pgmdev_name_is_package_for_programming(const char*
 
 /// Every spelling of a name, one record: "package_name", "pgm_name", "pgm_part_pcf", "pgm_family_pcf", "dev_part_pcf",
 /// "dev_family_pcf", "pcf_family_pcf", "family", "pcf_device", "part_pcf", "family_pcf" in the order of the conversions, ""
-/// for those that it has not, then "use_full_name", "use_package_name" and "possible_full_name".
+/// for those that it has not, then "use_full_name", "use_package_name" and "possible_full_name". A name that leads nowhere
+/// is PGMDEV_STATUS_OK here, and has "" for each.
 PGMDEV_C_EXPORT pgmdev_status pgmdev_name_spellings(const char* name, pgmdev_records** spellings, pgmdev_error** error);
 
 /// The names from which conversions lead to that one, in any number of steps, a "name" each: full names, package names,
@@ -78,8 +79,10 @@ PGMDEV_C_EXPORT pgmdev_status pgmdev_opn_index(const char* name, uint32_t* index
 PGMDEV_C_EXPORT pgmdev_status pgmdev_opn_hash(const char* name, uint64_t* hash, pgmdev_error** error);
 PGMDEV_C_EXPORT pgmdev_status pgmdev_opn_from_hash(uint64_t hash, pgmdev_string** name, pgmdev_error** error);
 
-/// The first part, orderable ones in production rather than others, of a device; of a programmer-file part name; and the
-/// first one that a package, programming or ordering name stands for. The first and the last also report a name that is
+/// The first part of a device, as the device library spells it: an orderable one in production rather than one that is only
+/// orderable, rather than one that is only in production, rather than any; hidden ones do not count. The first part,
+/// likewise, whose own name is a programming name with that programmer-file part name; for "", one that has no such name. The
+/// first part that a package, programming or ordering name stands for. The first and the last also report a name that is
 /// none, and go on.
 PGMDEV_C_EXPORT pgmdev_status pgmdev_part_from_device(const char* device, pgmdev_string** part, pgmdev_error** error);
 PGMDEV_C_EXPORT pgmdev_status pgmdev_part_from_pcf(const char* pcf, pgmdev_string** part, pgmdev_error** error);

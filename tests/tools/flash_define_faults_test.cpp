@@ -75,6 +75,28 @@ TEST(flash_define_faults, NumbersHaveNoComma) {
     }
 }
 
+// Data sheets call 8 Mbit 8Mb, others 8 Mbyte.
+TEST(flash_define_faults, ALetterThatMayBeBitsOrBytesIsRefused) {
+    for (const std::string number : {"8M", "8 m", "1.5k", "8 Mi", "1G"}) {
+        std::vector<std::string> lines = CHIP_LINES;
+        lines.at(3) = "device_bit_size = " + number + "b";
+        lines.at(4) = "device_sector_byte = " + number + "b";
+        const JSON error = json_failure(defined(chip_text(lines)), WRONG_USAGE, "description_refused");
+        const JSON& faults = error.at("faults");
+        ASSERT_EQ(faults.size(), 2U) << faults;
+        EXPECT_EQ(faults.at(0).at("given"), number + "b");
+        EXPECT_EQ(faults.at(0).at("advice"),
+                  "b may be bits or bytes: write device_bit_size=" + number + "bit or device_bit_size=" + number + "B");
+        EXPECT_EQ(faults.at(1).at("advice"),
+                  "b may be bits or bytes: device_sector_byte=" + number + "B if bytes are meant");
+    }
+    for (const std::string size : {"8Mbit", "1MB", "1 mB", "1 MiB", "8388608", "1024KB"}) {
+        std::vector<std::string> lines = CHIP_LINES;
+        lines.at(3) = "device_bit_size = " + size;
+        EXPECT_EQ(defined(chip_text(lines)).exit_code, DONE) << size;
+    }
+}
+
 TEST(flash_define_faults, MicrosecondsAreWrittenAsInDataSheets) {
     for (const std::string unit : {"us", "\xC2\xB5s", "\xCE\xBCs", " \xC2\xB5s"}) {
         std::vector<std::string> lines = CHIP_LINES;

@@ -73,9 +73,14 @@ constexpr std::array WRITTEN_UNITS{WRITTEN_UNIT{"bits", "Gbit", GIGA},
                                    WRITTEN_UNIT{"us", "ms", 1000},
                                    WRITTEN_UNIT{"us", "s", 1000000}};
 
+/// As in 64Mb: data sheets mean bits by it, others bytes, eight times as much.
+bool may_be_bits_or_bytes(std::string_view text) {
+    return text.ends_with('b');
+}
+
 const WRITTEN_UNIT* find_unit(const MEMBER& member, const std::string& name) {
     const auto* const found = std::find_if(WRITTEN_UNITS.begin(), WRITTEN_UNITS.end(), [&](const WRITTEN_UNIT& unit) {
-        return unit.of == member.unit && gen_stricmp(unit.name, name) == 0;
+        return unit.of == member.unit && gen_stricmp(unit.name, name) == 0 && !may_be_bits_or_bytes(name);
     });
     return found != WRITTEN_UNITS.end() ? found : nullptr;
 }
@@ -171,6 +176,11 @@ std::string advice_for(const MEMBER& member, const std::string& text, const std:
     const std::string name(member.name);
     if (!given && text.find(',') != std::string::npos) {
         return "a number has no comma; a fraction stands behind a decimal point";
+    }
+    if (!given && (member.unit == "bits" || member.unit == "bytes") && may_be_bits_or_bytes(text)) {
+        const std::string number = text.substr(0, text.size() - 1);
+        return member.unit == "bits" ? fmt::format("b may be bits or bytes: write {0}={1}bit or {0}={1}B", name, number)
+                                     : fmt::format("b may be bits or bytes: {}={}B if bytes are meant", name, number);
     }
     if (!given) {
         return member.unit.empty() ? "" : fmt::format("a number without a unit counts {}", member.unit);

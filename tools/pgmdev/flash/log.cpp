@@ -64,6 +64,13 @@ private:
     bool m_in_utf_16 = false;  ///< as PowerShell writes what it redirects
 };
 
+/// What a line says of the bytes in the next one.
+struct LINE_BEFORE {
+    bool announces = false;       ///< that they are an identification
+    bool expects = false;         ///< that they were expected, and may not be what was seen
+    bool asks_for_other = false;  ///< that they are none; short lines between do not matter
+};
+
 /// An identification that is told a field in each line.
 class SPREAD_IDENTIFICATION {
 public:
@@ -132,13 +139,12 @@ std::vector<LOG_FINDING> find_in_log(std::istream& log) {
     };
     SPREAD_IDENTIFICATION spread;
     std::size_t number = 0;
-    std::size_t announced = 0;  // in that line; 0: nowhere
-    std::size_t expected = 0;   // likewise: what the next line has may be just what was expected
-    bool is_other_answer = false;
+    LINE_BEFORE before;
     LOG_LINES lines(log);
     for (std::string text; lines.next(text);) {
         ++number;
         if (text.size() < SHORTEST_LINE) {
+            before.announces = before.expects = false;
             continue;
         }
         const std::string line = without_what_was_expected(text);
@@ -146,21 +152,21 @@ std::vector<LOG_FINDING> find_in_log(std::istream& log) {
         if (bytes.size() < LEAST_IDENTIFICATION) {
             bytes = spread.take(line, number);
         }
-        const std::vector<BYTE> dump = expected != 0 && expected + 1 == number ? received_in(line) : dump_in(line);
-        if (bytes.empty() && announced != 0 && announced + 1 == number) {
+        const std::vector<BYTE> dump = before.expects ? received_in(line) : dump_in(line);
+        if (bytes.empty() && before.announces) {
             bytes = dump;
         }
-        expected = announces_what_was_expected(text) ? number : 0;
-        announced = bytes.empty() && expected == 0 && announces_identification(line) ? number : 0;
         using enum LOG_FINDING::KIND;
         if (bytes.size() >= LEAST_IDENTIFICATION) {
             add({BYTES, number, text, bytes, {}});
         } else if (const std::vector<std::string> names = names_in(line); !names.empty()) {
             add({NAME, number, text, {}, names});
-        } else if (!dump.empty() && !is_other_answer) {
+        } else if (!dump.empty() && !before.asks_for_other) {
             add({DUMP, number, text, dump, {}});
         }
-        is_other_answer = asks_for_no_identification(line);
+        before.expects = announces_what_was_expected(text);
+        before.announces = bytes.empty() && !before.expects && announces_identification(line);
+        before.asks_for_other = asks_for_no_identification(line);
     }
     return best;
 }

@@ -37,9 +37,8 @@ COMMAND_TABLE make() {
     return {NOUN("pgmdev", "The device data of Tessary: look it up, check it, compile it.",
                  "pgmdev flash identify 20BA18", all_contents),
             all_options(),
-            "Exit codes: 0 done, 1 not found, 2 wrong usage, or a description was refused, 3 an internal error was "
-            "reported, "
-            "or a table or a dump was refused.\n"};
+            "Exit codes: 0 done, 1 not found, 2 wrong usage, or a description was refused, "
+            "3 an internal error was reported, or a table or a dump was refused.\n"};
 }
 
 }  // namespace

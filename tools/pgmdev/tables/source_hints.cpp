@@ -11,6 +11,7 @@
 #include "files/database.h"
 #include "files/file_bytes.h"
 #include "terminal/standard_error.h"
+#include "text_lines.h"
 
 namespace {
 
@@ -34,17 +35,20 @@ bool is_no_text(std::string_view text) {
     return text.find('\0') != std::string_view::npos;
 }
 
-/// A voltage such as 3,3V, which is two cells.
+/// A voltage such as 3,3V, in the last cell, which is two then: one more than there are names.
 bool has_decimal_comma(std::string_view text) {
     constexpr std::string_view DIGITS = "0123456789";
-    for (std::size_t comma = text.find(',', 1); comma != std::string_view::npos; comma = text.find(',', comma + 1)) {
-        const std::size_t end = text.find_first_not_of(DIGITS, comma + 1);
-        const bool behind_digit = DIGITS.find(text[comma - 1]) != std::string_view::npos;
-        if (behind_digit && end != std::string_view::npos && end != comma + 1 && text[end] == 'V') {
-            return true;
+    const auto names = count_of(first_line(text), ',');
+    bool found = false;
+    for_each_line(text, [&](std::string_view line) {
+        const std::size_t comma = line.rfind(',');
+        if (count_of(line, ',') > names && comma > 0 && DIGITS.find(line[comma - 1]) != std::string_view::npos) {
+            const std::string_view fraction = line.substr(comma + 1);
+            const std::size_t end = fraction.find_first_not_of(DIGITS);
+            found = found || (end != 0 && fraction.substr(std::min(end, fraction.size())).starts_with('V'));
         }
-    }
-    return false;
+    });
+    return found;
 }
 
 struct HINT {

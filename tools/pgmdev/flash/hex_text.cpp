@@ -223,8 +223,8 @@ private:
 }  // namespace
 
 bool begins_as_sfdp(std::span<const BYTE> bytes) {
-    constexpr std::array<BYTE, 4> SIGNATURE{'S', 'F', 'D', 'P'};
-    return bytes.size() >= SIGNATURE.size() && std::equal(SIGNATURE.begin(), SIGNATURE.end(), bytes.begin());
+    return bytes.size() >= SFDP_SIGNATURE.size() &&
+           std::equal(SFDP_SIGNATURE.begin(), SFDP_SIGNATURE.end(), bytes.begin());
 }
 
 std::optional<std::vector<BYTE>> bytes_of_dump_words(std::string_view line) {

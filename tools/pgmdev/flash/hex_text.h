@@ -10,6 +10,9 @@
 
 #include "pgmdev_types.h"
 
+/// What the area begins with in which a flash describes itself (JESD216).
+inline constexpr std::string_view SFDP_SIGNATURE = "SFDP";
+
 /// Whether bytes begin with the signature of what a flash says of itself.
 bool begins_as_sfdp(std::span<const BYTE> bytes);
 

@@ -26,8 +26,6 @@
 
 namespace {
 
-constexpr std::string_view SFDP_SIGNATURE = "SFDP";
-
 /// No area has a thousandth part of it, as bytes or as text.
 constexpr std::size_t LARGEST_SFDP_DUMP = std::size_t{4} << 20;
 

@@ -9,6 +9,7 @@
 #include "msg.h"
 #include "shell/candidates.h"
 #include "terminal/schema.h"
+#include "terminal/way_to_verb.h"
 
 namespace {
 
@@ -26,10 +27,6 @@ bool is_option(const std::string& word) {
     return word.size() > 1 && word.front() == '-';
 }
 
-bool takes_value(const ARGUMENT& argument) {
-    return is_option(argument.name) && argument.kind != ARGUMENT::FLAG;
-}
-
 bool takes_many(const ARGUMENT& argument) {
     return argument.kind == ARGUMENT::TEXTS || argument.kind == ARGUMENT::OPTIONAL_TEXTS;
 }
@@ -37,16 +34,16 @@ bool takes_many(const ARGUMENT& argument) {
 /// Follows the words before the one to complete through the tables.
 class WORDS_BEFORE {
 public:
-    explicit WORDS_BEFORE(const COMMAND_TABLE& table) : m_table(table), m_noun(&table.all) {}
+    explicit WORDS_BEFORE(const COMMAND_TABLE& table) : m_table(table), m_way(table) {}
 
     void pass(const std::string& word) {
         if (!m_value_of.empty()) {
             apply(m_value_of, word);
             m_value_of.clear();
         } else if (is_option(word)) {
-            m_value_of = option_with_value(word) ? word : "";
+            m_value_of = m_way.takes_value(word) ? word : "";
             m_passed.push_back(word);
-        } else if (m_verb != nullptr) {
+        } else if (m_way.verb() != nullptr) {
             m_given.push_back(word);
         } else {
             enter(word);
@@ -60,36 +57,14 @@ public:
         if (is_option(beginning) || beginning == "-") {
             return options();
         }
-        return m_verb != nullptr ? values(beginning) : subcommands();
+        return m_way.verb() != nullptr ? values(beginning) : subcommands();
     }
 
 private:
     void enter(const std::string& word) {
-        for (const VERB& verb : m_noun->verbs()) {
-            if (verb.name == word) {
-                m_path.push_back(word);
-                m_verb = &verb;
-                return;
-            }
+        if (m_way.enter(word)) {
+            m_path.push_back(word);
         }
-        for (const NOUN& group : m_noun->groups()) {
-            if (group.name == word) {
-                m_path.push_back(word);
-                m_noun = &group;
-                return;
-            }
-        }
-    }
-
-    bool option_with_value(const std::string& word) const {
-        for (const GLOBAL_OPTION& option : m_table.options) {
-            if (option.names == word && !option.value_name.empty()) {
-                return true;
-            }
-        }
-        return m_verb != nullptr &&
-               std::any_of(m_verb->arguments.begin(), m_verb->arguments.end(),
-                           [&](const ARGUMENT& each) { return each.name == word && takes_value(each); });
     }
 
     /// Options that name directories, for instance, decide what names there are.
@@ -108,8 +83,8 @@ private:
 
     COMPLETIONS options() const {
         COMPLETIONS found;
-        if (m_verb != nullptr) {
-            for (const ARGUMENT& argument : m_verb->arguments) {
+        if (m_way.verb() != nullptr) {
+            for (const ARGUMENT& argument : m_way.verb()->arguments) {
                 if (is_option(argument.name) && (takes_many(argument) || !is_passed(argument.name))) {
                     found.push_back({argument.name, argument.description});
                 }
@@ -128,12 +103,12 @@ private:
 
     COMPLETIONS subcommands(bool only_in_json = false) const {
         COMPLETIONS found;
-        for (const VERB& verb : m_noun->verbs()) {
+        for (const VERB& verb : m_way.noun().verbs()) {
             if (verb.schema || !only_in_json) {
                 found.push_back({verb.name, verb.description});
             }
         }
-        for (const NOUN& group : m_noun->groups()) {
+        for (const NOUN& group : m_way.noun().groups()) {
             found.push_back({group.name, group.description});
         }
         return found;
@@ -145,13 +120,13 @@ private:
         for (const std::string& word : m_given) {
             named.enter(word);
         }
-        const bool is_end = named.m_verb != nullptr || named.m_path.size() != m_given.size();
+        const bool is_end = named.m_way.verb() != nullptr || named.m_path.size() != m_given.size();
         return is_end ? COMPLETIONS() : named.subcommands(true);
     }
 
     COMPLETIONS values(const std::string& beginning) const {
         std::size_t position = 0;
-        for (const ARGUMENT& argument : m_verb->arguments) {
+        for (const ARGUMENT& argument : m_way.verb()->arguments) {
             if (!is_option(argument.name)) {
                 if (position == m_given.size() || takes_many(argument)) {
                     return argument.name == "WORD" ? words_of_the_command() : values_of(argument.name, beginning);
@@ -170,8 +145,8 @@ private:
         const std::size_t comma = is_list_of_candidates(argument) ? beginning.rfind(',') : std::string::npos;
         const std::string before = comma == std::string::npos ? "" : beginning.substr(0, comma + 1);
         COMPLETIONS found;
-        const bool is_list = m_verb != nullptr && m_verb->row != nullptr && argument == "--fields";
-        for (const std::string& name : is_list ? member_names(m_verb->row()) : argument_candidates(place)) {
+        const bool is_list = m_way.verb() != nullptr && m_way.verb()->row != nullptr && argument == "--fields";
+        for (const std::string& name : is_list ? member_names(m_way.verb()->row()) : argument_candidates(place)) {
             if (!name.empty()) {
                 found.push_back({before + name, ""});
             }
@@ -180,12 +155,11 @@ private:
     }
 
     const COMMAND_TABLE& m_table;
-    const NOUN* m_noun;
-    const VERB* m_verb = nullptr;  ///< null: it is still to come
-    WORDS m_path;                  ///< the noun, the group if there is one, the verb
-    WORDS m_given;                 ///< the arguments without a name that stand behind the verb
-    WORDS m_passed;                ///< the options
-    std::string m_value_of;        ///< the option whose value comes next; "": none
+    WAY_TO_VERB m_way;
+    WORDS m_path;            ///< the noun, the group if there is one, the verb
+    WORDS m_given;           ///< the arguments without a name that stand behind the verb
+    WORDS m_passed;          ///< the options
+    std::string m_value_of;  ///< the option whose value comes next; "": none
 };
 
 bool begins_with(const std::string& word, const std::string& beginning) {

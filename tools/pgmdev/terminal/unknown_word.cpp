@@ -6,16 +6,9 @@
 
 #include "gen.h"
 #include "terminal/did_you_mean.h"
+#include "terminal/way_to_verb.h"
 
 namespace {
-
-/// The option of that name, if it is one with a value; null otherwise.
-const GLOBAL_OPTION* option_with_value(const std::vector<GLOBAL_OPTION>& options, const std::string& argument) {
-    const auto found = std::find_if(options.begin(), options.end(), [&argument](const GLOBAL_OPTION& option) {
-        return option.names == argument && !option.value_name.empty();
-    });
-    return found != options.end() ? &*found : nullptr;
-}
 
 /// The words among the arguments: neither options nor their values. Options of verbs stand behind all nouns and verbs.
 std::vector<std::string> words_of(const std::vector<GLOBAL_OPTION>& options,
@@ -71,24 +64,20 @@ struct WAY {
 };
 
 WAY way_of(const COMMAND_TABLE& table, const std::vector<std::string>& arguments) {
-    const NOUN* noun = &table.all;
+    WAY_TO_VERB way(table);
     std::string before;
     for (const std::string& word : words_of(table.options, arguments)) {
-        const auto has_that_name = [&word](const auto& entry) { return entry.name == word; };
-        const auto verb = std::find_if(noun->verbs().begin(), noun->verbs().end(), has_that_name);
-        if (verb != noun->verbs().end()) {
-            return {&*verb, "", ""};
+        if (!way.enter(word)) {
+            return {nullptr, sentence(word, before, contents_of(way.noun())), ""};
         }
-        const auto group = std::find_if(noun->groups().begin(), noun->groups().end(), has_that_name);
-        if (group == noun->groups().end()) {
-            return {nullptr, sentence(word, before, contents_of(*noun)), ""};
+        if (way.verb() != nullptr) {
+            return {way.verb(), "", ""};
         }
-        noun = &*group;
         before += (before.empty() ? "" : " ") + word;
     }
-    return {
-        nullptr, "",
-        fmt::format("a {} is missing; {}", before.empty() ? "noun" : "verb", known_words(before, contents_of(*noun)))};
+    return {nullptr, "",
+            fmt::format("a {} is missing; {}", before.empty() ? "noun" : "verb",
+                        known_words(before, contents_of(way.noun())))};
 }
 
 /// Whether it looks like the name of one option: neither a negative number nor several letters in one word.

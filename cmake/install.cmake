@@ -64,6 +64,7 @@ install(EXPORT pgmdev_targets
   COMPONENT development)
 configure_package_config_file(cmake/pgmdev-config.cmake.in ${PROJECT_BINARY_DIR}/package/pgmdev-config.cmake
   INSTALL_DESTINATION ${PGMDEV_INSTALL_CMAKEDIR}
+  PATH_VARS CMAKE_INSTALL_LIBDIR
   NO_SET_AND_CHECK_MACRO)
 write_basic_package_version_file(${PROJECT_BINARY_DIR}/package/pgmdev-config-version.cmake
   COMPATIBILITY SameMajorVersion)

@@ -26,3 +26,15 @@ foreach(version 0.9 1.1 2.0)
     message(FATAL_ERROR "version ${version} was asked for, and this was said:\n${errors}")
   endif()
 endforeach()
+
+# There are no components: one that must be there is not, one that may be there is not missed.
+configure_project("component" "find_package(pgmdev CONFIG REQUIRED COMPONENTS fish)"
+  "-Dpgmdev_DIR=${INSTALLED}/${CMAKE_PACKAGE_DIR}")
+if(configured OR NOT errors MATCHES "pgmdev has no component fish")
+  message(FATAL_ERROR "a component was asked for, and this was said:\n${errors}")
+endif()
+configure_project("optional component" "find_package(pgmdev CONFIG REQUIRED OPTIONAL_COMPONENTS fish)"
+  "-Dpgmdev_DIR=${INSTALLED}/${CMAKE_PACKAGE_DIR}")
+if(NOT configured)
+  message(FATAL_ERROR "a component that need not be there was asked for, and this was said:\n${errors}")
+endif()

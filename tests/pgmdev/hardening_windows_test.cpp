@@ -32,6 +32,7 @@ TEST_P(Hardening, IsInTheHeader) {
     EXPECT_TRUE((characteristics & 0x0100U) != 0) << "no data executed";
 }
 
-INSTANTIATE_TEST_SUITE_P(Shipped, Hardening, testing::Values(TEST_COMMAND, TEST_LIBRARY, TEST_C_LIBRARY));
+INSTANTIATE_TEST_SUITE_P(Shipped, Hardening,
+                         testing::Values(TEST_COMMAND, TEST_LIBRARY, TEST_C_LIBRARY, TEST_HOST_LIBRARY));
 
 }  // namespace

@@ -116,7 +116,8 @@ seeds(chip_file ${samples}/chip.txt)
 each_line(identification ${samples}/identification.txt)
 seeds(log ${samples}/log.txt)
 seeds(sfdp ${dumps})
-seeds(sfdp_text ${dumps} ${samples}/identification.txt ${samples}/sfdp_numbers.txt)
+seeds(sfdp_text ${dumps} ${samples}/identification.txt ${samples}/sfdp_debugger.txt ${samples}/sfdp_numbers.txt
+  ${samples}/sfdp_source.txt)
 joined(notes ${SEEDS}/ambiguities.csv ${SEEDS}/identifications.csv ${SEEDS}/aliases.csv ${SEEDS}/sources.csv
   ${SEEDS}/left_out.csv)
 joined(catalog ${catalog})

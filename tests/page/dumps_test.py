@@ -67,6 +67,26 @@ class Dumps(PageTest):
                     read += [self.reads_as_the_command_does(text) for text in kinds]
         self.assertEqual(collections.Counter(read), {True: 48, False: 16})
 
+    def test_it_reads_what_debuggers_print_and_arrays_of_sources(self):
+        dump = (DUMPS / "W25Q128JV.sfdp").read_bytes()
+        rows = [(0x20000000 + at, dump[at:at + 16]) for at in range(0, len(dump), 16)]
+        words = [(at, [row[i:i + 4][::-1].hex() for i in range(0, 16, 4)]) for at, row in rows]
+        forms = {
+            "mdb of OpenOCD": [f"0x{at:08x}: {row.hex(' ')} " for at, row in rows],
+            "mdw of OpenOCD": [f"0x{at:08x}: {' '.join(numbers)} " for at, numbers in words],
+            "bytes of GDB": [f"0x{at:x}:\t0x" + row.hex(" ").replace(" ", "\t0x") for at, row in rows],
+            "words of GDB": [f"0x{at:x} <a::b+8>:\t0x" + "\t0x".join(numbers) for at, numbers in words],
+            "mem of J-Link": [f"{at:08X} = {row.hex(' ')}  SFDP............" for at, row in rows],
+            "an array": ["int area[] = {", *("/* 16 */ 0x" + row.hex(" ").replace(" ", ", 0x") + ", // .." for _, row in rows),
+                         "};"],
+            "single digits": [" ".join(f"0x{byte:X}" for byte in row) for _, row in rows],
+        }
+        for kind, lines in forms.items():
+            self.assertTrue(self.reads_as_the_command_does(lines), kind)
+            wrong = [line.replace("53", "63").replace("50444653", "50444663") for line in lines]
+            for refused in (wrong, [*lines[:2], "Continuing.", *lines[2:]]):
+                self.assertFalse(self.reads_as_the_command_does(refused), kind)
+
     def reads_as_the_command_does(self, lines):
         """Whether both read the dump."""
         answer = json.loads(self.command.run("--json", "flash", "sfdp", "-", text="\n".join(lines)).stdout)

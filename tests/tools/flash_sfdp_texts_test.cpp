@@ -96,6 +96,11 @@ TEST(flash_sfdp, DumpsInWhichLinesAreMissingAreRefused) {
     expect_refusal(lines);
     lines.erase(lines.begin() + 2, lines.end() - 1);  // of few lines, too
     expect_refusal(lines);
+    for (const char* behind_offset : {": ", "  "}) {
+        lines = lines_of(dump_text(bytes, behind_offset, ""));
+        lines.erase(lines.begin() + 1);  // the second one
+        expect_refusal(lines);
+    }
 }
 
 // Such as a second copy of the whole, or numbers that count something else.

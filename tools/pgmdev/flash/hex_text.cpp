@@ -10,7 +10,6 @@
 
 namespace {
 
-constexpr std::string_view HEX_DIGITS = "0123456789ABCDEFabcdef";
 constexpr std::string_view BETWEEN_PAIRS = " \t,:-";
 
 constexpr std::string_view BLANKS = " \t";
@@ -20,6 +19,7 @@ std::string_view without_blanks_before(std::string_view text) {
     return first == std::string_view::npos ? std::string_view() : text.substr(first);
 }
 
+constexpr std::array BASES{16, 8, 10};  // of offsets: `xxd`, `od`, `od -A d`
 constexpr std::size_t MOST_DIGITS_OF_OFFSET = 16;
 constexpr std::size_t DIGITS_BEFORE_WORDS = 7;  // as `hexdump` and `od -x` print them
 
@@ -136,6 +136,7 @@ public:
         m_repeats = false;
         m_most_padding = found->most_padding;
         m_last = std::move(found->bytes);
+        m_last_offset = found->offset;
         bytes.insert(bytes.end(), m_last.begin(), m_last.end());
         return bytes.size() <= m_most;
     }
@@ -173,6 +174,19 @@ private:
         return !end || *end < start ? std::nullopt : std::optional(*end - start);
     }
 
+    /// Whether more bytes should stand before the offset than do: of all the lines before, or because it counts the bytes of
+    /// the last one.
+    bool leaves_a_gap(std::string_view offset, bool is_end) const {
+        const auto follows_last = [&](int base) {
+            const std::optional<std::size_t> end = number_of(offset, base);
+            const std::optional<std::size_t> start = number_of(m_last_offset, base);
+            return end && start && *start + m_last.size() == *end && !m_last.empty();
+        };
+        return (m_counts && !is_end && bytes_before(offset, m_bases.front()) > bytes.size()) ||
+               std::any_of(BASES.begin(), BASES.end(),
+                           [&](int base) { return follows_last(base) && bytes_before(offset, base) > bytes.size(); });
+    }
+
     /// Whether a line may follow behind that many bytes.
     bool may_end_at(std::size_t end) const {
         if (m_repeats) {
@@ -195,8 +209,7 @@ private:
             }
         }
         if (bases.empty()) {
-            const bool leaves_a_gap = m_counts && !is_end && bytes_before(offset, m_bases.front()) > bytes.size();
-            return !m_repeats && m_most_padding == 0 && !leaves_a_gap;
+            return !m_repeats && m_most_padding == 0 && !leaves_a_gap(offset, is_end);
         }
         m_bases = std::move(bases);
         m_counts = true;
@@ -212,8 +225,9 @@ private:
     std::optional<WORD_FORM> m_form;  ///< of all lines, where the first one has told it
     std::vector<BYTE> m_last;
     std::string m_first_offset;
-    std::vector<int> m_bases{16, 8, 10};  ///< of the offsets, as far as can be told: `xxd`, `od`, `od -A d`
-    bool m_counts = false;                ///< an offset has told what it counts
+    std::string m_last_offset;
+    std::vector<int> m_bases{BASES.begin(), BASES.end()};  ///< of the offsets, as far as can be told
+    bool m_counts = false;                                 ///< an offset has told what it counts
     bool m_is_first = true;
     bool m_has_offsets = false;
     std::size_t m_most_padding = 0;  ///< of the line before

@@ -19,6 +19,7 @@
 #include "files/inspection.h"
 #include "fio.h"
 #include "flash/hex_text.h"
+#include "flash/printed_dump.h"
 #include "terminal/command.h"
 #include "terminal/failure.h"
 #include "terminal/input.h"
@@ -35,10 +36,21 @@ std::optional<std::vector<BYTE>> bytes_of_digits(const std::string& text) {
     return bytes && bytes->empty() ? std::nullopt : std::move(bytes);
 }
 
+/// The bytes of a text of digits, also of one that only the signature tells to be read like this; nothing when it is none.
+std::optional<std::vector<BYTE>> bytes_of_text(const std::string& text) {
+    auto bytes = bytes_of_digits(text);
+    if (!bytes || !begins_as_sfdp(*bytes)) {
+        if (auto printed = bytes_of_digits(plain_dump_of(text)); printed && begins_as_sfdp(*printed)) {
+            return printed;
+        }
+    }
+    return bytes;
+}
+
 /// What was read: bytes as they are, unless they are a text of digits.
 std::vector<BYTE> bytes_of_contents(const std::string& contents) {
     if (!contents.starts_with(SFDP_SIGNATURE)) {
-        if (auto bytes = bytes_of_digits(std::string(without_byte_order_mark(contents)))) {
+        if (auto bytes = bytes_of_text(std::string(without_byte_order_mark(contents)))) {
             return std::move(*bytes);
         }
     }

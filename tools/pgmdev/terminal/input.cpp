@@ -15,7 +15,6 @@
 
 namespace {
 
-constexpr std::string_view HEX_DIGITS = "0123456789ABCDEFabcdef";
 constexpr std::size_t LONGEST_INPUT_LINE = std::size_t{1} << 16;
 
 COMMAND_FAILURE unreadable_input(const char* message) {

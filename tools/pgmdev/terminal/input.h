@@ -17,6 +17,8 @@ struct ID_RESPONSE {
     const BYTE* data() const { return bytes.data(); }
 };
 
+inline constexpr std::string_view HEX_DIGITS = "0123456789ABCDEFabcdef";
+
 /// The bytes that `text` spells: pairs of hexadecimal digits, which the characters `between` may set apart and "0x" may
 /// precede. Nothing when there is anything else.
 std::optional<std::vector<BYTE>> bytes_of_hex_pairs(std::string_view text, std::string_view between);

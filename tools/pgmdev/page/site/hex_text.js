@@ -109,13 +109,15 @@ function line_of_words(line, form) {
     return offset === "" ? null : dump_line(offset, bytes_of_words(words, form), form.size - 1); // none of the last offset
 }
 
-const begins_as_sfdp = (line) => line !== null && String.fromCharCode(...line.bytes.slice(0, 4)) === "SFDP";
+const begins_as_sfdp = (bytes) => String.fromCharCode(...(bytes ?? []).slice(0, 4)) === "SFDP";
 
 /// The number that an offset is; NaN when it is none of that base.
 function offset_number(offset, base) {
     const digits = { 16: /^[0-9A-Fa-f]{1,16}$/, 10: /^[0-9]{1,16}$/, 8: /^[0-7]{1,16}$/ }[base];
     return digits.test(offset) ? parseInt(offset, base) : NaN;
 }
+
+const BASES = [16, 8, 10]; // of offsets: `xxd`, `od`, `od -A d`
 
 /// The bytes of a dump, put together of its lines.
 class DumpBytes {
@@ -124,7 +126,8 @@ class DumpBytes {
     #form; // of numbers in all lines, where the first one has told it
     #last = [];
     #first_offset = "";
-    #bases = [16, 8, 10]; // those of the offsets, as far as can be told: of `xxd`, of `od`, of `od -A d`
+    #last_offset = "";
+    #bases = BASES; // those of the offsets, as far as can be told
     #counts = false; // an offset has told what it counts
     #is_first = true;
     #has_offsets = false;
@@ -137,9 +140,9 @@ class DumpBytes {
             return true;
         }
         let found = this.#form ? line_of_words(line, this.#form) : line_of_pairs(line, this.#has_offsets);
-        if (this.#is_first && !begins_as_sfdp(found)) {
+        if (this.#is_first && !begins_as_sfdp(found?.bytes)) {
             // Numbers that begin with the signature tell how they are to be read.
-            this.#form = WORD_FORMS.find((form) => begins_as_sfdp(line_of_words(line, form)));
+            this.#form = WORD_FORMS.find((form) => begins_as_sfdp(line_of_words(line, form)?.bytes));
             found = this.#form ? line_of_words(line, this.#form) : found;
         }
         if (
@@ -156,6 +159,7 @@ class DumpBytes {
         this.repeats = false;
         this.#most_padding = found.most_padding;
         this.#last = found.bytes;
+        this.#last_offset = found.offset;
         append(this.bytes, this.#last);
         return this.bytes.length <= LARGEST_DUMP;
     }
@@ -165,6 +169,18 @@ class DumpBytes {
         const start = offset_number(this.#first_offset, base) || 0;
         const end = offset_number(offset, base);
         return end < start ? NaN : end - start;
+    }
+
+    /// Whether more bytes should stand before the offset than do: of all the lines before, or because it counts the bytes of
+    /// the last one.
+    #leaves_a_gap(offset, is_end) {
+        const { length } = this.#last;
+        const follows_last = (base) =>
+            length > 0 && offset_number(this.#last_offset, base) + length === offset_number(offset, base);
+        return (
+            (this.#counts && !is_end && this.#bytes_before(offset, this.#bases[0]) > this.bytes.length) ||
+            BASES.some((base) => follows_last(base) && this.#bytes_before(offset, base) > this.bytes.length)
+        );
     }
 
     /// Whether a line may follow behind that many bytes.
@@ -184,9 +200,7 @@ class DumpBytes {
     #continue_at(offset, is_end) {
         const bases = this.#bases.filter((base) => this.#may_end_at(this.#bytes_before(offset, base)));
         if (bases.length === 0) {
-            const leaves_a_gap =
-                this.#counts && !is_end && this.#bytes_before(offset, this.#bases[0]) > this.bytes.length;
-            return !this.repeats && this.#most_padding === 0 && !leaves_a_gap;
+            return !this.repeats && this.#most_padding === 0 && !this.#leaves_a_gap(offset, is_end);
         }
         this.#bases = bases;
         this.#counts = true;

@@ -112,7 +112,7 @@ function wrong_input(text) {
 function identify_answer(response, dump) {
     let sfdp = null;
     if (trim_white(dump) !== "") {
-        const bytes = bytes_of_hex_text(dump);
+        const bytes = bytes_of_dump(dump);
         if (bytes === null) {
             return wrong_input("The dump is no text of hexadecimal digits, or lines are missing in it.");
         }

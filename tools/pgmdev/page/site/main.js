@@ -125,9 +125,9 @@ performance.mark("ready");
 window.tessary = {
     identify: (text, in_a_chain = false) => identification(0, parse_question(text), in_a_chain),
     identify_with_sfdp: (text, dump) =>
-        identification_with_sfdp(parse_question(text), read_sfdp(bytes_of_hex_text(dump))),
+        identification_with_sfdp(parse_question(text), read_sfdp(bytes_of_dump(dump))),
     sfdp: (dump) => {
-        const sfdp = read_sfdp(bytes_of_hex_text(dump));
+        const sfdp = read_sfdp(bytes_of_dump(dump));
         return sfdp.refusal
             ? { refusal: describe_refusal(sfdp.refusal) }
             : { ...sfdp_json(sfdp), record: derived_record(sfdp, []) };

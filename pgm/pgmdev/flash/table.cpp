@@ -1,5 +1,7 @@
 #include "pgmdev_flash_table.h"
 
+#include <algorithm>
+
 #include "flash/source.h"
 #include "packed/file.h"
 
@@ -21,6 +23,7 @@ PGMDEV_FLASH_TABLE PGMDEV_FLASH_TABLE::from_database(const FIO_PATH& pcf_file) {
     DWORD index = 0;
     PACKED_READER reader(body.data.get(), body.size, index, FLASH_FORMAT);
     const PACKED_BODY_HEAD head = reader.body_head();
+    table.m_records.reserve(std::min<QWORD>(head.record_count, FLASH_CODEC::most_records_in(body.size)));
     for (DWORD i = 0; i < head.record_count; ++i) {
         FLASH_CODEC::read(reader, table.m_records.emplace_back());
         reader.confirm_record_end();

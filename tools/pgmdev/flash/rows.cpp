@@ -28,6 +28,7 @@ std::vector<FLASH_ROW> all_flash_rows() {
 std::vector<FLASH_ROW> all_flash_rows(PGMDEV_FLASH_MANAGER& programs) {
     const PGMDEV_FLASH_TABLE table = flash_table();
     std::vector<FLASH_ROW> rows;
+    rows.reserve(table.records().size());
     DWORD enabled = 0;
     for (const PGMDEV_SFL_FLASH_INFO& record : table.records()) {
         const std::string enabling_switch = enabling_switch_of(record);

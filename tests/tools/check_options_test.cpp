@@ -178,6 +178,13 @@ TEST(check_options, HintsAtAFileThatIsNoText) {
     EXPECT_EQ(hint_for(GOOD + std::string(512, '\0')), no_text);
 }
 
+TEST(check_options, HintsAtAPageThatWasSavedInsteadOfATable) {
+    const std::string page = "this is a page for browsers, not the table that it shows: download the table itself";
+    EXPECT_EQ(hint_for("<!DOCTYPE html>\n<html lang=\"en\">\t;;\n"), page);
+    EXPECT_EQ(hint_for("\xEF\xBB\xBF\r\n <html>\n" + GOOD), page);
+    EXPECT_EQ(hint_for(""), "");
+}
+
 TEST(check_options, FilesOfAnotherKindAreSaidToBe) {
     const SCRATCH scratch;
     const std::string flash = scratch.write("flash.csv", GOOD);

@@ -35,6 +35,12 @@ bool is_no_text(std::string_view text) {
     return text.find('\0') != std::string_view::npos;
 }
 
+/// A page of the web around a table, or instead of it, is often what was saved.
+bool is_web_page(std::string_view text) {
+    const std::size_t begin = without_byte_order_mark(text).find_first_not_of(" \t\r\n");
+    return begin != std::string_view::npos && without_byte_order_mark(text)[begin] == '<';
+}
+
 /// A voltage such as 3,3V, in the last cell, which is two then: one more than there are names.
 bool has_decimal_comma(std::string_view text) {
     constexpr std::string_view DIGITS = "0123456789";
@@ -119,6 +125,10 @@ std::vector<std::string> hints_at_causes(const std::string& csv_file, const std:
     }
     if (is_no_text(text) && !is_utf16(text)) {
         hints.emplace_back("this is no text: unpack it if it is compressed, and look at what was downloaded");
+        return hints;
+    }
+    if (is_web_page(text)) {
+        hints.emplace_back("this is a page for browsers, not the table that it shows: download the table itself");
         return hints;
     }
     for (const HINT& hint : HINTS) {

@@ -90,6 +90,10 @@ const std::vector<LOG> LOGS{
     {"JEDEC ID mismatch: expected EF 40 18, got C2 20 18\n", "C22018", 1},
     {"unexpected JEDEC id bytes: c2, 20, 18\n", "C22018", 1},
     {"[    0.9] spi-nor spi0.0: expected n25q256a, found w25q256jv\n", "w25q256jv", 1},
+    {"flash_id: 0xef4018\n", "EF4018", 1},
+    {"chip_id=0xEF4018, size=16777216\n", "EF4018", 1},
+    {"JEDEC-ID: EF-40-18\n", "EF4018", 1},
+    {"manufacturer_id=0xef device_id=0x4018\n", "EF4018", 1},
     {"Read: 0x12 0x34 0x56\nRead: 0xEF 0x40 0x18\n", "EF4018", 2},
 };
 

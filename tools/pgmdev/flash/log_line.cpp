@@ -16,18 +16,9 @@ constexpr std::size_t MOST_WORDS_BEFORE = 3;
 constexpr std::string_view RAW_PHRASE = "rx |";
 
 /// What stands before the bytes of an identification. The longer phrases come first.
-constexpr std::array PHRASES{
-    std::string_view("jedec id bytes"), std::string_view("id bytes"),
-    std::string_view("jedec id"),       std::string_view("jedec_id"),
-    std::string_view("jedec-id"),       std::string_view("jedec:"),
-    std::string_view("rdid"),           std::string_view("read id"),
-    std::string_view("flash id"),       std::string_view("chip id"),
-    std::string_view("device id"),      std::string_view("spi id"),
-    std::string_view("identification"), std::string_view("idcode"),
-    std::string_view("nor id"),         std::string_view("nor: id"),
-    std::string_view("read_id"),        std::string_view("flashid"),
-    std::string_view("id code"),        RAW_PHRASE,
-};
+constexpr auto PHRASES = std::to_array<std::string_view>(
+    {"jedec id bytes", "id bytes", "jedec id", "jedec:", "rdid", "read id", "flash id", "chip id", "device id",
+     "spi id", "identification", "idcode", "nor id", "nor: id", "flashid", "id code", RAW_PHRASE});
 
 /// Those before a number whose lowest byte is the maker's.
 constexpr std::array NUMBER_PHRASES{std::string_view("(id 0x"), std::string_view("' id = 0x")};
@@ -35,7 +26,7 @@ constexpr std::array NUMBER_PHRASES{std::string_view("(id 0x"), std::string_view
 /// Fields of one line that make an identification together, in their order.
 constexpr std::array FIELD_SETS{
     std::array{std::string_view("id1 "), std::string_view("id2 "), std::string_view("")},
-    std::array{std::string_view("manuf "), std::string_view(" jedec "), std::string_view("ext_jedec ")},
+    std::array{std::string_view("manuf "), std::string_view(" jedec "), std::string_view("ext jedec ")},
     std::array{std::string_view("manufacturer id"), std::string_view("memory type"), std::string_view("capacity")},
     std::array{std::string_view("vendor id"), std::string_view("memory type"), std::string_view("capacity")},
     std::array{std::string_view("manufacturer id"), std::string_view("device id"), std::string_view("")},
@@ -52,6 +43,14 @@ struct NAME_PHRASE {
 constexpr std::array NAME_PHRASES{NAME_PHRASE{"sf: detected ", ""}, NAME_PHRASE{"flash chip \"", ""},
                                   NAME_PHRASE{"flash chip: ", ""}, NAME_PHRASE{"flash device '", ""},
                                   NAME_PHRASE{"detected: ", "sectors size"}};
+
+/// In which words are set apart by blanks, also those of names in programs, "jedec_id", and bytes, "EF-40-18".
+std::string words_of_line(const std::string& line) {
+    std::string text = lower_line(line);
+    std::replace(text.begin(), text.end(), '_', ' ');
+    std::replace(text.begin(), text.end(), '-', ' ');
+    return text;
+}
 
 /// The bytes that `text` begins with, a few words before them left out.
 BYTES bytes_at(std::string_view text) {
@@ -185,7 +184,7 @@ std::string kernel_name(const std::string& line) {
 }  // namespace
 
 std::vector<BYTE> identification_in(const std::string& line) {
-    const std::string text = lower_line(line);
+    const std::string text = words_of_line(line);
     BYTES bytes = in_fields(text);
     if (bytes.empty()) {
         bytes = behind_number_phrases(text);
@@ -196,7 +195,7 @@ std::vector<BYTE> identification_in(const std::string& line) {
 }
 
 bool announces_identification(const std::string& line) {
-    const std::string text = lower_line(line);
+    const std::string text = words_of_line(line);
     const auto stands_in = [&text](std::string_view phrase) { return text.find(phrase) != std::string::npos; };
     return std::any_of(PHRASES.begin(), PHRASES.end(), stands_in);
 }

@@ -81,6 +81,8 @@ const std::vector<LOG> LOGS{
     {"Flash ID matches expected 0xEF4018\n", "EF4018", 1},
     {"flash id OK (expected ef4018, got ef4018)\n", "EF4018", 1},
     {"Expected JEDEC ID:\nef 40 18\nActual:\nc2 20 18\n", "C22018", 4},
+    {"Expected JEDEC ID:\n\nef 40 18\n\nActual JEDEC ID:\n \nc2 20 18\n", "C22018", 7},
+    {"JEDEC ID:\nnone\nef 40 18\nJEDEC ID:\n\nc2 20 18\n", "C22018", 6},
     {"expected ID:\nJEDEC ID: C22018\n", "C22018", 2},
     {"expected JEDEC ID:\nread: 0xC2 0x20 0x18\n", "C22018", 2},
     {"expected JEDEC ID EF4018:\nC2 20 18\n", "C22018", 2},

@@ -144,7 +144,9 @@ std::vector<LOG_FINDING> find_in_log(std::istream& log) {
     for (std::string text; lines.next(text);) {
         ++number;
         if (text.size() < SHORTEST_LINE) {
-            before.announces = before.expects = false;
+            if (text.find_first_not_of(" \t") != std::string::npos) {  // blank lines part nothing
+                before.announces = before.expects = false;
+            }
             continue;
         }
         const std::string line = without_what_was_expected(text);

@@ -181,6 +181,10 @@ TEST(FlashCandidates, TellWhichByteIsMissing) {
     EXPECT_EQ(three.candidates()[0].compared,
               (std::vector<PGMDEV_FLASH_COMPARED_BYTE>{{1, 0xBB, true}, {2, 0x21, true}, {4, 0x44, false}}));
 
+    const PGMDEV_FLASH_CANDIDATES four = candidates_of(records, {0x20, 0xBB, 0x21, 0x10});
+    EXPECT_EQ(four.missing_bytes(), std::vector<BYTE>{4});
+    EXPECT_EQ(four.candidates()[0].compared.back(), (PGMDEV_FLASH_COMPARED_BYTE{4, 0x44, false}));
+
     const PGMDEV_FLASH_CANDIDATES six = candidates_of(records, {0x20, 0xBB, 0x21, 0x10, 0x44, 0x00});
     EXPECT_EQ(six.taken(), 0U);
     EXPECT_TRUE(six.is_sure());
@@ -304,7 +308,8 @@ TEST(FlashCandidates, NearestAreOfTheMakerAndTypeThenOfTheCapacity) {
 }
 
 TEST(FlashCandidates, OddResponsesAreToldByWhatWasProbablySent) {
-    const ROWS records{row_of("CHIP", {0xEF, 0x40, 0x18}), row_of("OTHER", {0xC8, 0x40, 0x18})};
+    const ROWS records{row_of("CHIP", {0xEF, 0x40, 0x18}), row_of("OTHER", {0xC8, 0x40, 0x18}),
+                       row_of("LIKE_A_MAKER", {0xC8, 0x41, 0xEF})};
     const struct {
         RESPONSE response;
         ODDITY kind;
@@ -320,6 +325,8 @@ TEST(FlashCandidates, OddResponsesAreToldByWhatWasProbablySent) {
         {{0xEF, 0xEF, 0x40, 0x18}, ODDITY::LATE, 0},
         {{0x9F, 0xEF, 0x40, 0x18}, ODDITY::LATE, 0},
         {{0xFF, 0xFF, 0xC8, 0x40, 0x18, 0xC8}, ODDITY::LATE, 1},
+        {{1, 2, 3, 4, 5, 6, 7, 8, 0xC8, 0x40, 0x18}, ODDITY::LATE, 1},
+        {{1, 2, 3, 4, 5, 6, 7, 8, 9, 0xC8, 0x40, 0x18}, ODDITY::NONE, INVALID_DWORD},
         {{0xFF, 0xC8, 0x40}, ODDITY::LATE, INVALID_DWORD},
         {{0x9F, 0xEF, 0x40}, ODDITY::LATE, INVALID_DWORD},
         {{0xEF, 0xEF, 0x40}, ODDITY::LATE, INVALID_DWORD},
@@ -327,6 +334,10 @@ TEST(FlashCandidates, OddResponsesAreToldByWhatWasProbablySent) {
         {{0xFF, 0xEF, 0x41}, ODDITY::NONE, INVALID_DWORD},
         {{0x40, 0x18, 0x00}, ODDITY::FIRST_BYTE_MISSING, 0},
         {{0x40, 0x18}, ODDITY::FIRST_BYTE_MISSING, 0},
+        {{0x18, 0x40, 0xEF}, ODDITY::REVERSED, 0},
+        {{0x00, 0x18, 0x40, 0xEF}, ODDITY::REVERSED, 0},
+        {{0x12, 0x18, 0x40, 0xEF}, ODDITY::NONE, INVALID_DWORD},
+        {{0xEF, 0x41, 0xC8}, ODDITY::NONE, INVALID_DWORD},
         {{0xDE, 0x80, 0x30}, ODDITY::SHIFTED, 0},
         {{0xDE, 0x80, 0x31}, ODDITY::SHIFTED, 0},
         {{0x77, 0xA0, 0x0C}, ODDITY::SHIFTED, 0},

@@ -115,6 +115,13 @@ TEST_F(FlashQuery, MappingChecksItsGround) {
     EXPECT_REPORT(empty.flash_id_database_mapping(false, 0, id), "m_flash_database != NULL && m_flash_count > 0");
 }
 
+TEST_F(FlashQuery, AnIndexThatIsNoLongerCountedIsReported) {
+    msg_set_debug_sink([this](const std::string&, int, const std::string&) { m_manager.m_flash_count = 2; });
+    BYTE id[256] = {0x20, 0x01, 0x19};  // record 2
+    EXPECT_REPORT(m_manager.flash_id_database_mapping(false, 0, id),
+                  "m_device_to_flash_map[device_index] >= 0 && m_device_to_flash_map[device_index] < m_flash_count");
+}
+
 TEST_F(FlashQuery, AMappingCanBeChosen) {
     m_manager.set_flash_mapping_index(0, 4);
     EXPECT_EQ(m_manager.sfl_get_device_name(0), "FAR");

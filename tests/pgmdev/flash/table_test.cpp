@@ -18,7 +18,8 @@ using SEVERITY = PGMDEV_TABLE_FAULT::SEVERITY;
 
 constexpr std::size_t DEVICE_NAME = 1, SILICON = 2, ID = 3, ID_INDEX = 4, TYPE = 5, TYPE_INDEX = 6, MFC = 7,
                       MFC_INDEX = 8, DEFAULT = 10, INI = 11, DIES = 18, BITS = 19, SECTOR = 20, BYTE4 = 22, BULK = 23,
-                      SECTOR_TIME = 24, PROGRAM = 25, PROTECT = 27, UNPROTECT = 28, DIVISION = 29;
+                      SECTOR_TIME = 24, PROGRAM = 25, PROTECT = 27, UNPROTECT = 28, DIVISION = 29, BOTTOM = 30,
+                      VOLTAGE = 32;
 
 CELLS chip(const std::string& name, const std::string& id) {
     return ref::row_with(ID, id, ref::row_with(DEVICE_NAME, name));
@@ -111,17 +112,30 @@ TEST_F(FlashTable, AFileThatCannotBeReadIsAFault) {
 }
 
 TEST_F(FlashTable, ASectorDividesTheDevice) {
-    EXPECT_EQ(found(check({ref::row_with(SECTOR, "65535")})), PLACES{"9:device_sector_byte:fault"});
+    const PGMDEV_FLASH_TABLE none = check({ref::row_with(BITS, "0")});
+    EXPECT_EQ(found(none), PLACES{"9:device_bit_size:fault"});
+    EXPECT_EQ(none.faults().at(0).expected, "a size above 0 bits");
+    const PGMDEV_FLASH_TABLE odd = check({ref::row_with(SECTOR, "65535")});
+    EXPECT_EQ(found(odd), PLACES{"9:device_sector_byte:fault"});
+    EXPECT_EQ(odd.faults().at(0).expected, "a sector size that divides the device into whole sectors");
     EXPECT_EQ(found(check({ref::row_with(SECTOR, "0")})), PLACES{"9:device_sector_byte:fault"});
     EXPECT_EQ(found(check({ref::row_with(SECTOR, "33554432")})), PLACES{"9:device_sector_byte:fault"});
-    EXPECT_EQ(found(check({ref::row_with(BITS, "0")})), PLACES{"9:device_bit_size:fault"});
     EXPECT_EQ(found(check({ref::row_with(SECTOR, "16777216")})), PLACES{});
 }
 
 TEST_F(FlashTable, IndexesDoNotCollide) {
-    EXPECT_EQ(found(check({ref::row_with(TYPE_INDEX, "2")})), PLACES{"9:memory_type_index:fault"});
-    EXPECT_EQ(found(check({ref::row_with(MFC_INDEX, "2")})), PLACES{"9:mfc_id_index:fault"});
-    EXPECT_EQ(found(check({ref::row_with(MFC_INDEX, "1")})), PLACES{"9:mfc_id_index:fault"});
+    const struct {
+        std::size_t member;
+        const char* cell;
+        const char* other;
+    } collisions[]{{TYPE_INDEX, "2", "memory_id_index"},
+                   {MFC_INDEX, "2", "memory_id_index"},
+                   {MFC_INDEX, "1", "memory_type_index"}};
+    for (const auto& [member, cell, other] : collisions) {
+        const PGMDEV_FLASH_TABLE table = check({ref::row_with(member, cell)});
+        ASSERT_EQ(found(table), PLACES{"9:" + ref::name_row()[member] + ":fault"});
+        EXPECT_EQ(table.faults()[0].expected, "another byte of the response than " + std::string(other) + " names");
+    }
     EXPECT_EQ(found(check({ref::row_with(TYPE_INDEX, "255")})), PLACES{});
     const CELLS silicon = ref::row_with(SILICON, "TRUE", ref::row_with(ID_INDEX, "0"));
     EXPECT_EQ(found(check({silicon})), PLACES{});  // only its one byte is compared
@@ -135,16 +149,22 @@ TEST_F(FlashTable, EveryNameHasOneDefaultRow) {
     const PGMDEV_FLASH_TABLE two = check({ref::data_row(), second("chip", "TRUE")});
     EXPECT_EQ(found(two), PLACES{"10:default_dev:fault"});
     EXPECT_EQ(two.faults()[0].condition, "!one_default");
+    EXPECT_EQ(two.faults()[0].expected, "FALSE: line 9 is the default row of this name");
     EXPECT_EQ(two.records().size(), 2U);  // the format is right
     const PGMDEV_FLASH_TABLE none = check({ref::data_row(), second("OTHER", "FALSE")});
     EXPECT_EQ(found(none), PLACES{"10:default_dev:fault"});
     EXPECT_EQ(none.faults()[0].condition, "one_default");
+    EXPECT_EQ(none.faults()[0].expected, "TRUE in one row of this name: it has no default row");
 }
 
 TEST_F(FlashTable, ADefaultRowIsEnabledWithTheRowsThatNeedIt) {
     const CELLS locked = ref::row_with(INI, "LOCKED");
     const CELLS other = ref::row_with(DEFAULT, "FALSE", chip("CHIP", "0x19"));
-    EXPECT_EQ(found(check({locked, other})), PLACES{"10:ini:fault"});
+    const PGMDEV_FLASH_TABLE alone = check({locked, other});
+    EXPECT_EQ(found(alone), PLACES{"10:ini:fault"});
+    EXPECT_EQ(alone.faults().at(0).condition, "one_default");
+    EXPECT_EQ(alone.faults().at(0).expected,
+              "LOCKED, as in line 9: without that switch this row is enabled, but its default row is not");
     EXPECT_EQ(found(check({locked, ref::row_with(INI, "LOCKED", other)})), PLACES{});
     EXPECT_EQ(found(check({ref::data_row(), ref::row_with(INI, "LOCKED", other)})), PLACES{});
 }
@@ -169,29 +189,75 @@ TEST_F(FlashTable, ARowThatAnEarlierOneAlwaysBeatsIsAWarning) {
 }
 
 TEST_F(FlashTable, UnusualValuesAreWarnings) {
-    const std::vector<std::pair<std::size_t, const char*>> unusual{
-        {DIES, "0"},    {BULK, "0"},          {BULK, "14401"},   {SECTOR_TIME, "0"},  {SECTOR_TIME, "61"},
-        {PROGRAM, "0"}, {PROGRAM, "1000001"}, {PROTECT, "0x5D"}, {UNPROTECT, "0x80"}, {DIVISION, "32"},
-        {MFC, "0xFF"},  {MFC, "0"},           {MFC_INDEX, "255"}};
-    for (const auto& [member, cell] : unusual) {
+    const char* const seconds = "unusual: 1 to 60 seconds are (seconds are meant, not milliseconds)";
+    const char* const long_seconds = "unusual: 1 to 14400 seconds are (seconds are meant, not milliseconds)";
+    const char* const microseconds = "unusual: 1 to 1000000 microseconds are";
+    const char* const outside_mask = "has bits outside protection_mask";
+    const char* const idle_maker = "an idle bus answers this manufacturer ID, too";
+    const char* const no_wildcard = "255 is no wildcard here: byte 255 of the response is compared";
+    const struct {
+        std::size_t member;
+        const char* cell;
+        const char* expected;
+    } unusual[]{
+        {DIES, "0", "unusual: no die"},
+        {BITS, "16777216", "looks like a size in bytes: bits are meant, eight times as many"},
+        {SECTOR, "128", "unusual: bytes are meant, and a sector of 64 Kbyte has 65536"},
+        {BULK, "0", long_seconds},
+        {BULK, "14401", long_seconds},
+        {SECTOR_TIME, "0", seconds},
+        {SECTOR_TIME, "61", seconds},
+        {PROGRAM, "0", microseconds},
+        {PROGRAM, "1000001", microseconds},
+        {PROGRAM, "9", "looks like milliseconds: microseconds are meant"},
+        {PROTECT, "0x5D", outside_mask},
+        {UNPROTECT, "0x80", outside_mask},
+        {DIVISION, "32", "unusual: below 32, or 255 for not known, is"},
+        {BOTTOM, "8", "unusual: a bit number from 0 to 7, or 255 for none, is"},
+        {VOLTAGE, "3.3", "unusual: a number of volts and V, such as 3.3V, is"},
+        {MFC, "0xFF", idle_maker},
+        {MFC, "0", idle_maker},
+        {MFC_INDEX, "255", no_wildcard},
+        {ID_INDEX, "255", no_wildcard},
+    };
+    for (const auto& [member, cell, expected] : unusual) {
         const PGMDEV_FLASH_TABLE table = check({ref::row_with(member, cell)});
-        EXPECT_EQ(found(table), PLACES{"9:" + ref::name_row()[member] + ":warning"}) << cell;
+        ASSERT_EQ(found(table), PLACES{"9:" + ref::name_row()[member] + ":warning"}) << cell;
         EXPECT_EQ(table.faults()[0].row, "CHIP");
         EXPECT_EQ(table.faults()[0].cell, cell);
+        EXPECT_EQ(table.faults()[0].expected, expected);
+    }
+    for (const auto& [member, cell] : {std::pair{BULK, "14400"},
+                                       {SECTOR_TIME, "60"},
+                                       {PROGRAM, "10"},
+                                       {PROGRAM, "1000000"},
+                                       {DIVISION, "31"},
+                                       {BOTTOM, "7"},
+                                       {BOTTOM, "255"},
+                                       {SECTOR, "256"}}) {
+        EXPECT_EQ(found(check({ref::row_with(member, cell)})), PLACES{}) << cell;
     }
     EXPECT_EQ(found(check({ref::row_with(DIVISION, "255")})), PLACES{});
-    EXPECT_EQ(found(check({ref::row_with(BITS, "268435456")})), PLACES{"9:byte4_addressing:warning"});
+    const PGMDEV_FLASH_TABLE beyond = check({ref::row_with(BITS, "268435456")});
+    EXPECT_EQ(found(beyond), PLACES{"9:byte4_addressing:warning"});
+    EXPECT_EQ(beyond.faults().at(0).expected, "3-byte addresses reach only 128 Mbit of this device");
     EXPECT_EQ(found(check({ref::row_with(BYTE4, "TRUE", ref::row_with(BITS, "268435456"))})), PLACES{});
-    EXPECT_EQ(found(check({ref::row_with(SILICON, "TRUE", ref::row_with(ID, "0xFF"))})), PLACES{"9:memory_id:warning"});
+    const PGMDEV_FLASH_TABLE idle = check({ref::row_with(SILICON, "TRUE", ref::row_with(ID, "0xFF"))});
+    EXPECT_EQ(found(idle), PLACES{"9:memory_id:warning"});
+    EXPECT_EQ(idle.faults().at(0).expected, "an idle bus answers this signature, too");
 }
 
 TEST_F(FlashTable, ANumberThatDoesNotFitIntoAByteIsAFault) {
-    EXPECT_EQ(found(check({ref::row_with(TYPE, "256")})), PLACES{"9:memory_type:fault"});
+    const PGMDEV_FLASH_TABLE wide = check({ref::row_with(TYPE, "256")});
+    EXPECT_EQ(found(wide), PLACES{"9:memory_type:fault"});
+    EXPECT_EQ(wide.faults().at(0).expected, "a number that fits into a byte, 0 to 255: of this one 0 would be stored");
     EXPECT_EQ(found(check({ref::row_with(TYPE, "255")})), PLACES{});
 }
 
 TEST_F(FlashTable, ATextThatNoReaderTakesIsAFault) {
-    EXPECT_EQ(found(check({ref::row_with(0, std::string(256, 'M'))})), PLACES{"9:manufacturer_name:fault"});
+    const PGMDEV_FLASH_TABLE longer = check({ref::row_with(0, std::string(256, 'M'))});
+    EXPECT_EQ(found(longer), PLACES{"9:manufacturer_name:fault"});
+    EXPECT_EQ(longer.faults().at(0).expected, "at most 255 characters: a longer text makes the database unreadable");
     EXPECT_EQ(found(check({ref::row_with(0, std::string(255, 'M'))})), PLACES{});
 }
 

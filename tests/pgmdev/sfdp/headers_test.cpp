@@ -53,6 +53,12 @@ TEST(SfdpHeaders, RefusedOnesTellByteFieldAndExpectation) {
         refusal_of({0xFF, 'S', 'F', 'D', 'P', 6, 1}),
         "byte 00h, signature: found FF 53 46 44; it stands 1 byte later: take those before it away, expected 53 46 "
         "44 50 (\"SFDP\")");
+    EXPECT_EQ(
+        refusal_of({1, 2, 3, 4, 5, 6, 7, 8, 'S', 'F', 'D', 'P'}),
+        "byte 00h, signature: found 01 02 03 04; it stands 8 bytes later: take those before it away, expected 53 46 "
+        "44 50 (\"SFDP\")");
+    EXPECT_EQ(refusal_of({1, 2, 3, 4, 5, 6, 7, 8, 9, 'S', 'F', 'D', 'P'}),
+              "byte 00h, signature: found 01 02 03 04, expected 53 46 44 50 (\"SFDP\")");
     EXPECT_EQ(refusal_of(with_byte(3, 'Q')), "byte 03h, signature: found 53 46 44 51, expected 53 46 44 50 (\"SFDP\")");
     EXPECT_EQ(refusal_of(cut(good, 7)),
               "byte 07h, SFDP header: found the end of the dump, expected 16 bytes for both headers");
@@ -169,12 +175,27 @@ TEST(SfdpHeaders, TablesOfTheMakerStayOutside) {
 }
 
 TEST(SfdpHeaders, TablesHaveNames) {
-    EXPECT_EQ(SFDP::table_name(0xFF00), "basic");
-    EXPECT_EQ(SFDP::table_name(0xFF81), "sector map");
-    EXPECT_EQ(SFDP::table_name(0xFF84), "4-byte instructions");
-    EXPECT_EQ(SFDP::table_name(0xFF05), "xSPI profile 1");
-    EXPECT_EQ(SFDP::table_name(0x0001), "vendor");
-    EXPECT_EQ(SFDP::table_name(0xFFEF), "vendor");
+    const std::vector<std::pair<WORD, std::string>> names{
+        {0xFF00, "basic"},
+        {0xFF03, "replay-protected counters"},
+        {0xFF05, "xSPI profile 1"},
+        {0xFF06, "xSPI profile 2"},
+        {0xFF09, "register map, xSPI profile 2"},
+        {0xFF0A, "octal DDR sequences"},
+        {0xFF0C, "quad with data strobe"},
+        {0xFF81, "sector map"},
+        {0xFF84, "4-byte instructions"},
+        {0xFF87, "register map"},
+        {0xFF88, "register map, several dies"},
+        {0xFF8B, "long latency"},
+        {0xFF8D, "quad DDR sequences"},
+        {0xFF8E, "secure packets"},
+        {0x0001, "vendor"},
+        {0xFFEF, "vendor"},
+    };
+    for (const auto& [id, name] : names) {
+        EXPECT_EQ(SFDP::table_name(id), name);
+    }
 }
 
 }  // namespace

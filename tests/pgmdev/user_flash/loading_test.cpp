@@ -56,8 +56,10 @@ TEST_F(UserFlashLoading, ClearsTheRecordWithoutAValue) {
 TEST_F(UserFlashLoading, SaysOnlyThatItDoesNotDecode) {
     EXPECT_EQ(parse("no such text"), CLEARED);
     EXPECT_EQ(m_printed, "Invalid INI decoding\n");
-    EXPECT_EQ(parse("nosuchtext"), CLEARED);
-    EXPECT_EQ(m_printed, "Fail to generate INI because of decompression failure\n");
+    for (const bool debug : {false, true}) {
+        EXPECT_EQ(parse("nosuchtext", debug), CLEARED);
+        EXPECT_EQ(m_printed, "Fail to generate INI because of decompression failure\n");
+    }
 }
 
 TEST_F(UserFlashLoading, UpperCasesTheValuesButSignsThemAsTheyAre) {

@@ -58,7 +58,7 @@ TEST(FlashOwnership, ADerivingClassHandsAnArrayOn) {
 TEST(FlashOwnership, TheLastOfTheCopiesFrees) {
     std::optional<FLASH_PROBE> first(holder());
     std::optional<FLASH_PROBE> second(*first);
-    FLASH_PROBE third;
+    FLASH_PROBE third(holder());  // what it has itself goes
     third = *second;
     EXPECT_EQ(first->m_flash_database, third.m_flash_database);
     first.reset();

@@ -48,6 +48,15 @@ protected:
         return places;
     }
 
+    /// What is expected in the place of each.
+    static PLACES expected(const PGMDEV_DEV_INFO_TABLE& table) {
+        PLACES texts;
+        for (const PGMDEV_TABLE_FAULT& fault : table.faults()) {
+            texts.push_back(fault.expected);
+        }
+        return texts;
+    }
+
     SCRATCH m_scratch;
     INSTALL_DIRECTORY m_installation;
     std::vector<CELLS> m_rows;
@@ -85,6 +94,7 @@ TEST_F(DevInfoTable, FindsAllFaultsOfTheFormatInLineOrder) {
         PGMDEV_DEV_INFO_TABLE::describe(table.faults()[1], "t.csv"),
         "t.csv:4: fault: row family BITTERN pcf FILE_E: expected one of family, pcf, device and part, this row has "
         "2 [device_count == TOTAL_DATABASE_DEVICE]");
+    EXPECT_EQ(table.faults()[5].expected, "without effect: support_fi is FALSE");
     const std::string line = ref::joined(m_rows[0]);
     EXPECT_EQ(line.substr(table.faults()[0].column - 1, 4), "yes,");
 }
@@ -108,19 +118,44 @@ TEST_F(DevInfoTable, ValuesThatContradictEachOther) {
     m_rows[4][column_of("dummy_byte")] = "256";
     m_rows[4][column_of("dummy_word")] = "65536";
     m_rows[6][column_of("dummy_string")] = std::string(256, 'x');
-    EXPECT_EQ(found(check()), (PLACES{"3:support_asc_ini:warning", "4:cmp_fbgen_end_block:warning",
-                                      "5:aes_fuse_bit_location:warning", "6:flash_width_bits:warning",
-                                      "7:dummy_byte:fault", "7:dummy_word:fault", "9:dummy_string:fault"}));
+    const PGMDEV_DEV_INFO_TABLE table = check();
+    EXPECT_EQ(found(table), (PLACES{"3:support_asc_ini:warning", "4:cmp_fbgen_end_block:warning",
+                                    "5:aes_fuse_bit_location:warning", "6:flash_width_bits:warning",
+                                    "7:dummy_byte:fault", "7:dummy_word:fault", "9:dummy_string:fault"}));
+    EXPECT_EQ(expected(table), (PLACES{"a switch without effect: support_asc is FALSE",
+                                       "compressed blocks have a first and a last one, or neither",
+                                       "the key reaches beyond the fuse register (aes_n_fuse_bits)",
+                                       "unusual: 0, 1, 4, 8 or 16 data lines are",
+                                       "a number that fits, 0 to 255: of this one only the low bits would be stored",
+                                       "a number that fits, 0 to 65535: of this one only the low bits would be stored",
+                                       "a text of at most 255 characters"}));
+}
+
+TEST_F(DevInfoTable, ValuesThatJustFit) {
+    m_rows[2][column_of("aes_n_fuse_bits")] = "512";
+    m_rows[2][column_of("aes_fuse_bit_location")] = "256";
+    m_rows[2][column_of("aes_n_nv_key_bits")] = "256";
+    m_rows[4][column_of("dummy_byte")] = "255";
+    m_rows[4][column_of("dummy_word")] = "65535";
+    m_rows[6][column_of("dummy_string")] = std::string(255, 'x');
+    m_rows[7][column_of("jtag_program_initialize_microsec")] = "10";
+    m_rows[8][column_of("as_minimum_flash_density")] = "65536";
+    m_rows[9][column_of("cmf_flash_block_size")] = "256";
+    EXPECT_EQ(found(check()), PLACES{});
 }
 
 TEST_F(DevInfoTable, ValuesInAnotherUnit) {
-    m_rows[0][column_of("jtag_program_initialize_microsec")] = "1";
-    m_rows[1][column_of("as_minimum_flash_density")] = "134217728";
-    m_rows[2][column_of("cmf_flash_block_size")] = "64";
+    m_rows[0][column_of("jtag_program_initialize_microsec")] = "9";
+    m_rows[1][column_of("as_minimum_flash_density")] = "65537";
+    m_rows[2][column_of("cmf_flash_block_size")] = "255";
     m_rows[3][column_of("asc_voltage")] = "3.3";
-    EXPECT_EQ(found(check()),
-              (PLACES{"3:jtag_program_initialize_microsec:warning", "4:as_minimum_flash_density:warning",
-                      "5:cmf_flash_block_size:warning", "6:asc_voltage:warning"}));
+    const PGMDEV_DEV_INFO_TABLE table = check();
+    EXPECT_EQ(found(table), (PLACES{"3:jtag_program_initialize_microsec:warning", "4:as_minimum_flash_density:warning",
+                                    "5:cmf_flash_block_size:warning", "6:asc_voltage:warning"}));
+    EXPECT_EQ(expected(table),
+              (PLACES{"looks like milliseconds: microseconds are meant", "unusual: Mbit are meant, not bits or bytes",
+                      "unusual: bytes are meant, and a block of 64 Kbyte has 65536",
+                      "unusual: a number of volts and V, such as 3.3V, or nothing is"}));
 }
 
 TEST_F(DevInfoTable, KeysThatReachNothing) {

@@ -11,7 +11,7 @@
 #include "support/scratch.h"
 #include "support/settings.h"
 
-// What a response may be: against a reference that tries every record by itself, and what a mistake does.
+// What a response may be: against a reference that tries every record by itself.
 
 namespace {
 
@@ -20,7 +20,6 @@ using ROWS = std::vector<RECORD>;
 using RESPONSE = std::vector<BYTE>;
 using STANDING = PGMDEV_FLASH_CANDIDATE::STANDING;
 using ODDITY = PGMDEV_FLASH_ODDITY::KIND;
-using RISK = PGMDEV_FLASH_DIFFERENCE::RISK;
 
 constexpr BYTE ANY_TYPE = 255;
 
@@ -241,60 +240,6 @@ TEST(FlashCandidates, OfASignatureAreNeverSure) {
     const PGMDEV_FLASH_CANDIDATES found = candidates_of({record}, {0x13}, true);
     EXPECT_EQ(found.taken(), 0U);
     EXPECT_FALSE(found.is_sure());
-}
-
-TEST(FlashCandidates, DifferencesTellTheWorstHarmFirst) {
-    RECORD taken = flash_reference::sample("TAKEN");
-    taken.half_size = false;
-    RECORD other = taken;
-    other.program_utime = 9000;
-    other.asc_voltage = "1.8V";
-    other.device_sector_byte = 0x40000;
-    other.protection_mask = 0x1C;
-    other.bulk_erase_time = 10;
-    const auto found = PGMDEV_FLASH_CANDIDATES::differences(taken, other);
-    ASSERT_EQ(found.size(), 5U);
-    EXPECT_EQ(found[0].member, "device_sector_byte");
-    EXPECT_EQ(found[0].risk, RISK::DATA);
-    EXPECT_EQ(found[0].taken, "65536 bytes");
-    EXPECT_EQ(found[0].other, "262144 bytes");
-    EXPECT_EQ(found[0].harm, "256 KiB sectors: erasing by 64 KiB would wipe the neighbours");
-    EXPECT_EQ(found[1].harm, "a part for 1.8V: 3.3V on it may destroy it");
-    // NOLINTNEXTLINE(readability-suspicious-call-argument): the other way round
-    EXPECT_EQ(PGMDEV_FLASH_CANDIDATES::differences(other, taken)[1].harm,
-              "a part for 3.3V: at 1.8V it neither reads nor writes reliably");
-    EXPECT_EQ(found[2].harm, "status-register bits 0x40 mean something else: writing the protection would change that");
-    EXPECT_EQ(found[3].harm, "takes longer: the operation may be given up before its end");
-    EXPECT_EQ(found[4].member, "bulk_erase_time");
-    EXPECT_EQ(found[4].risk, RISK::NONE) << "shorter than is waited for";
-    EXPECT_EQ(found[4].harm, "");
-}
-
-TEST(FlashCandidates, NothingDiffersWhatDoesNotMatter) {
-    RECORD taken = flash_reference::sample("TAKEN");
-    RECORD other = flash_reference::sample("OTHER");
-    other.manufacturer_name = "Another";
-    other.orvane_id = 3;
-    other.memory_id = 0x77;
-    EXPECT_TRUE(PGMDEV_FLASH_CANDIDATES::differences(taken, other).empty());
-}
-
-TEST(FlashCandidates, EachWayRoundHasItsHarm) {
-    RECORD small = flash_reference::sample("SMALL");
-    small.die_count = 2;
-    RECORD large = small;
-    large.die_count = 4;
-    large.device_bit_size = 2 * small.device_bit_size;
-    large.byte4_addressing = false;
-    const auto driven_small = PGMDEV_FLASH_CANDIDATES::differences(small, large);
-    const auto driven_large = PGMDEV_FLASH_CANDIDATES::differences(large, small);
-    EXPECT_EQ(driven_small[0].harm, "32768 KiB of capacity: what is beyond 16384 KiB would be out of reach");
-    EXPECT_EQ(driven_small[1].harm, "4 dies: erasing 2 dies would leave the others as they were, or out of reach");
-    EXPECT_EQ(driven_small[2].harm, "3-byte addresses: with others, data would land in wrong places");
-    EXPECT_EQ(driven_large[0].harm,
-              "16384 KiB of capacity: what is written beyond it, as if there were 32768 KiB, "
-              "would overwrite the beginning");
-    EXPECT_EQ(driven_large[1].harm, "2 dies: erasing 4 dies would end in errors, or erase a die twice");
 }
 
 TEST(FlashCandidates, NearestAreOfTheMakerAndTypeThenOfTheCapacity) {

@@ -220,8 +220,9 @@ TEST_F(DevInfoLoading, ParsesBareBodies) {
 }
 
 TEST_F(DevInfoLoading, CopiesShareTheirArrays) {
-    auto original = std::make_unique<DEV_INFO_PROBE>();
+    auto original = std::make_unique<DEV_INFO_PROBE>(true, 6);
     load(*original);
+    original->m_index = 9;
     original->m_pgm_parts.push_back(new PGMDEV_PGM_PART{1, DEV_DEVICE_GENERIC, "FILE_A"});
     DEV_INFO_PROBE copy(*original);
     DEV_INFO_PROBE assigned;
@@ -232,7 +233,11 @@ TEST_F(DevInfoLoading, CopiesShareTheirArrays) {
     EXPECT_EQ(assigned.m_part_table, original->m_part_table);
     ASSERT_EQ(assigned.m_pgm_parts.size(), 1U);
     EXPECT_EQ(assigned.m_pgm_parts[0], original->m_pgm_parts[0]);
-    EXPECT_EQ(assigned.m_csv_memory_size, original->m_csv_memory_size);
+    const auto numbers = [](const DEV_INFO_PROBE& m) {
+        return std::tie(m.m_version, m.m_device_count, m.m_type_count, m.m_index, m.m_csv_memory_size, m.m_debug_mode);
+    };
+    EXPECT_EQ(numbers(copy), numbers(*original));
+    EXPECT_EQ(numbers(assigned), numbers(*original));
     original.reset();
     EXPECT_EQ(RESULT(copy.get_db_by_family(DEV_FAMILY_KESTREL))->support_asc_ini, "text14");
     EXPECT_EQ(assigned.m_pgm_parts[0]->pcf, "FILE_A");
@@ -354,30 +359,32 @@ TEST_F(DevInfoLoading, SearchesByProgrammerFile) {
 }
 
 TEST_F(DevInfoLoading, DebugModesListOnTheDebugChannel) {
+    m_tables.part[static_cast<std::size_t>(DEV_PART_INVALID)] = 3;  // which is never listed
+    m_tables.part[static_cast<std::size_t>(DEV_PART_GENERIC)] = 72;
     write(ref::file(body()));
     const DEVICE_DB_DIRECTORY directory(m_scratch.directory().string());
-    const std::vector<std::pair<DWORD, std::size_t>> modes{{0, 0}, {1, 78}, {2, 2}, {3, 2}, {4, 1}, {5, 0}};
-    for (const auto& [mode, count] : modes) {
+    const std::vector<std::pair<DWORD, std::vector<std::string>>> modes{
+        {0, {}},
+        {5, {}},
+        {2, {"PGMDEV 2 Record 5 for Kestrel", "PGMDEV 2 Record 71 for Generic"}},
+        {3, {"PGMDEV 2 Record 5 for " + dstr_get_user_string(DEV_DEVICE_ENUM{1}), "PGMDEV 2 Record 72 for Generic"}},
+        {4, {"PGMDEV 2 Record 77 for " + dstr_get_user_string(1), "PGMDEV 2 Record 72 for Generic"}}};
+    for (const auto& [mode, headings] : modes) {
         const DEBUG_MESSAGES channel;
         DEV_INFO_PROBE manager(false, mode);
-        EXPECT_EQ(channel.all().size(), count) << mode;
+        std::vector<std::string> found;
         for (const std::string& message : channel.all()) {
-            EXPECT_EQ(message.substr(0, 9), "PGMDEV 2 ");
+            found.push_back(message.substr(0, message.find('\n')));
         }
-        if (mode == 1) {
-            EXPECT_EQ(channel.all()[5].substr(0, 43), "PGMDEV 2 Record 5\n  family = 6 (KESTREL)\n  ");
-            EXPECT_NE(channel.all()[5].find("\n  ekp_alg_family = 37 (NPCF_BLOCK_CRAM)\n"), std::string::npos);
-            EXPECT_NE(channel.all()[5].find("\n  support_asc_ini = text14\n"), std::string::npos);
-            EXPECT_NE(channel.all()[0].find("\n  ekp_alg_family = 4294967295 (none)\n"), std::string::npos);
-        }
-        if (mode == 2) {
-            EXPECT_EQ(channel.all()[0].substr(0, 29), "PGMDEV 2 Record 5 for Kestrel");
-            EXPECT_EQ(channel.all()[1].substr(0, 30), "PGMDEV 2 Record 71 for Generic");
-        }
-        if (mode == 3) {
-            EXPECT_EQ(channel.all()[1].substr(0, 30), "PGMDEV 2 Record 72 for Generic");
-        }
+        EXPECT_EQ(found, headings) << mode;
     }
+    const DEBUG_MESSAGES channel;
+    DEV_INFO_PROBE manager(false, 1);
+    ASSERT_EQ(channel.all().size(), 78U);
+    EXPECT_EQ(channel.all()[5].substr(0, 43), "PGMDEV 2 Record 5\n  family = 6 (KESTREL)\n  ");
+    EXPECT_NE(channel.all()[5].find("\n  ekp_alg_family = 37 (NPCF_BLOCK_CRAM)\n"), std::string::npos);
+    EXPECT_NE(channel.all()[5].find("\n  support_asc_ini = text14\n"), std::string::npos);
+    EXPECT_NE(channel.all()[0].find("\n  ekp_alg_family = 4294967295 (none)\n"), std::string::npos);
 }
 
 TEST(DevInfoListing, HasNoSeparatorsInNumbers) {

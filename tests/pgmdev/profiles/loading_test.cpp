@@ -2,6 +2,7 @@
 
 #include <map>
 #include <memory>
+#include <tuple>
 
 #include "msg.h"
 #include "pgmdev/profiles/fixture.h"
@@ -241,23 +242,6 @@ TEST_F(DevInfoLoading, CopiesShareTheirArrays) {
     original.reset();
     EXPECT_EQ(RESULT(copy.get_db_by_family(DEV_FAMILY_KESTREL))->support_asc_ini, "text14");
     EXPECT_EQ(assigned.m_pgm_parts[0]->pcf, "FILE_A");
-}
-
-TEST_F(DevInfoLoading, ArraysOfADerivingClassAreTakenOver) {
-    DEV_INFO_PROBE manager;
-    manager.m_device_database = new PGMDEV_DEVICE_INFO[78];
-    manager.m_device_database[3].family = DEV_FAMILY_HERON;
-    delete[] manager.m_family_table;
-    manager.m_family_table = new DWORD[73]{};
-    manager.m_pgm_parts = {new PGMDEV_PGM_PART{1, static_cast<DEV_DEVICE_ENUM>(2), "x"},
-                           new PGMDEV_PGM_PART{2, static_cast<DEV_DEVICE_ENUM>(3), "y"}};
-    DEV_INFO_PROBE copy(manager);
-    std::swap(manager.m_pgm_parts[0], manager.m_pgm_parts[1]);
-    manager.m_pgm_parts.push_back(new PGMDEV_PGM_PART);
-    DEV_INFO_PROBE second(manager);
-    EXPECT_EQ(copy.m_pgm_parts[1], second.m_pgm_parts[0]);
-    EXPECT_TRUE(manager.search_family(DEV_FAMILY_HERON, false));
-    EXPECT_EQ(manager.m_index, 3U);
 }
 
 TEST_F(DevInfoLoading, Searches) {

@@ -65,6 +65,23 @@ TEST(DevInfoOwnership, ADerivingClassHandsOnWhatItHolds) {
     EXPECT_EQ(taker.m_pgm_parts.size(), 3U);
 }
 
+TEST(DevInfoOwnership, ArraysOfADerivingClassAreTakenOver) {
+    DEV_INFO_PROBE manager;
+    manager.m_device_database = new PGMDEV_DEVICE_INFO[78];
+    manager.m_device_database[3].family = DEV_FAMILY_HERON;
+    delete[] manager.m_family_table;
+    manager.m_family_table = new DWORD[73]{};
+    manager.m_pgm_parts = {new PGMDEV_PGM_PART{1, static_cast<DEV_DEVICE_ENUM>(2), "x"},
+                           new PGMDEV_PGM_PART{2, static_cast<DEV_DEVICE_ENUM>(3), "y"}};
+    DEV_INFO_PROBE copy(manager);
+    std::swap(manager.m_pgm_parts[0], manager.m_pgm_parts[1]);
+    manager.m_pgm_parts.push_back(new PGMDEV_PGM_PART);
+    DEV_INFO_PROBE second(manager);
+    EXPECT_EQ(copy.m_pgm_parts[1], second.m_pgm_parts[0]);
+    EXPECT_TRUE(manager.search_family(DEV_FAMILY_HERON, false));
+    EXPECT_EQ(manager.m_index, 3U);
+}
+
 TEST(DevInfoOwnership, TheLastOfTheCopiesFrees) {
     std::optional<DEV_INFO_PROBE> first(holder());
     std::optional<DEV_INFO_PROBE> second(*first);

@@ -67,6 +67,10 @@ TEST(SfdpRecord, AssumesTimesOfAShortTable) {
     for (const char* member : {"bulk_erase_time", "sec_erase_time", "program_utime", "flag_status"}) {
         EXPECT_THAT(derived.assumed, Contains(Key(member)));
     }
+    words[1] = 0x1FFFFFFF;  // 512 Mbit
+    EXPECT_EQ(read(basic_dump(words)).record(ID).record.bulk_erase_time, 900U);
+    words[1] = 0x0007FFFF;  // half a Mbit
+    EXPECT_EQ(read(basic_dump(words)).record(ID).record.bulk_erase_time, 4U);
 }
 
 TEST(SfdpRecord, WithoutIdentificationSaysSo) {
@@ -85,8 +89,9 @@ TEST(SfdpRecord, LargeChipsTakeFourBytes) {
 }
 
 TEST(SfdpRecord, ClassesOfDensity) {
-    const std::vector<std::pair<DWORD, BYTE>> classes{{1, 16},  {2, 16},  {4, 18},   {8, 18},   {16, 20},
-                                                      {32, 21}, {64, 22}, {128, 24}, {256, 25}, {512, 32}};
+    const std::vector<std::pair<DWORD, BYTE>> classes{{1, 16},   {2, 16},   {3, 16},   {4, 18},   {8, 18},  {15, 18},
+                                                      {16, 20},  {31, 20},  {32, 21},  {63, 21},  {64, 22}, {127, 22},
+                                                      {128, 24}, {255, 24}, {256, 25}, {511, 25}, {512, 32}};
     for (const auto& [mbit, code] : classes) {
         EXPECT_EQ(with_words({{1, 0xFFF320E5}, {2, mbit * 0x100000 - 1}}).record(ID).record.orvane_id, code) << mbit;
     }

@@ -300,6 +300,46 @@ TEST(FlashCandidates, OddResponsesAreToldByWhatWasProbablySent) {
     }
 }
 
+TEST(FlashCandidates, OddResponsesAreSaidInWords) {
+    const ROWS records{row_of("CHIP", {0xEF, 0x40, 0x18}), row_of("OTHER", {0xC8, 0x40, 0x18})};
+    const std::pair<RESPONSE, std::string> cases[]{
+        {{0x00, 0x00},
+         "all zeros: the data line is held low; look for a missing pull-up, a chip without supply or held in reset, or "
+         "swapped lines"},
+        {{0xFF, 0xFF},
+         "all ones: nobody drives the data line; look at chip select, at the supply, and for a chip in deep power-down "
+         "or in a mode of four lines"},
+        {{0x7F, 0x7F}, "continuation codes (7F) only: the maker's number comes behind them; read more bytes"},
+        {{0x7F, 0x9D, 0x21},
+         "1 continuation code (7F): the maker's number 9D is one of bank 2 of the makers' list, and no record has "
+         "that"},
+        {{0x7F, 0x7F, 0xEF, 0x40, 0x18},
+         "2 continuation codes (7F): the maker's number EF is one of bank 3 of the makers' list, and no record has "
+         "that; "
+         "without the codes it would be Maker CHIP"},
+        {{0xEF, 0xEF},
+         "the same byte again and again: each byte is a read of its own; keep chip select low and go on clocking"},
+        {{0x9F, 0xEF, 0x40, 0x18},
+         "the first byte, 9F, stands before the identification (the command's own byte, or a read begun too early): EF "
+         "40 18 would be Maker CHIP"},
+        {{0xFF, 0xFF, 0xC8, 0x40, 0x18},
+         "the first 2 bytes, FF FF, stand before the identification (the command's own byte, or a read begun too "
+         "early): "
+         "C8 40 18 would be Maker OTHER"},
+        {{0xFF, 0xC8, 0x40},
+         "the first byte, FF, probably stands before the identification (the command's own byte, or a read begun too "
+         "early): C8 40 begin those of Maker; read one byte more"},
+        {{0x18, 0x40, 0xEF}, "the last byte stands first, as in a number: EF 40 18 would be Maker CHIP"},
+        {{0x40, 0x18}, "no maker has the number 40: perhaps the first byte is missing, such as EF for Maker CHIP"},
+        {{0xDE, 0x80, 0x31},
+         "one clock too many before the first byte was read: shifted by one bit it is EF 40 18, Maker CHIP"},
+        {{0xEF, 0x40, 0x18, 0xEF}, "the bytes from 3 on only repeat the first ones, and tell nothing"},
+    };
+    for (const auto& [response, text] : cases) {
+        EXPECT_EQ(candidates_of(records, response).oddity().text, text);
+    }
+}
+
 TEST(FlashCandidates, KnownContinuationCodesAreNothingOdd) {
     RECORD record = row_of("CODED", {0x9D, 0x7F, 0x46});
     record.memory_type_index = 0;

@@ -221,6 +221,11 @@ TEST(FlashNotes, AreHeldAgainstTheTable) {
                                        {4, 9, "no row of the table answers this response"}}));
     EXPECT_EQ(told(all[1].faults),
               (std::vector<PLACE_AND_TEXT>{{3, 7, "no row of this name takes it"}, {4, 7, "no row has this name"}}));
+    EXPECT_EQ(PGMDEV_FLASH_TABLE::describe(all[0].faults[0], "a.csv"),
+              "a.csv:3:9: warning: row 20BA18: member chips: the table answers this response with CHIP, which is none "
+              "of the chips");
+    EXPECT_EQ(PGMDEV_FLASH_TABLE::describe(all[1].faults[0], "i.csv"),
+              "i.csv:3:7: warning: row CHIP: member identification: found \"20BA19\", no row of this name takes it");
     for (const auto& file : all) {
         for (const PGMDEV_TABLE_FAULT& fault : file.faults) {
             EXPECT_EQ(fault.severity, SEVERITY::WARNING);

@@ -153,6 +153,8 @@ TEST_F(FlashTable, EveryNameHasOneDefaultRow) {
     EXPECT_EQ(two.records().size(), 2U);  // the format is right
     const PGMDEV_FLASH_TABLE none = check({ref::data_row(), second("OTHER", "FALSE")});
     EXPECT_EQ(found(none), PLACES{"10:default_dev:fault"});
+    const CELLS third = ref::row_with(ID, "0x1A", second("other", "FALSE"));
+    EXPECT_EQ(found(check({ref::data_row(), second("OTHER", "FALSE"), third})), PLACES{"10:default_dev:fault"});
     EXPECT_EQ(none.faults()[0].condition, "one_default");
     EXPECT_EQ(none.faults()[0].expected, "TRUE in one row of this name: it has no default row");
 }

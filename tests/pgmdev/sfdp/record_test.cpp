@@ -8,8 +8,8 @@ namespace {
 
 using namespace sfdp_sample;
 using testing::Contains;
-using testing::Key;
-using testing::Not;
+using testing::ElementsAre;
+using testing::Pair;
 
 using SFDP = PGMDEV_FLASH_SFDP;
 
@@ -46,15 +46,25 @@ TEST(SfdpRecord, HasLongestTimesRoundedUp) {
 }
 
 TEST(SfdpRecord, NamesWhatIsAssumed) {
-    const auto assumed = read(basic_dump(basic_words())).record(ID).assumed;
-    for (const char* member : {"manufacturer_name", "device_name", "die_count", "startup_protected", "aai_mode",
-                               "protection_mask", "bottom_value", "sdm_support", "asc_voltage"}) {
-        EXPECT_THAT(assumed, Contains(Key(member)));
-    }
-    for (const char* member : {"device_bit_size", "device_sector_byte", "bulk_erase_time", "sec_erase_time",
-                               "program_utime", "flag_status", "memory_id"}) {
-        EXPECT_THAT(assumed, Not(Contains(Key(member))));
-    }
+    const std::string name = "a name for it: the title page of the data sheet has it";
+    EXPECT_THAT(read(basic_dump(basic_words())).record(ID).assumed,
+                ElementsAre(Pair("manufacturer_name", name), Pair("device_name", name),
+                            Pair("die_count", "1: a chip does not tell how many dies it has"),
+                            Pair("startup_protected", "FALSE: not told"), Pair("aai_mode", "FALSE: not told"),
+                            Pair("protection_mask",
+                                 "00, no protection bits: not told, nor are value, unprotect value and division"),
+                            Pair("bottom_value", "255, no such bit: not told"),
+                            Pair("sdm_support", "FALSE: the supply voltage is not told"),
+                            Pair("asc_voltage", "3.3V: not told; make sure before you connect it")));
+    EXPECT_THAT(
+        with_word(1, 0xFFF120E1).record(ID).assumed,
+        Contains(Pair("aai_mode", "FALSE: not told, but it is written by single bytes (word 1 bit 2): look it up")));
+    const SFDP hybrid = read(
+        dump({{.words = basic_words()}, {.id = SFDP::SECTOR_MAP_ID, .words = {0xFF0100FF, 0x0000FFF3, 0x00FEFFF4}}}));
+    EXPECT_THAT(
+        hybrid.record(ID).assumed,
+        Contains(Pair("device_sector_byte",
+                      "the largest that erase everywhere, or else the largest: regions differ (see the sector map)")));
 }
 
 TEST(SfdpRecord, AssumesTimesOfAShortTable) {
@@ -64,9 +74,11 @@ TEST(SfdpRecord, AssumesTimesOfAShortTable) {
     EXPECT_EQ(derived.record.sec_erase_time, 5U);
     EXPECT_EQ(derived.record.bulk_erase_time, 512U);
     EXPECT_EQ(derived.record.program_utime, 5000U);
-    for (const char* member : {"bulk_erase_time", "sec_erase_time", "program_utime", "flag_status"}) {
-        EXPECT_THAT(derived.assumed, Contains(Key(member)));
-    }
+    EXPECT_THAT(derived.assumed, Contains(Pair("sec_erase_time", "5 s: the table has no word 10")));
+    EXPECT_THAT(derived.assumed,
+                Contains(Pair("bulk_erase_time", "4 s for each Mbit, at most 900 s: the table has no word 11")));
+    EXPECT_THAT(derived.assumed, Contains(Pair("program_utime", "5000 us: the table has no word 11")));
+    EXPECT_THAT(derived.assumed, Contains(Pair("flag_status", "FALSE: the table has no word 14")));
     words[1] = 0x1FFFFFFF;  // 512 Mbit
     EXPECT_EQ(read(basic_dump(words)).record(ID).record.bulk_erase_time, 900U);
     words[1] = 0x0007FFFF;  // half a Mbit
@@ -77,7 +89,8 @@ TEST(SfdpRecord, WithoutIdentificationSaysSo) {
     const SFDP::DERIVED_RECORD derived = read(basic_dump(basic_words())).record({});
     EXPECT_EQ(derived.record.mfc_id, 0);
     EXPECT_EQ(derived.record.device_name, "UNKNOWN");
-    EXPECT_THAT(derived.assumed, Contains(Key("memory_id")));
+    EXPECT_THAT(derived.assumed,
+                Contains(Pair("memory_id", "00, and so are the other identification bytes that were not given")));
 }
 
 TEST(SfdpRecord, LargeChipsTakeFourBytes) {

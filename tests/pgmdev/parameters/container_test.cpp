@@ -2,6 +2,7 @@
 #include <fstream>
 
 #include "pgmdev/parameters/fixture.h"
+#include "support/debug_messages.h"
 #include "support/reports.h"
 
 // The container file: its layout, and what becomes of damage.
@@ -185,7 +186,12 @@ TEST(FlashIniContainer, DamagedFileTooLargeForACopyStays) {
     directory.write_file("garbage");
     const std::uintmax_t size = (std::uintmax_t{1} << 28) + 1;
     std::filesystem::resize_file(directory.path(), size);
+    const DEBUG_MESSAGES messages;
     EXPECT_FALSE(directory.write(0, "new"));
+    ASSERT_EQ(messages.all().size(), 1U);
+    EXPECT_TRUE(
+        messages.all()[0].ends_with("/pgm_flash.ini: not written, since no copy of the damaged file could be kept"))
+        << messages.all()[0];
     EXPECT_EQ(std::filesystem::file_size(directory.path()), size);
     std::string beginning(7, ' ');
     std::ifstream(directory.path(), std::ios::binary).read(beginning.data(), 7);
@@ -230,7 +236,12 @@ TEST(FlashIniContainer, FileThatCannotBeWritten) {
     }
     std::filesystem::create_directories(scratch.directory() / "pgm_flash.ini");
     const MODULE_DIRECTORY blocked(scratch.directory().string());
+    const DEBUG_MESSAGES messages;
     EXPECT_FALSE(FLASH_INI_DIRECTORY::write(0, "data"));
+    ASSERT_EQ(messages.all().size(), 1U);
+    EXPECT_TRUE(messages.all()[0].ends_with(
+        "/pgm_flash.ini: not written, since the file that is there cannot be read and written"))
+        << messages.all()[0];
     EXPECT_EQ(FLASH_INI_DIRECTORY::read(0), std::nullopt);
     EXPECT_EQ(scratch.file_count(), 0U);
 }

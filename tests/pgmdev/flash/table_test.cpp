@@ -85,6 +85,7 @@ TEST_F(FlashTable, FindsAllFaultsOfTheFormatInLineOrder) {
     EXPECT_EQ(count.condition, "DWORD(svec.size()) == TOTAL_DATABASE_MEMBER");
     EXPECT_EQ(count.expected, std::to_string(flash_reference::MEMBERS) +
                                   " cells, this line has 2 (cells end at blanks, tabs and commas)");
+    EXPECT_EQ(table.faults()[8].expected, "a number: decimal, or hexadecimal after 0x, up to 0xFFFFFFFF");
     EXPECT_EQ(table.faults()[7].expected, std::to_string(flash_reference::MEMBERS) +
                                               " cells, this line has 34 (cells end at blanks, tabs and commas)");
     EXPECT_EQ(table.faults()[0].expected, "the type bool");
@@ -272,6 +273,16 @@ TEST_F(FlashTable, ReadsAPackedDatabaseWithItsDisabledRows) {
     EXPECT_EQ(table.records(), records);
     EXPECT_EQ(table.payload_size(), ref::payload(records).size());
     EXPECT_TRUE(table.faults().empty());
+}
+
+TEST_F(FlashTable, TellsWhyRecordsAreNoSourceTable) {
+    for (const std::string name : {"", "A B", "A,B", "A\tB", "A\rB", "A\vB", "A\fB", "A\nB"}) {
+        const std::string path =
+            m_scratch.write("flash.pcf", ref::file(ref::payload({ref::sample(), ref::sample(name)})));
+        std::string obstacle;
+        EXPECT_EQ(PGMDEV_FLASH_TABLE::from_database(path).source_text(obstacle), "");
+        EXPECT_EQ(obstacle, "record 1: device_name \"" + name + "\" cannot be a cell of a source table");
+    }
 }
 
 TEST_F(FlashTable, APackedDatabaseOfAnotherKindIsReportedAndEmpty) {

@@ -365,6 +365,7 @@ TEST_F(DevInfoLoading, DebugModesListOnTheDebugChannel) {
     const DEBUG_MESSAGES channel;
     DEV_INFO_PROBE manager(false, 1);
     ASSERT_EQ(channel.all().size(), 78U);
+    EXPECT_REPORT(manager.print_database(78, ""), "record < m_device_count");
     EXPECT_EQ(channel.all()[5].substr(0, 43), "PGMDEV 2 Record 5\n  family = 6 (KESTREL)\n  ");
     EXPECT_NE(channel.all()[5].find("\n  ekp_alg_family = 37 (NPCF_BLOCK_CRAM)\n"), std::string::npos);
     EXPECT_NE(channel.all()[5].find("\n  support_asc_ini = text14\n"), std::string::npos);

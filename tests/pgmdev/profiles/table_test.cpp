@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include "pgmdev/profiles/fixture.h"
 #include "pgmdev_dev_info_table.h"
 #include "support/reports.h"
@@ -99,6 +101,39 @@ TEST_F(DevInfoTable, FindsAllFaultsOfTheFormatInLineOrder) {
     EXPECT_EQ(line.substr(table.faults()[0].column - 1, 4), "yes,");
 }
 
+TEST_F(DevInfoTable, TellsWhatEachKindOfCellTakes) {
+    m_rows[0][ref::FAMILY] = "nobody";
+    m_rows[1][column_of("dummy_byte")] = "x";
+    m_rows[2][column_of("dummy_word")] = "x";
+    m_rows[3][column_of("dummy_dword")] = "x";
+    m_rows[4][column_of("default_prog_mode")] = "x";
+    m_rows.pop_back();
+    const PGMDEV_DEV_INFO_TABLE table = check(ref::source(m_rows) + std::string(10241, ' ') + "x\n");
+    const PLACES texts = expected(table);
+    ASSERT_GE(texts.size(), 5U);
+    EXPECT_EQ(PLACES(texts.begin(), texts.begin() + 5),
+              (PLACES{"the name of a family in capitals; GENERIC for a device or part; or nothing",
+                      "a number: decimal, or hexadecimal after 0x; 0 to 255 fit",
+                      "a number: decimal, or hexadecimal after 0x; 0 to 65535 fit",
+                      "a number: decimal, or hexadecimal after 0x, up to 0xFFFFFFFF",
+                      "the name of an enumerator, or nothing"}));
+    EXPECT_NE(std::find(texts.begin(), texts.end(), "at most 10240 characters, this line has 10242"), texts.end());
+}
+
+TEST_F(DevInfoTable, TellsWhyRecordsAreNoSourceTable) {
+    const auto obstacle = [this](const std::vector<CELLS>& rows) {
+        std::string text;
+        const std::string path = m_scratch.write("x.pcf", ref::file(ref::records(rows) + ref::tables({})));
+        EXPECT_EQ(PGMDEV_DEV_INFO_TABLE::from_database(path).source_text(text), "");
+        return text;
+    };
+    EXPECT_EQ(obstacle({m_rows[0]}), "1 records cannot be a source table, which has 78");
+    m_rows[5][ref::PCF] = "FILE_A";
+    EXPECT_EQ(obstacle(m_rows), "record 5 has 2 keys: a source table takes one");
+    m_rows[4][column_of("dummy_string")] = "a b";
+    EXPECT_EQ(obstacle(m_rows), "record 4: dummy_string \"a b\" cannot be a cell of a source table");
+}
+
 TEST_F(DevInfoTable, FilesThatAreNoTables) {
     const PGMDEV_DEV_INFO_TABLE missing = PGMDEV_DEV_INFO_TABLE::from_source(m_scratch.path("missing"));
     EXPECT_EQ(found(missing), PLACES{"0::fault"});
@@ -179,12 +214,15 @@ TEST_F(DevInfoTable, TheGenericFamilyAndThePartListAreNeeded) {
     m_rows[75] = ref::bare(ref::PCF, "FILE_C");
     m_rows[76] = ref::bare(ref::PCF, "FILE_D");
     m_rows[77] = ref::bare(ref::PCF, "FILE_E");
-    EXPECT_EQ(check().faults().at(0).condition, "DEV_FAMILY_ENUM(i) != DEV_FAMILY_GENERIC");
+    const PGMDEV_DEV_INFO_TABLE without = check();
+    EXPECT_EQ(without.faults().at(0).condition, "DEV_FAMILY_ENUM(i) != DEV_FAMILY_GENERIC");
+    EXPECT_EQ(without.faults()[0].expected, "a row for the family GENERIC");
     std::filesystem::remove(m_scratch.path("install/h/pgm_parts.txt"));
     m_rows = ref::rows();
     const PGMDEV_DEV_INFO_TABLE table = check();
     ASSERT_EQ(found(table), PLACES{"0::fault"});
     EXPECT_EQ(table.faults()[0].condition, "status");
+    EXPECT_EQ(table.faults()[0].expected, "a part list, h/pgm_parts.txt, in the installation directory");
 }
 
 TEST_F(DevInfoTable, PackedDatabasesGiveRecordsAndTables) {

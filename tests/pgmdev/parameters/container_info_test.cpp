@@ -134,7 +134,12 @@ TEST_F(FlashIniInfo, WhereItCannotBeWrittenTheContainerIs) {
     const std::string blocked = m_directory.scratch().path(INFO);
     std::filesystem::create_directories(blocked);
     m_directory.scratch().write(std::string(INFO) + "/kept", "");
+    const DEBUG_MESSAGES messages;
     ASSERT_TRUE(FLASH_INI_DIRECTORY::write(1, "new"));
+    ASSERT_EQ(messages.all().size(), 1U);
+    EXPECT_EQ(messages.all()[0].find("PGMDEV 1 "), 0U);
+    EXPECT_TRUE(
+        messages.all()[0].ends_with("pgm_flash.ini.info could not be replaced: it tells of an older container"));
     EXPECT_EQ(m_directory.file(), CHANGED);
     EXPECT_TRUE(std::filesystem::exists(blocked + "/kept"));
     EXPECT_EQ(read_file(m_directory.scratch().path(COPY)), SOUND) << "what cannot be read is a doubt";
@@ -147,7 +152,8 @@ TEST_F(FlashIniInfo, ADoubtfulContainerIsWrittenWithoutACopyWhereNoneCanBeKept) 
     ASSERT_TRUE(FLASH_INI_DIRECTORY::write(1, "new"));
     EXPECT_EQ(m_directory.file(), CHANGED);
     ASSERT_EQ(messages.all().size(), 1U);
-    EXPECT_NE(messages.all()[0].find("no copy of it could be kept"), std::string::npos);
+    EXPECT_EQ(messages.all()[0].find("PGMDEV 1 "), 0U);
+    EXPECT_TRUE(messages.all()[0].ends_with("pgm_flash.ini is doubtful, and no copy of it could be kept"));
 
     m_directory.write_file(SOUND + "garbage");
     EXPECT_FALSE(FLASH_INI_DIRECTORY::write(1, "new")) << "of a damaged one, blocks would be lost";

@@ -1,8 +1,10 @@
 #include <gtest/gtest.h>
 
 #include <iomanip>
+#include <sstream>
 
 #include "pgmdev/user_flash/reference.h"
+#include "pgmdev_user_flash.h"
 #include "support/console.h"
 #include "support/scratch.h"
 #include "support/settings.h"
@@ -13,41 +15,43 @@ namespace flash = flash_reference;
 namespace ref = user_flash_reference;
 using TEXTS = std::vector<std::string>;
 
-/// A question, the answer that the tests give when they are after another one, and the member it is about.
+/// A question, the answer that the tests give when they are after another one, the member it is about, and what a person
+/// is told that it takes.
 struct QUESTION {
     std::string prompt;
     std::string answer;
     std::string member;
+    std::string accepted;
 };
 
 const std::vector<QUESTION> QUESTIONS{
-    {"Manufacture Name : ", "Acme", "manufacturer_name"},
-    {"Device Name : ", "ac25x80", "device_name"},
-    {"Memory ID (hex) [1 - FE] : ", "14", "memory_id"},
-    {"Memory ID Index [0/1/2] : ", "2", "memory_id_index"},
-    {"Memory Type (hex) [0 - FF] : ", "71", "memory_type"},
-    {"Memory Type Index [-1/0/1/2] : ", "1", "memory_type_index"},
-    {"Manufacturer ID (hex) [1 - FE] : ", "20", "mfc_id"},
-    {"Manufacturer ID Index [0/1/2] : ", "0", "mfc_id_index"},
-    {"Support Extended Mode [Y/N] : ", "n", "extended_mode"},
-    {"Micron flow [Y/N] : ", "n", "micron_flow"},
-    {"Spansion flow [Y/N] : ", "n", "spansion_flow"},
-    {"Protected after power-up [Y/N] : ", "n", "startup_protected"},
-    {"Is AAI mode [Y/N] : ", "n", "aai_mode"},
-    {"Read flag status [Y/N] : ", "n", "flag_status"},
-    {"Die count [1/2] : ", "1", "die_count"},
-    {"Memory Density [1 - 2048 Mbit] : ", "8", "device_bit_size"},
-    {"Sector Size [1 - 1024 Kbyte] : ", "64", "device_sector_byte"},
-    {"Bulk Erase time [1 - 900 seconds] : ", "80", "bulk_erase_time"},
-    {"Sector Erase Time [1 - 60 seconds] : ", "3", "sec_erase_time"},
-    {"Page Program Time [1000 - 1000000 microseconds] : ", "5000", "program_utime"},
-    {"Protection Mask (hex) [0 - FF] : ", "1c", "protection_mask"},
-    {"Protection Value (hex) [0 - FF] : ", "1c", "protection_value"},
-    {"Unprotect Value (hex) [0 - FF] : ", "0", "unprotect_value"},
-    {"Protection Divisor (hex) [-1/3 - 20] : ", "7", "protection_division"},
-    {"Bottom Value (bit location) [-1/0 - 7] : ", "5", "bottom_value"},
-    {"SDM Support [Y/N] : ", "n", "sdm_support"},
-    {"AS Configuration Voltage : ", "3.3v", "asc_voltage"},
+    {"Manufacture Name : ", "Acme", "manufacturer_name", "1 to 19 characters, none of them @, # or ;"},
+    {"Device Name : ", "ac25x80", "device_name", "1 to 19 characters, none of them @, # or ;"},
+    {"Memory ID (hex) [1 - FE] : ", "14", "memory_id", "1 to FE in hexadecimal"},
+    {"Memory ID Index [0/1/2] : ", "2", "memory_id_index", "0 to 2 in hexadecimal"},
+    {"Memory Type (hex) [0 - FF] : ", "71", "memory_type", "0 to FF in hexadecimal"},
+    {"Memory Type Index [-1/0/1/2] : ", "1", "memory_type_index", "0 to 2 in hexadecimal, or -1 for none"},
+    {"Manufacturer ID (hex) [1 - FE] : ", "20", "mfc_id", "1 to FE in hexadecimal"},
+    {"Manufacturer ID Index [0/1/2] : ", "0", "mfc_id_index", "0 to 2 in hexadecimal"},
+    {"Support Extended Mode [Y/N] : ", "n", "extended_mode", "Y or N"},
+    {"Micron flow [Y/N] : ", "n", "micron_flow", "Y or N"},
+    {"Spansion flow [Y/N] : ", "n", "spansion_flow", "Y or N"},
+    {"Protected after power-up [Y/N] : ", "n", "startup_protected", "Y or N"},
+    {"Is AAI mode [Y/N] : ", "n", "aai_mode", "Y or N"},
+    {"Read flag status [Y/N] : ", "n", "flag_status", "Y or N"},
+    {"Die count [1/2] : ", "1", "die_count", "1 to 2 in hexadecimal"},
+    {"Memory Density [1 - 2048 Mbit] : ", "8", "device_bit_size", "a power of two, 1 to 2048"},
+    {"Sector Size [1 - 1024 Kbyte] : ", "64", "device_sector_byte", "a power of two, 1 to 1024"},
+    {"Bulk Erase time [1 - 900 seconds] : ", "80", "bulk_erase_time", "1 to 900"},
+    {"Sector Erase Time [1 - 60 seconds] : ", "3", "sec_erase_time", "1 to 60"},
+    {"Page Program Time [1000 - 1000000 microseconds] : ", "5000", "program_utime", "1000 to 1000000"},
+    {"Protection Mask (hex) [0 - FF] : ", "1c", "protection_mask", "0 to FF in hexadecimal"},
+    {"Protection Value (hex) [0 - FF] : ", "1c", "protection_value", "0 to FF in hexadecimal"},
+    {"Unprotect Value (hex) [0 - FF] : ", "0", "unprotect_value", "0 to FF in hexadecimal"},
+    {"Protection Divisor (hex) [-1/3 - 20] : ", "7", "protection_division", "3 to 20 in hexadecimal, or -1 for none"},
+    {"Bottom Value (bit location) [-1/0 - 7] : ", "5", "bottom_value", "0 to 7 in hexadecimal, or -1 for none"},
+    {"SDM Support [Y/N] : ", "n", "sdm_support", "Y or N"},
+    {"AS Configuration Voltage : ", "3.3v", "asc_voltage", "1 to 19 characters, none of them @, # or ;"},
 };
 
 /// The body that the answers above give.
@@ -295,6 +299,25 @@ TEST_F(UserFlashDialogue, KeepsEveryQuestionToItsBounds) {
             EXPECT_EQ(values[ref::place(question.member)], value) << question.member << " " << answer;
         }
     }
+}
+
+TEST_F(UserFlashDialogue, TellsAPersonWhatEachQuestionTakes) {
+    std::string lines = "1\n";
+    TEXTS expected;
+    for (const QUESTION& question : QUESTIONS) {
+        lines += "#\n" + question.answer + "\n";
+        expected.push_back(question.prompt + "# " + question.accepted);
+    }
+    std::istringstream in(lines);
+    std::ostringstream out;
+    TEXTS told;
+    EXPECT_EQ(PGMDEV_USER_FLASH::define(in, out,
+                                        [&](const PGMDEV_USER_FLASH::REFUSED_ANSWER& refused) {
+                                            told.push_back(refused.question + refused.answer + " " + refused.accepted);
+                                            return true;
+                                        }),
+              ref::encoded(ref::sealed(BODY)));
+    EXPECT_EQ(told, expected);
 }
 
 TEST_F(UserFlashDialogue, AsksForLongAddressesAboveTheReachOfShortOnes) {

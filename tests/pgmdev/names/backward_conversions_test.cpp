@@ -15,11 +15,17 @@ namespace ref = ddb_reference;
 using CONVERSION = PGMDEV_PART_INDEX::CONVERSION;
 using NAMES = std::vector<std::string>;
 
-/// Sorted.
-NAMES names_before(CONVERSION conversion, const std::string& name) {
-    NAMES names = PGMDEV_PART_INDEX::get_names_converted_to(conversion, name);
+NAMES sorted(NAMES names) {
     std::sort(names.begin(), names.end());
     return names;
+}
+
+NAMES names_before(CONVERSION conversion, const std::string& name) {
+    return sorted(PGMDEV_PART_INDEX::get_names_converted_to(conversion, name));
+}
+
+NAMES origins(const std::string& name) {
+    return sorted(PGMDEV_PART_INDEX::get_origins(name));
 }
 
 class BackwardConversions : public testing::Test {
@@ -65,6 +71,24 @@ TEST_F(BackwardConversions, DevicesHaveTheirNamesThemselves) {
     EXPECT_EQ(names_before(CONVERSION::DEV_PART_PCF, "DEV_A"), (NAMES{"D1", "D2"}));
     EXPECT_EQ(names_before(CONVERSION::DEV_PART_PCF, "DEV_B"), NAMES{});
     EXPECT_EQ(names_before(CONVERSION::DEV_FAMILY_PCF, "DEV_FAMILY"), NAMES{"D2"});
+}
+
+TEST_F(BackwardConversions, OriginsAreAnyNumberOfStepsAwayAndThereOnce) {
+    EXPECT_EQ(origins("PCF_A"), (NAMES{"BOTH", "G1", "G2", "N1", "N2", "N3", "OWN", "P1", "P2"}));
+    EXPECT_EQ(origins(" pcf_b "), (NAMES{"BARE", "BOTH", "G2", "N1", "N3", "OWN", "P2"}));
+    EXPECT_EQ(origins("FAMILY_B"), (NAMES{"BOTH", "G1", "G3", "N1", "N2", "OWN", "P1"}));
+    EXPECT_EQ(origins("P2"), (NAMES{"BOTH", "N3"}));
+    EXPECT_EQ(origins("DEV_A"), (NAMES{"D1", "D2"}));
+    EXPECT_EQ(origins("DEV_FAMILY"), NAMES{"D2"});
+    for (const char* name : {"G3", "N1", "D1", "BASE", "FAMILY", "NO_SUCH", ""}) {
+        EXPECT_EQ(origins(name), NAMES{}) << name;
+    }
+}
+
+TEST_F(BackwardConversions, LeadFromPackagesProgrammingNamesAndProgrammerFiles) {
+    EXPECT_EQ(sorted(PGMDEV_PART_INDEX::get_converted_names()),
+              (NAMES{"DEV_A", "DEV_B", "DEV_FAMILY", "FAMILY_A", "FAMILY_B", "G1", "G2", "G3", "P1", "P2", "PCF_A",
+                     "PCF_B"}));
 }
 
 TEST_F(BackwardConversions, TakeNamesAsPeopleTypeThem) {

@@ -79,6 +79,26 @@ TEST(FlashNotes, HaveWhatTheLineSays) {
     EXPECT_EQ(found.harm, "wiped");
 }
 
+TEST(FlashNotes, TakeEveryRiskAndEveryPosition) {
+    NOTES files;
+    const PGMDEV_FLASH_NOTES notes = files
+                                         .ambiguities(HEADING +
+                                                      "01, A B, 0, by, data, harm\n02, A B, 255, by, voltage, harm\n"
+                                                      "03, A B, -, by, protection, harm\n04, A B, -, by, flow, harm\n"
+                                                      "05, A B, -, by, time, harm\n06, A B, -, by, none, harm\n")
+                                         .read();
+    std::vector<std::pair<RISK, DWORD>> found;
+    for (const PGMDEV_FLASH_AMBIGUITY& each : notes.ambiguities()) {
+        found.emplace_back(each.risk, each.telling_byte);
+    }
+    EXPECT_EQ(found, (std::vector<std::pair<RISK, DWORD>>{{RISK::DATA, 0},
+                                                          {RISK::VOLTAGE, 255},
+                                                          {RISK::PROTECTION, INVALID_DWORD},
+                                                          {RISK::FLOW, INVALID_DWORD},
+                                                          {RISK::TIME, INVALID_DWORD},
+                                                          {RISK::NONE, INVALID_DWORD}}));
+}
+
 TEST(FlashNotes, TellEachFaultWithItsPlace) {
     using FAULTS = std::vector<PLACE_AND_TEXT>;
     const std::string names = "response, chips, byte, told_apart_by, risk, harm";

@@ -99,6 +99,13 @@ TEST(SfdpRecord, LargeChipsTakeFourBytes) {
     EXPECT_TRUE(record.byte4_addressing);
     EXPECT_EQ(record.orvane_id, 32);
     EXPECT_EQ(record.device_bit_size, 536870912U);
+    const auto addressing = [](DWORD word1, DWORD density) {
+        const auto small = with_words({{1, word1}, {2, density}}).record(ID).record;
+        return std::pair(small.extended_mode, small.byte4_addressing);
+    };
+    EXPECT_EQ(addressing(0xFFF320E5, 0x07FFFFFF), std::pair(false, false)) << "three bytes, or four";
+    EXPECT_EQ(addressing(0xFFF520E5, 0x07FFFFFF), std::pair(false, true)) << "four only";
+    EXPECT_EQ(addressing(0xFFF320E5, 0x0FFFFFFF), std::pair(true, true)) << "twice as large";
 }
 
 TEST(SfdpRecord, ClassesOfDensity) {

@@ -6,6 +6,7 @@
 #include "dev.h"
 #include "pgmdev/profiles/fixture.h"
 #include "pgmdev/profiles/probe.h"
+#include "support/debug_messages.h"
 #include "support/reports.h"
 #include "support/scratch.h"
 #include "support/settings.h"
@@ -267,7 +268,10 @@ TEST_F(DevInfoCompiler, AnOutboxThatCannotBeWrittenDoesNotStopCompiling) {
     const SETTING outbox("TESSARY_OUTBOX_DIR", m_scratch.write("file", ""));
     std::vector<CELLS> rows = ref::rows();
     rows[16] = ref::bare(ref::PCF, "FILE_E");
+    const DEBUG_MESSAGES messages;
     EXPECT_EQ(compile(rows), "(no report)");
+    ASSERT_EQ(messages.all().size(), 1U);
+    EXPECT_EQ(messages.all()[0].find("PGMDEV 1 Not sent: Missing family CORNCRAKE (17) from Dev Info CSV.\n\n"), 0U);
 }
 
 TEST_F(DevInfoCompiler, TheGenericFamilyMustNotBeMissing) {

@@ -233,7 +233,7 @@ TEST_F(FlashDamage, RandomPayloadsEndInAReport) {
             payload[random() % payload.size()] = static_cast<char>(random());
         }
         payload.resize(12 + random() % (payload.size() - 12));
-        EXPECT_NE(load_payload(payload), "");
+        EXPECT_NE(load_payload(payload), "(no report)");  // something is missing at its end
     }
 }
 

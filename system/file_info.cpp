@@ -26,7 +26,6 @@ INFO_STATE judge_info(std::string_view info, std::string_view digest_key, std::s
 FILE_WITH_INFO read_with_info(const std::filesystem::path& file, const std::filesystem::path& info) {
     // Who replaces the file writes the text before and behind it: a file that is read while the text stays the same is
     // one that the text knows.
-    constexpr std::size_t LARGEST_INFO = std::size_t{1} << 20;
     constexpr int ATTEMPTS = 10;
     for (int i = 0; i < ATTEMPTS; ++i) {
         FILE_WITH_INFO found;

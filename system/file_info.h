@@ -23,6 +23,9 @@ inline constexpr std::string_view CONTAINER_DIGEST_KEY = "container_sha256";
 /// No file that has such a text comes near. Larger ones are not compared with it.
 inline constexpr std::size_t LARGEST_FILE_WITH_INFO = std::size_t{1} << 28;
 
+/// No such text comes near. Larger ones cannot be read.
+inline constexpr std::size_t LARGEST_INFO = std::size_t{1} << 20;
+
 /// The path of the text that belongs to a file.
 inline std::string info_file_of(const std::string& file) {
     return file + ".info";

@@ -30,7 +30,6 @@ bool remove_text(const std::string& path) {
 }  // namespace
 
 INFO_STATE container_info_state(const std::string& container, const std::string& digest) {
-    constexpr std::size_t LARGEST_INFO = std::size_t{1} << 20U;
     std::string info;
     switch (read_whole_file(fio_get_unc_full_path(info_file_of(container)), LARGEST_INFO, FILE_KINDS::REGULAR, info)) {
         case READ_RESULT::ABSENT:

@@ -129,6 +129,17 @@ TEST_F(FlashIniInfo, FurtherKeysAreLeftAlone) {
     EXPECT_FALSE(is_doubted());
 }
 
+TEST_F(FlashIniInfo, AMebibyteIsReadAndNotMore) {
+    std::string longest = ref::info(SOUND);
+    longest.resize(std::size_t{1} << 20, '#');
+    for (const bool too_long : {false, true}) {
+        lay_out(SOUND, longest + (too_long ? "#" : ""));
+        EXPECT_EQ(is_doubted(), too_long);
+        ASSERT_TRUE(FLASH_INI_DIRECTORY::write(1, "new"));
+        EXPECT_EQ(m_directory.has(COPY), too_long);
+    }
+}
+
 TEST_F(FlashIniInfo, WhereItCannotBeWrittenTheContainerIs) {
     m_directory.write_file(SOUND);
     const std::string blocked = m_directory.scratch().path(INFO);

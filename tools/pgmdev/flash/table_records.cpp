@@ -8,6 +8,7 @@
 #include "flash/aliases.h"
 #include "flash/database.h"
 #include "flash/output.h"
+#include "flash_evidence.h"
 #include "pgmdev_flash_notes.h"
 #include "pgmdev_version.h"
 #include "stl.h"

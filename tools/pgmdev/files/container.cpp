@@ -37,7 +37,7 @@ std::string damage_of(const INSPECTED_FILE& file) {
     }
     const DWORD count = little_endian(file.beginning, MAGIC.size());
     const std::size_t table_end = HEAD_SIZE + ENTRY_SIZE * std::size_t{count};
-    if (count == 0 || count > MOST_ENTRIES || file.beginning.size() < table_end) {
+    if (count == 0 || file.beginning.size() < table_end) {
         return fmt::format("its table of {} blocks is cut", count);
     }
     QWORD expected = table_end;

@@ -264,61 +264,6 @@ TEST(flash_define_fields, TakeUpToThreeChips) {
                    {"\"4 flash devices\", accepted: 1 to 3"});
 }
 
-TEST(flash_define_fields, AreAsOfAnotherFlash) {
-    const FLASH_DATABASE database({flash_reference::sample()});
-    const std::string like = flash_reference::sample().device_name;
-    const PROCESS_RESULT run = database.run({"--json", "flash", "define", "--like", like, "--id", "857114",
-                                             "device_name=mine", "die_count=2", "memory_type=72", "program_utime=6ms"});
-    EXPECT_EQ(run.exit_code, DONE) << run.errors;
-    const JSON flash = json_of(run.output).at("flashes").at(0);
-    EXPECT_EQ(flash.at("device_name"), "MINE");
-    EXPECT_EQ(flash.at("mfc_id"), 0x85);
-    EXPECT_EQ(flash.at("memory_type"), 0x72);
-    EXPECT_EQ(flash.at("die_count"), 2);
-    EXPECT_EQ(flash.at("program_utime"), 6000);
-    EXPECT_EQ(flash.at("device_sector_byte"), flash_reference::sample().device_sector_byte);
-    expect_failure(database.run({"flash", "define", "--like", "NONE-SUCH"}), WRONG_USAGE,
-                   {"--like: like is \"NONE-SUCH\", accepted: a flash of the database, or another name of one"});
-}
-
-TEST(flash_define_fields, AreAsTheFlashSaysOfItself) {
-    const std::string dump = std::string(TEST_SFDP_DIR) + "/BY25Q32ES.sfdp";
-    const PROCESS_RESULT run =
-        run_command({"--json", "flash", "define", "--sfdp", dump, "--id", "684A16", "manufacturer_name=BoyaMicro",
-                     "device_name=BY25Q32ES", "asc_voltage=3.3V"});
-    EXPECT_EQ(run.exit_code, DONE) << run.errors;
-    const JSON flash = json_of(run.output).at("flashes").at(0);
-    EXPECT_EQ(flash.at("device_bit_size"), 33554432);
-    EXPECT_EQ(flash.at("device_sector_byte"), 65536);
-    EXPECT_EQ(flash.at("byte4_addressing"), false);
-    EXPECT_EQ(flash.at("mfc_id"), 0x68);
-    EXPECT_EQ(json_of(run_command({"--json", "flash", "decode", json_of(run.output).at("encoded")}).output)
-                  .at("record")
-                  .at("device_name"),
-              "BY25Q32ES");
-    const SCRATCH scratch;
-    scratch.write("own.sfdp", "SFDP");
-    const std::string file = scratch.write("chip.txt",
-                                           "sfdp = own.sfdp\nid = 684A16\nmanufacturer_name = A\n"
-                                           "device_name = B\nasc_voltage = 3.3V\n");
-    expect_failure(run_command({"flash", "define", "@" + file}), WRONG_USAGE,
-                   {file + ":1: sfdp is \"own.sfdp\", accepted: an SFDP dump that a record follows from",
-                    "the description is refused: 1 fault\n"});
-}
-
-TEST(flash_define_fields, TakeFurtherNamesOfAnotherFlash) {
-    const auto like = [](const std::string& name) {
-        const PROCESS_RESULT run =
-            run_command({"--json", "flash", "define", "--like", name, "--id", "C86517", "device_name=MINE"});
-        EXPECT_EQ(run.exit_code, DONE) << run.errors;
-        return json_of(run.output).at("encoded");
-    };
-    EXPECT_EQ(like("w25q128fv"), like("W25Q128JV"));
-    EXPECT_NE(like("W25Q64FV"), like("W25Q128JV"));
-    expect_failure(run_command({"flash", "define", "--like", "W25Q128JVV", "--id", "C86517"}), WRONG_USAGE,
-                   {"like is \"W25Q128JVV\"", "did you mean W25Q128JV"});
-}
-
 TEST(flash_define_save, ReplacesTheLineAndKeepsTheOthers) {
     const SCRATCH scratch;
     const std::string chip = scratch.write("chip.txt", chip_text(CHIP_LINES));

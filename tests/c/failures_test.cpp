@@ -141,6 +141,28 @@ void expect_statuses(const std::vector<CALL>& calls) {
     }
 }
 
+/// A call that gives no result.
+#define INTO(function, ...)                                                                            \
+    {                                                                                                  \
+#function, [](auto** place) -> pgmdev_status { return function(__VA_ARGS__, place, nullptr); } \
+    }
+
+template <class OBJECT>
+struct CALL_WITHOUT_RESULT {
+    const char* name;
+    pgmdev_status (*call)(OBJECT** place);
+};
+
+template <class OBJECT>
+void expect_emptied(std::initializer_list<CALL_WITHOUT_RESULT<OBJECT>> calls) {
+    for (const auto& each : calls) {
+        char something = 0;
+        auto* place = reinterpret_cast<OBJECT*>(&something);
+        EXPECT_NE(each.call(&place), PGMDEV_STATUS_OK) << each.name;
+        EXPECT_EQ(place, nullptr) << each.name;
+    }
+}
+
 }  // namespace
 
 TEST(CFailures, NullPointersAreStatuses) {
@@ -152,22 +174,32 @@ TEST(CFailures, NumbersThatStandForNothingAreStatuses) {
 }
 
 TEST(CFailures, WhereThereIsNoResultThePlaceIsEmptied) {
-    C_STRING something;
-    ASSERT_EQ(pgmdev_number_hexadecimal(1, 1, false, something.place(), nullptr), PGMDEV_STATUS_OK);
-    using GIVES_STRING = pgmdev_status (*)(pgmdev_string**);
-    for (const GIVES_STRING call : std::initializer_list<GIVES_STRING>{
-             [](pgmdev_string** place) { return pgmdev_configuration(nullptr, place, nullptr); },
-             [](pgmdev_string** place) { return pgmdev_directory_path(NO_NUMBER, place, nullptr); },
-             [](pgmdev_string** place) { return pgmdev_part_from_pcf(nullptr, place, nullptr); },
-             [](pgmdev_string** place) { return pgmdev_part_index_complete(nullptr, "any", place, nullptr); },
-             [](pgmdev_string** place) { return pgmdev_opn_name(UINT32_MAX, place, nullptr); },
-             [](pgmdev_string** place) { return pgmdev_name_convert(0, nullptr, 0, place, nullptr); },
-             [](pgmdev_string** place) { return pgmdev_enum_name(0, UINT32_MAX, place, nullptr); },
-             [](pgmdev_string** place) { return pgmdev_table_source_text(nullptr, place, nullptr); }}) {
-        pgmdev_string* place = something;
-        EXPECT_NE(call(&place), PGMDEV_STATUS_OK);
-        EXPECT_EQ(place, nullptr);
-    }
+    expect_emptied<pgmdev_string>(
+        {INTO(pgmdev_configuration, nullptr), INTO(pgmdev_directory_path, NO_NUMBER),
+         INTO(pgmdev_enum_name, 0, UINT32_MAX), INTO(pgmdev_name_convert, 0, nullptr, 0),
+         INTO(pgmdev_number_hexadecimal, 1, 0, true), INTO(pgmdev_opn_from_hash, 0), INTO(pgmdev_opn_name, UINT32_MAX),
+         INTO(pgmdev_parameter_text, PGMDEV_PARAMETER_BYTE, nullptr, false),
+         INTO(pgmdev_parameters_encode, nullptr, nullptr, 1), INTO(pgmdev_parameters_read, PGMDEV_PARAMETER_BLOCKS),
+         INTO(pgmdev_part_complete, nullptr), INTO(pgmdev_part_from_device, nullptr),
+         INTO(pgmdev_part_from_pcf, nullptr), INTO(pgmdev_part_index_complete, nullptr, "any"),
+         INTO(pgmdev_part_index_from_pcf, nullptr, "any"), INTO(pgmdev_table_source_text, nullptr),
+         INTO(pgmdev_user_flash_encode, nullptr, 0)});
+    expect_emptied<pgmdev_records>(
+        {INTO(pgmdev_boot_flash_list, PGMDEV_BOOT_FLASH_TYPES), INTO(pgmdev_enum_list, PGMDEV_ENUMERATIONS),
+         INTO(pgmdev_flash_suggestions, nullptr, "any"), INTO(pgmdev_name_origins, nullptr),
+         INTO(pgmdev_name_spellings, nullptr), INTO(pgmdev_name_suggestions, nullptr, PGMDEV_NAMED_ANYTHING),
+         INTO(pgmdev_parameters_decode, nullptr, 1, nullptr, nullptr, 1),
+         INTO(pgmdev_profile_governed, nullptr, PGMDEV_PROFILE_PART),
+         INTO(pgmdev_records_suggestions, nullptr, "name", "any"), INTO(pgmdev_table_compare, nullptr, nullptr),
+         INTO(pgmdev_table_members, PGMDEV_TABLE_TYPES), INTO(pgmdev_user_flash_check, nullptr, 0)});
+    expect_emptied<const pgmdev_records>({INTO(pgmdev_flash_further_names, nullptr)});
+    expect_emptied<pgmdev_answer>({INTO(pgmdev_flash_evidence, nullptr, 0),
+                                   INTO(pgmdev_sfdp_decode, nullptr, 1, nullptr, 0),
+                                   INTO(pgmdev_user_flash_decode, nullptr)});
+    expect_emptied<pgmdev_flash_database>({INTO(pgmdev_flash_open, "no such file")});
+    expect_emptied<pgmdev_profile_database>({INTO(pgmdev_profile_open, "no such file")});
+    expect_emptied<pgmdev_table>({INTO(pgmdev_table_from_database, PGMDEV_TABLE_FLASH, nullptr),
+                                  INTO(pgmdev_table_from_source, PGMDEV_TABLE_FLASH, nullptr)});
 }
 
 TEST(CFailures, TheseAreAllFunctionsThatGiveAStatus) {
@@ -239,5 +271,7 @@ TEST(CFailures, IndexesOutOfRangeAreStatuses) {
     EXPECT_EQ(text, nullptr);
     std::size_t record = 0;
     EXPECT_EQ(pgmdev_records_find(kinds, count, "name", "any", &record, nullptr), PGMDEV_STATUS_NOT_FOUND);
+    EXPECT_EQ(pgmdev_records_find(kinds, count, "no such member", "any", &record, nullptr),
+              PGMDEV_STATUS_INVALID_ARGUMENT);
     EXPECT_EQ(pgmdev_records_find_member(kinds, "no such member", &record, nullptr), PGMDEV_STATUS_NOT_FOUND);
 }

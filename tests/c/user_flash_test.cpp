@@ -88,6 +88,12 @@ TEST_F(CUserFlash, ImplausibleValuesAreNamed) {
     ASSERT_EQ(rows.size(), 1U);
     EXPECT_EQ(rows[0][0], "die_count");
     EXPECT_EQ(rows[0][1], "0");
+    std::vector<pgmdev_value> two = m_values;
+    two.insert(two.end(), m_values.begin(), m_values.end());
+    for (const std::size_t count : {std::size_t{0}, two.size()}) {  // the values are those of one flash
+        EXPECT_EQ(pgmdev_user_flash_check(two.data(), count, implausible.place(), nullptr),
+                  PGMDEV_STATUS_INVALID_ARGUMENT);
+    }
 }
 
 TEST_F(CUserFlash, ValuesThatCannotBeThoseOfAFlashAreRefused) {

@@ -259,6 +259,9 @@ TEST_P(ReplacementFaults, LinkOfSomebodyElseWhereEverybodyWritesIsRefused) {
     EXPECT_FALSE(replace(link, "through a trap"));
     EXPECT_EQ(read_file(file), "through one's own link");
     EXPECT_TRUE(fs::is_symlink(link));
+    ASSERT_EQ(::chmod(scratch.path("open").c_str(), 0775), 0);
+    EXPECT_TRUE(replace(link, "through a link that not everybody could have made"));
+    ASSERT_EQ(::chmod(scratch.path("open").c_str(), 01777), 0);
     ASSERT_EQ(::chown(scratch.path("open").c_str(), 65534, 65534), 0);
     EXPECT_TRUE(replace(link, "through a link of the directory's owner"));
 }

@@ -51,6 +51,8 @@ TEST(flash_define_faults, StandInTheOrderOfTheLines) {
               (std::vector<std::string>{"-:4 device_bit_size", "-:5 device_sector_bytes", "-:6 ", "-:8 sfdp",
                                         "-:10 program_utime", "-:11 "}));
     lines.at(7) = "";
+    EXPECT_TRUE(contains(run_command({"flash", "define", "@-"}, chip_text(lines)).errors,
+                         "-:1: bulk_erase_time is missing, accepted: "));
     EXPECT_EQ(places_of(defined(chip_text(lines))),
               (std::vector<std::string>{"-:1 device_sector_byte", "-:1 bulk_erase_time", "-:4 device_bit_size",
                                         "-:5 device_sector_bytes", "-:6 ", "-:10 program_utime", "-:11 "}));

@@ -5,8 +5,10 @@
 namespace {
 
 TEST(flash_define_sources, AreAsOfAnotherFlash) {
-    const FLASH_DATABASE database({flash_reference::sample()});
-    const std::string like = flash_reference::sample().device_name;
+    PGMDEV_SFL_FLASH_INFO other = flash_reference::sample();
+    other.memory_type_index = PGMDEV_SFL_FLASH_INFO::NONE;  // what is compared of a response is told by one's own
+    const FLASH_DATABASE database({other});
+    const std::string& like = other.device_name;
     const PROCESS_RESULT run = database.run({"--json", "flash", "define", "--like", like, "--id", "857114",
                                              "device_name=mine", "die_count=2", "memory_type=72", "program_utime=6ms"});
     EXPECT_EQ(run.exit_code, DONE) << run.errors;
@@ -14,6 +16,7 @@ TEST(flash_define_sources, AreAsOfAnotherFlash) {
     EXPECT_EQ(flash.at("device_name"), "MINE");
     EXPECT_EQ(flash.at("mfc_id"), 0x85);
     EXPECT_EQ(flash.at("memory_type"), 0x72);
+    EXPECT_EQ(flash.at("memory_type_index"), 1);
     EXPECT_EQ(flash.at("die_count"), 2);
     EXPECT_EQ(flash.at("program_utime"), 6000);
     EXPECT_EQ(flash.at("device_sector_byte"), flash_reference::sample().device_sector_byte);

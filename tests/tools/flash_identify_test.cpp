@@ -129,6 +129,15 @@ TEST(flash_identify, ForPeople) {
     EXPECT_TRUE(contains(result.output, "700 us")) << result.output;
 }
 
+TEST(flash_identify, ForPeopleTheByteIsNamedThatPassesAnotherDeviceOver) {
+    RECORD later = chip("NEW", 0x44, 0xBB, 0x21);
+    later.mfc_id_index = 4;
+    const PROCESS_RESULT result =
+        FLASH_DATABASE({later, chip("OLD", 0x20, 0xBB, 0x21)}).run({"flash", "identify", "20BB21104400"});
+    EXPECT_TRUE(contains(result.output, "NEW, record 0\n")) << result.output;
+    EXPECT_TRUE(contains(result.output, "  passed over   OLD (byte 4 = 44 decides)\n")) << result.output;
+}
+
 TEST(flash_identify, EverySpellingOfAResponse) {
     const FLASH_DATABASE database({FAST});
     for (const char* spelling : {"EF7017", "ef7017", "eF7017", "EF 70 17", "EF:70:17", "EF-70-17", "0xEF7017",

@@ -53,13 +53,17 @@ TEST(flash_list, TextThatIsNoUtf8StaysADocument) {
 }
 
 TEST(flash_list, ForPeople) {
-    const PROCESS_RESULT result = FLASH_DATABASE({named("FIRST", 1), named("SECOND", 2)}).run({"flash", "list"});
+    const FLASH_DATABASE database({named("FIRST", 1), named("SECOND", 2)});
+    const PROCESS_RESULT result = database.run({"flash", "list"});
     EXPECT_EQ(result.exit_code, DONE);
     const std::vector<std::string> lines = lines_of(result.output);
     ASSERT_EQ(lines.size(), 3U);
-    EXPECT_TRUE(contains(lines[0], "manufacturer") && contains(lines[0], "device")) << lines[0];
+    EXPECT_TRUE(lines[0].starts_with("index  manufacturer  device") && !contains(lines[0], "enabled")) << lines[0];
     EXPECT_TRUE(contains(lines[1], "FIRST") && contains(lines[1], "128 Mbit")) << lines[1];
     EXPECT_TRUE(contains(lines[2], "SECOND")) << lines[2];
+    const std::vector<std::string> rows = lines_of(database.run({"flash", "list", "--all-rows"}).output);
+    EXPECT_TRUE(rows.at(0).starts_with("row  index  manufacturer  device") && contains(rows[0], "enabled")) << rows[0];
+    EXPECT_TRUE(rows.at(2).starts_with("1    1      ")) << rows[2];
 }
 
 TEST(flash_list, SwitchesEnableRecords) {

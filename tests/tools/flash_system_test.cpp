@@ -122,7 +122,7 @@ TEST(flash_identify_system, NamesCountWhereNoIdentificationIsTold) {
 
 TEST(flash_identify_system, DevicesStandInTheOrderOfTheirNumbers) {
     const SYSTEM_ROOT root;
-    for (const char* device : {"spi10.0", "spi2.10", "spi2.9", "spi0.0"}) {
+    for (const char* device : {"spi10.0", "spi2.10", "spi2.9", "spi0", "spi0.0", "spi10"}) {
         root.add(device, "spi-nor/jedec_id", "ef4018\n");
     }
     const JSON devices = root.identified(DONE).at("devices");
@@ -130,7 +130,7 @@ TEST(flash_identify_system, DevicesStandInTheOrderOfTheirNumbers) {
     for (const JSON& device : devices) {
         names.push_back(device.at("system").at("device"));
     }
-    EXPECT_EQ(names, (std::vector<std::string>{"spi0.0", "spi2.9", "spi2.10", "spi10.0"}));
+    EXPECT_EQ(names, (std::vector<std::string>{"spi0", "spi0.0", "spi2.9", "spi2.10", "spi10", "spi10.0"}));
 }
 
 TEST(flash_identify_system, NoFlashIsSaid) {

@@ -106,6 +106,10 @@ TEST(PartInfo, TellsEverythingAboutAPart) {
     EXPECT_EQ(info["family"], "KESTREL");
     EXPECT_EQ(info["opn_index"], 1337);
     EXPECT_EQ(info["opn_hash"], 0xDCB59F75E910);
+    EXPECT_EQ(info.at("number"), 1166);
+    for (const char* key : {"orderable", "production", "hidden"}) {
+        EXPECT_EQ(info.at(key), true) << key;
+    }
     EXPECT_EQ(info["profile"], (JSON{{"index", 41}, {"rule", "family"}, {"key", "family KESTREL"}}));
     EXPECT_EQ(info["parts"], JSON{"KES50C6"});
     EXPECT_EQ(info["package"], "LQFP");
@@ -120,6 +124,7 @@ TEST(PartInfo, TellsWhatAllPartsHaveAlike) {
     EXPECT_EQ(info["package"], "FBGA");
     EXPECT_EQ(info["pins"], 169);
     EXPECT_EQ(info["speed"], nullptr);
+    EXPECT_EQ(info.at("production"), nullptr);
 }
 
 TEST(PartInfo, TellsWhichSchemeANameBelongsTo) {

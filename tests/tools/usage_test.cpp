@@ -124,7 +124,7 @@ TEST(usage, NumbersThatAreNoneAreNamed) {
                    {"\"-1\" is not a value of INDEX"});
     expect_failure(run_command({"hps", "add", "nand", "--like", "4294967296"}), WRONG_USAGE,
                    {"\"4294967296\" is not a value of --like"});
-    for (const std::string text : {"+1", "", " "}) {
+    for (const std::string text : {"+1", "-0", "", " "}) {
         expect_failure(run_command({"hps", "remove", "nand", text}), WRONG_USAGE, {"is not a value of INDEX"});
     }
     const PROCESS_RESULT decimal = run_command({"hps", "remove", "nand", "010"});  // 8 is built in

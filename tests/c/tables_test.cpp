@@ -122,7 +122,7 @@ TEST(CTables, FaultsAreValues) {
 TEST(CTables, DifferencesAreTold) {
     const SCRATCH scratch;
     const std::string& source = ALL_SHIPPED[0].source;
-    std::string text = changed(source, "W25Q64JV", "W25Q64XX");
+    std::string text = changed(source, "Winbond,           W25Q64JV", "Other,             W25Q64XX");
     text.erase(text.rfind('\n', text.size() - 2) + 1);  // the last row
     const std::string file = scratch.write("table.csv", text);
     C_TABLE left;
@@ -132,10 +132,12 @@ TEST(CTables, DifferencesAreTold) {
     C_RECORDS differences;
     ASSERT_EQ(pgmdev_table_compare(left, right, differences.place(), nullptr), PGMDEV_STATUS_OK);
     const ROWS rows = rows_of(differences);
-    ASSERT_EQ(rows.size(), 2U);
+    ASSERT_EQ(rows.size(), 3U);
     EXPECT_EQ((std::vector<std::string>(rows[0].begin() + 1, rows[0].end())),
+              (std::vector<std::string>{"manufacturer_name", "Winbond", "Other"}));
+    EXPECT_EQ((std::vector<std::string>(rows[1].begin() + 1, rows[1].end())),
               (std::vector<std::string>{"device_name", "W25Q64JV", "W25Q64XX"}));
-    EXPECT_EQ(rows[1], (std::vector<std::string>{std::to_string(pgmdev_records_count(pgmdev_table_records(right))), "-",
+    EXPECT_EQ(rows[2], (std::vector<std::string>{std::to_string(pgmdev_records_count(pgmdev_table_records(right))), "-",
                                                  "-", "-"}));
     C_TABLE profiles;
     ASSERT_EQ(pgmdev_table_from_source(PGMDEV_TABLE_PROFILES, ALL_SHIPPED[1].source.c_str(), profiles.place(), nullptr),

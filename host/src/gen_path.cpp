@@ -3,6 +3,8 @@
 
 #include "absolute_path.h"
 #include "environment.h"
+#include "file_kind.h"
+#include "fio.h"
 #include "gen.h"
 #include "library_path.h"
 #include "standard_places.h"
@@ -56,8 +58,7 @@ fs::path found_installation() {
     const fs::path data = fs::path("share") / "tessary";
     const fs::path library = path_from_utf8(absolute_directory(host_library_directory()));
     for (fs::path directory = library; directory.has_relative_path(); directory = directory.parent_path()) {
-        std::error_code ignored;
-        if (fs::is_directory(directory / data, ignored)) {
+        if (is_a_directory(fio_get_unc_full_path(utf8_from_path(directory / data)))) {
             return directory / data;
         }
     }

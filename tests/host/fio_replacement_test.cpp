@@ -10,6 +10,7 @@
 #include "fio.h"
 #include "host/replacing.h"
 #include "support/scratch.h"
+#include "utf8_path.h"
 
 namespace fs = std::filesystem;
 
@@ -76,7 +77,7 @@ TEST(fio_replacement, TemporaryIsBesideTheTargetOrHasNoName) {
     const SCRATCH scratch;
     const FIO_REPLACEMENT a(scratch.path("file"));
     const FIO_REPLACEMENT b(scratch.path("file"));
-    if (fs::hard_link_count(fio_get_unc_full_path(a.temporary().fullpath())) == 0) {
+    if (fs::hard_link_count(path_from_utf8(a.temporary().fullpath())) == 0) {
         EXPECT_EQ(scratch.file_count(), 0U);
     } else {
         EXPECT_EQ(fs::path(a.temporary().fullpath()).parent_path(), scratch.directory());
@@ -137,7 +138,7 @@ TEST(fio_replacement, EmptyAndLargeContents) {
 TEST(fio_replacement, NamesOfEveryKind) {
     const SCRATCH scratch;
     for (const char* name : {"with blank", "Ger\xC3\xA4te/\xE6\x97\xA5\xE6\x9C\xAC.pcf", "%s%n", "XXXXXX", "-"}) {
-        fs::create_directories(fio_get_unc_full_path(scratch.path(name)).parent_path());
+        fs::create_directories(path_from_utf8(scratch.path(name)).parent_path());
         EXPECT_TRUE(replace(scratch.path(name), name)) << name;
         EXPECT_EQ(read_file(fio_get_unc_full_path(scratch.path(name))), name);
     }

@@ -3,6 +3,7 @@
 #include <filesystem>
 
 #include "doubts.h"
+#include "file_kind.h"
 #include "msg.h"
 #include "pgmdev_version.h"
 #include "report.h"
@@ -21,10 +22,10 @@ std::span<const BYTE> bytes_of(const std::string& text) {
 bool remove_text(const std::string& path) {
     const std::filesystem::path file = fio_get_unc_full_path(path);
     std::error_code error;
-    if (std::filesystem::is_regular_file(file, error)) {
-        std::filesystem::remove(file, error);
+    if (file_type_of(file, error) == std::filesystem::file_type::regular) {
+        remove_file(file, error);
     }
-    return std::filesystem::status(file, error).type() == std::filesystem::file_type::not_found;
+    return file_type_of(file, error) == std::filesystem::file_type::not_found;
 }
 
 }  // namespace

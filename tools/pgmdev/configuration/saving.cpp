@@ -6,6 +6,7 @@
 #include <filesystem>
 #include <optional>
 
+#include "file_kind.h"
 #include "file_reader.h"
 #include "files/environment.h"
 #include "files/inspection.h"
@@ -124,7 +125,7 @@ void write_with(const PLACE& place, CONFIGURATION_LINES file, const std::string&
         contents.insert(contents.end(), line.end.begin(), line.end.end());
     }
     std::error_code error;  // what keeps the directory from being made keeps the file from being written
-    std::filesystem::create_directories(fio_get_unc_full_path(place.path).parent_path(), error);
+    make_directories(fio_get_unc_full_path(place.path).parent_path(), error);
     OUTPUT_FILE output(place);
     output.write(contents);
     output.commit();

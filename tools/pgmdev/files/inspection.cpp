@@ -5,6 +5,7 @@
 #include <filesystem>
 #include <span>
 
+#include "file_kind.h"
 #include "file_reader.h"
 #include "fio.h"
 
@@ -42,7 +43,7 @@ INSPECTED_FILE inspect_file(const std::string& path, std::size_t bytes) {
     FIO_STATUS status;
     std::error_code error;
     const std::filesystem::path native = fio_get_unc_full_path(path);
-    const std::filesystem::file_type type = std::filesystem::status(native, error).type();
+    const std::filesystem::file_type type = file_type_of(native, error);
     if (type == std::filesystem::file_type::not_found) {
         file.missing = true;
         file.obstacle = "there is no such file";
@@ -66,6 +67,6 @@ INSPECTED_FILE inspect_file(const std::string& path, std::size_t bytes) {
 bool is_stream(const std::string& path) {
     using std::filesystem::file_type;
     std::error_code error;
-    const file_type type = std::filesystem::status(fio_get_unc_full_path(path), error).type();
+    const file_type type = file_type_of(fio_get_unc_full_path(path), error);
     return type == file_type::fifo || type == file_type::character || type == file_type::socket;
 }

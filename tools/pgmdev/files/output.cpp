@@ -4,6 +4,7 @@
 
 #include <filesystem>
 
+#include "file_kind.h"
 #include "files/inspection.h"
 
 namespace fs = std::filesystem;
@@ -20,17 +21,20 @@ std::string obstacle(const std::string& path, std::string reason) {
     std::error_code error;
     const fs::path native = fio_get_unc_full_path(path);
     const fs::path directory = native.parent_path();
-    if (fs::is_directory(native, error)) {
+    const fs::file_type type = file_type_of(native, error);
+    if (type == fs::file_type::directory) {
         return "it is a directory";
     }
-    if (fs::exists(native, error) && !fs::is_regular_file(native, error)) {
+    if (fs::exists(fs::file_status(type)) && type != fs::file_type::regular) {
         return "it is no regular file";
     }
-    if (fs::exists(native, error) && fs::hard_link_count(native, error) == 0) {
+    if (type == fs::file_type::regular && fs::hard_link_count(native, error) == 0) {
         return "it has been removed and is only open";
     }
-    if (!fs::is_directory(directory, error)) {
-        return fs::exists(directory, error) ? "what should be its directory is none" : "its directory does not exist";
+    const fs::file_type parent = file_type_of(directory, error);
+    if (parent != fs::file_type::directory) {
+        return fs::exists(fs::file_status(parent)) ? "what should be its directory is none"
+                                                   : "its directory does not exist";
     }
     const std::string forbidden = reason_not_to_write(native);  // calls behind the one that failed may have failed, too
     return as_clause(forbidden.empty() ? reason : forbidden);
@@ -43,7 +47,7 @@ void confirm_output(const PLACE& output, const std::vector<std::string>& inputs,
     const std::string& path = output.path;
     forget_system_reason();
     std::error_code error;
-    const fs::file_type type = fs::status(fio_get_unc_full_path(path), error).type();
+    const fs::file_type type = file_type_of(fio_get_unc_full_path(path), error);
     if (type == fs::file_type::none) {  // the system does not tell what would be replaced
         throw output_failure(output);
     }
@@ -52,7 +56,7 @@ void confirm_output(const PLACE& output, const std::vector<std::string>& inputs,
     }
     for (const std::string& input : inputs) {
         const fs::path native = fio_get_unc_full_path(input);
-        const fs::file_type input_type = fs::status(native, error).type();
+        const fs::file_type input_type = file_type_of(native, error);
         if (input_type == fs::file_type::not_found) {
             continue;
         }
@@ -60,7 +64,7 @@ void confirm_output(const PLACE& output, const std::vector<std::string>& inputs,
             throw unreadable(input, as_clause(error.message()));
         }
         forget_system_reason();
-        const bool is_input = fs::equivalent(fio_get_unc_full_path(path), native, error);
+        const bool is_input = are_same_file(fio_get_unc_full_path(path), native, error);
         if (error) {
             throw output_failure(output);
         }

@@ -6,6 +6,7 @@
 #include <string_view>
 #include <system_error>
 
+#include "file_kind.h"
 #include "files/inspection.h"
 #include "fio.h"
 #include "flash/identify_sfdp.h"
@@ -78,9 +79,9 @@ void take_sfdp(const std::string& dump, KNOWN_FLASH& flash) {
 std::optional<KNOWN_FLASH> flash_of(const fs::path& directory) {
     const fs::path details = directory / "spi-nor";
     std::error_code error;
-    const fs::file_status status = fs::status(details, error);
-    const bool is_hidden = error && status.type() != fs::file_type::not_found;
-    if (!fs::is_directory(status) && !is_hidden) {
+    const fs::file_type type = file_type_of(details, error);
+    const bool is_hidden = error && type != fs::file_type::not_found;
+    if (type != fs::file_type::directory && !is_hidden) {
         return std::nullopt;
     }
     KNOWN_FLASH flash;
@@ -123,17 +124,16 @@ fs::path spi_directory(const std::vector<std::string>& given) {
     }
     fs::path root = fio_get_unc_full_path(FIO_PATH(given.front()).fullpath());
     std::error_code error;
-    const fs::file_status status = fs::status(root, error);
-    if (!fs::is_directory(status)) {
-        const bool missing = status.type() == fs::file_type::not_found;
+    const fs::file_type root_type = file_type_of(root, error);
+    if (root_type != fs::file_type::directory) {
         throw unreadable_directory(given.front(),
-                                   missing              ? "there is no such directory"
-                                   : fs::exists(status) ? "it is no directory"
-                                                        : as_clause(error.message()),
+                                   root_type == fs::file_type::not_found ? "there is no such directory"
+                                   : root_type != fs::file_type::none    ? "it is no directory"
+                                                                         : as_clause(error.message()),
                                    EXIT_USAGE);
     }
     for (const char* place : PLACES) {
-        const fs::file_type type = fs::status(root / fs::path(place).make_preferred(), error).type();
+        const fs::file_type type = file_type_of(root / fs::path(place).make_preferred(), error);
         if (error && type != fs::file_type::not_found) {
             throw unreadable_directory(root / fs::path(place).make_preferred(), as_clause(error.message()),
                                        EXIT_INTERNAL_ERROR);
@@ -180,7 +180,7 @@ bool comes_before(std::string_view a, std::string_view b) {
 std::vector<fs::path> spi_devices(const fs::path& directory) {
     std::error_code error;
     std::vector<fs::path> paths;
-    if (fs::status(directory, error).type() == fs::file_type::not_found) {
+    if (file_type_of(directory, error) == fs::file_type::not_found) {
         return paths;
     }
     fs::directory_iterator entry(directory, error);

@@ -5,6 +5,7 @@
 #include <filesystem>
 #include <system_error>
 
+#include "file_kind.h"
 #include "files/database.h"
 #include "files/inspection.h"
 #include "files/origins.h"
@@ -24,8 +25,9 @@ void require_directory(const PLACE& directory, const PLACE& file) {
     std::error_code error;
     const std::filesystem::path path(fio_get_unc_full_path(directory.path));
     forget_system_reason();
-    if (!std::filesystem::is_directory(path, error) && !std::filesystem::create_directory(path, error)) {
-        throw output_failure(std::filesystem::exists(path, error) ? file : directory);
+    if (!is_a_directory(path) && !make_directory(path, error)) {
+        const bool is_there = std::filesystem::exists(std::filesystem::file_status(file_type_of(path, error)));
+        throw output_failure(is_there ? file : directory);
     }
 }
 

@@ -2,9 +2,10 @@
 
 #include <algorithm>
 #include <exception>
-#include <filesystem>
+#include <system_error>
 #include <utility>
 
+#include "file_kind.h"
 #include "files/file_bytes.h"
 #include "files/inspection.h"
 #include "fio.h"
@@ -76,7 +77,11 @@ void NOTES_COPIES::commit() {
 
 void NOTES_COPIES::COPY::put_back() const {
     if (was_missing) {
-        std::filesystem::remove(fio_get_unc_full_path(path));
+        std::error_code error;
+        remove_file(fio_get_unc_full_path(path), error);
+        if (error) {
+            throw std::system_error(error);
+        }
         return;
     }
     OUTPUT_FILE replacement({path, {}});

@@ -33,6 +33,16 @@ TEST(Process, IsTheCommandThatTestsRun) {
     }
 }
 
+// Programs of Windows may take it for the end of a text.
+TEST(Process, ReadsBeyondAByteThatEndsTextsOfOldSystems) {
+    const PROCESS_RESULT batch = run_as_process({"--json", "opn", "name", "-"}, "1337\n\x1A\n1338\n");
+    ASSERT_EQ(json_lines_of(batch.output).size(), 3U);
+    EXPECT_EQ(json_lines_of(batch.output)[2].at("query"), "1338");
+    const PROCESS_RESULT log =
+        run_as_process({"--json", "flash", "identify", "--log", "-"}, "\x1A\nJEDEC ID: EF4018\n");
+    EXPECT_EQ(json_of(log.output).at("log").at("line"), 2);
+}
+
 TEST(Process, LeavesNoSettingsBehind) {
     const auto list = [] { return run_command({"--json", "flash", "list", "--fields", "device_name"}).output; };
     const std::string before = list();

@@ -223,7 +223,7 @@ TEST(flash_define_fields, TellWhyAFileIsNotRead) {
                    {"the description cannot be read: it is a directory"});
     expect_failure(told(scratch.write("long.txt", std::string((1 << 20) + 1, '#'))), INTERNAL_ERROR,
                    {"the description cannot be read: it has more than 1 MiB"});
-    std::string wide("\xFF\xFE");
+    std::string wide;  // UTF-16 without a byte-order mark
     for (const char character : chip_text(CHIP_LINES)) {
         wide += character;
         wide += '\0';

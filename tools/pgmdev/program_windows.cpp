@@ -35,6 +35,7 @@ std::vector<std::string> wide_arguments() {
 
 PROGRAM::PROGRAM(int, char**) : m_arguments(wide_arguments()) {
     g_former_code_page = GetConsoleOutputCP();
+    _setmode(_fileno(stdin), _O_BINARY);  // the bytes as they are: a byte 1A ends no text
     _setmode(_fileno(stdout), _O_BINARY);
     _setmode(_fileno(stderr), _O_BINARY);
     if (g_former_code_page != 0) {

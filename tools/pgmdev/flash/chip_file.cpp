@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <iostream>
 #include <iterator>
+#include <optional>
+#include <utility>
 
 #include "file_reader.h"
 #include "files/inspection.h"
@@ -12,6 +14,7 @@
 #include "gen.h"
 #include "terminal/input.h"
 #include "text_lines.h"
+#include "utf_8_input.h"
 
 namespace {
 
@@ -55,10 +58,14 @@ std::string text_of_file(const std::string& file) {
     if (!is_read) {
         throw unreadable_description(file, obstacle_to(file));
     }
-    if (text.find('\0') != std::string::npos) {
+    std::optional<std::string> readable = as_utf_8(std::move(text));
+    if (!readable) {
+        throw unreadable_description(file, MALFORMED_UTF_16);
+    }
+    if (readable->find('\0') != std::string::npos) {
         throw unreadable_description(file, "it is UTF-16, or no text: save it as UTF-8");
     }
-    return text;
+    return *std::move(readable);
 }
 
 /// Puts the lines of a file together to chips.

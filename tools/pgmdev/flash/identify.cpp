@@ -4,6 +4,7 @@
 #include <fstream>
 #include <iostream>
 #include <optional>
+#include <utility>
 
 #include "files/inspection.h"
 #include "fio.h"
@@ -19,6 +20,7 @@
 #include "terminal/answer.h"
 #include "terminal/failure.h"
 #include "terminal/wrapped.h"
+#include "utf_8_input.h"
 
 namespace {
 
@@ -126,24 +128,33 @@ void identify_chain(const std::vector<FLASH_QUESTION>& questions, const std::opt
     give_chain(devices, identifier, told, command);
 }
 
-std::vector<LOG_FINDING> findings_of(const std::string& file) {
-    if (file == BATCH) {
-        std::vector<LOG_FINDING> findings = find_in_log(std::cin);
-        require_readable_input();
-        return findings;
-    }
+COMMAND_FAILURE unreadable_log(const std::string& file, const std::string& obstacle) {
+    return COMMAND_FAILURE({FAILURE_CODE::FILE_UNREADABLE,
+                            "the log cannot be read" + (obstacle.empty() ? "" : ": " + obstacle),
+                            file,
+                            {},
+                            "name a file that exists and that you may read",
+                            {}});
+}
+
+std::optional<std::vector<LOG_FINDING>> findings_in_file(const std::string& file) {
     std::ifstream log(fio_get_unc_full_path(FIO_PATH(file).fullpath()), std::ios::binary);
-    std::vector<LOG_FINDING> findings = find_in_log(log);
+    auto findings = find_in_log(log);
     if (!log.is_open() || log.bad()) {
-        const std::string obstacle = is_stream(file) ? "" : inspect_file(file, 0).obstacle;
-        throw COMMAND_FAILURE({FAILURE_CODE::FILE_UNREADABLE,
-                               "the log cannot be read" + (obstacle.empty() ? "" : ": " + obstacle),
-                               file,
-                               {},
-                               "name a file that exists and that you may read",
-                               {}});
+        throw unreadable_log(file, is_stream(file) ? "" : inspect_file(file, 0).obstacle);
     }
     return findings;
+}
+
+std::vector<LOG_FINDING> findings_of(const std::string& file) {
+    auto findings = file == BATCH ? find_in_log(std::cin) : findings_in_file(file);
+    if (file == BATCH) {
+        require_readable_input();
+    }
+    if (!findings) {
+        throw unreadable_log(file, MALFORMED_UTF_16);
+    }
+    return *std::move(findings);
 }
 
 /// Answers that nothing was found.

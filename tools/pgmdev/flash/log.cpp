@@ -10,6 +10,7 @@
 #include "flash/log_line.h"
 #include "flash/log_words.h"
 #include "text_lines.h"
+#include "utf_8_input.h"
 
 namespace {
 
@@ -25,27 +26,30 @@ constexpr std::size_t MOST_LINES_BETWEEN = 4;
 /// The lines of a log, as much of them as is looked at.
 class LOG_LINES {
 public:
-    explicit LOG_LINES(std::istream& log) : m_log(log) {}
+    explicit LOG_LINES(std::istream& log) : m_log([&log] { return log.get(); }) {}
 
     /// False at the end.
     bool next(std::string& line) {
         const bool any = read(line);
         if (m_is_first) {
             m_is_first = false;
-            m_in_utf_16 = is_utf_16(line);
-            line.erase(0, m_in_utf_16 ? 2 : line.size() - without_byte_order_mark(line).size());
-        }
-        if (m_in_utf_16) {
-            std::erase(line, '\0');  // what is left of ASCII are its characters
+            line.erase(0, line.size() - without_byte_order_mark(line).size());
         }
         return any;
     }
+
+    bool is_malformed() const { return m_is_malformed; }
 
 private:
     bool read(std::string& line) {
         line.clear();
         bool any = false;
-        for (int c = 0; m_left != 0 && (c = m_log.get()) != std::istream::traits_type::eof();) {
+        while (m_left != 0) {
+            const int c = m_log.next();
+            if (c < 0) {
+                m_is_malformed = c == UTF_8_INPUT::MALFORMED;
+                break;
+            }
             --m_left;
             any = true;
             if (c == '\n') {
@@ -58,10 +62,10 @@ private:
         return any;
     }
 
-    std::istream& m_log;
+    UTF_8_INPUT m_log;
     std::size_t m_left = MOST_CHARACTERS;
     bool m_is_first = true;
-    bool m_in_utf_16 = false;  ///< as PowerShell writes what it redirects
+    bool m_is_malformed = false;
 };
 
 /// What a line says of the bytes in the next one.
@@ -127,7 +131,7 @@ std::string LOG_FINDING::response() const {
     return digits;
 }
 
-std::vector<LOG_FINDING> find_in_log(std::istream& log) {
+std::optional<std::vector<LOG_FINDING>> find_in_log(std::istream& log) {
     std::vector<LOG_FINDING> best;
     const auto add = [&best](LOG_FINDING finding) {
         if (!best.empty() && finding.kind < best.front().kind) {
@@ -170,5 +174,5 @@ std::vector<LOG_FINDING> find_in_log(std::istream& log) {
         before.announces = bytes.empty() && !before.expects && announces_identification(line);
         before.asks_for_other = asks_for_no_identification(line);
     }
-    return best;
+    return lines.is_malformed() ? std::nullopt : std::optional(std::move(best));
 }

@@ -28,5 +28,6 @@ struct LOG_FINDING {
     std::string response() const;
 };
 
-/// All that say most, in their order. At most 16 MiB are read, and of a line 4096 characters.
-std::vector<LOG_FINDING> find_in_log(std::istream& log);
+/// All that say most, in their order; nothing when the log begins as UTF-16 and does not go on as such. At most 16 MiB are
+/// read, and of a line 4096 characters.
+std::optional<std::vector<LOG_FINDING>> find_in_log(std::istream& log);

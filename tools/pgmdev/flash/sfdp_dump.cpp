@@ -8,13 +8,6 @@
 #include <optional>
 #include <string_view>
 
-#if defined(_WIN32)
-#include <fcntl.h>
-#include <io.h>
-
-#include <cstdio>
-#endif
-
 #include "file_reader.h"
 #include "files/inspection.h"
 #include "fio.h"
@@ -24,6 +17,7 @@
 #include "terminal/failure.h"
 #include "terminal/input.h"
 #include "text_lines.h"
+#include "utf_8_input.h"
 
 namespace {
 
@@ -49,8 +43,9 @@ std::optional<std::vector<BYTE>> bytes_of_text(const std::string& text) {
 
 /// What was read: bytes as they are, unless they are a text of digits.
 std::vector<BYTE> bytes_of_contents(const std::string& contents) {
-    if (!contents.starts_with(SFDP_SIGNATURE)) {
-        if (auto bytes = bytes_of_text(std::string(without_byte_order_mark(contents)))) {
+    const auto text = contents.starts_with(SFDP_SIGNATURE) ? std::nullopt : as_utf_8(contents);
+    if (text) {
+        if (auto bytes = bytes_of_text(std::string(without_byte_order_mark(*text)))) {
             return std::move(*bytes);
         }
     }
@@ -58,9 +53,6 @@ std::vector<BYTE> bytes_of_contents(const std::string& contents) {
 }
 
 std::string standard_input() {
-#if defined(_WIN32)
-    _setmode(_fileno(stdin), _O_BINARY);
-#endif
     std::string contents;
     std::array<char, 4096> chunk{};
     do {

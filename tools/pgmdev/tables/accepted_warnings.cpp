@@ -12,6 +12,7 @@
 #include "terminal/schema.h"
 #include "terminal/standard_error.h"
 #include "text_lines.h"
+#include "utf_8_input.h"
 
 namespace {
 
@@ -54,9 +55,12 @@ ACCEPTED_WARNINGS read_accepted_warnings(const std::string& csv_file) {
     }
     accepted.file = path;
     const std::vector<BYTE> bytes = required_file_bytes(path);
+    const auto contents = as_utf_8(std::string(bytes.begin(), bytes.end()));
+    if (!contents) {
+        throw unreadable_file(path, MALFORMED_UTF_16);
+    }
     std::size_t number = 0;
-    const std::string_view contents(reinterpret_cast<const char*>(bytes.data()), bytes.size());
-    for_each_line(without_byte_order_mark(contents), [&](std::string_view line) {
+    for_each_line(without_byte_order_mark(*contents), [&](std::string_view line) {
         ++number;
         const std::size_t comment = std::min(line.find('#'), line.size());
         const std::string text = gen_remove_leading_and_trailing_white_spaces(std::string(line.substr(0, comment)));

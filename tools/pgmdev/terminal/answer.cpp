@@ -86,8 +86,8 @@ void answer_each(const std::string& argument, COMMAND& command,
         give_answer(argument, answer(gen_remove_leading_and_trailing_white_spaces(argument)), command);
         return;
     }
-    bool is_first = true;
-    for (std::string line; read_input_line(line, is_first); is_first = false) {
+    INPUT_LINES lines;
+    for (std::string line; lines.next(line);) {
         if (line.ends_with('\r')) {
             line.pop_back();  // of a text file from Windows
         }

@@ -17,7 +17,7 @@ namespace {
 
 constexpr std::size_t LONGEST_INPUT_LINE = std::size_t{1} << 16;
 
-COMMAND_FAILURE unreadable_input(const char* message) {
+COMMAND_FAILURE unreadable_input(const std::string& message) {
     return COMMAND_FAILURE({FAILURE_CODE::FILE_UNREADABLE, message, "-", {}, "name an input that can be read", {}});
 }
 
@@ -79,28 +79,31 @@ void require_readable_input() {
     }
 }
 
-bool read_input_line(std::string& line, bool is_first) {
-    using TRAITS = std::streambuf::traits_type;
+INPUT_LINES::INPUT_LINES() : m_input([input = std::cin.rdbuf()] { return input->sbumpc(); }) {}
+
+bool INPUT_LINES::next(std::string& line) {
     line.clear();
-    const auto without_mark = [&line, is_first] {
-        line.erase(0, is_first ? line.size() - without_byte_order_mark(line).size() : 0);
+    const auto without_mark = [this, &line] {
+        line.erase(0, m_is_first ? line.size() - without_byte_order_mark(line).size() : 0);
+        m_is_first = false;
     };
-    std::streambuf& input = *std::cin.rdbuf();
     for (;;) {
-        const auto next = input.sbumpc();
-        if (TRAITS::eq_int_type(next, TRAITS::eof())) {
+        const int byte = m_input.next();
+        if (byte == UTF_8_INPUT::MALFORMED) {
+            throw unreadable_input(fmt::format("standard input cannot be read to its end: {}", MALFORMED_UTF_16));
+        }
+        if (byte == UTF_8_INPUT::END) {
             require_readable_input();
             without_mark();
             return !line.empty();
         }
-        const char c = TRAITS::to_char_type(next);
-        if (c == '\n') {
+        if (byte == '\n') {
             without_mark();
             return true;
         }
         if (line.size() == LONGEST_INPUT_LINE) {
             throw unreadable_input("standard input has a line of more than 65536 characters");
         }
-        line += c;
+        line += static_cast<char>(byte);
     }
 }

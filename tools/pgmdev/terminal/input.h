@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "pgmdev_types.h"
+#include "utf_8_input.h"
 
 /// An identification response.
 struct ID_RESPONSE {
@@ -31,9 +32,19 @@ ID_RESPONSE parse_id_response(const std::string& text);
 /// is not `what`.
 DWORD parse_dword(const std::string& text, std::string_view what);
 
-/// Reads the next line of standard input; false at its end. A byte-order mark before the first one is no part of it. An
-/// input that cannot be read, and a line that is longer than any question, throw COMMAND_FAILURE.
-bool read_input_line(std::string& line, bool is_first);
+/// The lines of standard input, in UTF-8. A byte-order mark before the first one is no part of it.
+class INPUT_LINES {
+public:
+    INPUT_LINES();
+
+    /// Reads the next line; false at the end. An input that cannot be read, and a line that is longer than any question,
+    /// throw COMMAND_FAILURE.
+    bool next(std::string& line);
+
+private:
+    UTF_8_INPUT m_input;
+    bool m_is_first = true;
+};
 
 /// Throws COMMAND_FAILURE when standard input has ended because it could not be read.
 void require_readable_input();

@@ -6,7 +6,8 @@
 #include <map>
 #include <string>
 
-/// All variables by name.
+/// All variables by name. On Windows, where upper and lower case do not count in names, these are in upper case, as our keys
+/// are.
 std::map<std::string, std::string> environment_variables();
 
 /// A variable; "" when it is not set.

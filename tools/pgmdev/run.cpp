@@ -53,8 +53,7 @@ EXIT_CODE carry_out(const std::vector<std::string>& arguments, COMMAND& command)
     const bool is_flushed = std::fflush(stdout) == 0;
     const int reason = errno;
     if (!is_flushed || std::ferror(stdout) != 0) {
-        print_error("pgmdev: standard output cannot be written{}",
-                    is_flushed ? "" : ": " + std::generic_category().message(reason));
+        print_error("pgmdev: standard output cannot be written{}", is_flushed ? "" : ": " + output_fault(reason));
         return EXIT_INTERNAL_ERROR;
     }
     const auto report = last_report();
@@ -73,7 +72,8 @@ EXIT_CODE carry_out(const std::vector<std::string>& arguments, COMMAND& command)
     return fail({FAILURE_CODE::INTERNAL, "no memory is left", "", {}, "", {}}, EXIT_INTERNAL_ERROR, command);
 } catch (const std::system_error& error) {
     const bool is_output = std::ferror(stdout) != 0;  // which those who print call a file
-    const std::string what = is_output ? "standard output cannot be written: " + error.code().message() : error.what();
+    const std::string what =
+        is_output ? "standard output cannot be written: " + output_fault(error.code().value()) : error.what();
     return fail({FAILURE_CODE::INTERNAL, what, "", {}, "", {}}, EXIT_INTERNAL_ERROR, command);
 } catch (const std::exception& error) {
     return fail({FAILURE_CODE::INTERNAL, error.what(), "", {}, "", {}}, EXIT_INTERNAL_ERROR, command);

@@ -19,6 +19,9 @@ std::string in_bold(const std::string& text);
 /// Whether standard output is a terminal that understands escape sequences.
 bool output_is_terminal();
 
+/// What the number of a failed write to standard output means, for people.
+std::string output_fault(int error_number);
+
 /// Whether standard input is a terminal: a person answers.
 bool input_is_terminal();
 

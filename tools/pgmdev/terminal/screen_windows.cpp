@@ -1,6 +1,12 @@
 #include "terminal/screen.h"
 
+#include <cerrno>
+#include <cstdio>
+#include <system_error>
+
 #include <windows.h>
+
+#include <io.h>
 
 bool output_is_terminal() {
     // Consoles of old systems show escape sequences as they are: they count as no terminal.
@@ -11,6 +17,13 @@ bool output_is_terminal() {
                SetConsoleMode(output, mode | ENABLE_VIRTUAL_TERMINAL_PROCESSING) != 0;
     }();
     return understands;
+}
+
+std::string output_fault(int error_number) {
+    // The C library has no number of its own for a pipe that nobody reads any more, as behind `| more` that was left.
+    const auto output = reinterpret_cast<HANDLE>(_get_osfhandle(_fileno(stdout)));  // NOLINT(performance-no-int-to-ptr)
+    const bool is_unread = error_number == EINVAL && GetFileType(output) == FILE_TYPE_PIPE;
+    return std::generic_category().message(is_unread ? EPIPE : error_number);
 }
 
 bool input_is_terminal() {

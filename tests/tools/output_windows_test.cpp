@@ -1,0 +1,26 @@
+#include <fcntl.h>
+#include <io.h>
+
+#include <cstdio>
+
+#include "command_fixture.h"
+
+// Standard output as only Windows has it.
+
+TEST(output, APipeThatNobodyReadsIsCalledBroken) {
+    int ends[2] = {};
+    ASSERT_EQ(_pipe(ends, 4096, _O_BINARY), 0);
+    _close(ends[0]);
+    for (const std::vector<std::string>& arguments :
+         {std::vector<std::string>{"part", "list"}, std::vector<std::string>{"opn", "name", "1337"}}) {
+        const auto unread = [&] {
+            _dup2(ends[1], _fileno(stdout));
+            return run_pgmdev(arguments);
+        };
+        const PROCESS_RESULT result = run_captured(unread, "");
+        std::clearerr(stdout);
+        EXPECT_EQ(result.exit_code, INTERNAL_ERROR);
+        EXPECT_EQ(result.errors, "pgmdev: standard output cannot be written: Broken pipe\n");
+    }
+    _close(ends[1]);
+}

@@ -5,7 +5,15 @@
 
 #include "command_fixture.h"
 
-// Standard output as only Windows has it.
+// Standard output and devices as only Windows has them.
+
+TEST(devices, AreNoFiles) {
+    expect_failure(run_command({"flash", "dump", "NUL"}), INTERNAL_ERROR, {"since it is no regular file: NUL"});
+    expect_failure(run_command({"flash", "compile", std::string(TEST_DATA_DIR) + "/flash/pgm_flash.csv", "NUL"}),
+                   INTERNAL_ERROR, {"the output cannot be written, since it is no regular file: NUL"});
+    const PROCESS_RESULT empty = run_command({"flash", "sfdp", "NUL"});
+    EXPECT_TRUE(contains(empty.errors, "found the end of the dump")) << empty.errors;
+}
 
 TEST(output, APipeThatNobodyReadsIsCalledBroken) {
     int ends[2] = {};

@@ -40,18 +40,17 @@ bool read_beginning(const FILE_READER& reader, std::size_t bytes, INSPECTED_FILE
 INSPECTED_FILE inspect_file(const std::string& path, std::size_t bytes) {
     INSPECTED_FILE file;
     forget_system_reason();
-    FIO_STATUS status;
     std::error_code error;
     const std::filesystem::path native = fio_get_unc_full_path(path);
     const std::filesystem::file_type type = file_type_of(native, error);
     if (type == std::filesystem::file_type::not_found) {
         file.missing = true;
         file.obstacle = "there is no such file";
-    } else if (error || !FIO_FILE_SYSTEM::status(path.c_str(), &status)) {
-        file.obstacle = as_clause(error ? error.message() : system_reason());
+    } else if (error) {
+        file.obstacle = as_clause(error.message());
     } else if (type == std::filesystem::file_type::directory) {
         file.obstacle = "it is a directory";
-    } else if (!status.regular) {
+    } else if (type != std::filesystem::file_type::regular) {
         file.obstacle = "it is no regular file";
     } else {
         const FILE_READER reader(native);

@@ -14,6 +14,7 @@
 #include "gen.h"
 #include "terminal/input.h"
 #include "text_lines.h"
+#include "utf8_path.h"
 #include "utf_8_input.h"
 
 namespace {
@@ -131,7 +132,8 @@ CHIP_TEXT chip_of_arguments(const std::vector<std::string>& assignments, std::ve
 
 std::vector<CHIP_TEXT> chips_of_file(const std::string& file, std::vector<FIELD_FAULT>& faults) {
     const std::string text(without_byte_order_mark(text_of_file(file)));
-    CHIP_READER reader(file.substr(0, file.find_last_of("/\\") + 1), faults);
+    const std::string name = utf8_from_path(path_from_utf8(file).filename());
+    CHIP_READER reader(file.substr(0, file.size() - name.size()), faults);
     std::size_t number = 0;
     for (std::size_t begin = 0; begin < text.size();) {
         const std::size_t end = std::min(text.find('\n', begin), text.size());

@@ -15,6 +15,14 @@ TEST(devices, AreNoFiles) {
     EXPECT_TRUE(contains(empty.errors, "found the end of the dump")) << empty.errors;
 }
 
+TEST(output, TheDirectoryOfADriveIsThere) {
+    const std::string drive = std::filesystem::current_path().root_path().string();
+    const PROCESS_RESULT result =
+        run_command({"flash", "compile", std::string(TEST_DATA_DIR) + "/flash/pgm_flash.csv", drive + "no|name.pcf"});
+    EXPECT_EQ(result.exit_code, INTERNAL_ERROR);
+    EXPECT_TRUE(contains(result.errors, "the output cannot be written, since the system says \"")) << result.errors;
+}
+
 TEST(output, APipeThatNobodyReadsIsCalledBroken) {
     int ends[2] = {};
     ASSERT_EQ(_pipe(ends, 4096, _O_BINARY), 0);

@@ -6,6 +6,7 @@
 
 #include "file_kind.h"
 #include "files/inspection.h"
+#include "utf8_path.h"
 
 namespace fs = std::filesystem;
 
@@ -20,7 +21,9 @@ COMMAND_FAILURE refusal(const PLACE& place, std::string message, std::string adv
 std::string obstacle(const std::string& path, std::string reason) {
     std::error_code error;
     const fs::path native = fio_get_unc_full_path(path);
-    const fs::path directory = native.parent_path();
+    // Not of the native path: what is above "\\?\C:\file" is the volume, and no directory.
+    const fs::path above = path_from_utf8(FIO_PATH(path).fullpath()).parent_path();
+    const fs::path directory = fio_get_unc_full_path(utf8_from_path(above));
     const fs::file_type type = file_type_of(native, error);
     if (type == fs::file_type::directory) {
         return "it is a directory";

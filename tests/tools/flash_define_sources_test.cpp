@@ -72,3 +72,13 @@ TEST(flash_define_sources, TakeFurtherNamesOfAnotherFlash) {
 }
 
 }  // namespace
+
+#ifndef _WIN32  // where a backslash is no part of a name
+TEST(flash_define_fields, ADumpStandsBesideADescriptionOfAnyName) {
+    const SCRATCH scratch;
+    scratch.write("own.sfdp", "SFDP");
+    const std::string file = scratch.write("my\\chip.txt", "sfdp = own.sfdp\n");
+    expect_failure(run_command({"flash", "define", "@" + file}), WRONG_USAGE,
+                   {file + ":1: sfdp is \"own.sfdp\"", "the SFDP dump is refused"});
+}
+#endif

@@ -38,15 +38,15 @@ void with_each_call_failing(int error, const std::function<void()>& prepare, con
     EXPECT_GT(number, 1U);
 }
 
-/// The same with the allocations of libraries in C.
+/// The same with the allocations of libraries in C, one of them or all from one on.
 inline void with_each_malloc_failing(const std::function<void()>& prepare, const std::function<void()>& operation,
-                                     const std::function<void()>& judge) {
+                                     const std::function<void()>& judge, bool all_later = false) {
     std::size_t number = 1;
     for (bool happened = true; happened && !testing::Test::HasFailure(); ++number) {
         SCOPED_TRACE(testing::Message() << "malloc " << number);
         prepare();
         {
-            const FAILING_MALLOC fault(number);
+            const FAILING_MALLOC fault(number, all_later);
             operation();
             happened = fault.happened();
         }

@@ -18,6 +18,7 @@ struct MEMORY_STATE {
     std::size_t allocations_left = 0;
 
     std::size_t mallocs_left = 0;  ///< until one fails; 0: none does
+    bool all_later_mallocs = false;
     bool malloc_failed = false;
 
     bool memory_is_counted = false;
@@ -49,6 +50,7 @@ void* allocate(std::size_t size) {
 extern "C" __attribute__((visibility("default"))) void* malloc(std::size_t size) noexcept {
     if (g_memory.mallocs_left != 0 && --g_memory.mallocs_left == 0) {
         g_memory.malloc_failed = true;
+        g_memory.mallocs_left = g_memory.all_later_mallocs ? 1 : 0;
         errno = ENOMEM;
         return nullptr;
     }
@@ -101,8 +103,9 @@ bool FAILING_ALLOCATION::happened() const {
     return g_memory.allocation_failed;
 }
 
-FAILING_MALLOC::FAILING_MALLOC(std::size_t number) {
+FAILING_MALLOC::FAILING_MALLOC(std::size_t number, bool all_later) {
     g_memory.malloc_failed = false;
+    g_memory.all_later_mallocs = all_later;
     g_memory.mallocs_left = number;
 }
 

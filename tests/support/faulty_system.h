@@ -76,7 +76,7 @@ public:
 /// The same with those that libraries in C make.
 class FAILING_MALLOC {
 public:
-    explicit FAILING_MALLOC(std::size_t number);
+    explicit FAILING_MALLOC(std::size_t number, bool all_later = false);
     ~FAILING_MALLOC();
     FAILING_MALLOC(const FAILING_MALLOC&) = delete;
     FAILING_MALLOC& operator=(const FAILING_MALLOC&) = delete;

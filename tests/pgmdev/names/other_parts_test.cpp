@@ -85,6 +85,21 @@ protected:
     const WRONG_TABLES m_wrong;
 };
 
+TEST_F(OtherParts, APackageNameHasFiveCharactersOrMore) {
+    const std::string& part = host_parts().front();
+    for (const std::size_t length : {4U, 5U, 6U}) {
+        const std::string package = part.substr(0, length);
+        std::vector<ref::TABLE> tables = ref::example_grammar();
+        tables[0] = {{package, {part}}};
+        set_grammar_container(ref::container(ref::grammar_body(tables)));
+        const std::string denoted = length < 5 ? "" : part;
+        const REPORTS reports;
+        EXPECT_EQ(PGMDEV_MGR::get_possible_full_name(package), denoted);
+        EXPECT_EQ(PGMDEV_PART_INDEX().get_possible_full_name(package), denoted);
+        EXPECT_EQ(reports.all().size(), length < 5 ? 1U : 0U);
+    }
+}
+
 /// Hosts may tell what their names are; of others the library finds it out.
 TEST_F(OtherParts, TheDigestOfTheirNamesIsFoundOutFromEach) {
     EXPECT_EQ(digest_of_host_parts(), m_wrong.about(host_parts().size(), host_parts()).all_names);

@@ -182,7 +182,10 @@ TEST_F(FlashTable, ARowThatAnEarlierOneAlwaysBeatsIsAWarning) {
     const CELLS any = ref::row_with(TYPE_INDEX, "255");
     EXPECT_EQ(found(check({any, chip("OTHER", "0x18")})), PLACES{"10:memory_id:warning"});
     EXPECT_EQ(found(check({chip("OTHER", "0x18"), any})), PLACES{});
-    // Neither does a row that may be switched off, or that is of the other kind.
+    // So does one that compares the same byte twice, a fault of its own.
+    const CELLS twice = ref::row_with(MFC, "0xBA", ref::row_with(MFC_INDEX, "1"));
+    EXPECT_EQ(found(check({twice, chip("OTHER", "0x18")})), (PLACES{"9:mfc_id_index:fault", "10:memory_id:warning"}));
+    // A row that may be switched off, or that is of the other kind, beats none.
     EXPECT_EQ(found(check({ref::row_with(INI, "X"), chip("OTHER", "0x18")})), PLACES{});
     EXPECT_EQ(found(check({ref::row_with(INI, "X"), ref::row_with(INI, "X", chip("OTHER", "0x18"))})),
               PLACES{"10:memory_id:warning"});

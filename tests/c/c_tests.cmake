@@ -7,6 +7,7 @@ add_test_program(c_tests
   c/flash_lists_test.cpp
   c/flash_test.cpp
   c/identification_test.cpp
+  c/member_names_test.cpp
   c/messages_test.cpp
   c/names_test.cpp
   c/parameters_test.cpp

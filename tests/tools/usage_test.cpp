@@ -124,8 +124,11 @@ TEST(usage, NumbersThatAreNoneAreNamed) {
                    {"\"-1\" is not a value of INDEX"});
     expect_failure(run_command({"hps", "add", "nand", "--like", "4294967296"}), WRONG_USAGE,
                    {"\"4294967296\" is not a value of --like"});
-    for (const std::string text : {"+1", "-0", "", " "}) {
+    for (const std::string text : {"+1", "", " "}) {
         expect_failure(run_command({"hps", "remove", "nand", text}), WRONG_USAGE, {"is not a value of INDEX"});
+    }
+    for (const std::string number : {"-0", "-9"}) {  // which are no options
+        expect_failure(run_command({"hps", "remove", "nand", number, "--x"}), WRONG_USAGE, {"no option \"--x\""});
     }
     const PROCESS_RESULT decimal = run_command({"hps", "remove", "nand", "010"});  // 8 is built in
     EXPECT_EQ(decimal.errors, "pgmdev: entry 10 does not exist; hps nand lists all\n");

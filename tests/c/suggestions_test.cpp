@@ -225,6 +225,7 @@ TEST(CSuggestions, OfFlashBeginWithLongerNames) {
     const NAMES longer = of("w25q64j");
     ASSERT_GE(longer.size(), 2U);
     EXPECT_EQ(NAMES(longer.begin(), longer.begin() + 2), (NAMES{"W25Q64JV", "W25Q64JVM"}));
+    EXPECT_EQ(of("W25Q128J").size(), 8U);  // of more, shorter ones too
     EXPECT_EQ(of("nothing like this"), NAMES());
 }
 

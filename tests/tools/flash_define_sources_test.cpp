@@ -68,7 +68,7 @@ TEST(flash_define_sources, TakeFurtherNamesOfAnotherFlash) {
     EXPECT_EQ(like("w25q128fv"), like("W25Q128JV"));
     EXPECT_NE(like("W25Q64FV"), like("W25Q128JV"));
     expect_failure(run_command({"flash", "define", "--like", "W25Q128JVV", "--id", "C86517"}), WRONG_USAGE,
-                   {"like is \"W25Q128JVV\"", "did you mean W25Q128JV"});
+                   {"like is \"W25Q128JVV\"", "another name of one; did you mean W25Q128JV, "});
 }
 
 }  // namespace

@@ -81,6 +81,7 @@ TEST(info_file, NoneIsNoError) {
     EXPECT_EQ(result.exit_code, DONE);
     EXPECT_TRUE(json_of(result.output).at("compiled_from").is_null());
     EXPECT_EQ(compiled.origin().at("outcome"), "skipped");
+    EXPECT_EQ(compiled.origin().at("detail"), compiled.pcf + ".info does not exist");
 }
 
 TEST(info_file, SilentDamageShows) {

@@ -238,6 +238,11 @@ TEST(ProfileShow, FindsByProgrammerFileAndIndex) {
         listed({"profile", "tables", "--family", "kestrel"}),
         JSON::array(
             {{{"table", "family"}, {"number", 6}, {"name", "KESTREL"}, {"index", 41}, {"key", "family KESTREL"}}}));
+    EXPECT_EQ(
+        listed({"profile", "tables", "kes50c6"}),
+        JSON::array(
+            {{{"table", "part"}, {"number", 1166}, {"name", "KES50C6"}, {"index", 41}, {"key", "family KESTREL"}}}));
+    EXPECT_EQ(listed({"profile", "tables", "kes50"}).at(0).at("table"), "device");
 }
 
 }  // namespace

@@ -48,8 +48,14 @@ auto uninterrupted(OPERATION operation) {
     return result;
 }
 
+/// The descriptor, or -1. It never has the number of a standard stream that was closed: who prints would write into the file.
 inline int open_file(const char* path, int flags, mode_t mode = 0) {
-    return uninterrupted([=] { return ::open(path, flags | O_CLOEXEC, mode); });
+    const int opened = uninterrupted([=] { return ::open(path, flags | O_CLOEXEC, mode); });
+    if (opened < 0 || opened > STDERR_FILENO) {
+        return opened;
+    }
+    const DESCRIPTOR low(opened);
+    return ::fcntl(opened, F_DUPFD_CLOEXEC, STDERR_FILENO + 1);
 }
 
 inline bool write_all(int descriptor, std::span<const BYTE> contents) {

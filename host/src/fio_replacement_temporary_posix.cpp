@@ -75,22 +75,12 @@ FIO_PATH create_named(const fs::path& directory, mode_t mode) {
     });
 }
 
-/// Another number for an open file that has got that of a standard stream, which was closed: who prints would write into
-/// it.
-int above_standard_streams(int descriptor) {
-    if (descriptor < 0 || descriptor > STDERR_FILENO) {
-        return descriptor;
-    }
-    const DESCRIPTOR low(descriptor);
-    return ::fcntl(descriptor, F_DUPFD_CLOEXEC, STDERR_FILENO + 1);
-}
-
 /// Creates a new empty file in the directory that has no name, so that nothing of it outlives the process. False where
 /// the system has no such files, or no paths of what is open. A file that anybody may write gets a name at once: some
 /// kernels (before 5.19) ask the user's mask about no others on some file systems.
 bool create_unnamed(const fs::path& directory, mode_t mode, FIO_PATH& path, int& descriptor) {
     constexpr mode_t UNMASKED = 0666;
-    DESCRIPTOR file(above_standard_streams(open_file(directory.c_str(), O_TMPFILE | O_RDWR, mode)));
+    DESCRIPTOR file(open_file(directory.c_str(), O_TMPFILE | O_RDWR, mode));
     struct stat opened {};
     if (!file || ::fstat(file.number(), &opened) != 0 || (opened.st_mode & 0777) == UNMASKED) {
         return false;

@@ -4,10 +4,12 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <array>
 #include <filesystem>
 #include <functional>
 #include <string>
+#include <thread>
 
 #include "fio.h"
 #include "host/replacing.h"
@@ -176,6 +178,42 @@ TEST(fio_unnamed, ATemporaryNeverTakesTheNumberOfAStandardStream) {
     EXPECT_TRUE(refused);
     EXPECT_TRUE(committed);
     EXPECT_EQ(read_file(scratch.path("file")), "contents");
+}
+
+// While a pipe is full, what writes into it has it open.
+TEST(fio_unnamed, AnOutputNeverTakesTheNumberOfAStandardStream) {
+    const SCRATCH scratch;
+    const std::string pipe = scratch.path("pipe");
+    ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
+    const std::string contents(1 << 20, 'x');
+    bool refused = false;
+    bool committed = false;
+    std::string received(contents.size(), ' ');
+    std::size_t count = 0;
+    {
+        const CLOSED_STREAMS closed;
+        std::thread writer([&] {
+            FIO_REPLACEMENT replacement(pipe);
+            committed = write(replacement, contents) && replacement.commit();
+        });
+        const int low = ::open(pipe.c_str(), O_RDONLY | O_CLOEXEC);
+        const int end = ::fcntl(low, F_DUPFD_CLOEXEC, STDERR_FILENO + 1);
+        ::close(low);
+        for (ssize_t more = 1; more > 0 && count < received.size(); count += static_cast<std::size_t>(more)) {
+            more = std::max<ssize_t>(::read(end, &received.at(count), received.size() - count), 0);
+            if (count == 0) {
+                refused = more > 0;
+                for (const int stream : STANDARD_STREAMS) {
+                    refused = refused && ::write(stream, "printed", 7) < 0;
+                }
+            }
+        }
+        ::close(end);
+        writer.join();
+    }
+    EXPECT_TRUE(refused);
+    EXPECT_TRUE(committed);
+    EXPECT_TRUE(received == contents);
 }
 
 TEST(fio_unnamed, WhereTheDirectoryIsGoneThereIsNothingToReplace) {

@@ -74,12 +74,6 @@ std::vector<std::string> field_names() {
     return names;
 }
 
-std::string nearest_fields(const std::string& name) {
-    const std::vector<std::string> meant = nearest(name, field_names());
-    const std::string hint = did_you_mean(meant.empty() ? longer_or_shorter(name, field_names()) : meant);
-    return hint.empty() ? "" : hint.substr(2);  // without "; "
-}
-
 /// Makes a record of what is written of one flash.
 class CHIP_MAKER {
 public:
@@ -128,7 +122,7 @@ private:
                                                [&each](const char* name) { return gen_stricmp(each.name, name) == 0; });
             if (!is_source && find_flash_member(each.name) == nullptr) {
                 refuse(each, "no such field: the members that flash show lists, like, sfdp and id",
-                       nearest_fields(each.name));
+                       nearest_advice(each.name, field_names()));
             } else if (!seen.insert(gen_ascii_toupper(each.name)).second) {
                 refuse(each, "each field once", "a line [NAME] begins another flash");
             }

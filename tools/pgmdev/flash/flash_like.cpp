@@ -30,8 +30,5 @@ std::string rows_near(const std::string& name) {
     for (const FLASH_ROW& row : all_flash_rows()) {
         names.push_back(row.record.device_name);
     }
-    names = with_flash_aliases(std::move(names));
-    const std::vector<std::string> meant = nearest(name, names);
-    const std::string hint = did_you_mean(meant.empty() ? longer_or_shorter(name, names) : meant);
-    return hint.empty() ? "" : hint.substr(2);
+    return nearest_advice(name, with_flash_aliases(std::move(names)));
 }

@@ -125,9 +125,8 @@ std::map<std::string, std::string, std::less<>> fields_of(const std::vector<std:
             for (const auto& member : FLASH::MEMBERS) {
                 names.emplace_back(member.name);
             }
-            const std::vector<std::string> meant = nearest(name, names);
-            throw USAGE_ERROR(fmt::format("there is no field \"{}\"{}; --help lists them", name,
-                                          did_you_mean(meant.empty() ? longer_or_shorter(name, names) : meant)));
+            throw USAGE_ERROR(
+                fmt::format("there is no field \"{}\"{}; --help lists them", name, nearest_hint(name, names)));
         }
         if (!fields.emplace(name, assignment.substr(equals + 1)).second) {
             throw USAGE_ERROR(fmt::format("{}: given twice", name));

@@ -15,14 +15,19 @@ std::string did_you_mean(const std::vector<std::string>& names) {
     return text;
 }
 
+std::string nearest_hint(const std::string& value, const std::vector<std::string>& known) {
+    const std::vector<std::string> near = nearest(value, known);
+    return did_you_mean(near.empty() ? longer_or_shorter(value, known) : near);
+}
+
+std::string nearest_advice(const std::string& value, const std::vector<std::string>& known) {
+    const std::string hint = nearest_hint(value, known);
+    return hint.substr(hint.empty() ? 0 : 2);
+}
+
 std::string nearest_or_all(const std::string& value, const std::vector<std::string>& known) {
     constexpr std::size_t FEW = 12;
-    std::vector<std::string> near = nearest(value, known);
-    if (near.empty()) {
-        near = longer_or_shorter(value, known);
-    }
-    if (!near.empty() || known.empty() || known.size() > FEW) {
-        return did_you_mean(near);
-    }
-    return is_quiet() ? "" : fmt::format("; there are {}", fmt::join(known, ", "));
+    const std::string hint = nearest_hint(value, known);
+    const bool tells_all = hint.empty() && !known.empty() && known.size() <= FEW && !is_quiet();
+    return tells_all ? fmt::format("; there are {}", fmt::join(known, ", ")) : hint;
 }

@@ -75,6 +75,7 @@ class Dumps(PageTest):
             "mdb of OpenOCD": [f"0x{at:08x}: {row.hex(' ')} " for at, row in rows],
             "mdw of OpenOCD": [f"0x{at:08x}: {' '.join(numbers)} " for at, numbers in words],
             "bytes of GDB": [f"0x{at:x}:\t0x" + row.hex(" ").replace(" ", "\t0x") for at, row in rows],
+            "words of GDB in a kernel": [f"0x{at + 0xFFFF888000000000:x}:\t0x" + "\t0x".join(numbers) for at, numbers in words],
             "words of GDB": [f"0x{at:x} <a::b+8>:\t0x" + "\t0x".join(numbers) for at, numbers in words],
             "mem of J-Link": [f"{at:08X} = {row.hex(' ')}  SFDP............" for at, row in rows],
             "an array": ["int area[] = {", *("/* 16 */ 0x" + row.hex(" ").replace(" ", ", 0x") + ", // .." for _, row in rows),

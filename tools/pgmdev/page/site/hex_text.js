@@ -111,10 +111,11 @@ function line_of_words(line, form) {
 
 const begins_as_sfdp = (bytes) => String.fromCharCode(...(bytes ?? []).slice(0, 4)) === "SFDP";
 
-/// The number that an offset is; NaN when it is none of that base.
+/// The number that an offset is, of up to 64 bits; null when it is none of that base.
 function offset_number(offset, base) {
     const digits = { 16: /^[0-9A-Fa-f]{1,16}$/, 10: /^[0-9]{1,16}$/, 8: /^[0-7]{1,16}$/ }[base];
-    return digits.test(offset) ? parseInt(offset, base) : NaN;
+    const prefix = { 16: "0x", 10: "", 8: "0o" }[base];
+    return digits.test(offset) ? BigInt(prefix + offset) : null;
 }
 
 const BASES = [16, 8, 10]; // of offsets: `xxd`, `od`, `od -A d`
@@ -166,17 +167,19 @@ class DumpBytes {
 
     /// How many bytes stand before the offset; NaN when it is no such number.
     #bytes_before(offset, base) {
-        const start = offset_number(this.#first_offset, base) || 0;
+        const start = offset_number(this.#first_offset, base) ?? 0n;
         const end = offset_number(offset, base);
-        return end < start ? NaN : end - start;
+        return end === null || end < start ? NaN : Number(end - start);
     }
 
     /// Whether more bytes should stand before the offset than do: of all the lines before, or because it counts the bytes of
     /// the last one.
     #leaves_a_gap(offset, is_end) {
         const { length } = this.#last;
-        const follows_last = (base) =>
-            length > 0 && offset_number(this.#last_offset, base) + length === offset_number(offset, base);
+        const follows_last = (base) => {
+            const start = offset_number(this.#last_offset, base);
+            return length > 0 && start !== null && start + BigInt(length) === offset_number(offset, base);
+        };
         return (
             (this.#counts && !is_end && this.#bytes_before(offset, this.#bases[0]) > this.bytes.length) ||
             BASES.some((base) => follows_last(base) && this.#bytes_before(offset, base) > this.bytes.length)

@@ -71,10 +71,8 @@ TEST(flash_define_sources, TakeFurtherNamesOfAnotherFlash) {
                    {"like is \"W25Q128JVV\"", "another name of one; did you mean W25Q128JV, "});
 }
 
-}  // namespace
-
 #ifndef _WIN32  // where a backslash is no part of a name
-TEST(flash_define_fields, ADumpStandsBesideADescriptionOfAnyName) {
+TEST(flash_define_sources, ADumpStandsBesideADescriptionOfAnyName) {
     const SCRATCH scratch;
     scratch.write("own.sfdp", "SFDP");
     const std::string file = scratch.write("my\\chip.txt", "sfdp = own.sfdp\n");
@@ -82,3 +80,5 @@ TEST(flash_define_fields, ADumpStandsBesideADescriptionOfAnyName) {
                    {file + ":1: sfdp is \"own.sfdp\"", "the SFDP dump is refused"});
 }
 #endif
+
+}  // namespace

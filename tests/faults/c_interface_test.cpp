@@ -3,6 +3,7 @@
 #include "c/owned.h"
 #include "faults/every_fault.h"
 #include "pgmdev/flash/source_fixture.h"
+#include "support/fast_clock.h"
 #include "support/reports.h"
 #include "support/settings.h"
 

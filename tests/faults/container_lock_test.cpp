@@ -8,6 +8,7 @@
 #include "pgmdev/parameters/fixture.h"
 #include "run.h"
 #include "support/captured_run.h"
+#include "support/fast_clock.h"
 #include "support/faulty_system.h"
 #include "support/settings.h"
 

@@ -8,6 +8,7 @@
 #include "pgmdev/parameters/container_text.h"
 #include "pgmdev/parameters/fixture.h"
 #include "support/debug_messages.h"
+#include "support/fast_clock.h"
 #include "support/ordinary_user_posix.h"
 
 // The parameter container on a system that fails: a block is never lost, and the result is the truth.

@@ -95,12 +95,3 @@ public:
     /// The most bytes that were taken at once, besides those from before.
     long long most() const;
 };
-
-/// While it lives, this thread's waits are over at once, and the clock has gone on by as much.
-class FAST_CLOCK {
-public:
-    FAST_CLOCK();
-    ~FAST_CLOCK();
-    FAST_CLOCK(const FAST_CLOCK&) = delete;
-    FAST_CLOCK& operator=(const FAST_CLOCK&) = delete;
-};

@@ -1,6 +1,5 @@
 #include "support/faulty_system.h"
 
-#include <dlfcn.h>
 #include <fcntl.h>
 #include <sys/random.h>
 #include <sys/stat.h>
@@ -10,11 +9,11 @@
 #include <climits>
 #include <cstdarg>
 #include <cstdio>
-#include <ctime>
 #include <string>
 #include <string_view>
 #include <utility>
 
+#include "support/interposed_posix.h"
 #include "support/recorded_calls.h"
 
 namespace {
@@ -32,10 +31,6 @@ struct STATE {
     std::string_view failing_name;
     int error_of_name = 0;
     std::size_t calls_of_name = 0;
-
-    bool clock_is_fast = false;
-    time_t seconds_skipped = 0;
-    long nanoseconds_skipped = 0;
 };
 
 thread_local STATE g_state;
@@ -78,18 +73,6 @@ std::size_t allowed(std::size_t count) {
     return g_state.slow && count > 1 ? 1 : count;
 }
 
-void add_to(timespec& time, time_t seconds, long nanoseconds) {
-    constexpr long SECOND = 1'000'000'000;
-    time.tv_nsec += nanoseconds;
-    time.tv_sec += seconds + time.tv_nsec / SECOND;
-    time.tv_nsec %= SECOND;
-}
-
-template <class FUNCTION>
-FUNCTION* next(const char* name) {
-    return reinterpret_cast<FUNCTION*>(::dlsym(RTLD_NEXT, name));
-}
-
 /// The recorder of this thread. It records nothing that it does itself.
 thread_local RECORDED_CALLS* g_recorder = nullptr;
 
@@ -125,8 +108,6 @@ std::string path_of(int file) {
 }
 
 }  // namespace
-
-#define INTERPOSED extern "C" __attribute__((visibility("default")))
 
 // The names of the parameters in the headers are reserved.
 // NOLINTBEGIN(readability-inconsistent-declaration-parameter-name)
@@ -304,27 +285,6 @@ INTERPOSED int unlink(const char* path) noexcept {
     }
     return result;
 }
-
-INTERPOSED int clock_gettime(clockid_t clock, timespec* time) noexcept {
-    static auto* const real = next<int(clockid_t, timespec*)>("clock_gettime");
-    const int result = real(clock, time);
-    if (g_state.clock_is_fast) {
-        add_to(*time, g_state.seconds_skipped, g_state.nanoseconds_skipped);
-    }
-    return result;
-}
-
-INTERPOSED int nanosleep(const timespec* duration, timespec* rest) {
-    static auto* const real = next<int(const timespec*, timespec*)>("nanosleep");
-    if (!g_state.clock_is_fast) {
-        return real(duration, rest);
-    }
-    timespec skipped{g_state.seconds_skipped, g_state.nanoseconds_skipped};
-    add_to(skipped, duration->tv_sec, duration->tv_nsec);
-    g_state.seconds_skipped = skipped.tv_sec;
-    g_state.nanoseconds_skipped = skipped.tv_nsec;
-    return 0;
-}
 // NOLINTEND(readability-inconsistent-declaration-parameter-name)
 
 FAILING_CALL::FAILING_CALL(std::size_t number, int error, bool all_later) {
@@ -383,14 +343,6 @@ SLOW_CALLS::SLOW_CALLS() {
 
 SLOW_CALLS::~SLOW_CALLS() {
     g_state.slow = false;
-}
-
-FAST_CLOCK::FAST_CLOCK() {
-    g_state.clock_is_fast = true;
-}
-
-FAST_CLOCK::~FAST_CLOCK() {
-    g_state.clock_is_fast = false;
 }
 
 RECORDED_CALLS::RECORDED_CALLS() {

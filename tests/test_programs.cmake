@@ -50,6 +50,7 @@ string(APPEND sweeps :NameCommand.AnswersForAll*:PartList.TellsOfEachPart*:comma
 if(CMAKE_CROSSCOMPILING)  # where a process takes half a second, and a file a hundredth of one
   string(APPEND sweeps :standard_output.Holds*:FlashIniContainer.EverySingleByteChange*)
   string(APPEND sweeps :FlashDamage.EachOfTheTags:FlashDamage.RandomPayloads*:DevInfoDamage.EachOfTheTags)
+  string(APPEND sweeps :CatalogReferences.RandomFaulty*)
 else()  # where what is all in memory takes five times as long
   string(APPEND sweeps :PartNames.OfEveryPossibleName:PartNames.OfEveryProgrammerFilePart)
   string(APPEND sweeps :CatalogGrammar.NamesThatAreNearlyRight*:OrderingCodes.EveryPartHasItsFirstIndex)

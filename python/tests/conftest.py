@@ -19,8 +19,8 @@ DUMPS = ROOT / "tests" / "data" / "sfdp"
 for variable in [name for name in os.environ if name.startswith(("TESSARY_", "PGM_", "PGMDEV_ENABLE"))]:
     del os.environ[variable]
 os.environ["TESSARY_CONFIG_FILE"] = "tests-have-no-configuration-file"
-os.environ["TESSARY_SYSTEM_ROOT"] = "/tests-have-no-such-directory"
-os.environ["XDG_STATE_HOME"] = "/tests-have-no-such-directory"
+os.environ["TESSARY_SYSTEM_ROOT"] = "/proc/tests-have-no-such-directory"
+os.environ["XDG_STATE_HOME"] = "/proc/tests-have-no-such-directory"
 sys.path.insert(0, str(ROOT / "tests" / "page"))
 
 import pgmdev  # noqa: E402

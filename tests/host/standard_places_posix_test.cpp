@@ -8,6 +8,7 @@
 #include "fio.h"
 #include "gen.h"
 #include "pgm_common.h"
+#include "support/isolation.h"
 #include "support/ordinary_user_posix.h"
 #include "support/scratch.h"
 #include "support/settings.h"
@@ -29,8 +30,8 @@ protected:
         ::setenv("TESSARY_SYSTEM_ROOT", m_scratch.path("system").c_str(), 1);
     }
     ~standard_places_posix() override {
-        ::setenv("XDG_STATE_HOME", "/tests-have-no-such-directory", 1);
-        ::setenv("TESSARY_SYSTEM_ROOT", "/tests-have-no-such-directory", 1);
+        ::setenv("XDG_STATE_HOME", NOWHERE, 1);
+        ::setenv("TESSARY_SYSTEM_ROOT", NOWHERE, 1);
         for (const char* name : {"installation", "system/var/lib/tessary"}) {
             ::chmod(m_scratch.path(name).c_str(), 0755);
         }

@@ -7,8 +7,9 @@ foreach(variable TESSARY_INSTALL_DIR TESSARY_DEVICE_DB_DIR TESSARY_MODULE_DIR LD
   unset(ENV{${variable}})
 endforeach()
 set(ENV{TESSARY_CONFIG_FILE} tests-have-no-configuration-file)
-set(ENV{TESSARY_SYSTEM_ROOT} /tests-have-no-such-directory)
-set(ENV{XDG_STATE_HOME} /tests-have-no-such-directory)
+set(nowhere /proc/tests-have-no-such-directory)  # nor can it be made, not even by root
+set(ENV{TESSARY_SYSTEM_ROOT} ${nowhere})
+set(ENV{XDG_STATE_HOME} ${nowhere})
 set(ENV{WINEPATH} Z:${INSTALLED}/bin)
 
 # run(OUTPUT COMMAND...): runs a command that is to succeed, and gives what it wrote to standard output.

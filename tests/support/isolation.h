@@ -13,7 +13,8 @@ inline constexpr const char* NOWHERE = "C:\\tests-have-no-such-directory";
 inline constexpr std::array ISOLATING_VARIABLES{VARIABLE{"PROGRAMDATA", NOWHERE}, VARIABLE{"APPDATA", NOWHERE},
                                                 VARIABLE{"LOCALAPPDATA", NOWHERE}};
 #else
-inline constexpr const char* NOWHERE = "/tests-have-no-such-directory";
+// Not even root makes a directory there, as some of the programs do that tests start.
+inline constexpr const char* NOWHERE = "/proc/tests-have-no-such-directory";
 inline constexpr std::array ISOLATING_VARIABLES{VARIABLE{"TESSARY_SYSTEM_ROOT", NOWHERE},
                                                 VARIABLE{"XDG_CONFIG_HOME", NOWHERE},
                                                 VARIABLE{"XDG_STATE_HOME", NOWHERE}};

@@ -176,6 +176,7 @@ TEST(FlashIniCrash, AWritableContainerInAProtectedDirectoryIsWritten) {
     const std::filesystem::path file = directory.scratch().directory() / "pgm_flash.ini";
     ASSERT_TRUE(FLASH_INI_DIRECTORY::write(1, OLD_BLOCK));
     std::filesystem::permissions(file, perms::all);
+    std::filesystem::permissions(directory.scratch().directory() / "pgm_flash.ini.info", perms::owner_read);
     std::filesystem::permissions(directory.scratch().directory(), perms::all);
     std::filesystem::permissions(directory.scratch().directory(),
                                  perms::owner_write | perms::group_write | perms::others_write,

@@ -14,14 +14,14 @@ set(CMAKE_FIND_ROOT_PATH_MODE_LIBRARY ONLY)
 set(CMAKE_FIND_ROOT_PATH_MODE_INCLUDE ONLY)
 set(CMAKE_FIND_ROOT_PATH_MODE_PACKAGE ONLY)
 
-# Wine in a prefix of the build tree, without a display and without offers to install more of itself. The locale lets
-# file names have characters of every script. Debian does not put the loader on PATH.
+# Wine in a prefix of the build tree, without a display, without offers to install more of itself, and without menus
+# in the home of the user. The locale lets file names have characters of every script. Debian does not put the loader on PATH.
 find_program(PGMDEV_WINE NAMES wine64 wine64-stable wine PATHS /usr/lib/wine DOC "Runs Windows programs")
 find_program(PGMDEV_WINE_SERVER NAMES wineserver wineserver64 PATHS /usr/lib/wine DOC "Serves what Wine runs")
 if(PGMDEV_WINE)
   set(wine_environment
     env -u DISPLAY -u WAYLAND_DISPLAY LC_ALL=C.UTF-8
-    WINEPREFIX=${CMAKE_BINARY_DIR}/wine WINEARCH=win64 WINEDEBUG=-all WINEDLLOVERRIDES=mscoree,mshtml=)
+    WINEPREFIX=${CMAKE_BINARY_DIR}/wine WINEARCH=win64 WINEDEBUG=-all WINEDLLOVERRIDES=mscoree,mshtml,winemenubuilder.exe=)
   set(CMAKE_CROSSCOMPILING_EMULATOR ${wine_environment} ${PGMDEV_WINE})
   if(PGMDEV_WINE_SERVER)
     set(PGMDEV_EMULATOR_SERVER ${wine_environment} ${PGMDEV_WINE_SERVER})

@@ -1,3 +1,6 @@
+#include <cstdlib>
+#include <filesystem>
+
 #include "faults/every_fault.h"
 #include "pgmdev/flash/source_fixture.h"
 #include "run.h"
@@ -15,6 +18,8 @@ protected:
     static constexpr std::array SAYINGS{"cannot be read", "unreadable", "expected a file that can be read"};
 
     AnswerFaults() {
+        // What cannot be removed without memory goes with the test.
+        ::setenv("TMPDIR", m_scratch.directory().c_str(), 1);
         const std::string table = m_scratch.write("table.csv", flash_reference::table({flash_reference::data_row()}));
         EXPECT_EQ(run_captured(
                       [&] {
@@ -27,6 +32,8 @@ protected:
             m_arguments.push_back(argument.starts_with("table.") ? m_scratch.path(argument) : argument);
         }
     }
+
+    ~AnswerFaults() override { ::setenv("TMPDIR", m_former.c_str(), 1); }
 
     /// Runs the command with a fault that `arm` makes, behind the redirection of the streams.
     template <class ARM>
@@ -69,6 +76,7 @@ protected:
         }
     }
 
+    const std::filesystem::path m_former = std::filesystem::temp_directory_path();
     SCRATCH m_scratch;
     COMMAND_LINE m_arguments;
     bool m_happened = false;

@@ -1,8 +1,10 @@
 """A page of the command in a real browser without a window, and what tests ask of it."""
 
 import json
+import os
 import pathlib
 import subprocess
+import tempfile
 
 from selenium import webdriver
 from selenium.webdriver.chrome.options import Options
@@ -14,6 +16,19 @@ PHONE = (390, 844)
 TIMEOUT_S = 120
 
 
+class Browser(webdriver.Chrome):
+    """With a home of its own, so that nothing stays in the user's, nor beside it in the directory for temporary files."""
+
+    def __init__(self, options):
+        self.home = tempfile.TemporaryDirectory(ignore_cleanup_errors=True)
+        places = dict.fromkeys(("HOME", "TMPDIR", "XDG_CACHE_HOME", "XDG_CONFIG_HOME"), self.home.name)
+        super().__init__(service=Service("/usr/bin/chromedriver", env={**os.environ, **places}), options=options)
+
+    def quit(self):
+        super().quit()
+        self.home.cleanup()
+
+
 def browser():
     options = Options()
     # A test may run as root, where the browser's own sandbox does not start; it opens only files of the tests.
@@ -21,7 +36,7 @@ def browser():
                      "--disable-ipc-flooding-protection"):  # which slows down whoever follows many links
         options.add_argument(argument)
     options.set_capability("goog:loggingPrefs", {"browser": "ALL"})
-    driver = webdriver.Chrome(service=Service("/usr/bin/chromedriver"), options=options)
+    driver = Browser(options)
     driver.set_script_timeout(TIMEOUT_S)
     return driver
 

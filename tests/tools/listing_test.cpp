@@ -52,6 +52,18 @@ TEST(listing, FieldsForPeople) {
     EXPECT_EQ(result.output, "device_name  index\nPLAIN        0\nA,\"B\"        1\n");
 }
 
+TEST(listing, AFieldThatIsAskedForTwiceIsACellEachTime) {
+    const FLASH_DATABASE database = two_records();
+    const WORDS list{"flash", "list", "--fields", "index,device_name,INDEX"};
+    WORDS as_csv = list;
+    as_csv.emplace_back("--csv");
+    EXPECT_EQ(database.run(as_csv).output, "index,device_name,index\r\n0,PLAIN,0\r\n1,\"A,\"\"B\"\"\",1\r\n");
+    EXPECT_EQ(database.run(list).output, "index  device_name  index\n0      PLAIN        0\n1      A,\"B\"        1\n");
+    WORDS as_json = list;
+    as_json.insert(as_json.begin(), "--json");
+    EXPECT_EQ(keys_of(json_of(database.run(as_json).output)[0]), (WORDS{"index", "device_name"}));
+}
+
 TEST(listing, EveryListHasTheOptions) {
     for (const WORDS& list : {WORDS{"flash", "list"},
                               {"profile", "list"},

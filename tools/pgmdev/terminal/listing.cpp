@@ -59,15 +59,18 @@ std::vector<std::string> fields_of(const JSON& row, const ARGUMENTS& given) {
     return chosen;
 }
 
-JSON with_fields(const JSON& object, const std::vector<std::string>& fields) {
-    const auto& members = object.members();
+/// Null where the row has none.
+JSON member_of(const JSON& row, const std::string& field) {
+    const auto& members = row.members();
+    const auto found = std::find(members.names.begin(), members.names.end(), field);
+    return found != members.names.end() ? members.values[static_cast<std::size_t>(found - members.names.begin())]
+                                        : JSON();
+}
+
+JSON with_fields(const JSON& row, const std::vector<std::string>& fields) {
     JSON chosen = JSON::object();
     for (const std::string& field : fields) {
-        const auto found = std::find(members.names.begin(), members.names.end(), field);
-        JSON& value = chosen[field];  // null where the row has none
-        if (found != members.names.end()) {
-            value = members.values[static_cast<std::size_t>(found - members.names.begin())];
-        }
+        chosen[field] = member_of(row, field);
     }
     return chosen;
 }
@@ -89,10 +92,12 @@ std::string cell_of(const JSON& value) {
     return std::holds_alternative<std::nullptr_t>(value.value()) ? "" : json_text(value);
 }
 
-std::vector<std::string> cells_of(const JSON& row, std::string (*cell)(const JSON& value) = cell_of) {
+/// A cell for each of the fields, of which the same one may be asked for twice.
+std::vector<std::string> cells_of(const JSON& row, const std::vector<std::string>& fields,
+                                  std::string (*cell)(const JSON& value) = cell_of) {
     std::vector<std::string> cells;
-    for (const JSON& value : row.members().values) {
-        cells.push_back(cell(value));
+    for (const std::string& field : fields) {
+        cells.push_back(cell(member_of(row, field)));
     }
     return cells;
 }
@@ -152,12 +157,12 @@ void print_listing(const JSON& row, const std::vector<JSON>& rows, const TEXT_TA
     } else if (csv) {
         print_csv_record(fields);
         for (const JSON& object : rows) {
-            print_csv_record(cells_of(with_fields(object, fields), csv_cell_of));
+            print_csv_record(cells_of(object, fields, csv_cell_of));
         }
     } else if (given.has("--fields")) {
         TEXT_TABLE chosen(fields);
         for (const JSON& object : rows) {
-            chosen.add(cells_of(with_fields(object, fields)));
+            chosen.add(cells_of(object, fields));
         }
         chosen.print();
     } else {

@@ -38,6 +38,16 @@ TEST(command_posix, OutputThatCannotBeWrittenIsAnError) {
     }
 }
 
+TEST(command_posix, ABatchWhoseAnswersCannotBeWrittenEnds) {
+    const std::string why = "standard output cannot be written: " + std::generic_category().message(ENOSPC);
+    for (const char* arguments : {"enum name sector -", "--json enum name sector -", "enum name block -"}) {
+        const PROCESS_RESULT result = run_piped("1\n\n1\n", std::string(arguments) + " >/dev/full");
+        EXPECT_EQ(result.exit_code, INTERNAL_ERROR) << arguments;
+        EXPECT_TRUE(result.errors.ends_with("pgmdev: " + why + "\n")) << result.errors;
+        EXPECT_FALSE(contains(result.errors, BLANK_LINE)) << "the second line has been read: " << result.errors;
+    }
+}
+
 TEST(command_posix, CompileFollowsALink) {
     const SCRATCH scratch;
     const std::string csv = scratch.write("table.csv", FLASH_SOURCE().row().text());

@@ -3,7 +3,9 @@
 #include <fmt/core.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <cstdio>
+#include <system_error>
 
 #include "gen.h"
 #include "terminal/did_you_mean.h"
@@ -92,6 +94,8 @@ void answer_each(const std::string& argument, COMMAND& command,
             line.pop_back();  // of a text file from Windows
         }
         give_line(line, command, answer);
-        std::fflush(stdout);  // whoever reads may be waiting for it
+        if (std::fflush(stdout) != 0) {  // whoever reads may be waiting for it; where nobody can, no line has an answer
+            throw std::system_error(errno, std::generic_category());
+        }
     }
 }

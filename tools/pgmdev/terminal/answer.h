@@ -32,6 +32,7 @@ struct ANSWER {
 void give_answer(const JSON& query, const ANSWER& answer, COMMAND& command);
 
 /// Answers the argument, or, when that is "-", every line of standard input, as it comes: one answer for each line,
-/// whatever it holds. White space around a question does not count. The result tells whether all was found.
+/// whatever it holds. White space around a question does not count. The result tells whether all was found. Where answers
+/// cannot be written, it ends with std::system_error.
 void answer_each(const std::string& argument, COMMAND& command,
                  const std::function<ANSWER(const std::string& question)>& answer);

@@ -3,6 +3,7 @@
 #include <string>
 #include <vector>
 
+#include "pgmdev/profiles/fixture.h"
 #include "pgmdev/user_flash/reference.h"
 #include "support/scratch.h"
 #include "tools/command_fixture.h"
@@ -86,6 +87,38 @@ TEST(CommandingNames, OfMakersAndDevices) {
         EXPECT_FALSE(contains(said, COMMANDING)) << said;
         EXPECT_TRUE(contains(said, SHOWN) || contains(said, "\\u009b")) << said;
     }
+}
+
+TEST(CommandingNames, OfSwitchesThatEnableRows) {
+    PGMDEV_SFL_FLASH_INFO record = flash_reference::sample("CHIP");
+    record.ini = NAME;
+    const FLASH_DATABASE database({record});
+    const std::string setting = "PGM_ALLOW_" + NAME + "=on";
+    expect_shown(database.run({"--set", setting, "flash", "show", "--all-rows", "chip"}));
+    expect_shown(database.run({"--set", setting, "doctor"}));
+}
+
+TEST(CommandingNames, OfTheListsBesideADatabase) {
+    const FLASH_DATABASE database({flash_reference::sample("CHIP")});
+    const std::string bytes = ",18@2 BA@1 20@0,";
+    database.write_beside(".aliases.csv", "alias,device_name,reason\nCHIP-" + NAME + ",CHIP," + NAME + "\n");
+    expect_shown(database.run({"flash", "show", "CHIP-" + NAME}));
+    database.write_beside(".sources.csv", "device_name,compared,times\nCHIP" + bytes + "two:linux+" + NAME + "\n");
+    expect_shown(database.run({"flash", "show", "CHIP"}));
+    database.write_beside(".sources.csv", "device_name,compared," + NAME + "\nCHIP" + bytes + "family\n");
+    expect_shown(database.run({"flash", "show", "CHIP"}));
+}
+
+TEST(CommandingNames, OfWhatAProfileHolds) {
+    namespace ref = dev_info_reference;
+    const SCRATCH scratch;
+    std::vector<ref::CELLS> rows = ref::rows();
+    rows[0] = ref::sample("AVOCET");
+    for (std::size_t i = ref::PART + 1; i < rows[0].size(); ++i) {
+        rows[0][i] = ref::COLUMNS[i].kind == std::string("STL_STRING") ? NAME : rows[0][i];
+    }
+    scratch.write("programmer/pgm_dev_info.pcf", ref::file(ref::records(rows) + ref::tables(ref::TABLES())));
+    expect_shown(run_command({"--db-dir", scratch.directory().string(), "profile", "show", "--index", "0"}));
 }
 
 TEST(CommandingNames, OnTheDebugChannelAndInTraces) {

@@ -151,7 +151,7 @@ void print(const DIAGNOSIS& all) {
     }
     print_heading("Settings in force");
     for (const SWITCH& each : all.switches) {
-        fmt::print("  {} = {}\n", each.key, printable(each.value));
+        fmt::print("  {} = {}\n", printable(each.key), printable(each.value));
     }
     fmt::print("{}", all.switches.empty() ? "  none\n" : "");
     print_heading("The user's own flash");

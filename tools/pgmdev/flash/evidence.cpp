@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "tables/notes_files.h"
+#include "terminal/printable.h"
 
 namespace {
 
@@ -121,7 +122,8 @@ void print_support(const std::vector<FLASH_SUPPORT>& support) {
         for (const std::string& source : group.sources) {
             sources += (sources.empty() ? " (" : ", ") + source;
         }
-        fmt::print("{:<20}  {}: {}{}\n", label, group.group, group.evidence, sources.empty() ? "" : sources + ")");
+        fmt::print("{:<20}  {}: {}{}\n", label, printable(group.group), group.evidence,
+                   sources.empty() ? "" : printable(sources) + ")");
         label = "";
     }
 }

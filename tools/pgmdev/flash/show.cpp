@@ -14,6 +14,7 @@
 #include "terminal/answer.h"
 #include "terminal/did_you_mean.h"
 #include "terminal/input.h"
+#include "terminal/printable.h"
 
 namespace {
 
@@ -88,13 +89,14 @@ ANSWER answer_with(SOURCE& source, const FLASH_ROW& row, const std::optional<FLA
     answer.is_block = true;
     answer.print = [row, every_row, alias, support] {
         if (alias) {
-            fmt::print("{} shares the record of {}: {}\n", alias->name, row.record.device_name, alias->reason);
+            fmt::print("{}\n", printable(fmt::format("{} shares the record of {}: {}", alias->name,
+                                                     row.record.device_name, alias->reason)));
         }
         print_members(row.index, row.record);
         if (every_row) {
             fmt::print("{:<20}  {}\n", "row", row.row.value());
             fmt::print("{:<20}  {}\n", "enabled", row.is_enabled() ? "yes" : "no");
-            fmt::print("{:<20}  {}\n", "switch", row.enabling_switch.empty() ? "-" : row.enabling_switch);
+            fmt::print("{:<20}  {}\n", "switch", row.enabling_switch.empty() ? "-" : printable(row.enabling_switch));
         }
         print_support(support);
     };

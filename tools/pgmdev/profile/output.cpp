@@ -4,6 +4,7 @@
 
 #include "pgmdev_dev_info_manager_auto_export.h"
 #include "terminal/listing.h"
+#include "terminal/printable.h"
 #include "terminal/text_table.h"
 
 namespace {
@@ -59,7 +60,7 @@ JSON profile_schema() {
 }
 
 void print_members(const RECORD& record, const std::string& heading) {
-    fmt::print("{}\n", pgmdev_list_device_info(record, heading));
+    fmt::print("{}\n", printable_lines(pgmdev_list_device_info(record, heading)));
 }
 
 std::string key_text(const RECORD& record) {

@@ -193,6 +193,15 @@ TEST(flash_show, NameWithoutItsSwitchIsUnknown) {
     EXPECT_EQ(database.run({"--set", "PGM_ALLOW_RARE=on", "flash", "show", "RARE"}).exit_code, DONE);
 }
 
+TEST(flash_show, ThereMayBeNoRecordAtAll) {
+    const FLASH_DATABASE database({switched("RARE", 1, "RARE")});
+    expect_failure(database.run({"flash", "show", "--index", "0"}), NOT_FOUND,
+                   {"there is no record 0: there are none\n"});
+    EXPECT_EQ(database.run({"flash", "show", "--all-rows", "--index", "0"}).exit_code, DONE);
+    expect_failure(database.run({"flash", "show", "--all-rows", "--index", "1"}), NOT_FOUND,
+                   {"there is no row 1: the last is 0\n"});
+}
+
 TEST(flash_show, Batch) {
     const FLASH_DATABASE database({named("ONE", 1), named("TWO", 2)});
     const PROCESS_RESULT result = database.run({"--json", "flash", "show", "-"}, "two\n  ONE \r\n\ttwo");

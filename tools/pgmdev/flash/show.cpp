@@ -150,8 +150,9 @@ ANSWER by_index(SOURCE& source, const std::string& text) {
     ANSWER answer;
     answer.found = false;
     answer.content = {{"index", nullptr}};
-    answer.missing = fmt::format("there is no {} {}: the last is {}", source.has_every_row() ? "row" : "record", index,
-                                 static_cast<int>(source.count()) - 1);
+    answer.missing =
+        fmt::format("there is no {} {}: {}", source.has_every_row() ? "row" : "record", index,
+                    source.count() == 0 ? "there are none" : fmt::format("the last is {}", source.count() - 1));
     return answer;
 }
 

@@ -66,6 +66,13 @@ TEST(flash_define_faults, StandFlashByFlash) {
               (std::vector<std::string>{"-:7 sec_erase_time", "-:17 sec_erase_time", "-:20 "}));
 }
 
+TEST(flash_define_faults, StandardInputIsReadOnce) {
+    for (const char* dump : {"--sfdp=-", "sfdp=-", "SFDP=-"}) {
+        expect_failure(run_command({"flash", "define", "@-", dump}, chip_text(CHIP_LINES)), WRONG_USAGE,
+                       {"standard input has the description"});
+    }
+}
+
 TEST(flash_define_faults, NumbersHaveNoComma) {
     std::vector<std::string> lines = CHIP_LINES;
     lines.at(6) = "sec_erase_time = 0,7 s";

@@ -350,6 +350,16 @@ TEST(flash_identify_user, TriesAFile) {
     EXPECT_THAT(run.output, testing::StartsWith("Device 0 (857114): NUMONYX M25PX80, record 0\n"));
 }
 
+TEST(flash_identify_user, TakesOneThingFromStandardInput) {
+    for (const std::vector<std::string>& others :
+         std::vector<std::vector<std::string>>{{"-"}, {"--log", "-"}, {"--sfdp", "-", "857114"}}) {
+        std::vector<std::string> arguments{"flash", "identify", "--user", "@-"};
+        arguments.insert(arguments.end(), others.begin(), others.end());
+        expect_failure(run_command(arguments, chip_text(with_line(CHIP_LINES, 0, "id = 857114"))), WRONG_USAGE,
+                       {"standard input has the description"});
+    }
+}
+
 TEST(flash_user_help, HasAnExampleForEachVerb) {
     for (const std::string verb : {"define", "reseal", "decode", "identify"}) {
         const PROCESS_RESULT run = run_command({"flash", verb, "--help"});

@@ -31,3 +31,7 @@ std::vector<CHIP_TEXT> chips_of_file(const std::string& file, std::vector<FIELD_
 
 /// Whether an argument names such a file: "@FILE".
 bool names_chip_file(const std::string& argument);
+
+/// The argument for a description on standard input, which is read once: nothing else is there then.
+inline constexpr const char* CHIP_ON_INPUT = "@-";
+inline constexpr const char* INPUT_HAS_A_CHIP = "standard input has the description: name a file for one of both";

@@ -90,6 +90,10 @@ void give_chips(const std::vector<USER_CHIP>& chips, const ARGUMENTS& given, con
     print_json({{"encoded", encoded}, {"flashes", flashes}, {"saved", path}});
 }
 
+bool is_dump_on_input(const CHIP_ENTRY& entry) {
+    return gen_stricmp(entry.name, SFDP_FIELD) == 0 && entry.value == "-";
+}
+
 /// What is written behind the verb, and in the file that it names.
 std::vector<CHIP_TEXT> given_chips(const ARGUMENTS& given, std::vector<FIELD_FAULT>& faults) {
     const std::vector<std::string>& arguments = given.texts("FIELD=VALUE");
@@ -110,6 +114,10 @@ std::vector<CHIP_TEXT> given_chips(const ARGUMENTS& given, std::vector<FIELD_FAU
     }
     if (files.empty()) {
         return {written};
+    }
+    if (files.front() == CHIP_ON_INPUT &&
+        std::any_of(written.entries.begin(), written.entries.end(), is_dump_on_input)) {
+        throw USAGE_ERROR(INPUT_HAS_A_CHIP);
     }
     std::vector<CHIP_TEXT> chips = chips_of_file(files.front().substr(1), faults);
     if (!written.entries.empty() && chips.size() != 1) {

@@ -9,6 +9,7 @@
 #include "files/inspection.h"
 #include "fio.h"
 #include "flash/aliases.h"
+#include "flash/chip_file.h"
 #include "flash/identification.h"
 #include "flash/identify_sfdp.h"
 #include "flash/known_flash.h"
@@ -259,6 +260,10 @@ void require_one_way(const ARGUMENTS& given, const std::vector<std::string>& res
     }
     if (given.has("--sfdp") && (batch || responses.size() != 1)) {
         throw USAGE_ERROR("expected one response HEX with --sfdp");
+    }
+    if (given.text("--user") == CHIP_ON_INPUT &&
+        (batch || given.text("--log") == BATCH || given.text("--sfdp") == BATCH)) {
+        throw USAGE_ERROR(INPUT_HAS_A_CHIP);
     }
 }
 

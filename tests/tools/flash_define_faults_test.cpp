@@ -66,6 +66,13 @@ TEST(flash_define_faults, StandFlashByFlash) {
               (std::vector<std::string>{"-:7 sec_erase_time", "-:17 sec_erase_time", "-:20 "}));
 }
 
+TEST(flash_define_faults, OfTheLinesOfAFileAreToldThoughFieldsStandBesideIt) {
+    const std::vector<std::string> beside{"--json", "flash", "define", "@-", "--id", "857114", "die_count=2"};
+    EXPECT_EQ(places_of(run_command(beside, "device_name: AC25X80\n")), (std::vector<std::string>{" ", "-:1 "}));
+    expect_failure(run_command({"flash", "define", "@-", "die_count=2"}, "# nothing\n"), WRONG_USAGE,
+                   {"further fields go with a file that describes one flash"});
+}
+
 TEST(flash_define_faults, StandardInputIsReadOnce) {
     for (const char* dump : {"--sfdp=-", "sfdp=-", "SFDP=-"}) {
         expect_failure(run_command({"flash", "define", "@-", dump}, chip_text(CHIP_LINES)), WRONG_USAGE,

@@ -120,6 +120,9 @@ std::vector<CHIP_TEXT> given_chips(const ARGUMENTS& given, std::vector<FIELD_FAU
         throw USAGE_ERROR(INPUT_HAS_A_CHIP);
     }
     std::vector<CHIP_TEXT> chips = chips_of_file(files.front().substr(1), faults);
+    if (chips.empty() && !faults.empty()) {
+        return chips;  // what is wrong with its lines says why it describes none
+    }
     if (!written.entries.empty() && chips.size() != 1) {
         throw USAGE_ERROR("further fields go with a file that describes one flash");
     }

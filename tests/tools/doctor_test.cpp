@@ -139,6 +139,27 @@ TEST_F(doctor, FindsAConfigurationFileThatCannotBeRead) {
     EXPECT_TRUE(contains(text_of(all["problems"].at(0)), "it is a directory")) << all["problems"];
 }
 
+TEST_F(doctor, FindsAConfigurationFileOfWhichNothingCounts) {
+    const std::string comment = std::string(1023, '#') + '\n';
+    std::string large;
+    while (large.size() < std::size_t{1} << 20) {
+        large += comment;
+    }
+    environment["TESSARY_CONFIG_FILE"] = scratch.write("own.conf", large);  // as large as a file may be
+    EXPECT_EQ(named(examine(DONE)["files"], "configuration file")["state"], "good");
+    for (const auto& [contents, remark] :
+         {std::pair(large + '\n', "it cannot be read to its end, or is larger than 1 MiB"),
+          std::pair(std::string("\xFF\xFEP\0", 4), "it is UTF-16, and nothing of it counts: save it as UTF-8")}) {
+        scratch.write("own.conf", contents);
+        const JSON all = examine(NOT_FOUND);
+        const JSON file = named(all["files"], "configuration file");
+        EXPECT_EQ(file["state"], "unreadable");
+        EXPECT_EQ(file["remark"], remark);
+        EXPECT_EQ(file["size"], contents.size());
+        EXPECT_EQ(all["problems"].size(), 1U) << all["problems"];
+    }
+}
+
 TEST_F(doctor, SaysWhyADescriptionIsNotTaken) {
     environment["PGM_USER_SFL_FLASH_INFO"] = "nonsense";
     const JSON all = examine(NOT_FOUND);

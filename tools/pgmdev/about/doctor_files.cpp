@@ -2,6 +2,7 @@
 
 #include <fmt/core.h>
 
+#include "configuration/file.h"
 #include "files/container.h"
 #include "files/database.h"
 #include "files/environment.h"
@@ -11,6 +12,7 @@
 #include "pgmdev_flash_table.h"
 #include "pgmdev_version.h"
 #include "tables/info_file.h"
+#include "text_lines.h"
 
 namespace {
 
@@ -78,6 +80,22 @@ FILE_FINDING plain_file(const char* name, PLACE place, bool needed) {
     return finding;
 }
 
+/// A file that is there counts only when the host can read it.
+FILE_FINDING configuration_file(PLACE place, bool needed) {
+    FILE_FINDING finding = plain_file("configuration file", std::move(place), needed);
+    if (finding.state != "good") {
+        return finding;
+    }
+    const CONFIGURATION_FILE file = read_configuration_file(finding.place.path);
+    if (!file.is_whole || is_utf_16(file.text)) {
+        finding.state = "unreadable";
+        finding.remark = file.is_whole ? "it is UTF-16, and nothing of it counts: save it as UTF-8"
+                                       : "it cannot be read to its end, or is larger than 1 MiB";
+        finding.wrong = true;
+    }
+    return finding;
+}
+
 FILE_FINDING container() {
     FILE_FINDING finding{"parameter container", container_place(), "good", ""};
     const CONTAINER found = examine_container();
@@ -119,7 +137,7 @@ std::vector<FILE_FINDING> find_files() {
     };
     const bool named = !environment_text("TESSARY_CONFIG_FILE").empty();
     for (const PLACE& place : configuration_places()) {
-        findings.push_back(plain_file("configuration file", place, named));
+        findings.push_back(configuration_file(place, named));
     }
     return findings;
 }

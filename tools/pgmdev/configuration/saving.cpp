@@ -6,10 +6,9 @@
 #include <filesystem>
 #include <optional>
 
+#include "configuration/file.h"
 #include "file_kind.h"
-#include "file_reader.h"
 #include "files/environment.h"
-#include "files/inspection.h"
 #include "files/output.h"
 #include "fio.h"
 #include "gen.h"
@@ -31,15 +30,11 @@ struct CONFIGURATION_LINES {
 };
 
 CONFIGURATION_LINES lines_of(const PLACE& place) {
-    const INSPECTED_FILE inspected = inspect_file(place.path, 0);
-    if (inspected.missing) {
+    const CONFIGURATION_FILE contents = read_configuration_file(place.path);
+    if (!contents.exists) {
         return {};
     }
-    constexpr std::size_t LARGEST_FILE = std::size_t{1} << 20;  // as of the host, which reads none that is larger
-    CONFIGURATION_LINES file{true, "", {}};
-    std::string text;
-    if (!inspected.obstacle.empty() || read_whole_file(fio_get_unc_full_path(place.path), LARGEST_FILE,
-                                                       FILE_KINDS::REGULAR, text) != READ_RESULT::READ) {
+    if (!contents.is_whole) {
         throw COMMAND_FAILURE({FAILURE_CODE::CONFIGURATION_UNREADABLE,
                                "the configuration file cannot be read, and is not changed",
                                place.path,
@@ -47,6 +42,7 @@ CONFIGURATION_LINES lines_of(const PLACE& place) {
                                "make it readable, or name another one with TESSARY_CONFIG_FILE",
                                {}});
     }
+    const std::string& text = contents.text;
     if (is_utf_16(text)) {
         throw COMMAND_FAILURE({FAILURE_CODE::CONFIGURATION_UNREADABLE,
                                "the configuration file is UTF-16, and is not changed",
@@ -55,6 +51,7 @@ CONFIGURATION_LINES lines_of(const PLACE& place) {
                                "save it as UTF-8, or name another one with TESSARY_CONFIG_FILE",
                                {}});
     }
+    CONFIGURATION_LINES file{true, "", {}};
     file.beginning = text.substr(0, text.size() - without_byte_order_mark(text).size());
     for (std::size_t begin = file.beginning.size(); begin < text.size();) {
         const std::size_t feed = text.find('\n', begin);

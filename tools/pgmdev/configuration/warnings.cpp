@@ -12,12 +12,10 @@
 #include <utility>
 #include <vector>
 
+#include "configuration/file.h"
 #include "configuration/keys.h"
-#include "file_reader.h"
 #include "files/environment.h"
-#include "files/inspection.h"
 #include "files/origins.h"
-#include "fio.h"
 #include "gen.h"
 #include "pgm_common.h"
 #include "terminal/did_you_mean.h"
@@ -123,39 +121,30 @@ std::optional<std::pair<std::string, std::string>> assignment_of(const std::stri
 }
 
 void add_file_settings(const PLACE& place, std::vector<SETTING>& settings, WARNINGS& warnings) {
-    const INSPECTED_FILE inspected = inspect_file(place.path, 0);
+    const CONFIGURATION_FILE file = read_configuration_file(place.path);
     const bool is_named = !environment_text("TESSARY_CONFIG_FILE").empty();
-    if (inspected.missing && is_named) {
+    if (!file.exists && is_named) {
         warnings.add(place.tried.front(), fmt::format("there is no file {}", place.path));
     }
-    if (inspected.missing) {
+    if (!file.exists) {
         return;
     }
-    if (!inspected.obstacle.empty()) {
+    if (!file.is_whole) {
         throw COMMAND_FAILURE({FAILURE_CODE::CONFIGURATION_UNREADABLE,
-                               fmt::format("the configuration file cannot be read, since {}", inspected.obstacle),
+                               "the configuration file cannot be read" +
+                                   (file.obstacle.empty() ? " to its end, or is larger than 1 MiB"
+                                                          : fmt::format(", since {}", file.obstacle)),
                                place.path,
                                place.tried,
                                "make it readable, or name another one with TESSARY_CONFIG_FILE",
                                {}});
     }
-    constexpr std::size_t LARGEST_CONFIGURATION = std::size_t{1} << 20;
-    std::string contents;
-    if (read_whole_file(fio_get_unc_full_path(place.path), LARGEST_CONFIGURATION, FILE_KINDS::REGULAR, contents) !=
-        READ_RESULT::READ) {
-        throw COMMAND_FAILURE({FAILURE_CODE::CONFIGURATION_UNREADABLE,
-                               "the configuration file cannot be read to its end, or is larger than 1 MiB",
-                               place.path,
-                               place.tried,
-                               "make it readable, or name another one with TESSARY_CONFIG_FILE",
-                               {}});
-    }
-    if (is_utf_16(contents)) {
+    if (is_utf_16(file.text)) {
         warnings.add(place.path, "it is UTF-16, and nothing of it counts: save it as UTF-8");
         return;
     }
     std::size_t number = 0;
-    for_each_line(without_byte_order_mark(contents), [&](std::string_view whole) {
+    for_each_line(without_byte_order_mark(file.text), [&](std::string_view whole) {
         const std::string line(whole);
         const std::string where = fmt::format("{}:{}", place.path, ++number);
         const std::string text = gen_remove_leading_and_trailing_white_spaces(line);

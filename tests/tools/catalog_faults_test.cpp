@@ -140,6 +140,11 @@ const std::vector<TABLE_DAMAGE> ORDERING_CODE_DAMAGES{
     {"Columns", "ordering-codes.txt", "9 ROB3F100I7", "9",
      "ordering-codes.txt:3: expected 2 columns (INDEX NAMES), "
      "found 1\n"},
+    {"ColumnsOfSeveralLines", "ordering-codes.txt", "3 FIN1{,L}F100C6\n9 ROB3F100I7",
+     "3\n4 FIN1F100C6 FIN1LF100C6\n9 ROB4F100I7",
+     "ordering-codes.txt:2: expected 2 columns (INDEX NAMES), found 1\n"
+     "ordering-codes.txt:3: expected 2 columns (INDEX NAMES), found 3\n"
+     "ordering-codes.txt:4: ordering name \"ROB4F100I7\" is not known\n"},
     {"Index", "ordering-codes.txt", "9 ROB3F100I7", "20 ROB3F100I7",
      "ordering-codes.txt:3: ordering-code index \"20\" is not a number from 0 to 19\n"},
     {"IndexRunsOut", "ordering-codes.txt", "9 ROB3F100I7", "19 ROB{3F100I7,2C6}",

@@ -1,5 +1,7 @@
 #include "catalog_reader.h"
 
+#include <algorithm>
+
 #include "dstr.h"
 #include "name_pattern.h"
 
@@ -80,26 +82,32 @@ void CATALOG_READER::read_grades(const std::filesystem::path& path) {
 }
 
 void CATALOG_READER::read_ordering_codes(const std::filesystem::path& path) {
-    bool first = true;
-    for (const SOURCE_ROW& row : read_rows(path, m_faults)) {
-        if (!has_columns(row, first ? "entries COUNT" : "INDEX NAMES", m_faults)) {
-            return;
-        }
-        if (!first) {
-            read_ordering_code(row);
-        } else if (row.cells[0] != "entries") {
-            m_faults.add(row.place, "expected \"entries\" and the length of the list before the first code");
-            return;
-        } else if (const auto count = read_number(row, 1, "length of the list", 1, MAX_ORDERING_ENTRIES, m_faults)) {
-            m_catalog.ordering_entries = *count;
-        } else {
-            return;
-        }
-        first = false;
-    }
-    if (first) {
+    const std::vector<SOURCE_ROW> rows = read_rows(path, m_faults);
+    if (rows.empty()) {
         m_faults.add({path.generic_string()}, "has no line \"entries COUNT\"");
+        return;
     }
+    if (!read_ordering_entries(rows.front())) {
+        return;  // without it no index can be judged
+    }
+    std::for_each(rows.begin() + 1, rows.end(), [this](const SOURCE_ROW& row) {
+        if (has_columns(row, "INDEX NAMES", m_faults)) {
+            read_ordering_code(row);
+        }
+    });
+}
+
+bool CATALOG_READER::read_ordering_entries(const SOURCE_ROW& row) {
+    if (!has_columns(row, "entries COUNT", m_faults)) {
+        return false;
+    }
+    if (row.cells[0] != "entries") {
+        m_faults.add(row.place, "expected \"entries\" and the length of the list before the first code");
+        return false;
+    }
+    const auto count = read_number(row, 1, "length of the list", 1, MAX_ORDERING_ENTRIES, m_faults);
+    m_catalog.ordering_entries = count.value_or(0);
+    return count.has_value();
 }
 
 void CATALOG_READER::read_ordering_code(const SOURCE_ROW& row) {

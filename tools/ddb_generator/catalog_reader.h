@@ -37,6 +37,7 @@ private:
     bool read_status(const SOURCE_ROW& row, CATALOG_PART& part);
     std::vector<std::string> read_pattern(const SOURCE_ROW& row, std::size_t cell);
     std::vector<COMPLETION> read_completions(const SOURCE_ROW& row, std::size_t cell, const NAME_REGISTRY& codes);
+    bool read_ordering_entries(const SOURCE_ROW& row);
     void read_ordering_code(const SOURCE_ROW& row);
     bool check(const SOURCE_ROW& row, std::size_t cell, const char* what) {
         return check_name(row.place, row.cells[cell], what, m_faults);

@@ -1,9 +1,11 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <sstream>
 #include <string>
 #include <vector>
 
+#include "faults.h"
 #include "small_catalog.h"
 #include "support/repeatable_random.h"
 
@@ -76,6 +78,33 @@ TEST(CatalogReferences, FaultsAreListedUpToALimit) {
     const std::string told = catalog.faults();
     EXPECT_LE(std::count(told.begin(), told.end(), '\n'), 10001);
     EXPECT_NE(told.find(" further faults\n"), std::string::npos);
+}
+
+TEST(CatalogReferences, FaultsAreCountedBeyondTheLimit) {
+    FAULTS faults;
+    const SOURCE_PLACE place{std::string("file")};
+    const auto last_line = [&] {
+        faults.add(place, "fault");
+        std::ostringstream told;
+        faults.print(told);
+        const std::string text = told.str();
+        return text.substr(text.rfind('\n', text.size() - 2) + 1);
+    };
+    for (std::size_t i = 1; i < FAULTS::MOST_LINES; ++i) {
+        faults.add(place, "fault");
+    }
+    EXPECT_EQ(last_line(), "file: fault\n");
+    EXPECT_EQ(last_line(), "and 1 further fault\n");
+    EXPECT_EQ(last_line(), "and 2 further faults\n");
+}
+
+TEST(CatalogReferences, WhatACellHoldsCommandsNoTerminal) {
+    SMALL_CATALOG catalog;
+    catalog.replace("families.txt", "2  Robin  NONE",
+                    "2  Robin  NONE\n3 Wr\x1B[31m\xFF"
+                    "en NONE");
+    EXPECT_EQ(catalog.faults(),
+              "families.txt:4: family \"Wr\\x1B[31m\\xFFen\" must consist of letters, digits and _ - . +\n");
 }
 
 TEST(CatalogReferences, ALineForMorePartsThanThereAre) {

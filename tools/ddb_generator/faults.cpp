@@ -2,6 +2,8 @@
 
 #include <ostream>
 
+#include "printable_text.h"
+
 std::string text_of(const SOURCE_PLACE& place) {
     std::string text = place.file.text();
     for (const int number : {place.line, place.column}) {
@@ -20,9 +22,9 @@ void FAULTS::add(const SOURCE_PLACE& place, const std::string& text) {
 
 void FAULTS::print(std::ostream& output) const {
     for (const std::string& line : m_lines) {
-        output << line << '\n';
+        output << printable(line) << '\n';
     }
     if (m_further != 0) {
-        output << "and " << m_further << " further faults\n";
+        output << "and " << m_further << " further fault" << (m_further == 1 ? "" : "s") << '\n';
     }
 }

@@ -20,6 +20,7 @@
 #include "host_tables.h"
 #include "indexed_grammar.h"
 #include "part_digests.h"
+#include "printable_text.h"
 
 namespace {
 
@@ -219,7 +220,7 @@ int run_generator(const std::vector<std::string>& arguments, std::ostream& outpu
     } catch (const std::bad_alloc&) {
         throw;  // which the program says without memory
     } catch (const std::exception& error) {
-        errors << "ddb_generator: " << error.what() << '\n';
+        errors << "ddb_generator: " << printable(error.what()) << '\n';
         return GENERATOR_FAILED;
     }
     faults.print(errors);

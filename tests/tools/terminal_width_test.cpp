@@ -97,6 +97,16 @@ TEST(terminal_width, OneLongNameWidensNothing) {
     EXPECT_TRUE(contains(table, "voltage")) << table;
 }
 
+TEST(terminal_width, AHeadingAloneIsFittedToo) {
+    const SCRATCH scratch;
+    const std::string options = "--module-dir '" + scratch.directory().string() + "' params ";
+    ASSERT_EQ(run_command({"--module-dir", scratch.directory().string(), "params", "set", "0", "BYTE=1"}).exit_code,
+              DONE);
+    EXPECT_EQ(lines_of(shown(10, options + "show 0 WORD")).front(), "offset");
+    EXPECT_EQ(lines_of(shown(12, options + "show 0 WORD")).front(), "offset  type");
+    EXPECT_EQ(lines_of(shown(40, options + "show 0 WORD")).front(), "offset  type  value");
+}
+
 TEST(terminal_width, SentencesAreBrokenAtBlanks) {
     const std::string whole = run_command({"flash", "identify", "012018"}).output;
     EXPECT_GT(longest_line(whole), 120U);

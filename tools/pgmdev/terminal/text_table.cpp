@@ -46,9 +46,9 @@ WIDTHS usual_widths(const ROWS& rows) {
     WIDTHS widths;
     for (std::size_t i = 0; i < rows.front().size(); ++i) {
         const WIDTHS lengths = lengths_of(rows, i);
-        const std::size_t rare = lengths.size() / 20;  // one cell in twenty may be longer
-        const std::size_t usual =
-            std::max(rows.front()[i].size(), lengths[lengths.size() - 1 - std::max<std::size_t>(rare, 1)]);
+        const std::size_t rare = std::max<std::size_t>(lengths.size() / 20, 1);  // one cell in twenty may be longer
+        const std::size_t last = lengths.size() - 1;                             // 0: there is only the heading
+        const std::size_t usual = std::max(rows.front()[i].size(), lengths[last - std::min(last, rare)]);
         widths.push_back(lengths.back() <= usual + FEW ? lengths.back() : usual);
     }
     return widths;

@@ -41,8 +41,9 @@ std::optional<ACCEPTED_WARNING> parse(std::string text, std::size_t line, std::s
     return entry.text.empty() ? std::nullopt : std::optional(entry);
 }
 
-bool means(const std::string& word, const std::string& name) {
-    return name.empty() ? word == NONE : word == name;
+/// How an entry spells a row or a member.
+std::string word_for(const std::string& name) {
+    return name.empty() ? NONE : name;
 }
 
 }  // namespace
@@ -68,6 +69,7 @@ ACCEPTED_WARNINGS read_accepted_warnings(const std::string& csv_file) {
             return;
         }
         if (auto entry = parse(text, number, std::string(comment < line.size() ? line.substr(comment + 1) : ""))) {
+            accepted.by_row_and_member[{entry->row, entry->member}].push_back(accepted.entries.size());
             accepted.entries.push_back(std::move(*entry));
         } else {
             accepted.malformed.push_back(number);
@@ -80,16 +82,18 @@ const ACCEPTED_WARNING* accept_warning(ACCEPTED_WARNINGS& accepted, const PGMDEV
     if (fault.severity != PGMDEV_TABLE_FAULT::SEVERITY::WARNING) {
         return nullptr;
     }
-    const auto entry =
-        std::find_if(accepted.entries.begin(), accepted.entries.end(), [&fault](const ACCEPTED_WARNING& candidate) {
-            return means(candidate.row, fault.row) && means(candidate.member, fault.member) &&
-                   (candidate.text == ANY || candidate.text == fault.expected);
-        });
-    if (entry == accepted.entries.end()) {
+    const auto places = accepted.by_row_and_member.find({word_for(fault.row), word_for(fault.member)});
+    if (places == accepted.by_row_and_member.end()) {
         return nullptr;
     }
-    entry->used = true;
-    return &*entry;
+    for (const std::size_t place : places->second) {
+        ACCEPTED_WARNING& entry = accepted.entries[place];
+        if (entry.text == ANY || entry.text == fault.expected) {
+            entry.used = true;
+            return &entry;
+        }
+    }
+    return nullptr;
 }
 
 std::vector<ACCEPTED_WARNING> unused_entries(const ACCEPTED_WARNINGS& accepted) {

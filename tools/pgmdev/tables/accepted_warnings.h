@@ -5,7 +5,9 @@
 /// of lines "ROW MEMBER TEXT # WHY". ROW and MEMBER are as in the warning, "-" where it has none, in quotation marks when
 /// they hold blanks. TEXT is what the warning says, "*" whatever it says. Lines without anything before a # are comments.
 
+#include <map>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "pgmdev_table_fault.h"
@@ -24,6 +26,9 @@ struct ACCEPTED_WARNINGS {
     std::string file;                       ///< "" when there is none
     std::vector<ACCEPTED_WARNING> entries;  ///< in file order
     std::vector<std::size_t> malformed;     ///< lines that are none
+
+    using PLACES = std::vector<std::size_t>;
+    std::map<std::pair<std::string, std::string>, PLACES> by_row_and_member;  ///< places among the entries
 };
 
 /// Reads the file beside the table. There need not be one.

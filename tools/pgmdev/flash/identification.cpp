@@ -155,7 +155,10 @@ FLASH_IDENTIFICATION FLASH_IDENTIFIER::identify(DWORD position, FLASH_QUESTION q
 std::optional<FLASH_IDENTIFICATION> FLASH_IDENTIFIER::identify_named(DWORD position,
                                                                      const std::vector<std::string>& names) {
     const DWORD count = m_manager.get_flash_count();
-    const NAMED_ROWS rows = rows_named(names, {m_records, count});
+    if (!m_named_rows) {
+        m_named_rows = all_named_rows({m_records, count});
+    }
+    const NAMED_ROWS rows = rows_named(names, *m_named_rows);
     if (rows.meant.empty() && rows.family.empty()) {
         return std::nullopt;
     }

@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "flash/named_rows.h"
 #include "pgmdev_flash_answer.h"
 #include "pgmdev_flash_manager.h"
 #include "pgmdev_flash_notes.h"
@@ -76,8 +77,9 @@ private:
     PGMDEV_FLASH_MANAGER m_manager;
     PGMDEV_FLASH_NOTES m_notes;
     const PGMDEV_SFL_FLASH_INFO* m_records;
-    DWORD m_walks = 0;                          ///< questions that were answered by walks over the records
-    std::optional<PGMDEV_FLASH_INDEX> m_index;  ///< once there were so many that it is worth while
+    DWORD m_walks = 0;                                   ///< questions that were answered by walks over the records
+    std::optional<PGMDEV_FLASH_INDEX> m_index;           ///< once there were so many that it is worth while
+    std::optional<std::vector<NAMED_ROW>> m_named_rows;  ///< once a name has been asked for: a log may have many
     DWORD m_device_count;
 };
 

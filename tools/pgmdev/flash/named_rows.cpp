@@ -18,24 +18,6 @@ struct ANY_CASE_ORDER {
     bool operator()(const std::string& a, const std::string& b) const { return gen_stricmp(a, b) < 0; }
 };
 
-/// All names of rows, in the order of these, then the further ones.
-std::vector<NAMED_ROW> all_names(std::span<const PGMDEV_SFL_FLASH_INFO> records) {
-    std::vector<NAMED_ROW> names;
-    std::map<std::string, DWORD, ANY_CASE_ORDER> rows;
-    for (DWORD index = 0; index < records.size(); ++index) {
-        if (records[index].default_dev) {
-            names.push_back({index, records[index].device_name});
-            rows.emplace(records[index].device_name, index);
-        }
-    }
-    for (const FLASH_ALIAS& alias : flash_aliases()) {
-        if (const auto row = rows.find(alias.device_name); row != rows.end()) {
-            names.push_back({row->second, alias.name});
-        }
-    }
-    return names;
-}
-
 /// Whether the shorter one of both is the beginning of the other.
 bool begin_alike(std::string_view printed, std::string_view name) {
     for (std::size_t i = 0; i < std::min(printed.size(), name.size()); ++i) {
@@ -95,9 +77,25 @@ bool are_one_row(const std::vector<NAMED_ROW>& rows) {
 
 }  // namespace
 
-NAMED_ROWS rows_named(const std::vector<std::string>& names, std::span<const PGMDEV_SFL_FLASH_INFO> records) {
+std::vector<NAMED_ROW> all_named_rows(std::span<const PGMDEV_SFL_FLASH_INFO> records) {
+    std::vector<NAMED_ROW> names;
+    std::map<std::string, DWORD, ANY_CASE_ORDER> rows;
+    for (DWORD index = 0; index < records.size(); ++index) {
+        if (records[index].default_dev) {
+            names.push_back({index, records[index].device_name});
+            rows.emplace(records[index].device_name, index);
+        }
+    }
+    for (const FLASH_ALIAS& alias : flash_aliases()) {
+        if (const auto row = rows.find(alias.device_name); row != rows.end()) {
+            names.push_back({row->second, alias.name});
+        }
+    }
+    return names;
+}
+
+NAMED_ROWS rows_named(const std::vector<std::string>& names, const std::vector<NAMED_ROW>& known) {
     NAMED_ROWS rows;
-    const std::vector<NAMED_ROW> known = all_names(records);
     for (const std::string& name : names) {
         NAMED_LIKE found = look_for(std::string_view(name).substr(0, name.find('(')), known);
         if (found.same.empty() && found.longer.empty() && found.beginnings.empty()) {

@@ -21,6 +21,9 @@ struct NAMED_ROWS {
     std::vector<DWORD> family;     ///< those whose names go on behind it, or begin it: it may be any of these, too
 };
 
-/// The names are alternatives, the first one first. A "." in them stands for any character, and what is in parentheses
-/// may be missing.
-NAMED_ROWS rows_named(const std::vector<std::string>& names, std::span<const PGMDEV_SFL_FLASH_INFO> records);
+/// All names of rows, in the order of these, then the further ones.
+std::vector<NAMED_ROW> all_named_rows(std::span<const PGMDEV_SFL_FLASH_INFO> records);
+
+/// Those of `known`, all names of rows. The names are alternatives, the first one first. A "." in them stands for any
+/// character, and what is in parentheses may be missing.
+NAMED_ROWS rows_named(const std::vector<std::string>& names, const std::vector<NAMED_ROW>& known);

@@ -208,8 +208,9 @@ TEST(PartCommand, FindsPartsOfProgrammerFileParts) {
     const std::string expected = PGMDEV_MGR::get_part_name_from_pcf(pcf);
     EXPECT_EQ(run_command({"part", "from-pcf", lower(pcf)}).output, expected + "\n");
     expect_failure(run_command({"part", "from-pcf", pcf + "#"}), NOT_FOUND, {pcf});
-    expect_failure(run_command({"part", "from-pcf", ""}), NOT_FOUND, {});
-    expect_failure(run_command({"part", "from-pcf", " ", "--all"}), NOT_FOUND, {});
+    const std::string nameless = "pgmdev: there is no part with the programmer-file part name \"\"";
+    EXPECT_TRUE(run_command({"part", "from-pcf", ""}).errors.starts_with(nameless));
+    expect_failure(run_command({"part", "from-pcf", " ", "--all"}), NOT_FOUND, {nameless});
     expect_failure(run_command({"part", "from-pcf", "BLUEBIRD_RT180_PRE", "--all"}), NOT_FOUND,
                    {"its devices have no parts"});
 

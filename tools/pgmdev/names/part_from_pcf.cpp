@@ -41,8 +41,8 @@ std::string first_part_of(const std::string& pcf) {
 }
 
 bool is_name_of_device(const std::string& pcf) {
-    const std::vector<std::string>& known = device_names();
-    return std::any_of(known.begin(), known.end(), [&pcf](const std::string& device) {
+    const std::vector<std::string>& known = device_names();  // of which some have none, that is ""
+    return !pcf.empty() && std::any_of(known.begin(), known.end(), [&pcf](const std::string& device) {
         return gen_stricmp(PGMDEV_DEVICE_GRAMMAR_MGR::get_dev_part_pcf(device), pcf) == 0;
     });
 }

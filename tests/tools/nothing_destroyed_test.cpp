@@ -219,3 +219,8 @@ TEST(nothing_destroyed, ADoubtfulContainerIsSaidToBe) {
         EXPECT_EQ(container.run(reading).errors, "");
     }
 }
+
+TEST(nothing_destroyed, NoDirectoryIsNotTheRoot) {
+    expect_failure(run_command({"schema", "version", "--directory", ""}), INTERNAL_ERROR,
+                   {"the output cannot be written, since "});
+}

@@ -126,6 +126,9 @@ JSON document_of_all(const std::vector<ANSWERING_VERB>& verbs) {
 }
 
 void write_files(const std::vector<ANSWERING_VERB>& verbs, const std::string& directory) {
+    if (directory.empty()) {  // behind which a file would be one of the root
+        throw output_failure({directory, {"option --directory"}});
+    }
     for (const ANSWERING_VERB& answering : verbs) {
         const std::string path = fmt::format("{}/{}.json", directory, file_name(answering));
         const std::string text = readable_json_text(document_of_one(answering)) + "\n";

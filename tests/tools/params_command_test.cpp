@@ -35,6 +35,12 @@ TEST(params_command, ValuesOfABlock) {
     expect_failure(directory.run({"params", "show", "0", "BYTE", "--skip", "21"}), WRONG_USAGE, {"20 bytes"});
 }
 
+TEST(params_command, AFileWithoutANameIsNoListing) {
+    const HPS_DIRECTORY directory;
+    ASSERT_EQ(directory.run({"params", "set", "0", "BYTE=1"}).exit_code, DONE);
+    expect_failure(directory.run({"params", "read", "0", ""}), INTERNAL_ERROR, {"the output cannot be written"});
+}
+
 TEST(params_command, NumbersAreConvertedAsAsked) {
     const HPS_DIRECTORY directory;
     const auto number = [&directory](std::vector<std::string> more) {

@@ -67,8 +67,9 @@ void print_dump(std::span<const BYTE> bytes) {
 void read_block(const ARGUMENTS& given, COMMAND& command) {
     const PGMDEV_FLASH_INI_ENUM which = readable_block(given.text("BLOCK"));
     const std::string& file = given.text("FILE");
+    const bool to_file = given.has("FILE");
     require_readable_container();
-    if (!file.empty()) {
+    if (to_file) {
         confirm_output(argument_place(file, "FILE"), {container_place().path},
                        fmt::format("block \"{}\"", block_name(which)), block_stamp(which), given.has("--force"));
     }
@@ -79,14 +80,14 @@ void read_block(const ARGUMENTS& given, COMMAND& command) {
         report_absent(which, answer, command);
         return;
     }
-    if (!file.empty()) {
+    if (to_file) {
         OUTPUT_FILE output(argument_place(file, "FILE"));
         output.write(block.bytes());
         output.commit();
     }
     if (command.json) {
         print_json(answer);
-    } else if (file.empty()) {
+    } else if (!to_file) {
         print_dump(block.bytes());
     }
 }

@@ -157,7 +157,7 @@ struct CONVERSION {
           multiple(static_cast<DWORD>(given.number("--multiple").value_or(1))),
           ranges(given.text("--range"), "--range", '-'),
           invalid_hits(given.text("--invalid-hit"), "--invalid-hit", '=') {
-        if (multiple == 0 || given.number("--multiple").value_or(1) > 0xFFFFFFFF) {
+        if (multiple == 0) {
             throw USAGE_ERROR("--multiple: expected a number from 1 to 4294967295");
         }
     }

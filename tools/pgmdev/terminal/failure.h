@@ -83,7 +83,7 @@ private:
     EXIT_CODE m_result;
 };
 
-/// {"code","message","path","tried","advice","condition","module","source","line"}, those that are told.
+/// {"code","message","path","tried","advice","condition","module","source","line","faults"}, those that are told.
 JSON failure_json(const FAILURE& failure);
 
 /// One paragraph for people.

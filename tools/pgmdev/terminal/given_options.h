@@ -8,7 +8,7 @@
 #include <string_view>
 #include <vector>
 
-/// To be called once, before anything is explained.
+/// To be called for each run, before anything is explained.
 void remember_arguments(const std::vector<std::string>& arguments);
 
 /// The values given for an option that takes one, in order.

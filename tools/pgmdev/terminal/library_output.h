@@ -6,7 +6,7 @@
 
 #include <iosfwd>
 
-/// To be constructed once, in `main`. While it lives, std::cout, where the library prints, leads to standard error;
+/// To be constructed for each run. While it lives, std::cout, where the library prints, leads to standard error;
 /// the answers of the command go to the C stream `stdout`.
 class LIBRARY_OUTPUT {
 public:

@@ -13,14 +13,12 @@ namespace {
 
 /// The switches that enable rows of the flash database; whether it could be read.
 bool add_row_switches(std::vector<CONFIGURATION_KEY>& keys) try {
-    constexpr const char* NO_SWITCH = "NONE";
     std::set<std::string> switches;
     const auto table = PGMDEV_FLASH_TABLE::from_database(flash_database_place().path);
     for (const PGMDEV_SFL_FLASH_INFO& record : table.records()) {
-        if (gen_stricmp(record.ini, NO_SWITCH) != 0) {
-            switches.insert(ROW_SWITCH + record.ini);
-        }
+        switches.insert(enabling_switch_of(record));
     }
+    switches.erase("");
     for (const std::string& name : switches) {
         keys.push_back({name, CONFIGURATION_KEY::SWITCH});
     }
@@ -33,6 +31,11 @@ bool add_row_switches(std::vector<CONFIGURATION_KEY>& keys) try {
 }
 
 }  // namespace
+
+std::string enabling_switch_of(const PGMDEV_SFL_FLASH_INFO& record) {
+    constexpr const char* NO_SWITCH = "NONE";
+    return gen_stricmp(record.ini, NO_SWITCH) == 0 ? "" : ROW_SWITCH + record.ini;
+}
 
 KNOWN_KEYS known_keys(bool with_row_switches) {
     const std::string user_flash = PGMDEV_USER_FLASH::CONFIGURATION_KEY;

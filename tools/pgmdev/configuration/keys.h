@@ -6,6 +6,8 @@
 #include <string>
 #include <vector>
 
+#include "pgmdev_sfl_flash_info.h"
+
 struct CONFIGURATION_KEY {
     enum KIND { TEXT, SWITCH, NUMBER };
 
@@ -25,3 +27,6 @@ KNOWN_KEYS known_keys(bool with_row_switches);
 
 /// What the switches of rows begin with.
 inline constexpr const char* ROW_SWITCH = "PGM_ALLOW_";
+
+/// The key that switches a row of the flash database on; "": it always is.
+std::string enabling_switch_of(const PGMDEV_SFL_FLASH_INFO& record);

@@ -1,10 +1,10 @@
 #include "flash/rows.h"
 
 #include "cfg.h"
+#include "configuration/keys.h"
 #include "files/database.h"
 #include "flash/database.h"
 #include "flash/output.h"
-#include "gen.h"
 
 std::vector<FLASH_ROW> enabled_flash_rows() {
     PGMDEV_FLASH_MANAGER manager = open_flash_database(1);
@@ -49,10 +49,6 @@ PGMDEV_FLASH_TABLE flash_table() {
     const PLACE place = flash_database_place();
     return read_database(FLASH_DATABASE_KIND, place,
                          [&place] { return PGMDEV_FLASH_TABLE::from_database(FIO_PATH(place.path)); });
-}
-
-std::string enabling_switch_of(const PGMDEV_SFL_FLASH_INFO& record) {
-    return gen_stricmp(record.ini, "NONE") == 0 ? "" : "PGM_ALLOW_" + record.ini;
 }
 
 JSON row_json(const FLASH_ROW& row, bool every_row) {

@@ -35,9 +35,6 @@ std::vector<FLASH_ROW> all_flash_rows(PGMDEV_FLASH_MANAGER& programs);  ///< whi
 /// The same database, whose records are those of all rows: for who needs no more of them than that.
 PGMDEV_FLASH_TABLE flash_table();
 
-/// The configuration key that switches a record on; "": it always is.
-std::string enabling_switch_of(const PGMDEV_SFL_FLASH_INFO& record);
-
 /// The record; with `every_row` also where it stands and what switches it on.
 JSON row_json(const FLASH_ROW& row, bool every_row);
 

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <optional>
 
+#include "configuration/keys.h"
 #include "flash/aliases.h"
 #include "flash/database.h"
 #include "flash/evidence.h"

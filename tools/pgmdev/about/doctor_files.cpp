@@ -16,9 +16,6 @@
 
 namespace {
 
-constexpr std::size_t MAGIC_SIZE = 8;
-constexpr std::size_t STAMP_SIZE = 32;
-
 /// A file that was read, but could not be looked at.
 FILE_FINDING only_read_at_times(FILE_FINDING finding, const INSPECTED_FILE& file) {
     finding.state = "unreadable";
@@ -31,11 +28,11 @@ FILE_FINDING only_read_at_times(FILE_FINDING finding, const INSPECTED_FILE& file
 template <class TABLE>
 FILE_FINDING database(const DATABASE_KIND& kind, PLACE place) {
     FILE_FINDING finding{kind.name, std::move(place), "good", ""};
-    const INSPECTED_FILE file = inspect_file(finding.place.path, MAGIC_SIZE + STAMP_SIZE);
-    if (file.beginning.size() == MAGIC_SIZE + STAMP_SIZE) {
+    const INSPECTED_FILE file = inspect_file(finding.place.path, PACKED_MAGIC_LENGTH + PACKED_STAMP_LENGTH);
+    if (file.beginning.size() == PACKED_MAGIC_LENGTH + PACKED_STAMP_LENGTH) {
         finding.facts["size"] = file.size;
-        finding.facts["magic"] = file.beginning.substr(0, MAGIC_SIZE);
-        finding.facts["stamp"] = file.beginning.substr(MAGIC_SIZE);
+        finding.facts["magic"] = file.beginning.substr(0, PACKED_MAGIC_LENGTH);
+        finding.facts["stamp"] = file.beginning.substr(PACKED_MAGIC_LENGTH);
     }
     try {
         const TABLE table =

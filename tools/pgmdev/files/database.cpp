@@ -12,12 +12,6 @@ const DATABASE_KIND PROFILE_DATABASE_KIND{"profile database", "PGMIO_DM", PGMDEV
 
 namespace {
 
-// The head of a packed database: magic, stamp, size of the body.
-constexpr std::size_t MAGIC_SIZE = 8;
-constexpr std::size_t STAMP_SIZE = 32;
-constexpr std::size_t DATABASE_HEAD_SIZE = MAGIC_SIZE + STAMP_SIZE + 4;
-constexpr std::size_t CHECKSUM_SIZE = 2;
-
 /// What the file turns out to be.
 struct VERDICT {
     FAILURE_CODE code;
@@ -40,7 +34,7 @@ VERDICT wrong_kind(const std::string& magic) {
 }
 
 VERDICT examine(const DATABASE_KIND& kind, const std::string& path, const std::string& condition) {
-    const INSPECTED_FILE file = inspect_file(path, DATABASE_HEAD_SIZE);
+    const INSPECTED_FILE file = inspect_file(path, PACKED_HEAD_LENGTH);
     if (file.missing) {
         return {FAILURE_CODE::DATABASE_MISSING, file.obstacle,
                 fmt::format("compile it with pgmdev {} compile CSV PCF, or name where it is", kind.noun)};
@@ -48,15 +42,15 @@ VERDICT examine(const DATABASE_KIND& kind, const std::string& path, const std::s
     if (!file.obstacle.empty()) {
         return {FAILURE_CODE::DATABASE_UNREADABLE, file.obstacle, "name a file that you may read"};
     }
-    const std::string magic = file.beginning.substr(0, MAGIC_SIZE);
-    if (file.size <= DATABASE_HEAD_SIZE + CHECKSUM_SIZE) {
+    const std::string magic = file.beginning.substr(0, PACKED_MAGIC_LENGTH);
+    if (file.size <= PACKED_HEAD_LENGTH + PACKED_CHECKSUM_LENGTH) {
         return {FAILURE_CODE::DATABASE_DAMAGED, fmt::format("it is cut after {} bytes", file.size),
                 compile_advice(kind)};
     }
     if (magic != kind.magic) {
         return wrong_kind(magic);
     }
-    const std::string stamp = file.beginning.substr(MAGIC_SIZE, STAMP_SIZE);
+    const std::string stamp = file.beginning.substr(PACKED_MAGIC_LENGTH, PACKED_STAMP_LENGTH);
     if (stamp != kind.stamp()) {
         return {FAILURE_CODE::DATABASE_OTHER_STAMP,
                 fmt::format("it was compiled for another table, its stamp is {}, and this pgmdev reads {}", stamp,

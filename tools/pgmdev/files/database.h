@@ -3,12 +3,19 @@
 /// \file
 /// Why a packed database cannot be used.
 
+#include <cstddef>
 #include <optional>
 #include <string>
 
 #include "files/origins.h"
 #include "terminal/failure.h"
 #include "terminal/reports.h"
+
+/// What the packed format is made of, from its beginning: magic, stamp, size of the body; and, at its end, a checksum.
+inline constexpr std::size_t PACKED_MAGIC_LENGTH = 8;
+inline constexpr std::size_t PACKED_STAMP_LENGTH = 32;
+inline constexpr std::size_t PACKED_HEAD_LENGTH = PACKED_MAGIC_LENGTH + PACKED_STAMP_LENGTH + 4;
+inline constexpr std::size_t PACKED_CHECKSUM_LENGTH = 2;
 
 /// What tells the databases apart.
 struct DATABASE_KIND {

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <map>
 
+#include "files/database.h"
 #include "flash/aliases.h"
 #include "flash/database.h"
 #include "flash/output.h"
@@ -40,8 +41,8 @@ std::string identification(const PGMDEV_SFL_FLASH_INFO& r) {
 }  // namespace
 
 PACKED_SCHEMA FLASH_RECORDS::schema() {
-    return {.magic = "PGMIO_FM",
-            .stamp = PGMDEV_VERSION::flash_stamp(),
+    return {.magic = FLASH_DATABASE_KIND.magic,
+            .stamp = FLASH_DATABASE_KIND.stamp(),
             .version = PGMDEV_VERSION::body_version(),
             .members = packed_members(PGMDEV_SFL_FLASH_MEMBERS),
             .text_tags = {PGMDEV_MANAGER_STRING},

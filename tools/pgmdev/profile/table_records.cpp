@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <array>
 
+#include "files/database.h"
 #include "pgmdev_dev_info_enumerators.h"
 #include "pgmdev_dev_info_manager.h"
 #include "pgmdev_dev_info_manager_auto_export.h"
@@ -44,8 +45,8 @@ std::string name_of(const PACKED_MEMBER& member, DWORD value) {
 }  // namespace
 
 PACKED_SCHEMA PROFILE_RECORDS::schema() {
-    return {.magic = "PGMIO_DM",
-            .stamp = PGMDEV_VERSION::dev_info_stamp(),
+    return {.magic = PROFILE_DATABASE_KIND.magic,
+            .stamp = PROFILE_DATABASE_KIND.stamp(),
             .version = PGMDEV_VERSION::body_version(),
             .members = packed_members(PGMDEV_DEVICE_INFO_MEMBERS),
             .text_tags = {PGMDEV_MANAGER_DEVID_STR, PGMDEV_MANAGER_STRING},

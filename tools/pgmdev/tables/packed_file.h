@@ -7,13 +7,8 @@
 #include <string>
 #include <vector>
 
+#include "files/database.h"
 #include "tables/packed_schema.h"
-
-/// What the packed format is made of.
-inline constexpr std::size_t PACKED_MAGIC_LENGTH = 8;
-inline constexpr std::size_t PACKED_STAMP_LENGTH = 32;
-inline constexpr std::size_t PACKED_HEAD_LENGTH = PACKED_MAGIC_LENGTH + PACKED_STAMP_LENGTH + 4;
-inline constexpr std::size_t PACKED_CHECKSUM_LENGTH = 2;
 
 /// One thing that was looked at.
 struct TABLE_CHECK {

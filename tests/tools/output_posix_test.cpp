@@ -49,3 +49,23 @@ TEST(output_posix, WhoMayNotWriteIsToldWhateverFailedLast) {
     errno = EINVAL;
     EXPECT_EQ(output_failure({file, {}}).failure().message, FORBIDDEN);
 }
+
+TEST(output_posix, AFileThatCannotBeReadIsNotSaidToBeOfAnotherKind) {
+    const SCRATCH scratch;
+    const std::string file = scratch.write("old.pcf", "PGMIO_FM");
+    fs::permissions(file, fs::perms(0000));
+    const auto refusal_of = [&file](bool force) -> std::string {
+        try {
+            const ORDINARY_USER user;
+            confirm_output({file, {}}, {}, "flash database", "PGMIO_FM", force);
+        } catch (const COMMAND_FAILURE& failure) {
+            return failure.failure().message;
+        }
+        return "";
+    };
+    EXPECT_EQ(refusal_of(false),
+              "the output would replace a file that cannot be read, since the system says \"Permission denied\"");
+    EXPECT_EQ(refusal_of(true), "");
+    fs::permissions(file, fs::perms(0644));
+    EXPECT_EQ(refusal_of(false), "");
+}

@@ -83,7 +83,10 @@ void confirm_output(const PLACE& output, const std::vector<std::string>& inputs,
     if (file.obstacle.empty() && (file.size == 0 || is_kind)) {
         return;
     }
-    throw refusal(output, fmt::format("the output would replace a file that is no {}", kind),
+    throw refusal(output,
+                  "the output would replace a file that " +
+                      (file.obstacle.empty() ? fmt::format("is no {}", kind)
+                                             : fmt::format("cannot be read, since {}", file.obstacle)),
                   "name another file, or insist with --force");
 }
 

@@ -8,10 +8,9 @@
 #include "files/inspection.h"
 #include "files/origins.h"
 #include "files/output.h"
-#include "gen.h"
 #include "hps/edit.h"
 #include "terminal/did_you_mean.h"
-#include "terminal/standard_error.h"
+#include "terminal/input.h"
 
 // The lists are read as the managers read them, and written back whole.
 
@@ -82,12 +81,11 @@ QWORD checked_number(std::string_view name, PGMDEV_PARAM_TYPE type, const std::s
 }
 
 bool checked_bool(std::string_view name, const std::string& text) {
-    for (const bool value : {false, true}) {
-        if (text == (value ? "1" : "0") || gen_stricmp(text, value ? "true" : "false") == 0) {
-            return value;
-        }
+    const std::optional<bool> flag = flag_named(text);
+    if (!flag) {
+        throw USAGE_ERROR(fmt::format("{}: expected 0, 1, false or true (\"{}\")", name, text));
     }
-    throw USAGE_ERROR(fmt::format("{}: expected 0, 1, false or true (\"{}\")", name, text));
+    return *flag;
 }
 
 template <class FLASH>

@@ -10,6 +10,7 @@
 #include "params/blocks.h"
 #include "pgmdev_param_value.h"
 #include "terminal/failure.h"
+#include "terminal/input.h"
 #include "terminal/text_table.h"
 
 namespace {
@@ -177,12 +178,11 @@ struct CONVERSION {
 };
 
 bool flag_of(const std::string& text) {
-    for (const bool value : {false, true}) {
-        if (text == (value ? "1" : "0") || gen_stricmp(text, value ? "true" : "false") == 0) {
-            return value;
-        }
+    const std::optional<bool> flag = flag_named(text);
+    if (!flag) {
+        throw USAGE_ERROR(fmt::format("expected 0, 1, false or true, found \"{}\"", text));
     }
-    throw USAGE_ERROR(fmt::format("expected 0, 1, false or true, found \"{}\"", text));
+    return *flag;
 }
 
 PGMDEV_PARAM_VALUE value_of(const std::string& assignment, const CONVERSION& conversion) {

@@ -8,6 +8,7 @@
 #include <iostream>
 #include <string_view>
 
+#include "gen.h"
 #include "pgm_common.h"
 #include "terminal/command.h"
 #include "terminal/failure.h"
@@ -70,6 +71,15 @@ DWORD parse_dword(const std::string& text, std::string_view what) {
         throw USAGE_ERROR(fmt::format("\"{}\" is not {}: expected a number of 32 bits", text, what));
     }
     return number;
+}
+
+std::optional<bool> flag_named(const std::string& text) {
+    for (const bool value : {false, true}) {
+        if (text == (value ? "1" : "0") || gen_stricmp(text, value ? "true" : "false") == 0) {
+            return value;
+        }
+    }
+    return std::nullopt;
 }
 
 void require_readable_input() {

@@ -32,6 +32,9 @@ ID_RESPONSE parse_id_response(const std::string& text);
 /// is not `what`.
 DWORD parse_dword(const std::string& text, std::string_view what);
 
+/// The flag that `text` spells: 0, 1, false or true, in any case. Nothing when it is anything else.
+std::optional<bool> flag_named(const std::string& text);
+
 /// The lines of standard input, in UTF-8. A byte-order mark before the first one is no part of it.
 class INPUT_LINES {
 public:

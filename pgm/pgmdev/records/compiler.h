@@ -63,6 +63,25 @@ bool take_row(const SOURCE_LINE& line, typename TABLE::RECORD& record, const FAU
     return sound;
 }
 
+/// Warns of header lines that could be data rows: in a table that lost a line of its header, a row takes its place, and is no
+/// record.
+template <class TABLE>
+void check_no_row_in_header(const std::vector<SOURCE_LINE>& lines, const FAULT_SINK& sink) {
+    for (std::size_t i = 0; i < std::min(lines.size(), TABLE::HEADER_LINES); ++i) {
+        typename TABLE::RECORD record;
+        const FAULT_SINK nobody = [](const PGMDEV_TABLE_FAULT&, int) {};
+        if (lines[i].cells.size() == TABLE::HEADER.columns.size() && take_row<TABLE>(lines[i], record, nobody)) {
+            PGMDEV_TABLE_FAULT fault;
+            fault.severity = PGMDEV_TABLE_FAULT::SEVERITY::WARNING;
+            fault.line = lines[i].number;
+            fault.row = TABLE::row_name(lines[i]);
+            fault.expected = "stands among the " + std::to_string(TABLE::HEADER_LINES) +
+                             " lines of the header and is no record: a line above it is missing";
+            sink(fault, PGMDEV_LINE);
+        }
+    }
+}
+
 /// The second pass of compiling, likewise: the first cell that is not sound ends the operation. Where a number stands that
 /// the host reports, only the debug channel can say.
 template <class TABLE>
@@ -165,8 +184,9 @@ EXAMINED_TABLE<typename TABLE::RECORD> examine_source_table(const FIO_PATH& csv_
     for (const SOURCE_LINE& line : lines) {
         TABLE::check_line(line, collect);
     }
-    lines.erase(lines.begin(),
-                lines.begin() + static_cast<std::ptrdiff_t>(std::min(lines.size(), TABLE::HEADER_LINES)));
+    const auto rows = lines.begin() + static_cast<std::ptrdiff_t>(std::min(lines.size(), TABLE::HEADER_LINES));
+    const std::vector<SOURCE_LINE> header(lines.begin(), rows);
+    lines.erase(lines.begin(), rows);
     std::vector<SOURCE_LINE> sound;
     for (SOURCE_LINE& line : lines) {
         typename TABLE::RECORD record;
@@ -176,6 +196,7 @@ EXAMINED_TABLE<typename TABLE::RECORD> examine_source_table(const FIO_PATH& csv_
         }
     }
     const bool well_formed = table.faults.empty();
+    check_no_row_in_header<TABLE>(header, collect);
     TABLE::check_rows(sound, table.records, collect);
     if (well_formed) {
         TABLE::check_rows_together(sound, table.records, collect);

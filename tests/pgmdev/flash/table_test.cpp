@@ -56,6 +56,23 @@ TEST_F(FlashTable, ATableWithoutFault) {
     EXPECT_TRUE(table.records()[0].flag_status);
 }
 
+TEST_F(FlashTable, ARowThatTakesThePlaceOfALostHeaderLineIsToldOf) {
+    std::vector<std::string> lines = ref::header();
+    lines.erase(lines.begin() + 7);
+    lines.push_back(ref::joined(chip("LOST", "0x17"), ", "));
+    lines.push_back(ref::joined(ref::data_row(), ", "));
+    std::string text;
+    for (const std::string& line : lines) {
+        text += line + "\n";
+    }
+    const PGMDEV_FLASH_TABLE table = check(text);
+    EXPECT_EQ(table.records().size(), 1U);
+    ASSERT_EQ(found(table), PLACES{"8::warning"});
+    EXPECT_EQ(PGMDEV_FLASH_TABLE::describe(table.faults()[0], "t.csv"),
+              "t.csv:8: warning: row LOST: stands among the 8 lines of the header and is no record: a line above it is "
+              "missing");
+}
+
 TEST_F(FlashTable, FindsAllFaultsOfTheFormatInLineOrder) {
     std::vector<std::string> lines = ref::header();
     lines[0] = ref::joined(ref::row_with(2, "BOOL", ref::type_row()));

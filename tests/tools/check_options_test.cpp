@@ -167,8 +167,59 @@ TEST(check_options, HintsAtADecimalComma) {
     EXPECT_TRUE(contains(hint_for(FLASH_SOURCE().row(comma).text()), "as in 3.3V"));
     // Neither a whole number of volts, nor a plain table whose cells stand close.
     const std::string whole = FLASH_SOURCE().row({{"asc_voltage", "3V"}, {"die_count", "x"}}).text();
-    EXPECT_EQ(hint_for(whole + "1,2,3.3V\n"), "");
+    EXPECT_FALSE(contains(hint_for(whole + "1,2,3.3V\n"), "comma"));
     EXPECT_EQ(hint_for(replaced(whole, " ", "")), "");
+}
+
+TEST(check_options, HintsAtAColumnThatIsMissingOrNotKnown) {
+    const auto names = [](const std::string& from, const std::string& to) {
+        return hint_for(FLASH_SOURCE().row().replace(2, from, to).text());
+    };
+    EXPECT_EQ(names("die_count,", ""), "line 2 does not name the column die_count, which comes behind flag_status");
+    EXPECT_EQ(names("manufacturer_name,", ""), "line 2 does not name the column manufacturer_name, which comes first");
+    EXPECT_EQ(names("ini,", "ini,page_byte,"), "line 2 names a column page_byte that no record has");
+    EXPECT_EQ(names("ini,", "ini,INI,"), "line 2 names a column twice");
+}
+
+TEST(check_options, HintsAtTheCellFromWhichALineIsOutOfStep) {
+    const auto row = [](const std::string& from, const std::string& to) {
+        return hint_for(FLASH_SOURCE().row().replace(FLASH_SOURCE::FIRST_ROW_LINE, from, to).text());
+    };
+    EXPECT_EQ(row("FALSE, 0x18", "0x18"),
+              "line 9: \"0x18\" stands where silicon_id is expected: a cell is missing there or before it");
+    EXPECT_EQ(row("Maker", "My Maker"),
+              "line 9: \"CHIP\" stands where silicon_id is expected: there is a cell too many there or before it");
+    EXPECT_EQ(row(", 3.3V", ""), "line 9: all cells up to sdm_support fit their columns: what follows is missing");
+    EXPECT_EQ(row("3.3V", "3.3V yes"),
+              "line 9: all cells up to asc_voltage fit their columns: what follows is too much");
+    EXPECT_EQ(row("NONE", "NONE, NONE"),
+              "line 9: \"NONE\" stands where extended_mode is expected: there is a cell too many there or before it");
+}
+
+TEST(check_options, HintsAtALineWithoutCells) {
+    EXPECT_EQ(hint_for(GOOD + " ,, ,\n"), "line 10 has separators and no cell");
+}
+
+TEST(check_options, HintsAtALineThatTheHeaderHasLost) {
+    std::string text = GOOD;
+    const std::size_t third = text.find('\n', text.find('\n') + 1) + 1;
+    text.erase(third, text.find('\n', third) + 1 - third);
+    EXPECT_EQ(hint_for(text), "line 7 sets the rows apart from the header: a line above it is missing");
+}
+
+TEST(check_options, HintsAtTheCellOfAProfile) {
+    std::string text = read_file(std::string(TEST_DATA_DIR) + "/dev_info/pgm_dev_info.csv");
+    const auto hint = [](const std::string& table) {
+        const SCRATCH scratch;
+        const PROCESS_RESULT result = run_command({"--json", "profile", "check", scratch.write("p.csv", table)});
+        return json_of(result.output).at("hints").at(0).get<std::string>();
+    };
+    const std::size_t name = text.find("cfg_dev,");
+    EXPECT_EQ(hint(text.substr(0, name) + text.substr(name + 8)),
+              "line 2 does not name the column cfg_dev, which comes behind skip_fbgen");
+    const std::size_t row = text.find("\nGENERIC,") + 1;
+    EXPECT_TRUE(
+        hint(text.substr(0, row) + "," + text.substr(row)).ends_with("there is a cell too many there or before it"));
 }
 
 TEST(check_options, HintsAtAFileThatIsNoText) {

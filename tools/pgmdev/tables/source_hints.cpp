@@ -10,6 +10,9 @@
 
 #include "files/database.h"
 #include "files/file_bytes.h"
+#include "pgmdev_dev_info.h"
+#include "pgmdev_sfl_flash_info.h"
+#include "tables/column_hints.h"
 #include "terminal/standard_error.h"
 #include "text_lines.h"
 
@@ -85,25 +88,41 @@ bool is_of_form(const PGMDEV_TABLE_FAULT& fault) {
     return fault.severity == PGMDEV_TABLE_FAULT::SEVERITY::FAULT && (fault.column == 0 || fault.row.empty());
 }
 
-/// What a noun calls its own: a packed database, and a table by the first name in its second line.
+/// What a noun calls its own: a packed database, and a table, which is known by the first name in its second line.
 struct FILES_OF_NOUN {
     const DATABASE_KIND& database;
-    std::string_view first_name;
+    HINTED_TABLE table;
+
+    std::string_view first_name() const { return table.columns.front().name; }
 };
-const std::array ALL_FILES{FILES_OF_NOUN{FLASH_DATABASE_KIND, "manufacturer_name"},
-                           FILES_OF_NOUN{PROFILE_DATABASE_KIND, "family"}};
+
+HINTED_TABLE hinted_table(const auto& members, bool keeps_empty) {
+    HINTED_TABLE table{{}, keeps_empty};
+    for (const auto& member : members) {
+        table.columns.push_back({member.name, member.kind});
+    }
+    return table;
+}
+
+const std::vector<FILES_OF_NOUN>& all_files() {
+    static const std::vector<FILES_OF_NOUN> ALL{
+        {FLASH_DATABASE_KIND, hinted_table(PGMDEV_SFL_FLASH_MEMBERS, false)},
+        {PROFILE_DATABASE_KIND, hinted_table(PGMDEV_DEVICE_INFO_MEMBERS, true)}};
+    return ALL;
+}
 
 /// That the file is of another kind; "" when it is not known to be.
 std::string other_kind(std::string_view text, const std::string& noun) {
     const std::size_t end = text.find('\n');
     const std::string_view second = end == std::string_view::npos ? "" : text.substr(end + 1);
     const std::string_view name = second.substr(0, second.find_first_of(", \t\r\n"));
-    for (const auto& [database, first_name] : ALL_FILES) {
-        if (text.starts_with(database.magic)) {
-            return fmt::format("this is a packed database, no source table: see pgmdev {} dump --csv", database.noun);
+    for (const FILES_OF_NOUN& files : all_files()) {
+        if (text.starts_with(files.database.magic)) {
+            return fmt::format("this is a packed database, no source table: see pgmdev {} dump --csv",
+                               files.database.noun);
         }
-        if (database.noun != noun && name == first_name) {
-            return fmt::format("this is a {0} table: see pgmdev {0} check", database.noun);
+        if (files.database.noun != noun && name == files.first_name()) {
+            return fmt::format("this is a {0} table: see pgmdev {0} check", files.database.noun);
         }
     }
     return "";
@@ -134,6 +153,13 @@ std::vector<std::string> hints_at_causes(const std::string& csv_file, const std:
     for (const HINT& hint : HINTS) {
         if (hint.applies(text)) {
             hints.emplace_back(hint.text);
+        }
+    }
+    for (const FILES_OF_NOUN& files : all_files()) {
+        if (hints.empty() && files.database.noun == noun) {
+            if (std::optional<std::string> hint = hint_at_columns(text, files.table, faults)) {
+                hints.push_back(std::move(*hint));
+            }
         }
     }
     return hints;

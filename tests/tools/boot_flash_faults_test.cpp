@@ -77,17 +77,19 @@ const std::vector<TABLE_DAMAGE> ROW_DAMAGES{
     {"SurplusCell", "nand.csv", "1, 241, 4096", "1, 241, 4096, 5, 6", "nand.csv:8:15: expected 3 cells, found 5\n"},
     {"CommaAtTheEnd", "nand.csv", "1, 241, 4096", "1, 241, 4096,", "nand.csv:8:14: expected 3 cells, found 4\n"},
     {"EmptyNumber", "nand.csv", "1, 241, 4096", "1,  , 4096",
-     "nand.csv:8:5: device_id \"\" is not a number from 0 to 4294967295, decimal or hexadecimal behind 0x\n"},
+     "nand.csv:8:5: device_id \"\" is not a number from 0 to 255, decimal or hexadecimal behind 0x\n"},
     {"NumberWithText", "nand.csv", "1, 241, 4096", "1, 24l, 4096",
-     "nand.csv:8:4: device_id \"24l\" is not a number from 0 to 4294967295, decimal or hexadecimal behind 0x\n"},
+     "nand.csv:8:4: device_id \"24l\" is not a number from 0 to 255, decimal or hexadecimal behind 0x\n"},
     {"NoHexadecimalDigit", "nand.csv", "1, 241, 4096", "0x, 241, 4096",
-     "nand.csv:8:1: manufacturer_id \"0x\" is not a number from 0 to 4294967295, decimal or hexadecimal behind 0x\n"},
+     "nand.csv:8:1: manufacturer_id \"0x\" is not a number from 0 to 255, decimal or hexadecimal behind 0x\n"},
     {"NegativeNumber", "nand.csv", "1, 241, 4096", "-1, 241, 4096",
-     "nand.csv:8:1: manufacturer_id \"-1\" is not a number from 0 to 4294967295, decimal or hexadecimal behind 0x\n"},
+     "nand.csv:8:1: manufacturer_id \"-1\" is not a number from 0 to 255, decimal or hexadecimal behind 0x\n"},
     {"NumberAboveItsRange", "spi.csv", "FALSE, 6, 7, 0xFF", "FALSE, 6, 7, 256",
      "spi.csv:5:85: read_opcode \"256\" is not a number from 0 to 255, decimal or hexadecimal behind 0x\n"},
+    {"IdentificationOfMoreThanAByte", "nand.csv", "1, 241, 4096", "0x1EC, 241, 4096",
+     "nand.csv:8:1: manufacturer_id \"0x1EC\" is not a number from 0 to 255, decimal or hexadecimal behind 0x\n"},
     {"NumberBelowItsRange", "spi.csv", "0xFFFFFF, 0,", "0, 0,",
-     "spi.csv:5:23: silicon_id_mask \"0\" is not a number from 1 to 4294967295, decimal or hexadecimal behind 0x\n"},
+     "spi.csv:5:23: silicon_id_mask \"0\" is not a number from 1 to 16777215, decimal or hexadecimal behind 0x\n"},
     {"NumberAboveItsType", "spi.csv", "101", "0x100000000",
      "spi.csv:4:57: bulk_erase_time \"0x100000000\" is not a number from 0 to 4294967295, decimal or hexadecimal "
      "behind 0x\n"},
@@ -108,7 +110,7 @@ const std::vector<TABLE_DAMAGE> ROW_DAMAGES{
     {"DeviceBehindOneThatMatchesMore", "spi.csv", "68, 255, 4096", "0, 0, 4096",
      "spi.csv:5:13: the device of this row is never found: the row at spi.csv:4:13 matches it and comes first\n"},
     {"SeveralAtOnce", "nand.csv", "0x2C, 0x68, 0x100000000\n1, 241, 4096", "0x2C, x, 3\n1\n0x1FF, 241, 4096, 1",
-     "nand.csv:7:7: device_id \"x\" is not a number from 0 to 4294967295, decimal or hexadecimal behind 0x\n"
+     "nand.csv:7:7: device_id \"x\" is not a number from 0 to 255, decimal or hexadecimal behind 0x\n"
      "nand.csv:7:10: device_byte_size \"3\" is not a power of two\n"
      "nand.csv:8:2: expected 3 cells, found 1\n"
      "nand.csv:9:19: expected 3 cells, found 4\n"},

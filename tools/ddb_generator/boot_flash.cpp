@@ -34,6 +34,14 @@ struct IDENTITY {
 constexpr std::array<IDENTITY, 2> NAND_IDENTITY{{{"manufacturer_id", ""}, {"device_id", ""}}};
 constexpr std::array<IDENTITY, 2> SPI_IDENTITY{{{"silicon_id", "silicon_id_mask"}, {"ext_id", "ext_id_mask"}}};
 
+/// What tells devices apart is as long as flash answers it, as the headers of the tables state. Users' own may be longer.
+constexpr std::array BUILT_IN_CHECKS{
+    FIELD_CHECK{"manufacturer_id", false, 0, 0xFF},
+    FIELD_CHECK{"device_id", false, 0, 0xFF},
+    FIELD_CHECK{"silicon_id", false, 1, 0xFFFFFF},
+    FIELD_CHECK{"silicon_id_mask", false, 1, 0xFFFFFF},
+};
+
 constexpr bool checks_name_members(const auto& members, const auto& checks) {
     return std::all_of(checks.begin(), checks.end(), [&](const FIELD_CHECK& check) {
         return std::any_of(members.begin(), members.end(),
@@ -89,7 +97,8 @@ public:
         for (const auto& member : members) {
             m_columns.push_back({member.name, VALUE_TYPES[member.type()].name});
             m_types.push_back(member.type());
-            m_checks.push_back(field_check(checks, member.name));
+            const FIELD_CHECK built_in = field_check(BUILT_IN_CHECKS, member.name);
+            m_checks.push_back(built_in.highest != NO_LIMIT ? built_in : field_check(checks, member.name));
         }
     }
 

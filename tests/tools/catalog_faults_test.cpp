@@ -27,7 +27,8 @@ const std::vector<TABLE_DAMAGE> FAMILY_DAMAGES{
      "ordering-codes.txt:2: ordering name \"FIN1F100C6\" is not known\n"
      "ordering-codes.txt:2: ordering name \"FIN1LF100C6\" is not known\n"},
     {"Number", "families.txt", "2  Robin  NONE", "2  Robin  NONE\n72 Wren NONE",
-     "families.txt:4: family number \"72\" is not a number from 1 to 71\n"},
+     "families.txt:4: family number \"72\" is not a number from 1 to 71: for more, raise DEV_FAMILY_GENERIC and "
+     "DEV_FAMILY_MAX in host/h/dstr.h\n"},
     {"NumberWithText", "families.txt", "2  Robin  NONE", "2  Robin  NONE\n3x Wren NONE",
      "families.txt:4: family number \"3x\" is not a number from 1 to 71\n"},
     {"Order", "families.txt", "2  Robin  NONE", "2  Robin  NONE\n1 Wren NONE",
@@ -74,6 +75,10 @@ const std::vector<TABLE_DAMAGE> DEVICE_DAMAGES{
      "devices.txt:8: expected 5 columns (device NUMBER NAME FAMILY PROGRAMMER-PART), found 4\n"},
     {"Number", "devices.txt", "device 9 ROBIN-2 Robin -\n", "device 0 ROBIN-3 Robin -\ndevice 9 ROBIN-2 Robin -\n",
      "devices.txt:8: device number \"0\" is not a number from 1 to 989\n"},
+    {"NumberTooHigh", "devices.txt", "device 9 ROBIN-2 Robin -\n",
+     "device 990 ROBIN-3 Robin -\ndevice 9 ROBIN-2 Robin -\n",
+     "devices.txt:8: device number \"990\" is not a number from 1 to 989: for more, raise DEV_DEVICE_GENERIC and "
+     "DEV_DEVICE_MAX in host/h/dstr.h\n"},
     {"Order", "devices.txt", "device 9 ROBIN-2 Robin -", "device 1 ROBIN-2 Robin -",
      "devices.txt:8: device number 1 comes after 2: keep the file sorted\n"},
     {"NameTwice", "devices.txt", "device 9 ROBIN-2 Robin -\n", "device 8 Robin-1 Robin -\ndevice 9 ROBIN-2 Robin -\n",
@@ -146,9 +151,10 @@ const std::vector<TABLE_DAMAGE> ORDERING_CODE_DAMAGES{
      "ordering-codes.txt:3: expected 2 columns (INDEX NAMES), found 3\n"
      "ordering-codes.txt:4: ordering name \"ROB4F100I7\" is not known\n"},
     {"Index", "ordering-codes.txt", "9 ROB3F100I7", "20 ROB3F100I7",
-     "ordering-codes.txt:3: ordering-code index \"20\" is not a number from 0 to 19\n"},
+     "ordering-codes.txt:3: ordering-code index \"20\" is not a number from 0 to 19: for more, raise \"entries\"\n"},
     {"IndexRunsOut", "ordering-codes.txt", "9 ROB3F100I7", "19 ROB{3F100I7,2C6}",
-     "ordering-codes.txt:3: ordering-code index 20 of \"ROB2C6\" is beyond the list, which ends at 19\n"},
+     "ordering-codes.txt:3: ordering-code index 20 of \"ROB2C6\" is beyond the list, which ends at 19: for more, raise "
+     "\"entries\"\n"},
     {"Order", "ordering-codes.txt", "9 ROB3F100I7", "4 ROB3F100I7",
      "ordering-codes.txt:3: ordering-code index 4 comes after 4: keep the file sorted\n"},
     {"Name", "ordering-codes.txt", "9 ROB3F100I7", "9 ROB4F100I7",
@@ -207,6 +213,22 @@ TEST(CatalogFaultsTogether, AByteOrderMarkIsNone) {
                     "\xEF\xBB\xBF"
                     "C6");
     EXPECT_EQ(catalog.faults(), "");
+}
+
+TEST(CatalogFaultsTogether, FormsInWhichOtherProgramsSaveTexts) {
+    const auto fault = [](const std::string& text) {
+        SMALL_CATALOG catalog;
+        catalog.set("grades.txt", text);
+        const std::string faults = catalog.faults();
+        return faults.substr(0, faults.find('\n'));
+    };
+    EXPECT_EQ(fault(std::string("\xFF\xFE"
+                                "C\0006\0 \0",
+                                8)),
+              "grades.txt: is UTF-16: save it as UTF-8");
+    EXPECT_EQ(fault("\xFE\xFF"), "grades.txt: is UTF-16: save it as UTF-8");
+    EXPECT_EQ(fault("# grades\rC6 6 COMMERCIAL\r"),
+              "grades.txt: has lines that end at carriage returns alone: save it with line feeds");
 }
 
 TEST(CatalogFaultsTogether, MissingFile) {

@@ -48,7 +48,8 @@ void CATALOG_READER::read_device(const SOURCE_ROW& row) {
     if (!has_columns(row, "device NUMBER NAME FAMILY PROGRAMMER-PART", m_faults)) {
         return;
     }
-    const auto number = read_number(row, 1, "device number", 1, DEV_DEVICE_GENERIC - 1, m_faults);
+    const auto number = read_number(row, 1, "device number", 1, DEV_DEVICE_GENERIC - 1, m_faults,
+                                    ": for more, raise DEV_DEVICE_GENERIC and DEV_DEVICE_MAX in host/h/dstr.h");
     const auto family = m_family_names.find(row.cells[3], row.place, m_faults);
     const bool programmable = row.cells[4] != NOTHING;
     const bool named = check(row, 2, "device") && (!programmable || check(row, 4, "programmer part"));

@@ -13,6 +13,7 @@ constexpr int MAX_PINS = 100000;
 
 /// A longer list of ordering codes is a slip of the pen.
 constexpr int MAX_ORDERING_ENTRIES = 1 << 24;
+constexpr const char* RAISE_ENTRIES = ": for more, raise \"entries\"";
 
 }  // namespace
 
@@ -40,7 +41,8 @@ void CATALOG_READER::read_families(const std::filesystem::path& path) {
         if (!has_columns(row, "NUMBER NAME PROGRAMMER-FAMILY", m_faults)) {
             continue;
         }
-        const auto number = read_number(row, 0, "family number", 1, DEV_FAMILY_GENERIC - 1, m_faults);
+        const auto number = read_number(row, 0, "family number", 1, DEV_FAMILY_GENERIC - 1, m_faults,
+                                        ": for more, raise DEV_FAMILY_GENERIC and DEV_FAMILY_MAX in host/h/dstr.h");
         const std::string& programmer_family = row.cells[2];
         const bool named = check(row, 1, "family") &&
                            (programmer_family == NO_PROGRAMMER_FAMILY || check(row, 2, "programmer family"));
@@ -112,7 +114,7 @@ bool CATALOG_READER::read_ordering_entries(const SOURCE_ROW& row) {
 
 void CATALOG_READER::read_ordering_code(const SOURCE_ROW& row) {
     const int last = m_catalog.ordering_entries - 1;
-    const auto first_index = read_number(row, 0, "ordering-code index", 0, last, m_faults);
+    const auto first_index = read_number(row, 0, "ordering-code index", 0, last, m_faults, RAISE_ENTRIES);
     if (!first_index) {
         return;
     }
@@ -135,7 +137,7 @@ void CATALOG_READER::read_ordering_code(const SOURCE_ROW& row) {
                          "\"" + name + "\" already has the ordering code " + std::to_string(part.ordering_index));
         } else if (index > last) {
             m_faults.add(row.place, "ordering-code index " + std::to_string(index) + " of \"" + name +
-                                        "\" is beyond the list, which ends at " + std::to_string(last));
+                                        "\" is beyond the list, which ends at " + std::to_string(last) + RAISE_ENTRIES);
         } else {
             part.ordering_index = index;
             part.ordering_place = row.place;

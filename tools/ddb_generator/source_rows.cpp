@@ -23,6 +23,15 @@ bool is_name_character(char c) {
            std::string_view("_-.+").find(c) != std::string_view::npos;
 }
 
+/// How a program has saved a text whose lines are none here; null when it has not.
+const char* foreign_form(std::string_view text) {
+    if (text.starts_with("\xFF\xFE") || text.starts_with("\xFE\xFF")) {
+        return "is UTF-16: save it as UTF-8";
+    }
+    const bool has_lines = text.find('\n') != std::string_view::npos || text.find('\r') == std::string_view::npos;
+    return has_lines ? nullptr : "has lines that end at carriage returns alone: save it with line feeds";
+}
+
 std::vector<std::string> cells_of(const std::string& line) {
     constexpr const char* SEPARATORS = " \t\r\v\f";
     const std::size_t end = std::min(line.find(COMMENT), line.size());
@@ -41,6 +50,10 @@ std::optional<std::vector<std::string>> read_lines(const std::filesystem::path& 
     std::string text;
     if (read_whole_file(path, LARGEST_SOURCE, FILE_KINDS::REGULAR, text) != READ_RESULT::READ) {
         faults.add({path.generic_string()}, "cannot be read");
+        return std::nullopt;
+    }
+    if (const char* form = foreign_form(text)) {
+        faults.add({path.generic_string()}, form);
         return std::nullopt;
     }
     std::vector<std::string> lines;
@@ -72,15 +85,16 @@ bool has_columns(const SOURCE_ROW& row, const std::string& columns, FAULTS& faul
 }
 
 std::optional<int> read_number(const SOURCE_ROW& row, std::size_t cell, const char* what, int lowest, int highest,
-                               FAULTS& faults) {
+                               FAULTS& faults, const char* to_have_more) {
     const std::string& text = row.cells[cell];
     int number = 0;
     const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
-    if (error == std::errc() && end == text.data() + text.size() && number >= lowest && number <= highest) {
+    const bool is_number = error == std::errc() && end == text.data() + text.size();
+    if (is_number && number >= lowest && number <= highest) {
         return number;
     }
     faults.add(row.place, std::string(what) + " \"" + text + "\" is not a number from " + std::to_string(lowest) +
-                              " to " + std::to_string(highest));
+                              " to " + std::to_string(highest) + (is_number && number > highest ? to_have_more : ""));
     return std::nullopt;
 }
 

@@ -30,9 +30,10 @@ std::vector<SOURCE_ROW> read_rows(const std::filesystem::path& path, FAULTS& fau
 /// Whether the row has as many cells as `columns`, which names them, has words.
 bool has_columns(const SOURCE_ROW& row, const std::string& columns, FAULTS& faults);
 
-/// The cell as a decimal number from `lowest` to `highest`; `what` names it in the fault.
+/// The cell as a decimal number from `lowest` to `highest`; `what` names it in the fault, and `to_have_more` what to do about
+/// a number that is too high.
 std::optional<int> read_number(const SOURCE_ROW& row, std::size_t cell, const char* what, int lowest, int highest,
-                               FAULTS& faults);
+                               FAULTS& faults, const char* to_have_more = "");
 
 /// Whether a text can be a name: letters, digits and "_-.+", not too long, and none of the words with a meaning of
 /// their own.

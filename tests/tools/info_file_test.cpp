@@ -56,7 +56,9 @@ TEST(info_file, TellsWhatWasCompiledFromWhat) {
                   sha256(read_file(compiled.csv)) +
                   "\n"
                   "records = 1\n"
-                  "payload_size = 118\n"
+                  "payload_size = " +
+                  std::to_string(flash_reference::data_row_payload_size()) +
+                  "\n"
                   "compiled_by = pgmdev 1.0.0\n");
 }
 
@@ -64,13 +66,14 @@ TEST(info_file, VerifyTellsTheOrigin) {
     const COMPILED compiled;
     const PROCESS_RESULT result = run_command({"--json", "flash", "verify", compiled.pcf});
     EXPECT_EQ(result.exit_code, DONE) << result.errors;
-    EXPECT_EQ(json_of(result.output).at("compiled_from"), (JSON{{"database", "out.pcf"},
-                                                                {"database_sha256", sha256(read_file(compiled.pcf))},
-                                                                {"source", "table.csv"},
-                                                                {"source_sha256", sha256(read_file(compiled.csv))},
-                                                                {"records", 1},
-                                                                {"payload_size", 118},
-                                                                {"compiled_by", "pgmdev 1.0.0"}}));
+    EXPECT_EQ(json_of(result.output).at("compiled_from"),
+              (JSON{{"database", "out.pcf"},
+                    {"database_sha256", sha256(read_file(compiled.pcf))},
+                    {"source", "table.csv"},
+                    {"source_sha256", sha256(read_file(compiled.csv))},
+                    {"records", 1},
+                    {"payload_size", flash_reference::data_row_payload_size()},
+                    {"compiled_by", "pgmdev 1.0.0"}}));
     EXPECT_EQ(compiled.origin().at("outcome"), "passed");
 }
 

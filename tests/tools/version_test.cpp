@@ -1,4 +1,5 @@
 #include "command_fixture.h"
+#include "pgmdev/profiles/fixture.h"
 #include "pgmdev_version.h"
 
 // pgmdev --version.
@@ -9,9 +10,11 @@ TEST(version, IsToldToPeople) {
     EXPECT_EQ(result.errors, "");
     const std::string text = PGMDEV_VERSION::library();
     EXPECT_EQ(result.output, "pgmdev " + text + "\nlibrary           " + text + "\ncatalog           " +
-                                 PGMDEV_VERSION::catalog() +
-                                 "\nflash database    stamp e58bc25311bf5303874d34bcafcaa4c1, body version 1"
-                                 "\nprofile database  stamp 6d91639bb2165ce50a6e050711c1137f, body version 1"
+                                 PGMDEV_VERSION::catalog() + "\nflash database    stamp " + flash_reference::STAMP +
+                                 ", body version 1"
+                                 "\nprofile database  stamp " +
+                                 dev_info_reference::STAMP +
+                                 ", body version 1"
                                  "\nSPI flash list    stamp 9095cbfc6f5b69d3eb5d625df882a316"
                                  "\nNAND flash list   stamp 79b884d001a0760b19c475920183ef66\n");
 }
@@ -21,8 +24,8 @@ TEST(version, IsToldToPrograms) {
                         {"library", PGMDEV_VERSION::library()},
                         {"catalog", PGMDEV_VERSION::catalog()},
                         {"formats",
-                         {{"flash_database", {{"stamp", "e58bc25311bf5303874d34bcafcaa4c1"}, {"body_version", 1}}},
-                          {"profile_database", {{"stamp", "6d91639bb2165ce50a6e050711c1137f"}, {"body_version", 1}}},
+                         {{"flash_database", {{"stamp", flash_reference::STAMP}, {"body_version", 1}}},
+                          {"profile_database", {{"stamp", dev_info_reference::STAMP}, {"body_version", 1}}},
                           {"hps_spi_block", {{"stamp", "9095cbfc6f5b69d3eb5d625df882a316"}}},
                           {"hps_nand_block", {{"stamp", "79b884d001a0760b19c475920183ef66"}}}}}};
     for (const std::vector<std::string>& arguments :

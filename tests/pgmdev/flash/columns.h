@@ -5,6 +5,7 @@
 
 #include <array>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "pgmdev_sfl_flash_info.h"
@@ -89,6 +90,15 @@ inline constexpr std::array COLUMNS{
 
 inline constexpr std::size_t MEMBERS = COLUMNS.size();
 static_assert(MEMBERS == 33);
+
+/// The place of a column. One of a name that there is not does not compile.
+consteval std::size_t column_of(std::string_view name) {
+    std::size_t place = 0;
+    while (name != COLUMNS.at(place).name) {
+        ++place;
+    }
+    return place;
+}
 
 /// Bytes of a record whose texts are empty, with its end marker.
 inline std::size_t empty_record_size() {

@@ -185,14 +185,15 @@ TEST_F(FlashDamage, ABombIsBoundedByWhatTheFileStates) {
 
 TEST_F(FlashDamage, ABombHasTheCountsOfADatabaseOrIsNotInflated) {
     constexpr QWORD SIZE = QWORD{16} << 20;
+    constexpr std::size_t MEMBERS = flash_reference::MEMBERS;  // each takes two bytes at least
     const auto load_counts = [this](unsigned long records, unsigned long members) {
         const std::string head = ref::le32(1) + ref::le32(records) + ref::le32(members);
         return load(ref::head() + ref::le32(SIZE) + ref::deflated_with_zeros(head, SIZE) + "cc");
     };
-    EXPECT_EQ(load_counts(0, 33), "m_flash_count > 0 && m_type_count > 0");
+    EXPECT_EQ(load_counts(0, MEMBERS), "m_flash_count > 0 && m_type_count > 0");
     EXPECT_EQ(load_counts(1, 0), "m_flash_count > 0 && m_type_count > 0");
-    EXPECT_EQ(load_counts(SIZE / 66 + 1, 33), "index < data_size");
-    EXPECT_EQ(load_counts(SIZE / 66, 33), "type == PGMDEV_MANAGER_STRING");
+    EXPECT_EQ(load_counts(SIZE / (2 * MEMBERS) + 1, MEMBERS), "index < data_size");
+    EXPECT_EQ(load_counts(SIZE / (2 * MEMBERS), MEMBERS), "type == PGMDEV_MANAGER_STRING");
 }
 
 TEST_F(FlashDamage, ManyRecordsThatDeflateShortensMuchMayStateAnyMemberCount) {

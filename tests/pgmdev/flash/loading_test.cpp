@@ -49,7 +49,7 @@ TEST_F(FlashLoading, KeepsEveryMember) {
     ASSERT_EQ(manager.get_flash_count(), 1U);
     EXPECT_EQ(manager.get_flash_database()[0], ref::sample());
     EXPECT_EQ(manager.m_version, 1U);
-    EXPECT_EQ(manager.m_type_count, 33U);
+    EXPECT_EQ(manager.m_type_count, flash_reference::MEMBERS);
     EXPECT_EQ(manager.m_device_count, 2U);
     EXPECT_EQ(manager.m_ini_count, 0U);
     EXPECT_EQ(manager.m_device_to_flash_map[0], 0xFFFFFFFF);
@@ -258,7 +258,7 @@ TEST_F(FlashLoading, CopiesShareTheirArraysAndTheLastOwnerFreesThem) {
     first.reset();
     EXPECT_EQ(third.sfl_get_device_name(0), "SAMPLE");
     EXPECT_EQ(second.m_version, 1U);
-    EXPECT_EQ(second.m_type_count, 33U);
+    EXPECT_EQ(second.m_type_count, flash_reference::MEMBERS);
 }
 
 TEST_F(FlashLoading, AssignmentReplacesWhatTheManagerHeld) {

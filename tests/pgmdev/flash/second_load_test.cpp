@@ -45,7 +45,7 @@ TEST_F(FlashSecondLoad, ASecondLoadThatFailsLeavesWhatWasLoaded) {
         ASSERT_EQ(manager.get_flash_database(), records);
         EXPECT_EQ(manager.get_flash_count(), 2U);
         EXPECT_EQ(manager.m_version, 1U);
-        EXPECT_EQ(manager.m_type_count, 33U);
+        EXPECT_EQ(manager.m_type_count, flash_reference::MEMBERS);
         EXPECT_EQ(manager.m_ini_count, 0U);
         EXPECT_EQ(manager.sfl_get_device_name(0), "B");
     }

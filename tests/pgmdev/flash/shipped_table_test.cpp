@@ -80,7 +80,7 @@ TEST(ShippedFlashTable, ItsPayloadIsTheSourceCellByCell) {
     ASSERT_GE(rows.size(), 293U);
     std::string payload = ref::le32(1) + ref::le32(rows.size()) + ref::le32(ref::MEMBERS);
     for (const ROW& row : rows) {
-        ASSERT_EQ(row.size(), 33U);
+        ASSERT_EQ(row.size(), ref::MEMBERS);
         for (const auto& [member, type] : MEMBERS) {
             payload += packed(type, row.at(member));
         }

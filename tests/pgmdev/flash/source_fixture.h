@@ -49,6 +49,11 @@ inline PGMDEV_SFL_FLASH_INFO record_of_data_row() {
     return r;
 }
 
+/// Bytes of the payload of a table with that row: head and end marker, members, and the texts of four of them.
+inline std::size_t data_row_payload_size() {
+    return 16 + empty_record_size() + std::string("MakerCHIPNONE3.3V").size();
+}
+
 /// The payload of a packed file, read as plainly as possible.
 inline std::string payload_of(const std::string& path) {
     const std::string file = read_file(path);

@@ -16,10 +16,17 @@ namespace ref = flash_reference;
 using ref::CELLS;
 using SEVERITY = PGMDEV_TABLE_FAULT::SEVERITY;
 
-constexpr std::size_t DEVICE_NAME = 1, SILICON = 2, ID = 3, ID_INDEX = 4, TYPE = 5, TYPE_INDEX = 6, MFC = 7,
-                      MFC_INDEX = 8, DEFAULT = 10, INI = 11, DIES = 18, BITS = 19, SECTOR = 20, BYTE4 = 22, BULK = 23,
-                      SECTOR_TIME = 24, PROGRAM = 25, PROTECT = 27, UNPROTECT = 28, DIVISION = 29, BOTTOM = 30,
-                      VOLTAGE = 32;
+constexpr std::size_t DEVICE_NAME = ref::column_of("device_name"), SILICON = ref::column_of("silicon_id"),
+                      ID = ref::column_of("memory_id"), ID_INDEX = ref::column_of("memory_id_index"),
+                      TYPE = ref::column_of("memory_type"), TYPE_INDEX = ref::column_of("memory_type_index"),
+                      MFC = ref::column_of("mfc_id"), MFC_INDEX = ref::column_of("mfc_id_index"),
+                      DEFAULT = ref::column_of("default_dev"), INI = ref::column_of("ini"),
+                      DIES = ref::column_of("die_count"), BITS = ref::column_of("device_bit_size"),
+                      SECTOR = ref::column_of("device_sector_byte"), BYTE4 = ref::column_of("byte4_addressing"),
+                      BULK = ref::column_of("bulk_erase_time"), SECTOR_TIME = ref::column_of("sec_erase_time"),
+                      PROGRAM = ref::column_of("program_utime"), PROTECT = ref::column_of("protection_value"),
+                      UNPROTECT = ref::column_of("unprotect_value"), DIVISION = ref::column_of("protection_division"),
+                      BOTTOM = ref::column_of("bottom_value"), VOLTAGE = ref::column_of("asc_voltage");
 
 CELLS chip(const std::string& name, const std::string& id) {
     return ref::row_with(ID, id, ref::row_with(DEVICE_NAME, name));
@@ -50,7 +57,7 @@ TEST_F(FlashTable, ATableWithoutFault) {
     const PGMDEV_FLASH_TABLE table = check({ref::data_row()});
     EXPECT_EQ(found(table), PLACES{});
     EXPECT_FALSE(table.has_faults());
-    EXPECT_EQ(table.payload_size(), 118U);
+    EXPECT_EQ(table.payload_size(), ref::data_row_payload_size());
     ASSERT_EQ(table.records().size(), 1U);
     EXPECT_EQ(table.records()[0].memory_type, 0xBA);
     EXPECT_TRUE(table.records()[0].flag_status);
@@ -103,8 +110,9 @@ TEST_F(FlashTable, FindsAllFaultsOfTheFormatInLineOrder) {
     EXPECT_EQ(count.expected, std::to_string(flash_reference::MEMBERS) +
                                   " cells, this line has 2 (cells end at blanks, tabs and commas)");
     EXPECT_EQ(table.faults()[8].expected, "a number: decimal, or hexadecimal after 0x, up to 0xFFFFFFFF");
-    EXPECT_EQ(table.faults()[7].expected, std::to_string(flash_reference::MEMBERS) +
-                                              " cells, this line has 34 (cells end at blanks, tabs and commas)");
+    EXPECT_EQ(table.faults()[7].expected, std::to_string(flash_reference::MEMBERS) + " cells, this line has " +
+                                              std::to_string(flash_reference::MEMBERS + 1) +
+                                              " (cells end at blanks, tabs and commas)");
     EXPECT_EQ(table.faults()[0].expected, "the type bool");
     EXPECT_EQ(table.faults()[1].expected, "the member name memory_id");
 }

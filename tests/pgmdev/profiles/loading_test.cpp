@@ -67,7 +67,7 @@ TEST_F(DevInfoLoading, TheConstructorLoadsTheDatabaseOfTheDirectory) {
     DEV_INFO_PROBE manager(false);
     EXPECT_EQ(manager.m_version, 1U);
     EXPECT_EQ(manager.m_device_count, 78U);
-    EXPECT_EQ(manager.m_type_count, 86U);
+    EXPECT_EQ(manager.m_type_count, ref::MEMBERS);
     EXPECT_EQ(manager.m_csv_memory_size, ref::records(m_rows).size());
     for (std::size_t row = 0; row < m_rows.size(); ++row) {
         const std::vector<std::string> values = ref::values(manager.get_device_database()[row]);
@@ -83,7 +83,7 @@ TEST_F(DevInfoLoading, TheConstructorLoadsTheDatabaseOfTheDirectory) {
 TEST_F(DevInfoLoading, NamesAndKindsOfTheMembers) {
     const std::map<std::string, int> kinds{{"DEVID_ENUM", 0}, {"DEVID_STR", 1}, {"STL_STRING", 2}, {"bool", 3},
                                            {"BYTE", 4},       {"WORD", 5},      {"DWORD", 6},      {"ENUM", 7}};
-    ASSERT_EQ(PGMDEV_DEVICE_INFO_MEMBERS.size(), 86U);
+    ASSERT_EQ(PGMDEV_DEVICE_INFO_MEMBERS.size(), ref::MEMBERS);
     for (std::size_t i = 0; i < ref::MEMBERS; ++i) {
         EXPECT_EQ(DEV_INFO_PROBE::m_db_name_list[i], ref::COLUMNS[i].name);
         EXPECT_EQ(PGMDEV_DEVICE_INFO_MEMBERS[i].name, ref::COLUMNS[i].name);

@@ -11,6 +11,8 @@ import zipfile
 
 import pytest
 
+import pgmdev
+
 PROGRAM = """
 import json, pgmdev
 shown = pgmdev.flash.show("W25Q64FV")
@@ -28,7 +30,7 @@ print(json.dumps({
 
 @pytest.fixture(scope="module")
 def wheel() -> pathlib.Path:
-    (wheel,) = pathlib.Path(os.environ["PGMDEV_WHEELS"]).glob("*.whl")
+    (wheel,) = pathlib.Path(os.environ["PGMDEV_WHEELS"]).glob(f"pgmdev-{pgmdev.__version__}-*.whl")
     return wheel
 
 

@@ -19,7 +19,11 @@ run(said ${EMULATOR} ${binary_in_c}/consumer_in_c${SUFFIX})
 expect("the consumer in C said" "${said}" "${consumer_in_c_says}")
 
 # A version that this one does not stand for is refused, for that reason.
-foreach(version 0.9 1.1 2.0)
+string(REGEX MATCH "^([0-9]+)\\.([0-9]+)" own_version "${VERSION}")
+math(EXPR major_before "${CMAKE_MATCH_1} - 1")
+math(EXPR minor_behind "${CMAKE_MATCH_2} + 1")
+math(EXPR major_behind "${CMAKE_MATCH_1} + 1")
+foreach(version ${major_before}.9 ${CMAKE_MATCH_1}.${minor_behind} ${major_behind}.0)
   configure_project("version ${version}" "find_package(pgmdev ${version} CONFIG REQUIRED)"
     "-Dpgmdev_DIR=${INSTALLED}/${CMAKE_PACKAGE_DIR}")
   if(configured OR NOT errors MATCHES "compatible[ \n]+with[ \n]+requested")

@@ -65,7 +65,7 @@ constexpr std::array CALLS{
     FIRST_CALL{"DeviceDatabases",
                [] { return text_of(ends_with(gen_get_device_db_fullpath(), "share/tessary/devices")); }, "true"},
     FIRST_CALL{"Module", [] { return text_of(gen_get_module_path().empty()); }, "false"},
-    FIRST_CALL{"Version", [] { return PGMDEV_VERSION::library(); }, "1.0.0"},
+    FIRST_CALL{"Version", [] { return PGMDEV_VERSION::library(); }, TEST_PROJECT_VERSION},
     FIRST_CALL{"Digest",
                [] {
                    const std::unique_ptr<BYTE[]> digest(PGM_COMMON::get_block_sha("abc", 3, 32));

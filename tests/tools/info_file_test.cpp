@@ -4,6 +4,7 @@
 #include "command_fixture.h"
 #include "flash_source.h"
 #include "pgm_common.h"
+#include "pgmdev_version.h"
 
 // The text beside a packed database.
 
@@ -59,7 +60,8 @@ TEST(info_file, TellsWhatWasCompiledFromWhat) {
                   "payload_size = " +
                   std::to_string(flash_reference::data_row_payload_size()) +
                   "\n"
-                  "compiled_by = pgmdev 1.0.0\n");
+                  "compiled_by = pgmdev " +
+                  PGMDEV_VERSION::library() + "\n");
 }
 
 TEST(info_file, VerifyTellsTheOrigin) {
@@ -73,7 +75,7 @@ TEST(info_file, VerifyTellsTheOrigin) {
                     {"source_sha256", sha256(read_file(compiled.csv))},
                     {"records", 1},
                     {"payload_size", flash_reference::data_row_payload_size()},
-                    {"compiled_by", "pgmdev 1.0.0"}}));
+                    {"compiled_by", "pgmdev " + PGMDEV_VERSION::library()}}));
     EXPECT_EQ(compiled.origin().at("outcome"), "passed");
 }
 

@@ -45,7 +45,8 @@ TEST_F(FlashIniInfo, TellsTheDigestOfWhatWasWritten) {
     EXPECT_EQ(m_directory.info(),
               "container = pgm_flash.ini\n"
               "container_sha256 = 93af926f31664d00831e943f53c6745fbc53fd4e94c141dfdcaa6286c47dc383\n"
-              "written_by = pgmdev 1.0.0\n");
+              "written_by = pgmdev " +
+                  PGMDEV_VERSION::library() + "\n");
     EXPECT_FALSE(is_doubted());
     ASSERT_TRUE(FLASH_INI_DIRECTORY::write(2, "more"));
     EXPECT_EQ(m_directory.info(), ref::info(m_directory.file()));

@@ -7,6 +7,7 @@
 #include <string>
 
 #include "pgm_common.h"
+#include "pgmdev_version.h"
 
 namespace ini_reference {
 
@@ -22,8 +23,8 @@ inline std::string digest(const std::string& bytes) {
 
 /// The text of a container, at the time when it replaces another one or behind that.
 inline std::string info(const std::string& container, const std::string& replaced = "") {
-    return "container = pgm_flash.ini\ncontainer_sha256 = " + digest(container) + "\nwritten_by = pgmdev 1.0.0\n" +
-           (replaced.empty() ? "" : "replaces_sha256 = " + digest(replaced) + "\n");
+    return "container = pgm_flash.ini\ncontainer_sha256 = " + digest(container) + "\nwritten_by = pgmdev " +
+           PGMDEV_VERSION::library() + "\n" + (replaced.empty() ? "" : "replaces_sha256 = " + digest(replaced) + "\n");
 }
 
 /// Whether a container has no text, or one that tells of it.

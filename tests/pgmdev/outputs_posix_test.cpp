@@ -1,10 +1,12 @@
 #include "pgmdev/outputs.h"
 
+#include <fcntl.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <array>
+#include <atomic>
 #include <thread>
 
 // Compiling into what is no regular file, and into files that cannot be replaced.
@@ -29,8 +31,16 @@ TEST_F(Outputs, APipeReceivesTheDatabase) {
     ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
     for (const COMPILE& compile : compilers()) {
         std::string received;
-        std::thread reader([&] { received = read_file(pipe); });
+        std::atomic<bool> is_read{false};
+        std::thread reader([&] {
+            received = read_file(pipe);
+            is_read = true;
+        });
         EXPECT_REPORT(compile(pipe), "(no report)");
+        while (!is_read) {  // whoever has not opened the pipe leaves its reader waiting
+            ::close(::open(pipe.c_str(), O_WRONLY | O_NONBLOCK));
+            std::this_thread::yield();
+        }
         reader.join();
         EXPECT_TRUE(received == expected(compile));
         EXPECT_TRUE(fs::is_fifo(pipe));

@@ -220,6 +220,8 @@ TEST(check_options, HintsAtTheCellOfAProfile) {
     const std::size_t row = text.find("\nGENERIC,") + 1;
     EXPECT_TRUE(
         hint(text.substr(0, row) + "," + text.substr(row)).ends_with("there is a cell too many there or before it"));
+    EXPECT_EQ(hint(text.substr(0, row + 8) + " " + text.substr(row + 8)),
+              "line 4, column 9: a blank ends a cell as a comma does: leave it out");
 }
 
 TEST(check_options, HintsAtAFileThatIsNoText) {

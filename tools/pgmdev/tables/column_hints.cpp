@@ -15,6 +15,7 @@ using CELLS = std::vector<std::string>;
 struct LINE {
     DWORD number = 0;
     CELLS cells;
+    std::size_t blank = 0;  ///< where a blank or tab stands between two cells, from 1; 0: nowhere
 };
 
 /// The lines that are not empty, as the library splits them.
@@ -25,7 +26,9 @@ std::vector<LINE> lines_of(std::string_view text, bool keeps_empty) {
     for_each_line(text, [&](std::string_view whole) {
         ++number;
         if (const std::string line = gen_remove_leading_and_trailing_white_spaces(std::string(whole)); !line.empty()) {
-            lines.push_back({number, tokenizer.tokenize(line)});
+            const std::size_t blank = line.find_first_of(" \t");
+            lines.push_back(
+                {number, tokenizer.tokenize(line), blank == std::string::npos ? 0 : whole.find(line) + blank + 1});
         }
     });
     return lines;
@@ -109,6 +112,10 @@ std::optional<std::string> hint_at_columns(std::string_view text, const HINTED_T
     }
     if (line->cells.size() == 1 && line->cells[0].find_first_not_of('-') == std::string::npos) {
         return fmt::format("line {} sets the rows apart from the header: a line above it is missing", line->number);
+    }
+    if (table.keeps_empty && line->blank != 0 && line->cells.size() > table.columns.size()) {
+        return fmt::format("line {}, column {}: a blank ends a cell as a comma does: leave it out", line->number,
+                           line->blank);
     }
     return hint_at_cells(*line, table.columns);
 }

@@ -81,6 +81,7 @@ fi
 passed="$root/build/asan/sources_that_passed"
 digest=$(sha256sum .clang-tidy cmake/check_sources.sh "${sources[@]}" | sha256sum)
 if [ "$(cat "$passed" 2>/dev/null)" != "$digest" ]; then
+    configure_preset asan ON                    # ./test has done it; whoever has not run that need not
     ninja -C build/asan build.ninja >/dev/null  # the tree may be older than the list of sources
     database asan
     # Not what the build generates, which is not there yet.

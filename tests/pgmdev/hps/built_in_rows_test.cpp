@@ -71,7 +71,8 @@ std::vector<std::string> served() {
 void expect_first(const std::vector<std::string>& rows, const std::vector<std::string>& known) {
     ASSERT_GE(rows.size(), known.size());
     for (std::size_t i = 0; i < known.size(); ++i) {
-        EXPECT_EQ(rows[i], printed_line(words_of(known[i]))) << i;
+        EXPECT_EQ(rows[i], printed_line(words_of(known[i])))
+            << "row " << i << ": programs and users know rows by their index, so new ones go to the end";
     }
 }
 

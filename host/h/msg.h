@@ -8,7 +8,7 @@
 ///
 /// What happens then is the host's choice. The reference host writes one line to standard error and throws
 /// MSG_INTERNAL_ERROR_EXCEPTION; a program may install a handler of its own. Handlers and sinks are set while no other
-/// thread is using the library.
+/// thread is using the library. One that is being called may install another: it lives until it has returned.
 
 #include <functional>
 #include <stdexcept>

@@ -4,6 +4,7 @@
 #include <climits>
 #include <cstdarg>
 #include <cstdio>
+#include <memory>
 #include <utility>
 
 #include "cfg.h"
@@ -34,23 +35,49 @@ void log_and_throw(const MSG_INTERNAL_ERROR_REPORT& report) {
     throw MSG_INTERNAL_ERROR_EXCEPTION(report);
 }
 
+/// A function that a program installs. While it is called it may install another one: it lives until it has returned.
+template <class FUNCTION>
+class INSTALLED {
+public:
+    explicit operator bool() const { return m_function != nullptr; }
+
+    template <class... ARGUMENTS>
+    void call(const ARGUMENTS&... arguments) const {
+        const std::shared_ptr<FUNCTION> called = m_function;
+        (*called)(arguments...);
+    }
+
+    /// Installs another one, or none, and returns the one that was; of one that is being called, a copy.
+    FUNCTION exchange(FUNCTION function) {
+        std::shared_ptr<FUNCTION> next = function ? std::make_shared<FUNCTION>(std::move(function)) : nullptr;
+        const std::shared_ptr<FUNCTION> previous = std::exchange(m_function, std::move(next));
+        if (previous == nullptr) {
+            return {};
+        }
+        return previous.use_count() == 1 ? std::move(*previous) : *previous;
+    }
+
+private:
+    std::shared_ptr<FUNCTION> m_function;  ///< null: none
+};
+
 struct RECEIVERS {
-    MSG_INTERNAL_ERROR::HANDLER errors;
-    MSG_DEBUG_SINK debug_messages;
+    INSTALLED<MSG_INTERNAL_ERROR::HANDLER> errors;
+    INSTALLED<MSG_DEBUG_SINK> debug_messages;
 };
 
 // Found by a report that is made while other static objects are still being built, or are being destroyed.
-MSG_INTERNAL_ERROR::HANDLER& error_handler() {
+INSTALLED<MSG_INTERNAL_ERROR::HANDLER>& error_handler() {
     return lasting<RECEIVERS>().errors;
 }
 
-MSG_DEBUG_SINK& debug_sink() {
+INSTALLED<MSG_DEBUG_SINK>& debug_sink() {
     return lasting<RECEIVERS>().debug_messages;
 }
 
 void hand_over(const MSG_INTERNAL_ERROR_REPORT& report) {
     if (error_handler()) {
-        error_handler()(report);
+        error_handler().call(report);
     } else {
         log_and_throw(report);
     }
@@ -84,11 +111,11 @@ void MSG_INTERNAL_ERROR::report_varg(const char* module, const char* file, int l
 }
 
 MSG_INTERNAL_ERROR::HANDLER MSG_INTERNAL_ERROR::set_handler(HANDLER handler) {
-    return std::exchange(error_handler(), std::move(handler));
+    return error_handler().exchange(std::move(handler));
 }
 
 bool msg_is_debug_on(const char* /*logger*/, int level) {
-    return debug_sink() || level <= debug_level();
+    return static_cast<bool>(debug_sink()) || level <= debug_level();
 }
 
 void msg_local_vdebug(const char* logger, int level, const char* format, ...) {
@@ -100,12 +127,12 @@ void msg_local_vdebug(const char* logger, int level, const char* format, ...) {
     const std::string text = format_text(format, arguments);
     va_end(arguments);
     if (debug_sink()) {
-        debug_sink()(logger, level, text);
+        debug_sink().call(std::string(logger), level, text);
     } else {
         std::fprintf(stderr, "%s debug %d: %s\n", logger, level, printable_lines(text).c_str());
     }
 }
 
 MSG_DEBUG_SINK msg_set_debug_sink(MSG_DEBUG_SINK sink) {
-    return std::exchange(debug_sink(), std::move(sink));
+    return debug_sink().exchange(std::move(sink));
 }

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <memory>
 #include <string>
 #include <tuple>
 #include <vector>
@@ -93,6 +94,48 @@ TEST(msg_internal_error, SetHandlerReturnsThePreviousOne) {
     EXPECT_EQ(calls, "bab");
 }
 
+namespace {
+
+/// What a receiver has, as long as it lives; looked at without it.
+std::weak_ptr<int> g_of_receiver;
+bool g_lived = false;
+
+std::shared_ptr<int> of_receiver() {
+    const auto made = std::make_shared<int>(1);
+    g_of_receiver = made;
+    g_lived = false;
+    return made;
+}
+
+}  // namespace
+
+// As one does that is only to hear the first report.
+TEST(msg_internal_error, AHandlerThatInstallsAnotherOneLivesUntilItHasReturned) {
+    std::string calls;
+    const auto outermost = MSG_INTERNAL_ERROR::set_handler(
+        [&calls](const MSG_INTERNAL_ERROR_REPORT& report) { calls += "outer " + report.condition; });
+    const auto outer = MSG_INTERNAL_ERROR::set_handler([has = of_receiver()](const MSG_INTERNAL_ERROR_REPORT&) {
+        MSG_INTERNAL_ERROR::set_handler({});
+        g_lived = !g_of_receiver.expired();
+    });
+    MSG_INTERNAL_ERROR::report("first", "M", "f", 1);
+    EXPECT_TRUE(g_lived);
+    EXPECT_TRUE(g_of_receiver.expired());
+    outer({"called", "", "", 0});
+    MSG_INTERNAL_ERROR::set_handler(outermost);
+    EXPECT_EQ(calls, "outer called");
+}
+
+TEST(msg_internal_error, AHandlerKeepsWhatItCounts) {
+    int last = 0;
+    const auto outermost = MSG_INTERNAL_ERROR::set_handler(
+        [&last, count = 0](const MSG_INTERNAL_ERROR_REPORT&) mutable { last = ++count; });
+    MSG_INTERNAL_ERROR::report("x", "M", "f", 1);
+    MSG_INTERNAL_ERROR::report("x", "M", "f", 1);
+    MSG_INTERNAL_ERROR::set_handler(outermost);
+    EXPECT_EQ(last, 2);
+}
+
 TEST(msg_internal_error, ExceptionCarriesTheReport) {
     const MSG_INTERNAL_ERROR_EXCEPTION error({"condition", "module", "file", 5});
     MSG_INTERNAL_ERROR_EXCEPTION copy({"", "", "", 0});
@@ -165,6 +208,20 @@ TEST(msg_debug, SetSinkReturnsThePreviousOne) {
     }
     msg_local_vdebug("M", 1, "outer");
     EXPECT_EQ(outer.all(), (std::vector<MESSAGE>{{"M", 1, "outer"}}));
+}
+
+TEST(msg_debug, ASinkThatInstallsAnotherOneLivesUntilItHasReturned) {
+    const MESSAGES outer;
+    MSG_DEBUG_SINK previous = msg_set_debug_sink([has = of_receiver()](const std::string&, int, const std::string&) {
+        msg_set_debug_sink({});
+        g_lived = !g_of_receiver.expired();
+    });
+    msg_local_vdebug("M", 1, "first");
+    msg_set_debug_sink(std::move(previous));
+    EXPECT_TRUE(g_lived);
+    EXPECT_TRUE(g_of_receiver.expired());
+    msg_local_vdebug("M", 1, "second");
+    EXPECT_EQ(outer.all(), (std::vector<MESSAGE>{{"M", 1, "second"}}));
 }
 
 TEST(msg_debug, TellsWhetherAMessageGoesAnywhere) {

@@ -117,7 +117,8 @@ public:
 };
 
 /// Keeps other writers of the container out, threads and processes, from a reading to the writing that follows from it, so
-/// that neither undoes what the other has done. A thread that has it may write, and may take it again.
+/// that neither undoes what the other has done. A thread that has it may write, and may take it again; it has it until the
+/// last of these goes. A process that is forked meanwhile does not have it.
 ///
 /// It is advisory: the writers of this class wait for it, and other programs that ask for it as they do
 /// (docs/reliability.md). The system takes it back when its holder ends, however that comes about.
@@ -129,7 +130,7 @@ public:
     PGMDEV_FLASH_INI_LOCK(const PGMDEV_FLASH_INI_LOCK&) = delete;
     PGMDEV_FLASH_INI_LOCK& operator=(const PGMDEV_FLASH_INI_LOCK&) = delete;
 
-    /// False when it was not to be had all the time. True also where the file system has no locks, and nothing keeps
+    /// False when it was not to be had all the time, and of the copy that a fork has made. True also where the file system has no locks, and nothing keeps
     /// others out.
     bool is_held() const noexcept;
 

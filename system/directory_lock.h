@@ -22,6 +22,9 @@ public:
     /// directory has none to give.
     bool is_refused() const noexcept { return m_refused; }
 
+    /// Whether this is what a fork has copied, which is no lock. False where there is no fork.
+    bool is_copy() const noexcept;
+
 private:
     static constexpr std::intptr_t NONE = -1;
 

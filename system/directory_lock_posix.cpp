@@ -47,9 +47,13 @@ DIRECTORY_LOCK::DIRECTORY_LOCK(const std::filesystem::path& directory, std::chro
     }
 }
 
+bool DIRECTORY_LOCK::is_copy() const noexcept {
+    return m_process != ::getpid();
+}
+
 DIRECTORY_LOCK::~DIRECTORY_LOCK() {
     if (m_handle != NONE) {
-        if (m_process == ::getpid()) {
+        if (!is_copy()) {
             ::flock(static_cast<int>(m_handle), LOCK_UN);  // a forked process may still have the descriptor open
         }
         ::close(static_cast<int>(m_handle));

@@ -38,6 +38,10 @@ DIRECTORY_LOCK::DIRECTORY_LOCK(const std::filesystem::path& directory, std::chro
     }
 }
 
+bool DIRECTORY_LOCK::is_copy() const noexcept {
+    return false;
+}
+
 DIRECTORY_LOCK::~DIRECTORY_LOCK() {
     if (m_handle != NONE) {
         CloseHandle(reinterpret_cast<HANDLE>(m_handle));  // NOLINT(performance-no-int-to-ptr): what a handle is

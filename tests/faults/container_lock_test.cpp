@@ -134,6 +134,35 @@ TEST_F(ContainerLock, NobodyWaitsForLongerThanTenSeconds) {
     EXPECT_EQ(FLASH_INI_DIRECTORY::read(1), "old");
 }
 
+/// Whether somebody has the lock of the directory.
+bool is_locked(const SCRATCH& scratch) {
+    return DIRECTORY_LOCK(scratch.directory(), std::chrono::milliseconds(0)).is_refused();
+}
+
+TEST_F(ContainerLock, IsGivenBackWithTheLastOneThatAThreadHas) {
+    auto first = std::make_unique<PGMDEV_FLASH_INI_LOCK>();
+    auto second = std::make_unique<PGMDEV_FLASH_INI_LOCK>();
+    first.reset();
+    EXPECT_TRUE(second->is_held());
+    EXPECT_TRUE(is_locked(m_directory.scratch()));
+    const auto third = std::make_unique<PGMDEV_FLASH_INI_LOCK>();
+    std::thread([&second] { second.reset(); }).join();
+    EXPECT_TRUE(third->is_held());
+    EXPECT_TRUE(is_locked(m_directory.scratch()));
+    EXPECT_TRUE(FLASH_INI_DIRECTORY::write(1, "mine"));
+}
+
+TEST_F(ContainerLock, AProcessForkedMeanwhileHasNone) {
+    const PGMDEV_FLASH_INI_LOCK lock;
+    ASSERT_TRUE(lock.is_held());
+    expect_good_end(started([&lock] {
+        const FAST_CLOCK clock;
+        return !lock.is_held() && !PGMDEV_FLASH_INI_LOCK().is_held() && !FLASH_INI_DIRECTORY::write(1, "forked");
+    }));
+    EXPECT_EQ(FLASH_INI_DIRECTORY::read(1), std::nullopt);
+    EXPECT_TRUE(FLASH_INI_DIRECTORY::write(1, "mine"));
+}
+
 TEST_F(ContainerLock, TheCommandTellsThatAnotherIsAtIt) {
     const HOLDER other;
     const FAST_CLOCK clock;
@@ -176,11 +205,6 @@ TEST_F(ContainerLock, CommandsAtTheSameMomentAddAnEntryEach) {
     const std::unique_ptr<BYTE[]> block(PGMDEV_FLASH_INI::read_flash_ini_data(PGMDEV_FLASH_INI_HPS_NAND, size));
     constexpr DWORD STAMP_AND_RECORDS = 32 + WRITERS * (4 + 4 + 8);
     EXPECT_EQ(size, STAMP_AND_RECORDS);
-}
-
-/// Whether somebody has the lock of the directory.
-bool is_locked(const SCRATCH& scratch) {
-    return DIRECTORY_LOCK(scratch.directory(), std::chrono::milliseconds(0)).is_refused();
 }
 
 // As an interpreter makes them that starts workers by forking, whatever its other threads have just locked.

@@ -146,3 +146,19 @@ TEST(gen_path, WithoutDataTheInstallationIsWhereTheyWouldBe) {
     EXPECT_EQ(installed_answers(probe, {"install", "module"}),
               line(root / "share" / "tessary") + line(root / LIBRARIES));
 }
+
+#if !defined(_WIN32)
+
+// A library that was looked for from the current directory is where it was, whatever that is by now.
+TEST(gen_path, StaysWhereItWasLoadedFrom) {
+    const SCRATCH scratch;
+    const fs::path root = scratch.directory() / "somewhere";
+    const std::string probe = installed_probe(root);
+    fs::create_directories(root / "share" / "tessary");
+    fs::create_directories(scratch.directory() / "elsewhere");
+    const PROCESS_RESULT result = run_process(
+        {{probe, "enter", scratch.path("elsewhere"), "install", "module"}, "", {{"LD_LIBRARY_PATH", LIBRARIES}}, root});
+    EXPECT_EQ(result.output, line(root / "share" / "tessary") + line(root / LIBRARIES)) << result.errors;
+}
+
+#endif

@@ -6,6 +6,7 @@
 
 #include <cstdio>
 #include <deque>
+#include <filesystem>
 #include <fstream>
 #include <functional>
 #include <map>
@@ -46,6 +47,7 @@ const std::map<std::string, std::function<void(ARGUMENTS&)>> OPERATIONS{
          const std::string key = next(a);
          cfg_set_value(key, next(a));
      }},
+    {"enter", [](ARGUMENTS& a) { std::filesystem::current_path(next(a)); }},
     {"write-file",
      [](ARGUMENTS& a) {
          const std::string path = next(a);

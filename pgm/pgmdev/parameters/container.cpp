@@ -59,8 +59,8 @@ enum class CONTAINER_STATE {
 class CONTAINER_FILE {
 public:
     /// `further` is a block besides those that this version writes that may be read.
-    explicit CONTAINER_FILE(DWORD further = 0)
-        : m_file(fio_get_unc_full_path(container_path())), m_further_index(further), m_state(examine()) {}
+    explicit CONTAINER_FILE(const std::string& path, DWORD further = 0)
+        : m_file(fio_get_unc_full_path(path)), m_further_index(further), m_state(examine()) {}
 
     CONTAINER_STATE state() const { return m_state; }
 
@@ -264,7 +264,7 @@ struct COLLECTED {
 /// What the file is to hold, of which it has the other blocks already. Nothing when it is not to be written; the debug
 /// channel says why. The file is closed afterwards: on Windows, one that is open is not replaced.
 std::optional<COLLECTED> collect_blocks(const std::string& path, DWORD which, const BLOCK& changed) {
-    CONTAINER_FILE container;
+    CONTAINER_FILE container(path);
     const CONTAINER_STATE state = container.state();
     if (state == CONTAINER_STATE::UNREADABLE || (state != CONTAINER_STATE::ABSENT && is_protected(path))) {
         refuse_to_write(path, "the file that is there cannot be read and written");
@@ -316,8 +316,9 @@ bool replace_block(const std::string& path, DWORD which, const BLOCK& changed) {
 
 BYTE* PGMDEV_FLASH_INI::read_flash_ini_data(PGMDEV_FLASH_INI_ENUM which, DWORD& size) {
     size = 0;
-    auto block = CONTAINER_FILE(which).read(which, size);
-    tell_doubts(container_path(), CONTAINER_DIGEST_KEY);
+    const std::string path = container_path();
+    auto block = CONTAINER_FILE(path, which).read(which, size);
+    tell_doubts(path, CONTAINER_DIGEST_KEY);
     return block.release();
 }
 

@@ -1,5 +1,6 @@
 #include <filesystem>
 #include <fstream>
+#include <thread>
 
 #include "pgmdev/parameters/fixture.h"
 #include "support/debug_messages.h"
@@ -253,6 +254,25 @@ TEST(FlashIniContainer, DirectoryWithAnotherAlphabet) {
     const MODULE_DIRECTORY directory(std::string(name.begin(), name.end()));
     EXPECT_TRUE(FLASH_INI_DIRECTORY::write(0, "data"));
     EXPECT_EQ(FLASH_INI_DIRECTORY::read(0), "data");
+}
+
+TEST(FlashIniContainer, BlocksOfOneDirectoryNeverComeIntoAnother) {
+    const SCRATCH one;
+    const SCRATCH other;
+    for (const SCRATCH* each : {&one, &other}) {
+        const MODULE_DIRECTORY directory(each->directory().string());
+        ASSERT_TRUE(FLASH_INI_DIRECTORY::write(1, each == &one ? "of one" : "of the other"));
+    }
+    const MODULE_DIRECTORY directory(one.directory().string());
+    auto lock = std::make_unique<PGMDEV_FLASH_INI_LOCK>();
+    std::thread writer([] { EXPECT_TRUE(FLASH_INI_DIRECTORY::write(0, "new")); });
+    std::this_thread::sleep_for(std::chrono::milliseconds(100));  // it mostly waits for the lock by now
+    const MODULE_DIRECTORY meanwhile(other.directory().string());
+    lock.reset();
+    writer.join();
+    EXPECT_EQ(FLASH_INI_DIRECTORY::read(1), "of the other");
+    const MODULE_DIRECTORY again(one.directory().string());
+    EXPECT_EQ(FLASH_INI_DIRECTORY::read(1), "of one");
 }
 
 }  // namespace

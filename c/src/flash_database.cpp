@@ -1,14 +1,11 @@
 #include "flash_database.h"
 
 #include <algorithm>
-#include <filesystem>
-#include <system_error>
 
 #include "gen.h"
 #include "member_tables.h"
 #include "pgmdev_flash_table.h"
 #include "table_faults.h"
-#include "utf8_path.h"
 
 LOADED_FLASH::LOADED_FLASH(const std::string& path) : PGMDEV_FLASH_MANAGER(false, 0, true, false) {
     initialize_flash_database(FIO_PATH(path));
@@ -18,14 +15,6 @@ LOADED_FLASH::LOADED_FLASH(const std::string& path) : PGMDEV_FLASH_MANAGER(false
 }
 
 namespace {
-
-/// The same file also when the current directory is another one. A path that stands for none stays as it is, for opening it
-/// to tell what is wrong.
-std::string absolute(const std::string& path) {
-    std::error_code error;
-    const std::filesystem::path whole = std::filesystem::absolute(path_from_utf8(path), error);
-    return error ? path : utf8_from_path(whole);
-}
 
 pgmdev_records faults_of(const PGMDEV_FLASH_NOTES& notes) {
     pgmdev_records faults = no_faults();
@@ -40,7 +29,7 @@ pgmdev_records faults_of(const PGMDEV_FLASH_NOTES& notes) {
 }  // namespace
 
 pgmdev_flash_database::pgmdev_flash_database(const std::string& path)
-    : file(absolute(path)),
+    : file(FIO_PATH(path).fullpath()),
       loaded(path),
       notes(PGMDEV_FLASH_NOTES::beside_database(path)),
       index(loaded.all().data(), static_cast<DWORD>(loaded.all().size())),

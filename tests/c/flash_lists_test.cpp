@@ -221,3 +221,18 @@ TEST(CFlashLists, ThreadsThatAskFirstGetTheSame) {
     EXPECT_EQ(lists, std::vector<const pgmdev_records*>(THREADS, lists[0]));
     EXPECT_EQ(groups, std::vector<std::size_t>(THREADS, std::size_t{6} * 20));
 }
+
+#if defined(_WIN32)
+
+TEST(CFlashLists, AreBesideADatabaseWhosePathIsFreeOfTheLengthLimit) {
+    const SCRATCH scratch;
+    const std::string file = scratch.write("flash.pcf", read_file(INSTALLED));
+    scratch.write("flash.pcf.aliases.csv", "alias,device_name,reason\nANOTHER,W25Q64JV,alike\n");
+    C_FLASH flash;
+    const std::string verbatim = R"(\\?\)" + file;
+    EXPECT_EQ(pgmdev_flash_open(verbatim.c_str(), flash.place(), nullptr), PGMDEV_STATUS_OK);
+    std::size_t record = 0;
+    EXPECT_EQ(pgmdev_flash_find_any(flash, "another", &record, nullptr, nullptr), PGMDEV_STATUS_OK);
+}
+
+#endif

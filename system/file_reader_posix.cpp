@@ -14,7 +14,7 @@ FILE_READER::FILE_READER(const std::filesystem::path& path, FILE_KINDS kinds) {
         descriptor = ::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NOCTTY | wait);
     } while (descriptor < 0 && errno == EINTR);
     if (descriptor < 0) {
-        m_absent = errno == ENOENT;
+        m_absent = errno == ENOENT || errno == ENOTDIR;  // or what should be a directory above it is a file
         return;
     }
     struct stat status {};

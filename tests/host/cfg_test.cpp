@@ -78,6 +78,17 @@ TEST(cfg, FileIsReadOnce) {
         "[first]\n[first]\n");
 }
 
+// As where HOME is /dev/null: looking it up again and again would take a thousand times as long.
+TEST(cfg, AFileBelowAFileIsMissing) {
+    const SCRATCH scratch;
+    const std::string file = scratch.write("home", "a file, not a directory");
+    const std::string below = scratch.path("home/tessary.conf");
+    EXPECT_EQ(host_answers({"value", "TESSARY_TEST", "make-directory", file, "write-file", below,
+                            "TESSARY_TEST = second\n", "value", "TESSARY_TEST"},
+                           {{FILE_VARIABLE, below}}),
+              "[]\n[]\n");
+}
+
 TEST(cfg, LinesOfTheFile) {
     struct CASE {
         const char* contents;

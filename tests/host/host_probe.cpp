@@ -17,6 +17,7 @@
 #include "gen.h"
 #include "msg.h"
 #include "program.h"
+#include "utf8_path.h"
 
 namespace {
 
@@ -47,7 +48,13 @@ const std::map<std::string, std::function<void(ARGUMENTS&)>> OPERATIONS{
          const std::string key = next(a);
          cfg_set_value(key, next(a));
      }},
-    {"enter", [](ARGUMENTS& a) { std::filesystem::current_path(next(a)); }},
+    {"enter", [](ARGUMENTS& a) { std::filesystem::current_path(path_from_utf8(next(a))); }},
+    {"make-directory",
+     [](ARGUMENTS& a) {
+         const std::filesystem::path path = path_from_utf8(next(a));
+         std::filesystem::remove(path);
+         std::filesystem::create_directory(path);
+     }},
     {"write-file",
      [](ARGUMENTS& a) {
          const std::string path = next(a);

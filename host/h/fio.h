@@ -56,7 +56,8 @@ HOST_EXPORT std::filesystem::path fio_get_unc_full_path(const std::string& path)
 /// and somebody replaces a file there. Nobody can read a temporary who may not read the file. A fault of the system that
 /// leaves open whether there is a file, or what it is, refuses it. Links of somebody else in a directory that everybody
 /// may write to are refused. An existing file keeps its permissions and its owner, and a symbolic link keeps pointing to
-/// the file it names (on Windows the file takes the permissions of its directory, and the link itself is replaced).
+/// the file it names (on Windows the file takes the permissions of its directory, and the link itself is replaced). Where
+/// the user may not give it its group, the group that it has then may do no more than everybody.
 ///
 /// Some files are opened and written by `commit` instead, in place and without a temporary file, so that readers may see
 /// a part of the contents:

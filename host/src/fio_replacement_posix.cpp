@@ -85,13 +85,24 @@ bool take_room(int descriptor, std::size_t size) {
     return false;
 }
 
+/// Permissions for a file that does not have the group for which these are: its own may do no more than everybody.
+mode_t without_group(mode_t mode) {
+    constexpr mode_t TO_GROUP = 3;  // bits from the place of everybody
+    return mode & ~(S_ISGID | (S_IRWXG & ~((mode & S_IRWXO) << TO_GROUP)));
+}
+
 /// Gives a new file the permissions and the owner of the one that it replaces, as far as the user may.
 bool resemble(int descriptor, const struct stat& existing) {
     if (::fchown(descriptor, existing.st_uid, existing.st_gid) != 0) {
         // Only root may give files away.
         [[maybe_unused]] const int given = ::fchown(descriptor, static_cast<uid_t>(-1), existing.st_gid);
     }
-    return ::fchmod(descriptor, existing.st_mode & 07777) == 0;
+    struct stat made {};
+    if (::fstat(descriptor, &made) != 0) {
+        return false;
+    }
+    const mode_t mode = existing.st_mode & 07777;
+    return ::fchmod(descriptor, made.st_gid == existing.st_gid ? mode : without_group(mode)) == 0;
 }
 
 }  // namespace

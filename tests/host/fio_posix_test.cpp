@@ -269,6 +269,39 @@ TEST(fio_posix, AFileKeepsItsOwner) {
     EXPECT_EQ(scratch.file_count(), 1U);
 }
 
+// What a group was allowed to do is not for another one.
+TEST(fio_posix, AGroupThatCannotBeKeptIsNotReplacedByAnother) {
+    if (::geteuid() != 0) {
+        GTEST_SKIP() << "only root makes files of groups that are not its own";
+    }
+    constexpr uid_t NOBODY = 65534;
+    constexpr gid_t STRANGERS = 12345;
+    const SCRATCH scratch;
+    const std::string file = scratch.write("directory/file", "old");
+    fs::permissions(scratch.path("directory"), fs::perms::all);
+    struct CASE {
+        mode_t before;
+        mode_t after;
+    };
+    for (const auto& [before, after] : {CASE{0640, 0600}, CASE{0664, 0644}, CASE{0646, 0646}, CASE{02775, 0755}}) {
+        ASSERT_EQ(::chown(file.c_str(), NOBODY, STRANGERS), 0);
+        ASSERT_EQ(::chmod(file.c_str(), before), 0);
+        EXPECT_TRUE(succeeds_without_privileges([&] { return replace(file, "new"); }));
+        struct stat status {};
+        ASSERT_EQ(::stat(file.c_str(), &status), 0);
+        EXPECT_EQ(status.st_uid, NOBODY);
+        EXPECT_NE(status.st_gid, STRANGERS);
+        EXPECT_EQ(status.st_mode & 07777, after);
+
+        ASSERT_EQ(::chown(file.c_str(), NOBODY, STRANGERS), 0);
+        ASSERT_EQ(::chmod(file.c_str(), before), 0);
+        EXPECT_TRUE(replace(file, "by root"));
+        ASSERT_EQ(::stat(file.c_str(), &status), 0);
+        EXPECT_EQ(status.st_gid, STRANGERS);
+        EXPECT_EQ(status.st_mode & 07777, before);
+    }
+}
+
 TEST(fio_posix, UnwritableDirectoryIsRefused) {
     const SCRATCH scratch;
     const std::string file = scratch.write("directory/file", "old");

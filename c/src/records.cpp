@@ -12,6 +12,8 @@
 
 namespace {
 
+constexpr pgmdev_value NO_VALUE{PGMDEV_KIND_NONE, 0, 0, "", 0};
+
 bool is_text(const DATUM& value) {
     return value.kind == PGMDEV_KIND_TEXT || value.kind == PGMDEV_KIND_ENUMERATOR;
 }
@@ -104,6 +106,7 @@ size_t pgmdev_records_member_count(const pgmdev_records* records) {
 pgmdev_status pgmdev_records_member(const pgmdev_records* records, size_t index, pgmdev_member* member,
                                     pgmdev_error** error) {
     return guarded(error, [&]() -> pgmdev_status {
+        hand_out(member, {});
         require_argument(index < opened(records).members.size(), "there is no member of that index");
         const MEMBER& found = records->members[index];
         hand_out(member, {0, found.name.c_str(), found.kind, found.bits, found.base, found.unit.c_str()});
@@ -127,7 +130,7 @@ pgmdev_status pgmdev_records_find_member(const pgmdev_records* records, const ch
 pgmdev_status pgmdev_records_value(const pgmdev_records* records, size_t record, size_t member, pgmdev_value* value,
                                    pgmdev_error** error) {
     return guarded(error, [&]() -> pgmdev_status {
-        emptied(value, {PGMDEV_KIND_NONE, 0, 0, "", 0});
+        emptied(value, NO_VALUE);
         *value = borrowed(opened(records).at(record, member));
         return PGMDEV_STATUS_OK;
     });
@@ -138,6 +141,7 @@ pgmdev_status pgmdev_records_values(const pgmdev_records* records, size_t record
     return guarded(error, [&]() -> pgmdev_status {
         require_argument(values != nullptr, "there is nothing that could receive the result");
         require_argument(count == opened(records).members.size(), "count is not that of the members");
+        std::fill_n(values, count, NO_VALUE);
         for (std::size_t i = 0; i < count; ++i) {
             values[i] = borrowed(records->at(record, i));
         }

@@ -264,6 +264,18 @@ TEST(CFailures, IndexesOutOfRangeAreStatuses) {
     EXPECT_EQ(pgmdev_records_value(kinds, 0, members, &value, nullptr), PGMDEV_STATUS_INVALID_ARGUMENT);
     EXPECT_EQ(pgmdev_records_value(kinds, SIZE_MAX, SIZE_MAX, &value, nullptr), PGMDEV_STATUS_INVALID_ARGUMENT);
     EXPECT_EQ(pgmdev_records_values(kinds, 0, &value, 1, nullptr), PGMDEV_STATUS_INVALID_ARGUMENT);
+    std::vector<pgmdev_value> values(members);
+    ASSERT_EQ(pgmdev_records_values(kinds, 0, values.data(), members, nullptr), PGMDEV_STATUS_OK);
+    EXPECT_EQ(pgmdev_records_values(kinds, count, values.data(), members, nullptr), PGMDEV_STATUS_INVALID_ARGUMENT);
+    for (const pgmdev_value& each : values) {
+        EXPECT_EQ(shown(each), "-");
+    }
+    pgmdev_member member{};
+    member.struct_size = sizeof member;
+    ASSERT_EQ(pgmdev_records_member(kinds, 0, &member, nullptr), PGMDEV_STATUS_OK);
+    EXPECT_EQ(pgmdev_records_member(kinds, members, &member, nullptr), PGMDEV_STATUS_INVALID_ARGUMENT);
+    EXPECT_EQ(member.name, nullptr);
+    EXPECT_EQ(member.base, 0U);
     EXPECT_EQ(pgmdev_records_number(kinds, 0, "no such member", &number, nullptr), PGMDEV_STATUS_INVALID_ARGUMENT);
     EXPECT_EQ(pgmdev_records_number(kinds, 0, "name", &number, nullptr), PGMDEV_STATUS_INVALID_ARGUMENT);
     EXPECT_EQ(number, 0U);

@@ -1,9 +1,11 @@
 #include "sfdp/area.h"
 
-#include "pgmdev_cell.h"
-
-std::string sfdp_hex(DWORD value) {
-    return pgmdev_cell(value, PGMDEV_NUMBER_BASE::BASE_16).substr(2);
+std::string sfdp_hex(QWORD value) {
+    std::string digits;
+    for (QWORD rest = value; rest != 0 || digits.size() < 2; rest >>= 4) {
+        digits.insert(digits.begin(), "0123456789ABCDEF"[rest & 0xF]);
+    }
+    return digits;
 }
 
 std::string SFDP_TABLE::name() const {

@@ -10,7 +10,7 @@
 #include "pgmdev_flash_sfdp.h"
 
 /// A number in hexadecimal digits, at least two: "0B", "100".
-std::string sfdp_hex(DWORD value);
+std::string sfdp_hex(QWORD value);
 
 /// The bits `high` to `low` of a double word.
 constexpr DWORD sfdp_bits(DWORD word, unsigned high, unsigned low) {

@@ -60,10 +60,9 @@ bool fits(const SFDP::SECTOR_MAP& map, const std::string& place, const SFDP::BAS
           SFDP_WARNINGS& warnings) {
     for (const SFDP::REGION& region : map.regions) {
         if (region.erase_types.empty()) {
-            warnings.push_back(place + ": nothing erases the region at " + sfdp_hex(static_cast<DWORD>(region.offset)) +
-                               "h");
+            warnings.push_back(place + ": nothing erases the region at " + sfdp_hex(region.offset) + "h");
         } else if (has_unknown_types(region, basic)) {
-            warnings.push_back(place + ": the region at " + sfdp_hex(static_cast<DWORD>(region.offset)) +
+            warnings.push_back(place + ": the region at " + sfdp_hex(region.offset) +
                                "h names an erase type that the basic table does not have");
         }
     }

@@ -118,8 +118,8 @@ std::vector<SFDP::HEADER> headers_of(BYTES bytes, SFDP_WARNINGS& warnings) {
         const std::size_t offset = HEADER_BYTES * (1 + i);
         if (bytes.size() < offset + HEADER_BYTES) {
             warnings.push_back("header " + std::to_string(i + 1) + " of " + std::to_string(count) + " at " +
-                               sfdp_hex(static_cast<DWORD>(offset)) + "h: the dump ends after " +
-                               in_bytes(bytes.size()) + "; no further header is read");
+                               sfdp_hex(offset) + "h: the dump ends after " + in_bytes(bytes.size()) +
+                               "; no further header is read");
             break;
         }
         headers.push_back(header_from(sfdp_word(bytes, offset), sfdp_word(bytes, offset + 4)));
@@ -145,7 +145,7 @@ std::optional<SFDP::REFUSAL> table_refusal(BYTES bytes, const SFDP::HEADER& head
     if (end > bytes.size()) {
         return SFDP::REFUSAL{static_cast<DWORD>(std::max<std::size_t>(bytes.size(), header.offset)), name,
                              "a dump of " + in_bytes(bytes.size()),
-                             std::to_string(header.words) + " words, up to " + sfdp_hex(static_cast<DWORD>(end)) + "h"};
+                             std::to_string(header.words) + " words, up to " + sfdp_hex(end) + "h"};
     }
     return std::nullopt;
 }

@@ -149,6 +149,12 @@ TEST(SfdpSectorMap, OddOnesAreNamed) {
                 ElementsAre("sector map table at 58h: no map is marked as the last one; the table ends them"));
     EXPECT_THAT(with_map({0xFF0000FF, 0x00FFFFF0}).warnings(),
                 ElementsAre("sector map table at 58h word 1 (map 0): nothing erases the region at 00h"));
+    EXPECT_THAT(with_map({0xFF0100FF, 0xFFFFFF00, 0xFFFFFF08}).warnings(),
+                ElementsAre("sector map table at 58h word 1 (map 0): nothing erases the region at 00h",
+                            "sector map table at 58h word 1 (map 0): the region at 100000000h names an erase type that "
+                            "the basic table does not have",
+                            "sector map table at 58h word 1 (map 0): its regions end at 8589934592 bytes, the chip has "
+                            "16777216; it is not used"));
     EXPECT_THAT(with_map({0xFF0000FF, 0x00FFFFF9}).warnings(),
                 ElementsAre("sector map table at 58h word 1 (map 0): the region at 00h names an erase type that the "
                             "basic table does not have"));

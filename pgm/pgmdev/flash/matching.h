@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <array>
+#include <compare>
 #include <span>
 
 #include "pgmdev_sfl_flash_info.h"

@@ -4,6 +4,7 @@
 #include <tuple>
 #include <utility>
 
+#include "flash/matching.h"
 #include "flash/source.h"
 #include "gen.h"
 #include "packed/format.h"
@@ -186,18 +187,13 @@ void check_defaults(const std::vector<ROW>& rows, const FAULT_SINK& sink) {
     }
 }
 
-/// What a row compares: pairs of an index and the value expected there.
-std::vector<std::pair<BYTE, BYTE>> comparisons(const RECORD& record) {
-    std::vector<std::pair<BYTE, BYTE>> pairs{{record.memory_id_index, record.memory_id}};
-    if (!record.silicon_id) {
-        if (record.memory_type_index != NONE) {
-            pairs.emplace_back(record.memory_type_index, record.memory_type);
-        }
-        pairs.emplace_back(record.mfc_id_index, record.mfc_id);
-    }
-    std::sort(pairs.begin(), pairs.end());
-    pairs.erase(std::unique(pairs.begin(), pairs.end()), pairs.end());
-    return pairs;
+/// What a row compares, by position; what it compares twice, once.
+std::vector<FLASH_COMPARISON> comparisons(const RECORD& record) {
+    const FLASH_COMPARISONS all(record);
+    std::vector<FLASH_COMPARISON> sorted(all.begin(), all.end());
+    std::sort(sorted.begin(), sorted.end());
+    sorted.erase(std::unique(sorted.begin(), sorted.end()), sorted.end());
+    return sorted;
 }
 
 /// Rows of which an earlier one matches every response that a later one matches, whenever that is enabled, have this in
@@ -205,7 +201,7 @@ std::vector<std::pair<BYTE, BYTE>> comparisons(const RECORD& record) {
 struct WINNING {
     bool silicon_id;
     std::string enabled_by;  ///< "": always
-    std::vector<std::pair<BYTE, BYTE>> comparisons;
+    std::vector<FLASH_COMPARISON> comparisons;
 
     bool operator<(const WINNING& other) const {
         return std::tie(silicon_id, enabled_by, comparisons) <

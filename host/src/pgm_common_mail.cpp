@@ -1,6 +1,7 @@
 #include <cstdint>
 
 #include "cfg.h"
+#include "file_kind.h"
 #include "fio.h"
 #include "gen.h"
 #include "pgm_common.h"
@@ -12,19 +13,12 @@ namespace {
 constexpr const char* OUTBOX_KEY = "TESSARY_OUTBOX_DIR";
 constexpr const char* OUTBOX_NAME = "outbox";
 
-/// Creates the directory and what is missing above it. Not std::filesystem::create_directories, which on Windows knows
-/// no paths beyond the length limit.
-bool make_directory(const std::filesystem::path& path) {
-    FIO_STATUS existing;
-    if (FIO_FILE_SYSTEM::status(utf8_from_path(path).c_str(), &existing)) {
-        return !existing.regular;
-    }
-    if (!path.has_relative_path() || !make_directory(path.parent_path())) {
-        return false;
-    }
-    std::error_code ignored;  // it may be there: made by another process, or the same one with a separator at its end
-    std::filesystem::create_directory(fio_get_unc_full_path(utf8_from_path(path)), ignored);
-    return FIO_FILE_SYSTEM::status(utf8_from_path(path).c_str(), &existing) && !existing.regular;
+/// Creates the directory and what is missing above it.
+bool has_made(const std::string& directory) {
+    std::error_code ignored;  // it may be there: made by another process, or long ago
+    make_directories(fio_get_unc_full_path(directory), ignored);
+    FIO_STATUS made;
+    return FIO_FILE_SYSTEM::status(directory.c_str(), &made) && !made.regular;
 }
 
 std::string message_of(const std::string& title, const std::string& text, const std::vector<int>& recipients) {
@@ -65,7 +59,7 @@ std::string PGM_COMMON::get_outbox_path() {
 bool PGM_COMMON::send_auto_email_file(const std::string& title, const std::string& text,
                                       const std::vector<int>& recipients) {
     const std::string directory = FIO_PATH(get_outbox_path()).fullpath();
-    if (!make_directory(path_from_utf8(directory))) {
+    if (!has_made(directory)) {
         return false;
     }
     const std::string message = message_of(title, text, recipients);

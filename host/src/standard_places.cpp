@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "absolute_path.h"
+#include "file_kind.h"
 #include "fio.h"
 #include "utf8_path.h"
 
@@ -59,6 +60,6 @@ void make_state_directory(const fs::path& directory) {
     const fs::path state = habitual_directories().user_state;
     if (!state.empty() && resolved_path(directory) == resolved_path(state)) {
         std::error_code ignored;  // what is written there will fail, and tell
-        fs::create_directories(directory, ignored);
+        make_directories(fio_get_unc_full_path(utf8_from_path(directory)), ignored);
     }
 }

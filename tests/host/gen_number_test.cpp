@@ -20,7 +20,7 @@ TEST(GenNumber, WhatDoesNotFitIsTheLargest) {
 }
 
 TEST(GenNumber, AnythingElseIsNone) {
-    for (const char* text : {"1x", "x", "-1", "+1", " 1", "1 ", "0x1", "12A", "1.0"}) {
+    for (const char* text : {"1x", "x", "-1", "+1", " 1", "1 ", "0x1", "12A", "1.0", "99999999999999999999x"}) {
         EXPECT_EQ(gen_local_strtoQWORD(text, 10), 0U) << text;
     }
 }

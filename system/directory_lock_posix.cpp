@@ -1,22 +1,11 @@
-#include <fcntl.h>
 #include <sys/file.h>
-#include <unistd.h>
 
-#include <cerrno>
 #include <thread>
 
 #include "directory_lock.h"
+#include "open_file_posix.h"
 
 namespace {
-
-/// The directory's descriptor, or -1 and `errno`.
-int open_directory(const std::filesystem::path& directory) {
-    int descriptor = -1;
-    do {
-        descriptor = ::open(directory.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-    } while (descriptor == -1 && errno == EINTR);
-    return descriptor;
-}
 
 /// Whether what failed may succeed a moment later: somebody else has the lock, or the system has nothing left to ask with.
 bool passes(int error) {
@@ -31,7 +20,7 @@ DIRECTORY_LOCK::DIRECTORY_LOCK(const std::filesystem::path& directory, std::chro
     m_process = ::getpid();
     for (;;) {
         if (m_handle == NONE) {
-            m_handle = open_directory(directory);
+            m_handle = open_file(directory.c_str(), O_RDONLY | O_DIRECTORY);
         }
         if (m_handle != NONE && ::flock(static_cast<int>(m_handle), LOCK_EX | LOCK_NB) == 0) {
             return;

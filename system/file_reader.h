@@ -53,3 +53,7 @@ enum class READ_RESULT { READ, ABSENT, FAILED };
 /// `contents`.
 READ_RESULT read_whole_file(const std::filesystem::path& path, std::size_t limit, FILE_KINDS kinds,
                             std::string& contents);
+
+/// Whether a file that is there may be read and written, by trying to open it. Where a file that is being replaced lets nobody
+/// open it for a moment, this waits.
+bool may_read_and_write(const std::filesystem::path& file);

@@ -4,6 +4,8 @@
 
 #include <windows.h>
 
+#include "replaced_file.h"
+
 namespace {
 
 constexpr DWORD LARGEST_READ = DWORD{1} << 30U;
@@ -71,4 +73,8 @@ bool FILE_READER::read_some(std::span<char> bytes, std::size_t& count) const {
     const bool done = ReadFile(handle_of(m_handle), bytes.data(), wanted, &read, nullptr) != 0;
     count = read;
     return done || GetLastError() == ERROR_BROKEN_PIPE;  // how a pipe ends
+}
+
+bool may_read_and_write(const std::filesystem::path& file) {
+    return open_replaced_file(file, std::ios::out).is_open();
 }

@@ -3,7 +3,6 @@
 /// \file
 /// Files by their descriptors.
 
-#include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -12,6 +11,7 @@
 #include <utility>
 
 #include "host_types.h"
+#include "open_file_posix.h"
 
 /// A file descriptor that is closed when it goes.
 class DESCRIPTOR {
@@ -37,26 +37,6 @@ public:
 private:
     int m_number;
 };
-
-/// Calls an operation of the system until no signal comes in between.
-template <class OPERATION>
-auto uninterrupted(OPERATION operation) {
-    auto result = operation();
-    while (result < 0 && errno == EINTR) {
-        result = operation();
-    }
-    return result;
-}
-
-/// The descriptor, or -1. It never has the number of a standard stream that was closed: who prints would write into the file.
-inline int open_file(const char* path, int flags, mode_t mode = 0) {
-    const int opened = uninterrupted([=] { return ::open(path, flags | O_CLOEXEC, mode); });
-    if (opened < 0 || opened > STDERR_FILENO) {
-        return opened;
-    }
-    const DESCRIPTOR low(opened);
-    return ::fcntl(opened, F_DUPFD_CLOEXEC, STDERR_FILENO + 1);
-}
 
 inline bool write_all(int descriptor, std::span<const BYTE> contents) {
     while (!contents.empty()) {

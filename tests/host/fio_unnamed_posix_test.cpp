@@ -11,8 +11,11 @@
 #include <string>
 #include <thread>
 
+#include "directory_lock.h"
+#include "file_reader.h"
 #include "fio.h"
 #include "host/replacing.h"
+#include "support/closed_streams_posix.h"
 #include "support/scratch.h"
 #include "support/unnamed_files_posix.h"
 
@@ -36,32 +39,6 @@ public:
 
 private:
     int m_number;
-};
-
-constexpr std::array<int, 3> STANDARD_STREAMS{STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO};
-
-/// While it lives, this process has no standard streams.
-class CLOSED_STREAMS {
-public:
-    CLOSED_STREAMS() {
-        for (const int stream : STANDARD_STREAMS) {
-            m_kept.at(static_cast<std::size_t>(stream)) = ::fcntl(stream, F_DUPFD_CLOEXEC, STDERR_FILENO + 1);
-        }
-        for (const int stream : STANDARD_STREAMS) {
-            ::close(stream);
-        }
-    }
-    ~CLOSED_STREAMS() {
-        for (const int stream : STANDARD_STREAMS) {
-            ::dup2(m_kept.at(static_cast<std::size_t>(stream)), stream);
-            ::close(m_kept.at(static_cast<std::size_t>(stream)));
-        }
-    }
-    CLOSED_STREAMS(const CLOSED_STREAMS&) = delete;
-    CLOSED_STREAMS& operator=(const CLOSED_STREAMS&) = delete;
-
-private:
-    std::array<int, 3> m_kept{};
 };
 
 nlink_t names_of(const FIO_REPLACEMENT& replacement) {
@@ -178,6 +155,24 @@ TEST(fio_unnamed, ATemporaryNeverTakesTheNumberOfAStandardStream) {
     EXPECT_TRUE(refused);
     EXPECT_TRUE(committed);
     EXPECT_EQ(read_file(scratch.path("file")), "contents");
+}
+
+TEST(fio_unnamed, WhatIsReadAndLockedNeverTakesTheNumberOfAStandardStream) {
+    const SCRATCH scratch;
+    const std::string file = scratch.write("file", "contents");
+    bool opened = false;
+    bool refused = true;
+    {
+        const CLOSED_STREAMS closed;
+        const FILE_READER reader(file);
+        const DIRECTORY_LOCK lock(scratch.directory(), std::chrono::milliseconds(0));
+        opened = reader.is_open() && !lock.is_refused();
+        for (const int stream : STANDARD_STREAMS) {
+            refused = refused && ::fcntl(stream, F_GETFD) < 0;
+        }
+    }
+    EXPECT_TRUE(opened);
+    EXPECT_TRUE(refused);
 }
 
 // While a pipe is full, what writes into it has it open.

@@ -14,7 +14,6 @@
 #include "msg.h"
 #include "parameters/container_info.h"
 #include "parameters/numbers.h"
-#include "replaced_file.h"
 #include "report.h"
 
 // The container file: a head of magic and entry count, a table of blocks, and the blocks back to back.
@@ -219,7 +218,7 @@ FILE_IMAGE build_image(const BLOCKS& blocks, QWORD file_size) {
 /// Whether the file is there, and may not be written. It is not to be replaced by way of its directory against its
 /// protection.
 bool is_protected(const std::string& path) {
-    return !open_replaced_file(fio_get_unc_full_path(path), std::ios::out).is_open();
+    return !may_read_and_write(fio_get_unc_full_path(path));
 }
 
 /// Says on the debug channel why the container stays as it was.

@@ -12,6 +12,7 @@
 
 #include "pgmdev/parameters/container_text.h"
 #include "pgmdev/parameters/fixture.h"
+#include "support/closed_streams_posix.h"
 #include "support/unnamed_files_posix.h"
 
 // What a reader finds after a writer was killed, ran out of space, or while it is still at work.
@@ -217,6 +218,32 @@ TEST(FlashIniCrash, ReadersBesideAWriter) {
     done = true;
     reader.join();
     EXPECT_EQ(wrong, 0) << "of " << reads << " reads";
+}
+
+// A program that has closed its output, and prints all the same, in another thread.
+TEST(FlashIniStreams, WhatIsPrintedNeverComesIntoTheContainer) {
+    const FLASH_INI_DIRECTORY directory;
+    ASSERT_TRUE(FLASH_INI_DIRECTORY::write(1, "kept"));
+    bool written = true;
+    {
+        const CLOSED_STREAMS closed;
+        std::atomic<bool> ended{false};
+        std::thread printing([&ended] {
+            while (!ended) {
+                for (const int stream : STANDARD_STREAMS) {
+                    [[maybe_unused]] const ssize_t none = ::write(stream, "printed", 7);
+                }
+            }
+        });
+        for (int i = 0; i < 40; ++i) {
+            written = FLASH_INI_DIRECTORY::write(0, std::to_string(i)) && written;
+        }
+        ended = true;
+        printing.join();
+    }
+    EXPECT_TRUE(written);
+    EXPECT_EQ(directory.file(), ini_reference::file({"39", "kept", std::nullopt}));
+    EXPECT_FALSE(directory.has("pgm_flash.ini.bak"));  // as there is one of a container that was changed
 }
 
 }  // namespace

@@ -49,6 +49,9 @@ inline void make_directories(const std::filesystem::path& directory, std::error_
 
 #endif
 
+/// Removes the directory with all that is in it, as far as that can be done; links are not followed.
+void remove_with_contents(const std::filesystem::path& directory) noexcept;
+
 inline bool is_a_directory(const std::filesystem::path& path) {
     std::error_code ignored;
     return file_type_of(path, ignored) == std::filesystem::file_type::directory;

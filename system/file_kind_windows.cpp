@@ -100,3 +100,12 @@ void make_directories(const fs::path& directory, std::error_code& error) {
         }
     }
 }
+
+void remove_with_contents(const fs::path& directory) noexcept {
+    try {
+        std::error_code ignored;
+        fs::remove_all(directory, ignored);
+    } catch (...) {
+        // There was no memory to go through it.
+    }
+}

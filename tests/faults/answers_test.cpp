@@ -1,10 +1,15 @@
+#include <unistd.h>
+
 #include <cstdlib>
 #include <filesystem>
+#include <fstream>
+#include <memory>
 
 #include "faults/every_fault.h"
 #include "pgmdev/flash/source_fixture.h"
 #include "run.h"
 #include "support/captured_run.h"
+#include "tables/verify_output.h"
 
 // Answers of the command on a system that fails: those that it gives otherwise, or it is said that something could not be read.
 
@@ -101,5 +106,18 @@ INSTANTIATE_TEST_SUITE_P(Of, AnswerFaults,
                                          COMMAND_LINE{"flash", "sfdp", TEST_SFDP_DIR "/AT25FF321A.sfdp"},
                                          COMMAND_LINE{"profile", "list"}, COMMAND_LINE{"part", "info", "KES50C6"},
                                          COMMAND_LINE{"hps", "spi"}, COMMAND_LINE{"params", "list"}));
+
+TEST(VerifyFaults, TheScratchDirectoryGoesWithoutMemory) {
+    for (std::size_t number = 1; number <= 20; ++number) {
+        auto scratch = std::make_unique<SCRATCH_DIRECTORY>();
+        const std::filesystem::path directory = std::filesystem::path(scratch->path("file")).parent_path();
+        std::filesystem::create_directory(directory / "outbox");
+        std::ofstream(directory / "outbox" / "a message with a name that takes memory") << "text";
+        std::filesystem::create_symlink("nowhere", directory / "link");
+        const FAILING_ALLOCATION none_left(number, true);
+        scratch.reset();
+        EXPECT_NE(::access(directory.c_str(), F_OK), 0) << number;
+    }
+}
 
 }  // namespace

@@ -4,9 +4,9 @@
 
 #include <algorithm>
 #include <array>
-#include <filesystem>
 #include <random>
 
+#include "file_kind.h"
 #include "tables/info_file.h"
 #include "tables/packed_payload.h"
 #include "terminal/json.h"
@@ -104,18 +104,16 @@ JSON verification_schema() {
                           {"checks", array_schema(check)}});
 }
 
-SCRATCH_DIRECTORY::SCRATCH_DIRECTORY() {
-    const auto directory = std::filesystem::temp_directory_path() /
-                           fmt::format("pgmdev-{:08x}{:08x}", std::random_device{}(), std::random_device{}());
-    std::filesystem::create_directory(directory);
-    m_directory = utf8_from_path(directory);
+SCRATCH_DIRECTORY::SCRATCH_DIRECTORY()
+    : m_directory(std::filesystem::temp_directory_path() /
+                  fmt::format("pgmdev-{:08x}{:08x}", std::random_device{}(), std::random_device{}())) {
+    std::filesystem::create_directory(m_directory);
 }
 
 SCRATCH_DIRECTORY::~SCRATCH_DIRECTORY() {
-    std::error_code ignored;  // what is left is in the system's directory for such files
-    std::filesystem::remove_all(path_from_utf8(m_directory), ignored);
+    remove_with_contents(m_directory);  // what is left is in the system's directory for such files
 }
 
 std::string SCRATCH_DIRECTORY::path(const std::string& name) const {
-    return utf8_from_path((path_from_utf8(m_directory) / name).make_preferred());
+    return utf8_from_path((m_directory / name).make_preferred());
 }

@@ -3,6 +3,7 @@
 /// \file
 /// What verifying a database has found, for people and for programs.
 
+#include <filesystem>
 #include <string>
 #include <vector>
 
@@ -46,5 +47,5 @@ public:
     std::string path(const std::string& name) const;
 
 private:
-    std::string m_directory;
+    std::filesystem::path m_directory;
 };

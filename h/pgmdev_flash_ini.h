@@ -130,8 +130,8 @@ public:
     PGMDEV_FLASH_INI_LOCK(const PGMDEV_FLASH_INI_LOCK&) = delete;
     PGMDEV_FLASH_INI_LOCK& operator=(const PGMDEV_FLASH_INI_LOCK&) = delete;
 
-    /// False when it was not to be had all the time, and of the copy that a fork has made. True also where the file system has no locks, and nothing keeps
-    /// others out.
+    /// False when it was not to be had all the time, and of the copy that a fork has made. True also where the file system
+    /// has no locks, and nothing keeps others out.
     bool is_held() const noexcept;
 
 private:

@@ -1,6 +1,6 @@
 #include "database_fuzzer.h"
-#include "packed/format.h"
 #include "pgmdev_flash_manager.h"
+#include "pgmdev_sfl_flash_info.h"
 
 namespace {
 

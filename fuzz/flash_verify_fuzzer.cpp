@@ -1,4 +1,4 @@
-#include "packed/format.h"
+#include "pgmdev_sfl_flash_info.h"
 #include "verify_fuzzer.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {

@@ -1,5 +1,5 @@
 #include "database_fuzzer.h"
-#include "packed/format.h"
+#include "pgmdev_dev_info.h"
 #include "pgmdev_dev_info_manager.h"
 
 namespace {

@@ -321,3 +321,7 @@ inline constexpr auto PGMDEV_DEVICE_INFO_MEMBERS = [] {
     });
 }();
 // clang-format on
+
+/// The stamp of the source table with these members: 32 hexadecimal digits that change when the members do. A database of
+/// another stamp is refused. That of the library that a program runs with: `PGMDEV_VERSION::dev_info_stamp`.
+inline constexpr std::string_view PGMDEV_DEV_INFO_CSV_MD5 = "6d91639bb2165ce50a6e050711c1137f";

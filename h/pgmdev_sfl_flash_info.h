@@ -162,3 +162,7 @@ inline constexpr auto PGMDEV_SFL_FLASH_MEMBERS = [] {
     });
 }();
 // clang-format on
+
+/// The stamp of the source table with these members: 32 hexadecimal digits that change when the members do. A database of
+/// another stamp is refused. That of the library that a program runs with: `PGMDEV_VERSION::flash_stamp`.
+inline constexpr std::string_view PGMDEV_FLASH_INFO_CSV_MD5 = "e58bc25311bf5303874d34bcafcaa4c1";

@@ -2,6 +2,8 @@
 
 #include "names/container.h"
 #include "packed/format.h"
+#include "pgmdev_dev_info.h"
+#include "pgmdev_sfl_flash_info.h"
 
 // The build defines PGMDEV_VERSION_TEXT.
 

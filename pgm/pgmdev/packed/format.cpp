@@ -13,6 +13,9 @@
     ".fullpath().c_str()) && "      \
     "FIO_FILE_SYSTEM::status(" name ".fullpath().c_str(), &stat_info)"
 
+static_assert(PGMDEV_FLASH_INFO_CSV_MD5.size() == PACKED_STAMP_SIZE);
+static_assert(PGMDEV_DEV_INFO_CSV_MD5.size() == PACKED_STAMP_SIZE);
+
 const PACKED_FORMAT DEV_INFO_FORMAT{
     .file = DEV_INFO_MANAGER_FILE,
     .magic = "PGMIO_DM",

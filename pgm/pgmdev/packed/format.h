@@ -29,13 +29,6 @@ inline constexpr const char* PACKED_BODY_TOO_LONG = "memory_size <= PACKED_BODY_
 /// The longest text that a one-byte length can state.
 inline constexpr std::size_t PACKED_TEXT_MAX = 255;
 
-/// Stamps of the source tables that this build's readers were made for. A database is accepted only with the same
-/// stamp.
-inline constexpr std::string_view PGMDEV_FLASH_INFO_CSV_MD5 = "e58bc25311bf5303874d34bcafcaa4c1";
-inline constexpr std::string_view PGMDEV_DEV_INFO_CSV_MD5 = "6d91639bb2165ce50a6e050711c1137f";
-static_assert(PGMDEV_FLASH_INFO_CSV_MD5.size() == PACKED_STAMP_SIZE);
-static_assert(PGMDEV_DEV_INFO_CSV_MD5.size() == PACKED_STAMP_SIZE);
-
 /// A set of tags.
 constexpr DWORD tag_set(PGMDEV_MANAGER_TYPE tag) {
     return DWORD{1} << tag;

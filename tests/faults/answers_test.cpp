@@ -6,10 +6,10 @@
 #include <memory>
 
 #include "faults/every_fault.h"
+#include "files/scratch_directory.h"
 #include "pgmdev/flash/source_fixture.h"
 #include "run.h"
 #include "support/captured_run.h"
-#include "tables/verify_output.h"
 
 // Answers of the command on a system that fails: those that it gives otherwise, or it is said that something could not be read.
 

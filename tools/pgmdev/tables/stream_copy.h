@@ -6,7 +6,7 @@
 #include <optional>
 #include <string>
 
-#include "tables/verify_output.h"
+#include "files/scratch_directory.h"
 #include "terminal/failure.h"
 
 /// A file that the user has named; what a pipe or device gives is kept in a file of its own as long as this lives. One that

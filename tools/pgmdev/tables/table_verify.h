@@ -14,6 +14,7 @@
 #include "files/database.h"
 #include "files/file_bytes.h"
 #include "files/output.h"
+#include "files/scratch_directory.h"
 #include "files/source.h"
 #include "tables/fault_output.h"
 #include "tables/source_hints.h"

@@ -4,15 +4,12 @@
 
 #include <algorithm>
 #include <array>
-#include <random>
 
-#include "file_kind.h"
 #include "tables/info_file.h"
 #include "tables/packed_payload.h"
 #include "terminal/json.h"
 #include "terminal/printable.h"
 #include "terminal/schema.h"
-#include "utf8_path.h"
 
 namespace {
 
@@ -102,18 +99,4 @@ JSON verification_schema() {
                           {"stamp", or_null(text_schema())},
                           {"compiled_from", or_null(info_schema())},
                           {"checks", array_schema(check)}});
-}
-
-SCRATCH_DIRECTORY::SCRATCH_DIRECTORY()
-    : m_directory(std::filesystem::temp_directory_path() /
-                  fmt::format("pgmdev-{:08x}{:08x}", std::random_device{}(), std::random_device{}())) {
-    std::filesystem::create_directory(m_directory);
-}
-
-SCRATCH_DIRECTORY::~SCRATCH_DIRECTORY() {
-    remove_with_contents(m_directory);  // what is left is in the system's directory for such files
-}
-
-std::string SCRATCH_DIRECTORY::path(const std::string& name) const {
-    return utf8_from_path((m_directory / name).make_preferred());
 }

@@ -3,7 +3,6 @@
 /// \file
 /// What verifying a database has found, for people and for programs.
 
-#include <filesystem>
 #include <string>
 #include <vector>
 
@@ -35,17 +34,3 @@ void print_verification(VERIFICATION verification, COMMAND& command);
 
 /// The schema of the answer.
 JSON verification_schema();
-
-/// A directory for the time of a check, that goes with everything in it.
-class SCRATCH_DIRECTORY {
-public:
-    SCRATCH_DIRECTORY();
-    ~SCRATCH_DIRECTORY();
-    SCRATCH_DIRECTORY(const SCRATCH_DIRECTORY&) = delete;
-    SCRATCH_DIRECTORY& operator=(const SCRATCH_DIRECTORY&) = delete;
-
-    std::string path(const std::string& name) const;
-
-private:
-    std::filesystem::path m_directory;
-};

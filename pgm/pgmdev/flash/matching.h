@@ -5,8 +5,8 @@
 
 #include <algorithm>
 #include <array>
-#include <compare>
 #include <span>
+#include <tuple>
 
 #include "pgmdev_sfl_flash_info.h"
 
@@ -15,7 +15,9 @@ struct FLASH_COMPARISON {
     BYTE value = 0;
 
     bool operator==(const FLASH_COMPARISON&) const = default;
-    auto operator<=>(const FLASH_COMPARISON&) const = default;
+    bool operator<(const FLASH_COMPARISON& other) const {
+        return std::tie(position, value) < std::tie(other.position, other.value);
+    }
 };
 
 /// At most three of them, without memory of their own: every record of a table is asked for them.

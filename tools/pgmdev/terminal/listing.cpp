@@ -96,6 +96,7 @@ std::string cell_of(const JSON& value) {
 std::vector<std::string> cells_of(const JSON& row, const std::vector<std::string>& fields,
                                   std::string (*cell)(const JSON& value) = cell_of) {
     std::vector<std::string> cells;
+    cells.reserve(fields.size());
     for (const std::string& field : fields) {
         cells.push_back(cell(member_of(row, field)));
     }

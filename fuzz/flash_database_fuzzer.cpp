@@ -4,9 +4,9 @@
 
 namespace {
 
-class LOADER : public PGMDEV_FLASH_MANAGER {
+class FLASH_LOADER : public PGMDEV_FLASH_MANAGER {
 public:
-    LOADER() : PGMDEV_FLASH_MANAGER(false, 0, true, false) {}
+    FLASH_LOADER() : PGMDEV_FLASH_MANAGER(false, 0, true, false) {}
 
     void load(const FIO_PATH& file) { initialize_flash_database(file); }
 };
@@ -14,6 +14,6 @@ public:
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    load_payload<LOADER>("PGMIO_FM", PGMDEV_FLASH_INFO_CSV_MD5, data, size);
+    load_payload<FLASH_LOADER>("PGMIO_FM", PGMDEV_FLASH_INFO_CSV_MD5, data, size);
     return 0;
 }

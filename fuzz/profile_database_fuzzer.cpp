@@ -4,9 +4,9 @@
 
 namespace {
 
-class LOADER : public PGMDEV_DEV_INFO_MANAGER {
+class PROFILE_LOADER : public PGMDEV_DEV_INFO_MANAGER {
 public:
-    LOADER() : PGMDEV_DEV_INFO_MANAGER(true) {}
+    PROFILE_LOADER() : PGMDEV_DEV_INFO_MANAGER(true) {}
 
     void load(const FIO_PATH& file) { initialize_device_database(file); }
 };
@@ -14,6 +14,6 @@ public:
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    load_payload<LOADER>("PGMIO_DM", PGMDEV_DEV_INFO_CSV_MD5, data, size);
+    load_payload<PROFILE_LOADER>("PGMIO_DM", PGMDEV_DEV_INFO_CSV_MD5, data, size);
     return 0;
 }

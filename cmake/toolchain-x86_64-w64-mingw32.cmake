@@ -19,9 +19,10 @@ set(CMAKE_FIND_ROOT_PATH_MODE_PACKAGE ONLY)
 find_program(PGMDEV_WINE NAMES wine64 wine64-stable wine PATHS /usr/lib/wine DOC "Runs Windows programs")
 find_program(PGMDEV_WINE_SERVER NAMES wineserver wineserver64 PATHS /usr/lib/wine DOC "Serves what Wine runs")
 if(PGMDEV_WINE)
+  set(PGMDEV_WINE_PREFIX ${CMAKE_BINARY_DIR}/wine)
   set(wine_environment
     env -u DISPLAY -u WAYLAND_DISPLAY LC_ALL=C.UTF-8
-    WINEPREFIX=${CMAKE_BINARY_DIR}/wine WINEARCH=win64 WINEDEBUG=-all WINEDLLOVERRIDES=mscoree,mshtml,winemenubuilder.exe=)
+    WINEPREFIX=${PGMDEV_WINE_PREFIX} WINEARCH=win64 WINEDEBUG=-all WINEDLLOVERRIDES=mscoree,mshtml,winemenubuilder.exe=)
   set(CMAKE_CROSSCOMPILING_EMULATOR ${wine_environment} ${PGMDEV_WINE})
   if(PGMDEV_WINE_SERVER)
     set(PGMDEV_EMULATOR_SERVER ${wine_environment} ${PGMDEV_WINE_SERVER})

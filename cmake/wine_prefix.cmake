@@ -3,7 +3,13 @@
 
 set(PGMDEV_EMULATOR_READY ${PROJECT_BINARY_DIR}/wine_prefix_made)
 add_custom_command(OUTPUT ${PGMDEV_EMULATOR_READY}
-  COMMAND ${CMAKE_CROSSCOMPILING_EMULATOR} wineboot --init
+  COMMAND ${CMAKE_COMMAND} -E make_directory ${PGMDEV_WINE_PREFIX}  # without it the server does not start
+  COMMAND ${CMAKE_COMMAND}
+    "-DSERVER=${PGMDEV_EMULATOR_SERVER}"
+    "-DEMULATOR=${CMAKE_CROSSCOMPILING_EMULATOR}"
+    "-DCOMMAND=wineboot;--init"
+    -DLOG=${PROJECT_BINARY_DIR}/wine_prefix.log
+    -P ${PROJECT_SOURCE_DIR}/cmake/start_emulator.cmake
   COMMAND ${CMAKE_COMMAND} -E touch ${PGMDEV_EMULATOR_READY}
   COMMENT "Making a prefix for Wine"
   VERBATIM)

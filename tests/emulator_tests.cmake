@@ -16,8 +16,8 @@ if(CMAKE_CROSSCOMPILING)
     COMMAND ${CMAKE_COMMAND}
       "-DSERVER=${PGMDEV_EMULATOR_SERVER}"
       "-DEMULATOR=${CMAKE_CROSSCOMPILING_EMULATOR}"
-      -DCOMMAND=$<TARGET_FILE:pgmdev_command>
+      "-DCOMMAND=$<TARGET_FILE:pgmdev_command>;--help"
       -DLOG=${CMAKE_CURRENT_BINARY_DIR}/emulator.log
-      -P ${CMAKE_CURRENT_SOURCE_DIR}/emulator_test.cmake)
+      -P ${PROJECT_SOURCE_DIR}/cmake/start_emulator.cmake)
   set_tests_properties(Emulator.Starts PROPERTIES FIXTURES_SETUP emulator)
 endif()

@@ -9,6 +9,7 @@ add_custom_command(OUTPUT ${PGMDEV_EMULATOR_READY}
     "-DEMULATOR=${CMAKE_CROSSCOMPILING_EMULATOR}"
     "-DCOMMAND=wineboot;--init"
     -DLOG=${PROJECT_BINARY_DIR}/wine_prefix.log
+    -DANEW=ON
     -P ${PROJECT_SOURCE_DIR}/cmake/start_emulator.cmake
   COMMAND ${CMAKE_COMMAND} -E touch ${PGMDEV_EMULATOR_READY}
   COMMENT "Making a prefix for Wine"

@@ -20,4 +20,8 @@ if(CMAKE_CROSSCOMPILING)
       -DLOG=${CMAKE_CURRENT_BINARY_DIR}/emulator.log
       -P ${PROJECT_SOURCE_DIR}/cmake/start_emulator.cmake)
   set_tests_properties(Emulator.Starts PROPERTIES FIXTURES_SETUP emulator)
+  if(PGMDEV_EMULATOR_SERVER)
+    add_test(NAME Emulator.Stops COMMAND ${PGMDEV_EMULATOR_SERVER} -k)
+    set_tests_properties(Emulator.Stops PROPERTIES FIXTURES_CLEANUP emulator)
+  endif()
 endif()

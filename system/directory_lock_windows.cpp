@@ -6,11 +6,14 @@ namespace {
 
 /// Whether what failed may succeed a moment later: somebody else has the file open, or the system has nothing left to open
 /// it with.
-bool passes(DWORD error, const std::filesystem::path& file) {
-    // While the last one's file goes, the system denies access to it.
+bool passes(DWORD error) {
     return error == ERROR_SHARING_VIOLATION || error == ERROR_TOO_MANY_OPEN_FILES || error == ERROR_NOT_ENOUGH_MEMORY ||
-           error == ERROR_NO_SYSTEM_RESOURCES ||
-           (error == ERROR_ACCESS_DENIED && GetFileAttributesW(file.c_str()) != INVALID_FILE_ATTRIBUTES);
+           error == ERROR_NO_SYSTEM_RESOURCES;
+}
+
+/// Whether the file is there, as the last one's is while it goes: the system denies access to it, and to what it is.
+bool is_there(const std::filesystem::path& file) {
+    return GetFileAttributesW(file.c_str()) != INVALID_FILE_ATTRIBUTES || GetLastError() == ERROR_ACCESS_DENIED;
 }
 
 }  // namespace
@@ -18,16 +21,19 @@ bool passes(DWORD error, const std::filesystem::path& file) {
 // A file that only one may have open, and that goes when it is closed.
 DIRECTORY_LOCK::DIRECTORY_LOCK(const std::filesystem::path& directory, std::chrono::milliseconds patience) {
     constexpr DWORD PAUSE = 5;  // milliseconds
+    constexpr int DENIALS = 3;  // of a file that is not there: it has just gone, or the directory may not be written
     const std::filesystem::path file = directory / L".tessary-lock";
     const auto end = std::chrono::steady_clock::now() + patience;
-    for (;;) {
+    for (int denials = 0;;) {
         HANDLE handle = CreateFileW(file.c_str(), GENERIC_WRITE | DELETE, 0, nullptr, OPEN_ALWAYS,
                                     FILE_ATTRIBUTE_HIDDEN | FILE_FLAG_DELETE_ON_CLOSE, nullptr);
         if (handle != INVALID_HANDLE_VALUE) {
             m_handle = reinterpret_cast<std::intptr_t>(handle);
             return;
         }
-        if (!passes(GetLastError(), file)) {
+        const DWORD error = GetLastError();
+        const bool again = error == ERROR_ACCESS_DENIED ? is_there(file) || ++denials < DENIALS : passes(error);
+        if (!again) {
             return;
         }
         if (std::chrono::steady_clock::now() >= end) {

@@ -1,6 +1,10 @@
+#include <filesystem>
+#include <string_view>
+
 #include <windows.h>
 
 #include "pgmdev/parameters/fixture.h"
+#include "support/replaced_import_windows.h"
 
 // The container in the hands of other programs.
 
@@ -33,6 +37,73 @@ TEST(FlashIniWindows, AProtectedContainerIsNotReplaced) {
     ASSERT_NE(SetFileAttributesW(file.c_str(), FILE_ATTRIBUTE_NORMAL), 0);
     EXPECT_EQ(FLASH_INI_DIRECTORY::read(0), "kept");
     EXPECT_EQ(FLASH_INI_DIRECTORY::read(1), std::nullopt);
+}
+
+/// The lock's file, as the system denies it to the library a few times.
+class DENIED_LOCK {
+public:
+    /// `is_going`: the last one's is still there, and the system denies also what it is.
+    DENIED_LOCK(int denials, bool is_going) {
+        s_denials = denials;
+        s_is_going = is_going;
+        s_attempts = 0;
+    }
+
+    int attempts() const { return s_attempts; }
+
+private:
+    static bool is_lock(const wchar_t* name) { return std::wstring_view(name).ends_with(L"\\.tessary-lock"); }
+
+    static HANDLE WINAPI open(const wchar_t* name, DWORD access, DWORD sharing, SECURITY_ATTRIBUTES* security,
+                              DWORD how, DWORD attributes, HANDLE like) {
+        if (is_lock(name) && s_attempts++ < s_denials) {
+            SetLastError(ERROR_ACCESS_DENIED);
+            return INVALID_HANDLE_VALUE;
+        }
+        return CreateFileW(name, access, sharing, security, how, attributes, like);
+    }
+
+    static DWORD WINAPI attributes(const wchar_t* name) {
+        if (is_lock(name) && s_is_going) {
+            SetLastError(ERROR_ACCESS_DENIED);
+            return INVALID_FILE_ATTRIBUTES;
+        }
+        return GetFileAttributesW(name);
+    }
+
+    static inline int s_denials = 0;
+    static inline bool s_is_going = false;
+    static inline int s_attempts = 0;
+
+    REPLACED_IMPORT m_open{GetModuleHandleW(L"pgmdev.dll"), "kernel32.dll", "CreateFileW",
+                           reinterpret_cast<FARPROC>(open)};
+    REPLACED_IMPORT m_attributes{GetModuleHandleW(L"pgmdev.dll"), "kernel32.dll", "GetFileAttributesW",
+                                 reinterpret_cast<FARPROC>(attributes)};
+};
+
+TEST(FlashIniWindows, ALockThatIsGoingIsWaitedFor) {
+    const FLASH_INI_DIRECTORY directory;
+    const DENIED_LOCK denied(10, true);
+    const PGMDEV_FLASH_INI_LOCK lock;
+    EXPECT_TRUE(lock.is_held());
+    EXPECT_EQ(denied.attempts(), 11);
+    EXPECT_TRUE(std::filesystem::exists(directory.scratch().directory() / ".tessary-lock"));
+}
+
+TEST(FlashIniWindows, ALockThatHasJustGoneIsAskedForAgain) {
+    const FLASH_INI_DIRECTORY directory;
+    const DENIED_LOCK denied(1, false);
+    const PGMDEV_FLASH_INI_LOCK lock;
+    EXPECT_TRUE(lock.is_held());
+    EXPECT_TRUE(std::filesystem::exists(directory.scratch().directory() / ".tessary-lock"));
+}
+
+TEST(FlashIniWindows, ADirectoryThatMayNotBeWrittenHasNoLockToGive) {
+    const FLASH_INI_DIRECTORY directory;
+    const DENIED_LOCK denied(1'000'000, false);
+    const PGMDEV_FLASH_INI_LOCK lock;
+    EXPECT_TRUE(lock.is_held());
+    EXPECT_EQ(denied.attempts(), 3);
 }
 
 }  // namespace

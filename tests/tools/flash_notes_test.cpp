@@ -15,7 +15,8 @@ public:
         fs::copy(fs::path(TEST_DATA_DIR) / "flash", m_scratch.directory() / "flash");
         fs::create_directories(m_scratch.directory() / "db/programmer");
     }
-    std::string table() const { return m_scratch.path("flash/pgm_flash.csv"); }
+    std::string path(const std::string& name) const { return m_scratch.path("flash/" + name); }
+    std::string table() const { return path("pgm_flash.csv"); }
     std::string database() const { return m_scratch.path("db/programmer/pgm_flash.pcf"); }
     std::string directory() const { return m_scratch.path("db"); }
     void write(const std::string& name, const std::string& text) const { m_scratch.write(name, text); }
@@ -46,6 +47,24 @@ TEST(flash_notes, AreCheckedWithTheTable) {
     EXPECT_EQ(fault.at("cell"), "fire");
     EXPECT_EQ(notes.at(1).at("faults"), JSON::array());
     EXPECT_TRUE(contains(notes.at(3).at("file"), "left_out.csv"));
+}
+
+TEST(flash_notes, ThoseInUtf16AreToldToBe) {
+    for (const char* name : {"ambiguities.csv", "identifications.csv", "aliases.csv", "left_out.csv", "sources.csv"}) {
+        const TABLE_WITH_NOTES files;
+        const std::string file = files.path(name);
+        std::string wide = "\xFF\xFE";
+        for (const char character : read_file(file)) {
+            wide += character;
+            wide += '\0';
+        }
+        files.write(std::string("flash/") + name, wide);
+        const PROCESS_RESULT result = run_command({"--json", "flash", "check", files.table()});
+        EXPECT_EQ(result.exit_code, INTERNAL_ERROR) << name;
+        const std::string hint = file + " is UTF-16: save it as UTF-8";
+        EXPECT_EQ(lines_of(result.errors).back(), files.table() + ": hint: " + hint);
+        EXPECT_EQ(json_of(result.output).at("hints"), JSON::array({hint}));
+    }
 }
 
 TEST(flash_notes, WarningsAreRefusedOnlyWhenStrict) {

@@ -165,6 +165,17 @@ std::vector<std::string> hints_at_causes(const std::string& csv_file, const std:
     return hints;
 }
 
+std::vector<std::string> hints_at_notes(const std::vector<NOTES_COPY>& notes) {
+    std::vector<std::string> hints;
+    for (const NOTES_COPY& each : notes) {
+        const auto bytes = file_bytes(each.source);
+        if (bytes && is_utf16({reinterpret_cast<const char*>(bytes->data()), bytes->size()})) {
+            hints.push_back(fmt::format("{} is UTF-16: save it as UTF-8", each.source));
+        }
+    }
+    return hints;
+}
+
 void print_hints(const std::string& csv_file, const std::vector<std::string>& hints) {
     for (const std::string& hint : hints) {
         print_error("{}: hint: {}", csv_file, hint);

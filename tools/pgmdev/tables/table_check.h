@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "files/source.h"
@@ -24,6 +25,7 @@
 // KIND says which table it is, further:
 //   names_of(member)   what the cells of a member may name; none where they hold no names
 //   notes_beside(csv_file, table)   what is wrong with the notes beside the table; none where there are no notes
+//   notes_of(csv, csv)              the files of these
 //   support_of(csv, records)   what supports the rows, where a list of it stands beside the table
 //   support_schema()   the schema of the shares that it gives
 
@@ -59,6 +61,9 @@ void check_table(const ARGUMENTS& given, COMMAND& command) {
         return entry != nullptr;
     });
     std::vector<std::string> hints = hints_at_causes(csv_file, KIND::NOUN, table.faults());
+    for (std::string& hint : hints_at_notes(KIND::notes_of(csv_file, csv_file))) {
+        hints.push_back(std::move(hint));
+    }
     if (std::any_of(faults.begin(), faults.end(), is_of_part_list)) {
         hints.push_back(failure_text(part_list_failure()));
     }

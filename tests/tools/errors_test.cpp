@@ -215,6 +215,12 @@ TEST(errors, WrongUsageIsADocumentToo) {
 TEST(errors, MisspeltWordsAreNamedWithTheNearest) {
     expect_failure(run_command({"flsh", "list"}), WRONG_USAGE, {"no noun \"flsh\"; did you mean flash"});
     expect_failure(run_command({"FLASH", "list"}), WRONG_USAGE, {"no noun \"FLASH\"; did you mean flash"});
+    expect_failure(run_command({"Identify", "EF4018"}), WRONG_USAGE,
+                   {"no noun \"Identify\"; did you mean flash identify; the nouns are doctor,"});
+    expect_failure(run_command({"help"}), WRONG_USAGE, {"no noun \"help\"; did you mean --help; the nouns are"});
+    expect_failure(run_command({"flash", "help"}), WRONG_USAGE, {"no verb \"help\"; did you mean --help; behind"});
+    expect_failure(run_command({"check", "table.csv"}), WRONG_USAGE,
+                   {"no noun \"check\"; did you mean flash check, profile check; the nouns are"});
     expect_failure(run_command({"--db-dir", "x", "flash", "lsit"}), WRONG_USAGE,
                    {"no verb \"lsit\"; did you mean list"});
     expect_failure(run_command({"hps", "add", "nnad"}), WRONG_USAGE, {"no verb \"nnad\"; did you mean nand"});

@@ -24,24 +24,9 @@ std::vector<std::string> words_of(const std::vector<GLOBAL_OPTION>& options,
     return words;
 }
 
-/// What may have been meant: the same word in other letters, or similar ones.
-std::vector<std::string> meant(const std::string& word, const std::vector<std::string>& candidates) {
-    for (const std::string& candidate : candidates) {
-        if (gen_stricmp(word, candidate) == 0) {
-            return {candidate};
-        }
-    }
-    return nearest(word, candidates);
-}
-
 std::string known_words(const std::string& before, const std::vector<std::string>& candidates) {
     return fmt::format("{} {}", before.empty() ? "the nouns are" : fmt::format("behind \"{}\" may stand", before),
                        fmt::join(candidates, ", "));
-}
-
-std::string sentence(const std::string& word, const std::string& before, const std::vector<std::string>& candidates) {
-    return fmt::format("there is no {} \"{}\"{}; {}", before.empty() ? "noun" : "verb", word,
-                       did_you_mean(meant(word, candidates)), known_words(before, candidates));
 }
 
 /// The verbs and groups of a noun.
@@ -56,6 +41,53 @@ std::vector<std::string> contents_of(const NOUN& noun) {
     return names;
 }
 
+/// The verbs of that name behind the groups of a noun: of two words each.
+std::vector<std::string> verbs_behind(const NOUN& noun, const std::string& word) {
+    std::vector<std::string> found;
+    for (const NOUN& group : noun.groups()) {
+        for (const VERB& verb : group.verbs()) {
+            if (gen_stricmp(word, verb.name) == 0) {
+                found.push_back(group.name + ' ' + verb.name);
+            }
+        }
+    }
+    return found;
+}
+
+/// The options that may stand everywhere.
+std::vector<std::string> options_everywhere(const COMMAND_TABLE& table) {
+    std::vector<std::string> known{"-h", "--help"};
+    for (const GLOBAL_OPTION& option : table.options) {
+        const std::vector<std::string> names = names_of(option);
+        known.insert(known.end(), names.begin(), names.end());
+    }
+    return known;
+}
+
+/// What may have been meant: the same word in other letters, an option, a verb before which a noun is missing, or similar
+/// words.
+std::vector<std::string> meant(const std::string& word, const COMMAND_TABLE& table, const NOUN& noun) {
+    const std::vector<std::string> candidates = contents_of(noun);
+    for (const std::string& candidate : candidates) {
+        if (gen_stricmp(word, candidate) == 0) {
+            return {candidate};
+        }
+    }
+    for (const std::string& option : options_everywhere(table)) {
+        if (option == "--" + word) {
+            return {option};
+        }
+    }
+    const std::vector<std::string> verbs = verbs_behind(noun, word);
+    return verbs.empty() ? nearest(word, candidates) : verbs;
+}
+
+/// What to say of a word that does not stand behind the noun.
+std::string sentence(const std::string& word, const std::string& before, const COMMAND_TABLE& table, const NOUN& noun) {
+    return fmt::format("there is no {} \"{}\"{}; {}", before.empty() ? "noun" : "verb", word,
+                       did_you_mean(meant(word, table, noun)), known_words(before, contents_of(noun)));
+}
+
 /// How far the words lead through the nouns.
 struct WAY {
     const VERB* verb = nullptr;  ///< null: none is reached
@@ -68,7 +100,7 @@ WAY way_of(const COMMAND_TABLE& table, const std::vector<std::string>& arguments
     std::string before;
     for (const std::string& word : words_of(table.options, arguments)) {
         if (!way.enter(word)) {
-            return {nullptr, sentence(word, before, contents_of(way.noun())), ""};
+            return {nullptr, sentence(word, before, table, way.noun()), ""};
         }
         if (way.verb() != nullptr) {
             return {way.verb(), "", ""};
@@ -92,11 +124,7 @@ std::string unknown_word(const COMMAND_TABLE& table, const std::vector<std::stri
 }
 
 std::string unknown_option(const COMMAND_TABLE& table, const std::vector<std::string>& arguments) {
-    std::vector<std::string> known{"-h", "--help"};
-    for (const GLOBAL_OPTION& option : table.options) {
-        const std::vector<std::string> names = names_of(option);
-        known.insert(known.end(), names.begin(), names.end());
-    }
+    std::vector<std::string> known = options_everywhere(table);
     if (const VERB* verb = way_of(table, arguments).verb) {
         for (const ARGUMENT& argument : verb->arguments) {
             known.push_back(argument.name);

@@ -57,7 +57,11 @@ JSON in_front(const std::vector<JSON>& column) {
         }
         const std::size_t most = std::min({text->size(), before.size(), DIGITS_36.size() - 1});
         std::size_t common = 0;
-        while (common < most && (*text)[common] == before[common]) {
+        // Scripts count other units than bytes, but of ASCII they count as many.
+        const auto is_common = [&](std::size_t at) {
+            return (*text)[at] == before[at] && static_cast<unsigned char>((*text)[at]) < 0x80;
+        };
+        while (common < most && is_common(common)) {
             ++common;
         }
         front += '\n';

@@ -54,3 +54,15 @@ class Hostile(PageTest):
             link = self.driver.find_elements("css selector", "#chips-table tbody th a")[place].get_attribute("href")
             self.page.open(f"#{link.split('#', 1)[1]}")
             self.assertEqual(self.page.find("#view-chip h2").text, f"Winbond {name}")
+
+    def test_voltages_and_times_that_are_no_numbers(self):
+        voltages = ["3.3V", "unknown", "1.8V", "2.5V"]
+        rows = [with_cells(device_name=f"CHIP{i}", memory_id=f"0x{i:02X}", asc_voltage=voltage, bulk_erase_time=str(i))
+                for i, voltage in enumerate(voltages)]
+        self.load_page_of(rows)
+        self.driver.find_elements("css selector", "#chips-table thead button")[5].click()
+        self.assertEqual(self.page.texts("#chips-table tbody td:nth-child(6)"), ["unknown", "1.8V", "2.5V", "3.3V"])
+        self.page.open("#/chip/CHIP0")  # whose erase time has no place in the picture: the browser says nothing of it
+        self.assertEqual(self.page.ask("document.querySelectorAll('.own').length"), 0)
+        self.page.open("#/chip/CHIP1")
+        self.assertEqual(self.page.ask("document.querySelectorAll('.own').length"), 1)

@@ -46,7 +46,7 @@ const CHIPS_VIEW = (() => {
         ["Answers", (row) => compared_text(row), (row) => make("code", {}, compared_text(row)), true],
         ["Size", (row) => row.device_bit_size, (row) => size_text(row.device_bit_size), true],
         ["Sector", (row) => row.device_sector_byte, (row) => bytes_text(row.device_sector_byte), false],
-        ["Voltage", (row) => parseFloat(row.asc_voltage), (row) => row.asc_voltage, false],
+        ["Voltage", (row) => parseFloat(row.asc_voltage) || 0, (row) => row.asc_voltage, false],
         ["Chip erase", (row) => row.bulk_erase_time, (row) => seconds_text(row.bulk_erase_time), false],
         ["Identification by", (row) => evidence_short(row), (row) => evidence_short(row), false],
     ];

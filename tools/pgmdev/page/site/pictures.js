@@ -116,7 +116,10 @@ function erase_picture(records, chosen = null) {
             ),
         ];
     });
-    const own_row = chosen ? rows.findIndex(([density]) => density === DENSITIES[density_class(chosen)]) : -1;
+    const own_row =
+        chosen?.bulk_erase_time > 0
+            ? rows.findIndex(([density]) => density === DENSITIES[density_class(chosen)])
+            : -1;
     const own =
         own_row < 0
             ? []

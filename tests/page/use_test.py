@@ -78,3 +78,8 @@ class Use(PageTest):
         chosen = [profiles[index] for index in (0, 1, 2, 41)]
         differing = [key for key in chosen[0] if key != "index" and len({str(each[key]) for each in chosen}) > 1]
         self.assertEqual(self.page.texts("#profiles-table tbody th"), differing)
+
+    def test_only_ascii_letters_have_a_case(self):
+        self.assertEqual(self.page.ask("tessary.spell('kes50c6').name"), "KES50C6")
+        self.page.open("#/names/ke\u017f50c6")  # whose third letter is no S
+        self.assertIn("No part", self.page.find("#name-answer").text)

@@ -1,5 +1,10 @@
 // The records of serial flash, and how their members are written.
 
+/// As the library compares names: only ASCII letters have a case.
+function upper(text) {
+    return text.replace(/[a-z]+/g, (letters) => letters.toUpperCase());
+}
+
 const FLASH = (() => {
     const data = data_of("flash-data");
     const rows = rows_of(data.records);
@@ -8,15 +13,15 @@ const FLASH = (() => {
     const member_named = new Map(data.members.map((member) => [member.name, member]));
     const by_name = new Map();
     for (const row of rows) {
-        if (row.default_dev && row.enabled && !by_name.has(row.device_name.toUpperCase())) {
-            by_name.set(row.device_name.toUpperCase(), row);
+        if (row.default_dev && row.enabled && !by_name.has(upper(row.device_name))) {
+            by_name.set(upper(row.device_name), row);
         }
     }
     const aliases = rows_of(data.aliases);
-    const alias_by_name = new Map(aliases.map((alias) => [alias.name.toUpperCase(), alias]));
+    const alias_by_name = new Map(aliases.map((alias) => [upper(alias.name), alias]));
     const aliases_of = new Map();
     for (const alias of aliases) {
-        const key = alias.device_name.toUpperCase();
+        const key = upper(alias.device_name);
         if (!aliases_of.has(key)) {
             aliases_of.set(key, []);
         }
@@ -31,16 +36,16 @@ const FLASH = (() => {
         records: rows.filter((row) => row.enabled),
         place_of: (row) => place_of.get(row),
         evidence_of: (row) => evidence[place_of.get(row)],
-        aliases_of: (row) => aliases_of.get(row.device_name.toUpperCase()) ?? [],
+        aliases_of: (row) => aliases_of.get(upper(row.device_name)) ?? [],
         ambiguities: data.ambiguities,
         identifications: data.identifications,
         /// The default record of a name.
-        record_named: (name) => by_name.get(name.toUpperCase()),
+        record_named: (name) => by_name.get(upper(name)),
         /// A further name: what it is called, the name of the record that it shares, and why.
-        alias_named: (name) => alias_by_name.get(name.toUpperCase()),
+        alias_named: (name) => alias_by_name.get(upper(name)),
         /// A sentence on why the table has no row for the chip of a name; undefined when none tells it.
         why_left_out: (name) => {
-            const chip = left_out.find((each) => each.name.toUpperCase() === name.toUpperCase());
+            const chip = left_out.find((each) => upper(each.name) === upper(name));
             return chip && `The flash "${name}" is left out of the table: ${chip.reason}.`;
         },
     };

@@ -67,7 +67,7 @@ function differing_bytes(identification, response) {
 function contradictions_of(device_name, response) {
     let fewest = null;
     for (const { device_name: name, bytes } of FLASH.identifications) {
-        if (name.toUpperCase() === device_name.toUpperCase()) {
+        if (upper(name) === upper(device_name)) {
             const found = differing_bytes(bytes, response);
             fewest = fewest === null || found.length < fewest.length ? found : fewest;
         }

@@ -63,13 +63,13 @@ const NAMES = (() => {
     /// What a name stands for; undefined: nothing.
     function spell(question) {
         read();
-        const row = by_name.get(trim_white(question).toUpperCase());
+        const row = by_name.get(upper(trim_white(question)));
         return row && { ...row, parts: parts_of(row.name) };
     }
 
     /// Names that go on like the question, or like as much of it as any name does.
     function similar(question, most) {
-        const wanted = trim_white(question).toUpperCase();
+        const wanted = upper(trim_white(question));
         for (let length = wanted.length; length >= 2; --length) {
             const beginning = wanted.slice(0, length);
             const found = read().filter((row) => row.name.startsWith(beginning));

@@ -79,6 +79,21 @@ class Use(PageTest):
         differing = [key for key in chosen[0] if key != "index" and len({str(each[key]) for each in chosen}) > 1]
         self.assertEqual(self.page.texts("#profiles-table tbody th"), differing)
 
+    def test_what_the_browser_keeps_of_the_filters_is_what_is_shown(self):
+        self.page.find("#maker").send_keys("Macronix")
+        self.page.open("#/profiles")
+        self.page.find("#only-different").click()
+        self.driver.get("about:blank")
+        self.driver.back()
+        self.page.wait_for("document.readyState === 'complete'")
+        shown = self.page.texts("#profiles-table tbody tr")
+        every = len(self.command.json("profile", "list")[0]) - 1
+        self.assertEqual(len(shown) < every, self.page.find("#only-different").is_selected())
+        self.page.open("#/chips")
+        self.assertEqual(self.page.find("#maker").get_property("value"), "Macronix")
+        rows = self.command.json("flash", "list", "--maker", "Macronix")
+        self.assertEqual(self.chips(), [row["device_name"] for row in rows])
+
     def test_only_ascii_letters_have_a_case(self):
         self.assertEqual(self.page.ask("tessary.spell('kes50c6').name"), "KES50C6")
         self.page.open("#/names/ke\u017f50c6")  # whose third letter is no S

@@ -216,6 +216,7 @@ const CHIPS_VIEW = (() => {
             part("chips-table").querySelectorAll("tbody a")[first_new]?.focus();
         });
         part("view-chips").addEventListener("keydown", move);
+        window.addEventListener("pageshow", ask, { once: true }); // browsers fill in what was chosen when one comes back
         show();
     }
 

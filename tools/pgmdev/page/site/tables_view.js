@@ -125,6 +125,7 @@ const PROFILES_VIEW = (() => {
             part("profile").value = "";
         });
         part("only-different").addEventListener("change", show);
+        window.addEventListener("pageshow", show, { once: true }); // browsers tick it again when one comes back
         chosen = profiles.slice(0, 3).map((profile) => profile.index);
     }
 

@@ -79,6 +79,23 @@ class Use(PageTest):
         differing = [key for key in chosen[0] if key != "index" and len({str(each[key]) for each in chosen}) > 1]
         self.assertEqual(self.page.texts("#profiles-table tbody th"), differing)
 
+    def test_a_link_to_where_one_is_answers_again(self):
+        self.page.open("#/identify/EF%2040%2018")
+        box = self.page.find("#response")
+        box.clear()
+        box.send_keys("20 BB 21")
+        self.page.find("#identify-examples a").click()  # the address stays
+        self.assertEqual(box.get_property("value"), "EF 40 18")
+        self.assertIn("W25Q128JV", self.page.find("#identify-answer .verdict").text)
+
+    def test_the_skip_link_stays_in_the_view(self):
+        self.page.open("#/chip/W25Q128JV")
+        self.page.find(".skip").send_keys(Keys.ENTER)
+        self.page.wait_for("document.activeElement.id === 'main'")
+        self.driver.switch_to.active_element.send_keys(Keys.TAB)
+        self.assertEqual(self.page.ask("document.activeElement.textContent"), "All chips")
+        self.assertEqual(self.page.ask("location.hash"), "#/chip/W25Q128JV")
+
     def test_what_the_browser_keeps_of_the_filters_is_what_is_shown(self):
         self.page.find("#maker").send_keys("Macronix")
         self.page.open("#/profiles")
@@ -93,6 +110,14 @@ class Use(PageTest):
         self.assertEqual(self.page.find("#maker").get_property("value"), "Macronix")
         rows = self.command.json("flash", "list", "--maker", "Macronix")
         self.assertEqual(self.chips(), [row["device_name"] for row in rows])
+
+    def test_addresses_that_lead_nowhere(self):
+        for address in ("#/constructor", "#/__proto__", "#/nothing", "#main"):
+            self.page.open(address)
+            self.assertEqual(self.page.texts("main > section:not([hidden]) h2"), ["Serial flash chips"], address)
+        for address in ("#/row/", "#/row/length", "#/row/-1"):
+            self.page.open(address)
+            self.assertEqual(self.page.find("#view-chip h2").text, "No such chip", address)
 
     def test_only_ascii_letters_have_a_case(self):
         self.assertEqual(self.page.ask("tessary.spell('kes50c6').name"), "KES50C6")

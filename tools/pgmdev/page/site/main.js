@@ -30,6 +30,11 @@ function row_view(row) {
     chip_view(row ? chip_page(row) : no_chip_page());
 }
 
+/// The place in a list that an address names; -1: it names none.
+function place_in(text = "") {
+    return /^[0-9]+$/.test(text) ? Number(text) : -1;
+}
+
 /// The chip of a name, or of a further one.
 function named_chip_view(name) {
     const alias = FLASH.record_named(name) ? undefined : FLASH.alias_named(name);
@@ -52,7 +57,7 @@ const VIEWS = {
     // by the first word of the address: the view, its link, and how it is filled
     chips: ["view-chips", "chips", () => {}],
     chip: ["view-chip", "chips", (name) => named_chip_view(trim_white(name ?? ""))],
-    row: ["view-chip", "chips", (place) => row_view(FLASH.rows[Number(place)])],
+    row: ["view-chip", "chips", (place) => row_view(FLASH.rows[place_in(place)])],
     identify: ["view-identify", "identify", IDENTIFY_VIEW.open],
     boot: ["view-boot", "boot", once("view-boot", boot_flash_view)],
     profiles: ["view-profiles", "profiles", PROFILES_VIEW.open],
@@ -75,7 +80,7 @@ function address_words(address) {
 
 function show_view(focus, address = location.hash) {
     const [word, argument] = address_words(address);
-    const [id, link, fill_view] = VIEWS[word] ?? VIEWS.chips;
+    const [id, link, fill_view] = Object.hasOwn(VIEWS, word) ? VIEWS[word] : VIEWS.chips;
     document.querySelectorAll("main > section").forEach((section) => {
         section.hidden = section.id !== id;
     });
@@ -109,6 +114,20 @@ function press(event) {
     }
 }
 
+/// A link to the address that is there already brings its view again: the address stays, and so tells nobody.
+function follow(event) {
+    const hash = event.target.closest("a")?.hash;
+    if (hash && hash === location.hash && !event.ctrlKey && !event.metaKey && !event.shiftKey) {
+        show_view(true);
+    }
+}
+
+/// The address is that of the view: it does not become one of a place within it.
+function skip_to_content(event) {
+    event.preventDefault();
+    part("main").focus();
+}
+
 part("made-from").textContent =
     `${counted(FLASH.records.length, "record", "records")} of serial flash, ` +
     `written by pgmdev ${TABLES.version.command}, catalog ${TABLES.version.catalog}.`;
@@ -118,6 +137,8 @@ PROFILES_VIEW.start();
 NAMES_VIEW.start();
 window.addEventListener("hashchange", () => show_view(true));
 document.addEventListener("keydown", press);
+document.addEventListener("click", follow);
+document.querySelector(".skip").addEventListener("click", skip_to_content);
 show_view(false);
 performance.mark("ready");
 

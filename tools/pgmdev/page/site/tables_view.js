@@ -111,7 +111,7 @@ const PROFILES_VIEW = (() => {
     }
 
     function open(index) {
-        const number = Number(index);
+        const number = place_in(index);
         if (profiles[number] && !chosen.includes(number)) {
             chosen.push(number);
         }

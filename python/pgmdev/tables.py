@@ -116,9 +116,9 @@ def compile(csv: str | os.PathLike[str], pcf: str | os.PathLike[str], kind: Kind
         trial = os.path.join(scratch, "database")  # for its digest, which the text tells before the database is there
         compile_table(path_bytes(copy), path_bytes(trial))
         origin = {
-            "database": os.path.basename(path_text(pcf)),
+            "database": _told_name(pcf),
             "database_sha256": _digest(trial),
-            "source": os.path.basename(path_text(csv)),
+            "source": _told_name(csv),
             "source_sha256": _digest(copy),
             "records": len(found.records),
             "payload_size": found.payload_size,
@@ -157,6 +157,11 @@ def _require_replaceable(csv: str | os.PathLike[str], pcf: str | os.PathLike[str
 def _digest(path: str | os.PathLike[str]) -> str:
     with open(path, "rb") as file:
         return hashlib.sha256(file.read()).hexdigest()
+
+
+def _told_name(path: str | os.PathLike[str]) -> str:
+    """As the command tells it: within one line."""
+    return _pgmdev.printable(os.path.basename(path_bytes(path)))
 
 
 def _tell(pcf: str | os.PathLike[str], origin: dict[str, str | int]) -> None:

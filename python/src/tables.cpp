@@ -5,6 +5,7 @@
 #include "pgmdev_dev_info_table.h"
 #include "pgmdev_flash_manager.h"
 #include "pgmdev_flash_table.h"
+#include "printable_text.h"
 #include "unlocked.h"
 
 // Source tables and packed databases as their maintainers see them.
@@ -84,6 +85,7 @@ void bind_tables(py::module_& module) {
     module.attr("PROFILE_MEMBERS") = member_list(PGMDEV_DEVICE_INFO_MEMBERS);
     bind_table<PGMDEV_FLASH_TABLE>(module, "flash");
     bind_table<PGMDEV_DEV_INFO_TABLE>(module, "profile");
+    module.def("printable", [](const TEXT& text) { return to_python(printable(text.text())); });
     module.def("compile_flash", [](const TEXT& csv_file, const TEXT& pcf_file) {
         unlocked([&] {
             PGMDEV_FLASH_MANAGER(false, 1, true, false)

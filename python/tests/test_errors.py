@@ -269,6 +269,19 @@ def test_a_table_that_is_saved_meanwhile_is_not_mixed(tmp_path: pathlib.Path, mo
     assert told["records"] == str(len(found.records))
 
 
+def test_a_line_feed_in_a_name_makes_no_line_of_the_text(tmp_path: pathlib.Path) -> None:
+    """The command tells such names likewise."""
+    table, output = tmp_path / "a\nb = c.csv", tmp_path / os.fsdecode(b"x\n\xff.pcf")
+    table.write_text(tables.dump_csv(flash.default().path), encoding="utf-8")
+    assert tables.compile(table, output).ok
+    told = pathlib.Path(f"{output}.info").read_bytes().splitlines()
+    assert [line.split(b" = ")[0] for line in told] == [
+        b"database", b"database_sha256", b"source", b"source_sha256", b"records", b"payload_size", b"compiled_by"
+    ]  # fmt: skip
+    assert told[0] == b"database = x\\x0A\\xFF.pcf"
+    assert told[2] == b"source = a\\x0Ab = c.csv"
+
+
 def test_only_files_are_compiled(tmp_path: pathlib.Path) -> None:
     """Nobody waits for a pipe, and no device is replaced."""
     table, pipe = tmp_path / "table.csv", tmp_path / "pipe"

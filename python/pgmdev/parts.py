@@ -105,12 +105,12 @@ def find(
     """The parts that pass all filters and whose names fit the pattern, in any case: `*` stands for any characters, `?`
     for any one. Hidden parts are left out unless `hidden`."""
     numbers = _parts.numbers(
-        family=family,
-        device=device,
-        package=package,
-        pins=str(pins),
-        speed=str(speed),
-        temperature=temperature,
+        family=name_of(family),
+        device=name_of(device),
+        package=name_of(package),
+        pins=name_of(str(pins)),
+        speed=name_of(str(speed)),
+        temperature=name_of(temperature),
         orderable=orderable,
         production=production,
         hidden=hidden,

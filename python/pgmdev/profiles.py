@@ -2,6 +2,7 @@
 
 from __future__ import annotations
 
+import operator
 import os
 from collections.abc import Callable, Iterator, Sequence
 from dataclasses import dataclass
@@ -52,8 +53,9 @@ def key_of(record: Profile) -> str:
 
 def _number(given: str | int, number_of: Callable[[str], int]) -> int:
     """The number of something that is given by name or number; 0 for nothing."""
-    if isinstance(given, int):
-        return given if fits(given, 31) else 0
+    if hasattr(given, "__index__"):  # those of data frames, too, which are no int
+        number = operator.index(given)
+        return number if fits(number, 31) else 0
     return number_of(name_of(given))
 
 

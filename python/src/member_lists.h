@@ -60,6 +60,8 @@ RECORD record_of(const py::tuple& values, const MEMBERS& members) {
                         record.*field = text_of(value);
                     } else if (value.is_none()) {  // which counts as false elsewhere
                         throw py::cast_error();
+                    } else if (!std::is_same_v<VALUE, bool> && PyIndex_Check(value.ptr()) == 0) {
+                        throw py::cast_error();  // a fraction, of which the cast would take the whole part
                     } else {
                         record.*field = value.cast<VALUE>();
                     }

@@ -67,6 +67,7 @@ def test_lists_of_parts(command: Command) -> None:
         ({"family": "Kestrel", "speed": 6, "orderable": True}, ["--family=Kestrel", "--speed=6", "--orderable"]),
         ({"package": "fbga", "pins": 169, "production": True}, ["--package=fbga", "--pins=169", "--production"]),
         ({"device": "KES75", "temperature": "industrial"}, ["--device=KES75", "--temperature=industrial"]),
+        ({"family": " kestrel\n", "pins": " 169"}, ["--family= kestrel\n", "--pins= 169"]),
     ],
 )
 def test_filters_of_parts(command: Command, filters: dict[str, Any], options: list[str]) -> None:

@@ -4,6 +4,8 @@ from __future__ import annotations
 
 import copy
 import dataclasses
+import decimal
+import fractions
 import inspect
 import pickle
 import re
@@ -103,6 +105,20 @@ def test_frames() -> None:
     by_family = parts.find().to_frame().groupby("family").size()
     assert by_family["KESTREL"] == len(parts.find(family="KESTREL"))
     assert list(Table(["one"]).to_frame()[0]) == ["one"]
+
+
+def test_numbers_of_a_frame_may_be_asked_for() -> None:
+    frame = parts.find("KES75F169C4").to_frame()
+    assert not isinstance(frame.number[0], int)
+    assert profiles.for_part(frame.number[0]) == profiles.for_part("KES75F169C4")
+
+
+@pytest.mark.parametrize("number", [decimal.Decimal("2.5"), fractions.Fraction(5, 2), 2.5, "2"])
+def test_a_fraction_is_no_number_of_a_record(number: Any) -> None:
+    with pytest.raises(ValueError, match="die_count does not take this value"):
+        flash.implausible(records.Flash(die_count=number))
+    with pytest.raises(ValueError, match="page_byte does not take this value"):
+        hps.add(dataclasses.replace(hps.spi()[0], page_byte=number))
 
 
 def test_errors_travel() -> None:

@@ -11,16 +11,24 @@ if [ $# -ne 5 ]; then
     sed -n '2,4s/^# \{0,1\}//p' "${BASH_SOURCE[0]}" >&2
     exit 2
 fi
-table=$1
+if [[ $3$4$5 == *[,$'\n\r']* ]]; then
+    echo "a name, a type and a cell have no commas and no line breaks" >&2
+    exit 2
+fi
+table=$(realpath -- "$1")  # also since awk takes t=1.csv for a variable
 new=$(mktemp "$table.XXXXXX")
 trap 'rm -f "$new"' EXIT
 
-awk -v after="$2" -v name="$3" -v type="$4" -v cell="$5" '
+after=$2 name=$3 type=$4 cell=$5 awk '
     function trimmed(text) { gsub(/^[ \t]+|[ \t\r]+$/, "", text); return text }
     function new_cell(line) {
         return line == 0 ? type : line == 1 ? name : line < header_lines ? "-" : cell
     }
-    BEGIN { FS = "," }
+    BEGIN {                         # no arguments of -v, whose backslashes would be escapes
+        FS = ","
+        after = ENVIRON["after"]; name = ENVIRON["name"]; type = ENVIRON["type"]; cell = ENVIRON["cell"]
+    }
+    { line_end = sub(/\r$/, "") ? "\r" : "" }
     FNR == 1 { line = -1 }          # lines that hold something are counted from 0
     trimmed($0) != "" { ++line }
     NR == FNR {                     # the first time through: where the column goes, and how wide it is
@@ -37,7 +45,7 @@ awk -v after="$2" -v name="$3" -v type="$4" -v cell="$5" '
         width = length(type) > length(name) ? length(type) : length(name)
         if (length(cell) > width) width = length(cell)
     }
-    trimmed($0) == "" || NF != columns { print; next }
+    trimmed($0) == "" || NF != columns { print $0 line_end; next }
     {
         text = new_cell(line)
         row = ""
@@ -53,8 +61,9 @@ awk -v after="$2" -v name="$3" -v type="$4" -v cell="$5" '
                 row = row "," (i < NF ? substr($(i + 1), 1, RLENGTH) : padded ? " " : "") text
             }
         }
-        print row
+        print row line_end
     }
 ' "$table" "$table" > "$new"
 
-cat "$new" > "$table"
+chmod --reference="$table" "$new"
+mv -f "$new" "$table"

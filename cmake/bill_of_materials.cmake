@@ -1,8 +1,9 @@
 # Run when the project is installed: writes the bill of materials, pgmdev.spdx.json (SPDX 2.3), which tells what of others is
 # in the programs or comes with them, in which version and under which licence.
 #
-# VERSION, OUTPUT (below the prefix), THIRD_PARTY (third_party.cmake), CPACK_PGMDEV_SOURCE_DIR
+# VERSION, OUTPUT (below the prefix), THIRD_PARTY (third_party.cmake)
 
+cmake_path(GET CMAKE_CURRENT_LIST_DIR PARENT_PATH CPACK_PGMDEV_SOURCE_DIR)
 include(${CMAKE_CURRENT_LIST_DIR}/package_time.cmake)
 string(TIMESTAMP created "%Y-%m-%dT%H:%M:%SZ" UTC)  # that of the commit
 

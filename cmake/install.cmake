@@ -113,6 +113,5 @@ endforeach()
 install(CODE "
   set(VERSION ${PROJECT_VERSION})
   set(OUTPUT ${PGMDEV_INSTALL_DOCDIR}/pgmdev.spdx.json)
-  set(THIRD_PARTY \"${PGMDEV_THIRD_PARTY}\")
-  set(CPACK_PGMDEV_SOURCE_DIR ${PROJECT_SOURCE_DIR})" COMPONENT runtime)
+  set(THIRD_PARTY \"${PGMDEV_THIRD_PARTY}\")" COMPONENT runtime)
 install(SCRIPT cmake/bill_of_materials.cmake COMPONENT runtime)

@@ -14,6 +14,9 @@ PREPARE
 printf '#!/bin/sh\necho "pgmdev $*"\n' >"$root/build/release/bin/pgmdev"
 chmod +x "$root/build/release/bin/pgmdev"
 
+# Of a relative path, of which the shell could make another one, or two.
+(cd "$root/.." && CDPATH=.:/ "${root##*/}/run" --version >/dev/null) || { echo "with CDPATH it does not run" >&2; exit 1; }
+
 # expect TARGETS ARGUMENT...: that ./run with these arguments builds the targets and then runs the command with them.
 expect() {
     local targets=$1 said

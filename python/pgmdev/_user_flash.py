@@ -47,7 +47,7 @@ def _values(record: Flash) -> tuple[Any, ...]:
 
 def decode(text: str) -> Table[UserFlash]:
     """What a text holds. There is at least one description; of several, the library takes the first one, or none."""
-    found: Table[UserFlash] = Table()
+    found = Table[UserFlash](of=UserFlash)
     for body, password, valid, plausible, record, faults in _pgmdev.decode_user_flash(text):
         flash = Flash(*record) if record is not None else None
         found.append(UserFlash(body, password, valid, plausible, flash, tuple(faults)))
@@ -65,4 +65,4 @@ def encode(records: Flash | Sequence[Flash]) -> str:
 
 def implausible(record: Flash) -> Table[Implausible]:
     """Every member for which the library would refuse a flash."""
-    return Table(Implausible(*each) for each in _pgmdev.implausible(_values(record)))
+    return Table((Implausible(*each) for each in _pgmdev.implausible(_values(record))), Implausible)

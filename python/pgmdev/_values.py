@@ -6,6 +6,7 @@ import dataclasses
 import operator
 import os
 import threading
+from collections.abc import Iterable
 from typing import Any, Callable, Generic, List, SupportsIndex, TypeVar, overload
 
 from pgmdev import _pgmdev
@@ -36,19 +37,26 @@ def _plain(value: Any) -> Any:
 class Table(List[T]):
     """A list of values."""
 
+    def __init__(self, values: Iterable[T] = (), of: type[T] | None = None) -> None:
+        """`of`: what they are, for a list of none."""
+        super().__init__(values)
+        self._of = of
+
     @overload
     def __getitem__(self, index: SupportsIndex) -> T: ...
     @overload
     def __getitem__(self, index: slice) -> Table[T]: ...
     def __getitem__(self, index: SupportsIndex | slice) -> T | Table[T]:
         found = super().__getitem__(index)
-        return Table(found) if isinstance(index, slice) else found  # type: ignore[arg-type, return-value]
+        return Table(found, self._of) if isinstance(index, slice) else found  # type: ignore[arg-type, return-value]
 
     def to_frame(self) -> Any:
         """A pandas.DataFrame with a column for each member. Needs pandas."""
         import pandas
 
         rows = [row.asdict() if isinstance(row, Value) else row for row in self]
+        if not rows and self._of is not None:
+            return pandas.DataFrame(columns=[field.name for field in dataclasses.fields(self._of)])
         return pandas.DataFrame(rows)
 
 

@@ -127,7 +127,7 @@ class Database(Sequence[Flash]):
         self.path = path_text(path)
         self._database = _pgmdev.FlashDatabase(path_bytes(path))
         self._place = os.path.abspath(self.path)  # for what is read later, whatever the current directory is then
-        self.records: Table[Flash] = Table(Flash(*values) for values in self._database.records())
+        self.records = Table((Flash(*values) for values in self._database.records()), Flash)
         self._by_name: dict[str, int] = {}
         for index, record in enumerate(self.records):
             if record.default_dev:
@@ -145,7 +145,7 @@ class Database(Sequence[Flash]):
     @overload
     def __getitem__(self, index: slice) -> Table[Flash]: ...
     def __getitem__(self, index: int | slice) -> Flash | Table[Flash]:
-        return Table(self.records[index]) if isinstance(index, slice) else self.records[index]
+        return self.records[index]
 
     def __len__(self) -> int:
         return len(self.records)
@@ -187,7 +187,7 @@ class Database(Sequence[Flash]):
             texts = record.device_name, record.manufacturer_name, record.asc_voltage
             return all(fits_wanted(text) for fits_wanted, text in zip(wanted, texts))
 
-        return Table(record for record in self.records if fits(record))
+        return Table((record for record in self.records if fits(record)), Flash)
 
     def identify(self, response: bytes | str, *, silicon_id: bool = False) -> Identification:
         """Which flash answered: `response` is what it sent, as bytes or as text ("EF4017", "EF:40:17", "0xEF 0x40

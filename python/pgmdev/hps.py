@@ -48,7 +48,8 @@ class _List(Generic[F]):
 
     def read(self) -> Table[F]:
         entries, user_count = self.entries()
-        return Table(replace(self.record(*values), user=index < user_count) for index, values in enumerate(entries))
+        records = (replace(self.record(*values), user=index < user_count) for index, values in enumerate(entries))
+        return Table(records, self.record)
 
 
 _NAND = _List(NandFlash, params.Block.HPS_NAND, _pgmdev.hps_nand, _pgmdev.hps_nand_fault, _pgmdev.hps_nand_block)
@@ -58,7 +59,7 @@ _LISTS: dict[type, _List[Any]] = {NandFlash: _NAND, SpiFlash: _SPI}
 
 def kinds() -> Table[HpsKind]:
     """All kinds of hard processor systems."""
-    return Table(HpsKind(**values) for values in _pgmdev.hps_kinds())
+    return Table((HpsKind(**values) for values in _pgmdev.hps_kinds()), HpsKind)
 
 
 def current() -> HpsKind | None:

@@ -117,13 +117,13 @@ def find(
     )
     parts = _parts.all_parts()
     wanted = pattern_of(pattern)
-    return Table(parts[number] for number in numbers if wanted(parts[number].name))
+    return Table((parts[number] for number in numbers if wanted(parts[number].name)), Part)
 
 
 def devices(pattern: str = "*") -> Table[Device]:
     """The devices of the device library whose names fit the pattern, also those without parts."""
     wanted = pattern_of(pattern)
-    found: Table[Device] = Table()
+    found = Table[Device](of=Device)
     for number in range(1, _pgmdev.DEVICE_GENERIC):
         name = _pgmdev.device_text(number)
         if name and wanted(name):
@@ -136,9 +136,8 @@ def families(pattern: str = "*") -> Table[Family]:
     """The families of the device library whose names fit the pattern."""
     wanted = pattern_of(pattern)
     known = ((_pgmdev.family_text(number), number) for number in range(1, _pgmdev.FAMILY_GENERIC))
-    return Table(
-        Family(name, number, _pgmdev.pcf_family_pcf(name)) for name, number in known if name and wanted(name)
-    )
+    found = (Family(name, number, _pgmdev.pcf_family_pcf(name)) for name, number in known if name and wanted(name))
+    return Table(found, Family)
 
 
 def _governing(info: _schemes.Meaning, part: Part | None) -> Governing | None:

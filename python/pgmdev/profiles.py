@@ -65,7 +65,7 @@ class Database(Sequence[Profile]):
     def __init__(self, path: str | os.PathLike[str]) -> None:
         self.path = path_text(path)
         read = _pgmdev.profile_from_database(path_bytes(path))
-        self.records: Table[Profile] = Table(Profile(*values) for values in read["records"])
+        self.records = Table((Profile(*values) for values in read["records"]), Profile)
         self._families: list[int | None] = read["family_table"]
         self._devices: list[int | None] = read["device_table"]
         self._parts: list[int | None] = read["part_table"]
@@ -75,7 +75,7 @@ class Database(Sequence[Profile]):
     @overload
     def __getitem__(self, index: slice) -> Table[Profile]: ...
     def __getitem__(self, index: int | slice) -> Profile | Table[Profile]:
-        return Table(self.records[index]) if isinstance(index, slice) else self.records[index]
+        return self.records[index]
 
     def __len__(self) -> int:
         return len(self.records)

@@ -74,8 +74,8 @@ class Check(Value):
 
 def _records(kind: Kind, rows: list[tuple[Any, ...]]) -> Table[Any]:
     if kind == "flash":
-        return Table(Flash(*row) for row in rows)
-    return Table(Profile(*row) for row in rows)
+        return Table((Flash(*row) for row in rows), Flash)
+    return Table((Profile(*row) for row in rows), Profile)
 
 
 def check(csv: str | os.PathLike[str], kind: Kind = "flash") -> Check:

@@ -107,6 +107,24 @@ def test_frames() -> None:
     assert list(Table(["one"]).to_frame()[0]) == ["one"]
 
 
+@pytest.mark.parametrize(
+    "some",
+    [flash.find(), parts.find("KES75F*"), parts.devices(), parts.families(), hps.spi(), hps.kinds(), profiles.load()],
+)
+def test_a_frame_of_nothing_has_its_columns(some: Any) -> None:
+    columns = list(some[:2].to_frame().columns)
+    assert len(columns) > 2
+    assert list(some[:0].to_frame().columns) == columns
+    assert list(pickle.loads(pickle.dumps(some[:0])).to_frame().columns) == columns
+
+
+def test_what_is_asked_of_a_frame_may_be_found_nowhere() -> None:
+    frame = flash.find("no such flash").to_frame()
+    assert len(frame[frame.asc_voltage == "1.8V"]) == 0
+    assert len(parts.find("no such part").to_frame().speed) == 0
+    assert list(flash.implausible(flash.load()[0]).to_frame().columns) == ["member", "found", "expected"]
+
+
 def test_numbers_of_a_frame_may_be_asked_for() -> None:
     frame = parts.find("KES75F169C4").to_frame()
     assert not isinstance(frame.number[0], int)

@@ -2,6 +2,7 @@
 
 from __future__ import annotations
 
+import contextlib
 import hashlib
 import os
 import stat
@@ -167,9 +168,14 @@ def _told_name(path: str | os.PathLike[str]) -> str:
 def _tell(pcf: str | os.PathLike[str], origin: dict[str, str | int]) -> None:
     """Replaces the text beside a database."""
     path = path_text(pcf) + ".info"
-    with open(path + ".new", "w", encoding="utf-8", errors="surrogateescape", newline="\n") as file:
-        file.writelines(f"{key} = {value}\n" for key, value in origin.items())
-    os.replace(path + ".new", path)
+    try:
+        with open(path + ".new", "w", encoding="utf-8", newline="\n") as file:
+            file.writelines(f"{key} = {value}\n" for key, value in origin.items())
+        os.replace(path + ".new", path)
+    except BaseException:
+        with contextlib.suppress(OSError):
+            os.unlink(path + ".new")
+        raise
 
 
 @overload

@@ -240,6 +240,7 @@ def test_the_text_beside_a_database_fits_it_at_any_moment(
         assert tables.compile(new, output).ok
     assert output.read_bytes() == of_new
     assert (told()["database_sha256"], told()["replaces_sha256"]) == (digest(of_new), digest(of_old))
+    assert not pathlib.Path(f"{output}.info.new").exists()
 
     assert tables.compile(new, output).ok
     assert told()["database_sha256"] == digest(of_new)

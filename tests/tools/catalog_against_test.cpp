@@ -48,6 +48,40 @@ TEST(catalog_against, FindsAPartNumberThatHasAnotherName) {
               "give a new one\n");
 }
 
+TEST(catalog_against, FindsAFurtherNameThatHasAnotherPartNumber) {
+    SMALL_CATALOG catalog;
+    catalog.replace("devices.txt", "alias FIN1-F100-C6 FIN1F100C6", "alias fin1-f100-c6 FIN1LF100I7");
+    EXPECT_EQ(faults_of(catalog, SMALL_CATALOG()),
+              "new/devices.txt:4: \"fin1-f100-c6\" had the part number 1 at old/devices.txt:4, now it has 4\n");
+}
+
+TEST(catalog_against, FindsANameOfAPartThatWasAFurtherOneOfAnother) {
+    SMALL_CATALOG catalog;
+    catalog.replace("devices.txt", "  alias FIN1-F100-C6 FIN1F100C6\n", "  parts 9 FIN1-F100-C6 (Q44) (C6) sample\n");
+    EXPECT_EQ(faults_of(catalog, SMALL_CATALOG()),
+              "new/devices.txt:4: \"FIN1-F100-C6\" had the part number 1 at old/devices.txt:4, now it has 9\n");
+}
+
+TEST(catalog_against, FindsAFurtherNameThatTakesThePlaceOfTheName) {
+    SMALL_CATALOG catalog;
+    SMALL_CATALOG old;
+    old.replace("devices.txt", "  alias FIN1-F100-C6 FIN1F100C6\n", "");
+    old.replace("devices.txt", "  parts 8 ROB3 F100 I7 discontinued\n",
+                "  parts 8 ROB3 F100 I7 discontinued\n  alias ROB5F100I7 ROB3F100I7\n");
+    catalog.replace("devices.txt", "  alias FIN1-F100-C6 FIN1F100C6\n", "");
+    catalog.replace("devices.txt", "ROB3 F100", "ROB5 F100");
+    catalog.replace("ordering-codes.txt", "9 ROB3F100I7\n", "");
+    EXPECT_EQ(faults_of(catalog, old),
+              "new/devices.txt:8: the part number 8 of \"ROB5F100I7\" stood for \"ROB3F100I7\" at old/devices.txt:8: "
+              "give a new one\n");
+}
+
+TEST(catalog_against, FurtherNamesThatComeAndGoAreFine) {
+    SMALL_CATALOG catalog;
+    catalog.replace("devices.txt", "alias FIN1-F100-C6 FIN1F100C6", "alias FIN1-C6 FIN1F100C6");
+    EXPECT_EQ(faults_of(catalog, SMALL_CATALOG()), "");
+}
+
 TEST(catalog_against, FindsRenumberedDevicesAndFamilies) {
     SMALL_CATALOG catalog;
     catalog.replace("devices.txt", "device 9 ROBIN-2", "device 10 ROBIN-2");

@@ -60,6 +60,7 @@ struct CATALOG_PART {
 
 /// A further name by which the device library finds a part.
 struct CATALOG_ALIAS {
+    SOURCE_PLACE place;
     std::string name;
     std::size_t part = 0;  ///< index of the part
 };

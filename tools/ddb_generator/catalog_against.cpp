@@ -11,6 +11,7 @@ struct NUMBERED {
     SOURCE_PLACE place;
     std::string name;
     int number;
+    bool is_further = false;  ///< the number has a name of its own besides
 };
 
 using NUMBERS = std::vector<NUMBERED>;
@@ -23,6 +24,14 @@ NUMBERS numbers_of(const ROWS& rows) {
     NUMBERS numbers;
     for (const auto& row : rows) {
         numbers.push_back({row.place, row.name, row.number});
+    }
+    return numbers;
+}
+
+NUMBERS part_numbers_of(const CATALOG& catalog) {
+    NUMBERS numbers = numbers_of(catalog.parts);
+    for (const CATALOG_ALIAS& alias : catalog.aliases) {
+        numbers.push_back({alias.place, alias.name, catalog.parts[alias.part].number, true});
     }
     return numbers;
 }
@@ -47,11 +56,14 @@ void compare(const NUMBERS& numbers, const NUMBERS& old, const std::string& what
     for (const NUMBERED& row : old) {
         if (row.number != none) {
             by_name.emplace(upper_case(row.name), &row);
+        }
+        if (row.number != none && !row.is_further) {
             by_number.emplace(row.number, &row);
         }
     }
     for (const NUMBERED& row : numbers) {
-        const auto same_name = by_name.find(upper_case(row.name));
+        const std::string name = upper_case(row.name);
+        const auto same_name = by_name.find(name);
         if (same_name != by_name.end() && same_name->second->number != row.number) {
             faults.add(row.place, "\"" + row.name + "\" had the " + what + " " +
                                       std::to_string(same_name->second->number) + " at " +
@@ -59,7 +71,8 @@ void compare(const NUMBERS& numbers, const NUMBERS& old, const std::string& what
             continue;
         }
         const auto same_number = by_number.find(row.number);
-        if (row.number != none && same_name == by_name.end() && same_number != by_number.end()) {
+        if (row.number != none && !row.is_further && same_number != by_number.end() &&
+            upper_case(same_number->second->name) != name) {
             faults.add(row.place, "the " + what + " " + std::to_string(row.number) + " of \"" + row.name +
                                       "\" stood for \"" + same_number->second->name + "\" at " +
                                       text_of(same_number->second->place) + ": give a new one");
@@ -72,6 +85,6 @@ void compare(const NUMBERS& numbers, const NUMBERS& old, const std::string& what
 void compare_numbers(const CATALOG& catalog, const CATALOG& old, FAULTS& faults) {
     compare(numbers_of(catalog.families), numbers_of(old.families), "family number", NO_NUMBER, faults);
     compare(numbers_of(catalog.devices), numbers_of(old.devices), "device number", NO_NUMBER, faults);
-    compare(numbers_of(catalog.parts), numbers_of(old.parts), "part number", NO_NUMBER, faults);
+    compare(part_numbers_of(catalog), part_numbers_of(old), "part number", NO_NUMBER, faults);
     compare(ordering_codes_of(catalog), ordering_codes_of(old), "ordering-code index", NO_ORDERING_CODE, faults);
 }

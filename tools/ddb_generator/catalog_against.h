@@ -6,6 +6,6 @@
 
 #include "catalog.h"
 
-/// A name that has changed its number, and a number that has changed its name, are faults: of families, devices, parts
-/// and ordering codes. What is new is none, nor what is gone.
+/// A name that has changed its number, and a number that has changed its name, are faults: of families, devices, parts,
+/// also by further names, and ordering codes. What is new is none, nor what is gone.
 void compare_numbers(const CATALOG& catalog, const CATALOG& old, FAULTS& faults);

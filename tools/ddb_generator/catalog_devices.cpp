@@ -185,6 +185,6 @@ void CATALOG_READER::read_alias(const SOURCE_ROW& row) {
     } else if (m_catalog.aliases.size() == MAX_ALIASES) {
         m_faults.add(row.place, "more than " + std::to_string(MAX_ALIASES) + " aliases");
     } else {
-        m_catalog.aliases.push_back({row.cells[1], *part});
+        m_catalog.aliases.push_back({row.place, row.cells[1], *part});
     }
 }

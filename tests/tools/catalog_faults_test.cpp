@@ -250,6 +250,38 @@ TEST(CatalogFaultsTogether, TooManyCodes) {
     EXPECT_EQ(catalog.faults(), "packages.txt: has more than 255 packages\ngrades.txt: has more than 255 grades\n");
 }
 
+TEST(CatalogFaultsTogether, NamesThatAreTooLong) {
+    SMALL_CATALOG catalog;
+    catalog.replace("devices.txt", "ROB3 F100", "R{A}" + LONG_NAME + " F100");
+    catalog.replace("ordering-codes.txt", "9 ROB3F100I7", "9 " + std::string(252, 'A'));
+    EXPECT_EQ(catalog.faults(), "devices.txt:9: ordering name \"RA" + LONG_NAME +
+                                    "F100I7\" is longer than 63 characters\n"
+                                    "ordering-codes.txt:3: ordering name \"" +
+                                    std::string(252, 'A') + "\" is not known\n");
+}
+
+TEST(CatalogFaultsTogether, NamesThatAreMuchTooLongAreNotMade) {
+    const auto times = [](int count, const std::string& text) {
+        std::string result;
+        for (int i = 0; i < count; ++i) {
+            result += text;
+        }
+        return result;
+    };
+    // Each would be half a million characters long, and made of longer and longer ones.
+    const std::string pattern = "ROB3" + times(9, "{4,5}") + times(500000, "{6}");
+    const std::string text(253, 'A');
+    SMALL_CATALOG catalog;
+    catalog.replace("devices.txt", "ROB3 F100", pattern + " F100");
+    catalog.replace("ordering-codes.txt", "9 ROB3F100I7", "9 {B,C}{}\n11 " + text);
+    EXPECT_EQ(catalog.faults(), "devices.txt:9: pattern \"" + pattern +
+                                    "\" stands for a name of more than 252 characters\n"
+                                    "ordering-codes.txt:3: ordering name \"B\" is not known\n"
+                                    "ordering-codes.txt:3: ordering name \"C\" is not known\n"
+                                    "ordering-codes.txt:4: pattern \"" +
+                                    text + "\" stands for a name of more than 252 characters\n");
+}
+
 TEST(CatalogFaultsTogether, TooManyAliases) {
     SMALL_CATALOG catalog;
     std::string aliases;

@@ -282,6 +282,14 @@ TEST(CatalogFaultsTogether, NamesThatAreMuchTooLongAreNotMade) {
                                     text + "\" stands for a name of more than 252 characters\n");
 }
 
+TEST(CatalogFaultsTogether, PackageNameThatHasAMeaningOfItsOwn) {
+    SMALL_CATALOG catalog;
+    catalog.replace("packages.txt", "Q44", "E BGA 4\nQ44");
+    catalog.replace("devices.txt", "  parts 8", "  parts 9 Non E I7 sample\n  parts 8");
+    EXPECT_EQ(catalog.faults(),
+              "devices.txt:9: package name \"NonE\" has a meaning of its own and cannot be used as a name\n");
+}
+
 TEST(CatalogFaultsTogether, TooManyAliases) {
     SMALL_CATALOG catalog;
     std::string aliases;

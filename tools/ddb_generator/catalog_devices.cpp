@@ -147,6 +147,7 @@ void CATALOG_READER::read_parts(const SOURCE_ROW& row) {
 void CATALOG_READER::add_part(CATALOG_PART part) {
     if (!check_name(part.place, part.name, "ordering name", m_faults) ||
         !check_name(part.place, part.programming_name, "programming name", m_faults) ||
+        !check_name(part.place, part.package_name, "package name", m_faults) ||
         !m_ordering_names.is_free(part.name, part.place, m_faults)) {
         return;
     }

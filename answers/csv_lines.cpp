@@ -36,6 +36,9 @@ CSV_LINES::CSV_LINES(std::string text) : m_text(std::make_unique<const std::stri
     std::size_t number = 0;
     for_each_line(without_byte_order_mark(*m_text), [&](std::string_view line) {
         ++number;
+        if (line.ends_with('\r')) {
+            line.remove_suffix(1);  // it would stand behind the last comma
+        }
         const std::size_t end = std::min(line.find(','), line.size());
         const std::string_view first = without_white_space_around(line.substr(0, end));
         if (first.empty() && end + 1 >= line.size()) {

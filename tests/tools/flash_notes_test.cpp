@@ -49,6 +49,19 @@ TEST(flash_notes, AreCheckedWithTheTable) {
     EXPECT_TRUE(contains(notes.at(3).at("file"), "left_out.csv"));
 }
 
+TEST(flash_notes, AnEmptyLastCellIsNoneHoweverLinesEnd) {
+    for (const std::string end : {"\n", "\r\n"}) {
+        const TABLE_WITH_NOTES files;
+        const std::string heading = "device_name,identification,reason" + end;
+        files.write("flash/left_out.csv",
+                    heading + "NOSUCH,EF0000,nobody has it" + end + end + "NORSUCH,EF0001," + end);
+        const PROCESS_RESULT result = run_command({"flash", "check", files.table()});
+        EXPECT_EQ(result.exit_code, INTERNAL_ERROR);
+        EXPECT_EQ(lines_of(result.errors).back(),
+                  files.path("left_out.csv") + ": fault: expected as many cells in line 4 as in the first");
+    }
+}
+
 TEST(flash_notes, ThoseInUtf16AreToldToBe) {
     for (const char* name : {"ambiguities.csv", "identifications.csv", "aliases.csv", "left_out.csv", "sources.csv"}) {
         const TABLE_WITH_NOTES files;

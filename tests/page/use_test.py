@@ -26,6 +26,11 @@ class Use(PageTest):
         self.assertEqual(self.chips(), [])
         self.assertTrue(self.page.find("#chips-none").is_displayed())
 
+    def test_the_enter_key_sends_the_search_to_nobody(self):
+        self.search("mx25l12835f")
+        self.driver.switch_to.active_element.send_keys(Keys.ENTER)  # the browser does not complain of the page's policy
+        self.assertEqual(self.chips(), ["MX25L12833F"])
+
     def test_filters_and_order(self):
         self.page.find("#maker").send_keys("Macronix")
         rows = self.command.json("flash", "list", "--maker", "Macronix")

@@ -208,6 +208,7 @@ const CHIPS_VIEW = (() => {
         );
         add_choices("voltage", different("asc_voltage").sort());
         part("search").addEventListener("input", ask);
+        part("search").form.addEventListener("submit", (event) => event.preventDefault()); // there is nobody to send it to
         ["maker", "size", "voltage", "switched-off"].forEach((id) => part(id).addEventListener("change", ask));
         part("chips-more").addEventListener("click", () => {
             const first_new = state.shown;

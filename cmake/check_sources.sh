@@ -7,7 +7,7 @@
 # full   every file, tests, fuzzers and benchmarks too, against all of .clang-tidy, one by one: an hour or more. What only
 #        Windows has is looked at where the compiler for it is there; the programs of tests/consumer are not.
 set -euo pipefail
-root=$(CDPATH= cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
+root=$(CDPATH='' cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 . "$root/cmake/prepare.sh"
 cd "$root"
 mode=${1:?quick or full}

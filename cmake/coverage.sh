@@ -6,7 +6,7 @@
 # What is left in build/coverage/merged.profdata is for llvm-cov: `llvm-cov show build/coverage/lib/libpgmdev.so
 # -instr-profile=build/coverage/merged.profdata --show-branches=count`.
 set -euo pipefail
-root=$(CDPATH= cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
+root=$(CDPATH='' cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 . "$root/cmake/prepare.sh"
 cd "$root"
 

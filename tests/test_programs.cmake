@@ -104,7 +104,8 @@ function(add_plain_test_program name)
         COST ${ARGC})  # the largest ones first, beside which the others run
     endforeach()
   else()
-    gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST PROPERTIES LABELS ${name})
+    # The list of tests is there at once, but not on a machine that is busy.
+    gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST DISCOVERY_TIMEOUT 300 PROPERTIES LABELS ${name})
   endif()
 endfunction()
 

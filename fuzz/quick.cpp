@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <array>
 #include <chrono>
+#include <cstdio>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
@@ -97,6 +98,8 @@ public:
         ::close(nowhere);
     }
     ~SILENCE() {
+        std::fflush(nullptr);  // into nowhere, too
+        std::cout.flush();
         ::dup2(m_output, STDOUT_FILENO);
         ::dup2(m_errors, STDERR_FILENO);
     }

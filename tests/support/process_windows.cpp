@@ -127,6 +127,25 @@ std::wstring environment_for(const PROCESS& process) {
     return block + L'\0';
 }
 
+/// Starts the program. Wine fails to do so in one of many thousand attempts, before anything of the program has run.
+PROCESS_INFORMATION started_by_system(const PROCESS& process, STARTUPINFOW& startup) {
+    constexpr int ATTEMPTS = 3;
+    std::wstring environment = environment_for(process);
+    PROCESS_INFORMATION started{};
+    for (int i = 1;; ++i) {
+        std::wstring line = command_line(process.command);
+        if (CreateProcessW(wide_from_utf8(process.command.front()).c_str(), line.data(), nullptr, nullptr, TRUE,
+                           CREATE_UNICODE_ENVIRONMENT, environment.data(),
+                           process.directory.empty() ? nullptr : process.directory.c_str(), &startup, &started) != 0) {
+            return started;
+        }
+        const DWORD error = GetLastError();
+        if (error != ERROR_INTERNAL_ERROR || i == ATTEMPTS) {
+            throw std::runtime_error(process.command.front() + " cannot be started: error " + std::to_string(error));
+        }
+    }
+}
+
 }  // namespace
 
 PROCESS_RESULT run_process(const PROCESS& process) {
@@ -140,15 +159,7 @@ PROCESS_RESULT run_process(const PROCESS& process) {
     startup.hStdInput = input.handle();
     startup.hStdOutput = output.handle();
     startup.hStdError = errors.handle();
-    std::wstring line = command_line(process.command);
-    std::wstring environment = environment_for(process);
-    PROCESS_INFORMATION started{};
-    if (CreateProcessW(wide_from_utf8(process.command.front()).c_str(), line.data(), nullptr, nullptr, TRUE,
-                       CREATE_UNICODE_ENVIRONMENT, environment.data(),
-                       process.directory.empty() ? nullptr : process.directory.c_str(), &startup, &started) == 0) {
-        throw std::runtime_error(process.command.front() + " cannot be started: error " +
-                                 std::to_string(GetLastError()));
-    }
+    const PROCESS_INFORMATION started = started_by_system(process, startup);
     const HANDLE_OWNER thread(started.hThread);
     const HANDLE_OWNER program(started.hProcess);
     DWORD exit_code = 0;

@@ -17,6 +17,9 @@ class SHOWN_ON_STANDARD_ERROR : public std::streambuf {
     }
 
     int sync() override {
+        if (m_line.empty()) {  // before each character that is read from standard input
+            return 0;
+        }
         const std::string text = printable_lines(m_line);
         m_line.clear();
         const auto length = static_cast<std::streamsize>(text.size());

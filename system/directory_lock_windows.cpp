@@ -11,9 +11,12 @@ bool passes(DWORD error) {
            error == ERROR_NO_SYSTEM_RESOURCES;
 }
 
-/// Whether the file is there, as the last one's is while it goes: the system denies access to it, and to what it is.
+/// Whether the directory still has the file, as it has that of the last one while it goes: the system denies access to it,
+/// also to what it is. A directory that may not be entered tells of none.
 bool is_there(const std::filesystem::path& file) {
-    return GetFileAttributesW(file.c_str()) != INVALID_FILE_ATTRIBUTES || GetLastError() == ERROR_ACCESS_DENIED;
+    WIN32_FIND_DATAW found;
+    const HANDLE search = FindFirstFileW(file.c_str(), &found);
+    return search != INVALID_HANDLE_VALUE && FindClose(search) != 0;
 }
 
 }  // namespace

@@ -39,13 +39,16 @@ TEST(FlashIniWindows, AProtectedContainerIsNotReplaced) {
     EXPECT_EQ(FLASH_INI_DIRECTORY::read(1), std::nullopt);
 }
 
+/// What is at the place of the lock's file when the system denies it: the last one's, which goes, or nothing any more, in a
+/// directory that may be listed or not even that.
+enum class PLACE { GOING, GONE, CLOSED };
+
 /// The lock's file, as the system denies it to the library a few times.
 class DENIED_LOCK {
 public:
-    /// `is_going`: the last one's is still there, and the system denies also what it is.
-    DENIED_LOCK(int denials, bool is_going) {
+    DENIED_LOCK(int denials, PLACE place) {
         s_denials = denials;
-        s_is_going = is_going;
+        s_place = place;
         s_attempts = 0;
     }
 
@@ -54,36 +57,38 @@ public:
 private:
     static bool is_lock(const wchar_t* name) { return std::wstring_view(name).ends_with(L"\\.tessary-lock"); }
 
-    static HANDLE WINAPI open(const wchar_t* name, DWORD access, DWORD sharing, SECURITY_ATTRIBUTES* security,
-                              DWORD how, DWORD attributes, HANDLE like) {
-        if (is_lock(name) && s_attempts++ < s_denials) {
-            SetLastError(ERROR_ACCESS_DENIED);
-            return INVALID_HANDLE_VALUE;
-        }
-        return CreateFileW(name, access, sharing, security, how, attributes, like);
+    static HANDLE denied() {
+        SetLastError(ERROR_ACCESS_DENIED);
+        return INVALID_HANDLE_VALUE;
     }
 
-    static DWORD WINAPI attributes(const wchar_t* name) {
-        if (is_lock(name) && s_is_going) {
-            SetLastError(ERROR_ACCESS_DENIED);
-            return INVALID_FILE_ATTRIBUTES;
+    static HANDLE WINAPI open(const wchar_t* name, DWORD access, DWORD sharing, SECURITY_ATTRIBUTES* security,
+                              DWORD how, DWORD attributes, HANDLE like) {
+        return is_lock(name) && s_attempts++ < s_denials
+                   ? denied()
+                   : CreateFileW(name, access, sharing, security, how, attributes, like);
+    }
+
+    static HANDLE WINAPI find(const wchar_t* name, WIN32_FIND_DATAW* found) {
+        if (is_lock(name) && s_place == PLACE::CLOSED) {
+            return denied();
         }
-        return GetFileAttributesW(name);
+        return FindFirstFileW(is_lock(name) && s_place == PLACE::GOING ? L"*" : name, found);
     }
 
     static inline int s_denials = 0;
-    static inline bool s_is_going = false;
+    static inline PLACE s_place = PLACE::GOING;
     static inline int s_attempts = 0;
 
     REPLACED_IMPORT m_open{GetModuleHandleW(L"pgmdev.dll"), "kernel32.dll", "CreateFileW",
                            reinterpret_cast<FARPROC>(open)};
-    REPLACED_IMPORT m_attributes{GetModuleHandleW(L"pgmdev.dll"), "kernel32.dll", "GetFileAttributesW",
-                                 reinterpret_cast<FARPROC>(attributes)};
+    REPLACED_IMPORT m_find{GetModuleHandleW(L"pgmdev.dll"), "kernel32.dll", "FindFirstFileW",
+                           reinterpret_cast<FARPROC>(find)};
 };
 
 TEST(FlashIniWindows, ALockThatIsGoingIsWaitedFor) {
     const FLASH_INI_DIRECTORY directory;
-    const DENIED_LOCK denied(10, true);
+    const DENIED_LOCK denied(10, PLACE::GOING);
     const PGMDEV_FLASH_INI_LOCK lock;
     EXPECT_TRUE(lock.is_held());
     EXPECT_EQ(denied.attempts(), 11);
@@ -92,18 +97,20 @@ TEST(FlashIniWindows, ALockThatIsGoingIsWaitedFor) {
 
 TEST(FlashIniWindows, ALockThatHasJustGoneIsAskedForAgain) {
     const FLASH_INI_DIRECTORY directory;
-    const DENIED_LOCK denied(1, false);
+    const DENIED_LOCK denied(1, PLACE::GONE);
     const PGMDEV_FLASH_INI_LOCK lock;
     EXPECT_TRUE(lock.is_held());
     EXPECT_TRUE(std::filesystem::exists(directory.scratch().directory() / ".tessary-lock"));
 }
 
-TEST(FlashIniWindows, ADirectoryThatMayNotBeWrittenHasNoLockToGive) {
+TEST(FlashIniWindows, ADirectoryThatMayNotBeWrittenOrEnteredHasNoLockToGive) {
     const FLASH_INI_DIRECTORY directory;
-    const DENIED_LOCK denied(1'000'000, false);
-    const PGMDEV_FLASH_INI_LOCK lock;
-    EXPECT_TRUE(lock.is_held());
-    EXPECT_EQ(denied.attempts(), 3);
+    for (const PLACE place : {PLACE::GONE, PLACE::CLOSED}) {
+        const DENIED_LOCK denied(1'000'000, place);
+        const PGMDEV_FLASH_INI_LOCK lock;
+        EXPECT_TRUE(lock.is_held());
+        EXPECT_EQ(denied.attempts(), 3);
+    }
 }
 
 }  // namespace

@@ -6,7 +6,7 @@ sources=$(cd "$(dirname "${BASH_SOURCE[0]}")/../.." && pwd)
 root=$(mktemp -d)
 trap 'rm -rf "$root"' EXIT
 unset SOURCE_DATE_EPOCH "${!GIT_@}"
-export HOME=$root GIT_CONFIG_NOSYSTEM=1
+export HOME=$root XDG_CONFIG_HOME=$root GIT_CONFIG_NOSYSTEM=1
 
 copy="$root/with a blank"
 mkdir -p "$copy/cmake"

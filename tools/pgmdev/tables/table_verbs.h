@@ -132,6 +132,7 @@ void compile_table(const ARGUMENTS& given, const COMMAND& command) {
     for (const NOTES_FAULTS& each : notes) {
         if (each.has_fault()) {
             print_faults(each.faults, each.file, KIND::TABLE::describe);
+            print_hints(csv_file, hints_at_notes({{each.file, ""}}));
             throw refused_table(each.file, {});
         }
     }

@@ -37,6 +37,8 @@ def _plain(value: Any) -> Any:
 class Table(List[T]):
     """A list of values."""
 
+    _of: type[T] | None = None
+
     def __init__(self, values: Iterable[T] = (), of: type[T] | None = None) -> None:
         """`of`: what they are, for a list of none."""
         super().__init__(values)

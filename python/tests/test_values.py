@@ -132,6 +132,7 @@ def test_numbers_of_a_frame_may_be_asked_for() -> None:
 
 
 @pytest.mark.parametrize("number", [decimal.Decimal("2.5"), fractions.Fraction(5, 2), 2.5, "2"])
+@pytest.mark.usefixtures("module_dir")
 def test_a_fraction_is_no_number_of_a_record(number: Any) -> None:
     with pytest.raises(ValueError, match="die_count does not take this value"):
         flash.implausible(records.Flash(die_count=number))

@@ -5,7 +5,7 @@
 # machine's own come from, by mmdebstrap (marked `more` in cmake/debian-packages.txt), as root or in a user namespace.
 set -euo pipefail
 project=$(CDPATH='' cd "$(dirname "${BASH_SOURCE[0]}")/../.." && pwd)
-build=$(cd "${1:-$project/build/release}" && pwd)
+build=$(CDPATH='' cd "${1:-$project/build/release}" && pwd)
 mapfile -t packages < <(find "$build" -maxdepth 1 -name '*.deb' | sort)
 [ ${#packages[@]} -eq 4 ] || { echo "$build has ${#packages[@]} packages instead of 4: run cpack there" >&2; exit 1; }
 scratch=$(mktemp -d)

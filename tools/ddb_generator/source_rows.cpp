@@ -25,7 +25,7 @@ bool is_name_character(char c) {
 
 /// How a program has saved a text whose lines are none here; null when it has not.
 const char* foreign_form(std::string_view text) {
-    if (text.starts_with("\xFF\xFE") || text.starts_with("\xFE\xFF")) {
+    if (is_utf_16(text)) {
         return "is UTF-16: save it as UTF-8";
     }
     const bool has_lines = text.find('\n') != std::string_view::npos || text.find('\r') == std::string_view::npos;

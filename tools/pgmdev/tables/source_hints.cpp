@@ -26,11 +26,10 @@ std::ptrdiff_t count_of(std::string_view text, char character) {
     return std::count(text.begin(), text.end(), character);
 }
 
-/// Every other byte is 0 in Western texts of 16 bits.
-bool is_utf16(std::string_view text) {
+/// Also without a byte-order mark: every other byte is 0 in Western texts of 16 bits.
+bool looks_like_utf_16(std::string_view text) {
     const std::string_view line = text.substr(0, 64);
-    return text.starts_with("\xFF\xFE") || text.starts_with("\xFE\xFF") ||
-           (!line.empty() && count_of(line, '\0') * 3 > static_cast<std::ptrdiff_t>(line.size()));
+    return is_utf_16(text) || (!line.empty() && count_of(line, '\0') * 3 > static_cast<std::ptrdiff_t>(line.size()));
 }
 
 /// Bytes that no text has: those of a compressed file, or of an executable one. The hints for texts mean nothing then.
@@ -66,7 +65,7 @@ struct HINT {
 };
 
 constexpr std::array HINTS{
-    HINT{is_utf16, "the file is UTF-16: save it as UTF-8 without a byte-order mark, or as plain text"},
+    HINT{looks_like_utf_16, "the file is UTF-16: save it as UTF-8 without a byte-order mark, or as plain text"},
     HINT{[](std::string_view text) { return text.starts_with("\xEF\xBB\xBF"); },
          "the file begins with a byte-order mark: save it as UTF-8 without one"},
     HINT{[](std::string_view text) { return count_of(first_line(text), ';') > count_of(first_line(text), ','); },
@@ -142,7 +141,7 @@ std::vector<std::string> hints_at_causes(const std::string& csv_file, const std:
         hints.push_back(std::move(kind));
         return hints;
     }
-    if (is_no_text(text) && !is_utf16(text)) {
+    if (is_no_text(text) && !looks_like_utf_16(text)) {
         hints.emplace_back("this is no text: unpack it if it is compressed, and look at what was downloaded");
         return hints;
     }
@@ -169,7 +168,7 @@ std::vector<std::string> hints_at_notes(const std::vector<NOTES_COPY>& notes) {
     std::vector<std::string> hints;
     for (const NOTES_COPY& each : notes) {
         const auto bytes = file_bytes(each.source);
-        if (bytes && is_utf16({reinterpret_cast<const char*>(bytes->data()), bytes->size()})) {
+        if (bytes && looks_like_utf_16({reinterpret_cast<const char*>(bytes->data()), bytes->size()})) {
             hints.push_back(fmt::format("{} is UTF-16: save it as UTF-8", each.source));
         }
     }

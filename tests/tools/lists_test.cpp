@@ -174,6 +174,7 @@ TEST(PartInfo, WithoutProfilesTheCatalogAnswers) {
         EXPECT_EQ(json_of(lines[0])["error"]["code"], code);
         EXPECT_FALSE(json_of(lines[1]).contains("error"));
         EXPECT_EQ(asked("no such name", "").exit_code, NOT_FOUND);  // no profile is looked for
+        EXPECT_EQ(asked("KESTREL_PCF", "").exit_code, DONE);        // nor one of parts of several families
         scratch.write("programmer/pgm_dev_info.pcf", "PGMIO_DM");
     }
     const PROCESS_RESULT people = run_command({"--db-dir", scratch.directory().string(), "part", "info", "KES50C6"});

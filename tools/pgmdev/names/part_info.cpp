@@ -68,15 +68,23 @@ COMMON common_of(const NAME_MEANING& meaning) {
     return common;
 }
 
-/// The profile of the most specific of part, device and family.
-FOUND_PROFILE profile_of(const COMMON& common, PROFILE_DATABASE& profiles) {
+/// The profile of the most specific of part, device and family. Parts of several families have none, whatever profiles there
+/// are.
+FOUND_PROFILE profile_of(const COMMON& common, SOURCES& sources) {
+    if (!common.part && common.device == DEV_DEVICE_INVALID && common.family == DEV_FAMILY_INVALID) {
+        return {};
+    }
+    PROFILE_DATABASE* profiles = profiles_of(sources);
+    if (profiles == nullptr) {
+        return {};
+    }
     if (common.part) {
-        return look_up_profile(profiles, PROFILE_KEY::PART, *common.part);
+        return look_up_profile(*profiles, PROFILE_KEY::PART, *common.part);
     }
     if (common.device != DEV_DEVICE_INVALID) {
-        return look_up_profile(profiles, PROFILE_KEY::DEVICE, common.device);
+        return look_up_profile(*profiles, PROFILE_KEY::DEVICE, common.device);
     }
-    return look_up_profile(profiles, PROFILE_KEY::FAMILY, common.family);
+    return look_up_profile(*profiles, PROFILE_KEY::FAMILY, common.family);
 }
 
 /// What there is to say of a name: a line each for people, or a member each for programs.
@@ -208,8 +216,7 @@ FACTS facts_of(const NAME_MEANING& meaning, SOURCES& sources, bool for_programs,
     facts.add("device", "device", common.device != DEV_DEVICE_INVALID ? entries.device(common.device).device : "");
     add_part(facts, common.part, entries, in_full);
     add_common_characteristics(facts, meaning, entries);
-    PROFILE_DATABASE* profiles = profiles_of(sources);
-    add_profile(facts, profiles != nullptr ? profile_of(common, *profiles) : FOUND_PROFILE());
+    add_profile(facts, profile_of(common, sources));
     if (in_full) {
         add_parts(facts, meaning.parts);
     }

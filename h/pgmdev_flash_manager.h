@@ -45,6 +45,9 @@ public:
     /// With `silicon_id` only records of that kind are considered, and only their silicon-ID byte is compared; without
     /// it only the others, by memory ID, memory type (unless its index is 255) and manufacturer ID. `id_bytes` covers
     /// 256 bytes: a record may name any of them. Pad a shorter response with zeros.
+    ///
+    /// It looks at one record after another. Who asks often, of records that stay as they are, has PGMDEV_FLASH_INDEX
+    /// (pgmdev_flash_candidates.h) find them in the same time however many there are, and set_flash_mapping_index map.
     bool flash_id_database_mapping(bool silicon_id, DWORD device_index, BYTE* id_bytes);
 
     /// The record index that a device is mapped to. An unmapped device gives INVALID_DWORD when `allow_invalid`, and is

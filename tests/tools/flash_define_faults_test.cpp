@@ -145,3 +145,16 @@ TEST(flash_define_faults, AVoltageHasADecimalPoint) {
         EXPECT_EQ(json_of(result.output).at("flashes").at(0).at("asc_voltage"), voltage);
     }
 }
+
+// A blank ends a cell of a table, so no row of one has any in it.
+TEST(flash_define_faults, AVoltageIsKeptWithoutTheBlankBeforeItsUnit) {
+    for (const auto& [given, kept] :
+         {std::pair("3.3 V", "3.3V"), std::pair("1.8  v", "1.8V"), std::pair("5\tV", "5V"),
+          std::pair("3.3 V max", "3.3 V MAX"), std::pair("2.7 V - 3.6 V", "2.7 V - 3.6 V")}) {
+        std::vector<std::string> lines = CHIP_LINES;
+        lines.at(8) = std::string("asc_voltage = ") + given;
+        const PROCESS_RESULT result = defined(chip_text(lines));
+        ASSERT_EQ(result.exit_code, DONE) << given << result.errors;
+        EXPECT_EQ(json_of(result.output).at("flashes").at(0).at("asc_voltage"), kept);
+    }
+}

@@ -232,13 +232,24 @@ std::string voltage_with_comma(const std::string& text) {
     return number + "V";
 }
 
+/// A number of volts without the blanks before its unit, "3.3 V", for no row of a table has any; other texts as they are.
+std::string volts_in_one_word(const std::string& text) {
+    const std::size_t end = text.find_first_not_of("0123456789.");
+    const bool is_number = end != 0 && end != std::string::npos;
+    std::string unit = is_number ? text.substr(end) : "";
+    unit = gen_remove_leading_and_trailing_white_spaces(unit);
+    return gen_stricmp(unit, "V") == 0 ? text.substr(0, end) + unit : text;
+}
+
 // Whether the value was taken; `advice` is told when it was not.
 
 bool take(std::string& value, const MEMBER& member, const std::string& text, std::string& advice) {
-    const std::string meant = member.name == "asc_voltage" ? voltage_with_comma(text) : "";
+    const bool is_voltage = member.name == "asc_voltage";
+    const std::string meant = is_voltage ? voltage_with_comma(text) : "";
     advice = meant.empty() ? "" : fmt::format("volts have a decimal point: write {}={}", member.name, meant);
-    const bool taken = is_text_value(member, text) && meant.empty();
-    value = taken ? gen_ascii_toupper(text) : value;
+    const std::string kept = is_voltage ? volts_in_one_word(text) : text;
+    const bool taken = is_text_value(member, kept) && meant.empty();
+    value = taken ? gen_ascii_toupper(kept) : value;
     return taken;
 }
 

@@ -4,7 +4,6 @@ from __future__ import annotations
 
 import logging
 import os
-import re
 from collections.abc import Iterator, Sequence
 from dataclasses import dataclass
 from typing import overload
@@ -87,7 +86,6 @@ __all__ = [
 ]
 
 _log = logging.getLogger("pgmdev")
-_SEPARATORS = re.compile(r"\b0[xX]|[\s:-]")
 
 
 @dataclass(frozen=True, slots=True)
@@ -118,6 +116,13 @@ def _list_beside(place: str, list: str) -> bytes:
             return file.read()
     except FileNotFoundError:
         return b""
+
+
+def _bytes_of_text(response: str) -> bytes:
+    given = _pgmdev.bytes_of_response(" ".join(response.split()))
+    if given is None:
+        raise ValueError(f"{response[:40]!r} is not an identification response: expected pairs of hexadecimal digits")
+    return given
 
 
 class Database(Sequence[Flash]):
@@ -192,7 +197,7 @@ class Database(Sequence[Flash]):
     def identify(self, response: bytes | str, *, silicon_id: bool = False) -> Identification:
         """Which flash answered: `response` is what it sent, as bytes or as text ("EF4017", "EF:40:17", "0xEF 0x40
         0x17"), with `silicon_id` a one-byte electronic signature."""
-        given = bytes.fromhex(_SEPARATORS.sub("", response)) if isinstance(response, str) else bytes_of(response)
+        given = _bytes_of_text(response) if isinstance(response, str) else bytes_of(response)
         if not 0 < len(given) <= 256:
             raise ValueError(f"a response has 1 to 256 bytes, not {len(given)}")
         values = self._database.identify(given, silicon_id)

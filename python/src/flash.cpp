@@ -3,6 +3,7 @@
 
 #include "bindings.h"
 #include "flash_database.h"
+#include "hex_pairs.h"
 #include "member_lists.h"
 #include "pgmdev_flash_table.h"
 #include "unlocked.h"
@@ -61,6 +62,12 @@ py::dict identify(const FLASH_DATABASE& database, const std::string& response, b
     return values;
 }
 
+/// The bytes that the text of a response spells, as the command reads it; None when it is none.
+py::object bytes_of_text(const py::str& text) {
+    const std::optional<std::vector<BYTE>> found = bytes_of_response(text_of(text));
+    return found ? py::object(py::bytes(std::string(found->begin(), found->end()))) : py::none();
+}
+
 /// What is wrong with the notes beside the database, a line each.
 py::list notes_faults(const FLASH_DATABASE& database) {
     py::list lines;
@@ -75,6 +82,7 @@ py::list notes_faults(const FLASH_DATABASE& database) {
 }  // namespace
 
 void bind_flash(py::module_& module) {
+    module.def("bytes_of_response", bytes_of_text);
     module.attr("FLASH_MEMBERS") = member_list(PGMDEV_SFL_FLASH_MEMBERS);
     py::class_<FLASH_DATABASE>(module, "FlashDatabase")
         .def(py::init(

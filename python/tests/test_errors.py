@@ -79,7 +79,7 @@ def test_responses_that_are_none() -> None:
     for nothing in responses:
         with pytest.raises(ValueError, match="1 to 256 bytes"):
             flash.identify(nothing)
-    with pytest.raises(ValueError, match="non-hexadecimal"):
+    with pytest.raises(ValueError, match="'EF401G' is not an identification response: expected pairs of hexadecimal"):
         flash.identify("EF401G")
 
 

@@ -97,6 +97,19 @@ def test_responses(command: Command) -> None:
         assert as_the_command_says(device) == without(own(answer), "position"), text
 
 
+def test_what_is_a_response(command: Command) -> None:
+    """Pairs of digits, each perhaps behind 0x, and what stands between them."""
+    spelled = ["EF0x40", "0xEF0x40", "0XEF40", "EF-40", "ef : 40", "\tEF40 ", "\v EF40\f", "-EF40"]
+    none = ["EF0x", "EF 0x 40", "E F40", "EF4", "0x0xEF40", "EF,40", "[EF40]", "café"]
+    for text, answer in zip(spelled + none, command.ask_each(spelled + none, "flash", "identify")):
+        assert ("error" in answer) == (text in none), text
+    for text in [*spelled, "EF\t40", "EF\r\n40", "EF\u00a040"]:  # white space of any kind, where the command takes blanks
+        assert flash.identify(text) == flash.identify(b"\xef\x40"), text
+    for text in none:
+        with pytest.raises(ValueError, match="is not an identification response"):
+            flash.identify(text)
+
+
 @pytest.mark.parametrize("dump", sorted(DUMPS.glob("*.sfdp")), ids=lambda dump: str(dump.stem))
 def test_own_words(command: Command, dump: Any) -> None:
     answer = command.ask("flash", "sfdp", str(dump))

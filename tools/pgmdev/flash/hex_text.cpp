@@ -6,7 +6,7 @@
 #include <string>
 
 #include "gen.h"
-#include "terminal/input.h"
+#include "hex_pairs.h"
 
 namespace {
 

@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "gen.h"
-#include "terminal/input.h"
+#include "hex_pairs.h"
 #include "text_lines.h"
 
 namespace {

@@ -3,12 +3,12 @@
 #include <fmt/core.h>
 
 #include <algorithm>
-#include <charconv>
 #include <cstdio>
 #include <iostream>
 #include <string_view>
 
 #include "gen.h"
+#include "hex_pairs.h"
 #include "pgm_common.h"
 #include "terminal/command.h"
 #include "terminal/failure.h"
@@ -24,31 +24,9 @@ COMMAND_FAILURE unreadable_input(const std::string& message) {
 
 }  // namespace
 
-std::optional<std::vector<BYTE>> bytes_of_hex_pairs(std::string_view text, std::string_view between) {
-    std::vector<BYTE> bytes;
-    while (!text.empty()) {
-        if (between.find(text.front()) != std::string_view::npos) {
-            text.remove_prefix(1);
-            continue;
-        }
-        if (text.starts_with("0x") || text.starts_with("0X")) {
-            text.remove_prefix(2);
-        }
-        const std::string_view pair = text.substr(0, 2);
-        if (pair.size() != 2 || pair.find_first_not_of(HEX_DIGITS) != std::string_view::npos) {
-            return std::nullopt;
-        }
-        BYTE byte = 0;
-        std::from_chars(pair.data(), pair.data() + pair.size(), byte, 16);
-        bytes.push_back(byte);
-        text.remove_prefix(pair.size());
-    }
-    return bytes;
-}
-
 ID_RESPONSE parse_id_response(const std::string& text) {
     ID_RESPONSE response;
-    const std::optional<std::vector<BYTE>> bytes = bytes_of_hex_pairs(text, " :-");
+    const std::optional<std::vector<BYTE>> bytes = bytes_of_response(text);
     if (!bytes) {
         throw USAGE_ERROR(
             fmt::format("\"{}\" is not an identification response: expected pairs of hexadecimal digits", text));

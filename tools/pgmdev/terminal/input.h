@@ -4,7 +4,6 @@
 #include <optional>
 #include <string>
 #include <string_view>
-#include <vector>
 
 #include "pgmdev_types.h"
 #include "utf_8_input.h"
@@ -18,14 +17,7 @@ struct ID_RESPONSE {
     const BYTE* data() const { return bytes.data(); }
 };
 
-inline constexpr std::string_view HEX_DIGITS = "0123456789ABCDEFabcdef";
-
-/// The bytes that `text` spells: pairs of hexadecimal digits, which the characters `between` may set apart and "0x" may
-/// precede. Nothing when there is anything else.
-std::optional<std::vector<BYTE>> bytes_of_hex_pairs(std::string_view text, std::string_view between);
-
-/// Likewise the bytes of a response, which blanks, ':' and '-' may set apart. Anything else, and more bytes than a response
-/// has, throws USAGE_ERROR.
+/// The bytes of a response: see bytes_of_response(). What is none, and more bytes than a response has, throws USAGE_ERROR.
 ID_RESPONSE parse_id_response(const std::string& text);
 
 /// The number of 32 bits that `text` spells, in decimal or after 0x. Anything else throws USAGE_ERROR, which says that it

@@ -98,6 +98,8 @@ def name_of(text: str) -> str:
     name = upper(text.strip(WHITE_SPACE))
     if "\0" in name:
         raise ValueError("embedded null character in a name")
+    if not name.isascii():
+        name.encode("utf-8", "surrogateescape")  # raises where half a character is none of a file's bytes
     return name
 
 

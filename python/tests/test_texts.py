@@ -2,11 +2,13 @@
 
 from __future__ import annotations
 
+import dataclasses
 import pathlib
 from collections.abc import Callable
 from typing import Any
 
 import pytest
+from conftest import ROOT
 
 import pgmdev
 from pgmdev import enums, flash, names, parts, profiles, settings, tables
@@ -54,6 +56,35 @@ def test_bytes_are_no_name(ask: Callable[[Any], Any]) -> None:
 @pytest.mark.parametrize("ask", ASKING)
 def test_a_name_that_is_no_utf_8_is_none_that_is_known(ask: Callable[[str], Any]) -> None:
     assert ask("caf\udce9") == ask("NO SUCH NAME") or ask("caf\udce9") in ("CAF\udce9", "")
+
+
+HALF_A_CHARACTER = "KES50\ud800"
+
+
+@pytest.mark.parametrize("ask", [*ASKING, parts.all_from_pcf, profiles.for_pcf, flash.identify, flash.decode])
+def test_half_a_character_is_no_text(ask: Callable[[str], Any]) -> None:
+    with pytest.raises(UnicodeEncodeError, match="surrogates not allowed"):
+        ask(HALF_A_CHARACTER)
+
+
+def test_half_a_character_is_no_path_and_no_setting(tmp_path: pathlib.Path) -> None:
+    before = settings.directories()
+    asking: list[Callable[[], Any]] = [
+        lambda: flash.load(HALF_A_CHARACTER),
+        lambda: profiles.load(HALF_A_CHARACTER),
+        lambda: tables.check(HALF_A_CHARACTER),
+        lambda: tables.compile(ROOT / "data" / "flash" / "pgm_flash.csv", tmp_path / HALF_A_CHARACTER),
+        lambda: pgmdev.configure(module_dir=HALF_A_CHARACTER),
+        lambda: pgmdev.configure(settings={HALF_A_CHARACTER: "on"}),
+        lambda: pgmdev.configure(settings={"TEST_KEY": HALF_A_CHARACTER}),
+        lambda: settings.get(HALF_A_CHARACTER),
+        lambda: flash.encode(dataclasses.replace(flash.load()[0], device_name=HALF_A_CHARACTER)),
+    ]
+    for ask in asking:
+        with pytest.raises(UnicodeEncodeError, match="surrogates not allowed"):
+            ask()
+    assert settings.directories() == before
+    assert settings.get("TEST_KEY") == ""
 
 
 @pytest.mark.parametrize(

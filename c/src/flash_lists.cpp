@@ -14,8 +14,8 @@ constexpr std::size_t LARGEST_LIST = std::size_t{1} << 28;
 CSV_LINES list_beside(const pgmdev_flash_database& database, const char* list) {
     const std::string file = database.file + "." + list;
     std::string text;
-    if (read_whole_file(fio_get_unc_full_path(FIO_PATH(file).fullpath()), LARGEST_LIST, FILE_KINDS::STREAMS_TOO,
-                        text) == READ_RESULT::FAILED) {
+    if (read_whole_file(fio_get_unc_full_path(FIO_PATH(file).fullpath()), LARGEST_LIST, FILE_KINDS::REGULAR, text) ==
+        READ_RESULT::FAILED) {
         throw FAILURE(PGMDEV_STATUS_FAILED, "the list " + file + " cannot be read");
     }
     return CSV_LINES(std::move(text));

@@ -2,6 +2,7 @@
 
 from __future__ import annotations
 
+import errno
 import logging
 import os
 from collections.abc import Iterator, Sequence
@@ -110,9 +111,12 @@ class Shown(Value):
 
 
 def _list_beside(place: str, list: str) -> bytes:
-    """What stands beside a database; nothing where there is no such list."""
+    """What stands beside a database; nothing where there is no such list. A pipe may have nobody who writes it."""
+    path = f"{place}.{list}"
+    if os.path.exists(path) and not os.path.isfile(path):
+        raise OSError(errno.EINVAL, "it is no regular file", path)
     try:
-        with open(f"{place}.{list}", "rb") as file:
+        with open(path, "rb") as file:
             return file.read()
     except FileNotFoundError:
         return b""

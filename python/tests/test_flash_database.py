@@ -50,6 +50,17 @@ def test_lists_are_read_as_the_command_reads_them(tmp_path: pathlib.Path) -> Non
     ]
 
 
+def test_a_pipe_in_the_place_of_a_list_is_not_waited_for(tmp_path: pathlib.Path) -> None:
+    shutil.copy(flash.load().path, tmp_path / "flash.pcf")
+    for name in ("aliases.csv", "sources.csv"):
+        list = tmp_path / f"flash.pcf.{name}"
+        os.mkfifo(list)
+        with pytest.raises(OSError, match="it is no regular file"):
+            flash.load(tmp_path / "flash.pcf").show("W25Q64JV")
+        list.unlink()
+    assert flash.load(tmp_path / "flash.pcf").show("W25Q64JV")
+
+
 def test_paths_may_be_bytes(tmp_path: pathlib.Path) -> None:
     copy_of_the_database(tmp_path)
 

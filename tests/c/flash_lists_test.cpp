@@ -1,6 +1,9 @@
 #include <filesystem>
 #include <fstream>
 #include <thread>
+#if !defined(_WIN32)
+#include <sys/stat.h>
+#endif
 
 #include "c/owned.h"
 #include "support/plain_cells.h"
@@ -196,6 +199,20 @@ TEST(CFlashLists, AListThatCannotBeReadIsAnErrorUntilItCan) {
     scratch.write("flash.pcf.aliases.csv", "alias,device_name,reason\nW25Q64FV,W25Q64JV,alike\n");
     EXPECT_EQ(pgmdev_flash_find_any(flash, "W25Q64FV", &record, nullptr, nullptr), PGMDEV_STATUS_OK);
 }
+
+#if !defined(_WIN32)
+TEST(CFlashLists, APipeInThePlaceOfAListIsNotWaitedFor) {
+    const SCRATCH scratch;
+    const std::string path = scratch.write("flash.pcf", read_file(INSTALLED));
+    ASSERT_EQ(::mkfifo((path + ".aliases.csv").c_str(), 0600), 0);
+    C_FLASH flash;
+    ASSERT_EQ(pgmdev_flash_open(path.c_str(), flash.place(), nullptr), PGMDEV_STATUS_OK);
+    const pgmdev_records* names = nullptr;
+    C_ERROR error;
+    EXPECT_EQ(pgmdev_flash_further_names(flash, &names, error.place()), PGMDEV_STATUS_FAILED);
+    EXPECT_EQ(pgmdev_error_message(error), "the list " + path + ".aliases.csv cannot be read");
+}
+#endif
 
 TEST(CFlashLists, ThreadsThatAskFirstGetTheSame) {
     C_FLASH flash;

@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
+#include <filesystem>
 #include <map>
 #include <string>
 
@@ -10,6 +11,10 @@
 // Programs whose standard streams are closed or full: they end by themselves, and their exit code is the truth.
 
 namespace {
+
+namespace fs = std::filesystem;
+
+const std::string SHIPPED_TABLE = TEST_DATA_DIR "/flash/pgm_flash.csv";
 
 /// What a shell makes of a command line; $P is the command pgmdev, $G the generator.
 int exit_code_of(const std::string& line, const std::map<std::string, std::string>& variables = {}) {
@@ -63,7 +68,7 @@ TEST(StreamFaults, ARemovedFileIsRefusedAsAnOutput) {
     const SCRATCH scratch;
     const std::string line = R"(exec 7>"$D"; rm "$D"; $P flash compile "$T" /proc/self/fd/7 2>&1 | )"
                              "grep -q 'it has been removed and is only open'";
-    EXPECT_EQ(exit_code_of(line, {{"T", TEST_DATA_DIR "/flash/pgm_flash.csv"}, {"D", scratch.path("gone")}}), 0);
+    EXPECT_EQ(exit_code_of(line, {{"T", SHIPPED_TABLE}, {"D", scratch.path("gone")}}), 0);
     EXPECT_EQ(scratch.file_count(), 0U);
 }
 
@@ -99,6 +104,38 @@ TEST(StreamFaults, APipeInThePlaceOfADatabaseIsNotWaitedFor) {
             exit_code_of("timeout 20 $P --db-dir " + scratch.directory().string() + " " + command + " 2>/dev/null"), 3)
             << command;
     }
+}
+
+TEST(StreamFaults, APipeInThePlaceOfAListIsNotWaitedFor) {
+    const SCRATCH scratch;
+    const std::string check = "timeout 20 $P flash check " + scratch.write("t.csv", read_file(SHIPPED_TABLE));
+    ASSERT_EQ(exit_code_of(check + " >/dev/null"), 0);
+    for (const char* list :
+         {"ambiguities.csv", "identifications.csv", "aliases.csv", "left_out.csv", "sources.csv", "t.csv.accepted"}) {
+        ASSERT_EQ(::mkfifo(scratch.path(list).c_str(), 0600), 0);
+        EXPECT_EQ(exit_code_of(check + " >\"$D\" 2>&1", {{"D", scratch.path("said")}}), 3) << list;
+        const std::string said = read_file(scratch.path("said"));
+        EXPECT_NE(said.find(list), std::string::npos) << said;
+        EXPECT_NE(said.find("regular file"), std::string::npos) << said;
+        fs::remove(scratch.path(list));
+    }
+    fs::create_directory(scratch.path("programmer"));
+    const std::string place = scratch.path("programmer/pgm_flash.pcf");
+    ASSERT_EQ(exit_code_of("$P flash compile " + scratch.path("t.csv") + " " + place + " >/dev/null"), 0);
+    for (const auto& [list, command] :
+         {std::pair("aliases.csv", "show W25Q64FV"), {"left_out.csv", "show X"}, {"sources.csv", "show W25Q64JV"}}) {
+        ASSERT_EQ(::mkfifo((place + "." + list).c_str(), 0600), 0);
+        EXPECT_EQ(exit_code_of("timeout 20 $P --db-dir " + scratch.directory().string() + " flash " + command +
+                               " 2>/dev/null"),
+                  3)
+            << list;
+        fs::remove(place + "." + list);
+    }
+    // Notes that cannot be read are told, and the rest of the answer comes all the same.
+    ASSERT_EQ(::mkfifo((place + ".ambiguities.csv").c_str(), 0600), 0);
+    EXPECT_EQ(exit_code_of("timeout 20 $P --db-dir " + scratch.directory().string() +
+                           " flash identify EF4017 2>&1 | grep -q 'a regular file, no pipe and no device'"),
+              0);
 }
 
 }  // namespace

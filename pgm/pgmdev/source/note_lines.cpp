@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "file_kind.h"
 #include "file_reader.h"
 #include "fio.h"
 #include "text_lines.h"
@@ -98,6 +99,12 @@ std::string names_of(std::span<const std::string_view> columns) {
     return names;
 }
 
+/// Whether there is something else than a file or a directory, which is not waited for.
+bool is_stream(const std::filesystem::path& path) {
+    std::error_code ignored;
+    return std::filesystem::is_other(std::filesystem::file_status(file_type_of(path, ignored)));
+}
+
 bool is_heading(const NOTE_LINE& line, std::span<const std::string_view> columns) {
     return std::equal(line.cells.begin(), line.cells.end(), columns.begin(), columns.end());
 }
@@ -107,15 +114,17 @@ bool is_heading(const NOTE_LINE& line, std::span<const std::string_view> columns
 std::optional<std::vector<NOTE_LINE>> read_note_lines(const std::string& file,
                                                       std::span<const std::string_view> columns,
                                                       std::vector<PGMDEV_TABLE_FAULT>& faults) {
+    const std::filesystem::path path = fio_get_unc_full_path(FIO_PATH(file).fullpath());
     std::string text;
-    const READ_RESULT result =
-        read_whole_file(fio_get_unc_full_path(FIO_PATH(file).fullpath()), LARGEST_NOTES, FILE_KINDS::STREAMS_TOO, text);
+    const READ_RESULT result = read_whole_file(path, LARGEST_NOTES, FILE_KINDS::REGULAR, text);
     if (result == READ_RESULT::ABSENT) {
         return std::nullopt;
     }
     std::vector<NOTE_LINE> lines;
     if (result != READ_RESULT::READ || text.find('\0') != std::string::npos) {
-        faults.push_back(fault_at(0, 0, "a text file that can be read, of at most 1 MiB"));
+        faults.push_back(fault_at(0, 0,
+                                  is_stream(path) ? "a regular file, no pipe and no device"
+                                                  : "a text file that can be read, of at most 1 MiB"));
         return lines;
     }
     bool heading = true;

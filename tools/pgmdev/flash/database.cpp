@@ -11,7 +11,8 @@ PGMDEV_FLASH_MANAGER open_flash_database(DWORD device_count) {
 }
 
 CSV_LINES read_flash_list(const std::string& file) {
-    return CSV_LINES(inspect_file(file, 0).missing ? "" : required_file_text(file));
+    const std::vector<BYTE> bytes = inspect_file(file, 0).missing ? std::vector<BYTE>() : required_file_bytes(file);
+    return CSV_LINES(std::string(bytes.begin(), bytes.end()));
 }
 
 std::string beside_flash_source(const std::string& csv_file, const std::string& list) {

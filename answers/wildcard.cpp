@@ -1,17 +1,25 @@
 #include "wildcard.h"
 
+#include <algorithm>
+
 #include "ascii.h"
 
 namespace {
 
-/// Where the character behind the one at `at` begins.
-std::size_t behind_character(std::string_view text, std::size_t at) {
+/// The character that begins at `at`; nothing at the end.
+std::string_view character_at(std::string_view text, std::size_t at) {
     constexpr unsigned char MARK = 0xC0;
     constexpr unsigned char FOLLOWS = 0x80;
+    std::size_t end = at;
     do {
-        ++at;
-    } while (at < text.size() && (static_cast<unsigned char>(text[at]) & MARK) == FOLLOWS);
-    return at;
+        ++end;
+    } while (end < text.size() && (static_cast<unsigned char>(text[end]) & MARK) == FOLLOWS);
+    return text.substr(at, end - at);
+}
+
+bool are_alike(std::string_view one, std::string_view other) {
+    return std::equal(one.begin(), one.end(), other.begin(), other.end(),
+                      [](char a, char b) { return ascii_upper(a) == ascii_upper(b); });
 }
 
 }  // namespace
@@ -22,18 +30,17 @@ bool fits_pattern(std::string_view text, std::string_view pattern) {
     std::size_t star = std::string_view::npos;  // the last one that was passed
     std::size_t behind_star = 0;                // where in the text the pattern behind it is tried
     while (at < text.size()) {
-        if (in_pattern < pattern.size() && pattern[in_pattern] == '*') {
+        const std::string_view character = character_at(text, at);
+        const std::string_view wanted = character_at(pattern, in_pattern);
+        if (wanted == "*") {
             star = in_pattern++;
             behind_star = at;
-        } else if (in_pattern < pattern.size() && pattern[in_pattern] == '?') {
-            ++in_pattern;
-            at = behind_character(text, at);
-        } else if (in_pattern < pattern.size() && ascii_upper(pattern[in_pattern]) == ascii_upper(text[at])) {
-            ++in_pattern;
-            ++at;
+        } else if (wanted == "?" || are_alike(wanted, character)) {
+            in_pattern += wanted.size();
+            at += character.size();
         } else if (star != std::string_view::npos) {
             in_pattern = star + 1;  // the star takes one character more
-            at = behind_star = behind_character(text, behind_star);
+            at = behind_star += character_at(text, behind_star).size();
         } else {
             return false;
         }

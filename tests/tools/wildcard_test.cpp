@@ -25,6 +25,18 @@ bool fits_by_trying(const CHARACTERS& text, std::size_t at, const CHARACTERS& pa
            fits_by_trying(text, at + 1, pattern, in_pattern + 1);
 }
 
+/// A byte, with all bytes 80 to BF that follow it.
+CHARACTERS characters_of(const std::string& text) {
+    CHARACTERS characters;
+    for (const char byte : text) {
+        if (characters.empty() || static_cast<signed char>(byte) >= -0x40) {
+            characters.emplace_back();
+        }
+        characters.back() += byte;
+    }
+    return characters;
+}
+
 /// All rows of up to that many of these characters.
 std::vector<CHARACTERS> rows_of_characters(const CHARACTERS& characters, std::size_t most) {
     std::vector<CHARACTERS> rows{{}};
@@ -78,4 +90,22 @@ TEST(Wildcard, BytesThatAreNoUtf8AreCharactersToo) {
     EXPECT_TRUE(fits_pattern("caf\xE9", "CAF?"));
     EXPECT_TRUE(fits_pattern("\x80\x80", "*"));
     EXPECT_FALSE(fits_pattern("\xE9z", "?"));
+}
+
+// Pieces of characters may make one where they stand side by side.
+TEST(Wildcard, PiecesOfCharactersFitWhatTryingFinds) {
+    std::size_t fitting = 0;
+    for (const CHARACTERS& pieces : rows_of_characters({"a", "\xC3", "\xA9"}, 4)) {
+        const std::string text = joined(pieces);
+        for (const CHARACTERS& in_pattern : rows_of_characters({"a", "\xC3", "\xA9", "?", "*"}, 4)) {
+            const std::string pattern = joined(in_pattern);
+            const bool expected = fits_by_trying(characters_of(text), 0, characters_of(pattern), 0);
+            ASSERT_EQ(fits_pattern(text, pattern), expected) << text << ' ' << pattern;
+            fitting += expected ? 1U : 0U;
+        }
+    }
+    EXPECT_GT(fitting, 1000U);
+    EXPECT_FALSE(fits_pattern("caf\xC3\xA9", "caf\xC3?"));
+    EXPECT_FALSE(fits_pattern("caf\xC3\xA9", "caf\xC3*"));
+    EXPECT_FALSE(fits_pattern("caf\xC3\xA9", "*\xA9"));
 }

@@ -219,6 +219,17 @@ TEST(errors, MisspeltWordsAreNamedWithTheNearest) {
                    {"no noun \"Identify\"; did you mean flash identify; the nouns are doctor,"});
     expect_failure(run_command({"help"}), WRONG_USAGE, {"no noun \"help\"; did you mean --help; the nouns are"});
     expect_failure(run_command({"flash", "help"}), WRONG_USAGE, {"no verb \"help\"; did you mean --help; behind"});
+    for (const std::string question : {"/?", "/h", "/help", "/HELP"}) {
+        expect_failure(run_command({question}), WRONG_USAGE,
+                       {"no noun \"" + question + "\"; did you mean --help; the nouns are"});
+        expect_failure(run_command({"flash", question}), WRONG_USAGE,
+                       {"no verb \"" + question + "\"; did you mean --help; behind"});
+    }
+    for (const std::vector<std::string>& words :
+         {std::vector<std::string>{"-?"}, {"flash", "-?"}, {"flash", "show", "-?"}}) {
+        expect_failure(run_command(words), WRONG_USAGE, {"there is no option \"-?\"; did you mean --help"});
+    }
+    expect_failure(run_command({"flash", "show", "/?"}), NOT_FOUND, {"no flash is named \"/?\""});  // it may be a name
     expect_failure(run_command({"check", "table.csv"}), WRONG_USAGE,
                    {"no noun \"check\"; did you mean flash check, profile check; the nouns are"});
     expect_failure(run_command({"--db-dir", "x", "flash", "lsit"}), WRONG_USAGE,

@@ -3,12 +3,15 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <array>
 
 #include "gen.h"
 #include "terminal/did_you_mean.h"
 #include "terminal/way_to_verb.h"
 
 namespace {
+
+constexpr const char* HELP = "--help";
 
 /// The words among the arguments: neither options nor their values. Options of verbs stand behind all nouns and verbs.
 std::vector<std::string> words_of(const std::vector<GLOBAL_OPTION>& options,
@@ -56,12 +59,19 @@ std::vector<std::string> verbs_behind(const NOUN& noun, const std::string& word)
 
 /// The options that may stand everywhere.
 std::vector<std::string> options_everywhere(const COMMAND_TABLE& table) {
-    std::vector<std::string> known{"-h", "--help"};
+    std::vector<std::string> known{"-h", HELP};
     for (const GLOBAL_OPTION& option : table.options) {
         const std::vector<std::string> names = names_of(option);
         known.insert(known.end(), names.begin(), names.end());
     }
     return known;
+}
+
+/// Whether it asks for help as commands of Windows are asked, here on every system.
+bool asks_as_on_windows(const std::string& argument) {
+    constexpr std::array QUESTIONS{"/?", "-?", "/h", "/help"};
+    return std::any_of(QUESTIONS.begin(), QUESTIONS.end(),
+                       [&](const char* question) { return gen_stricmp(argument, question) == 0; });
 }
 
 /// What may have been meant: the same word in other letters, an option, a verb before which a noun is missing, or similar
@@ -72,6 +82,9 @@ std::vector<std::string> meant(const std::string& word, const COMMAND_TABLE& tab
         if (gen_stricmp(word, candidate) == 0) {
             return {candidate};
         }
+    }
+    if (asks_as_on_windows(word)) {
+        return {HELP};
     }
     for (const std::string& option : options_everywhere(table)) {
         if (option == "--" + word) {
@@ -137,7 +150,9 @@ std::string unknown_option(const COMMAND_TABLE& table, const std::vector<std::st
         }
         if (is_option_name(name) && std::find(known.begin(), known.end(), name) == known.end()) {
             const bool is_word = name.starts_with("--");  // all letters are alike
-            return fmt::format("there is no option \"{}\"{}", name, is_word ? did_you_mean(nearest(name, known)) : "");
+            const std::vector<std::string> near = is_word ? nearest(name, known) : std::vector<std::string>();
+            return fmt::format("there is no option \"{}\"{}", name,
+                               did_you_mean(asks_as_on_windows(name) ? std::vector<std::string>{HELP} : near));
         }
     }
     return "";

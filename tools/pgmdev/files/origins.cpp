@@ -27,7 +27,7 @@ constexpr NAMED_BY MODULE{"--module-dir", "TESSARY_MODULE_DIR"};
 
 /// The option or the variable that names the directory; "" when neither does.
 std::string named_by(const NAMED_BY& directory) {
-    const std::vector<std::string> values = given_values(directory.option);
+    const std::vector<std::string>& values = given_values(directory.option);
     if (!values.empty() && !values.back().empty()) {
         return fmt::format("option {}", directory.option);
     }

@@ -1,23 +1,25 @@
 #include "terminal/given_options.h"
 
 #include <algorithm>
+#include <functional>
+#include <map>
 
 namespace {
 
-std::vector<std::string>& remembered() {
-    static std::vector<std::string> arguments;
-    return arguments;
+struct REMEMBERED {
+    std::vector<std::string> arguments;
+    /// By option, once it was asked for: each device of a chain asks anew, and there may be thousands.
+    std::map<std::string, std::vector<std::string>, std::less<>> values;
+};
+
+REMEMBERED& remembered() {
+    static REMEMBERED all;
+    return all;
 }
 
-}  // namespace
-
-void remember_arguments(const std::vector<std::string>& arguments) {
-    remembered().assign(arguments.begin(), std::find(arguments.begin(), arguments.end(), "--"));  // behind it are none
-}
-
-std::vector<std::string> given_values(std::string_view option) {
+std::vector<std::string> found_values(std::string_view option) {
     const std::string attached = std::string(option) + "=";
-    const std::vector<std::string>& arguments = remembered();
+    const std::vector<std::string>& arguments = remembered().arguments;
     std::vector<std::string> values;
     for (std::size_t i = 0; i < arguments.size(); ++i) {
         if (arguments[i].starts_with(attached)) {
@@ -29,6 +31,21 @@ std::vector<std::string> given_values(std::string_view option) {
     return values;
 }
 
+}  // namespace
+
+void remember_arguments(const std::vector<std::string>& arguments) {
+    remembered().values.clear();
+    remembered().arguments.assign(arguments.begin(),
+                                  std::find(arguments.begin(), arguments.end(), "--"));  // behind it are none
+}
+
+const std::vector<std::string>& given_values(std::string_view option) {
+    auto& values = remembered().values;
+    const auto known = values.find(option);
+    return known != values.end() ? known->second : values.emplace(option, found_values(option)).first->second;
+}
+
 bool is_given(std::string_view option) {
-    return std::find(remembered().begin(), remembered().end(), option) != remembered().end();
+    const std::vector<std::string>& arguments = remembered().arguments;
+    return std::find(arguments.begin(), arguments.end(), option) != arguments.end();
 }

@@ -11,8 +11,8 @@
 /// To be called for each run, before anything is explained.
 void remember_arguments(const std::vector<std::string>& arguments);
 
-/// The values given for an option that takes one, in order.
-std::vector<std::string> given_values(std::string_view option);
+/// The values given for an option that takes one, in order; until the next run.
+const std::vector<std::string>& given_values(std::string_view option);
 
 /// Whether an option without a value is among the arguments.
 bool is_given(std::string_view option);

@@ -26,9 +26,9 @@ QWORD modest_size(DWORD stream_size) {
     return std::min(3 * QWORD{stream_size} + ROOM_FOR_ANY, QWORD{PACKED_BODY_MAX});
 }
 
-/// The body of a file that states to hold much more than it has itself. Before the memory for it is taken, its beginning
-/// must be one: of this version, and with no more records than there is room for, since each of their members takes a tag
-/// and a byte at least. How many members the body states does not matter. Nor may it be longer than any body.
+/// Before memory is taken for a body that is stated to be much larger than the file, its beginning must be plausible: of
+/// this version, and with no more records than there is room for, since each of their members takes a tag and a byte at
+/// least. How many members the body states does not matter. Nor may it be longer than any body.
 void require_plausible_body(const BYTE* stream, DWORD stream_size, DWORD body_size, const PACKED_FORMAT& format) {
     const QWORD modest = modest_size(stream_size);
     if (body_size <= modest) {
@@ -38,13 +38,9 @@ void require_plausible_body(const BYTE* stream, DWORD stream_size, DWORD body_si
     if (!beginning.longer) {
         return;  // it is damaged, or shorter than stated, which takes no more memory to find out
     }
-    std::array<QWORD, 3> values{};  // version, records, members
-    for (DWORD i = 0; i < PACKED_BODY_HEAD_SIZE; ++i) {
-        values[i / 4] |= QWORD{beginning.data[i]} << (8 * (i % 4));
-    }
-    PGMDEV_REQUIRE(values[0] == PACKED_BODY_VERSION, format.wrong_version, format.file);
-    PGMDEV_REQUIRE(values[1] != 0 && values[2] != 0, format.wrong_counts, format.file);
-    PGMDEV_REQUIRE(values[1] <= body_size / (2 * format.members), "index < data_size", format.file);
+    DWORD index = 0;
+    const PACKED_BODY_HEAD head = PACKED_READER(beginning.data.get(), PACKED_BODY_HEAD_SIZE, index, format).body_head();
+    PGMDEV_REQUIRE(head.record_count <= body_size / (2 * format.members), "index < data_size", format.file);
     PGMDEV_REQUIRE(body_size <= PACKED_BODY_MAX, PACKED_BODY_TOO_LONG, format.file);
 }
 

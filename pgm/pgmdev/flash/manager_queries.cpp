@@ -40,7 +40,7 @@ bool PGMDEV_FLASH_MANAGER::flash_id_database_mapping(bool silicon_id, DWORD devi
         return false;
     }
     entry = static_cast<DWORD>(found - records.begin());
-    msg_local_vdebug("PGMDEV", MAPPING_DEBUG_LEVEL,
+    msg_local_vdebug(PGMDEV_MODULE, MAPPING_DEBUG_LEVEL,
                      silicon_id ? "Found Device %d silicon id at index %d" : "Found Device %d device id at index %d",
                      static_cast<int>(device_index + 1), static_cast<int>(entry));
     PGMDEV_REQUIRE(entry < m_flash_count,

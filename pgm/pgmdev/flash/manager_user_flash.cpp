@@ -8,6 +8,7 @@
 #include "pgmdev_flash_manager.h"
 #include "pgmdev_user_flash.h"
 #include "printing.h"
+#include "report.h"
 #include "user_flash/codec.h"
 #include "user_flash/dialogue.h"
 #include "user_flash/examination.h"
@@ -124,9 +125,9 @@ void PGMDEV_FLASH_MANAGER::print_ini_database() {
             [&](auto field) {
                 const auto& value = m_ini_flash_info.*field;
                 if constexpr (std::is_same_v<std::remove_cvref_t<decltype(value)>, std::string>) {
-                    msg_local_vdebug("PGMDEV", USER_FLASH_DEBUG_LEVEL, (format + "%s").c_str(), value.c_str());
+                    msg_local_vdebug(PGMDEV_MODULE, USER_FLASH_DEBUG_LEVEL, (format + "%s").c_str(), value.c_str());
                 } else {
-                    msg_local_vdebug("PGMDEV", USER_FLASH_DEBUG_LEVEL, (format + "%X").c_str(),
+                    msg_local_vdebug(PGMDEV_MODULE, USER_FLASH_DEBUG_LEVEL, (format + "%X").c_str(),
                                      static_cast<unsigned>(value));
                 }
             },

@@ -249,7 +249,7 @@ void PGMDEV_DEV_INFO_MANAGER::print_database(DWORD record, std::string name) {
     const PGMDEV_DEVICE_INFO& info =
         pgmdev_device_info_at(m_device_database, record, m_device_count, "record < m_device_count");
     const std::string heading = "Record " + std::to_string(record) + (name.empty() ? "" : " for " + name);
-    msg_local_vdebug("PGMDEV", LISTING_DEBUG_LEVEL, "%s", pgmdev_list_device_info(info, heading).c_str());
+    msg_local_vdebug(PGMDEV_MODULE, LISTING_DEBUG_LEVEL, "%s", pgmdev_list_device_info(info, heading).c_str());
 }
 
 void PGMDEV_DEV_INFO_MANAGER::list_loaded() {

@@ -22,7 +22,7 @@ void notify_missing_family(DEV_FAMILY_ENUM family) {
                              "Please add the family support as soon as possible.\n";
     const std::vector<int> recipients{0, 3, 4};  // codes of the programmer's common library
     if (!PGM_COMMON::send_auto_email_file("PGMDEV Dev Info Manager notification", text, recipients)) {
-        msg_local_vdebug("PGMDEV", 1, "Not sent: %s", text.c_str());
+        msg_local_vdebug(PGMDEV_MODULE, 1, "Not sent: %s", text.c_str());
     }
 }
 

@@ -12,7 +12,7 @@ constexpr int REFUSAL_DEBUG_LEVEL = 1;
 }  // namespace
 
 void trace_refusal(const PGMDEV_TABLE_FAULT& fault, const FIO_PATH& csv_file) {
-    msg_local_vdebug("PGMDEV", REFUSAL_DEBUG_LEVEL, "%s", describe_fault(fault, csv_file.fullpath()).c_str());
+    msg_local_vdebug(PGMDEV_MODULE, REFUSAL_DEBUG_LEVEL, "%s", describe_fault(fault, csv_file.fullpath()).c_str());
 }
 
 FAULT_SINK refusing_sink(const FIO_PATH& csv_file, const char* file) {

@@ -1,7 +1,6 @@
 #include "pgmdev_flash_candidates.h"
 
 #include <algorithm>
-#include <array>
 #include <cstdlib>
 #include <set>
 #include <span>
@@ -19,7 +18,6 @@ using RECORD = PGMDEV_SFL_FLASH_INFO;
 using RECORDS = std::span<const RECORD>;
 using STANDING = PGMDEV_FLASH_CANDIDATE::STANDING;
 
-constexpr std::size_t RESPONSE_SIZE = 256;
 constexpr std::size_t NEAREST_COUNT = 5;
 
 /// Where all chips have them that answer in the usual way.
@@ -27,10 +25,9 @@ constexpr BYTE MAKER = 0;
 constexpr BYTE TYPE = 1;
 constexpr BYTE CAPACITY = 2;
 
-/// As the manager walks: the first record that the response, padded with zeros, meets.
+/// The record that the manager maps the response to: the first one that it meets.
 DWORD taken_record(RECORDS records, bool silicon_id, std::span<const BYTE> response) {
-    std::array<BYTE, RESPONSE_SIZE> padded{};
-    std::copy(response.begin(), response.end(), padded.begin());
+    const auto padded = padded_response(response);
     const auto found = std::find_if(records.begin(), records.end(), [&](const RECORD& record) {
         return record.silicon_id == silicon_id && FLASH_COMPARISONS(record).are_met_by(padded);
     });
@@ -127,7 +124,7 @@ bool is_same_device(const RECORD& taken, const PGMDEV_FLASH_CANDIDATE& candidate
 PGMDEV_FLASH_CANDIDATES::PGMDEV_FLASH_CANDIDATES(const PGMDEV_SFL_FLASH_INFO* records, DWORD count, bool silicon_id,
                                                  const BYTE* response, DWORD given, const PGMDEV_FLASH_NOTES* notes) {
     const RECORDS all(records, records != nullptr ? count : 0);
-    const std::span<const BYTE> bytes(response, std::min<std::size_t>(given, RESPONSE_SIZE));
+    const std::span<const BYTE> bytes(response, std::min<std::size_t>(given, FLASH_RESPONSE_SIZE));
     m_telling_count = telling_bytes_of(bytes);
     m_taken = taken_record(all, silicon_id, bytes);
     examine(records, count, silicon_id, response, given, notes,
@@ -137,7 +134,7 @@ PGMDEV_FLASH_CANDIDATES::PGMDEV_FLASH_CANDIDATES(const PGMDEV_SFL_FLASH_INFO* re
 PGMDEV_FLASH_CANDIDATES::PGMDEV_FLASH_CANDIDATES(const PGMDEV_FLASH_INDEX& index, const PGMDEV_SFL_FLASH_INFO* records,
                                                  DWORD count, bool silicon_id, const BYTE* response, DWORD given,
                                                  const PGMDEV_FLASH_NOTES* notes) {
-    m_telling_count = telling_bytes_of({response, std::min<std::size_t>(given, RESPONSE_SIZE)});
+    m_telling_count = telling_bytes_of({response, std::min<std::size_t>(given, FLASH_RESPONSE_SIZE)});
     m_taken = index.taken(silicon_id, response, given);
     examine(records, count, silicon_id, response, given, notes, index.admitted(silicon_id, response, m_telling_count));
 }
@@ -146,7 +143,7 @@ void PGMDEV_FLASH_CANDIDATES::examine(const PGMDEV_SFL_FLASH_INFO* records, DWOR
                                       const BYTE* response, DWORD given, const PGMDEV_FLASH_NOTES* notes,
                                       const std::vector<DWORD>& admitted) {
     const RECORDS all(records, records != nullptr ? count : 0);
-    const std::span<const BYTE> bytes(response, std::min<std::size_t>(given, RESPONSE_SIZE));
+    const std::span<const BYTE> bytes(response, std::min<std::size_t>(given, FLASH_RESPONSE_SIZE));
     m_oddity = flash_response_oddity(all, silicon_id, bytes, m_taken);
 
     const RECORD* const taken = m_taken != INVALID_DWORD ? &all[m_taken] : nullptr;

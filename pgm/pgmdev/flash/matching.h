@@ -10,6 +10,16 @@
 
 #include "pgmdev_sfl_flash_info.h"
 
+/// The bytes of a response that count: records name them by positions of one byte.
+inline constexpr std::size_t FLASH_RESPONSE_SIZE = 256;
+
+/// A response as it is mapped to a record: zeros stand for the bytes that were not read.
+inline std::array<BYTE, FLASH_RESPONSE_SIZE> padded_response(std::span<const BYTE> response) {
+    std::array<BYTE, FLASH_RESPONSE_SIZE> padded{};
+    std::copy_n(response.begin(), std::min(response.size(), padded.size()), padded.begin());
+    return padded;
+}
+
 struct FLASH_COMPARISON {
     BYTE position = 0;
     BYTE value = 0;

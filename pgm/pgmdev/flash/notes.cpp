@@ -8,6 +8,7 @@
 
 #include "flash/byte_pattern.h"
 #include "flash/hex.h"
+#include "flash/matching.h"
 #include "gen.h"
 #include "source/faults.h"
 #include "source/note_lines.h"
@@ -28,10 +29,9 @@ constexpr std::size_t DEVICE_NAME_CELL = 0;
 constexpr std::size_t DIGITS_CELL = 1;
 
 constexpr const char* NO_BYTE = "-";
-constexpr std::size_t LONGEST_RESPONSE = 256;
 
 bool are_byte_digits(const std::string& text) {
-    return !text.empty() && text.size() % 2 == 0 && text.size() <= 2 * LONGEST_RESPONSE &&
+    return !text.empty() && text.size() % 2 == 0 && text.size() <= 2 * FLASH_RESPONSE_SIZE &&
            text.find_first_not_of(HEX_DIGITS) == std::string::npos;
 }
 
@@ -69,7 +69,7 @@ std::optional<DWORD> position_of(const std::string& text) {
     }
     DWORD position = 0;
     const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), position);
-    const bool valid = error == std::errc() && end == text.data() + text.size() && position < LONGEST_RESPONSE;
+    const bool valid = error == std::errc() && end == text.data() + text.size() && position < FLASH_RESPONSE_SIZE;
     return valid ? std::optional(position) : std::nullopt;
 }
 
@@ -174,7 +174,7 @@ void PGMDEV_FLASH_NOTES::read_identifications(const std::string& file) {
     m_identifications_file.file = file;
     for (const NOTE_LINE& line : *lines) {
         auto bytes = byte_patterns_of(line.cells[DIGITS_CELL]);
-        if (bytes && bytes->size() <= LONGEST_RESPONSE) {
+        if (bytes && bytes->size() <= FLASH_RESPONSE_SIZE) {
             m_identifications.push_back(
                 {line.number, line.columns[DIGITS_CELL], line.cells[DEVICE_NAME_CELL], std::move(*bytes)});
         } else {

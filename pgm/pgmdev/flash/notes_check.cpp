@@ -1,5 +1,4 @@
 #include <algorithm>
-#include <array>
 #include <string>
 
 #include "flash/byte_pattern.h"
@@ -44,10 +43,9 @@ std::string joined(const std::vector<std::string>& patterns) {
     return text;
 }
 
-/// The record that the walk takes when no switch is on; null: none.
+/// The record that the manager maps the response to while no switch is on; null: none.
 const RECORD* answered_by(const std::vector<RECORD>& records, const std::vector<BYTE>& response) {
-    std::array<BYTE, 256> padded{};
-    std::copy_n(response.begin(), std::min(response.size(), padded.size()), padded.begin());
+    const auto padded = padded_response(response);
     const auto found = std::find_if(records.begin(), records.end(), [&padded](const RECORD& record) {
         return !record.silicon_id && gen_stricmp(record.ini, "NONE") == 0 &&
                FLASH_COMPARISONS(record).are_met_by(padded);

@@ -10,6 +10,7 @@
 #include "file_info.h"
 #include "flash/default_rows.h"
 #include "flash/records.h"
+#include "flash/switches.h"
 #include "gen.h"
 #include "packed/file.h"
 #include "report.h"
@@ -19,8 +20,6 @@
 namespace {
 
 constexpr const char* DATABASE_FILE = "/programmer/pgm_flash.pcf";
-constexpr const char* ALWAYS_ENABLED = "NONE";
-constexpr const char* ENABLING_SWITCH = "PGM_ALLOW_";
 
 }  // namespace
 
@@ -212,8 +211,8 @@ void PGMDEV_FLASH_MANAGER::confirm_default_value(DWORD first) {
     if (defaults.one_each()) {
         return;
     }
-    for (const auto* record = begin; record != end;
-         ++record) {  // in record order, so that the first faulty name is reported
+    // In the order of the records, so that the first faulty name is reported.
+    for (const PGMDEV_SFL_FLASH_INFO* record = begin; record != end; ++record) {
         const DWORD count = defaults.count(record->device_name);
         PGMDEV_REQUIRE(count <= 1, "!one_default", FLASH_MANAGER_FILE);
         PGMDEV_REQUIRE(count == 1, "one_default", FLASH_MANAGER_FILE);
@@ -224,7 +223,7 @@ bool PGMDEV_FLASH_MANAGER::enable_device(DWORD index) {
     PGMDEV_REQUIRE(m_flash_database != nullptr, "m_flash_database != NULL", FLASH_MANAGER_FILE);
     PGMDEV_REQUIRE(index < QWORD{m_flash_count} + m_ini_count, "index < (m_flash_count + m_ini_count)",
                    FLASH_MANAGER_FILE);
-    const std::string& ini = m_flash_database[index].ini;
-    PGMDEV_REQUIRE(!ini.empty(), "!ini.empty()", FLASH_MANAGER_FILE);
-    return gen_stricmp(ini, ALWAYS_ENABLED) == 0 || cfg_is_on(ENABLING_SWITCH + ini, false) != 0;
+    const PGMDEV_SFL_FLASH_INFO& record = m_flash_database[index];
+    PGMDEV_REQUIRE(!record.ini.empty(), "!ini.empty()", FLASH_MANAGER_FILE);
+    return is_always_enabled(record) || cfg_is_on(ENABLING_SWITCH + record.ini, false) != 0;
 }

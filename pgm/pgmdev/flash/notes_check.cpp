@@ -4,6 +4,7 @@
 #include "flash/byte_pattern.h"
 #include "flash/hex.h"
 #include "flash/matching.h"
+#include "flash/switches.h"
 #include "gen.h"
 #include "pgmdev_flash_notes.h"
 #include "source/faults.h"
@@ -47,8 +48,7 @@ std::string joined(const std::vector<std::string>& patterns) {
 const RECORD* answered_by(const std::vector<RECORD>& records, const std::vector<BYTE>& response) {
     const auto padded = padded_response(response);
     const auto found = std::find_if(records.begin(), records.end(), [&padded](const RECORD& record) {
-        return !record.silicon_id && gen_stricmp(record.ini, "NONE") == 0 &&
-               FLASH_COMPARISONS(record).are_met_by(padded);
+        return !record.silicon_id && is_always_enabled(record) && FLASH_COMPARISONS(record).are_met_by(padded);
     });
     return found != records.end() ? &*found : nullptr;
 }

@@ -6,7 +6,7 @@
 
 #include "flash/matching.h"
 #include "flash/source.h"
-#include "gen.h"
+#include "flash/switches.h"
 #include "packed/format.h"
 #include "pgm_common.h"
 #include "records/row_checks.h"
@@ -145,10 +145,6 @@ std::string folded(const std::string& text) {
     std::string lower = text;
     stl_tolower(lower);
     return lower;
-}
-
-bool is_always_enabled(const RECORD& record) {
-    return gen_stricmp(record.ini, "NONE") == 0;
 }
 
 /// Each name needs exactly one default row among its enabled rows, whichever switches are on.

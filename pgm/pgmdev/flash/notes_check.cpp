@@ -60,35 +60,49 @@ bool is_compatible(const RECORD& record, const std::vector<std::string>& identif
     });
 }
 
+/// What is wrong with an ambiguity; "" for nothing.
+std::string doubt_of(const PGMDEV_FLASH_AMBIGUITY& ambiguity, const std::vector<RECORD>& records) {
+    const RECORD* const record = answered_by(records, ambiguity.response);
+    if (record == nullptr) {
+        return "no row of the table answers this response";
+    }
+    const bool is_named =
+        std::any_of(ambiguity.chips.begin(), ambiguity.chips.end(),
+                    [record](const std::string& chip) { return gen_stricmp(chip, record->device_name) == 0; });
+    return is_named ? ""
+                    : "the table answers this response with " + record->device_name + ", which is none of the chips";
+}
+
+/// What is wrong with a chip's identification; "" for nothing.
+std::string doubt_of(const PGMDEV_FLASH_NOTES::IDENTIFICATION& identification, const std::vector<RECORD>& records) {
+    bool is_named = false;
+    for (const RECORD& record : records) {
+        if (record.silicon_id || gen_stricmp(record.device_name, identification.device_name) != 0) {
+            continue;
+        }
+        if (is_compatible(record, identification.bytes)) {
+            return "";
+        }
+        is_named = true;
+    }
+    return is_named ? "no row of this name takes it" : "no row has this name";
+}
+
 }  // namespace
 
 std::vector<PGMDEV_FLASH_NOTES::FILE_FAULTS> PGMDEV_FLASH_NOTES::faults_with(
     const std::vector<PGMDEV_SFL_FLASH_INFO>& records) const {
     std::vector<FILE_FAULTS> all{m_ambiguities_file, m_identifications_file};
     for (const PGMDEV_FLASH_AMBIGUITY& ambiguity : m_ambiguities) {
-        const RECORD* record = answered_by(records, ambiguity.response);
-        const auto is_named = [record](const std::string& chip) { return gen_stricmp(chip, record->device_name) == 0; };
-        if (record == nullptr || std::none_of(ambiguity.chips.begin(), ambiguity.chips.end(), is_named)) {
-            const std::string digits = digits_of(ambiguity.response);
-            all[0].faults.push_back(warning(
-                ambiguity.line, ambiguity.chips_column, digits, "chips", "",
-                record == nullptr
-                    ? "no row of the table answers this response"
-                    : "the table answers this response with " + record->device_name + ", which is none of the chips"));
+        if (std::string doubt = doubt_of(ambiguity, records); !doubt.empty()) {
+            all[0].faults.push_back(warning(ambiguity.line, ambiguity.chips_column, digits_of(ambiguity.response),
+                                            "chips", "", std::move(doubt)));
         }
     }
     for (const IDENTIFICATION& identification : m_identifications) {
-        bool named = false;
-        bool admitted = false;
-        for (const RECORD& record : records) {
-            const bool same = !record.silicon_id && gen_stricmp(record.device_name, identification.device_name) == 0;
-            named = named || same;
-            admitted = admitted || (same && is_compatible(record, identification.bytes));
-        }
-        if (!admitted) {
+        if (std::string doubt = doubt_of(identification, records); !doubt.empty()) {
             all[1].faults.push_back(warning(identification.line, identification.column, identification.device_name,
-                                            "identification", joined(identification.bytes),
-                                            named ? "no row of this name takes it" : "no row has this name"));
+                                            "identification", joined(identification.bytes), std::move(doubt)));
         }
     }
     std::erase_if(all, [](const FILE_FAULTS& each) { return each.file.empty(); });

@@ -253,9 +253,12 @@ void PGMDEV_DEV_INFO_MANAGER::print_database(DWORD record, std::string name) {
 }
 
 void PGMDEV_DEV_INFO_MANAGER::list_loaded() {
-    const auto list = [this](DWORD record, const std::string& name) {
-        if (record != INVALID_DWORD) {
-            print_database(record, name);
+    const auto list_table = [this](const DWORD* table, int end, auto invalid, auto generic) {
+        for (int i = 0; i < end; ++i) {
+            const auto identifier = static_cast<decltype(invalid)>(i);
+            if (identifier != invalid && table[i] != INVALID_DWORD) {
+                print_database(table[i], identifier == generic ? GENERIC : dstr_get_user_string(identifier));
+            }
         }
     };
     switch (m_debug_mode) {
@@ -265,23 +268,13 @@ void PGMDEV_DEV_INFO_MANAGER::list_loaded() {
             }
             break;
         case LIST_FAMILIES:
-            for (int i = DEV_FAMILY_INVALID + 1; i < DEV_FAMILY_MAX; ++i) {
-                const auto family = static_cast<DEV_FAMILY_ENUM>(i);
-                list(m_family_table[i], family == DEV_FAMILY_GENERIC ? GENERIC : dstr_get_user_string(family));
-            }
+            list_table(m_family_table, DEV_FAMILY_MAX, DEV_FAMILY_INVALID, DEV_FAMILY_GENERIC);
             break;
         case LIST_DEVICES:
-            for (int i = DEV_DEVICE_INVALID + 1; i < DEV_DEVICE_MAX; ++i) {
-                const auto device = static_cast<DEV_DEVICE_ENUM>(i);
-                list(m_device_table[i], device == DEV_DEVICE_GENERIC ? GENERIC : dstr_get_user_string(device));
-            }
+            list_table(m_device_table, DEV_DEVICE_MAX, DEV_DEVICE_INVALID, DEV_DEVICE_GENERIC);
             break;
         case LIST_PARTS:
-            for (int part = 0; part < DEV_PART_MAX; ++part) {
-                if (part != DEV_PART_INVALID) {
-                    list(m_part_table[part], part == DEV_PART_GENERIC ? GENERIC : dstr_get_user_string(part));
-                }
-            }
+            list_table(m_part_table, DEV_PART_MAX, DEV_PART_INVALID, DEV_PART_GENERIC);
             break;
         default:
             break;

@@ -8,9 +8,22 @@
 
 namespace {
 
+// The header has types, names, two lines of comments, units, lines that are free, and one that sets the records apart.
 constexpr const char* COMMENTS =
     "Serial-flash-table\nOne-row-per-flash-and-way-of-recognising-it,the-first-that-matches-wins\n";
+constexpr std::size_t FREE_ROWS = 2;
 constexpr const char* NOTHING = "-";  // a free cell must not be empty
+constexpr const char* RULER = "-\n";
+
+/// The unit of each member.
+std::vector<std::string> units() {
+    std::vector<std::string> cells;
+    cells.reserve(PGMDEV_SFL_FLASH_MEMBERS.size());
+    for (const PGMDEV_SFL_FLASH_MEMBER& member : PGMDEV_SFL_FLASH_MEMBERS) {
+        cells.emplace_back(member.unit.empty() ? NOTHING : member.unit);
+    }
+    return cells;
+}
 
 bool spell(const PGMDEV_SFL_FLASH_MEMBER& member, const PGMDEV_SFL_FLASH_INFO& record, std::string& cell) {
     cell = std::visit([&](auto field) { return pgmdev_cell(record.*field, member.base); }, member.field);
@@ -39,20 +52,17 @@ std::string aligned(const std::vector<std::string>& row, const std::vector<std::
 
 std::string PGMDEV_FLASH_TABLE::source_text(std::string& obstacle) const {
     SOURCE_CELLS rows = source_header_cells(FLASH_SOURCE::HEADER);
-    for (const PGMDEV_SFL_FLASH_MEMBER& member : PGMDEV_SFL_FLASH_MEMBERS) {
-        rows.resize(5);
-        rows[2].emplace_back(member.unit.empty() ? NOTHING : member.unit);
-        rows[3].emplace_back(NOTHING);
-        rows[4].emplace_back(NOTHING);
-    }
+    const std::size_t units_row = rows.size();
+    rows.push_back(units());
+    rows.resize(rows.size() + FREE_ROWS, std::vector<std::string>(rows.front().size(), NOTHING));
+    const std::size_t first_record = rows.size();
     if (!append_rows(rows, m_records, spell, obstacle)) {
         return {};
     }
-    // The header lines: types, names, two of comments, units and two that are free, one that sets the data rows apart.
     const std::vector<std::size_t> widths = widths_of(rows);
     std::string text;
     for (std::size_t i = 0; i < rows.size(); ++i) {
-        text += (i == 2 ? COMMENTS : i == 5 ? "-\n" : "") + aligned(rows[i], widths);
+        text += (i == units_row ? COMMENTS : i == first_record ? RULER : "") + aligned(rows[i], widths);
     }
     return text;
 }

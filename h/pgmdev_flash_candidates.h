@@ -136,7 +136,8 @@ public:
     /// How many bytes of the response tell something.
     DWORD telling_count() const noexcept { return m_telling_count; }
 
-    /// Positions of bytes that were not given and would tell open candidates apart, ascending.
+    /// Positions of bytes that were not given and that a candidate which may be the device compares, ascending: reading
+    /// them rules some out, or makes sure.
     const std::vector<BYTE>& missing_bytes() const noexcept { return m_missing_bytes; }
 
     /// When no record is taken: those of the same maker and type by distance of the capacity, then of the same maker

@@ -102,7 +102,7 @@ bool is_possible(const PGMDEV_FLASH_CANDIDATE& candidate) {
     return candidate.standing != STANDING::PASSED_OVER && candidate.standing != STANDING::RULED_OUT;
 }
 
-/// Positions that are not given and that not all of the candidates in question agree on.
+/// Positions that are not given and that a candidate which may be the device compares.
 std::vector<BYTE> missing_bytes_of(const std::vector<PGMDEV_FLASH_CANDIDATE>& candidates) {
     std::set<BYTE> positions;
     for (const PGMDEV_FLASH_CANDIDATE& candidate : candidates) {

@@ -53,15 +53,14 @@ bool is_idle(BYTE value) {
     return value == 0x00 || value == 0xFF;
 }
 
-/// A capacity ID mostly is the binary logarithm of the size in bytes. A size in bytes where bits are meant shows.
+/// Most capacity IDs, from 64 Kbyte on, are the binary logarithm of the size in bytes, by which one given in bytes shows.
 bool is_size_in_bytes(const RECORD& r) {
-    return !r.silicon_id && r.memory_id < 32 && r.device_bit_size == DWORD{1} << r.memory_id && r.memory_id >= 16;
+    return !r.silicon_id && r.memory_id >= 16 && r.memory_id < 32 && r.device_bit_size == DWORD{1} << r.memory_id;
 }
 
 constexpr auto FAULT = SEVERITY::FAULT;
 constexpr auto WARNING = SEVERITY::WARNING;
 
-// The longest plausible times: stacked dies that are erased one after the other take hours.
 constexpr std::array ROW_CHECKS{
     CHECK{FAULT, cell("device_bit_size"), [](const RECORD& r) { return r.device_bit_size == 0; },
           "a size above 0 bits"},
@@ -92,6 +91,7 @@ constexpr std::array ROW_CHECKS{
           [](const RECORD& r) { return !r.silicon_id && r.mfc_id_index == 0 && is_idle(r.mfc_id); },
           "an idle bus answers this manufacturer ID, too"},
     CHECK{WARNING, cell("die_count"), [](const RECORD& r) { return r.die_count == 0; }, "unusual: no die"},
+    // The longest plausible times: stacked dies that are erased one after the other take hours.
     CHECK{WARNING, cell("bulk_erase_time"), [](const RECORD& r) { return outside(r.bulk_erase_time, 1, 14400); },
           "unusual: 1 to 14400 seconds are (seconds are meant, not milliseconds)"},
     CHECK{WARNING, cell("sec_erase_time"), [](const RECORD& r) { return outside(r.sec_erase_time, 1, 60); },
@@ -192,14 +192,14 @@ std::vector<FLASH_COMPARISON> comparisons(const RECORD& record) {
     return sorted;
 }
 
-/// Rows of which an earlier one matches every response that a later one matches, whenever that is enabled, have this in
-/// common for some of the later one's comparisons and one of its switches.
-struct WINNING {
+/// What a row demands of a response, and of the configuration. An earlier row wins against a later one whenever that is
+/// enabled if it demands nothing that the later one does not: some of the same comparisons, and the same switch or none.
+struct DEMANDS {
     bool silicon_id;
     std::string enabled_by;  ///< "": always
     std::vector<FLASH_COMPARISON> comparisons;
 
-    bool operator<(const WINNING& other) const {
+    bool operator<(const DEMANDS& other) const {
         return std::tie(silicon_id, enabled_by, comparisons) <
                std::tie(other.silicon_id, other.enabled_by, other.comparisons);
     }
@@ -210,11 +210,11 @@ std::string enabled_by(const RECORD& record) {
 }
 
 /// The earliest of the rows seen that always wins against the record; null when none does.
-const ROW* winner_against(const RECORD& record, const std::map<WINNING, const ROW*>& seen) {
+const ROW* winner_against(const RECORD& record, const std::map<DEMANDS, const ROW*>& seen) {
     const auto all = comparisons(record);
     const ROW* winner = nullptr;
     for (DWORD chosen = 1; chosen < DWORD{1} << all.size(); ++chosen) {
-        WINNING key{record.silicon_id, "", {}};
+        DEMANDS key{record.silicon_id, "", {}};
         for (std::size_t i = 0; i < all.size(); ++i) {
             if ((chosen >> i & 1) != 0) {
                 key.comparisons.push_back(all[i]);
@@ -232,7 +232,7 @@ const ROW* winner_against(const RECORD& record, const std::map<WINNING, const RO
 }
 
 void check_reachable(const std::vector<ROW>& rows, const FAULT_SINK& sink) {
-    std::map<WINNING, const ROW*> seen;
+    std::map<DEMANDS, const ROW*> seen;
     for (const ROW& row : rows) {
         if (const ROW* winner = winner_against(row.record, seen)) {
             sink(fault_in(row, WARNING, cell("memory_id"),

@@ -63,7 +63,8 @@ private:
     void require_room(QWORD count) const {
         PGMDEV_REQUIRE(m_index + count <= m_size, "index < data_size", m_format.file);
     }
-    /// Whether there are as many bytes at the index, also if no value has them: what a bare pointer leads to may end.
+    /// Whether so many bytes at the index may be read, even those behind a value. Never behind a bare pointer: what it
+    /// leads to may end with the value.
     bool is_readable(QWORD count) const { return m_size != PACKED_TRUSTED_SIZE && count <= m_size - m_index; }
     BYTE next() {
         require_room(1);

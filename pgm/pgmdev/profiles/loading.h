@@ -11,9 +11,8 @@
 #include "pgmdev_dev_info_manager.h"
 #include "profiles/records.h"
 
-/// While records that were read, and tables that go with them, come into a manager that has no records. Unless all of
-/// that is done in the end, the manager has again what it had: no records, the entries of its tables, the parts of its
-/// list.
+/// Lives while a manager that has no records takes some, and the tables that go with them. Unless that is done when this
+/// ends, the manager gets back what it had: no records, the entries of its tables, the parts of its list.
 class PGMDEV_DEV_INFO_MANAGER::LOADING {
 public:
     explicit LOADING(PGMDEV_DEV_INFO_MANAGER& manager)

@@ -31,14 +31,15 @@ constexpr bool is_text(PGMDEV_MANAGER_TYPE kind) {
 const char* take_text(const CELL_SYNTAX& syntax, const std::string& cell, std::string& value);
 const char* take_bool(const CELL_SYNTAX& syntax, const std::string& cell, bool& value);
 const char* take_number(const CELL_SYNTAX& syntax, const std::string& cell, DWORD& value);
+const char* take_name(const CELL_SYNTAX& syntax, std::string_view member, PGMDEV_MANAGER_TYPE kind,
+                      const std::string& cell, DWORD& value);
+
+/// The condition that a cell breaks which spells no number.
+inline constexpr const char* NOT_A_NUMBER = "Invalid string to integer conversion";
 
 /// As take_number, but a cell that spells no number is reported by the host, which is the one to know. Should its report
 /// return, the result is the condition.
 const char* take_number_or_report(const CELL_SYNTAX& syntax, const std::string& cell, DWORD& value);
 
+/// Either of the two.
 using TAKE_NUMBER = decltype(take_number);
-
-/// The condition that such a cell breaks.
-inline constexpr const char* NOT_A_NUMBER = "Invalid string to integer conversion";
-const char* take_name(const CELL_SYNTAX& syntax, std::string_view member, PGMDEV_MANAGER_TYPE kind,
-                      const std::string& cell, DWORD& value);

@@ -82,8 +82,8 @@ void check_no_row_in_header(const std::vector<SOURCE_LINE>& lines, const FAULT_S
     }
 }
 
-/// The second pass of compiling, likewise: the first cell that is not sound ends the operation. Where a number stands that
-/// the host reports, only the debug channel can say.
+/// The second pass of compiling, for one data row: takes the record; the first cell that is not sound ends the operation.
+/// Where the host reports a number, its report does not say in which cell: the debug channel does.
 template <class TABLE>
 void compile_row(const SOURCE_LINE& line, typename TABLE::RECORD& record, const FIO_PATH& csv_file,
                  const FAULT_SINK& refuse) {

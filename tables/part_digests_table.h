@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
+#include <string_view>
 
 #include "name_list_digest.h"
 
@@ -94,6 +95,14 @@ struct PART_DIGESTS {
     HASHED_PARTS denoting;        ///< an entry for every name that denotes a part, though it is not the part's
     const std::uint64_t* checks;  ///< beside these
 };
+
+/// Whether two names begin with the same five characters. Only then does a package name or programming name denote a part
+/// that is called otherwise.
+inline bool share_part_prefix(std::string_view left, std::string_view right) {
+    constexpr std::size_t PREFIX_SIZE = 5;
+    return left.size() >= PREFIX_SIZE && right.size() >= PREFIX_SIZE &&
+           left.substr(0, PREFIX_SIZE) == right.substr(0, PREFIX_SIZE);
+}
 
 /// The part that is denoted by a name that is not its own; 0: none.
 inline int denoted_part(const PART_DIGESTS& tables, const NAME_DIGEST& digest) {

@@ -15,9 +15,6 @@
 
 namespace {
 
-/// As long as names must begin alike for one to denote the other, unless they are equal.
-constexpr std::size_t PREFIX_SIZE = 5;
-
 NAME_DIGEST digest_of(std::string_view name) {
     return name_digest(sha256(name).data());
 }
@@ -126,8 +123,7 @@ DIGESTED_NAMES digested_denoting_names(const CATALOG& catalog, const NUMBERED_PA
         }
         for (std::size_t k = 0; k < found.size(); ++k) {
             const std::string& name = found[k];
-            if (name != last[k] && name != part && name.size() >= PREFIX_SIZE &&
-                name.compare(0, PREFIX_SIZE, part, 0, PREFIX_SIZE) == 0) {
+            if (name != last[k] && name != part && share_part_prefix(name, part)) {
                 names.push_back({digest_of(name), static_cast<int>(i) + 1});
                 last[k] = found[k];
             }

@@ -6,6 +6,7 @@
 #include "names/grammar_trace.h"
 #include "names/part_indexes.h"
 #include "names/parts.h"
+#include "part_digests_table.h"
 #include "pgm_common.h"
 #include "pgmdev_device_grammar_mgr.h"
 #include "pgmdev_mgr.h"

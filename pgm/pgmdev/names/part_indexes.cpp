@@ -7,6 +7,7 @@
 #include "names/on_demand.h"
 #include "names/parts.h"
 #include "names/stores.h"
+#include "part_digests_table.h"
 #include "text_filter.h"
 
 namespace {

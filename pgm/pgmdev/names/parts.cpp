@@ -10,11 +10,6 @@ std::string upper_part_name(int part) {
     return name;
 }
 
-bool share_part_prefix(std::string_view left, std::string_view right) {
-    return left.size() >= PART_PREFIX_SIZE && right.size() >= PART_PREFIX_SIZE &&
-           left.substr(0, PART_PREFIX_SIZE) == right.substr(0, PART_PREFIX_SIZE);
-}
-
 std::unique_ptr<const BYTE[]> sha256_of(const std::string& text) {
     return std::unique_ptr<const BYTE[]>(PGM_COMMON::get_block_sha(text.data(), text.size(), SHA256_SIZE));
 }

@@ -6,7 +6,6 @@
 #include <array>
 #include <memory>
 #include <string>
-#include <string_view>
 #include <vector>
 
 #include "dev.h"
@@ -19,13 +18,6 @@ inline bool is_usable_part(int part) {
 
 /// Upper-case display name of a part.
 std::string upper_part_name(int part);
-
-/// The first characters of a name that shares at least as many with its package name and programming name; with any
-/// other name a part is not compared, but for equality.
-inline constexpr std::size_t PART_PREFIX_SIZE = 5;
-
-/// Whether both names are at least that long and begin alike.
-bool share_part_prefix(std::string_view left, std::string_view right);
 
 /// The SHA-256 of a text, by the host.
 std::unique_ptr<const BYTE[]> sha256_of(const std::string& text);

@@ -38,7 +38,7 @@ struct CATALOG_DEVICE {
     int number = 0;
     std::string name;             ///< as the device library spells it
     std::size_t family = 0;       ///< index of the family
-    std::string programmer_part;  ///< ""; the device is not known to programmer files
+    std::string programmer_part;  ///< "": programmer files do not know the device
 };
 
 /// What an ordering name stands for.

@@ -3,7 +3,6 @@
 #include <algorithm>
 
 #include "dstr.h"
-#include "name_pattern.h"
 
 namespace {
 
@@ -122,27 +121,30 @@ void CATALOG_READER::read_ordering_code(const SOURCE_ROW& row) {
     int index = *first_index;
     for (const std::string& name : read_pattern(row, 1)) {
         m_previous_ordering_index = index;
-        const auto found = m_ordering_names.find(name, row.place, m_faults);
-        if (!found) {
-            ++index;
-            continue;
-        }
-        CATALOG_PART& part = m_catalog.parts[*found];
-        if (upper_case(part.name) != upper_case(name)) {
-            m_faults.add(row.place, "\"" + name + "\" is an alias of \"" + part.name + "\": name the part itself");
-        } else if (part.number == 0) {
-            m_faults.add(row.place, "\"" + name + "\" has no part number and so cannot have an ordering code");
-        } else if (part.ordering_index >= 0) {
-            m_faults.add(row.place,
-                         "\"" + name + "\" already has the ordering code " + std::to_string(part.ordering_index));
-        } else if (index > last) {
-            m_faults.add(row.place, "ordering-code index " + std::to_string(index) + " of \"" + name +
-                                        "\" is beyond the list, which ends at " + std::to_string(last) + RAISE_ENTRIES);
-        } else {
-            part.ordering_index = index;
-            part.ordering_place = row.place;
-            m_catalog.last_ordering_index = index;
-        }
+        give_ordering_code(name, index, row.place);
         ++index;
+    }
+}
+
+void CATALOG_READER::give_ordering_code(const std::string& name, int index, const SOURCE_PLACE& place) {
+    const int last = m_catalog.ordering_entries - 1;
+    const auto found = m_ordering_names.find(name, place, m_faults);
+    if (!found) {
+        return;
+    }
+    CATALOG_PART& part = m_catalog.parts[*found];
+    if (upper_case(part.name) != upper_case(name)) {
+        m_faults.add(place, "\"" + name + "\" is an alias of \"" + part.name + "\": name the part itself");
+    } else if (part.number == 0) {
+        m_faults.add(place, "\"" + name + "\" has no part number and so cannot have an ordering code");
+    } else if (part.ordering_index >= 0) {
+        m_faults.add(place, "\"" + name + "\" already has the ordering code " + std::to_string(part.ordering_index));
+    } else if (index > last) {
+        m_faults.add(place, "ordering-code index " + std::to_string(index) + " of \"" + name +
+                                "\" is beyond the list, which ends at " + std::to_string(last) + RAISE_ENTRIES);
+    } else {
+        part.ordering_index = index;
+        part.ordering_place = place;
+        m_catalog.last_ordering_index = index;
     }
 }

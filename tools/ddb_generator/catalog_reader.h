@@ -39,6 +39,7 @@ private:
     std::vector<COMPLETION> read_completions(const SOURCE_ROW& row, std::size_t cell, const NAME_REGISTRY& codes);
     bool read_ordering_entries(const SOURCE_ROW& row);
     void read_ordering_code(const SOURCE_ROW& row);
+    void give_ordering_code(const std::string& name, int index, const SOURCE_PLACE& place);
     bool check(const SOURCE_ROW& row, std::size_t cell, const char* what) {
         return check_name(row.place, row.cells[cell], what, m_faults);
     }

@@ -148,18 +148,25 @@ private:
         });
     }
 
+    /// Whether an earlier row matches whatever a later one matches: no bit that counts in the earlier one may have another
+    /// value in the later one, or not count there.
+    bool hides(const IDENTIFIED_ROW& earlier, const IDENTIFIED_ROW& later) const {
+        return std::all_of(m_identity.begin(), m_identity.end(), [&](const IDENTITY& identity) {
+            const std::uint64_t differing = earlier.numbers.at(identity.value) ^ later.numbers.at(identity.value);
+            const std::uint64_t free_in_later = ~mask_of(later, identity);
+            return (mask_of(earlier, identity) & (differing | free_in_later)) == 0;
+        });
+    }
+
+    /// The bits that count.
+    static std::uint64_t mask_of(const IDENTIFIED_ROW& row, const IDENTITY& identity) {
+        return identity.mask.empty() ? ~std::uint64_t{0} : row.numbers.at(identity.mask);
+    }
+
     /// Programs take the first row that matches: none may hide a later one.
     void require_findable(const IDENTIFIED_ROW& row) {
-        const auto hides_it = [&](const IDENTIFIED_ROW& earlier) {
-            return std::all_of(m_identity.begin(), m_identity.end(), [&](const IDENTITY& identity) {
-                const auto mask_of = [&](const IDENTIFIED_ROW& masked) {
-                    return identity.mask.empty() ? ~std::uint64_t{0} : masked.numbers.at(identity.mask);
-                };
-                const std::uint64_t difference = row.numbers.at(identity.value) ^ earlier.numbers.at(identity.value);
-                return (mask_of(earlier) & (difference | ~mask_of(row))) == 0;
-            });
-        };
-        const auto hiding = std::find_if(m_rows.begin(), m_rows.end(), hides_it);
+        const auto hiding = std::find_if(m_rows.begin(), m_rows.end(),
+                                         [&](const IDENTIFIED_ROW& earlier) { return hides(earlier, row); });
         if (hiding != m_rows.end()) {
             m_faults.add(row.place, "the device of this row is never found: the row at " + text_of(hiding->place) +
                                         " matches it and comes first");

@@ -74,15 +74,15 @@ private:
     std::array<std::map<std::string, OWNER>, GRAMMAR_TABLE_COUNT> m_owners;
 };
 
-}  // namespace
-
-GRAMMAR build_grammar(const CATALOG& catalog, const std::filesystem::path& directory, FAULTS& faults) {
-    GRAMMAR_BUILDER builder(faults);
+void add_families(GRAMMAR_BUILDER& builder, const CATALOG& catalog) {
     for (const CATALOG_FAMILY& family : catalog.families) {
         if (family.programmer_family != NO_PROGRAMMER_FAMILY) {
             builder.add(GRAMMAR_PCF_FAMILY_PCF, family.programmer_family, family.name, family.place);
         }
     }
+}
+
+void add_devices(GRAMMAR_BUILDER& builder, const CATALOG& catalog) {
     for (const CATALOG_DEVICE& device : catalog.devices) {
         if (device.programmer_part.empty()) {
             continue;
@@ -92,6 +92,9 @@ GRAMMAR build_grammar(const CATALOG& catalog, const std::filesystem::path& direc
         builder.add(GRAMMAR_DEV_FAMILY_PCF, family.programmer_family, device.name, device.place);
         builder.add(GRAMMAR_FAMILY, family.name, device.programmer_part, device.place);
     }
+}
+
+void add_parts(GRAMMAR_BUILDER& builder, const CATALOG& catalog) {
     for (const CATALOG_PART& part : catalog.parts) {
         const CATALOG_DEVICE& device = catalog.devices[part.device];
         if (device.programmer_part.empty()) {
@@ -103,7 +106,10 @@ GRAMMAR build_grammar(const CATALOG& catalog, const std::filesystem::path& direc
         builder.add(GRAMMAR_PGM_PART_PCF, device.programmer_part, part.programming_name, part.place);
         builder.add(GRAMMAR_PGM_FAMILY_PCF, family.programmer_family, part.programming_name, part.place);
     }
-    GRAMMAR grammar = builder.take();
+}
+
+/// A programmer family that leads to devices must lead to programming names, too.
+void require_programming_names(const GRAMMAR& grammar, const CATALOG& catalog, FAULTS& faults) {
     for (const CATALOG_FAMILY& family : catalog.families) {
         if (grammar[GRAMMAR_DEV_FAMILY_PCF].contains(family.programmer_family) &&
             !grammar[GRAMMAR_PGM_FAMILY_PCF].contains(family.programmer_family)) {
@@ -111,6 +117,9 @@ GRAMMAR build_grammar(const CATALOG& catalog, const std::filesystem::path& direc
                        "programmer family \"" + family.programmer_family + "\" has devices but no programming names");
         }
     }
+}
+
+void require_no_empty_table(const GRAMMAR& grammar, const std::filesystem::path& directory, FAULTS& faults) {
     for (std::size_t table = 0; table < GRAMMAR_TABLE_COUNT; ++table) {
         if (grammar[table].empty()) {
             faults.add({directory.generic_string()}, std::string("no ") + WORDS[table].key + " has a " +
@@ -118,6 +127,18 @@ GRAMMAR build_grammar(const CATALOG& catalog, const std::filesystem::path& direc
                                                          " would be empty, which its format cannot say");
         }
     }
+}
+
+}  // namespace
+
+GRAMMAR build_grammar(const CATALOG& catalog, const std::filesystem::path& directory, FAULTS& faults) {
+    GRAMMAR_BUILDER builder(faults);
+    add_families(builder, catalog);
+    add_devices(builder, catalog);
+    add_parts(builder, catalog);
+    GRAMMAR grammar = builder.take();
+    require_programming_names(grammar, catalog, faults);
+    require_no_empty_table(grammar, directory, faults);
     return grammar;
 }
 

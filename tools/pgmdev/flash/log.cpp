@@ -5,6 +5,7 @@
 #include <array>
 #include <istream>
 #include <string_view>
+#include <utility>
 
 #include "flash/log_dump.h"
 #include "flash/log_line.h"
@@ -121,6 +122,65 @@ private:
     std::array<PROGRESS, FORMS.size()> m_progress;
 };
 
+/// Looks at the lines of a log, one after another, and keeps what identifies a flash best.
+class LOG_SEARCH {
+public:
+    void look_at(const std::string& text) {
+        ++m_number;
+        if (text.size() < SHORTEST_LINE) {
+            pass_over(text);
+            return;
+        }
+        const std::string line = without_what_was_expected(text);
+        const std::vector<BYTE> dump = m_before.expects ? received_in(line) : dump_in(line);
+        const std::vector<BYTE> bytes = identification_of(line, dump);
+        using enum LOG_FINDING::KIND;
+        if (bytes.size() >= LEAST_IDENTIFICATION) {
+            keep({BYTES, m_number, text, bytes, {}});
+        } else if (const std::vector<std::string> names = names_in(line); !names.empty()) {
+            keep({NAME, m_number, text, {}, names});
+        } else if (!dump.empty() && !m_before.asks_for_other) {
+            keep({DUMP, m_number, text, dump, {}});
+        }
+        m_before.expects = announces_what_was_expected(text);
+        m_before.announces = bytes.empty() && !m_before.expects && announces_identification(line);
+        m_before.asks_for_other = asks_for_no_identification(line);
+    }
+
+    std::vector<LOG_FINDING> take_best() { return std::move(m_best); }
+
+private:
+    void pass_over(const std::string& text) {
+        if (text.find_first_not_of(" \t") != std::string::npos) {  // blank lines part nothing
+            m_before.announces = m_before.expects = false;
+        }
+    }
+
+    /// The identification that a line tells, or completes, or that it dumps behind a line that has announced it.
+    std::vector<BYTE> identification_of(const std::string& line, const std::vector<BYTE>& dump) {
+        std::vector<BYTE> bytes = identification_in(line);
+        if (bytes.size() < LEAST_IDENTIFICATION) {
+            bytes = m_spread.take(line, m_number);
+        }
+        return bytes.empty() && m_before.announces ? dump : bytes;
+    }
+
+    /// Of the kinds only the best one is kept.
+    void keep(LOG_FINDING finding) {
+        if (!m_best.empty() && finding.kind < m_best.front().kind) {
+            m_best.clear();
+        }
+        if (m_best.empty() || finding.kind == m_best.front().kind) {
+            m_best.push_back(std::move(finding));
+        }
+    }
+
+    SPREAD_IDENTIFICATION m_spread;
+    LINE_BEFORE m_before;
+    std::size_t m_number = 0;  ///< of the line
+    std::vector<LOG_FINDING> m_best;
+};
+
 }  // namespace
 
 std::string LOG_FINDING::response() const {
@@ -132,47 +192,10 @@ std::string LOG_FINDING::response() const {
 }
 
 std::optional<std::vector<LOG_FINDING>> find_in_log(std::istream& log) {
-    std::vector<LOG_FINDING> best;
-    const auto add = [&best](LOG_FINDING finding) {
-        if (!best.empty() && finding.kind < best.front().kind) {
-            best.clear();
-        }
-        if (best.empty() || finding.kind == best.front().kind) {
-            best.push_back(std::move(finding));
-        }
-    };
-    SPREAD_IDENTIFICATION spread;
-    std::size_t number = 0;
-    LINE_BEFORE before;
+    LOG_SEARCH search;
     LOG_LINES lines(log);
     for (std::string text; lines.next(text);) {
-        ++number;
-        if (text.size() < SHORTEST_LINE) {
-            if (text.find_first_not_of(" \t") != std::string::npos) {  // blank lines part nothing
-                before.announces = before.expects = false;
-            }
-            continue;
-        }
-        const std::string line = without_what_was_expected(text);
-        std::vector<BYTE> bytes = identification_in(line);
-        if (bytes.size() < LEAST_IDENTIFICATION) {
-            bytes = spread.take(line, number);
-        }
-        const std::vector<BYTE> dump = before.expects ? received_in(line) : dump_in(line);
-        if (bytes.empty() && before.announces) {
-            bytes = dump;
-        }
-        using enum LOG_FINDING::KIND;
-        if (bytes.size() >= LEAST_IDENTIFICATION) {
-            add({BYTES, number, text, bytes, {}});
-        } else if (const std::vector<std::string> names = names_in(line); !names.empty()) {
-            add({NAME, number, text, {}, names});
-        } else if (!dump.empty() && !before.asks_for_other) {
-            add({DUMP, number, text, dump, {}});
-        }
-        before.expects = announces_what_was_expected(text);
-        before.announces = bytes.empty() && !before.expects && announces_identification(line);
-        before.asks_for_other = asks_for_no_identification(line);
+        search.look_at(text);
     }
-    return lines.is_malformed() ? std::nullopt : std::optional(std::move(best));
+    return lines.is_malformed() ? std::nullopt : std::optional(search.take_best());
 }

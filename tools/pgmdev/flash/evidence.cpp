@@ -48,48 +48,67 @@ std::size_t check(const FLASH_EVIDENCE& evidence, const PGMDEV_SFL_FLASH_INFO& r
     return number;
 }
 
-}  // namespace
-
-TABLE_SUPPORT support_of(const FLASH_EVIDENCE& evidence, const std::vector<PGMDEV_SFL_FLASH_INFO>& records) {
-    const CSV_LINES& list = evidence.list();
-    TABLE_SUPPORT support;
-    support.is_there = !evidence.groups().empty();
-    if (!support.is_there) {
-        return support;
-    }
+/// Adds lines of the list that have too few or too many cells.
+void check_form(const CSV_LINES& list, std::vector<PGMDEV_TABLE_FAULT>& faults) {
     for (const CSV_LINE& line : list.lines()) {
         if (list.cells_of(line).empty()) {
-            support.faults.push_back(
+            faults.push_back(
                 list_fault("", fmt::format("as many cells in line {} of sources.csv as in its first", line.number)));
         }
     }
-    std::set<std::size_t> looked_at;                                    // lines
-    std::map<std::pair<std::string, std::string>, std::size_t> counts;  // group and class
-    for (const PGMDEV_SFL_FLASH_INFO& record : records) {
-        looked_at.insert(check(evidence, record, support.faults));
-        for (const FLASH_SUPPORT& group : evidence.of(record)) {
-            ++counts[{group.group, group.evidence}];
-        }
-    }
+}
+
+/// Warns of lines that no row was looked up in.
+void check_use(const CSV_LINES& list, const std::set<std::size_t>& used_lines,
+               std::vector<PGMDEV_TABLE_FAULT>& faults) {
     for (const CSV_LINE& line : list.lines()) {
-        // Without records, the form of the table has faults.
-        if (!records.empty() && list.has_all_cells(line) && !looked_at.contains(line.number)) {
-            support.faults.push_back(list_fault(
+        if (list.has_all_cells(line) && !used_lines.contains(line.number)) {
+            faults.push_back(list_fault(
                 std::string(line.first),
                 fmt::format("line {} of sources.csv supports no row, or a later one is the same row's", line.number),
                 PGMDEV_TABLE_FAULT::SEVERITY::WARNING));
         }
     }
-    for (const std::string& group : evidence.groups()) {
-        JSON classes = JSON::object();
-        std::string text;
-        for (const auto& entry : FLASH_EVIDENCE_CLASSES) {
-            const std::size_t count = counts[{group, entry.second}];
-            classes[entry.second] = count;
-            text += count == 0 ? "" : fmt::format("{}{} {}", text.empty() ? "" : ", ", count, entry.second);
+}
+
+/// How many rows have a group supported by a class.
+using COUNTS = std::map<std::pair<std::string, std::string>, std::size_t>;
+
+void tell_shares(const std::string& group, const COUNTS& counts, TABLE_SUPPORT& support) {
+    JSON classes = JSON::object();
+    std::string text;
+    for (const auto& entry : FLASH_EVIDENCE_CLASSES) {
+        const auto found = counts.find({group, entry.second});
+        const std::size_t count = found != counts.end() ? found->second : 0;
+        classes[entry.second] = count;
+        text += count == 0 ? "" : fmt::format("{}{} {}", text.empty() ? "" : ", ", count, entry.second);
+    }
+    support.shares[group] = classes;
+    support.lines.push_back(fmt::format("{}: {}", group, text));
+}
+
+}  // namespace
+
+TABLE_SUPPORT support_of(const FLASH_EVIDENCE& evidence, const std::vector<PGMDEV_SFL_FLASH_INFO>& records) {
+    TABLE_SUPPORT support;
+    support.is_there = !evidence.groups().empty();
+    if (!support.is_there) {
+        return support;
+    }
+    check_form(evidence.list(), support.faults);
+    std::set<std::size_t> used_lines;
+    COUNTS counts;
+    for (const PGMDEV_SFL_FLASH_INFO& record : records) {
+        used_lines.insert(check(evidence, record, support.faults));
+        for (const FLASH_SUPPORT& group : evidence.of(record)) {
+            ++counts[{group.group, group.evidence}];
         }
-        support.shares[group] = classes;
-        support.lines.push_back(fmt::format("{}: {}", group, text));
+    }
+    if (!records.empty()) {  // otherwise the form of the table has faults
+        check_use(evidence.list(), used_lines, support.faults);
+    }
+    for (const std::string& group : evidence.groups()) {
+        tell_shares(group, counts, support);
     }
     return support;
 }

@@ -156,48 +156,65 @@ void print_name_certainty(const FLASH_IDENTIFICATION& device, const FLASH_IDENTI
     print_dangers(device, identifier);
 }
 
-void print_certainty(const FLASH_IDENTIFICATION& device, const FLASH_IDENTIFIER& identifier) {
-    if (device.question.is_name) {
-        print_name_certainty(device, identifier);
-        return;
-    }
-    const PGMDEV_FLASH_CANDIDATES& all = device.answer.candidates;
-    std::vector<std::string> others{identifier.record(device.index).device_name};
-    std::vector<std::string> passed_over;
-    const PGMDEV_FLASH_CANDIDATE* taken = nullptr;
-    for (const PGMDEV_FLASH_CANDIDATE& candidate : all.candidates()) {
-        taken = candidate.standing == STANDING::TAKEN ? &candidate : taken;
-    }
-    for (const PGMDEV_FLASH_CANDIDATE& candidate : all.candidates()) {
-        const std::string& name = identifier.record(candidate.index).device_name;
+/// The device that is taken, and those that it may be instead.
+std::vector<std::string> possible_devices(const FLASH_IDENTIFICATION& device, const FLASH_IDENTIFIER& identifier) {
+    std::vector<std::string> names{identifier.record(device.index).device_name};
+    for (const PGMDEV_FLASH_CANDIDATE& candidate : device.answer.candidates.candidates()) {
         if (is_possible(candidate)) {
-            others.push_back(name);
+            names.push_back(identifier.record(candidate.index).device_name);
         }
     }
-    for (const PGMDEV_FLASH_CANDIDATE& candidate : all.candidates()) {
+    return names;
+}
+
+/// The devices that the response admits, and that the one which is taken compares more bytes than; each with these bytes.
+std::vector<std::string> passed_over_devices(const FLASH_IDENTIFICATION& device, const FLASH_IDENTIFIER& identifier,
+                                             const std::vector<std::string>& possible) {
+    const std::vector<PGMDEV_FLASH_CANDIDATE>& all = device.answer.candidates.candidates();
+    const auto taken = std::find_if(all.begin(), all.end(), [](const PGMDEV_FLASH_CANDIDATE& candidate) {
+        return candidate.standing == STANDING::TAKEN;
+    });
+    std::vector<std::string> names;
+    for (const PGMDEV_FLASH_CANDIDATE& candidate : all) {
         const std::string& name = identifier.record(candidate.index).device_name;
-        const bool is_open = std::find(others.begin(), others.end(), name) != others.end();  // by another row
-        if (candidate.standing == STANDING::PASSED_OVER && taken != nullptr && !is_open) {
-            passed_over.push_back(fmt::format("{} ({} decides)", name, deciding_bytes(*taken, candidate)));
+        const bool is_open = std::find(possible.begin(), possible.end(), name) != possible.end();  // by another row
+        if (candidate.standing == STANDING::PASSED_OVER && taken != all.end() && !is_open) {
+            names.push_back(fmt::format("{} ({} decides)", name, deciding_bytes(*taken, candidate)));
         }
     }
-    if (device.is_by_hand()) {
-        print_part("mapped", "by hand" + shared_record_text(device.question.by_hand));
-    } else if (device.question.silicon_id) {
-        print_part("like", joined(others) + ": a signature names no maker, and several use the same ones");
+    return names;
+}
+
+/// How sure it is that the response is that of the device.
+void print_sureness(const FLASH_IDENTIFICATION& device, const std::vector<std::string>& possible) {
+    const PGMDEV_FLASH_CANDIDATES& all = device.answer.candidates;
+    if (device.question.silicon_id) {
+        print_part("like", joined(possible) + ": a signature names no maker, and several use the same ones");
     } else if (device.is_sure()) {
         print_part("sure", fmt::format("the {} bytes that tell something leave no other device", all.telling_count()));
     } else if (device.answer.contradictions.empty()) {
-        std::vector<std::string> known = others;
+        std::vector<std::string> known = possible;
         for (const PGMDEV_FLASH_AMBIGUITY& ambiguity : device.answer.ambiguities) {
             known.insert(known.end(), ambiguity.chips.begin(), ambiguity.chips.end());
         }
         print_part("one of", joined(known) + bytes_to_read(all.missing_bytes()));
     }
-    if (!device.is_by_hand()) {
-        print_dangers(device, identifier);
+}
+
+void print_certainty(const FLASH_IDENTIFICATION& device, const FLASH_IDENTIFIER& identifier) {
+    if (device.question.is_name) {
+        print_name_certainty(device, identifier);
+        return;
     }
-    if (!passed_over.empty() && !device.is_by_hand()) {
+    if (device.is_by_hand()) {
+        print_part("mapped", "by hand" + shared_record_text(device.question.by_hand));
+        return;
+    }
+    const std::vector<std::string> possible = possible_devices(device, identifier);
+    print_sureness(device, possible);
+    print_dangers(device, identifier);
+    const std::vector<std::string> passed_over = passed_over_devices(device, identifier, possible);
+    if (!passed_over.empty()) {
         print_part("passed over", joined(passed_over));
     }
 }

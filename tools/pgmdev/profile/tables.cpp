@@ -46,51 +46,60 @@ JSON entry_schema() {
                           {"key", or_null(text_schema())}});
 }
 
-void show_tables(const ARGUMENTS& given, COMMAND& command) {
-    const bool choice = std::any_of(INDEX_TABLES.begin(), INDEX_TABLES.end(),
-                                    [&given](const INDEX_TABLE& table) { return given.has(table.option); });
-    PROFILE_DATABASE database;
-    const GIVEN_PATTERN pattern(given);
+/// The entries of index tables.
+struct SHOWN_ENTRIES {
+    std::vector<std::string> names;  ///< of all entries, whether they fit the pattern or not
     std::vector<JSON> rows;
-    std::vector<std::string> names;  // all of the tables asked for
-    TEXT_TABLE shown({"table", "number", "name", "index", "key"});
-    for (const INDEX_TABLE& table : INDEX_TABLES) {
-        if (choice && !given.has(table.option)) {
+    TEXT_TABLE table{{"table", "number", "name", "index", "key"}};
+};
+
+void add_entries(const INDEX_TABLE& table, PROFILE_DATABASE& database, const GIVEN_PATTERN& pattern,
+                 SHOWN_ENTRIES& shown) {
+    const std::span<const DWORD> entries = database.index_table(table.key);
+    for (std::size_t number = 0; number < entries.size(); ++number) {
+        const std::string name = table.entry_name(static_cast<int>(number));
+        shown.names.push_back(name);
+        if (!pattern.fits(name)) {
             continue;
         }
-        const std::span<const DWORD> entries = database.index_table(table.key);
-        for (std::size_t number = 0; number < entries.size(); ++number) {
-            const std::string name = table.entry_name(static_cast<int>(number));
-            names.push_back(name);
-            if (!pattern.fits(name)) {
-                continue;
-            }
-            const DWORD index = entries[number];
-            const bool governed = index < database.count();
-            const std::string key = governed ? key_text(database.get_device_database()[index]) : "";
-            rows.push_back({{"table", table.name},
-                            {"number", number},
-                            {"name", name},
-                            {"index", governed ? JSON(index) : JSON()},
-                            {"key", governed ? JSON(key) : JSON()}});
-            shown.add({table.name, std::to_string(number), name, governed ? std::to_string(index) : "-",
-                       governed ? key : "-"});
+        const DWORD index = entries[number];
+        const bool governed = index < database.count();
+        const std::string key = governed ? key_text(database.get_device_database()[index]) : "";
+        shown.rows.push_back({{"table", table.name},
+                              {"number", number},
+                              {"name", name},
+                              {"index", governed ? JSON(index) : JSON()},
+                              {"key", governed ? JSON(key) : JSON()}});
+        shown.table.add(
+            {table.name, std::to_string(number), name, governed ? std::to_string(index) : "-", governed ? key : "-"});
+    }
+}
+
+/// That no entry fits the pattern, and what may have been meant.
+std::string no_entry_text(const ARGUMENTS& given, const std::vector<std::string>& names) {
+    const auto count_fitting = [&names](const ARGUMENTS& others) {
+        const GIVEN_PATTERN longer(others);
+        return std::count_if(names.begin(), names.end(),
+                             [&longer](const std::string& name) { return longer.fits(name); });
+    };
+    return fmt::format("the index tables have no entry{}{}", given_pattern_text(given),
+                       did_you_mean_by_pattern(
+                           given, [&names](const std::string& name) { return nearest(name, names); }, count_fitting));
+}
+
+void show_tables(const ARGUMENTS& given, COMMAND& command) {
+    const bool is_choice = std::any_of(INDEX_TABLES.begin(), INDEX_TABLES.end(),
+                                       [&given](const INDEX_TABLE& table) { return given.has(table.option); });
+    PROFILE_DATABASE database;
+    const GIVEN_PATTERN pattern(given);
+    SHOWN_ENTRIES shown;
+    for (const INDEX_TABLE& table : INDEX_TABLES) {
+        if (!is_choice || given.has(table.option)) {
+            add_entries(table, database, pattern, shown);
         }
     }
     print_filtered_listing(
-        entry_schema(), rows, shown,
-        [&] {
-            return fmt::format("the index tables have no entry{}{}", given_pattern_text(given),
-                               did_you_mean_by_pattern(
-                                   given, [&](const std::string& name) { return nearest(name, names); },
-                                   [&](const ARGUMENTS& others) {
-                                       return std::count_if(names.begin(), names.end(),
-                                                            [longer = GIVEN_PATTERN(others)](const std::string& name) {
-                                                                return longer.fits(name);
-                                                            });
-                                   }));
-        },
-        given, command);
+        entry_schema(), shown.rows, shown.table, [&] { return no_entry_text(given, shown.names); }, given, command);
 }
 
 }  // namespace

@@ -43,6 +43,29 @@ std::string obstacle(const std::string& path, std::string reason) {
     return as_clause(forbidden.empty() ? reason : forbidden);
 }
 
+/// Refuses to replace one of the inputs, also by another name of it.
+void confirm_no_input(const PLACE& output, const std::vector<std::string>& inputs, const UNREADABLE_INPUT& unreadable) {
+    for (const std::string& input : inputs) {
+        std::error_code error;
+        const fs::path native = fio_get_unc_full_path(input);
+        const fs::file_type type = file_type_of(native, error);
+        if (type == fs::file_type::not_found) {
+            continue;
+        }
+        if (type == fs::file_type::none) {  // it may be what would be replaced
+            throw unreadable(input, as_clause(error.message()));
+        }
+        forget_system_reason();
+        const bool is_input = are_same_file(fio_get_unc_full_path(output.path), native, error);
+        if (error) {
+            throw output_failure(output);
+        }
+        if (is_input) {
+            throw refusal(output, "the output would replace an input", "name another file");
+        }
+    }
+}
+
 }  // namespace
 
 void confirm_output(const PLACE& output, const std::vector<std::string>& inputs, const std::string& kind,
@@ -57,24 +80,7 @@ void confirm_output(const PLACE& output, const std::vector<std::string>& inputs,
     if (type == fs::file_type::not_found) {
         return;
     }
-    for (const std::string& input : inputs) {
-        const fs::path native = fio_get_unc_full_path(input);
-        const fs::file_type input_type = file_type_of(native, error);
-        if (input_type == fs::file_type::not_found) {
-            continue;
-        }
-        if (input_type == fs::file_type::none) {  // it may be what would be replaced
-            throw unreadable(input, as_clause(error.message()));
-        }
-        forget_system_reason();
-        const bool is_input = are_same_file(fio_get_unc_full_path(path), native, error);
-        if (error) {
-            throw output_failure(output);
-        }
-        if (is_input) {
-            throw refusal(output, "the output would replace an input", "name another file");
-        }
-    }
+    confirm_no_input(output, inputs, unreadable);
     if (force || type != fs::file_type::regular) {
         return;  // what is there and no file is left alone, with its reason
     }

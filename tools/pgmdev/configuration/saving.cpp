@@ -4,7 +4,7 @@
 
 #include <algorithm>
 #include <filesystem>
-#include <optional>
+#include <string_view>
 
 #include "configuration/file.h"
 #include "file_kind.h"
@@ -29,41 +29,41 @@ struct CONFIGURATION_LINES {
     std::vector<LINE> lines;
 };
 
+std::vector<LINE> split_lines(std::string_view text) {
+    std::vector<LINE> lines;
+    while (!text.empty()) {
+        const std::size_t feed = text.find('\n');
+        const std::size_t size = feed == std::string_view::npos ? text.size() : feed + 1;
+        const std::string_view whole = text.substr(0, size);
+        const std::size_t end_size = whole.ends_with("\r\n") ? 2 : whole.ends_with('\n') ? 1 : 0;
+        lines.push_back({std::string(whole.substr(0, size - end_size)), std::string(whole.substr(size - end_size))});
+        text.remove_prefix(size);
+    }
+    return lines;
+}
+
+COMMAND_FAILURE unusable(const PLACE& place, const char* fault, const char* remedy) {
+    return COMMAND_FAILURE({FAILURE_CODE::CONFIGURATION_UNREADABLE,
+                            fmt::format("the configuration file {}, and is not changed", fault),
+                            place.path,
+                            place.tried,
+                            fmt::format("{}, or name another one with TESSARY_CONFIG_FILE", remedy),
+                            {}});
+}
+
 CONFIGURATION_LINES lines_of(const PLACE& place) {
     const CONFIGURATION_FILE contents = read_configuration_file(place.path);
     if (!contents.exists) {
         return {};
     }
     if (!contents.is_whole) {
-        throw COMMAND_FAILURE({FAILURE_CODE::CONFIGURATION_UNREADABLE,
-                               "the configuration file cannot be read, and is not changed",
-                               place.path,
-                               place.tried,
-                               "make it readable, or name another one with TESSARY_CONFIG_FILE",
-                               {}});
+        throw unusable(place, "cannot be read", "make it readable");
     }
-    const std::string& text = contents.text;
-    if (is_utf_16(text)) {
-        throw COMMAND_FAILURE({FAILURE_CODE::CONFIGURATION_UNREADABLE,
-                               "the configuration file is UTF-16, and is not changed",
-                               place.path,
-                               place.tried,
-                               "save it as UTF-8, or name another one with TESSARY_CONFIG_FILE",
-                               {}});
+    if (is_utf_16(contents.text)) {
+        throw unusable(place, "is UTF-16", "save it as UTF-8");
     }
-    CONFIGURATION_LINES file{true, "", {}};
-    file.beginning = text.substr(0, text.size() - without_byte_order_mark(text).size());
-    for (std::size_t begin = file.beginning.size(); begin < text.size();) {
-        const std::size_t feed = text.find('\n', begin);
-        const std::size_t next = feed == std::string::npos ? text.size() : feed + 1;
-        std::size_t end = feed == std::string::npos ? next : feed;
-        if (feed != std::string::npos && end > begin && text[end - 1] == '\r') {
-            --end;
-        }
-        file.lines.push_back({text.substr(begin, end - begin), text.substr(end, next - end)});
-        begin = next;
-    }
-    return file;
+    const std::string_view text = without_byte_order_mark(contents.text);
+    return {true, contents.text.substr(0, contents.text.size() - text.size()), split_lines(text)};
 }
 
 /// As the host reads lines.

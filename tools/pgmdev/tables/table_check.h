@@ -39,68 +39,110 @@ void suggest_names(std::vector<PGMDEV_TABLE_FAULT>& faults) {
     }
 }
 
-/// Shows all faults of a source table.
+/// Takes the warnings that are accepted out of the faults: as an array of objects, each with the reason.
 template <class KIND>
-void check_table(const ARGUMENTS& given, COMMAND& command) {
-    const std::string& csv_file = given.text("CSV");
-    require_readable_table(csv_file, "CSV");
-    const auto table = KIND::TABLE::from_source(csv_file);
-    std::vector<PGMDEV_TABLE_FAULT> faults = table.faults();
-    suggest_names<KIND>(faults);
-    const TABLE_SUPPORT support = KIND::support_of(csv_file, table.records());
-    faults.insert(faults.end(), support.faults.begin(), support.faults.end());
-    ACCEPTED_WARNINGS accepted = read_accepted_warnings(csv_file);
-    JSON accepted_faults = JSON::array();
+JSON take_accepted(std::vector<PGMDEV_TABLE_FAULT>& faults, ACCEPTED_WARNINGS& accepted) {
+    JSON taken = JSON::array();
     std::erase_if(faults, [&](const PGMDEV_TABLE_FAULT& fault) {
         const ACCEPTED_WARNING* entry = accept_warning(accepted, fault);
         if (entry != nullptr) {
             JSON object = fault_json(fault, KIND::ROW_KEY);
             object["why"] = entry->why;
-            accepted_faults.push_back(object);
+            taken.push_back(object);
         }
         return entry != nullptr;
     });
-    std::vector<std::string> hints = hints_at_causes(csv_file, KIND::NOUN, table.faults());
+    return taken;
+}
+
+/// All that is to be said of a source table and of the files beside it.
+template <class KIND>
+struct CHECKED_TABLE {
+    typename KIND::TABLE table;
+    TABLE_SUPPORT support;
+    std::vector<PGMDEV_TABLE_FAULT> faults;  ///< of both, but for warnings that are accepted
+    ACCEPTED_WARNINGS accepted;
+    JSON accepted_faults;
+    std::vector<ACCEPTED_WARNING> unused;
+    std::vector<NOTES_FAULTS> notes;
+    std::vector<std::string> hints;
+
+    bool table_has_faults() const { return table.has_faults() || has_fault(support.faults); }
+
+    bool has_faults() const {
+        return table_has_faults() || !accepted.malformed.empty() ||
+               std::any_of(notes.begin(), notes.end(), [](const NOTES_FAULTS& each) { return each.has_fault(); });
+    }
+
+    bool has_warnings() const {
+        return !faults.empty() || !unused.empty() ||
+               std::any_of(notes.begin(), notes.end(), [](const NOTES_FAULTS& each) { return !each.faults.empty(); });
+    }
+};
+
+template <class KIND>
+std::vector<std::string> hints_at_faults(const std::string& csv_file, const CHECKED_TABLE<KIND>& checked) {
+    std::vector<std::string> hints = hints_at_causes(csv_file, KIND::NOUN, checked.table.faults());
     for (std::string& hint : hints_at_notes(KIND::notes_of(csv_file, csv_file))) {
         hints.push_back(std::move(hint));
     }
-    if (std::any_of(faults.begin(), faults.end(), is_of_part_list)) {
+    if (std::any_of(checked.faults.begin(), checked.faults.end(), is_of_part_list)) {
         hints.push_back(failure_text(part_list_failure()));
     }
-    // Where the form is broken, not all warnings were looked for.
-    const std::vector<ACCEPTED_WARNING> unused =
-        table.records().empty() ? std::vector<ACCEPTED_WARNING>() : unused_entries(accepted);
-    const std::vector<NOTES_FAULTS> notes = KIND::notes_beside(csv_file, table);
-    const bool notes_have_faults =
-        std::any_of(notes.begin(), notes.end(), [](const NOTES_FAULTS& each) { return each.has_fault(); });
-    const bool remarkable =
-        !faults.empty() || !unused.empty() ||
-        std::any_of(notes.begin(), notes.end(), [](const NOTES_FAULTS& each) { return !each.faults.empty(); });
-    if (table.has_faults() || has_fault(support.faults) || notes_have_faults || !accepted.malformed.empty() ||
-        (given.has("--strict") && remarkable)) {
+    return hints;
+}
+
+template <class KIND>
+CHECKED_TABLE<KIND> checked_table(const std::string& csv_file) {
+    CHECKED_TABLE<KIND> checked{KIND::TABLE::from_source(csv_file), {}, {}, {}, {}, {}, {}, {}};
+    checked.faults = checked.table.faults();
+    suggest_names<KIND>(checked.faults);
+    checked.support = KIND::support_of(csv_file, checked.table.records());
+    checked.faults.insert(checked.faults.end(), checked.support.faults.begin(), checked.support.faults.end());
+    checked.accepted = read_accepted_warnings(csv_file);
+    checked.accepted_faults = take_accepted<KIND>(checked.faults, checked.accepted);
+    checked.hints = hints_at_faults(csv_file, checked);
+    if (!checked.table.records().empty()) {  // where the form is broken, not all warnings were looked for
+        checked.unused = unused_entries(checked.accepted);
+    }
+    checked.notes = KIND::notes_beside(csv_file, checked.table);
+    return checked;
+}
+
+template <class KIND>
+JSON checked_json(const CHECKED_TABLE<KIND>& checked) {
+    JSON document = sizes_json(checked.table);
+    document["faults"] = faults_json(checked.faults, KIND::ROW_KEY);
+    document["accepted"] = checked.accepted_faults;
+    document["unused"] = unused_json(checked.unused);
+    document["hints"] = checked.hints;
+    document["notes"] = notes_json(checked.notes);
+    if (checked.support.is_there) {
+        document["evidence"] = checked.support.shares;
+    }
+    return document;
+}
+
+/// Shows all faults of a source table.
+template <class KIND>
+void check_table(const ARGUMENTS& given, COMMAND& command) {
+    const std::string& csv_file = given.text("CSV");
+    require_readable_table(csv_file, "CSV");
+    const CHECKED_TABLE<KIND> checked = checked_table<KIND>(csv_file);
+    if (checked.has_faults() || (given.has("--strict") && checked.has_warnings())) {
         command.result = EXIT_INTERNAL_ERROR;
     }
-
-    print_faults(faults, csv_file, KIND::TABLE::describe);
-    print_leftovers(accepted, unused);
-    for (const NOTES_FAULTS& each : notes) {
+    print_faults(checked.faults, csv_file, KIND::TABLE::describe);
+    print_leftovers(checked.accepted, checked.unused);
+    for (const NOTES_FAULTS& each : checked.notes) {
         print_faults(each.faults, each.file, KIND::TABLE::describe);
     }
-    print_hints(csv_file, hints);
+    print_hints(csv_file, checked.hints);
     if (command.json) {
-        JSON document = sizes_json(table);
-        document["faults"] = faults_json(faults, KIND::ROW_KEY);
-        document["accepted"] = accepted_faults;
-        document["unused"] = unused_json(unused);
-        document["hints"] = hints;
-        document["notes"] = notes_json(notes);
-        if (support.is_there) {
-            document["evidence"] = support.shares;
-        }
-        print_json(document);
-    } else if (!table.has_faults() && !has_fault(support.faults)) {
-        print_sizes(table);
-        for (const std::string& line : support.lines) {
+        print_json(checked_json(checked));
+    } else if (!checked.table_has_faults()) {
+        print_sizes(checked.table);
+        for (const std::string& line : checked.support.lines) {
             fmt::print("{}\n", line);
         }
     }

@@ -1,6 +1,6 @@
 #include "tables/table_diff.h"
-#include "terminal/printable.h"
 
+#include "terminal/printable.h"
 #include "terminal/schema.h"
 
 namespace {

@@ -104,6 +104,33 @@ inline void replace_with_companions(OUTPUT_FILE& database, NOTES_COPIES& notes, 
     settle_info(lasting);
 }
 
+/// Shows the faults of a source table and of the notes beside it, and refuses it for them.
+template <class KIND>
+void require_no_faults(const std::string& csv_file, const typename KIND::TABLE& table, const OUTPUT_FILE& output) {
+    if (table.has_faults()) {
+        print_faults(table.faults(), csv_file, KIND::TABLE::describe);
+        print_hints(csv_file, hints_at_causes(csv_file, KIND::NOUN, table.faults()));
+    }
+    if (table.records().empty() || (KIND::NEEDS_PART_LIST && !part_list_obstacle().empty())) {
+        // The format is broken, or a file is missing: the compiler itself says which condition stops it.
+        compile_source<KIND>(csv_file, output);
+    }
+    for (const NOTES_FAULTS& each : KIND::notes_beside(csv_file, table)) {
+        if (each.has_fault()) {
+            print_faults(each.faults, each.file, KIND::TABLE::describe);
+            print_hints(csv_file, hints_at_notes({{each.file, ""}}));
+            throw refused_table(each.file, {});
+        }
+    }
+    const auto& faults = table.faults();
+    if (std::any_of(faults.begin(), faults.end(), is_of_part_list)) {
+        throw COMMAND_FAILURE(part_list_failure());
+    }
+    if (table.has_faults()) {
+        throw refused_table(csv_file, {});
+    }
+}
+
 /// Checks and compiles a source table, reads the result back, compares, and only then replaces the output.
 template <class KIND>
 void compile_table(const ARGUMENTS& given, const COMMAND& command) {
@@ -120,29 +147,7 @@ void compile_table(const ARGUMENTS& given, const COMMAND& command) {
                        return unreadable_table(input, "CSV", obstacle, {});
                    });
     OUTPUT_FILE output(pcf_place);
-    if (table.has_faults()) {
-        print_faults(table.faults(), csv_file, KIND::TABLE::describe);
-        print_hints(csv_file, hints_at_causes(csv_file, KIND::NOUN, table.faults()));
-    }
-    if (table.records().empty() || (KIND::NEEDS_PART_LIST && !part_list_obstacle().empty())) {
-        // The format is broken, or a file is missing: the compiler itself says which condition stops it.
-        compile_source<KIND>(csv_file, output);
-    }
-    const std::vector<NOTES_FAULTS> notes = KIND::notes_beside(csv_file, table);
-    for (const NOTES_FAULTS& each : notes) {
-        if (each.has_fault()) {
-            print_faults(each.faults, each.file, KIND::TABLE::describe);
-            print_hints(csv_file, hints_at_notes({{each.file, ""}}));
-            throw refused_table(each.file, {});
-        }
-    }
-    const auto& faults = table.faults();
-    if (std::any_of(faults.begin(), faults.end(), is_of_part_list)) {
-        throw COMMAND_FAILURE(part_list_failure());
-    }
-    if (table.has_faults()) {
-        throw refused_table(csv_file, {});
-    }
+    require_no_faults<KIND>(csv_file, table, output);
     compile_source<KIND>(csv_file, output);
     if (!source) {
         throw unreadable_table(csv_file, "CSV", "it could only be read at times", {});

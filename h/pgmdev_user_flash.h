@@ -67,7 +67,8 @@ public:
     const std::string& password() const noexcept { return m_password; }  ///< as the text has it
     bool password_valid() const noexcept { return m_password_valid; }    ///< whether this build signed the body
 
-    /// Whether the value of every member was accepted, and stand in `record`; where not, those before the first refused one do.
+    /// Whether the value of every member was accepted and is in `record`; otherwise the values before the first refused
+    /// one are.
     bool complete() const noexcept { return m_complete; }
     bool plausible() const noexcept { return m_plausible; }  ///< complete, with values that a flash can have
     const PGMDEV_SFL_FLASH_INFO& record() const noexcept { return m_record; }

@@ -34,7 +34,8 @@ PGMDEV_C_EXPORT pgmdev_status pgmdev_parameters_remove(pgmdev_parameter_block bl
 /// Keeps other writers out, from a reading to the writing that follows from it. It is freed by the thread that took it.
 typedef struct pgmdev_parameter_lock pgmdev_parameter_lock;
 
-/// Waits for other writers, and where no descriptor is left also for one, up to 10 seconds; then the status is PGMDEV_STATUS_BUSY.
+/// Waits up to 10 seconds for other writers to be done, and for a file descriptor where none is free; after that the
+/// status is PGMDEV_STATUS_BUSY.
 PGMDEV_C_EXPORT pgmdev_status pgmdev_parameter_lock_take(pgmdev_parameter_lock** lock, pgmdev_error** error);
 PGMDEV_C_EXPORT void pgmdev_parameter_lock_free(pgmdev_parameter_lock* lock);
 

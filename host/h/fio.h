@@ -51,22 +51,26 @@ HOST_EXPORT std::filesystem::path fio_get_unc_full_path(const std::string& path)
 ///
 /// The contents go into a temporary file in the same directory, which takes the file's name in one step when `commit`
 /// is called, after it has reached the disk. Without a successful commit the old file stays as it was and the temporary
-/// goes with this object. On Linux it has no name before `commit`, on file systems that have such files, and goes with a
-/// process that is ended; one that has a name then, everywhere a random one, and is left behind, goes when it is a day old
-/// and somebody replaces a file there. Nobody can read a temporary who may not read the file. A fault of the system that
-/// leaves open whether there is a file, or what it is, refuses it. Links of somebody else in a directory that everybody
-/// may write to are refused. An existing file keeps its permissions and its owner, and a symbolic link keeps pointing to
-/// the file it names (on Windows the file takes the permissions of its directory, and the link itself is replaced). Where
-/// the user may not give it its group, the group that it has then may do no more than everybody.
+/// goes with this object. Nobody can read a temporary who may not read the file. On Linux it has no name before `commit`
+/// where the file system has such files, and so goes with a process that is ended. Elsewhere it has a random name and may
+/// be left behind by such a process: then it goes when it is a day old and somebody replaces a file in that directory.
+///
+/// An existing file keeps its permissions and its owner, and a symbolic link keeps pointing to the file it names (on
+/// Windows the file takes the permissions of its directory, and the link itself is replaced). Where the user may not give
+/// the new file the group of the old one, the group that it has may do no more than everybody.
 ///
 /// Some files are opened and written by `commit` instead, in place and without a temporary file, so that readers may see
 /// a part of the contents:
 /// - a pipe or a device, which just receives them; a pipe that nobody reads keeps `commit` waiting;
 /// - a file that has no name (any more), named by the system's link to what is open in a process;
-/// - a file that may be written, in a directory in which no file may be created (as far as that shows before `commit`),
-///   and one of somebody else, whose it is to stay. Room for the contents is taken before the first of its bytes is changed, but whatever else fails while
-///   it is written leaves it damaged.
-/// Directories are refused.
+/// - a file that may be written, in a directory in which no file may be created (as far as that shows before `commit`);
+/// - a file of somebody else that may be written, since it is to stay theirs.
+///
+/// Room for the contents of such a file is taken before the first of its bytes is changed, but whatever else fails while
+/// it is written leaves it damaged.
+///
+/// Refused are directories; links of somebody else in a directory that everybody may write to; and whatever stands there
+/// when a fault of the system leaves open whether it is a file, or whether there is anything.
 class HOST_EXPORT FIO_REPLACEMENT {
 public:
     /// Creates the temporary file, empty, where there is to be one.

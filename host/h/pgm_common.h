@@ -41,8 +41,9 @@ public:
     /// Sends a message to the people behind recipient codes; false when that failed.
     ///
     /// The reference host has no network. It writes the message as a file into an outbox, from which the site may send
-    /// it: get_outbox_path, created when it does not exist. The file is text: "To: " and the codes, "Subject: " and the title, an
-    /// empty line, the message. Its name depends on what it says, so that a message that is repeated replaces itself.
+    /// it: get_outbox_path, created when it does not exist. The file is text: "To: " and the codes, "Subject: " and the
+    /// title, an empty line, the message. Its name depends on what it says, so that a message that is repeated replaces
+    /// itself.
     static bool send_auto_email_file(const std::string& title, const std::string& text,
                                      const std::vector<int>& recipients);
 

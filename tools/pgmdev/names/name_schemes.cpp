@@ -120,8 +120,8 @@ DEVICES devices_named(const std::string& name) {
     return devices;
 }
 
-/// Parts by number, each once, with all of its schemes. Most come in that order: first those with names of their own, then those
-/// of devices.
+/// Parts by number, each once, with all of its schemes. Most are added in that order: first those with names of their own,
+/// then those of devices.
 class NUMBERED_PARTS {
 public:
     void add(int number, SCHEME_SET schemes) {

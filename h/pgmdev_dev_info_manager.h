@@ -76,8 +76,10 @@ protected:
     static const std::array<std::string, TOTAL_DEVICE_DATABASE_MEMBER> m_db_name_list;
 
     // Loading.
-    void initialize_device_database(
-        FIO_PATH device_file);  ///< loads a packed database; after a report all is as before
+
+    /// Loads a packed database; after a report all is as before.
+    void initialize_device_database(FIO_PATH device_file);
+
     bool parse_database(unsigned char* data, bool generating);        ///< parses an uncompressed body; always false
     void get_database(const BYTE* data, DWORD& index, DWORD record);  ///< reads the members of one record
     void get_table(const BYTE* data, DWORD& index);                   ///< reads the three index tables
@@ -121,7 +123,9 @@ protected:
                                  PGMDEV_MANAGER_TYPE type);
     void dump_enum_to_database(BYTE** data, DWORD& index, std::string value, std::string type_name);
 
-    // Compression. The results are allocated with new BYTE[]; the caller frees them with delete[].
+    // Compression. The results are allocated with new BYTE[]; the caller frees them with delete[]. compress_data gives the
+    // first `offset` bytes as they are, and behind them those up to `count` as one zlib stream: `out_count` bytes in all.
+    // decompress_data takes a zlib stream of `decompressed_count` bytes, whose contents must have `original_count`.
     WORD calculate_crc16(const unsigned char* data, unsigned long size);  ///< the checksum slot of a file: always 0
     BYTE* compress_data(const BYTE* data, DWORD offset, DWORD count, DWORD& out_count);
     BYTE* decompress_data(const BYTE* data, DWORD decompressed_count, DWORD original_count);

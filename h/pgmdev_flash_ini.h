@@ -1,8 +1,8 @@
 #pragma once
 
 /// \file
-/// The parameter container: up to three blocks of typed values in the file "pgm_flash.ini" in the directory of this
-/// library.
+/// The parameter container: up to three blocks of typed values in the file "pgm_flash.ini" of the directory that the host
+/// names, gen_get_module_path (gen.h): that of this library, unless another one is set or that one may not be written.
 ///
 /// Conventions of this class:
 /// - All operations are static; nothing is kept between two calls, every read opens the file anew.
@@ -124,14 +124,14 @@ public:
 /// (docs/reliability.md). The system takes it back when its holder ends, however that comes about.
 class PGMDEV_EXPORT PGMDEV_FLASH_INI_LOCK final {
 public:
-    /// Waits for other writers, and where the process has no descriptors left also for one, up to 10 seconds.
+    /// Waits up to 10 seconds for other writers to be done, and for a file descriptor where the process has none left.
     PGMDEV_FLASH_INI_LOCK();
     ~PGMDEV_FLASH_INI_LOCK();
     PGMDEV_FLASH_INI_LOCK(const PGMDEV_FLASH_INI_LOCK&) = delete;
     PGMDEV_FLASH_INI_LOCK& operator=(const PGMDEV_FLASH_INI_LOCK&) = delete;
 
-    /// False when it was not to be had all the time, and of the copy that a fork has made. True also where the file system
-    /// has no locks, and nothing keeps others out.
+    /// False when it could not be had in that time, and in the copy that a fork has made. True also where the file system
+    /// has no locks, so that nothing keeps others out.
     bool is_held() const noexcept;
 
 private:

@@ -165,18 +165,25 @@ protected:
     void dump_value_to_database(BYTE** data, DWORD& index, std::string text, DWORD count);
     void dump_string_to_database(BYTE** data, DWORD& index, std::string text);
 
-    // Compression. The results are allocated with new BYTE[]; the caller frees them with delete[].
+    // Compression. The results are allocated with new BYTE[]; the caller frees them with delete[]. compress_data gives the
+    // first `offset` bytes as they are, and behind them those up to `count` as one zlib stream: `out_count` bytes in all.
+    // decompress_data takes a zlib stream of `decompressed_count` bytes, whose contents must have `original_count`.
     WORD calculate_crc16(const unsigned char* data, unsigned long size);  ///< the checksum slot of a file: always 0
     BYTE* compress_data(const BYTE* data, DWORD offset, DWORD count, DWORD& out_count);
     BYTE* decompress_data(const BYTE* data, DWORD decompressed_count, DWORD original_count);
 
     // Conversions.
     bool is_power_of_two(DWORD value);
-    std::string to_string(DWORD value,
-                          bool byte_value);  ///< signed decimal; "-1" for INVALID_DWORD, and for a byte of 255
-    DWORD get_number_from_string(std::string text, DWORD max, bool& in_range);  ///< as atoi reads it
-    DWORD get_dword_from_string(std::string text,
-                                bool* ok);  ///< as PGM_COMMON::convert_string_to_dword, not empty, with hex
+
+    /// Signed decimal; "-1" for INVALID_DWORD, and with `byte_value` for 255.
+    std::string to_string(DWORD value, bool byte_value);
+
+    /// The low 32 bits of what atoi reads; `in_range` receives whether these are at most `max`.
+    DWORD get_number_from_string(std::string text, DWORD max, bool& in_range);
+
+    /// As PGM_COMMON::convert_string_to_dword, not empty, with hex.
+    DWORD get_dword_from_string(std::string text, bool* ok);
+
     bool get_boolean_from_string(std::string text, bool& valid);  ///< "1" or "0"
 
     DWORD m_print_on_load = 0;               ///< not 0: list every record after the load

@@ -53,7 +53,7 @@ public:
     const FILE_FAULTS& ambiguities_file() const noexcept { return m_ambiguities_file; }
     const FILE_FAULTS& identifications_file() const noexcept { return m_identifications_file; }
 
-    /// The same faults, and those that show only beside the records of the source table.
+    /// The same faults, and those that show only beside the records of the source table; of a table that is not there, none.
     std::vector<FILE_FAULTS> faults_with(const std::vector<PGMDEV_SFL_FLASH_INFO>& records) const;
 
     const std::vector<PGMDEV_FLASH_AMBIGUITY>& ambiguities() const noexcept { return m_ambiguities; }
@@ -80,7 +80,8 @@ public:
     /// The devices whose identification is known and is that of the response, as far as its `given` bytes go.
     std::vector<std::string> devices_of(const BYTE* response, DWORD given) const;
 
-    /// How the tables are called that belong to a database, in the order: ambiguities, identifications.
+    /// The paths of the two tables beside a source table, and beside a database, whether they are there or not: that of the
+    /// ambiguities, then that of the identifications.
     static std::vector<std::string> files_of_source(const std::string& csv_file);
     static std::vector<std::string> files_of_database(const std::string& pcf_file);
 

@@ -66,8 +66,7 @@ public:
     struct BASIC_TABLE {
         HEADER header;
         std::optional<QWORD> density_bits;  ///< word 2; none: more bits than can be counted
-        BYTE address_code =
-            0;  ///< word 1 bits 18:17: 0 3-byte addresses, 1 3- or 4-byte ones, 2 4-byte ones, 3 reserved
+        BYTE address_code = 0;  ///< word 1 bits 18:17: addresses of 3 bytes (0), 3 or 4 (1), 4 (2), reserved (3)
         bool erase_4k_uniform = false;        ///< word 1 bits 1:0
         std::optional<BYTE> erase_4k_opcode;  ///< word 1 bits 15:8; none: FF
         BYTE write_granularity = 0;           ///< word 1 bit 2: 1 byte, or 64 bytes and more
@@ -149,18 +148,19 @@ public:
     static std::string address_text(BYTE address_code);
 
     const std::optional<REFUSAL>& refusal() const noexcept { return m_refusal; }
-    const std::vector<std::string>& warnings() const noexcept {
-        return m_warnings;
-    }  ///< what was odd, and how it was taken
+
+    /// What was odd, and how it was taken.
+    const std::vector<std::string>& warnings() const noexcept { return m_warnings; }
 
     // Of a dump that is not refused.
     BYTE major() const noexcept { return m_major; }                      ///< SFDP header, word 2 bits 15:8
     BYTE minor() const noexcept { return m_minor; }                      ///< SFDP header, word 2 bits 7:0
     BYTE access_protocol() const noexcept { return m_access_protocol; }  ///< SFDP header, word 2 bits 31:24
     std::string standard() const;  ///< "JESD216", "JESD216A" ..., by the minor revision
-    const std::vector<HEADER>& headers() const noexcept {
-        return m_headers;
-    }  ///< SFDP header, word 2 bits 23:16: how many
+
+    /// As many as the SFDP header counts (word 2 bits 23:16, where 0 is one), or fewer where the dump ends before.
+    const std::vector<HEADER>& headers() const noexcept { return m_headers; }
+
     const BASIC_TABLE& basic() const noexcept { return m_basic; }
     const std::optional<FOUR_BYTE_TABLE>& four_byte() const noexcept { return m_four_byte; }
     const std::vector<MAP_COMMAND>& map_commands() const noexcept { return m_map_commands; }

@@ -47,9 +47,9 @@ public:
                               const std::function<bool(const REFUSED_ANSWER&)>& ask_again);
 
     /// The text that the dialogue would give for these flash devices, one to MOST_FLASHES, signed by this build; "" for
-    /// another number of them, for names that a text cannot carry, and for what is too much or too much alike. Names are
-    /// signed in the case that they have, and read in upper case. Without memory, also where it is zlib that lacks it,
-    /// std::bad_alloc is thrown.
+    /// another number of them, for names that a text cannot carry, and where the text could not be decoded again, since it
+    /// is too long or repeats itself too often. Names are signed in the case that they have, and read in upper case.
+    /// Without memory, also where it is zlib that lacks it, std::bad_alloc is thrown.
     static std::string encode(std::span<const PGMDEV_SFL_FLASH_INFO> flashes);
     static constexpr std::size_t MOST_FLASHES = 3;
 

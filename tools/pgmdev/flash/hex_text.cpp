@@ -120,16 +120,9 @@ public:
             m_repeats = true;
             return true;
         }
-        std::optional<DUMP_LINE> found = m_form ? line_of_words(line, *m_form) : line_of_pairs(line, m_has_offsets);
-        if (m_is_first && !(found && begins_as_sfdp(found->bytes))) {
-            m_form = form_of(line);
-            found = m_form ? line_of_words(line, *m_form) : found;
-        }
-        if (!found || (m_is_first ? m_repeats : !continue_at(found->offset, found->bytes.empty()))) {
+        std::optional<DUMP_LINE> found = read(line);
+        if (!found || !(m_is_first ? begin_with(*found) : continue_at(found->offset, found->bytes.empty()))) {
             return false;
-        }
-        if (m_is_first) {
-            m_first_offset = found->offset;
         }
         m_is_first = false;
         m_has_offsets = m_has_offsets || !found->offset.empty();
@@ -146,6 +139,25 @@ public:
     std::vector<BYTE> bytes;
 
 private:
+    /// The line, of pairs unless the first one begins as SFDP only when it is read as numbers: then all are.
+    std::optional<DUMP_LINE> read(std::string_view line) {
+        if (m_form) {
+            return line_of_words(line, *m_form);
+        }
+        std::optional<DUMP_LINE> pairs = line_of_pairs(line, m_has_offsets);
+        if (!m_is_first || (pairs && begins_as_sfdp(pairs->bytes))) {
+            return pairs;
+        }
+        m_form = form_of(line);
+        return m_form ? line_of_words(line, *m_form) : pairs;
+    }
+
+    /// Begins with that line. False: one before it says that it is repeated.
+    bool begin_with(const DUMP_LINE& line) {
+        m_first_offset = line.offset;
+        return !m_repeats;
+    }
+
     /// Of numbers that begin with the signature, which tells how they are to be read.
     static std::optional<WORD_FORM> form_of(std::string_view line) {
         for (const WORD_FORM& form : WORD_FORMS) {

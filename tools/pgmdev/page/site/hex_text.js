@@ -140,20 +140,12 @@ class DumpBytes {
             this.repeats = true;
             return true;
         }
-        let found = this.#form ? line_of_words(line, this.#form) : line_of_pairs(line, this.#has_offsets);
-        if (this.#is_first && !begins_as_sfdp(found?.bytes)) {
-            // Numbers that begin with the signature tell how they are to be read.
-            this.#form = WORD_FORMS.find((form) => begins_as_sfdp(line_of_words(line, form)?.bytes));
-            found = this.#form ? line_of_words(line, this.#form) : found;
-        }
+        const found = this.#read(line);
         if (
             found === null ||
-            (this.#is_first ? this.repeats : !this.#continue_at(found.offset, found.bytes.length === 0))
+            !(this.#is_first ? this.#begin_with(found) : this.#continue_at(found.offset, found.bytes.length === 0))
         ) {
             return false;
-        }
-        if (this.#is_first) {
-            this.#first_offset = found.offset;
         }
         this.#is_first = false;
         this.#has_offsets = this.#has_offsets || found.offset !== "";
@@ -163,6 +155,25 @@ class DumpBytes {
         this.#last_offset = found.offset;
         append(this.bytes, this.#last);
         return this.bytes.length <= LARGEST_DUMP;
+    }
+
+    /// The line, of pairs unless the first one begins as SFDP only when it is read as numbers: then all are.
+    #read(line) {
+        if (this.#form) {
+            return line_of_words(line, this.#form);
+        }
+        const pairs = line_of_pairs(line, this.#has_offsets);
+        if (!this.#is_first || begins_as_sfdp(pairs?.bytes)) {
+            return pairs;
+        }
+        this.#form = WORD_FORMS.find((form) => begins_as_sfdp(line_of_words(line, form)?.bytes));
+        return this.#form ? line_of_words(line, this.#form) : pairs;
+    }
+
+    /// Begins with that line. False: one before it says that it is repeated.
+    #begin_with(line) {
+        this.#first_offset = line.offset;
+        return !this.repeats;
     }
 
     /// How many bytes stand before the offset; NaN when it is no such number.

@@ -87,10 +87,16 @@ FOUND_PROFILE profile_of(const COMMON& common, SOURCES& sources) {
     return look_up_profile(*profiles, PROFILE_KEY::FAMILY, common.family);
 }
 
+/// Whom the facts are for.
+enum class READER { PEOPLE, PROGRAMS };
+
+/// How much is said of a name. In short, it has no parts, which make it long, and no hash, which follows from the name.
+enum class EXTENT { IN_FULL, IN_SHORT };
+
 /// What there is to say of a name: a line each for people, or a member each for programs.
 class FACTS {
 public:
-    explicit FACTS(bool for_programs) : m_for_programs(for_programs) {}
+    explicit FACTS(READER reader) : m_for_programs(reader == READER::PROGRAMS) {}
 
     bool are_for_programs() const { return m_for_programs; }
     const std::string& lines() const { return m_lines; }
@@ -128,12 +134,7 @@ std::string joined(const std::vector<std::string>& texts) {
     return text;
 }
 
-void add_hash(FACTS& facts, const std::optional<QWORD>& hash) {
-    facts.add("opn_hash", "hash", hash, hash ? fmt::format("0x{:012X}", *hash) : "");
-}
-
-/// Without the hash where it is left out.
-void add_part(FACTS& facts, const std::optional<int>& part, PART_ENTRIES& entries, bool with_hash) {
+void add_part(FACTS& facts, const std::optional<int>& part, PART_ENTRIES& entries, EXTENT extent) {
     std::optional<DWORD> number;
     std::optional<DWORD> index;
     std::optional<QWORD> hash;
@@ -151,8 +152,8 @@ void add_part(FACTS& facts, const std::optional<int>& part, PART_ENTRIES& entrie
     };
     facts.add("number", "part number", number);
     facts.add("opn_index", "ordering-code index", index);
-    if (with_hash) {
-        add_hash(facts, hash);
+    if (extent == EXTENT::IN_FULL) {
+        facts.add("opn_hash", "hash", hash, hash ? fmt::format("0x{:012X}", *hash) : "");
     }
     facts.add("orderable", "orderable", flag(&PART_STATUS::orderable));
     facts.add("production", "in production", flag(&PART_STATUS::production));
@@ -205,19 +206,18 @@ void add_parts(FACTS& facts, const std::vector<int>& parts) {
               facts.are_for_programs() ? "" : joined(names) + more);
 }
 
-/// Not in full, it has no parts, which make it long, and no hash, which follows from the name.
-FACTS facts_of(const NAME_MEANING& meaning, SOURCES& sources, bool for_programs, bool in_full) {
+FACTS facts_of(const NAME_MEANING& meaning, SOURCES& sources, READER reader, EXTENT extent) {
     const COMMON common = common_of(meaning);
     PART_ENTRIES& entries = sources.schemes.entries();
-    FACTS facts(for_programs);
+    FACTS facts(reader);
     facts.add("scheme", "", meaning.schemes.front(), "");
     facts.add("schemes", "schemes", meaning.schemes, joined(meaning.schemes));
     add_spellings(facts, meaning);
     facts.add("device", "device", common.device != DEV_DEVICE_INVALID ? entries.device(common.device).device : "");
-    add_part(facts, common.part, entries, in_full);
+    add_part(facts, common.part, entries, extent);
     add_common_characteristics(facts, meaning, entries);
     add_profile(facts, profile_of(common, sources));
-    if (in_full) {
+    if (extent == EXTENT::IN_FULL) {
         add_parts(facts, meaning.parts);
     }
     return facts;
@@ -231,15 +231,15 @@ ANSWER unknown_name(const std::string& question, NAME_SCHEMES& schemes) {
     return answer;
 }
 
-ANSWER answer_to(const std::string& question, SOURCES& sources, bool for_programs) {
+ANSWER answer_to(const std::string& question, SOURCES& sources, READER reader) {
     const NAME_MEANING meaning = sources.schemes.meaning_of(question);
     if (meaning.schemes.empty()) {
         return unknown_name(question, sources.schemes);
     }
     ANSWER answer;
-    FACTS facts = facts_of(meaning, sources, for_programs, true);
+    FACTS facts = facts_of(meaning, sources, reader, EXTENT::IN_FULL);
     answer.failure = sources.without_profiles;
-    if (for_programs) {
+    if (reader == READER::PROGRAMS) {
         answer.content = std::move(facts.object());
         return answer;
     }
@@ -250,8 +250,9 @@ ANSWER answer_to(const std::string& question, SOURCES& sources, bool for_program
 
 void show_info(const ARGUMENTS& given, COMMAND& command) {
     SOURCES sources;
+    const READER reader = command.json ? READER::PROGRAMS : READER::PEOPLE;
     answer_each(given.text("NAME"), command,
-                [&](const std::string& question) { return answer_to(question, sources, command.json); });
+                [&](const std::string& question) { return answer_to(question, sources, reader); });
 }
 
 JSON part_info_schema() {
@@ -299,7 +300,8 @@ std::vector<JSON> facts_of_all_names() {
         if (meaning.schemes.empty() || meaning.name != name) {
             continue;  // in another case, or an alias
         }
-        (meaning.part ? of_parts : of_others).push_back(std::move(facts_of(meaning, sources, true, false).object()));
+        FACTS facts = facts_of(meaning, sources, READER::PROGRAMS, EXTENT::IN_SHORT);
+        (meaning.part ? of_parts : of_others).push_back(std::move(facts.object()));
     }
     of_parts.insert(of_parts.end(), of_others.begin(), of_others.end());
     return of_parts;

@@ -24,8 +24,10 @@ constexpr std::array<std::pair<const char*, const char*>, 5> FLASH_EVIDENCE_CLAS
     {"family", "family rule"},
 }};
 
-/// The class of a cell in words; "" for a word that is none. The sources that it names.
+/// The class of a cell in words; "" for a word that is none.
 std::string evidence_in_words(const std::string& cell);
+
+/// The sources that a cell names.
 std::vector<std::string> evidence_sources(const std::string& cell);
 
 /// The evidence of one group.

@@ -10,7 +10,7 @@
 
 #include "near_names.h"
 
-/// Of what the names may be.
+/// What the names may be names of.
 struct NAME_KINDS {
     bool part = false;
     bool package_or_programming = false;  ///< names that a part has
@@ -33,9 +33,10 @@ std::invoke_result_t<ALL> converted_for(const NAME_KINDS& kinds, ALL all) {
     return none;
 }
 
-/// Names of these kinds that are near, and others, which no part has: of those that `converted_for` gives.
+/// Names of these kinds that are near, and all that are near among `converted`, which `converted_for` gives: of these, some
+/// are of another kind, or no part has them.
 NEAR_NAMES near_names(const std::string& name, const NAME_KINDS& kinds, const std::vector<std::string>& converted);
 
-/// Only names of these kinds.
+/// The nearest ones that are of these kinds.
 std::vector<std::string> nearest_names(const std::string& name, const NAME_KINDS& kinds,
                                        const std::vector<std::string>& converted);

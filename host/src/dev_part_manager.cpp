@@ -44,11 +44,12 @@ PASSING passing_rows(const FACT_TABLE& table, const FACT_FILTER& filter) {
     return rows;
 }
 
-PASSING passing_devices(std::optional<int> wanted) {
+/// The devices of that family, or all.
+PASSING passing_devices(std::optional<int> family) {
     PASSING devices(DEV_DEVICE_MAX);
     for (std::size_t device = 0; device < devices.size(); ++device) {
         const int its_family = DSTR_TABLES.device_families[device];
-        devices[device] = wanted.value_or(its_family) == its_family ? 1 : 0;
+        devices[device] = family.value_or(its_family) == its_family ? 1 : 0;
     }
     return devices;
 }

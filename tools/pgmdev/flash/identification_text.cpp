@@ -48,7 +48,7 @@ std::string bytes_to_read(const std::vector<BYTE>& missing) {
     return missing.empty() ? "" : fmt::format("; read {} bytes to tell", missing.back() + 1);
 }
 
-/// The byte of the response that speaks for the taken record alone.
+/// The bytes of the response that speak for the taken record alone.
 std::string deciding_bytes(const PGMDEV_FLASH_CANDIDATE& taken, const PGMDEV_FLASH_CANDIDATE& other) {
     std::vector<PGMDEV_FLASH_COMPARED_BYTE> deciding;
     for (const PGMDEV_FLASH_COMPARED_BYTE& each : taken.compared) {

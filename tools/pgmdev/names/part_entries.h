@@ -115,13 +115,15 @@ private:
 
     KNOWN_DEVICE& known(DEV_DEVICE_ENUM device);
 
+    using DEVICES = std::map<DEV_DEVICE_ENUM, KNOWN_DEVICE>;
+
     DEV_PART_MANAGER m_manager;
-    std::map<DEV_DEVICE_ENUM, KNOWN_DEVICE> m_devices;
-    std::pair<const DEV_DEVICE_ENUM, KNOWN_DEVICE>* m_last =
-        nullptr;               ///< one of them: mostly the next part is of it, too
-    unsigned m_questions = 0;  ///< for characteristics
-    std::vector<CHARACTERISTIC_PLACES>
-        m_characteristics;  ///< of all parts, by number; empty until many have been asked for
+    DEVICES m_devices;
+    DEVICES::value_type* m_last = nullptr;  ///< one of them: mostly the next part is of it, too
+    unsigned m_questions = 0;               ///< for characteristics
+
+    /// Of all parts, by number; empty until many have been asked for.
+    std::vector<CHARACTERISTIC_PLACES> m_characteristics;
 };
 
 /// What a part is called, given its number.

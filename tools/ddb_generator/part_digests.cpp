@@ -104,6 +104,28 @@ private:
     TEXT_FILTER m_package_names{{}};
 };
 
+/// The package name and the programming name of a part called `name`; "" for one that it has not.
+std::array<std::string, 2> shorter_names_of(const CATALOG& catalog, const CATALOG_PART& part, const std::string& name,
+                                            const PROGRAMMING_NAMES& programming_names) {
+    std::array<std::string, 2> names;
+    if (PROGRAMMING_NAMES::is_converted(catalog, part)) {
+        names = {upper_case(part.package_name), upper_case(part.programming_name)};
+    }
+    if (const std::string* own = programming_names.find(name)) {  // the part's own name is a package name, too
+        names[1] = *own;
+    }
+    return names;
+}
+
+/// Of names that are the same only that of the first part stays.
+void keep_first_parts(DIGESTED_NAMES& names) {
+    std::sort(names.begin(), names.end(), [](const DIGESTED_NAME& left, const DIGESTED_NAME& right) {
+        return std::tie(left.digest.hash, left.digest.check, left.part) <
+               std::tie(right.digest.hash, right.digest.check, right.part);
+    });
+    names.erase(std::unique(names.begin(), names.end(), are_same), names.end());
+}
+
 /// Package names and programming names that begin as their parts do, each with the first part that it denotes.
 DIGESTED_NAMES digested_denoting_names(const CATALOG& catalog, const NUMBERED_PARTS& parts) {
     const PROGRAMMING_NAMES programming_names(catalog);
@@ -114,27 +136,15 @@ DIGESTED_NAMES digested_denoting_names(const CATALOG& catalog, const NUMBERED_PA
             continue;
         }
         const std::string part = name_of(parts[i]);
-        std::array<std::string, 2> found;
-        if (PROGRAMMING_NAMES::is_converted(catalog, *parts[i])) {
-            found = {upper_case(parts[i]->package_name), upper_case(parts[i]->programming_name)};
-        }
-        if (const std::string* own = programming_names.find(part)) {  // whose name is a package name, too
-            found[1] = *own;
-        }
-        for (std::size_t k = 0; k < found.size(); ++k) {
-            const std::string& name = found[k];
-            if (name != last[k] && name != part && share_part_prefix(name, part)) {
-                names.push_back({digest_of(name), static_cast<int>(i) + 1});
-                last[k] = found[k];
+        const std::array<std::string, 2> shorter = shorter_names_of(catalog, *parts[i], part, programming_names);
+        for (std::size_t k = 0; k < shorter.size(); ++k) {
+            if (shorter[k] != last[k] && shorter[k] != part && share_part_prefix(shorter[k], part)) {
+                names.push_back({digest_of(shorter[k]), static_cast<int>(i) + 1});
+                last[k] = shorter[k];
             }
         }
     }
-    // Of those that are the same the first part counts.
-    std::sort(names.begin(), names.end(), [](const DIGESTED_NAME& left, const DIGESTED_NAME& right) {
-        return std::tie(left.digest.hash, left.digest.check, left.part) <
-               std::tie(right.digest.hash, right.digest.check, right.part);
-    });
-    names.erase(std::unique(names.begin(), names.end(), are_same), names.end());
+    keep_first_parts(names);
     std::sort(names.begin(), names.end(), comes_before);
     return names;
 }

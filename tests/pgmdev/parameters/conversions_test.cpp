@@ -74,11 +74,16 @@ TEST(FlashIniConversions, RangesLookAtTheLowHalf) {
     EXPECT_EQ(error_of({.text = "7", .ranges = {0}}), "Input is out of range");
     // The bounds are cut to the type: 0x107 is 7 for a byte.
     EXPECT_EQ(convert({.type = PGMDEV_PARAM_BYTE, .text = "7", .ranges = {1, 0x107, 0x107}}), good(7));
+    EXPECT_EQ(error_of({.type = PGMDEV_PARAM_WORD, .text = "6", .ranges = {1, 0, 0x10005}}), "Input is out of range");
 }
 
 TEST(FlashIniConversions, InvalidHits) {
     EXPECT_EQ(error_of({.text = "0x13", .hits = {2, 0xFF, 0x14, 0x0F, 0x03}}), "Input is invalid (hit)");
     EXPECT_EQ(convert({.text = "0x13", .hits = {1, 0xFF, 0x14}}), good(0x13));
+    // A pattern is cut to the type, but not to its mask: what it has outside of that is never met.
+    EXPECT_EQ(error_of({.type = PGMDEV_PARAM_BYTE, .text = "0x13", .hits = {1, 0x1FF, 0x113}}),
+              "Input is invalid (hit)");
+    EXPECT_EQ(convert({.text = "0x13", .hits = {1, 0x0F, 0x13}}), good(0x13));
     // A mask has 32 bits: the high half of a QWORD never counts.
     EXPECT_EQ(error_of({.type = PGMDEV_PARAM_QWORD, .text = "0x500000001", .hits = {1, 0xFFFFFFFF, 1}}),
               "Input is invalid (hit)");

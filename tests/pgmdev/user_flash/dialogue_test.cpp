@@ -179,7 +179,7 @@ TEST_F(UserFlashDialogue, GivesWhatTheLoaderTakes) {
     const SCRATCH scratch;
     scratch.write("programmer/pgm_flash.pcf", flash::file(flash::payload({flash::sample()})));
     const DEVICE_DB_DIRECTORY directory(scratch.directory().string());
-    for (const std::string count : {"1", "2", "3"}) {
+    for (const std::string count : {"1", "2", "3", "0x3"}) {
         const std::string output = define(count + "\n" + answers({{"memory_type_index", "-1"}}) +
                                           answers({{"device_name", "2ND"}}) + answers({{"device_name", "3RD"}}));
         std::string encoded = output.substr(output.rfind("INI : ") + 6);
@@ -264,9 +264,9 @@ TEST_F(UserFlashDialogue, KeepsEveryQuestionToItsBounds) {
         {"die_count", with(no_hex, {"0", "3", "10", "FFFFFFFF"}), {{"1", "1"}, {"2", "2"}}},
         {"device_bit_size",
          {"", "0", "3", "4096", "2049", "-1", "8 ", "4294967295"},
-         {{"1", "1048576"}, {"2", "2097152"}, {"128", "134217728"}, {"256", "268435456"}, {"2048", "-2147483648"}}},
+         {{"1", "1048576"}, {"2", "2097152"}, {"128", "134217728"}, {"0x100", "268435456"}, {"2048", "-2147483648"}}},
         {"device_sector_byte", {"", "0", "3", "2048", "1025", "-1"}, {{"1", "1024"}, {"1024", "1048576"}}},
-        {"bulk_erase_time", {"", "0", "901", "-1", "1s", "4294967295"}, {{"1", "1"}, {"900", "900"}}},
+        {"bulk_erase_time", {"", "0", "901", "-1", "1s", "4294967295"}, {{"1", "1"}, {"900", "900"}, {"0x384", "900"}}},
         {"sec_erase_time", {"", "0", "61", "-1", "4294967295"}, {{"1", "1"}, {"60", "60"}}},
         {"program_utime", {"", "999", "1000001", "4294967295"}, {{"1000", "1000"}, {"1000000", "1000000"}}},
         {"protection_division",

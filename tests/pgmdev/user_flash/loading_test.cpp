@@ -160,6 +160,7 @@ TEST_F(UserFlashLoading, ChecksThePlausibilityToItsBounds) {
         {{{"device_sector_byte", "1023"}}, false},
         {{{"device_sector_byte", "1024"}}, true},
         {{{"device_sector_byte", "1025"}}, false},
+        {{{"device_sector_byte", "1536"}}, false},  // one and a half kilobytes
         {{{"device_sector_byte", "3072"}}, true},
         {{{"bulk_erase_time", "0"}}, false},
         {{{"bulk_erase_time", "1"}}, true},
@@ -375,6 +376,7 @@ TEST_F(UserFlashDatabase, LoadsWithoutARefusedDescription) {
         PGMDEV_FLASH_MANAGER manager(false, 1, false, false);
         ASSERT_EQ(manager.get_flash_count(), 1U);
         EXPECT_EQ(manager.get_flash_database()[0], flash::sample());
+        EXPECT_EQ(console.output(), value == "?" ? "Invalid INI decoding\n" : "") << "it traces when asked to only";
     }
 }
 

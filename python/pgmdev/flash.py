@@ -111,9 +111,9 @@ class Shown(Value):
 
 
 def _list_beside(place: str, list: str) -> bytes:
-    """What stands beside a database; nothing where there is no such list. A pipe may have nobody who writes it."""
+    """What stands beside a database; nothing where there is no such list. Pipes are refused: nobody may ever write them."""
     path = f"{place}.{list}"
-    if os.path.exists(path) and not os.path.isfile(path):
+    if os.path.exists(path) and not os.path.isfile(path) and not os.path.isdir(path):
         raise OSError(errno.EINVAL, "it is no regular file", path)
     try:
         with open(path, "rb") as file:

@@ -146,7 +146,7 @@ TEST(flash_define_faults, AVoltageHasADecimalPoint) {
     }
 }
 
-// A blank ends a cell of a table, so no row of one has any in it.
+// As tables spell it: a blank ends a cell. Other texts than a number and its unit stay as they are.
 TEST(flash_define_faults, AVoltageIsKeptWithoutTheBlankBeforeItsUnit) {
     for (const auto& [given, kept] :
          {std::pair("3.3 V", "3.3V"), std::pair("1.8  v", "1.8V"), std::pair("5\tV", "5V"),

@@ -1,5 +1,3 @@
-#include <chrono>
-
 #include "command_fixture.h"
 
 namespace {
@@ -253,24 +251,4 @@ TEST(flash_identify, NothingEnabled) {
     rare.ini = "RARE";
     const PROCESS_RESULT result = FLASH_DATABASE({rare}).run({"flash", "identify", "20BA18"});
     EXPECT_EQ(result.exit_code, NOT_FOUND) << result.errors;
-}
-
-// Not that of all arguments for each device.
-TEST(flash_identify, AChainThatIsMappedByHandTakesTheTimeOfItsDevices) {
-    constexpr std::size_t DEVICES = 20000;
-    const FLASH_DATABASE database({SLOW, FAST});
-    std::vector<std::string> arguments{"flash", "identify"};
-    arguments.resize(arguments.size() + DEVICES, "20BA18");
-    const auto time_of_run = [&] {
-        const auto begin = std::chrono::steady_clock::now();
-        const PROCESS_RESULT result = database.run(arguments);
-        EXPECT_EQ(result.exit_code, DONE) << result.errors.substr(0, 200);
-        EXPECT_TRUE(contains(result.output, "Device 19999 ")) << result.output.substr(0, 200);
-        return std::chrono::steady_clock::now() - begin;
-    };
-    const auto without = time_of_run();
-    for (std::size_t i = 0; i < DEVICES; ++i) {
-        arguments.insert(arguments.end(), {"--as", std::to_string(i) + "=" + SLOW.device_name});
-    }
-    EXPECT_LT(time_of_run(), 4 * without + std::chrono::seconds(1));
 }

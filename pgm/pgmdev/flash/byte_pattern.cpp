@@ -16,11 +16,11 @@ struct DIGIT_PATTERN {
 DIGIT_PATTERN digit_pattern_at(std::string_view text) {
     constexpr std::size_t RANGE_LENGTH = 5;  // [0-3]
     if (text.starts_with(ANY_DIGIT)) {
-        return {0, HEX_DIGITS.size() - 1, 1};
+        return {0, UPPER_HEX_DIGITS.size() - 1, 1};
     }
     const bool is_range = text.size() >= RANGE_LENGTH && text[0] == '[' && text[2] == '-' && text[4] == ']';
-    const std::size_t first = text.empty() ? std::string_view::npos : HEX_DIGITS.find(text[is_range ? 1 : 0]);
-    const std::size_t last = is_range ? HEX_DIGITS.find(text[3]) : first;
+    const std::size_t first = text.empty() ? std::string_view::npos : UPPER_HEX_DIGITS.find(text[is_range ? 1 : 0]);
+    const std::size_t last = is_range ? UPPER_HEX_DIGITS.find(text[3]) : first;
     if (first == std::string_view::npos || last == std::string_view::npos || last < first) {
         return {};
     }

@@ -8,9 +8,9 @@
 
 #include "pgmdev_types.h"
 
-inline constexpr std::string_view HEX_DIGITS = "0123456789ABCDEF";
+inline constexpr std::string_view UPPER_HEX_DIGITS = "0123456789ABCDEF";
 
 /// Two digits in upper case.
 inline std::string hex_byte(BYTE byte) {
-    return {HEX_DIGITS[byte >> 4], HEX_DIGITS[byte & 0xF]};
+    return {UPPER_HEX_DIGITS[byte >> 4], UPPER_HEX_DIGITS[byte & 0xF]};
 }

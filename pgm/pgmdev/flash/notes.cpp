@@ -32,13 +32,14 @@ constexpr const char* NO_BYTE = "-";
 
 bool are_byte_digits(const std::string& text) {
     return !text.empty() && text.size() % 2 == 0 && text.size() <= 2 * FLASH_RESPONSE_SIZE &&
-           text.find_first_not_of(HEX_DIGITS) == std::string::npos;
+           text.find_first_not_of(UPPER_HEX_DIGITS) == std::string::npos;
 }
 
 std::vector<BYTE> bytes_of(const std::string& digits) {
     std::vector<BYTE> bytes;
     for (std::size_t i = 0; i + 1 < digits.size(); i += 2) {
-        bytes.push_back(static_cast<BYTE>(HEX_DIGITS.find(digits[i]) * 16 + HEX_DIGITS.find(digits[i + 1])));
+        bytes.push_back(
+            static_cast<BYTE>(UPPER_HEX_DIGITS.find(digits[i]) * 16 + UPPER_HEX_DIGITS.find(digits[i + 1])));
     }
     return bytes;
 }

@@ -54,8 +54,8 @@ std::optional<std::vector<BYTE>> file_bytes(const std::string& path) {
     return text ? std::optional(std::vector<BYTE>(text->begin(), text->end())) : std::nullopt;
 }
 
-std::string required_file_text(const std::string& path) {
-    return required_text(path, FILE_KINDS::STREAMS_TOO);
+std::string required_file_text(const std::string& path, FILE_KINDS kinds) {
+    return required_text(path, kinds);
 }
 
 std::vector<BYTE> required_file_bytes(const std::string& path) {

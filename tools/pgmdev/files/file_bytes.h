@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "file_reader.h"
 #include "pgmdev_types.h"
 #include "terminal/failure.h"
 
@@ -18,8 +19,8 @@ std::optional<std::vector<BYTE>> file_bytes(const std::string& path);
 /// The same, where a file that cannot be read ends the command.
 std::vector<BYTE> required_file_bytes(const std::string& path);
 
-/// The text of a file, pipe or device, likewise.
-std::string required_file_text(const std::string& path);
+/// The text of a file of these kinds, likewise.
+std::string required_file_text(const std::string& path, FILE_KINDS kinds);
 
 /// The failure of a file that cannot be read; `obstacle` is a clause that says why, or "".
 COMMAND_FAILURE unreadable_file(const std::string& path, const std::string& obstacle);

@@ -232,7 +232,7 @@ std::string voltage_with_comma(const std::string& text) {
     return number + "V";
 }
 
-/// A number of volts without the blanks before its unit, "3.3 V", for no row of a table has any; other texts as they are.
+/// A number of volts without blanks before its unit, as tables spell it: "3.3V" for "3.3 V". Other texts as they are.
 std::string volts_in_one_word(const std::string& text) {
     const std::size_t end = text.find_first_not_of("0123456789.");
     const bool is_number = end != 0 && end != std::string::npos;

@@ -11,8 +11,7 @@ PGMDEV_FLASH_MANAGER open_flash_database(DWORD device_count) {
 }
 
 CSV_LINES read_flash_list(const std::string& file) {
-    const std::vector<BYTE> bytes = inspect_file(file, 0).missing ? std::vector<BYTE>() : required_file_bytes(file);
-    return CSV_LINES(std::string(bytes.begin(), bytes.end()));
+    return CSV_LINES(inspect_file(file, 0).missing ? "" : required_file_text(file, FILE_KINDS::REGULAR));
 }
 
 std::string beside_flash_source(const std::string& csv_file, const std::string& list) {

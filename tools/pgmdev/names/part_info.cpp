@@ -68,23 +68,20 @@ COMMON common_of(const NAME_MEANING& meaning) {
     return common;
 }
 
-/// The profile of the most specific of part, device and family. Parts of several families have none, whatever profiles there
-/// are.
-FOUND_PROFILE profile_of(const COMMON& common, SOURCES& sources) {
-    if (!common.part && common.device == DEV_DEVICE_INVALID && common.family == DEV_FAMILY_INVALID) {
-        return {};
-    }
-    PROFILE_DATABASE* profiles = profiles_of(sources);
-    if (profiles == nullptr) {
-        return {};
-    }
+/// Parts of several families have no profile, whatever profiles there are.
+bool may_have_profile(const COMMON& common) {
+    return common.part || common.device != DEV_DEVICE_INVALID || common.family != DEV_FAMILY_INVALID;
+}
+
+/// The profile of the most specific of part, device and family.
+FOUND_PROFILE profile_of(const COMMON& common, PROFILE_DATABASE& profiles) {
     if (common.part) {
-        return look_up_profile(*profiles, PROFILE_KEY::PART, *common.part);
+        return look_up_profile(profiles, PROFILE_KEY::PART, *common.part);
     }
     if (common.device != DEV_DEVICE_INVALID) {
-        return look_up_profile(*profiles, PROFILE_KEY::DEVICE, common.device);
+        return look_up_profile(profiles, PROFILE_KEY::DEVICE, common.device);
     }
-    return look_up_profile(*profiles, PROFILE_KEY::FAMILY, common.family);
+    return look_up_profile(profiles, PROFILE_KEY::FAMILY, common.family);
 }
 
 /// Whom the facts are for.
@@ -119,6 +116,8 @@ public:
     void add(std::string_view key, std::string_view label, const std::optional<DWORD>& number) {
         add(key, label, number, number ? std::to_string(*number) : "");
     }
+
+    std::optional<FAILURE> failure;  ///< why some of them are missing
 
 private:
     bool m_for_programs;
@@ -216,7 +215,13 @@ FACTS facts_of(const NAME_MEANING& meaning, SOURCES& sources, READER reader, EXT
     facts.add("device", "device", common.device != DEV_DEVICE_INVALID ? entries.device(common.device).device : "");
     add_part(facts, common.part, entries, extent);
     add_common_characteristics(facts, meaning, entries);
-    add_profile(facts, profile_of(common, sources));
+    FOUND_PROFILE profile;
+    if (may_have_profile(common)) {
+        PROFILE_DATABASE* profiles = profiles_of(sources);
+        profile = profiles != nullptr ? profile_of(common, *profiles) : FOUND_PROFILE();
+        facts.failure = sources.without_profiles;
+    }
+    add_profile(facts, profile);
     if (extent == EXTENT::IN_FULL) {
         add_parts(facts, meaning.parts);
     }
@@ -238,7 +243,7 @@ ANSWER answer_to(const std::string& question, SOURCES& sources, READER reader) {
     }
     ANSWER answer;
     FACTS facts = facts_of(meaning, sources, reader, EXTENT::IN_FULL);
-    answer.failure = sources.without_profiles;
+    answer.failure = facts.failure;
     if (reader == READER::PROGRAMS) {
         answer.content = std::move(facts.object());
         return answer;

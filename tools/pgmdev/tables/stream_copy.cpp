@@ -10,7 +10,7 @@ namespace {
 
 /// All that the pipe gives, to its end.
 std::string contents_of(const std::string& stream, const std::string& argument) try {
-    return required_file_text(stream);
+    return required_file_text(stream, FILE_KINDS::STREAMS_TOO);
 } catch (const COMMAND_FAILURE&) {
     throw unreadable_table(stream, argument, "what it gives is too much, or ends in an error", {});
 }

@@ -30,14 +30,6 @@ std::optional<std::string> file_text(const std::string& path, FILE_KINDS kinds) 
     return result == READ_RESULT::READ ? std::optional(std::move(text)) : std::nullopt;
 }
 
-std::string required_text(const std::string& path, FILE_KINDS kinds) {
-    auto text = file_text(path, kinds);
-    if (!text) {
-        throw unreadable_file(path, inspect_file(path, 0).obstacle);
-    }
-    return std::move(*text);
-}
-
 }  // namespace
 
 COMMAND_FAILURE unreadable_file(const std::string& path, const std::string& obstacle) {
@@ -55,11 +47,15 @@ std::optional<std::vector<BYTE>> file_bytes(const std::string& path) {
 }
 
 std::string required_file_text(const std::string& path, FILE_KINDS kinds) {
-    return required_text(path, kinds);
+    auto text = file_text(path, kinds);
+    if (!text) {
+        throw unreadable_file(path, inspect_file(path, 0).obstacle);
+    }
+    return std::move(*text);
 }
 
 std::vector<BYTE> required_file_bytes(const std::string& path) {
-    const std::string text = required_text(path, FILE_KINDS::REGULAR);
+    const std::string text = required_file_text(path, FILE_KINDS::REGULAR);
     return {text.begin(), text.end()};
 }
 

@@ -57,7 +57,8 @@ TEST(MOSTLY_READ_MUTEX, IsSharedByThreadsThatComeWhenAllAreGivenAway) {
 
 /// A count of two halves, which differ only while somebody changes it.
 TEST(MOSTLY_READ_MUTEX, LetsNobodyReadWhatIsBeingChanged) {
-    constexpr int CHANGES = 200;
+    constexpr int CHANGES = 100;
+    constexpr int TURNS = 20;  // left to the others in the middle of a change
     MOSTLY_READ_MUTEX mutex;
     int first = 0;
     int second = 0;
@@ -70,6 +71,9 @@ TEST(MOSTLY_READ_MUTEX, LetsNobodyReadWhatIsBeingChanged) {
             for (int i = 0; i < CHANGES; ++i) {
                 const std::scoped_lock lock(mutex);
                 ++first;
+                for (int turn = 0; turn < TURNS; ++turn) {
+                    std::this_thread::yield();
+                }
                 ++second;
             }
         });

@@ -4,7 +4,7 @@
 set(PGMDEV_THIRD_PARTY
   "CLI11|libcli11-dev|BSD-3-Clause|STATIC_LINK"
   "fmt|libfmt-dev|MIT|STATIC_LINK"
-  "nlohmann_json|nlohmann-json3-dev|MIT|STATIC_LINK")
+  "RapidJSON|rapidjson-dev|MIT|STATIC_LINK")
 if(PGMDEV_WITH_PYTHON)
   list(APPEND PGMDEV_THIRD_PARTY "pybind11|pybind11-dev|BSD-3-Clause|STATIC_LINK")
 endif()

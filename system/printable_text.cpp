@@ -8,24 +8,43 @@ unsigned char byte_at(std::string_view text, std::size_t place) {
     return static_cast<unsigned char>(text[place]);
 }
 
-/// The bytes of the character of UTF-8 that begins there; 0 when none does.
-std::size_t length_at(std::string_view text, std::size_t place) {
-    const unsigned char first = byte_at(text, place);
-    const std::size_t length = first < 0x80   ? 1
-                               : first < 0xC2 ? 0
-                               : first < 0xE0 ? 2
-                               : first < 0xF0 ? 3
-                               : first < 0xF5 ? 4
-                                              : 0;
-    if (place + length > text.size()) {
-        return 0;
+struct BYTES {
+    unsigned char first;
+    unsigned char last;
+};
+
+/// What may follow the first byte of a character of UTF-8: neither longer ways to write shorter characters, nor halves of
+/// surrogate pairs, nor what is beyond U+10FFFF (table 3-7 of the Unicode standard).
+BYTES second_bytes(unsigned char first) {
+    switch (first) {
+        case 0xE0:
+            return {0xA0, 0xBF};
+        case 0xED:
+            return {0x80, 0x9F};
+        case 0xF0:
+            return {0x90, 0xBF};
+        case 0xF4:
+            return {0x80, 0x8F};
+        default:
+            return {0x80, 0xBF};
     }
-    for (std::size_t i = 1; i < length; ++i) {
-        if ((byte_at(text, place + i) & 0xC0) != 0x80) {
-            return 0;
-        }
+}
+
+/// The bytes of a character of UTF-8 that begins so; 0 when none does.
+std::size_t length_of_character(unsigned char first) {
+    return first < 0x80 ? 1 : first < 0xC2 ? 0 : first < 0xE0 ? 2 : first < 0xF0 ? 3 : first < 0xF5 ? 4 : 0;
+}
+
+/// How many bytes from there on are of one character, which may end too early.
+std::size_t bytes_of_character(std::string_view text, std::size_t place) {
+    const std::size_t end = std::min(text.size(), place + length_of_character(byte_at(text, place)));
+    BYTES next = second_bytes(byte_at(text, place));
+    std::size_t behind = place + 1;
+    while (behind < end && byte_at(text, behind) >= next.first && byte_at(text, behind) <= next.last) {
+        next = {0x80, 0xBF};
+        ++behind;
     }
-    return length;
+    return behind - place;
 }
 
 }  // namespace
@@ -45,10 +64,10 @@ bool commands_terminal(std::string_view character) {
 }
 
 std::string_view next_character(std::string_view text, std::size_t& place, bool& valid) {
-    const std::size_t length = length_at(text, place);
-    valid = length != 0;
-    const std::string_view character = text.substr(place, std::max<std::size_t>(length, 1));
-    place += character.size();
+    const std::size_t length = bytes_of_character(text, place);
+    valid = length == length_of_character(byte_at(text, place));
+    const std::string_view character = text.substr(place, length);
+    place += length;
     return character;
 }
 

@@ -17,5 +17,6 @@ std::string printable_lines(std::string_view text);
 /// change the direction of what stands around them.
 bool commands_terminal(std::string_view character);
 
-/// The next character, from `place` on, which moves behind it; what is no UTF-8 byte by byte, `valid` being false.
+/// The next character, from `place` on, which moves behind it. Of what is no UTF-8, `valid` being false, the beginning of a
+/// character or one byte: what Unicode advises to replace at once.
 std::string_view next_character(std::string_view text, std::size_t& place, bool& valid);

@@ -10,6 +10,7 @@
 #include "pgmdev/flash/source_fixture.h"
 #include "run.h"
 #include "support/captured_run.h"
+#include "terminal/json.h"
 
 // Answers of the command on a system that fails: those that it gives otherwise, or it is said that something could not be read.
 
@@ -95,17 +96,34 @@ TEST_P(AnswerFaults, AreWholeOrSaidNotToBe) {
     expect_truth([](std::size_t number) { return std::make_unique<FAILING_MALLOC>(number); }, 8);
 }
 
-INSTANTIATE_TEST_SUITE_P(Of, AnswerFaults,
-                         testing::Values(COMMAND_LINE{"doctor"}, COMMAND_LINE{"flash", "show", "W25Q64JV"},
-                                         COMMAND_LINE{"flash", "verify", "table.pcf", "table.csv"},
-                                         COMMAND_LINE{"flash", "define", "--like", "W25Q64JV", "--id", "857114",
-                                                      "device_name=MINE"},
-                                         COMMAND_LINE{"flash", "dump", "--csv", "table.pcf"},
-                                         COMMAND_LINE{"flash", "diff", "table.pcf", "table.csv"},
-                                         COMMAND_LINE{"flash", "check", "table.csv"},
-                                         COMMAND_LINE{"flash", "sfdp", TEST_SFDP_DIR "/AT25FF321A.sfdp"},
-                                         COMMAND_LINE{"profile", "list"}, COMMAND_LINE{"part", "info", "KES50C6"},
-                                         COMMAND_LINE{"hps", "spi"}, COMMAND_LINE{"params", "list"}));
+INSTANTIATE_TEST_SUITE_P(
+    Of, AnswerFaults,
+    testing::Values(COMMAND_LINE{"doctor"}, COMMAND_LINE{"flash", "show", "W25Q64JV"},
+                    COMMAND_LINE{"flash", "verify", "table.pcf", "table.csv"},
+                    COMMAND_LINE{"flash", "define", "--like", "W25Q64JV", "--id", "857114", "device_name=MINE"},
+                    COMMAND_LINE{"flash", "dump", "--csv", "table.pcf"},
+                    COMMAND_LINE{"flash", "diff", "table.pcf", "table.csv"},
+                    COMMAND_LINE{"flash", "check", "table.csv"},
+                    COMMAND_LINE{"flash", "sfdp", TEST_SFDP_DIR "/AT25FF321A.sfdp"}, COMMAND_LINE{"profile", "list"},
+                    COMMAND_LINE{"part", "info", "KES50C6"}, COMMAND_LINE{"--json", "part", "info", "KESTREL_PCF"},
+                    COMMAND_LINE{"hps", "spi"}, COMMAND_LINE{"params", "list"}));
+
+TEST(JsonFaults, WithoutMemoryThereIsNoText) {
+    const JSON names = std::vector<std::string>(1000, "KESTREL50-C6");
+    const std::string whole = readable_json_text(names);
+    std::string text;
+    std::size_t failures = 0;
+    while (text.empty()) {
+        const FAILING_ALLOCATION fault(failures + 1);
+        try {
+            text = readable_json_text(names);
+        } catch (const std::bad_alloc&) {
+            ++failures;
+        }
+    }
+    EXPECT_EQ(text, whole);
+    EXPECT_GT(failures, 5U);  // whenever the text had to grow
+}
 
 TEST(VerifyFaults, TheScratchDirectoryGoesWithoutMemory) {
     for (std::size_t number = 1; number <= 20; ++number) {

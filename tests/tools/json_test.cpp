@@ -2,7 +2,13 @@
 
 #include <gtest/gtest.h>
 
-// Copies of a value have what is in it in common; nobody is to notice.
+#include <limits>
+#include <random>
+
+#include "support/json.h"
+#include "terminal/printable.h"
+
+// What is written, and that copies of a value have what is in it in common, which nobody is to notice.
 
 namespace {
 
@@ -12,7 +18,64 @@ JSON shared_values() {
 
 constexpr const char* SHARED_VALUES = R"({"name":"W25Q128JV","bytes":[239,64],"size":{"mbit":128}})";
 
+/// The same text written by another library, which the command does not use.
+std::string by_another_writer(const std::string& text) {
+    return printable_json(JSON_VALUE(text).dump());
+}
+
 }  // namespace
+
+TEST(Json, ValuesOfEachKindOnOneLineAndOnMany) {
+    const JSON value{{"nothing", nullptr},
+                     {"facts", JSON(JSON::ARRAY{true, false})},
+                     {"largest", std::numeric_limits<QWORD>::max()},
+                     {"empty", JSON(JSON::ARRAY{JSON::array(), JSON::object(), ""})},
+                     {"inner", {{"zero", 0U}}}};
+    EXPECT_EQ(
+        json_text(value),
+        R"({"nothing":null,"facts":[true,false],"largest":18446744073709551615,"empty":[[],{},""],"inner":{"zero":0}})");
+    EXPECT_EQ(readable_json_text(value), R"({
+  "nothing": null,
+  "facts": [
+    true,
+    false
+  ],
+  "largest": 18446744073709551615,
+  "empty": [
+    [],
+    {},
+    ""
+  ],
+  "inner": {
+    "zero": 0
+  }
+})");
+}
+
+TEST(Json, CharactersThatMustBeEscaped) {
+    EXPECT_EQ(json_text("\"\\/\b\f\n\r\t\x0B\x1F"), R"("\"\\/\b\f\n\r\t\u000b\u001f")");
+    EXPECT_EQ(json_text(std::string("\0A", 2)), R"("\u0000A")");
+    EXPECT_EQ(json_text("\\u000B"), R"("\\u000B")");  // letters that only look like an escape stay
+    EXPECT_EQ(json_text({{"\x1B[2J", "\xC2\x9B"}}), R"({"\u001b[2J":"\u009b"})");
+}
+
+TEST(Json, WhatIsNoUtf8IsReplacedAsByAnotherWriter) {
+    for (int first = 0; first < 256; ++first) {
+        for (int second = 0; second < 256; ++second) {
+            const std::string text{static_cast<char>(first), static_cast<char>(second)};
+            EXPECT_EQ(json_text(text), by_another_writer(text)) << first << ' ' << second;
+        }
+    }
+    // The first and last bytes of each row of table 3-7 of the Unicode standard, and those beside them.
+    constexpr std::string_view BYTES =
+        "aB\\\x1F\x7F\x80\x8F\x90\x9F\xA0\xBF\xC0\xC1\xC2\xDF\xE0\xE1\xE2\xEC\xED\xEE\xEF\xF0\xF1\xF3\xF4\xF5\xFF";
+    std::mt19937 random(1);  // NOLINT(cert-msc32-c,cert-msc51-cpp): the same in each run
+    for (int i = 0; i < 20000; ++i) {
+        std::string text(3 + random() % 4, ' ');
+        std::generate(text.begin(), text.end(), [&] { return BYTES[random() % BYTES.size()]; });
+        ASSERT_EQ(json_text(text), by_another_writer(text)) << printable(text);
+    }
+}
 
 TEST(Json, ACopyIsChangedByItself) {
     const JSON original = shared_values();

@@ -32,6 +32,10 @@ TEST(printable, DirectionsOfWriting) {
 
 TEST(printable, WhatIsNoUtf8) {
     EXPECT_EQ(printable("\xFF\xC0\x80\xE5\x99"), "\\xFF\\xC0\\x80\\xE5\\x99");
+    EXPECT_EQ(printable("\xE5\x99z"), "\\xE5\\x99z");
+    EXPECT_EQ(printable("\xE0\x9F\xBF\xF0\x8F\xBF\xBF"), "\\xE0\\x9F\\xBF\\xF0\\x8F\\xBF\\xBF");  // longer than needed
+    EXPECT_EQ(printable("\xED\xA0\x80"), "\\xED\\xA0\\x80");                                      // half of a pair
+    EXPECT_EQ(printable("\xF4\x90\x80\x80"), "\\xF4\\x90\\x80\\x80");                             // beyond U+10FFFF
 }
 
 TEST(printable, JsonKeepsItsValues) {

@@ -3,53 +3,78 @@
 #include <fmt/core.h>
 
 #include <algorithm>
-#include <iterator>
-#include <nlohmann/json.hpp>
+#include <cstddef>
+#include <cstring>
+#include <new>
+#include <type_traits>
 #include <utility>
 
 #include "terminal/printable.h"
 
+// Texts may be as long as anywhere.
+#define RAPIDJSON_NO_SIZETYPEDEFINE
+namespace rapidjson {
+using SizeType = std::size_t;
+}
+
+#include <rapidjson/prettywriter.h>
+#include <rapidjson/stringbuffer.h>
+
 namespace {
 
-using DOCUMENT = nlohmann::ordered_json;
-
-DOCUMENT document_of(const JSON& json);
-
-DOCUMENT::array_t document_of(const JSON::ARRAY& array) {
-    DOCUMENT::array_t elements;
-    elements.reserve(array.size());
-    std::transform(array.begin(), array.end(), std::back_inserter(elements),
-                   [](const JSON& element) { return document_of(element); });
-    return elements;
-}
-
-DOCUMENT::object_t document_of(const JSON::OBJECT& object) {
-    DOCUMENT::object_t members;
-    members.reserve(object.names.size());
-    for (std::size_t i = 0; i < object.names.size(); ++i) {
-        // Without looking whether the name is there, which it is once.
-        members.Container::emplace_back(object.names[i], document_of(object.values[i]));
+/// Memory for the library, which does not look whether it gets any: where there is none, this throws.
+struct MEMORY {
+    static void* Malloc(std::size_t size) { return size == 0 ? nullptr : ::operator new(size); }
+    static void* Realloc(void* block, std::size_t old_size, std::size_t new_size) {
+        void* const larger = Malloc(new_size);
+        if (block != nullptr && larger != nullptr) {
+            std::memcpy(larger, block, std::min(old_size, new_size));
+        }
+        Free(block);
+        return larger;
     }
-    return members;
-}
+    static void Free(void* block) { ::operator delete(block); }
+};
 
-DOCUMENT document_of(const JSON& json) {
-    return std::visit(
-        [](const auto& value) -> DOCUMENT {
-            if constexpr (requires { *value; }) {
-                return document_of(*value);
-            } else {
-                return value;
-            }
-        },
-        json.value());
-}
+using BUFFER = rapidjson::GenericStringBuffer<rapidjson::UTF8<>, MEMORY>;
+using ONE_LINE_WRITER = rapidjson::Writer<BUFFER, rapidjson::UTF8<>, rapidjson::UTF8<>, MEMORY>;
+using READABLE_WRITER = rapidjson::PrettyWriter<BUFFER, rapidjson::UTF8<>, rapidjson::UTF8<>, MEMORY>;
 
-constexpr int READABLE = 2;  // blanks for each level
-constexpr int ON_ONE_LINE = -1;
+/// Writes a value of any kind.
+template <class WRITER>
+struct WRITING {
+    WRITER& writer;
 
-std::string text_of(const JSON& json, int indentation) {
-    return printable_json(document_of(json).dump(indentation, ' ', false, DOCUMENT::error_handler_t::replace));
+    void operator()(const JSON& json) const { std::visit(*this, json.value()); }
+    void operator()(std::nullptr_t) const { writer.Null(); }
+    void operator()(bool value) const { writer.Bool(value); }
+    void operator()(QWORD number) const { writer.Uint64(number); }
+    void operator()(const std::string& text) const { writer.String(text.data(), text.size()); }
+    void operator()(const SHARED<JSON::ARRAY>& array) const {
+        writer.StartArray();
+        std::for_each((*array).begin(), (*array).end(), *this);
+        writer.EndArray();
+    }
+    void operator()(const SHARED<JSON::OBJECT>& object) const {
+        const auto& [names, values] = *object;
+        writer.StartObject();
+        for (std::size_t i = 0; i < names.size(); ++i) {
+            writer.Key(names[i].data(), names[i].size());
+            (*this)(values[i]);
+        }
+        writer.EndObject();
+    }
+};
+
+template <class WRITER>
+std::string text_by(const JSON& json) {
+    BUFFER buffer;
+    WRITER writer(buffer);
+    if constexpr (std::is_same_v<WRITER, READABLE_WRITER>) {
+        writer.SetIndent(' ', 2);
+    }
+    WRITING<WRITER>{writer}(json);
+    return printable_json({buffer.GetString(), buffer.GetSize()});
 }
 
 }  // namespace
@@ -89,11 +114,11 @@ void JSON::append(JSON object) {  // a copy, so that it may also be a part of th
 }
 
 std::string json_text(const JSON& value) {
-    return text_of(value, ON_ONE_LINE);
+    return text_by<ONE_LINE_WRITER>(value);
 }
 
 std::string readable_json_text(const JSON& value) {
-    return text_of(value, READABLE);
+    return text_by<READABLE_WRITER>(value);
 }
 
 void print_json(const JSON& document) {

@@ -15,19 +15,35 @@ unsigned code_point_of(std::string_view character) {
     return code_point;
 }
 
+constexpr std::string_view REPLACEMENT_CHARACTER = "\xEF\xBF\xBD";  // U+FFFD
+
+/// What stands behind the backslash of an escape of JSON, with its digits in small letters.
+std::string escape_in_small_letters(std::string_view escape) {
+    std::string result(escape.substr(0, escape.substr(0, 1) == "u" ? 5 : 1));
+    std::transform(result.begin(), result.end(), result.begin(),
+                   [](char c) { return c >= 'A' && c <= 'F' ? static_cast<char>(c - 'A' + 'a') : c; });
+    return result;
+}
+
 }  // namespace
 
-std::string printable_json(std::string json) {
+std::string printable_json(std::string_view json) {
     constexpr char DELETE = '\x7F';
-    const auto is_plain = [](char c) { return c >= '\0' && c < DELETE; };
+    const auto is_plain = [](char c) { return c >= '\0' && c < DELETE && c != '\\'; };
     if (std::all_of(json.begin(), json.end(), is_plain)) {
-        return json;
+        return std::string(json);
     }
     std::string shown;
     for (std::size_t place = 0; place < json.size();) {
         bool valid = false;
         const std::string_view character = next_character(json, place, valid);
-        if (character.size() == 1) {
+        if (!valid) {
+            shown += REPLACEMENT_CHARACTER;
+        } else if (character == "\\") {
+            const std::string escape = escape_in_small_letters(json.substr(place));
+            shown += "\\" + escape;
+            place += escape.size();
+        } else if (character.size() == 1) {
             shown += character[0] == DELETE ? "\\u007f" : std::string(character);  // JSON itself escapes the others
         } else {
             shown += commands_terminal(character) ? fmt::format("\\u{:04x}", code_point_of(character))

@@ -36,7 +36,8 @@ public:
     const std::vector<DWORD>& device_table() const noexcept { return m_device_table; }
     const std::vector<DWORD>& part_table() const noexcept { return m_part_table; }
 
-    /// What is wrong with the source table; empty for a packed database.
+    /// What is wrong with the source table; empty for a packed database. Of more than 10,000 findings the first ones, and
+    /// one more, of the table as a whole, which tells how many are left out.
     const std::vector<PGMDEV_TABLE_FAULT>& faults() const noexcept { return m_faults; }
 
     /// Whether a fault, not only warnings, was found.

@@ -15,11 +15,11 @@ struct PGMDEV_TABLE_FAULT {
     };
 
     SEVERITY severity = SEVERITY::FAULT;
-    DWORD line = 0;         ///< line of the file, from 1; 0: the table as a whole
-    DWORD column = 0;       ///< first character of the cell in its line, from 1; 0: the line as a whole
-    std::string row;        ///< what the row is about (its device name, its key); empty outside the data rows
-    std::string member;     ///< member that the cell belongs to; empty: the line as a whole
-    std::string cell;       ///< text of the cell
+    DWORD line = 0;      ///< line of the file, from 1; 0: the table as a whole
+    DWORD column = 0;    ///< first character of the cell in its line, from 1; 0: the line as a whole
+    std::string row;     ///< what the row is about (its device name, its key); empty outside the data rows; see `cell`
+    std::string member;  ///< member that the cell belongs to; empty: the line as a whole
+    std::string cell;    ///< text of the cell; of one with more than 1,000 bytes the first 1,000 and "..."
     std::string condition;  ///< internal error that compiling or loading reports for it; empty when neither does
     std::string expected;   ///< what would be accepted, or what is remarkable: a sentence for the table's maintainer
 };

@@ -175,7 +175,8 @@ struct EXAMINED_TABLE {
 template <class TABLE>
 EXAMINED_TABLE<typename TABLE::RECORD> examine_source_table(const FIO_PATH& csv_file) {
     EXAMINED_TABLE<typename TABLE::RECORD> table;
-    const FAULT_SINK collect = [&table](const PGMDEV_TABLE_FAULT& fault, int) { table.faults.push_back(fault); };
+    COLLECTED_FAULTS faults;
+    const FAULT_SINK collect = [&faults](const PGMDEV_TABLE_FAULT& fault, int) { faults.add(fault); };
 
     bool readable = false;
     std::vector<SOURCE_LINE> lines = read_source_table(csv_file, TABLE::KEEP_EMPTY, readable);
@@ -195,7 +196,7 @@ EXAMINED_TABLE<typename TABLE::RECORD> examine_source_table(const FIO_PATH& csv_
             sound.push_back(std::move(line));
         }
     }
-    const bool well_formed = table.faults.empty();
+    const bool well_formed = faults.empty();
     check_no_row_in_header<TABLE>(header, collect);
     TABLE::check_rows(sound, table.records, collect);
     if (well_formed) {
@@ -204,6 +205,6 @@ EXAMINED_TABLE<typename TABLE::RECORD> examine_source_table(const FIO_PATH& csv_
     } else {
         table.records.clear();
     }
-    sort_faults(table.faults);
+    table.faults = faults.take();
     return table;
 }

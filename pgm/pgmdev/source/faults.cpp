@@ -9,6 +9,12 @@ namespace {
 
 constexpr int REFUSAL_DEBUG_LEVEL = 1;
 
+void shorten(std::string& text) {
+    if (text.size() > COLLECTED_FAULTS::LONGEST_TEXT) {
+        text = text.substr(0, COLLECTED_FAULTS::LONGEST_TEXT) + "...";
+    }
+}
+
 }  // namespace
 
 void trace_refusal(const PGMDEV_TABLE_FAULT& fault, const FIO_PATH& csv_file) {
@@ -46,6 +52,32 @@ std::string describe_fault(const PGMDEV_TABLE_FAULT& fault, const std::string& f
         text += " [" + fault.condition + ']';
     }
     return text;
+}
+
+void COLLECTED_FAULTS::add(PGMDEV_TABLE_FAULT fault) {
+    if (m_faults.size() == MOST) {
+        ++m_further;
+        if (fault.severity == PGMDEV_TABLE_FAULT::SEVERITY::FAULT) {
+            m_severity_of_further = fault.severity;
+        }
+        return;
+    }
+    shorten(fault.row);
+    shorten(fault.cell);
+    m_faults.push_back(std::move(fault));
+}
+
+std::vector<PGMDEV_TABLE_FAULT> COLLECTED_FAULTS::take() {
+    sort_faults(m_faults);
+    if (m_further > 0) {
+        PGMDEV_TABLE_FAULT others;
+        others.severity = m_severity_of_further;
+        others.expected =
+            (m_severity_of_further == PGMDEV_TABLE_FAULT::SEVERITY::FAULT ? "fewer findings: of " : "of ") +
+            std::to_string(MOST + m_further) + ", the first " + std::to_string(MOST) + " are listed";
+        m_faults.push_back(std::move(others));
+    }
+    return std::move(m_faults);
 }
 
 void sort_faults(std::vector<PGMDEV_TABLE_FAULT>& faults) {

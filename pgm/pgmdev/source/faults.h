@@ -23,6 +23,27 @@ FAULT_SINK refusing_sink(const FIO_PATH& csv_file, const char* file);
 /// One line of text: "file:line:column: fault: ..."
 std::string describe_fault(const PGMDEV_TABLE_FAULT& fault, const std::string& file_name);
 
+/// Collects faults, as far as anybody would read them, from a table that may be of any length.
+class COLLECTED_FAULTS {
+public:
+    static constexpr std::size_t MOST = 10000;  ///< further ones are only counted
+    static constexpr std::size_t LONGEST_TEXT =
+        1000;  ///< of a row's name and of a cell, in bytes; "..." stands for more
+
+    void add(PGMDEV_TABLE_FAULT fault);
+
+    bool empty() const { return m_faults.empty(); }
+
+    /// In line order; behind them, where not all are here, one for the table as a whole that says so: a fault, if any of
+    /// those missing is one.
+    std::vector<PGMDEV_TABLE_FAULT> take();
+
+private:
+    std::vector<PGMDEV_TABLE_FAULT> m_faults;
+    std::size_t m_further = 0;
+    PGMDEV_TABLE_FAULT::SEVERITY m_severity_of_further = PGMDEV_TABLE_FAULT::SEVERITY::WARNING;
+};
+
 /// Puts faults into line order; those of one line stay in the order in which they were found.
 void sort_faults(std::vector<PGMDEV_TABLE_FAULT>& faults);
 

@@ -137,6 +137,53 @@ TEST_F(FlashTable, AFileThatCannotBeReadIsAFault) {
     EXPECT_EQ(check(std::vector<CELLS>{}).faults()[0].expected, "eight header lines and at least one data row");
 }
 
+TEST_F(FlashTable, OfVeryManyFindingsTheFirstAreListed) {
+    const auto with_short_lines = [this](std::size_t count) {
+        std::string text = ref::table({});
+        for (std::size_t i = 0; i < count; ++i) {
+            text += "a\n";
+        }
+        return check(text);
+    };
+    EXPECT_EQ(with_short_lines(10000).faults().size(), 10000U);
+    const PGMDEV_FLASH_TABLE table = with_short_lines(10002);
+    ASSERT_EQ(table.faults().size(), 10001U);
+    EXPECT_EQ(table.faults()[9999].line, 8U + 10000U);
+    EXPECT_EQ(PGMDEV_FLASH_TABLE::describe(table.faults()[10000], "flash.csv"),
+              "flash.csv: fault: expected fewer findings: of 10002, the first 10000 are listed");
+}
+
+TEST_F(FlashTable, AFaultBehindTheFindingsThatAreListedIsNotLost) {
+    // Each row is remarkable by itself, and all but the first also since the row before it answers first.
+    const CELLS beyond = ref::row_with(BITS, "268435456");
+    std::vector<CELLS> rows(10000, ref::row_with(DEFAULT, "FALSE", beyond));
+    rows.front() = beyond;
+    const PGMDEV_FLASH_TABLE remarkable = check(rows);
+    ASSERT_EQ(remarkable.faults().size(), 10001U);
+    EXPECT_FALSE(remarkable.has_faults());
+    EXPECT_EQ(PGMDEV_FLASH_TABLE::describe(remarkable.faults()[10000], "flash.csv"),
+              "flash.csv: warning: of 19999, the first 10000 are listed");
+    EXPECT_EQ(remarkable.records().size(), 10000U);
+
+    rows.push_back(ref::row_with(DEFAULT, "FALSE", ref::row_with(SECTOR, "0")));
+    const PGMDEV_FLASH_TABLE faulty = check(rows);
+    ASSERT_EQ(faulty.faults().size(), 10001U);
+    EXPECT_EQ(faulty.faults()[9999].severity, SEVERITY::WARNING);
+    EXPECT_EQ(faulty.faults()[10000].severity, SEVERITY::FAULT);
+    EXPECT_TRUE(faulty.has_faults());
+}
+
+TEST_F(FlashTable, OfALongCellTheBeginningIsTold) {
+    const auto told_of = [this](std::size_t length) {
+        const std::string text(length, 'x');
+        return check({ref::row_with(SILICON, text, ref::row_with(DEVICE_NAME, text))}).faults().at(0);
+    };
+    EXPECT_EQ(told_of(1000).cell, std::string(1000, 'x'));
+    EXPECT_EQ(told_of(1000).row, std::string(1000, 'x'));
+    EXPECT_EQ(told_of(1001).cell, std::string(1000, 'x') + "...");
+    EXPECT_EQ(told_of(1001).row, std::string(1000, 'x') + "...");
+}
+
 TEST_F(FlashTable, ASectorDividesTheDevice) {
     const PGMDEV_FLASH_TABLE none = check({ref::row_with(BITS, "0")});
     EXPECT_EQ(found(none), PLACES{"9:device_bit_size:fault"});

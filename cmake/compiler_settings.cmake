@@ -4,7 +4,7 @@ add_library(pgmdev_compiler_settings INTERFACE)
 
 target_compile_options(pgmdev_compiler_settings INTERFACE
   -Wall -Wextra -Wpedantic -Wconversion -Wsign-conversion -Wshadow -Wold-style-cast -Wcast-qual -Wformat=2
-  -Wnon-virtual-dtor -Woverloaded-virtual -Wundef
+  -Wnon-virtual-dtor -Woverloaded-virtual -Wsuggest-override -Wundef -Wzero-as-null-pointer-constant
   # Reproducible builds: no path of the build machine in what is built. The last one that fits wins.
   -ffile-prefix-map=${PROJECT_SOURCE_DIR}=.
   -ffile-prefix-map=${PROJECT_BINARY_DIR}=build)

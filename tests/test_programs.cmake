@@ -54,7 +54,7 @@ if(CMAKE_CROSSCOMPILING)  # where a process takes half a second, and a file a hu
 else()  # where what is all in memory takes five times as long
   string(APPEND sweeps :PartNames.OfEveryPossibleName:PartNames.OfEveryProgrammerFilePart)
   string(APPEND sweeps :CatalogGrammar.NamesThatAreNearlyRight*:OrderingCodes.EveryPartHasItsFirstIndex)
-  string(APPEND sweeps :FlashIniCrash.KilledInTheMiddleOfAWrite)
+  string(APPEND sweeps :FlashIniCrash.KilledInTheMiddleOfAWrite:annotate.ProfilesWithIndexTables)
 endif()
 set(many_rounds 1000)
 if(CMAKE_CROSSCOMPILING OR PGMDEV_SANITIZE)

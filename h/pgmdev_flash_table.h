@@ -31,7 +31,7 @@ public:
     const std::vector<PGMDEV_SFL_FLASH_INFO>& records() const noexcept { return m_records; }
 
     /// What is wrong with the source table; empty for a packed database. Of more than 10,000 findings the first ones, and
-    /// one more, of the table as a whole, which tells how many are left out.
+    /// one more, of the table as a whole, which tells how many there are.
     const std::vector<PGMDEV_TABLE_FAULT>& faults() const noexcept { return m_faults; }
 
     /// Whether a fault, not only warnings, was found.

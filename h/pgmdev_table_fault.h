@@ -19,7 +19,7 @@ struct PGMDEV_TABLE_FAULT {
     DWORD column = 0;    ///< first character of the cell in its line, from 1; 0: the line as a whole
     std::string row;     ///< what the row is about (its device name, its key); empty outside the data rows; see `cell`
     std::string member;  ///< member that the cell belongs to; empty: the line as a whole
-    std::string cell;    ///< text of the cell; of one with more than 1,000 bytes the first 1,000 and "..."
+    std::string cell;    ///< text of the cell; in a source table at most 1,000 bytes of it, and then "..."
     std::string condition;  ///< internal error that compiling or loading reports for it; empty when neither does
     std::string expected;   ///< what would be accepted, or what is remarkable: a sentence for the table's maintainer
 };

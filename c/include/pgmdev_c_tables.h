@@ -21,7 +21,8 @@ PGMDEV_C_EXPORT pgmdev_status pgmdev_table_members(pgmdev_table_type type, pgmde
 /// A table as a whole: every row, whatever switch enables it.
 typedef struct pgmdev_table pgmdev_table;
 
-/// Reads a source table and finds all its faults. A file that cannot be read is a fault, too.
+/// Reads a source table and finds all its faults, of which the first 10,000 are listed, and then how many there are. A file
+/// that cannot be read is a fault, too.
 PGMDEV_C_EXPORT pgmdev_status pgmdev_table_from_source(pgmdev_table_type type, const char* csv_file,
                                                        pgmdev_table** table, pgmdev_error** error);
 

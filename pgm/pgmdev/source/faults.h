@@ -26,9 +26,10 @@ std::string describe_fault(const PGMDEV_TABLE_FAULT& fault, const std::string& f
 /// Collects faults, as far as anybody would read them, from a table that may be of any length.
 class COLLECTED_FAULTS {
 public:
-    static constexpr std::size_t MOST = 10000;  ///< further ones are only counted
-    static constexpr std::size_t LONGEST_TEXT =
-        1000;  ///< of a row's name and of a cell, in bytes; "..." stands for more
+    /// Further ones are only counted.
+    static constexpr std::size_t MOST = 10000;
+    /// Of a row's name and of a cell, in bytes; "..." stands for more.
+    static constexpr std::size_t LONGEST_TEXT = 1000;
 
     void add(PGMDEV_TABLE_FAULT fault);
 
